@@ -1,0 +1,32 @@
+// Texts that live to the exit, and small text helpers.
+//
+// A record's text is a `const char *` into the storage kept here, so that no record owns or frees a string. A
+// text that was not given is null.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+/// Keeps a copy of `text` to the exit and returns it, zero-terminated. Equal texts share one copy.
+const char *keep_text(std::string_view text);
+
+/// The same for a text that may be null; null stays null.
+const char *keep_text_or_null(const char *text);
+
+/// printf into a string.
+std::string format_text(const char *format, ...) __attribute__((format(printf, 1, 2)));
+
+/// printf into a kept text.
+const char *keep_format(const char *format, ...) __attribute__((format(printf, 1, 2)));
+
+/// True when both are null or both are set and equal.
+bool same_text(const char *a, const char *b);
+
+/// The same without regard to case; two nulls are equal, one null is not equal to anything else.
+bool same_text_no_case(const char *a, const char *b);
+
+/// `name` behind its leading '-', which marks an active-low port; null for null.
+const char *without_minus(const char *name);
+
+/// True when `name` starts with '-'; false for null.
+bool is_active_low(const char *name);
