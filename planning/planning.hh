@@ -1,0 +1,44 @@
+// The steps of planning, in the order in which a run takes them.
+#pragma once
+
+#include "planning/port_table.hh"
+
+#include <cstdint>
+
+/// Walks the pin list, makes the OPIN_TAB rows and classifies each port on the open design; closes the design.
+void produce_opin_control_tab();
+
+/// Per direction: fills one row (input and clock ports, outputs, bidirectional ports). `pad` may be null.
+void save_input_clock_tab(BUFFER_CELL *pad, int32_t row, int32_t port, int32_t is_input);
+void save_output_scan_tab(BUFFER_CELL *pad, int32_t row, int32_t port);
+void save_bidir_scan_tab(BUFFER_CELL *pad, int32_t row, int32_t port);
+
+/// Finds or makes the control cell of a row's enable: table index plus one, or -1 for none.
+int32_t save_contr_tab(const BUFFER_CELL *pad, int32_t row);
+int32_t save_oe_contr_tab(const BUFFER_CELL *pad, int32_t row);
+/// Ties the enable of a row with its chosen cell to one of the two control tables.
+void save_enable_control(const BUFFER_CELL *pad, int32_t row);
+/// Marks the rows that make a control cell or a high-impedance buffer; rows are in chain order.
+void setup_driving_control_cell_and_highz_buf();
+/// Appends the SCAN_TAB row of an inserted cell, counts its loads and returns its instance name.
+const char *add_scan_tab(const SCAN_CELL *cell, int32_t row, bool mux, bool is_control);
+/// 1, 2, 3 when the TAP's %HIGHZ_COMMAND is the same pin as its %MODE_1, %MODE_2, %MODE_3; else 0.
+int32_t check_hiz_signal();
+
+/// Sorts OPIN_TAB into chain order, from TDO.
+void arrange_opin_tab_from_tdo();
+/// The ports of one control cell, for the boundary order file.
+struct CONTR_PIN_ROW {
+    int32_t control;    ///< CONTROL_TAB index plus one, or -1
+    int32_t oe_control; ///< CONTROL_OE_TAB index plus one, or -1
+    int32_t *orders;    ///< table: `order` of each port, ascending
+};
+extern CONTR_PIN_ROW *CONTR_PIN; ///< made by sort_pin_with_control, released by the boundary order file
+void sort_pin_with_control();
+
+/// Takes the standard ports' row pointers and numbers again after the sort.
+void bs_reset_standard_port_ptr_of_TAP();
+
+/// Inverter of '-' pins, resolved by the classification; null when no pin is inverted.
+extern const char *INVERTER_INPUT;
+extern const char *INVERTER_OUTPUT;

@@ -1,0 +1,158 @@
+// The port table and its companions: what planning decides and everything after it reads.
+#pragma once
+
+#include "description/tables.hh"
+#include "planning/control_signals.hh"
+
+#include <cstdint>
+
+/// Cell kinds. The values are fixed: the emission and the function words of the boundary order file are tables
+/// indexed by them.
+enum CELL_KIND : int32_t {
+    CELL_NONE = -1,
+    CELL_CLOCK = 0,
+    CELL_INPUT = 1,
+    CELL_OUTPUT2 = 2,
+    CELL_OUTPUT3 = 3,
+    CELL_OUTPUT_EN = 4,
+    CELL_BIDIR = 5,
+    CELL_INOUT = 6,
+    CELL_INTERNAL = 7,
+    CELL_MUX_CLOCK = 8,
+    CELL_MUX_INPUT = 9,
+    CELL_MUX_OUTPUT2 = 10,
+    CELL_MUX_OUTPUT3 = 11,
+    CELL_MUX_OUTPUT_EN = 12,
+    CELL_MUX_BIDIR = 13,
+    CELL_MUX2_BIDIR = 14,
+    CELL_MUX_INOUT = 15,
+    CELL_MUX2_INOUT = 16,
+    CELL_KIND_COUNT = 17
+};
+
+/// One row per pin-list entry that has a top name. A row has a cell exactly when `scan_cell` is set.
+struct OPIN_ROW {
+    int32_t order;               ///< sort key; after emission the SCAN_TAB index of the row's cell
+    int32_t pin_index;           ///< row of PIN_TABLE
+    const char *pin_num;         ///< INTERNAL, OBSERVE or the package pin's number
+    const char *port_name;       ///< top name without '-'; instance{pin} for an internal pin
+    const char *pad_input;       ///< pad pin that the core drives, or null
+    const char *pad_output;      ///< pad pin that drives the core, or null
+    const char *net_name;        ///< net at the core side of the pad; "out,in" for a bidirectional port
+    const char *pad_class;       ///< class of the cell next to the port, or "*UNDEF*"; null when nothing is known
+    const char *pad_instance;    ///< its instance name without hierarchy
+    const char *scan_cell_name;  ///< BSC(...) name; after emission the instance names of the inserted cells
+    const char **hier_classes;   ///< table: modules above the pad, innermost first
+    const char **hier_instances; ///< table: their instance names
+    const char *direction;       ///< direction of the pin list: suffix of cell instance names; null when none
+    int32_t kind;                ///< CELL_KIND
+    int32_t control;             ///< 0 none, above 0 CONTROL_TAB index plus one, -1 the high-impedance signal
+    int32_t oe_control;          ///< the same for CONTROL_OE_TAB
+    int32_t control_driver;      ///< 1 on the row that makes the control cell or high-impedance buffer
+    int32_t inverted;            ///< 1 when the top name started with '-'
+    int32_t highz_group;         ///< number of the row's highz_buf
+    int32_t pad_obj;             ///< object of the cell next to the port, -1 none
+    int32_t mode_net[3];         ///< net at the pad's %MODE_1..3, -1 when not traced, 0 GND, 1 VCC
+    int32_t mux_in1_net, mux_in2_net, mux_out_net; ///< nets at %MUX_IN1, %MUX_IN2, %MUX_OUT, -1 when not traced
+    int32_t io_module;           ///< row of MULTI_IO_TAB, -1 until traced
+    BUFFER_CELL *pad;            ///< description of pad_class, or null
+    SCAN_CELL *scan_cell;        ///< the chosen cell, or null
+};
+
+/// One row per control cell (CONTROL_TAB) or OE control cell (CONTROL_OE_TAB).
+struct CONTROL_ROW {
+    int32_t net;           ///< the enable's net: the sharing key
+    int32_t io_module;     ///< module of the first port, -1 with one I/O module
+    const char *net_name;
+    const char *bsdl_type; ///< "controlr" or "control"
+    SCAN_CELL *scan_cell;
+    const char *inst;      ///< set when the cell is emitted
+    const char *data_out;  ///< set when the cell is emitted
+};
+
+/// One row per inserted cell, in the order of insertion; row 0 is the cell nearest TDO.
+struct SCAN_ROW {
+    const char *inst;
+    const char *tdi_pin, *tdo_pin;
+    const char *pins[SIGNAL_COUNT]; ///< control pins, null where the cell has none; [SIG_BCLK] is the %TCK pin
+    const char **extra_pins;        ///< table: the cell's %EXTRA_n pins
+    int32_t mux_row;                ///< OPIN_TAB row whose pad's mode pins need driving, or -1
+    int32_t io_module;              ///< -1 with one I/O module
+    int32_t module_seq;             ///< running number in its module from 1, -1 with one I/O module
+};
+
+/// A port to add to a module, and a connection to make in it (several I/O modules).
+struct ADDED_PORT {
+    const char *name;
+    int32_t direction; ///< 0 input, 1 output
+    int32_t written;   ///< 1 when the add line is in the file already
+};
+struct ADDED_CONN {
+    const char *inst1, *pin1, *inst2, *pin2; ///< a null instance makes its pin a net
+};
+
+/// One row per module on the way from the top to a pad; row 0 is the top.
+struct MULTI_IO_ROW {
+    const char *class_name, *inst_name;
+    int32_t copy;       ///< how many earlier rows have this class
+    int32_t parent;     ///< -1 for row 0
+    int32_t cell_count; ///< cells inserted in this module
+    int32_t need[SIGNAL_COUNT], cnt[SIGNAL_COUNT], index[SIGNAL_COUNT];
+    ADDED_PORT *added_ports;
+    ADDED_CONN *added_conns;
+};
+
+/// The tree of MULTI_IO_TAB rows.
+struct MULTI_IO_NODE {
+    int32_t row;
+    MULTI_IO_NODE *children; ///< table
+};
+
+extern OPIN_ROW *OPIN_TAB;        ///< filled by the classification, sorted by the scan order
+extern CONTROL_ROW *CONTROL_TAB;  ///< filled by save_contr_tab; emission sets inst and data_out
+extern CONTROL_ROW *CONTROL_OE_TAB;
+extern SCAN_ROW *SCAN_TAB;        ///< filled by add_scan_tab during emission
+extern MULTI_IO_ROW *MULTI_IO_TAB; ///< row 0 made by the driver, the rest by the tracing
+extern MULTI_IO_NODE MULTI_IO_HIER; ///< its root is row 0
+extern int32_t multi_io_module_flagG; ///< 1 when the cells do not all lie in one module
+extern int32_t current_multi_io_indexG; ///< module being emitted, -1 outside that
+extern int32_t PAD_MODULE_EXIST;  ///< 0 when the first cell's pad lies in the top module, else 255; set by emission
+extern int32_t HIGHZ_CNT;         ///< planning: outputs on the high-impedance signal whose cell has %HIGHZ
+extern const char **BUFFER_REPORT; ///< table: lines of the buffer report in the order written
+extern const char *BSO_FILE;      ///< name of the boundary order file, null when none was written
+
+/// Inserted cells by the declared name that they come from.
+enum CELL_COUNTER : int32_t {
+    COUNT_CLOCK,
+    COUNT_INPUT,
+    COUNT_INPUT_MUX,
+    COUNT_OUTPUT,
+    COUNT_OUTPUT_MUX,
+    COUNT_BIDIR,
+    COUNT_BIDIR_MUX,
+    COUNT_CONTROL,
+    COUNT_CONTROL_OE,
+    COUNT_INTERNAL,
+    COUNT_CLOCK_MUX,
+    CELL_COUNTER_COUNT
+};
+extern int32_t SCAN_COUNT[CELL_COUNTER_COUNT]; ///< CLK_SCAN_COUNT and its sisters; counted by emission
+
+/// What is fixed of one cell kind.
+struct CELL_KIND_INFO {
+    const char *bso_word;  ///< function word of the boundary order file
+    bool is_pair;          ///< two data cells in the chain
+};
+extern const CELL_KIND_INFO CELL_KINDS[CELL_KIND_COUNT];
+
+/// Resets the tables and counters for a run.
+void rimweave_init();
+
+/// Makes row 0 of MULTI_IO_TAB and the root of MULTI_IO_HIER: the top module.
+void init_multi_io_tables();
+
+/// Appends a row for the pin and returns its index. `core_name` is the pin's top name, with its '-'.
+int32_t create_an_entry_of_OPIN_TAB(int32_t pin_index, const char *core_name);
+
+/// Releases the planning tables and nulls their handles.
+void free_planning_tables();

@@ -1,0 +1,37 @@
+// Small read-only walks through the open design, on which classification and emission rest. Each is also the check
+// that the description fits the netlist. Node, net, port and object ids are those of the current design; -1 is none.
+#pragma once
+
+#include "planning/port_table.hh"
+
+#include <cstdint>
+
+/// Direction codes of ports and pins.
+enum DIRECTION : int32_t { DIR_OUTPUT = 0, DIR_BIDIR = 1, DIR_INPUT = 2 };
+
+/// The port of that name without '-', or the one bit of a one-bit bus of that name. Ends the run when unknown.
+int32_t find_iport(const char *name);
+/// The node at the far end of the port's net. Ends the run when the port floats.
+int32_t get_node_connected_to_portnode(int32_t port);
+/// The first other node on the node's net, or -1.
+int32_t find_adjacent_node(int32_t node);
+/// The node of the object's pin, names compared without regard to case; -1 when the object has no such pin. Ends
+/// the run when the pin's direction is another one.
+int32_t search_inode_connected_to_obj(int32_t obj, const char *pin_name, int32_t direction);
+/// The net of that node, or -1.
+int32_t search_inet_connected_to_obj(int32_t obj, const char *pin_name, int32_t direction);
+/// The name of the net on the pin, in a static buffer of the design layer; null when missing or unconnected.
+const char *verify_obj_pin_name(int32_t obj, const char *pin_name, int32_t direction);
+/// Fills pad_instance, hierarchy and io_module of an OPIN_TAB row, and MULTI_IO_TAB.
+void get_hier_class_and_inst_name(int32_t row, int32_t obj);
+/// Opens the design file into `sdb` and makes it current. Ends the run when it cannot be opened.
+void open_sdb_file(const char *path);
+
+/// Class name of an object as text, "*UNDEF*" for none.
+const char *object_class_name(int32_t obj);
+/// Pin name of a node that stands on an object; port name of a port's node; "*UNDEF*" when there is none.
+const char *node_pin_name(int32_t node);
+/// True when the node is a port's own node.
+bool is_port_node(int32_t node);
+/// The enable pin of the row's pad: %EN_L, else %EN_H, as PAD_EN_L and PAD_EN_H of the pin file choose. May be null.
+const char *chosen_enable_pin(const BUFFER_CELL *pad, const PIN_ENTRY *pin, bool *is_low);

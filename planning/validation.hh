@@ -1,0 +1,47 @@
+// The checks that stand between the hand-written description files and everything after them. A run reports every
+// missing field that it can reach and ends after the last of them.
+#pragma once
+
+#include "description/tables.hh"
+
+/// The cell checks. True when the cell has a fault, which has been printed.
+bool check_input_scan_cell(const char *name);
+bool check_clock_scan_cell(const char *name);
+bool check_output_scan_cell(const char *name);
+bool check_bidir_scan_cell(const char *name);
+bool check_bidir_scan_cell_after_open_sdb(const char *name);
+bool check_control_scan_cell(const char *name);
+bool check_input_mux_scan_cell(const char *name);
+bool check_clock_mux_scan(const char *name);
+bool check_output_mux_scan(const char *name);
+bool check_bidir_mux_scan_cell(const char *name);
+bool check_control_mux_scan(const char *name);
+bool check_control_oe_scan_cell(const char *name);
+bool check_control_oe_low_scan_cell(const char *name);
+bool check_control_oe_high_scan_cell(const char *name);
+
+/// Splits a dotted TAP_INSTANCE_NAME into the path of a hierarchical TAP.
+void rwv_check_hier_tap_ctrl_instance();
+/// Checks every declared scan cell role and sets BCELL_HAS and BCELL_EXTRA. Ends the run on a fault.
+void check_scan_cells();
+/// Looks at the pads of the design for the TAP's sake: mode pins, TDO enable. Opens and closes MODULE_C_SDB.
+void check_connect_pad();
+/// Holds the TAP's signal and inverting buffers against their SDB cells. Ends the run on a fault.
+void check_pin_signal_inv_buf();
+/// Checks the .bsc file, the TAP cell and the pad buffers, and fills the TAP pin names. Ends the run on a fault.
+/// The design must be open.
+void check_necessary_fields();
+
+/// Checks of a pad cell that the pin file names for one pin; they fill SPEC_BUFFER_PINS and end the run on a fault.
+void bs_check_input_buf_fields(const char *name);
+void bs_check_output_buf_fields(const char *name);
+void bs_check_inout_buf_fields(const char *name);
+
+/// %INPUT and %OUTPUT of a pad cell.
+struct PAD_PINS {
+    const char *input, *output;
+};
+extern PAD_PINS INPUT_BUFFER_PINS;       ///< of %INPUT_BUFFER; set by check_necessary_fields
+extern PAD_PINS OUTPUT_BUFFER_PINS;      ///< of %OUTPUT_BUFFER
+extern PAD_PINS SPEC_INPUT_BUFFER_PINS;  ///< of an input pad cell named for one pin
+extern PAD_PINS SPEC_OUTPUT_BUFFER_PINS; ///< of an output pad cell named for one pin
