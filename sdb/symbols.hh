@@ -1,0 +1,61 @@
+// Symbol tables and hierarchical names.
+//
+// Every name in an SDB file is a symbol id, an index into the file's symbol table. The path of an instance is
+// a row of the prefix table, which chains through its parents up to the top.
+#pragma once
+
+#include "sdb/sdb_format.hh"
+
+#include <cstdio>
+#include <string>
+#include <string_view>
+
+/// A symbol table; its content is private to symbols.cc.
+struct SYM_TABLE;
+
+/// A new table with "*UNDEF*" as symbol 0.
+SYM_TABLE *SYM_init(uint32_t hash_size);
+/// The id of `text`, or -1. Of two equal texts in a file the lower id is meant. A null table knows no text.
+int32_t SYM_lookup(SYM_TABLE *table, const char *text);
+/// Appends a copy of `text`, which the caller knows to be new, and returns its id.
+int32_t SYM_install(SYM_TABLE *table, const char *text);
+/// The id of `text`, which is installed when it is new.
+int32_t SYM_setup(SYM_TABLE *table, std::string_view text);
+/// The text of a symbol; null for a negative id or one beyond the last. Valid until SYM_free.
+const char *SYM_get(const SYM_TABLE *table, int32_t id);
+/// Number of symbols; ids are below it.
+int32_t SYM_count(const SYM_TABLE *table);
+/// Number of hash buckets that the file held, or that a new table was made with.
+uint32_t SYM_hash_size(const SYM_TABLE *table);
+/// Bytes that the table takes, for figures of memory.
+size_t SYM_memory(const SYM_TABLE *table);
+void SYM_free(SYM_TABLE *table);
+
+/// A symbol block in memory: reads it, with every number checked, and moves `*position` behind it. The texts
+/// stay where they are: `bytes` must outlive the table. Null, with `*fault` saying what is wrong (for a block
+/// that ends too early or has another magic, an empty fault).
+SYM_TABLE *SYM_read(const unsigned char *bytes, size_t size, size_t *position, bool swapped,
+                    std::string *fault);
+/// Reads a symbol block at the stream's position. Null when its magic is another one or when it cannot be
+/// read.
+SYM_TABLE *SYM_load(std::FILE *stream);
+/// Writes a symbol block, with enough buckets for its symbols and a balanced tree in each. 0, or 1 on a
+/// fault.
+int SYM_save(std::FILE *stream, SYM_TABLE *table);
+
+/// Makes an empty table if `table` is null, binds `symbols` to it, and returns it.
+SDB_PREFIX *PREFIX_init(SDB_PREFIX *table, SYM_TABLE *symbols);
+/// Forgets the binding and the index of a table that is about to be freed or that has changed.
+void PREFIX_release(const SDB_PREFIX *table);
+/// The full name of a row, in a static buffer that is valid until the next call. Ends the run with a message
+/// when the row has no proper name or when the name is longer than 4096 characters allow.
+const char *PREFIX_get(const SDB_PREFIX *table, int32_t row);
+/// The row of `name` below the row `parent` (-1 for the top), or -1. `kind` is 1 for an object, 0 for a net,
+/// 2 for a row whose target is below -5, and any other number for an object or such a row. The newest row
+/// wins.
+int32_t PREFIX_lookup(const SDB_PREFIX *table, const char *name, int32_t kind, int32_t parent);
+/// The symbol id of a row's own component, through its redirections. Ends the run with a message on a bad
+/// row.
+int32_t PREFIX_symbol(const SDB_PREFIX *table, int32_t row);
+/// Sets the separator of hierarchical names, '.' at first.
+void PREFIX_set_dot(char separator);
