@@ -1,0 +1,34 @@
+// Questions to the description tables by name. All but get_buffer compare the whole name, with regard to
+// case. Results point into the tables of description/tables.hh; the caller frees nothing. A miss is no error:
+// each caller decides what it means.
+#pragma once
+
+#include "description/tables.hh"
+
+/// The first record of that name in the file; null for a miss and for a null name.
+SCAN_CELL *get_scan_cell(const char *name);
+TAP_CELL *get_tap_cell(const char *name);
+
+/// The buffer of that name, else the one whose wild-card name covers it best, else null. Ends the run when
+/// two wild-card names cover it equally well.
+BUFFER_CELL *get_buffer(const char *name);
+
+/// The wild-card buffer name that covers `name` best, or null. Ends the run on a draw.
+const char *bs_name_transfer_wild_card_name(const char *name);
+
+/// What a wild-card name gives for covering `name`: the number of literal characters that count for it, or -1
+/// when it does not cover the name. A pattern whose only '*' leads scores 0.
+int32_t wild_card_score(const char *pattern, const char *name);
+
+/// True when the name stands in %SKIP_SIGNAL_NAMES. "a[3]" is not covered by an entry "a".
+bool skip_signal(const char *name);
+
+/// True when the name stands in %TRANSPARENT_BUFFER.
+bool trans_buffer(const char *name);
+
+/// Top-module name and direction of row `row` of PIN_TABLE; null for '*'. `row` must be below BS_PIN_COUNT.
+const char *bs_pin_name(int32_t row);
+const char *bs_pin_direction(int32_t row);
+
+/// 1 when the name stands in ALLOWED_MULTIPLE_LIST, else 0.
+int32_t in_allowed_list(const char *name);
