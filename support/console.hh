@@ -1,8 +1,8 @@
 // Console and report output, and the ways in which a run ends.
 //
 // Normal output goes to the console and the report together. Three routes stand beside it: plain console text
-// (command line, readers, guide), the error stream (growable tables, some reader checks) and the message layer
-// of support/message.hh.
+// (command line, readers, guide), the error stream (growable tables, some reader checks) and the message
+// layer of support/message.hh.
 #pragma once
 
 #include <cstdio>

@@ -15,8 +15,8 @@ struct FNM_NAME {
 };
 
 FNM_NAME FNM_parse(const char *name);
-/// Path, name and extension put together; the volume is never written. A path that starts with '~' is replaced
-/// in the record by its home expansion.
+/// Path, name and extension put together; the volume is never written. A path that starts with '~' is
+/// replaced in the record by its home expansion.
 std::string FNM_make(FNM_NAME *parsed);
 /// The parts named by the letters `v`, `p`, `b`, `e` only: FNM_break("dir/chip.sdb", "p") is "dir/".
 std::string FNM_break(const char *name, const char *parts);
@@ -25,7 +25,7 @@ std::string FNM_build(const char *dir, const char *name, const char *ext);
 /// `name` with `ext` (which carries its dot) appended unless it ends with it; cut at its last '.' when null.
 std::string FNM_append_ext(const char *name, const char *ext);
 
-constexpr int FNM_HERE = 0;           ///< flag of FNM_search: the name as it stands
+constexpr int FNM_HERE = 0;              ///< flag of FNM_search: the name as it stands
 constexpr int FNM_ON_SEARCH_PATH = 0xff; ///< flag of FNM_search: below each directory of the search list
 
 /// The name as found, kept to the exit, or null. `mode` is the mode of access(), 0 for existence.
@@ -45,8 +45,8 @@ const char *FNM_add_path(const char *list);
 void FNM_clear_subdir();
 const char **FNM_search_subdir(const char *list);
 void FNM_build_full_search_path();
-/// Sets the search list: `default_list`, then `env`, each directory with its subdirectories of `subdirs` (null
-/// for none). Returns the first directory of `env`, or null.
+/// Sets the search list: `default_list`, then `env`, each directory with its subdirectories of `subdirs`
+/// (null for none). Returns the first directory of `env`, or null.
 const char *CMD_set_path(const char *env, const char *default_list, const char *subdirs);
 /// 0 when both table entries name the same directory.
 int dir_comp(const void *a, const void *b);

@@ -1,6 +1,7 @@
 // What the whole run knows of itself: the switches of the command line and the names that follow from them.
 //
-// The command line writes all of these before anything else reads them, apart from what a line says otherwise.
+// The command line writes all of these before anything else reads them, apart from what a line says
+// otherwise.
 #pragma once
 
 #include <cstdint>

@@ -11,7 +11,8 @@ std::string shell_word(std::string_view name);
 /// Flushes the streams, runs the command through `system` and returns its result; 0 is success.
 int run_shell(const std::string &command);
 
-/// Appends the folder of the running executable to PATH, so that the bundled tools serve where the user has none.
+/// Appends the folder of the running executable to PATH, so that the bundled tools serve where the user has
+/// none.
 void add_own_folder_to_path();
 
 /// Writes `text` as the file `path`: first beside it under a temporary name, then renamed, so that an earlier

@@ -4,6 +4,7 @@
 // text that was not given is null.
 #pragma once
 
+#include <cstdarg>
 #include <string>
 #include <string_view>
 
@@ -15,6 +16,9 @@ const char *keep_text_or_null(const char *text);
 
 /// printf into a string.
 std::string format_text(const char *format, ...) __attribute__((format(printf, 1, 2)));
+
+/// vprintf into a string; `values` is used up.
+std::string format_list(const char *format, va_list values);
 
 /// printf into a kept text.
 const char *keep_format(const char *format, ...) __attribute__((format(printf, 1, 2)));

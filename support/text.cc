@@ -1,0 +1,113 @@
+// The store of texts that live to the exit: blocks that are only ever appended to, and an index of what they
+// hold.
+#include "support/text.hh"
+
+#include <cstdio>
+#include <cstring>
+#include <memory>
+#include <strings.h>
+#include <unordered_set>
+#include <vector>
+
+namespace {
+
+constexpr size_t block_size = 64 * 1024;
+
+struct text_store {
+    std::vector<std::unique_ptr<char[]>> blocks;
+    char *free_from = nullptr;
+    size_t free_bytes = 0;
+    std::unordered_set<std::string_view> index;
+};
+
+text_store &store() {
+    // Never destroyed: handlers that run at the exit may still read kept texts.
+    static text_store *const the_store = new text_store;
+    return *the_store;
+}
+
+char *take_bytes(text_store &texts, size_t bytes) {
+    if (bytes > block_size / 4) { // a long text gets a block of its own, so that no block is half wasted
+        texts.blocks.push_back(std::make_unique_for_overwrite<char[]>(bytes));
+        return texts.blocks.back().get();
+    }
+    if (bytes > texts.free_bytes) {
+        texts.blocks.push_back(std::make_unique_for_overwrite<char[]>(block_size));
+        texts.free_from = texts.blocks.back().get();
+        texts.free_bytes = block_size;
+    }
+    char *place = texts.free_from;
+    texts.free_from += bytes;
+    texts.free_bytes -= bytes;
+    return place;
+}
+
+} // namespace
+
+std::string format_list(const char *format, va_list values) {
+    va_list again;
+    va_copy(again, values);
+    char small[512];
+    int length = std::vsnprintf(small, sizeof small, format, values);
+    std::string text;
+    if (length >= 0 && static_cast<size_t>(length) < sizeof small) {
+        text.assign(small, static_cast<size_t>(length));
+    } else if (length >= 0) {
+        text.resize(static_cast<size_t>(length));
+        std::vsnprintf(text.data(), text.size() + 1, format, again);
+    }
+    va_end(again);
+    return text;
+}
+
+const char *keep_text(std::string_view text) {
+    text_store &texts = store();
+    if (auto known = texts.index.find(text); known != texts.index.end())
+        return known->data();
+    char *place = take_bytes(texts, text.size() + 1);
+    if (!text.empty())
+        std::memcpy(place, text.data(), text.size());
+    place[text.size()] = '\0';
+    texts.index.emplace(place, text.size());
+    return place;
+}
+
+const char *keep_text_or_null(const char *text) {
+    return text == nullptr ? nullptr : keep_text(text);
+}
+
+std::string format_text(const char *format, ...) {
+    va_list values;
+    va_start(values, format);
+    std::string text = format_list(format, values);
+    va_end(values);
+    return text;
+}
+
+const char *keep_format(const char *format, ...) {
+    va_list values;
+    va_start(values, format);
+    std::string text = format_list(format, values);
+    va_end(values);
+    return keep_text(text);
+}
+
+bool same_text(const char *a, const char *b) {
+    if (a == nullptr || b == nullptr)
+        return a == b;
+    return std::strcmp(a, b) == 0;
+}
+
+bool same_text_no_case(const char *a, const char *b) {
+    if (a == nullptr || b == nullptr)
+        return a == b;
+    return strcasecmp(a, b) == 0;
+}
+
+const char *without_minus(const char *name) {
+    return is_active_low(name) ? name + 1 : name;
+}
+
+bool is_active_low(const char *name) {
+    return name != nullptr && name[0] == '-';
+}
