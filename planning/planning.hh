@@ -18,6 +18,11 @@ int32_t save_contr_tab(const BUFFER_CELL *pad, int32_t row);
 int32_t save_oe_contr_tab(const BUFFER_CELL *pad, int32_t row);
 /// Ties the enable of a row with its chosen cell to one of the two control tables.
 void save_enable_control(const BUFFER_CELL *pad, int32_t row);
+/// Gives every I/O module control cells of its own: rows of both tables are split by the module of their ports. Runs
+/// once, when all rows are classified and the design turned out to have several I/O modules.
+void split_control_cells_by_module();
+/// Forgets which enable nets have a control cell; the tables are about to be made anew.
+void forget_control_sharing();
 /// Marks the rows that make a control cell or a high-impedance buffer; rows are in chain order.
 void setup_driving_control_cell_and_highz_buf();
 /// Appends the SCAN_TAB row of an inserted cell, counts its loads and returns its instance name.

@@ -145,6 +145,11 @@ struct CELL_KIND_INFO {
 };
 extern const CELL_KIND_INFO CELL_KINDS[CELL_KIND_COUNT];
 
+/// What the package column of a pin says: a signal inside the core with a cell of its own (INTERNAL), or one that a
+/// cell only watches (OBSERVE or OBSERVE_ONLY, which mean the same).
+bool is_internal_pin(const PIN_ENTRY *pin);
+bool is_observe_pin(const PIN_ENTRY *pin);
+
 /// Resets the tables and counters for a run.
 void rimweave_init();
 

@@ -1,0 +1,164 @@
+// The tables that planning fills, and their life: made empty at the start of a run, released at its end.
+#include "planning/port_table.hh"
+
+#include "planning/planning.hh"
+#include "planning/tap_state.hh"
+#include "planning/tracing.hh"
+#include "support/run_state.hh"
+#include "support/text.hh"
+
+#include <algorithm>
+
+OPIN_ROW *OPIN_TAB = nullptr;
+CONTROL_ROW *CONTROL_TAB = nullptr;
+CONTROL_ROW *CONTROL_OE_TAB = nullptr;
+SCAN_ROW *SCAN_TAB = nullptr;
+MULTI_IO_ROW *MULTI_IO_TAB = nullptr;
+MULTI_IO_NODE MULTI_IO_HIER = {0, nullptr};
+int32_t multi_io_module_flagG = 0;
+int32_t current_multi_io_indexG = -1;
+int32_t PAD_MODULE_EXIST = 0;
+int32_t HIGHZ_CNT = 0;
+const char **BUFFER_REPORT = nullptr;
+const char *BSO_FILE = nullptr;
+int32_t SCAN_COUNT[CELL_COUNTER_COUNT];
+
+const CELL_KIND_INFO CELL_KINDS[CELL_KIND_COUNT] = {
+    {"clock", false},    // CELL_CLOCK
+    {"input", false},    // CELL_INPUT
+    {"output2", false},  // CELL_OUTPUT2
+    {"output3", false},  // CELL_OUTPUT3
+    {"output3", false},  // CELL_OUTPUT_EN
+    {"bidir", false},    // CELL_BIDIR
+    {"inout", true},     // CELL_INOUT
+    {"internal", false}, // CELL_INTERNAL
+    {"clock", false},    // CELL_MUX_CLOCK
+    {"input", false},    // CELL_MUX_INPUT
+    {"output2", false},  // CELL_MUX_OUTPUT2
+    {"output3", false},  // CELL_MUX_OUTPUT3
+    {"  *", false},      // CELL_MUX_OUTPUT_EN: such a port gets no cell
+    {"bidir", false},    // CELL_MUX_BIDIR
+    {"bidir", false},    // CELL_MUX2_BIDIR
+    {"inout", true},     // CELL_MUX_INOUT
+    {"inout", true},     // CELL_MUX2_INOUT
+};
+
+namespace {
+
+template <class T> void release(T *&tab) {
+    DYNA_free(&tab);
+    tab = nullptr;
+}
+
+/// A fresh empty table in place of whatever the handle held.
+template <class T> void renew(T *&tab) {
+    release(tab);
+    tab = DYNA_init<T>();
+}
+
+void release_node(MULTI_IO_NODE &node) {
+    for (MULTI_IO_NODE &child : rows(node.children))
+        release_node(child);
+    release(node.children);
+}
+
+void release_tree(BUFFER_TREE &tree) {
+    release(tree.group);
+    tree = {};
+}
+
+void release_rows() {
+    for (OPIN_ROW &row : rows(OPIN_TAB)) {
+        release(row.hier_classes);
+        release(row.hier_instances);
+    }
+    for (SCAN_ROW &row : rows(SCAN_TAB))
+        release(row.extra_pins);
+    for (BUFFER_TREE &tree : rows(EXTRA_TREES))
+        release(tree.group);
+    for (BUFFER_TREE &tree : TREES)
+        release_tree(tree);
+}
+
+} // namespace
+
+bool is_internal_pin(const PIN_ENTRY *pin) {
+    return same_text(pin->package_name, "INTERNAL");
+}
+
+bool is_observe_pin(const PIN_ENTRY *pin) {
+    return same_text(pin->package_name, "OBSERVE") || same_text(pin->package_name, "OBSERVE_ONLY");
+}
+
+void rimweave_init() {
+    release_rows();
+    renew(BUFFER_REPORT);
+    renew(EXTRA_TREES);
+    renew(OPIN_TAB);
+    renew(CONTROL_TAB);
+    renew(CONTROL_OE_TAB);
+    renew(SCAN_TAB);
+    std::fill(std::begin(SCAN_COUNT), std::end(SCAN_COUNT), 0);
+    HIGHZ_CNT = 0;
+
+    std::fill(std::begin(TAP_FLAG.control), std::end(TAP_FLAG.control), -1);
+    TAP_FLAG.first_bcell = TAP_FLAG.last_bcell = TAP_FLAG.hiz = TAP_FLAG.tdo = TAP_FLAG.tdo_en = -1;
+    renew(TAP_FLAG.extras);
+    multi_io_module_flagG = 0;
+    current_multi_io_indexG = -1;
+    forget_control_sharing();
+    forget_io_modules();
+}
+
+void init_multi_io_tables() {
+    MULTI_IO_ROW top = {};
+    top.class_name = top.inst_name = TOP_MODULE;
+    top.parent = -1;
+    top.added_conns = DYNA_init<ADDED_CONN>();
+    MULTI_IO_TAB = nullptr;
+    append_row(MULTI_IO_TAB, top);
+    MULTI_IO_HIER = {0, nullptr};
+}
+
+int32_t create_an_entry_of_OPIN_TAB(int32_t pin_index, const char *core_name) {
+    const PIN_ENTRY &pin = *PIN_TABLE[pin_index];
+    OPIN_ROW row = {};
+    row.pin_index = pin_index;
+    row.pin_num = is_internal_pin(&pin) || is_observe_pin(&pin) ? pin.package_name : pin.number;
+    row.port_name = keep_text(without_minus(core_name));
+    row.inverted = is_active_low(core_name) ? 1 : 0;
+    row.scan_cell_name = pin.bsc_name;
+    row.hier_classes = DYNA_init<const char *>();
+    row.hier_instances = DYNA_init<const char *>();
+    row.kind = CELL_NONE;
+    row.pad_obj = -1;
+    std::fill(std::begin(row.mode_net), std::end(row.mode_net), -1);
+    row.mux_in1_net = row.mux_in2_net = row.mux_out_net = -1;
+    row.io_module = -1;
+    append_row(OPIN_TAB, row);
+    return DYNA_count(OPIN_TAB) - 1;
+}
+
+void free_planning_tables() {
+    release_rows();
+    release(OPIN_TAB);
+    release(CONTROL_TAB);
+    release(CONTROL_OE_TAB);
+    release(SCAN_TAB);
+    release(BUFFER_REPORT);
+    release(EXTRA_TREES);
+    release(TAP_FLAG.extras);
+    for (CONTR_PIN_ROW &row : rows(CONTR_PIN))
+        release(row.orders);
+    release(CONTR_PIN);
+    for (MULTI_IO_ROW &row : rows(MULTI_IO_TAB)) {
+        release(row.added_ports);
+        release(row.added_conns);
+    }
+    release(MULTI_IO_TAB);
+    release_node(MULTI_IO_HIER);
+    for (STANDARD_PORT_STATE &port : TAP_PORT)
+        port.row = nullptr;
+    forget_control_sharing();
+    forget_io_modules();
+}
