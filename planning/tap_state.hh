@@ -73,4 +73,5 @@ extern TAP_PATH_ROW *rwv_hier_tap_ctrl_name_tabG; ///< table of that path, or nu
 constexpr int32_t TAP_PORT_TABLES = 7;
 extern const char **rwv_hier_tap_port_tabG[TAP_PORT_TABLES];
 
-extern const char *org_tap_instance_nameG; ///< TAP_INSTANCE_NAME as the user gave it, null before jtag_init
+/// TAP_INSTANCE_NAME as the user gave it, a path included; set when the inputs are checked, null when not given.
+extern const char *org_tap_instance_nameG;
