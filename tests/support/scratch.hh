@@ -61,10 +61,12 @@ struct scratch_folder {
     }
     /// Runs a shell command with the folder as working directory. `input` is its standard input.
     run_result run(const std::string &command, std::string_view input = "") const {
-        scratch_folder streams; // the streams lie elsewhere, so that the folder holds the command's own files alone
+        scratch_folder
+            streams; // the streams lie elsewhere, so that the folder holds the command's own files alone
         streams.write("in", input);
-        std::string whole = "cd '" + dir.string() + "' || exit 254\n(" + command + "\n) <'" + streams.path("in") +
-                            "' >'" + streams.path("out") + "' 2>'" + streams.path("err") + "'";
+        std::string whole = "cd '" + dir.string() + "' || exit 254\n(" + command + "\n) <'" +
+                            streams.path("in") + "' >'" + streams.path("out") + "' 2>'" +
+                            streams.path("err") + "'";
         int raw = std::system(whole.c_str());
         int status = WIFEXITED(raw) ? WEXITSTATUS(raw) : 128 + WTERMSIG(raw);
         return {status, streams.read("out"), streams.read("err")};
