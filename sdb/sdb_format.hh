@@ -5,6 +5,7 @@
 // bytes. An id is an index into the table that its field names; -1 means none.
 #pragma once
 
+#include <array>
 #include <cstdint>
 
 /// Index of each table in the header of a file.
@@ -117,7 +118,7 @@ extern const SDB_TABLE_SPEC sdb_table_spec[SDB_FIXED_TAB_COUNT];
 
 /// Names of the class kinds by index; null where an index has no kind.
 constexpr int32_t SDB_CLASS_KIND_COUNT = 192;
-extern const char *const sdb_class_kind[SDB_CLASS_KIND_COUNT];
+extern const std::array<const char *, SDB_CLASS_KIND_COUNT> sdb_class_kind;
 enum SDB_CLASS_KIND : int32_t { SDB_KIND_DESIGN = 0, SDB_KIND_CELL = 1 };
 
 /// Name of a class kind, or null.

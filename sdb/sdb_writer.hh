@@ -64,9 +64,6 @@ inline void SDB_disconnect(SDB_HANDLE *design, int32_t node) {
 }
 /// Gives an object another class: it gets new nodes, not connected; its old nodes are taken off their nets.
 void SDB_replace_class(SDB_HANDLE *design, int32_t obj, int32_t class_id);
-/// Takes an object or a port out: it is disconnected and loses its name. Other ids stay.
-void SDB_remove_obj(SDB_HANDLE *design, int32_t obj);
-void SDB_remove_port(SDB_HANDLE *design, int32_t port);
-/// Gives an object, net or port another name.
+/// Gives an object or net another name.
 void SDB_rename_obj(SDB_HANDLE *design, int32_t obj, int32_t name_entry);
 void SDB_rename_net(SDB_HANDLE *design, int32_t net, int32_t name_entry);

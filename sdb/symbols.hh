@@ -27,8 +27,6 @@ const char *SYM_get(const SYM_TABLE *table, int32_t id);
 int32_t SYM_count(const SYM_TABLE *table);
 /// Number of hash buckets that the file held, or that a new table was made with.
 uint32_t SYM_hash_size(const SYM_TABLE *table);
-/// Bytes that the table takes, for figures of memory.
-size_t SYM_memory(const SYM_TABLE *table);
 void SYM_free(SYM_TABLE *table);
 
 /// A symbol block in memory: reads it, with every number checked, and moves `*position` behind it. The texts
@@ -36,9 +34,6 @@ void SYM_free(SYM_TABLE *table);
 /// that ends too early or has another magic, an empty fault).
 SYM_TABLE *SYM_read(const unsigned char *bytes, size_t size, size_t *position, bool swapped,
                     std::string *fault);
-/// Reads a symbol block at the stream's position. Null when its magic is another one or when it cannot be
-/// read.
-SYM_TABLE *SYM_load(std::FILE *stream);
 /// Writes a symbol block, with enough buckets for its symbols and a balanced tree in each. 0, or 1 on a
 /// fault.
 int SYM_save(std::FILE *stream, SYM_TABLE *table);

@@ -1,0 +1,166 @@
+// The alias side file of a design: other names for nets and ports.
+#include "sdb/sdb.hh"
+
+#include "support/dyna.hh"
+#include "support/text.hh"
+
+#include <cctype>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <string_view>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+std::string asn_file_name;
+ALIAS_NET *alias_net_tab = nullptr;
+int32_t alias_net_count = 0;
+ALIAS_PORT *sdb_port_aliasG = nullptr;
+
+namespace {
+
+/// Rows of alias_net_tab by target, and the pairs that are there. Texts are kept ones, so that equal texts
+/// are one address.
+std::unordered_map<const char *, std::vector<int32_t>> rows_by_target;
+std::unordered_map<const char *, std::unordered_set<const char *>> targets_by_name;
+
+std::string read_text(const std::string &path) {
+    std::string text;
+    std::FILE *file = std::fopen(path.c_str(), "r");
+    if (file == nullptr)
+        return text;
+    char piece[65536];
+    for (size_t n; (n = std::fread(piece, 1, sizeof piece, file)) > 0;)
+        text.append(piece, n);
+    std::fclose(file);
+    return text;
+}
+
+bool is_blank(char c) {
+    return std::isspace(static_cast<unsigned char>(c)) != 0;
+}
+
+/// Tokens of the file in order.
+struct token_reader {
+    std::string_view text;
+    size_t position = 0;
+
+    std::string_view peek() {
+        while (position < text.size() && is_blank(text[position]))
+            position++;
+        size_t end = position;
+        while (end < text.size() && !is_blank(text[end]))
+            end++;
+        return text.substr(position, end - position);
+    }
+    /// The next token; empty at the end.
+    std::string_view next() {
+        std::string_view token = peek();
+        position += token.size();
+        return token;
+    }
+    /// A name, with its index when that stands apart.
+    std::string next_name() {
+        std::string name(next());
+        if (peek().substr(0, 1) == "[")
+            name += next();
+        return name;
+    }
+};
+
+void free_port_aliases() {
+    for (ALIAS_PORT &row : rows(sdb_port_aliasG))
+        DYNA_free(&row.aliases);
+    DYNA_free(&sdb_port_aliasG);
+    sdb_port_aliasG = nullptr;
+}
+
+/// Reads the aliases of one port up to the closing ';'; false at the end of the file.
+bool read_port_aliases(token_reader &reader) {
+    ALIAS_PORT &row = append_row(sdb_port_aliasG);
+    row.port = keep_text(reader.next());
+    row.aliases = DYNA_init<const char *>();
+    for (std::string_view token = reader.next(); token != ";"; token = reader.next()) {
+        if (token.empty())
+            return false;
+        append_row(row.aliases, keep_text(token));
+    }
+    return true;
+}
+
+} // namespace
+
+void ALIAS_init() {
+    std::string text = read_text(asn_file_name);
+    token_reader reader{text};
+    for (std::string_view token = reader.next(); !token.empty(); token = reader.next()) {
+        if (token == "ASSIGN") {
+            std::string name = reader.next_name();
+            std::string target = reader.next_name();
+            ALIAS_add(name.c_str(), target.c_str());
+        } else if (token == "ALIAS" && !read_port_aliases(reader)) {
+            sdb_log_error(2,
+                          "(FA-01-0006) The sdb file '%s' is corrupted. Please generate the sdb file again.",
+                          asn_file_name.c_str());
+            free_port_aliases();
+        }
+    }
+}
+
+void ALIAS_add(const char *name, const char *target) {
+    if (name == nullptr || target == nullptr || *name == '\0' || *target == '\0')
+        return;
+    const char *kept_name = keep_text(name);
+    const char *kept_target = keep_text(target);
+    if (!targets_by_name[kept_name].insert(kept_target).second)
+        return;
+    std::vector<int32_t> moved;
+    if (kept_name != kept_target) {
+        moved.swap(rows_by_target[kept_name]);
+        rows_by_target.erase(kept_name);
+    }
+    for (int32_t row : moved) {
+        targets_by_name[alias_net_tab[row].name].erase(kept_name);
+        targets_by_name[alias_net_tab[row].name].insert(kept_target);
+        alias_net_tab[row].target = kept_target;
+    }
+    append_row(alias_net_tab, ALIAS_NET{kept_name, kept_target});
+    std::vector<int32_t> &at_target = rows_by_target[kept_target];
+    at_target.insert(at_target.end(), moved.begin(), moved.end());
+    at_target.push_back(alias_net_count++);
+}
+
+int ALIAS_write() {
+    if (alias_net_count == 0 && DYNA_count(sdb_port_aliasG) == 0)
+        return 0;
+    std::string text;
+    for (const ALIAS_NET &row : rows(alias_net_tab))
+        text += format_text("ASSIGN %s %s\n", row.name, row.target);
+    for (const ALIAS_PORT &row : rows(sdb_port_aliasG)) {
+        text += std::string("ALIAS ") + row.port;
+        for (const char *alias : rows(row.aliases))
+            text += std::string(" ") + alias;
+        text += " ;\n";
+    }
+    std::string temporary = asn_file_name + ".tmp";
+    std::FILE *file = std::fopen(temporary.c_str(), "w");
+    if (file == nullptr)
+        return 1;
+    bool written = std::fwrite(text.data(), 1, text.size(), file) == text.size();
+    written = std::fclose(file) == 0 && written;
+    if (written && std::rename(temporary.c_str(), asn_file_name.c_str()) == 0)
+        return 0;
+    std::remove(temporary.c_str());
+    return 1;
+}
+
+void ALIAS_free() {
+    DYNA_free(&alias_net_tab);
+    alias_net_tab = nullptr;
+    alias_net_count = 0;
+    free_port_aliases();
+    rows_by_target.clear();
+    targets_by_name.clear();
+    asn_file_name.clear();
+}

@@ -1,0 +1,192 @@
+// Building and changing a design in memory.
+#include "sdb/sdb_writer.hh"
+
+#include "sdb/handle_internal.hh"
+
+#include <string>
+
+namespace {
+
+/// The last row added to a table.
+template <class T> T &grow(SDB_HANDLE *design, int32_t index, int32_t *id) {
+    *id = SDB_grow_table(design, index, 1);
+    return SDB_table<T>(design, index)[*id];
+}
+
+/// Makes the prefix row of a hierarchical name entry stand for `target`.
+void set_target(SDB_HANDLE *design, int32_t name_entry, int32_t target) {
+    if (name_entry <= SDB_ENTRY_BASE)
+        SDB_table<SDB_PREFIX>(design, SDB_PREFIX_TAB)[SDB_entry_row(name_entry)].target = target;
+}
+
+/// Appends one node for each pin of the class and returns the first; -1 for a class without pins.
+int32_t add_obj_nodes(SDB_HANDLE *design, int32_t obj, int32_t class_id) {
+    if (class_id < 0)
+        return -1;
+    SDB_CLASS cell = SDB_table<SDB_CLASS>(design, SDB_CLASS_TAB)[class_id];
+    if (cell.pin_count == 0 || !SDB_is_user_class(cell.type))
+        return -1;
+    int32_t first = SDB_grow_table(design, SDB_NODE_TAB, cell.pin_count);
+    auto *nodes = SDB_table<SDB_NODE>(design, SDB_NODE_TAB);
+    for (int32_t i = 0; i < cell.pin_count; i++)
+        nodes[first + i] = {obj, cell.first_pin + i, -1, -1, 0};
+    return first;
+}
+
+void take_off_net(SDB_HANDLE *design, int32_t node) {
+    auto *nodes = SDB_table<SDB_NODE>(design, SDB_NODE_TAB);
+    int32_t net = nodes[node].net;
+    if (net < 0)
+        return;
+    int32_t *link = &SDB_table<SDB_NET>(design, SDB_NET_TAB)[net].first_node;
+    while (*link != node && *link >= 0)
+        link = &nodes[*link].next;
+    if (*link == node)
+        *link = nodes[node].next;
+    nodes[node].net = -1;
+    nodes[node].next = -1;
+}
+
+void rename_row(SDB_HANDLE *design, int32_t index, first_row_index &first_rows, int32_t row,
+                int32_t name_entry) {
+    auto *names = SDB_table<int32_t>(design, index);
+    SDB_index_renamed(first_rows, row, names[row], name_entry);
+    set_target(design, names[row], -1);
+    names[row] = name_entry;
+}
+
+} // namespace
+
+int32_t SDB_plain_name(SDB_HANDLE *design, std::string_view text) {
+    return SYM_setup(design->symbols, text);
+}
+
+int32_t SDB_add_class(SDB_HANDLE *design, std::string_view name, int32_t type,
+                      std::span<const SDB_NEW_PIN> pins) {
+    auto pin_count = static_cast<int32_t>(pins.size());
+    int32_t first_pin = SDB_table_count(design, SDB_PIN_TAB);
+    for (const SDB_NEW_PIN &pin : pins) {
+        int32_t id = 0;
+        grow<SDB_PIN>(design, SDB_PIN_TAB, &id) = {SDB_plain_name(design, pin.name), pin.direction};
+    }
+    int32_t id = 0;
+    grow<SDB_CLASS>(design, SDB_CLASS_TAB,
+                    &id) = {SDB_plain_name(design, name), type, first_pin, pin_count, 1, 0, 0, pin_count - 1};
+    return id;
+}
+
+int32_t SDB_add_class(SDB_HANDLE *design, std::string_view name, int32_t type,
+                      std::initializer_list<SDB_NEW_PIN> pins) {
+    return SDB_add_class(design, name, type, std::span<const SDB_NEW_PIN>(pins.begin(), pins.size()));
+}
+
+int32_t SDB_find_class(SDB_HANDLE *design, std::string_view name) {
+    const auto *classes = SDB_table<SDB_CLASS>(design, SDB_CLASS_TAB);
+    if (classes == nullptr)
+        return -1;
+    int32_t symbol = SYM_lookup(design->symbols, std::string(name).c_str());
+    return SDB_first_row(design->name_index->classes, symbol, &classes->name,
+                         sizeof(SDB_CLASS) / sizeof(int32_t), SDB_table_count(design, SDB_CLASS_TAB),
+                         SYM_count(design->symbols));
+}
+
+int32_t SDB_find_class_pin(const SDB_HANDLE *design, int32_t class_id, std::string_view name) {
+    if (class_id < 0 || class_id >= SDB_table_count(design, SDB_CLASS_TAB))
+        return -1;
+    const SDB_CLASS &cell = SDB_table<SDB_CLASS>(design, SDB_CLASS_TAB)[class_id];
+    if (!SDB_is_user_class(cell.type))
+        return -1;
+    const auto *pins = SDB_table<SDB_PIN>(design, SDB_PIN_TAB);
+    for (int32_t i = 0; i < cell.pin_count; i++) {
+        const char *pin_name = SYM_get(design->symbols, pins[cell.first_pin + i].name);
+        if (pin_name != nullptr && name == pin_name)
+            return i;
+    }
+    return -1;
+}
+
+int32_t SDB_add_port(SDB_HANDLE *design, std::string_view name, int32_t direction) {
+    int32_t symbol = SDB_plain_name(design, name);
+    int32_t port = 0;
+    int32_t node = 0;
+    grow<SDB_PORT>(design, SDB_PORT_TAB, &port) = {symbol, direction, -1, 0};
+    grow<SDB_NODE>(design, SDB_NODE_TAB, &node) = {-1, port, -1, -1, 0};
+    SDB_table<SDB_PORT>(design, SDB_PORT_TAB)[port].node = node;
+    return port;
+}
+
+int32_t SDB_add_obj(SDB_HANDLE *design, int32_t name_entry, int32_t class_id) {
+    int32_t obj = 0;
+    int32_t name_row = 0;
+    grow<SDB_OBJ>(design, SDB_OBJ_TAB, &obj) = {class_id, -1, 0};
+    grow<int32_t>(design, SDB_SOBJ_TAB, &name_row) = name_entry;
+    int32_t first_node = add_obj_nodes(design, obj, class_id);
+    SDB_table<SDB_OBJ>(design, SDB_OBJ_TAB)[obj].first_node = first_node;
+    set_target(design, name_entry, obj | SDB_OBJ_TARGET);
+    return obj;
+}
+
+int32_t SDB_add_net(SDB_HANDLE *design, int32_t name_entry) {
+    int32_t net = 0;
+    int32_t name_row = 0;
+    grow<SDB_NET>(design, SDB_NET_TAB, &net) = {-1, 0};
+    grow<int32_t>(design, SDB_SNET_TAB, &name_row) = name_entry;
+    set_target(design, name_entry, net);
+    return net;
+}
+
+int32_t SDB_add_prefix(SDB_HANDLE *design, std::string_view component, int32_t parent) {
+    int32_t symbol = SDB_plain_name(design, component);
+    int32_t row = 0;
+    grow<SDB_PREFIX>(design, SDB_PREFIX_TAB, &row) = {symbol, parent, -1};
+    return row;
+}
+
+void SDB_set_prefix_class(SDB_HANDLE *design, int32_t row, std::string_view class_name) {
+    int32_t symbol = SDB_plain_name(design, class_name);
+    SDB_table<SDB_PREFIX>(design, SDB_PREFIX_TAB)[row].target = SDB_ENTRY_BASE - symbol;
+}
+
+int32_t SDB_obj_node(const SDB_HANDLE *design, int32_t obj, int32_t number) {
+    return SDB_table<SDB_OBJ>(design, SDB_OBJ_TAB)[obj].first_node + number;
+}
+
+int32_t SDB_port_node(const SDB_HANDLE *design, int32_t port) {
+    return SDB_table<SDB_PORT>(design, SDB_PORT_TAB)[port].node;
+}
+
+void SDB_connect(SDB_HANDLE *design, int32_t node, int32_t net) {
+    take_off_net(design, node);
+    if (net < 0)
+        return;
+    auto *nodes = SDB_table<SDB_NODE>(design, SDB_NODE_TAB);
+    int32_t first = SDB_table<SDB_NET>(design, SDB_NET_TAB)[net].first_node;
+    int32_t *link = first < 0 ? &SDB_table<SDB_NET>(design, SDB_NET_TAB)[net].first_node : &nodes[first].next;
+    nodes[node].net = net;
+    nodes[node].next = *link;
+    *link = node;
+}
+
+void SDB_replace_class(SDB_HANDLE *design, int32_t obj, int32_t class_id) {
+    auto *nodes = SDB_table<SDB_NODE>(design, SDB_NODE_TAB);
+    int32_t node = SDB_table<SDB_OBJ>(design, SDB_OBJ_TAB)[obj].first_node;
+    for (; node >= 0 && nodes[node].obj == obj; node++) {
+        take_off_net(design, node);
+        nodes[node].obj = -1;
+        nodes[node].pin = -1;
+    }
+    int32_t first_node = add_obj_nodes(design, obj, class_id);
+    SDB_OBJ &row = SDB_table<SDB_OBJ>(design, SDB_OBJ_TAB)[obj];
+    row.class_id = class_id;
+    row.first_node = first_node;
+}
+
+void SDB_rename_obj(SDB_HANDLE *design, int32_t obj, int32_t name_entry) {
+    rename_row(design, SDB_SOBJ_TAB, design->name_index->objs, obj, name_entry);
+    set_target(design, name_entry, obj | SDB_OBJ_TARGET);
+}
+
+void SDB_rename_net(SDB_HANDLE *design, int32_t net, int32_t name_entry) {
+    rename_row(design, SDB_SNET_TAB, design->name_index->nets, net, name_entry);
+    set_target(design, name_entry, net);
+}

@@ -1,0 +1,308 @@
+// Symbol tables.
+//
+// A table holds the address of each symbol's text. The texts of a file stay in the bytes that were read;
+// texts that are added lie in blocks of the table's own. Lookups go through an open hash of the table's own,
+// built at the first one: the trees that a file holds may be as deep as it has symbols. They are checked when
+// a file is read and built anew, balanced, when one is written.
+#include "sdb/symbols.hh"
+
+#include "sdb/byte_stream.hh"
+#include "support/text.hh"
+
+#include <algorithm>
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace {
+
+/// One place of the open hash; id -1 is a free one.
+struct hash_slot {
+    uint32_t hash;
+    int32_t id;
+};
+
+constexpr const char undefined_text[] = "*UNDEF*";
+constexpr size_t text_block_size = size_t{64} * 1024;
+
+uint32_t text_hash(std::string_view text) {
+    uint64_t hash = std::hash<std::string_view>{}(text);
+    return static_cast<uint32_t>(hash ^ (hash >> 32));
+}
+
+/// The hash that places a symbol in a bucket of a file: rotate left by three and add the character.
+uint32_t file_hash(const char *text) {
+    uint32_t hash = 0;
+    for (; *text != '\0'; text++)
+        hash = ((hash << 3) | (hash >> 29)) + static_cast<uint32_t>(static_cast<signed char>(*text));
+    return hash;
+}
+
+} // namespace
+
+struct SYM_TABLE {
+    uint32_t hash_size;
+    std::vector<const char *> texts;
+    std::vector<hash_slot> slots; // empty until the first lookup; its size is a power of two
+    std::vector<std::unique_ptr<char[]>> blocks;
+    size_t block_used = 0;
+    size_t block_size = 0;
+};
+
+namespace {
+
+/// The slot that holds `text`, or the free one where it belongs.
+hash_slot &find_slot(SYM_TABLE *table, std::string_view text, uint32_t hash) {
+    size_t mask = table->slots.size() - 1;
+    for (size_t place = hash & mask;; place = (place + 1) & mask) {
+        hash_slot &slot = table->slots[place];
+        if (slot.id < 0 || (slot.hash == hash && text == table->texts[static_cast<size_t>(slot.id)]))
+            return slot;
+    }
+}
+
+/// Makes the hash for `count` symbols and enters all of them; of equal texts the lowest id stays.
+void build_slots(SYM_TABLE *table, size_t count) {
+    size_t size = 16;
+    while (size < count + count / 2)
+        size *= 2;
+    table->slots.assign(size, hash_slot{0, -1});
+    for (size_t id = 0; id < table->texts.size(); id++) {
+        std::string_view text = table->texts[id];
+        uint32_t hash = text_hash(text);
+        hash_slot &slot = find_slot(table, text, hash);
+        if (slot.id < 0)
+            slot = {hash, static_cast<int32_t>(id)};
+    }
+}
+
+const char *store_text(SYM_TABLE *table, std::string_view text) {
+    size_t need = text.size() + 1;
+    if (table->block_size - table->block_used < need) {
+        table->block_size = std::max(need, text_block_size);
+        table->blocks.push_back(std::make_unique_for_overwrite<char[]>(table->block_size));
+        table->block_used = 0;
+    }
+    char *place = table->blocks.back().get() + table->block_used;
+    std::memcpy(place, text.data(), text.size());
+    place[text.size()] = '\0';
+    table->block_used += need;
+    return place;
+}
+
+/// Appends a symbol. Room for it in the hash is made before, so that `text` may be entered at once.
+int32_t append_symbol(SYM_TABLE *table, std::string_view text) {
+    int32_t id = SYM_count(table);
+    table->texts.push_back(store_text(table, text));
+    if (table->texts.size() + table->texts.size() / 4 > table->slots.size()) {
+        build_slots(table, table->texts.size() * 2);
+    } else {
+        uint32_t hash = text_hash(text);
+        hash_slot &slot = find_slot(table, text, hash);
+        if (slot.id < 0)
+            slot = {hash, id};
+    }
+    return id;
+}
+
+/// Marks one link of the trees. A record that two links reach would close a cycle or merge two trees.
+bool mark_link(int32_t link, int32_t count, std::vector<bool> &reached) {
+    if (link == -1)
+        return true;
+    if (link < 0 || link >= count || reached[static_cast<size_t>(link)])
+        return false;
+    reached[static_cast<size_t>(link)] = true;
+    return true;
+}
+
+bool read_buckets(byte_reader &reader, uint32_t buckets, std::vector<int32_t> &heads, std::string *fault) {
+    if (!reader.has(uint64_t{buckets} * 4 + 4))
+        return false;
+    if (buckets == 0) {
+        *fault = "the symbol table has no buckets";
+        return false;
+    }
+    heads.resize(buckets);
+    for (int32_t &head : heads)
+        head = reader.number();
+    return true;
+}
+
+/// Reads the records; their links and the buckets' must form trees.
+bool read_records(byte_reader &reader, SYM_TABLE *table, const std::vector<int32_t> &heads,
+                  std::string *fault) {
+    constexpr uint64_t least_record = 4 + 1 + 8;
+    int32_t count = reader.number();
+    if (count < 0 || !reader.has(least_record * static_cast<uint64_t>(count)))
+        return false;
+    std::vector<bool> reached(static_cast<size_t>(count));
+    for (size_t i = 0; i < heads.size(); i++) {
+        if (!mark_link(heads[i], count, reached)) {
+            *fault = format_text("symbol table, bucket %zu: record %d is out of range or in two trees", i,
+                                 heads[i]);
+            return false;
+        }
+    }
+    table->texts.resize(static_cast<size_t>(count));
+    for (int32_t id = 0; id < count; id++) {
+        uint32_t length = reader.word();
+        const auto *text = reinterpret_cast<const char *>(reader.take(length));
+        if (text == nullptr)
+            return false;
+        if (length == 0 || text[length - 1] != '\0') {
+            *fault = format_text("symbol table, record %d: the text has no end", id);
+            return false;
+        }
+        table->texts[static_cast<size_t>(id)] = text;
+        int32_t left = reader.number();
+        int32_t right = reader.number();
+        if (reader.failed)
+            return false;
+        if (!mark_link(left, count, reached) || !mark_link(right, count, reached)) {
+            *fault = format_text("symbol table, record %d: its links %d and %d do not form a tree", id, left,
+                                 right);
+            return false;
+        }
+    }
+    return true;
+}
+
+/// Trees of a file to be written.
+struct symbol_trees {
+    std::vector<int32_t> heads;
+    std::vector<int32_t> left;
+    std::vector<int32_t> right;
+};
+
+/// Links ids, which are in the order of their texts, into a balanced tree; returns its root.
+int32_t link_balanced(symbol_trees &trees, const int32_t *ids, size_t count) {
+    if (count == 0)
+        return -1;
+    size_t middle = count / 2;
+    auto root = static_cast<size_t>(ids[middle]);
+    trees.left[root] = link_balanced(trees, ids, middle);
+    trees.right[root] = link_balanced(trees, ids + middle + 1, count - middle - 1);
+    return ids[middle];
+}
+
+symbol_trees build_trees(const SYM_TABLE *table, uint32_t buckets) {
+    size_t count = table->texts.size();
+    std::vector<uint32_t> bucket_of(count);
+    std::vector<size_t> end(size_t{buckets} + 1);
+    for (size_t id = 0; id < count; id++) {
+        bucket_of[id] = file_hash(table->texts[id]) % buckets;
+        end[bucket_of[id] + 1]++;
+    }
+    for (size_t bucket = 0; bucket < buckets; bucket++)
+        end[bucket + 1] += end[bucket];
+    std::vector<size_t> next(end.begin(), end.end() - 1);
+    std::vector<int32_t> ids(count);
+    for (size_t id = 0; id < count; id++)
+        ids[next[bucket_of[id]]++] = static_cast<int32_t>(id);
+
+    symbol_trees trees{std::vector<int32_t>(buckets, -1), std::vector<int32_t>(count),
+                       std::vector<int32_t>(count)};
+    for (size_t bucket = 0; bucket < buckets; bucket++) {
+        int32_t *first = ids.data() + end[bucket];
+        int32_t *last = ids.data() + end[bucket + 1];
+        std::sort(first, last, [&](int32_t a, int32_t b) {
+            int order =
+                std::strcmp(table->texts[static_cast<size_t>(a)], table->texts[static_cast<size_t>(b)]);
+            return order != 0 ? order < 0 : a < b;
+        });
+        trees.heads[bucket] = link_balanced(trees, first, static_cast<size_t>(last - first));
+    }
+    return trees;
+}
+
+} // namespace
+
+SYM_TABLE *SYM_init(uint32_t hash_size) {
+    auto *table = new SYM_TABLE{};
+    table->hash_size = hash_size == 0 ? SYM_NEW_HASH_SIZE : hash_size;
+    append_symbol(table, undefined_text);
+    return table;
+}
+
+int32_t SYM_lookup(SYM_TABLE *table, const char *text) {
+    if (table == nullptr || text == nullptr)
+        return -1;
+    if (table->slots.empty())
+        build_slots(table, table->texts.size());
+    return find_slot(table, text, text_hash(text)).id;
+}
+
+int32_t SYM_install(SYM_TABLE *table, const char *text) {
+    return append_symbol(table, text);
+}
+
+int32_t SYM_setup(SYM_TABLE *table, std::string_view text) {
+    if (table->slots.empty())
+        build_slots(table, table->texts.size());
+    int32_t id = find_slot(table, text, text_hash(text)).id;
+    return id >= 0 ? id : append_symbol(table, text);
+}
+
+const char *SYM_get(const SYM_TABLE *table, int32_t id) {
+    return table != nullptr && id >= 0 && id < SYM_count(table) ? table->texts[static_cast<size_t>(id)]
+                                                                : nullptr;
+}
+
+int32_t SYM_count(const SYM_TABLE *table) {
+    return table == nullptr ? 0 : static_cast<int32_t>(table->texts.size());
+}
+
+uint32_t SYM_hash_size(const SYM_TABLE *table) {
+    return table->hash_size;
+}
+
+void SYM_free(SYM_TABLE *table) {
+    delete table;
+}
+
+SYM_TABLE *SYM_read(const unsigned char *bytes, size_t size, size_t *position, bool swapped,
+                    std::string *fault) {
+    byte_reader reader{bytes, size, *position, swapped};
+    fault->clear();
+    uint32_t length = reader.word();
+    const unsigned char *magic = reader.take(length);
+    if (magic == nullptr || length < 3 || std::memcmp(magic, "SYM", 3) != 0 ||
+        (length > 3 && magic[3] != '\0'))
+        return nullptr;
+    reader.word(); // the format word, of any value
+    uint32_t buckets = reader.word();
+    reader.take(8); // two stored pointers
+    auto table = std::make_unique<SYM_TABLE>();
+    table->hash_size = buckets;
+    std::vector<int32_t> heads;
+    if (!read_buckets(reader, buckets, heads, fault) || !read_records(reader, table.get(), heads, fault))
+        return nullptr;
+    *position = reader.position;
+    return table.release();
+}
+
+int SYM_save(std::FILE *stream, SYM_TABLE *table) {
+    constexpr size_t crowded = 2; // symbols in a bucket, beyond which a file gets more buckets
+    size_t count = table->texts.size();
+    if (count > crowded * table->hash_size)
+        table->hash_size = static_cast<uint32_t>(count) | 1U;
+    symbol_trees trees = build_trees(table, table->hash_size);
+    byte_writer writer{stream};
+    writer.word(4);
+    writer.put("SYM", 4);
+    writer.number(SYM_FORMAT_WORD);
+    writer.word(table->hash_size);
+    writer.word(0);
+    writer.word(0);
+    writer.put(trees.heads.data(), trees.heads.size() * sizeof(int32_t));
+    writer.word(static_cast<uint32_t>(count));
+    for (size_t id = 0; id < count; id++) {
+        size_t length = std::strlen(table->texts[id]) + 1;
+        writer.word(static_cast<uint32_t>(length));
+        writer.put(table->texts[id], length);
+        writer.number(trees.left[id]);
+        writer.number(trees.right[id]);
+    }
+    writer.flush();
+    return writer.failed ? 1 : 0;
+}
