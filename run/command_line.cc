@@ -1,0 +1,240 @@
+#include "run/command_line.hh"
+
+#include "run/banner.hh"
+#include "support/console.hh"
+#include "support/fnm.hh"
+#include "support/run_state.hh"
+#include "support/shell.hh"
+#include "support/text.hh"
+
+#include <cstdlib>
+#include <cstring>
+#include <sys/stat.h>
+#include <unistd.h>
+
+int32_t error_num = 0;
+int32_t warning_num = 0;
+
+namespace {
+
+/// Longest design argument: with a search directory and its extension it still fits the work area of a name.
+constexpr size_t longest_design = 1000;
+
+struct switch_entry {
+    const char *name;
+    OPTION_INDEX index;
+    bool has_directory;
+};
+
+constexpr switch_entry switches[] = {
+    {"debug", OPT_DEBUG, false},
+    {"add_tap", OPT_ADD_TAP, false},
+    {"add_tap_only", OPT_ADD_TAP_ONLY, false},
+    {"add_bcm", OPT_ADD_BCM, false},
+    {"add_pad", OPT_ADD_PAD, false},
+    {"dont_share_control", OPT_DONT_SHARE_CONTROL, false},
+    {"vhdl", OPT_VHDL, false},
+    {"guideline", OPT_GUIDELINE, false},
+    {"df_speed", OPT_DF_SPEED, false},
+    {"external_idcode", OPT_EXTERNAL_IDCODE, false},
+    {"synch", OPT_SYNCH, false},
+    {"no_expand", OPT_NO_EXPAND, false},
+    {"no_pad", OPT_NO_PAD, false},
+    {"opath", OPT_OPATH, true},
+};
+
+/// The line of selected options in its order. The line is printed when one of those that ask for it is set.
+struct selected_entry {
+    OPTION_INDEX index;
+    const char *text;
+    bool asks_for_line;
+};
+
+constexpr selected_entry selected[] = {
+    {OPT_ADD_TAP, " -add_tap", true},   {OPT_ADD_TAP_ONLY, " -add_tap_only", true},
+    {OPT_ADD_BCM, " -add_bcm", true},   {OPT_VHDL, " -vhdl", true},
+    {OPT_ADD_PAD, " -add_pad", true},   {OPT_OPATH, " -opath ", true},
+    {OPT_DF_SPEED, " -df_speed", true}, {OPT_EXTERNAL_IDCODE, " -external_idcode", false},
+    {OPT_SYNCH, " -synch", false},      {OPT_NO_EXPAND, " -no_expand", false},
+    {OPT_NO_PAD, " -no_pad", false},    {OPT_DONT_SHARE_CONTROL, " -dont_share_control", false},
+};
+
+/// Switches that exclude each other, in the words of their message.
+struct conflict_entry {
+    OPTION_INDEX one, other;
+    const char *one_name, *other_name;
+};
+
+constexpr conflict_entry conflicts[] = {
+    {OPT_ADD_TAP, OPT_ADD_TAP_ONLY, "-add_tap", "-add_tap_only"},
+    {OPT_ADD_BCM, OPT_ADD_TAP_ONLY, "-add_bcm", "-add_tap_only"}, // one reads the design, the other does not
+};
+
+constexpr const char *help_text = R"(
+Please use: `rimweave <bsm_name> [Options]' for boundary scan circuits synthesis.
+Options:
+  -opath <dir> : output files to <dir> directory.
+  -help        : printout this help message.
+  -add_tap     : add tap controller and boundary scan cells.
+  -add_tap_only: only add tap controller.
+  -vhdl        : add RTL TAP module in VHDL format.
+                 The option should be issued with -add_tap.
+  -add_pad     : add pad automatically if necessary.
+  -guideline   : interactive environment to generate .bsc, .pin
+                 and .lib files.
+
+  -df_speed    : Do slow to fast clock tree for update_dr, etc.
+  -external_idcode : add a port for 32 bits IDCODE bus in tap controller.
+                     And tap controller will not have hard coded IDCODE.
+  -synch       : generate synchronous JTAG.
+  -no_expand   : does not expand modified netlist.
+
+  -no_pad      : inserting boundary scan cell after port,
+                 just for input and 2-state output.
+
+  -dont_share_control : inserting boundary scan cells in every 
+                 BIDI output and 3-state output enable ports.
+)";
+
+void init_option_flag() {
+    for (int32_t &flag : JTAG_OPTION)
+        flag = 0;
+}
+
+[[noreturn]] void print_help_options() {
+    console_printf("%s", help_text);
+    std::exit(0);
+}
+
+/// The banner stands in front of the first diagnostic of the command line.
+void banner_before_first_diagnostic() {
+    if (warning_num + error_num == 0)
+        top_print_copyright();
+}
+
+void take_output_directory(int32_t argc, char **argv, int32_t *index_pointer) {
+    ++*index_pointer;
+    if (*index_pointer >= argc || argv[*index_pointer][0] == '\0') {
+        banner_before_first_diagnostic();
+        console_printf("-opath: directory is missing. Please use -? for help.\n\n");
+        error_num++;
+        return;
+    }
+    OPATH = keep_text(argv[*index_pointer]);
+}
+
+void scan_option(int32_t argc, char **argv, int32_t *index_pointer) {
+    const char *name = argv[*index_pointer] + 1;
+    if (name[0] == '\0') {
+        banner_before_first_diagnostic();
+        console_printf("WARNING: empty option -???, ignored.\n\n");
+        warning_num++;
+        return;
+    }
+    if (same_text_no_case(name, "help") || same_text(name, "?"))
+        print_help_options();
+    for (const switch_entry &known : switches) {
+        if (!same_text_no_case(name, known.name))
+            continue;
+        JTAG_OPTION[known.index] = 1;
+        if (known.has_directory)
+            take_output_directory(argc, argv, index_pointer);
+        return;
+    }
+    banner_before_first_diagnostic();
+    console_printf("-%s: unkown option. Please use -? for help.\n\n", name);
+    error_num++;
+}
+
+/// Takes the design argument apart into TOP_MODULE and PATH.
+void take_design_name(const char *argument) {
+    if (std::strlen(argument) > longest_design) {
+        banner_before_first_diagnostic();
+        console_fail("\nERROR: the design name is longer than %zu characters.\n\n", longest_design);
+    }
+    bool is_sdb = FNM_break(argument, "e") == ".sdb";
+    TOP_MODULE = keep_text(FNM_break(argument, is_sdb ? "b" : "be"));
+    PATH = keep_text(FNM_break(argument, "p"));
+    if (TOP_MODULE[0] == '\0') {
+        banner_before_first_diagnostic();
+        console_fail("\nERROR: '%s' does not name a design.\n\n", argument);
+    }
+}
+
+void make_working_folder() {
+    RIMWEAVE_OPATH = "./rimweave_lib";
+    struct stat state;
+    if (::stat(RIMWEAVE_OPATH, &state) == 0 && S_ISDIR(state.st_mode)) {
+        if (::access(RIMWEAVE_OPATH, W_OK) == 0)
+            return;
+        banner_before_first_diagnostic();
+        console_fail("\nERROR: %s, write permission denied.\n\n", RIMWEAVE_OPATH);
+    }
+    if (run_shell("mkdir ./rimweave_lib") != 0)
+        console_fail("\nERROR: can't open default directory .\\'rimweave_lib'.\n\n");
+}
+
+void open_report() {
+    std::string name = format_text("%s.rwv.rpt", TOP_MODULE);
+    if (option(OPT_OPATH))
+        name = format_text("%s/%s", OPATH, name.c_str());
+    else
+        OPATH = ".";
+    fd = std::fopen(name.c_str(), "we");
+    if (fd != nullptr)
+        return;
+    banner_before_first_diagnostic();
+    console_printf("\nWARNING: can't create report file '%s'.\n\n", name.c_str());
+    warning_num++;
+}
+
+void print_selected_options() {
+    bool wanted = false;
+    std::string line = "Selected option: ";
+    for (const selected_entry &entry : selected) {
+        if (!option(entry.index))
+            continue;
+        wanted = wanted || entry.asks_for_line;
+        line += entry.text;
+        if (entry.index == OPT_OPATH)
+            line += OPATH;
+    }
+    if (wanted)
+        vmr_printf("%s.\n\n", line.c_str());
+}
+
+} // namespace
+
+void jtag_parse_cmd_line(int32_t argc, char **argv, const char **design_out) {
+    init_option_flag();
+    const char *design = nullptr;
+    int32_t designs = 0;
+    for (int32_t i = 1; i < argc; i++) {
+        if (argv[i][0] == '-') {
+            scan_option(argc, argv, &i);
+        } else {
+            design = argv[i];
+            designs++;
+        }
+    }
+    if (designs == 0) {
+        banner_before_first_diagnostic();
+        print_help_options();
+    }
+    if (designs > 1) {
+        banner_before_first_diagnostic();
+        console_fail("\nERROR: too many arguments.\n"
+                     "       rimweave can handle only one circuit at once.\n\n");
+    }
+    if (error_num != 0)
+        end_run();
+    take_design_name(design);
+    *design_out = TOP_MODULE;
+    make_working_folder();
+    open_report();
+    top_direct_output(TOP_MODULE, ".sdb", 0);
+    print_selected_options();
+    for (const conflict_entry &pair : conflicts)
+        if (option(pair.one) && option(pair.other))
+            vmr_fail("ERROR:  option %s conflicts with %s.\n\n", pair.one_name, pair.other_name);
+}

@@ -1,0 +1,163 @@
+// One run has one direction and no way back: start-up, options, guide, reading, TAP, insertion, connection
+// files, summary. Each step ends the process itself when it meets a fault.
+#include "run/sequence.hh"
+
+#include "description/reader.hh"
+#include "description/tables.hh"
+#include "editing/insertion.hh"
+#include "planning/port_table.hh"
+#include "planning/validation.hh"
+#include "rtl/tap_build.hh"
+#include "run/banner.hh"
+#include "run/command_line.hh"
+#include "run/fault_handlers.hh"
+#include "sdb/sdb.hh"
+#include "sdb/symbols.hh"
+#include "support/console.hh"
+#include "support/dyna.hh"
+#include "support/fnm.hh"
+#include "support/run_state.hh"
+#include "support/settings.hh"
+#include "support/shell.hh"
+#include "support/system_info.hh"
+#include "support/text.hh"
+
+#include <cstdlib>
+#include <sys/times.h>
+
+namespace {
+
+constexpr const char *default_directories = ".";
+constexpr const char *default_subdirectories = "designs:lib:scanforge_lib";
+
+const char *velmora_write_dir = nullptr; ///< first directory of VELMORA_DIRS, when that is set
+
+int32_t get_CPU_time() {
+    tms used;
+    ::times(&used);
+    return static_cast<int32_t>((used.tms_utime + used.tms_stime) / 60);
+}
+
+const char *get_CPU_time_string(int32_t start) {
+    static char text[32];
+    int32_t seconds = get_CPU_time() - start;
+    std::snprintf(text, sizeof text, "%d:%.2d:%.2d", seconds / 3600, seconds / 60 % 60, seconds % 60);
+    return text;
+}
+
+/// Search path and settings.
+void SDB_start_load_def() {
+    const char *velmora = std::getenv("VELMORA");
+    CMD_set_path(velmora, default_directories, default_subdirectories);
+    velmora_write_dir = nullptr;
+    const char *directories = std::getenv("VELMORA_DIRS");
+    if (directories != nullptr && directories[0] != '\0')
+        velmora_write_dir = CMD_set_path(directories, nullptr, nullptr);
+    RC_load("velmora", nullptr);
+    const char *hier_dot = RC_sget("hier_dot*", ".");
+    if (hier_dot != nullptr && hier_dot[0] != '\0') {
+        sdb_hier_dot = hier_dot[0];
+        PREFIX_set_dot(hier_dot[0]);
+    }
+}
+
+void start_routine() {
+    add_own_folder_to_path();
+    top_print_prog_name_and_version_num("RIMWEAVE", "V2.6.0");
+    SDB_start_load_def();
+    top_set_w_directory(velmora_write_dir);
+}
+
+/// Nothing is said about a file that is not found: the guide can still write it.
+void get_bsc_lib_name() {
+    JTAG_BSC_FILE = FNM_find_input(format_text("%s.bsc", TOP_MODULE));
+    JTAG_LIB_FILE = FNM_find_input(format_text("%s.lib", TOP_MODULE));
+}
+
+/// Looks up one SDB file of the design; false, with its message, when there is none.
+bool find_sdb_file(const char *ending, const char *&found) {
+    std::string name = format_text("%s%s%s", PATH, TOP_MODULE, ending);
+    found = FNM_find_input(name);
+    if (found == nullptr)
+        vmr_printf("ERROR: can't find SDB file '%s' in default searching path.\n\n", name.c_str());
+    return found != nullptr;
+}
+
+/// All files that are missing are reported before the run ends.
+void find_input_files(bool with_design) {
+    bool complete = JTAG_BSC_FILE != nullptr && JTAG_LIB_FILE != nullptr;
+    if (JTAG_BSC_FILE == nullptr)
+        vmr_printf("ERROR: can't find BSC file '%s.bsc' in default searching path.\n\n", TOP_MODULE);
+    if (JTAG_LIB_FILE == nullptr)
+        vmr_printf("ERROR: can't find LIB file '%s.lib' in default searching path.\n\n", TOP_MODULE);
+    if (with_design) {
+        complete = find_sdb_file(".sdb", MODULE_SDB) && complete;
+        complete = find_sdb_file(".c.sdb", MODULE_C_SDB) && complete;
+    }
+    if (!complete)
+        end_run();
+}
+
+void check_necessary_input_file() {
+    bool with_design = !option(OPT_ADD_TAP_ONLY);
+    find_input_files(with_design);
+    vmr_printf("\n - Reading input files ...\n");
+    if (with_design)
+        vmr_printf("    %s,  %s,\n", MODULE_SDB, MODULE_C_SDB);
+    vmr_printf("    %s,  %s.\n\n\n", JTAG_BSC_FILE, JTAG_LIB_FILE);
+    bsdft_init();
+    get_bs_dft_file(JTAG_LIB_FILE, JTAG_BSC_FILE, 0);
+    rwv_check_hier_tap_ctrl_instance();
+    check_scan_cells();
+}
+
+/// Refuses what a run of this version cannot do, before it has changed anything.
+void refuse_guide() {
+    if (option(OPT_GUIDELINE))
+        vmr_fail(
+            "ERROR: this version of rimweave has no guide; write the description files and run it without "
+            "-guideline.\n\n");
+}
+
+void refuse_bist_blocks() {
+    if (DYNA_count(BL_MBIST_TAB) > 0 || DYNA_count(BL_LBIST_TAB) > 0)
+        vmr_fail("ERROR: (%s) this version of rimweave writes no connection files for BIST blocks; remove "
+                 "%%MEMORY_BIST and %%LOGIC_BIST.\n\n",
+                 JTAG_BSC_FILE);
+}
+
+void build_and_insert() {
+    if (option(OPT_ADD_TAP) || option(OPT_ADD_TAP_ONLY)) {
+        if (option(OPT_ADD_TAP))
+            check_connect_pad();
+        jtag_init();
+        jtagsyn();
+    }
+    if (option(OPT_ADD_BCM)) {
+        check_connect_pad();
+        jtag_init();
+        add_boundary_scan_module();
+    }
+    if (!option(OPT_ADD_TAP_ONLY) && !option(OPT_ADD_BCM))
+        add_boundary_scan_chain();
+}
+
+} // namespace
+
+void run_sequence(int32_t argc, char **argv) {
+    int32_t start = get_CPU_time();
+    start_routine();
+    install_fault_handlers();
+    uti_prepare_system_info();
+    jtag_parse_cmd_line(argc, argv, &TOP_MODULE);
+    get_bsc_lib_name();
+    refuse_guide();
+    check_necessary_input_file();
+    refuse_bist_blocks();
+    build_and_insert();
+    free_planning_tables();
+    vmr_printf("\nCPU TIME = %s\n\n", get_CPU_time_string(start));
+    vmr_printf("END TIME : %s\n", get_time_string());
+    uti_report_system_info(fd, 1);
+    std::exit(0);
+}
