@@ -1,0 +1,64 @@
+// The messages of a reading, and the opening of its files.
+#include "description/syntax_tree.hh"
+
+#include "support/console.hh"
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <sys/stat.h>
+
+void error_msg(const char *file, int32_t line, READER_ERROR code, const char *text) {
+    switch (code) {
+    case MISSING_COMMENT_END:
+        console_printf("'%s' line %d: Missing '*/'.\n", file, line);
+        break;
+    case NO_SUCH_CELL:
+        console_printf("'%s' line %d: Can't find Cell %s.\n", file, line, text);
+        break;
+    case PIN_NUMBER_REPEATED:
+        console_printf("'%s' line %d: pin number %s mutiple defined.\n", file, line, text);
+        break;
+    case PIN_NAME_REPEATED:
+        console_printf("'%s' line %d: pin name %s mutiple defined.\n", file, line, text);
+        break;
+    }
+}
+
+void print_syntax_error(const char *file, int32_t line, const char *text) {
+    console_printf("\"%s\", line %d: Syntax Error at '%s'\n", file, line, text);
+}
+
+void bad_character(const char *file, int32_t line, char character) {
+    const char text[] = {character, '\0'};
+    print_syntax_error(file, line, character == '\0' ? "\\0" : text);
+    end_run();
+}
+
+void parser_error(const char *file, int32_t line, const char *reason, const char *token) {
+    if (std::strncmp(reason, "syntax error", 12) != 0)
+        console_fail("\"%s\", line %d: yacc stack overflow\n", file, line);
+    print_syntax_error(file, line, token);
+    end_run();
+}
+
+void missing_comment_end(const char *file, int32_t line) {
+    error_msg(file, line, MISSING_COMMENT_END, nullptr);
+    end_run();
+}
+
+std::FILE *open_text_file(const char *name) {
+    // fopen takes a directory, and would wait for ever on a pipe that nobody writes.
+    struct stat status {};
+    if (stat(name, &status) != 0 || !S_ISREG(status.st_mode))
+        return nullptr;
+    return std::fopen(name, "r");
+}
+
+int32_t number_value(const char *file, int32_t line, const char *digits) {
+    errno = 0;
+    long value = std::strtol(digits, nullptr, 10);
+    if (errno != 0 || value > INT32_MAX)
+        console_fail("\"%s\", line %d: Number '%s' is too large\n", file, line, digits);
+    return static_cast<int32_t>(value);
+}

@@ -1,0 +1,30 @@
+// The keywords of the pin file.
+#include "description/keywords.hh"
+
+#include "pin_parser.hh"
+
+BUCKET_TAB<KEYWORD> bs_pin_k_hash = nullptr;
+
+void make_pin_keyword_hash() {
+    // clang-format off
+    static KEYWORD keywords[] = {
+        {"BSC", PIN_BSC},
+        {"PAD", PIN_PAD},
+        {"I", PIN_I},
+        {"O", PIN_O},
+        {"C", PIN_C},
+        {"IO", PIN_IO},
+        {"I_ONLY", PIN_I_ONLY},
+        {"O_ONLY", PIN_O_ONLY},
+        {"PAD_EN_L", PIN_PAD_EN_L},
+        {"PAD_EN_H", PIN_PAD_EN_H},
+        {"%PACKAGE_TYPE", PIN_PACKAGE_TYPE},
+        {"%ALLOWED_MULTIPLE", PIN_ALLOWED_MULTIPLE},
+    };
+    // clang-format on
+    load_keywords(bs_pin_k_hash, keywords);
+}
+
+int32_t pin_keyword_lookup(const char *text) {
+    return keyword_token(bs_pin_k_hash, text);
+}

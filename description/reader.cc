@@ -1,0 +1,47 @@
+#include "description/reader.hh"
+
+#include "description/save_tables.hh"
+#include "support/console.hh"
+#include "support/text.hh"
+
+namespace {
+
+std::FILE *open_or_fail(const char *kind, const char *name) {
+    std::FILE *file = open_text_file(name);
+    if (file == nullptr)
+        error_fail("Error: Can't open %s file %s\n", kind, name);
+    return file;
+}
+
+} // namespace
+
+const char *LIB_FILE = nullptr;
+const char *DFT_FILE = nullptr;
+
+void get_bs_dft_file(const char *lib_file, const char *bsc_file, int32_t /*dump_level*/) {
+    if (lib_file == nullptr)
+        error_fail("Error: lib file is a null string\n");
+    if (bsc_file == nullptr)
+        error_fail("Error: dft file is a null string\n");
+    std::FILE *lib = open_or_fail("lib", lib_file);
+    std::FILE *dft = open_or_fail("dft", bsc_file);
+
+    LIB_FILE = keep_text(lib_file);
+    make_lib_keyword_hash();
+    current_line = &lib_yylineno;
+    lib_yyrestart(lib);
+    lib_yyparse();
+    std::fclose(lib);
+    save_lib_tab();
+
+    DFT_FILE = keep_text(bsc_file);
+    make_dft_keyword_hash();
+    current_line = &dft_yylineno;
+    dft_yyrestart(dft);
+    dft_yyparse();
+    std::fclose(dft);
+    save_dft_tab();
+
+    if (GLOBAL_EXIT != 0)
+        end_run();
+}

@@ -1,0 +1,125 @@
+// The instruction table and the capture patterns.
+#include "description/save_tables.hh"
+
+#include "support/console.hh"
+
+#include <cstring>
+
+namespace {
+
+struct GATE {
+    NODE_KIND kind;
+    GATE_KIND gate;
+};
+constexpr GATE gates[] = {
+    {INSTRUCTION_AND_NODE, GATE_AND}, {INSTRUCTION_NAND_NODE, GATE_NAND}, {INSTRUCTION_OR_NODE, GATE_OR},
+    {INSTRUCTION_NOR_NODE, GATE_NOR}, {INSTRUCTION_XOR_NODE, GATE_XOR},   {INSTRUCTION_XNOR_NODE, GATE_XNOR},
+};
+
+bool is_any(char value) {
+    return value == 'X' || value == 'x';
+}
+
+// Both have one length.
+bool patterns_collide(const char *a, const char *b) {
+    for (; *a != '\0'; ++a, ++b) {
+        if (*a != *b && !is_any(*a) && !is_any(*b))
+            return false;
+    }
+    return true;
+}
+
+// An enable drives a signal of the chip: it has a level for each bit, and "don't care" is none.
+const char *enable_value(const AST_NODE &pattern, const char *signal) {
+    if (pattern.text[std::strspn(pattern.text, "01")] != '\0')
+        console_fail("\"%s\", line %d: Enable pattern '%s' of '%s' may hold 0 and 1 only\n", DFT_FILE,
+                     pattern.line, pattern.text, signal);
+    return pattern.text;
+}
+
+// One row of the four parallel tables. The first child is the signal; a pattern or a gate may follow.
+void save_enable(INSTRUCTION &instruction, const AST_NODE &node) {
+    const char *signal = first_text(node);
+    const char *value = node.kind == EN_H_NODE ? "1" : node.kind == EN_L_NODE ? "0" : nullptr;
+    const char *gate_signal = nullptr;
+    int32_t gate_kind = GATE_NONE;
+    if (const AST_NODE *second = node.first_child->next_sibling; second != nullptr) {
+        if (node.kind == ENABLE_NODE) {
+            value = enable_value(*second, signal);
+        } else {
+            gate_signal = first_text(*second);
+            for (const GATE &gate : gates) {
+                if (gate.kind == second->kind)
+                    gate_kind = gate.gate;
+            }
+        }
+    }
+    append_row(instruction.enable_pins, signal);
+    append_row(instruction.enable_values, value);
+    append_row(instruction.gate_signals, gate_signal);
+    append_row(instruction.gate_kinds, gate_kind);
+}
+
+void save_instruction(const AST_NODE &node) {
+    INSTRUCTION instruction{};
+    instruction.enable_pins = DYNA_init<const char *>();
+    instruction.enable_values = DYNA_init<const char *>();
+    instruction.gate_signals = DYNA_init<const char *>();
+    instruction.gate_kinds = DYNA_init<int32_t>();
+    for (const AST_NODE &item : children(node)) {
+        switch (item.kind) {
+        case INST_NAME_NODE:
+            instruction.name = first_text(item);
+            break;
+        case INST_LIST_NODE:
+            DYNA_free(&instruction.patterns);
+            instruction.patterns = DYNA_init<const char *>();
+            append_patterns(item, instruction.patterns);
+            break;
+        case ACCESS_NODE:
+            instruction.register_name = first_text(item);
+            break;
+        default:
+            save_enable(instruction, item);
+        }
+    }
+    if (instruction.register_name == nullptr)
+        instruction.register_name = "bypass";
+    append_row(INSTRUCTIONS, instruction);
+}
+
+} // namespace
+
+int32_t check_pattern_list(const AST_NODE &pattern, const char **table) {
+    for (const char *earlier : rows(table)) {
+        if (std::strlen(earlier) != std::strlen(pattern.text)) {
+            error_printf("\"%s\", line %d: Size of '%s' and '%s' are not equivalence\n", DFT_FILE,
+                         pattern.line, pattern.text, earlier);
+            return 0;
+        }
+        if (patterns_collide(earlier, pattern.text)) {
+            error_printf("\"%s\", line %d: Pattern '%s' has been appeared previous\n", DFT_FILE, pattern.line,
+                         pattern.text);
+            return 0;
+        }
+    }
+    return 1;
+}
+
+void append_patterns(const AST_NODE &node, const char **&table) {
+    for (const AST_NODE &pattern : children(node)) {
+        if (check_pattern_list(pattern, table) != 0)
+            append_row(table, pattern.text);
+    }
+}
+
+void save_dft_instruction_table(const AST_NODE &node) {
+    for (const AST_NODE &instruction : children(node))
+        save_instruction(instruction);
+}
+
+void save_dft_instruction_capture(const AST_NODE &node) {
+    DYNA_free(&INST_CAPTURE);
+    INST_CAPTURE = DYNA_init<const char *>();
+    append_patterns(node, INST_CAPTURE);
+}
