@@ -1,0 +1,150 @@
+#!/usr/bin/env python3
+"""Builds a chip, inserts its boundary register and TAP, and proves the result in simulation.
+
+    proof.py --bin build/bin --plan tests/chips/uart_chip/plan.json --work DIR
+
+The plan names the chip's files. What is proven comes from the .bso, .bsc and .lib files:
+
+  - five ones on TMS and TRST reset the TAP from anywhere; IDCODE is then selected
+  - IDCODE, BYPASS, an opcode that is not listed, the capture value of the instruction register
+  - the length of the boundary register, with a stop in Pause-DR
+  - SAMPLE takes every pin, every core output and every enable
+  - EXTEST drives every output and every enable, releases buses, and takes every input
+  - CLAMP holds the pins, HIGHZ releases them, INTEST runs the core on shifted data, where they exist
+  - in all other time the chip does, step by step, what it did before the insertion
+  - Yosys and Verilator accept the netlist
+
+Ends with status 0 and a line of counts, or with status 1 and the first faults.
+"""
+
+import argparse
+import json
+import pathlib
+import random
+import shutil
+import sys
+
+import checks
+from chip_files import ProofError, read_chip
+from player import Player, run
+from tap_driver import Session
+
+FAULTS_SHOWN = 12
+
+
+def build(plan, bin_dir, work):
+    """Runs the tools as a user would, in the scratch folder."""
+    shutil.rmtree(work, ignore_errors=True)
+    (work / "lib").mkdir(parents=True)
+    for name in plan["cells"] + plan["netlist"] + plan["files"]:
+        shutil.copy(plan["folder"] / name, work)
+    run([str(bin_dir / "kalmverin"), "-lib", *plan["cells"], "-opath", "lib"], work, "reading the cells")
+    run([str(bin_dir / "kalmverin"), *plan["netlist"]], work, "reading the chip")
+    output = run([str(bin_dir / "rimweave"), plan["design"], *plan.get("options", ["-add_tap"])], work,
+                 "inserting")
+    (work / "rimweave.out").write_text(output)
+
+
+def accept(plan, netlists, work):
+    """Yosys and Verilator read each netlist; every cell of it must be known to them."""
+    for top_file in netlists:
+        top = pathlib.Path(top_file).stem if top_file.endswith("_flat.v") is False else None
+        sources = [top_file, f"{plan['design']}_TAP.v", *plan["cells"]]
+        flag = f"-top {top}" if top else "-auto-top"
+        run(["yosys", "-q", "-p", f"read_verilog {' '.join(sources)}; hierarchy -check {flag}; proc; check"],
+            work, "yosys")
+        command = ["verilator", "--lint-only", "--no-timing", "-Wno-lint", "-Wno-style", "-Wno-TIMESCALEMOD"]
+        run(command + (["--top-module", top] if top else ["-Wno-MULTITOP"]) + sources, work, "verilator")
+
+
+def compare_runs(session, before, after, pins, tdo):
+    """The two runs must agree in every step in which the core owns the pins."""
+    faults, compared = [], 0
+    for step, diverges in enumerate(session.diverges):
+        if diverges:
+            continue
+        for pin, old, new in zip(pins, before[step], after[step]):
+            if pin != tdo:
+                compared += 1
+                if old != new:
+                    faults.append(f"step {step} ({session.labels[step]}): {pin} was {old}, is {new}")
+    return faults, compared
+
+
+def check_tdo(session, after, place):
+    faults = []
+    for step, expected in session.expect.items():
+        if after[step][place] != expected:
+            faults.append(f"step {step} ({session.labels[step]}): TDO is {after[step][place]}, not {expected}")
+    return faults
+
+
+def activity(chip, session, after, pins):
+    """A comparison of pins that never move proves nothing: each output has to be seen at 0 and at 1, and each
+    shared or single enable on and off."""
+    faults = []
+    for cell in chip.cells:
+        if cell.kind not in ("output2", "output3", "bidir"):
+            continue
+        seen = {answer[pins.index(cell.port)] for answer, diverges in zip(after, session.diverges) if not diverges}
+        if not {"0", "1"} <= seen:
+            faults.append(f"stimulus: {cell.port} only reads {' '.join(sorted(seen))} while the core has the pins")
+    return faults
+
+
+def prove(plan, work):
+    design = plan["design"]
+    chip = read_chip(work / f"{design}.bso", work / f"{design}.bsc", work / f"{design}.lib")
+    pins = chip.ports
+    place = {pin: index for index, pin in enumerate(pins)}
+    netlists = [f"{design}_jtag.v", f"{design}_jtag_flat.v"]
+    accept(plan, netlists, work)
+
+    session = Session(chip)
+    later = checks.whole_session(chip, session, plan, random.Random(plan.get("seed", 1)))
+    before_player = Player(work, "before", plan["netlist"] + plan["cells"], plan["netlist"][-1], pins)
+    before = before_player.play(session.steps)
+
+    faults, counts = [], []
+    for netlist in netlists:
+        tag = pathlib.Path(netlist).stem
+        player = Player(work, tag, [netlist, f"{design}_TAP.v", *plan["cells"]], netlist, pins)
+        after = player.play(session.steps)
+        found = check_tdo(session, after, place[chip.test_ports["tdo"]])
+        for check in later:
+            found += check(after, place)
+        moves, compared = compare_runs(session, before, after, pins, chip.test_ports["tdo"])
+        found += moves + activity(chip, session, after, pins)
+        if "INTEST" in chip.opcodes:
+            found += checks.prove_intest(chip, plan, before_player, player, place)
+        faults += [f"{netlist}: {fault}" for fault in found]
+        counts.append(f"{netlist}: {len(session.steps)} steps, {len(session.expect)} TDO bits, "
+                      f"{len(later)} captures and pin states, {compared} pin values compared")
+    return len(chip.cells), faults, counts
+
+
+def main():
+    options = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawTextHelpFormatter)
+    options.add_argument("--bin", required=True, type=pathlib.Path, help="folder of the programs")
+    options.add_argument("--plan", required=True, type=pathlib.Path, help="plan.json of the chip")
+    options.add_argument("--work", required=True, type=pathlib.Path, help="scratch folder, emptied first")
+    options.add_argument("--built", action="store_true", help="prove what stands in the scratch folder")
+    given = options.parse_args()
+    plan = json.loads(given.plan.read_text())
+    plan["folder"] = given.plan.resolve().parent / plan["folder"]
+    try:
+        if not given.built:
+            build(plan, given.bin.resolve(), given.work)
+        cells, faults, counts = prove(plan, given.work.resolve())
+    except ProofError as fault:
+        sys.exit(f"PROOF FAILED: {fault}")
+    for fault in faults[:FAULTS_SHOWN]:
+        print(fault)
+    if faults:
+        sys.exit(f"PROOF FAILED: {len(faults)} faults, {min(len(faults), FAULTS_SHOWN)} shown")
+    print("\n".join(counts))
+    print(f"PROOF PASSED: {plan['design']}, {cells} boundary cells")
+
+
+if __name__ == "__main__":
+    main()
