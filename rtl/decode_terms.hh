@@ -1,0 +1,19 @@
+// What the instruction decoder writes behind each of its outputs, from the instruction table.
+#pragma once
+
+#include "support/template_text.hh"
+
+#include "rtl/tap_model.hh"
+
+/// The two languages of the generated text.
+enum RTL_LANGUAGE { VERILOG, VHDL };
+
+/// Adds the decoder's names and lists to `values`.
+void add_decoder_values(TEMPLATE_VALUES &values, RTL_LANGUAGE language);
+
+/// The value of an enable pin of several bits while no instruction names it: the first pattern, counted up
+/// with its left bit first, that no instruction uses; the last one tried when all are used.
+std::string enable_default(const ENABLE_PIN &pin);
+
+/// An opcode or pattern as the language writes it: VHDL knows only a capital X.
+std::string pattern_text(const std::string &pattern, RTL_LANGUAGE language);

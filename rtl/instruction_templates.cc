@@ -1,0 +1,196 @@
+// The instruction register and its decoder, in both languages.
+//
+// Letters: S -synch, K CHIP_TEST, H high-impedance port, I IDMODE, M ATPG mode, 1 to 3 the mode signals.
+// Lists: N the enable pins, B the data registers, F the opcodes with the register that each selects.
+#include "rtl/templates.hh"
+
+const char IR_REG_V[] = R"(
+      |
+      |module IR_reg ( IR_out,
+      |                INST,
+    S |                <TCK>,
+      |                <TDI>,
+      |                SHIFT_IR,
+      |                CLOCK_IR,
+      |                UPDATE_IR,
+      |                <RESET> );
+      |
+      |        output IR_out;
+      |        output[<N-1>:0] INST;
+      |
+    S |        input <TCK>;
+      |        input <TDI>;
+      |        input SHIFT_IR;
+      |        input UPDATE_IR;
+      |        input CLOCK_IR;
+      |        input <RESET>;
+      |
+      |        reg[<N-1>:0] CAP_IR;
+      |        reg[<N-1>:0] UPD_IR;
+      |
+    s |        always @(posedge CLOCK_IR)
+    s |            CAP_IR <= (SHIFT_IR) ? {<TDI>, CAP_IR[<N-1>:1]} : <N>'b<CAPTURE>;
+    S |        always @(posedge <TCK>)
+    S |        begin
+    S |            if (CLOCK_IR)
+    S |                CAP_IR <= (SHIFT_IR) ? {<TDI>, CAP_IR[<N-1>:1]} : <N>'b<CAPTURE>;
+      |
+    s |        always @(posedge UPDATE_IR or negedge <RESET>)
+    s |            if (<RESET> == 0)  UPD_IR <= <N>'b<RESET_OP>;
+    s |            else  UPD_IR <= CAP_IR;
+    S |        end
+    S |        always @(negedge <TCK> or negedge <RESET>)
+    S |        begin
+    S |            if (<RESET> == 0)
+    S |                UPD_IR <= <N>'b<RESET_OP>;
+    S |            else if (UPDATE_IR)
+    S |                UPD_IR <= CAP_IR;
+      |
+    S |        end
+      |        assign  INST   = UPD_IR;
+      |        assign  IR_out = CAP_IR[0];
+      |
+      |endmodule
+      |
+)";
+
+const char IR_REG_PORTS_VHDL[] = R"(
+      |    port (
+      |        <TDI>, SHIFT_IR, UPDATE_IR, CLOCK_IR, <RESET>: in std_logic;
+    S |        <TCK>: in std_logic;
+      |        IR_out: out std_logic;
+      |        INST: out std_logic_vector(<N-1> downto 0)
+      |    );
+)";
+
+const char IR_REG_BODY_VHDL[] = R"(
+      |
+      |architecture BEHAVIOR of IR_reg is
+      |    signal CAP_IR, UPD_IR: std_logic_vector(<N-1> downto 0);
+      |begin
+    s |    process
+    S |    process (<TCK>)
+      |    begin
+    s |        wait until (RISING_EDGE(CLOCK_IR));
+    s |        if (SHIFT_IR = '1') then
+    s |              CAP_IR <= <TDI> & CAP_IR(<N-1> downto 1);
+    s |        else  CAP_IR <= "<CAPTURE>";
+    s |        end if;
+    S |      if(RISING_EDGE(<TCK>)) then
+    S |        if (CLOCK_IR = '1') then
+    S |         if (SHIFT_IR = '1') then
+    S |            CAP_IR <= <TDI> & CAP_IR(<N-1> downto 1);
+    S |          else  CAP_IR <= "<CAPTURE>";
+    S |         end if;
+    S |       end if;
+    S |     end if;
+      |    end process;
+      |
+    s |    process (UPDATE_IR, <RESET>)
+    S |    process (UPDATE_IR, <RESET>, <TCK>)
+      |    begin
+      |        if (<RESET> = '0') then
+    s |              UPD_IR <= "<RESET_OP>";
+    s |        else if(RISING_EDGE(UPDATE_IR)) then
+    s |          UPD_IR <= CAP_IR;
+    s |             end if;
+    S |            UPD_IR <= "<RESET_OP>";
+    S |        else if(FALLING_EDGE(<TCK>)) then
+    S |          if(UPDATE_IR = '1') then
+    S |            UPD_IR <= CAP_IR;
+    S |          end if;
+    S |        end if;
+      |        end if;
+      |    end process;
+      |
+      |    INST   <= UPD_IR;
+      |    IR_out <= CAP_IR(0);
+      |
+      |end BEHAVIOR;
+      |
+)";
+
+// The last port of the header ends in ");" whichever it is: make_inst_decoder_of_v closes the list.
+const char IR_DEC_V[] = R"(
+      |
+      |module IR_dec ( DR_SELECT,
+      |                INST,
+    K |                CHIP_TEST,
+    H |                <HIGHZ>,
+    1 |                <MODE1>,
+    2 |                <MODE2>,
+    3 |                <MODE3>,
+    I |                IDMODE,
+    N |                <PIN>,
+    M |                velmora_test_mode,
+      |
+      |        output[<L-1>:0] DR_SELECT;
+    K |        output CHIP_TEST;
+    H |        output <HIGHZ>;
+    I |        output IDMODE;
+    1 |        output <MODE1>;
+    2 |        output <MODE2>;
+    3 |        output <MODE3>;
+    N |        output<RANGE> <PIN>;
+    M |        output velmora_test_mode;
+      |
+      |        input[<N-1>:0] INST;
+      |
+    B |        `define  SEL_<REG12> <L>'b<CODE>
+      |
+    1 |        assign  <MODE1> = <MODE1_TERMS>;
+    2 |        assign  <MODE2> =<MODE2_TERMS>;
+    3 |        assign  <MODE3> = <MODE3_TERMS>;
+    H |        assign  <HIGHZ> =<HIGHZ_TERMS>;
+    K |        assign  CHIP_TEST =<CHIP_TEST_TERMS>;
+    N |        assign  <PIN> =<PIN_TERMS>;<PIN_GAP>
+    M |        assign  velmora_test_mode =<ATPG_TERMS>;
+      |
+      |        assign  DR_SELECT = <SELECTIONS>
+      |
+    I |        assign  IDMODE = (<IDMODE_TERMS>) ? 1'b1 : 1'b0;
+    I |
+      |
+      |endmodule
+      |
+)";
+
+const char IR_DEC_PORTS_VHDL[] = R"(
+      |    port (
+      |        DR_SELECT: out std_logic_vector(<L-1> downto 0);
+    K |        CHIP_TEST: out std_logic;
+    H |        <HIGHZ>: out std_logic;
+    I |        IDMODE: out std_logic;
+    1 |        <MODE1>: out std_logic;
+    2 |        <MODE2>: out std_logic;
+    3 |        <MODE3>: out std_logic;
+    M |        velmora_atpg_mode: out std_logic;
+    N |        <PIN>: out <TYPE>;
+      |        INST: in std_logic_vector(<N-1> downto 0)
+      |    );
+)";
+
+const char IR_DEC_BODY_VHDL[] = R"(
+      |
+      |architecture BEHAVIOR of IR_dec is
+    B |        constant SEL_<REG>: std_logic_vector(<L-1> downto 0) := "<CODE>";
+      |begin
+    1 |    <MODE1> <= <MODE1_TERMS>;
+    2 |    <MODE2> <= <MODE2_TERMS>;
+    3 |    <MODE3> <= <MODE3_TERMS>;
+    I |    IDMODE <= <IDMODE_TERMS>;
+    H |    <HIGHZ> <= <HIGHZ_TERMS>;
+    K |    CHIP_TEST <= <CHIP_TEST_TERMS>;
+    M |    velmora_atpg_mode <= <ATPG_TERMS>;
+    N |    <PIN> <= <PIN_TERMS>;
+      |
+      |    process(INST)
+      |    begin
+      |    case INST is
+    F |    when "<OPCODE>" => DR_SELECT <= SEL_<REG>;
+      |    when others => DR_SELECT <= SEL_BYPASS;
+      |    end case;
+      |    end process;
+      |end BEHAVIOR;
+      |
+)";

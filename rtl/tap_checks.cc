@@ -1,0 +1,262 @@
+#include "rtl/tap_checks.hh"
+
+#include "planning/planning.hh"
+#include "planning/tap_state.hh"
+#include "rtl/tap_ports.hh"
+#include "rtl/tap_values.hh"
+
+#include "support/console.hh"
+#include "support/run_state.hh"
+#include "support/text.hh"
+
+#include <algorithm>
+#include <cctype>
+#include <unordered_map>
+
+namespace {
+
+/// Names that the generated modules use inside; a port of the same name would meet them.
+constexpr const char *INNER_NAMES[] = {"SELECT_DR",
+                                       "ENABLE",
+                                       "TDOIN",
+                                       "SHIFT_IR",
+                                       "CLOCK_IR",
+                                       "UPDATE_IR",
+                                       "IR_out",
+                                       "DR_out",
+                                       "IDMODE",
+                                       "tap_UPDATE_DR",
+                                       "DR_SELECT",
+                                       "INST",
+                                       "BYPASS_out",
+                                       "IDCODE_out",
+                                       "USERCODE_out",
+                                       "BYPASS_in",
+                                       "BYPASS_cell",
+                                       "ID_cell",
+                                       "TDO_cell",
+                                       "CAP_IR",
+                                       "UPD_IR",
+                                       "EN_reg",
+                                       "RESET_reg",
+                                       "SHIFT_IR_reg",
+                                       "SHIFT_DR_reg",
+                                       "tms_count",
+                                       "STATE",
+                                       "internal_TRST",
+                                       "internal_TRST1",
+                                       "temp_trst",
+                                       "temp_trst_d",
+                                       "TAP",
+                                       "BYP",
+                                       "ID",
+                                       "IR",
+                                       "IRdec",
+                                       "Dmux",
+                                       "IDMUX",
+                                       "TDOreg",
+                                       "velmora_atpg_mode"};
+
+constexpr const char *MODULE_NAMES[] = {"TAP_controller", "BYPASS_reg", "ID_reg",    "IR_reg",
+                                        "IR_dec",         "DR_mux",     "IR_DR_mux", "TDO_reg"};
+
+bool is_pattern(std::string_view text) {
+    return !text.empty() && text.find_first_not_of("01Xx") == std::string_view::npos;
+}
+
+/// Every opcode has the length of the first, every instruction has one, and an instruction register has two
+/// bits.
+void refuse_opcodes() {
+    for (const INSTRUCTION &instruction : rows(INSTRUCTIONS)) {
+        if (DYNA_count(instruction.patterns) == 0)
+            vmr_fail("ERROR: (%s) INSTRUCTION '%s' has no opcode.\n\n", JTAG_BSC_FILE, instruction.name);
+        for (const char *pattern : rows(instruction.patterns)) {
+            if (!is_pattern(pattern))
+                vmr_fail("ERROR: (%s) '%s' is no opcode of INSTRUCTION '%s'.\n\n", JTAG_BSC_FILE, pattern,
+                         instruction.name);
+            if (static_cast<int32_t>(std::string_view(pattern).size()) != INST_LEN)
+                vmr_fail("ERROR: (%s) opcode '%s' of INSTRUCTION '%s' is not %d bits long.\n\n",
+                         JTAG_BSC_FILE, pattern, instruction.name, INST_LEN);
+        }
+    }
+    if (INST_LEN < 2)
+        vmr_fail("ERROR: (%s) an opcode must have two bits at least.\n\n", JTAG_BSC_FILE);
+}
+
+void refuse_code(const char *keyword, const char *pattern, int32_t length) {
+    if (!is_pattern(pattern) || static_cast<int32_t>(std::string_view(pattern).size()) != length)
+        vmr_fail("ERROR: (%s) pattern '%s' of %s is not a pattern of %d bits.\n\n", JTAG_BSC_FILE, pattern,
+                 keyword, length);
+}
+
+void refuse_codes() {
+    constexpr int32_t ID_LENGTH = 32;
+    if (DYNA_count(INST_CAPTURE) > 0)
+        refuse_code("%INSTRUCTION_CAPTURE", INST_CAPTURE[0], INST_LEN);
+    if (!has_id_register())
+        return;
+    refuse_code("%IDCODE_REGISTER", IDCODE_REG, ID_LENGTH);
+    if (!has_id_mode())
+        return;
+    if (DYNA_count(USERCODE_REG) == 0)
+        vmr_fail("ERROR: (%s) INSTRUCTION USERCODE needs a %%USERCODE_REGISTER.\n\n", JTAG_BSC_FILE);
+    refuse_code("%USERCODE_REGISTER", USERCODE_REG[0], ID_LENGTH);
+}
+
+/// A value of an enable pin of several bits is part of the text.
+void refuse_enable_values() {
+    for (const INSTRUCTION &instruction : rows(INSTRUCTIONS))
+        for (int32_t i = 0; i < DYNA_count(instruction.enable_pins); ++i)
+            if (const char *value = instruction.enable_values[i]; value != nullptr && !is_pattern(value))
+                vmr_fail("ERROR: (%s) '%s' is no value of enable pin '%s' in INSTRUCTION '%s'.\n\n",
+                         JTAG_BSC_FILE, value, instruction.enable_pins[i], instruction.name);
+}
+
+/// The cells' high-impedance pins need a source in the TAP.
+void refuse_highz_without_source() {
+    if (option(OPT_ADD_TAP) && BCELL_HAS[SIG_HIGHZ] && !has_instruction(KNOWN_HIGHZ) &&
+        check_hiz_signal() == 0)
+        vmr_fail("ERROR: (%s) the scan cells have %%HIGHZ, but %%INSTRUCTION_TABLE has no HIGHZ.\n\n",
+                 JTAG_BSC_FILE);
+}
+
+/// The languages in which a name is going to stand: the port-only module is Verilog in any case.
+std::vector<RTL_LANGUAGE> languages() {
+    return option(OPT_VHDL) ? std::vector<RTL_LANGUAGE>{VERILOG, VHDL} : std::vector<RTL_LANGUAGE>{VERILOG};
+}
+
+void refuse_name(const std::string &name) {
+    for (RTL_LANGUAGE language : languages())
+        if (is_unusable_name(name, language))
+            vmr_fail("ERROR: (%s) '%s' can't be a name in the %s of TAP module '%s'.\n\n", JTAG_BSC_FILE,
+                     name.c_str(), language == VHDL ? "VHDL" : "Verilog", TAP_MODULE_NAME);
+}
+
+/// One name for all that the language takes for the same.
+std::string name_key(std::string name) {
+    if (option(OPT_VHDL))
+        std::transform(name.begin(), name.end(), name.begin(),
+                       [](unsigned char c) { return std::tolower(c); });
+    return name;
+}
+
+void refuse_names() {
+    refuse_name(TAP_MODULE_NAME);
+    std::unordered_map<std::string, const char *> taken;
+    for (const char *name : INNER_NAMES)
+        taken[name_key(name)] = "a name of its own logic";
+    for (const char *name : MODULE_NAMES) {
+        if (name_key(name) == name_key(TAP_MODULE_NAME))
+            vmr_fail("ERROR: (%s) TAP module '%s' has the name of a module inside it.\n\n", JTAG_BSC_FILE,
+                     TAP_MODULE_NAME);
+        if (option(OPT_VHDL))
+            taken[name_key(name)] = "a name of its own logic";
+    }
+    if (!BCELL_HAS[SIG_RST])
+        taken[name_key(TAP_PIN[SIG_RST])] = "a name of its own logic";
+    for (const TAP_MODULE_PORT &port : tap_ports()) {
+        refuse_name(port.name);
+        auto [place, free] = taken.emplace(name_key(port.name), "the name of another port");
+        if (!free)
+            vmr_fail("ERROR: (%s) port '%s' of TAP module '%s' has %s.\n\n", JTAG_BSC_FILE, port.name.c_str(),
+                     TAP_MODULE_NAME, place->second);
+    }
+    for (const char *reg : rows(ACCESS_REG))
+        refuse_name(std::string(reg) + "_out");
+}
+
+bool overlap(const char *a, const char *b) {
+    auto is_x = [](char c) { return c == 'X' || c == 'x'; };
+    for (; *a != 0 && *b != 0; ++a, ++b)
+        if (*a != *b && !is_x(*a) && !is_x(*b))
+            return false;
+    return true;
+}
+
+/// Opcodes of two instructions that meet: the first row wins.
+void warn_colliding_opcodes() {
+    for (int32_t later = 1; later < DYNA_count(INSTRUCTIONS); ++later)
+        for (int32_t first = 0; first < later; ++first)
+            for (const char *a : rows(INSTRUCTIONS[first].patterns))
+                for (const char *b : rows(INSTRUCTIONS[later].patterns))
+                    if (overlap(a, b))
+                        vmr_printf("WARNING: (%s) opcode '%s' of INSTRUCTION '%s' collides with\n"
+                                   "         opcode '%s' of INSTRUCTION '%s', which wins.\n\n",
+                                   JTAG_BSC_FILE, b, INSTRUCTIONS[later].name, a, INSTRUCTIONS[first].name);
+}
+
+/// The decoder compares an X literally, so that such an opcode decodes to nothing in hardware.
+void warn_open_opcodes() {
+    for (const INSTRUCTION &instruction : rows(INSTRUCTIONS))
+        for (const char *pattern : rows(instruction.patterns))
+            if (std::string_view(pattern).find_first_of("Xx") != std::string_view::npos)
+                vmr_printf("WARNING: (%s) opcode '%s' of INSTRUCTION '%s' is compared as it stands,\n"
+                           "         its X is not expanded.\n\n",
+                           JTAG_BSC_FILE, pattern, instruction.name);
+}
+
+void warn_capture() {
+    std::string pattern = capture_pattern();
+    if (DYNA_count(INST_CAPTURE) == 0)
+        vmr_printf("WARNING: (%s) can't find %%INSTRUCTION_CAPTURE.\n"
+                   "         Using default pattern -> %s.\n\n",
+                   JTAG_BSC_FILE, pattern.c_str());
+    else if (pattern.substr(pattern.size() - 2) != "01")
+        vmr_printf("WARNING: (%s) %%INSTRUCTION_CAPTURE '%s' doesn't end in 01.\n\n", JTAG_BSC_FILE,
+                   pattern.c_str());
+}
+
+void warn_undriven_registers() {
+    for (const INSTRUCTION &instruction : rows(INSTRUCTIONS)) {
+        int32_t row = find_access_register(register_base(instruction.register_name));
+        if (is_undriven_register(row))
+            vmr_printf("WARNING: (%s) nothing drives register '%s' that INSTRUCTION '%s' selects.\n"
+                       "         Its output will be tied to 0.\n\n",
+                       JTAG_BSC_FILE, ACCESS_REG[row], instruction.name);
+    }
+}
+
+void warn_enable_pins(RTL_LANGUAGE language) {
+    for (const INSTRUCTION &instruction : rows(INSTRUCTIONS))
+        for (const char *name : rows(instruction.enable_pins))
+            for (const ENABLE_PIN &pin : rows(INST_ENABLE_PIN))
+                if (same_text_no_case(name, pin.name) && !same_text(name, pin.name))
+                    vmr_printf("WARNING: (%s) enable pin '%s' of INSTRUCTION '%s' is not '%s'\n"
+                               "         of an earlier instruction and won't be raised.\n\n",
+                               JTAG_BSC_FILE, name, instruction.name, pin.name);
+    for (const ENABLE_PIN &pin : rows(INST_ENABLE_PIN))
+        if (pin.gate_kind != GATE_NONE && !is_readable_signal(pin.gate_signal, language))
+            vmr_printf("WARNING: (%s) can't find signal '%s' in the TAP module\n"
+                       "         for the gate of enable pin '%s'.\n\n",
+                       JTAG_BSC_FILE, pin.gate_signal, pin.name);
+}
+
+void warn_clamp(RTL_LANGUAGE language) {
+    if (language == VHDL && has_instruction(KNOWN_CLAMP) && BCELL_HAS[SIG_UPDATE])
+        vmr_printf("WARNING: (%s) CLAMP doesn't block %%UPDATE_DR in VHDL.\n\n", JTAG_BSC_FILE);
+}
+
+} // namespace
+
+void refuse_broken_rtl() {
+    refuse_opcodes();
+    refuse_codes();
+    refuse_enable_values();
+    refuse_highz_without_source();
+    refuse_names();
+}
+
+void warn_about_rtl() {
+    RTL_LANGUAGE language = option(OPT_VHDL) ? VHDL : VERILOG;
+    warn_capture();
+    warn_colliding_opcodes();
+    warn_open_opcodes();
+    warn_undriven_registers();
+    warn_enable_pins(language);
+    warn_clamp(language);
+    for (const ENABLE_PIN &pin : rows(INST_ENABLE_PIN))
+        if (enable_width(pin.value) > 0)
+            vmr_printf("    WARNING: the dafault value of enable pin '%s' from\n"
+                       "             tap controller is '%s'.\n",
+                       pin.name, enable_default(pin).c_str());
+}

@@ -1,0 +1,144 @@
+#include "rtl/tap_rtl.hh"
+
+#include "rtl/tap_ports.hh"
+#include "rtl/tap_values.hh"
+#include "rtl/templates.hh"
+
+#include "support/run_state.hh"
+#include "support/text.hh"
+
+namespace {
+
+/// One module below the TAP, in both languages.
+struct TAP_PART {
+    const char *name;
+    const char *verilog;
+    const char *vhdl_library, *vhdl_ports, *vhdl_body;
+};
+
+constexpr TAP_PART CONTROLLER = {"TAP_controller", TAP_CONTROLLER_V, TAP_CONTROLLER_LIBRARY_VHDL,
+                                 TAP_CONTROLLER_PORTS_VHDL, TAP_CONTROLLER_BODY_VHDL};
+constexpr TAP_PART BYPASS = {"BYPASS_reg", BYPASS_REG_V, LIBRARY_VHDL, BYPASS_REG_PORTS_VHDL,
+                             BYPASS_REG_BODY_VHDL};
+constexpr TAP_PART ID = {"ID_reg", ID_REG_V, LIBRARY_VHDL, ID_REG_PORTS_VHDL, ID_REG_BODY_VHDL};
+constexpr TAP_PART INST = {"IR_reg", IR_REG_V, LIBRARY_VHDL, IR_REG_PORTS_VHDL, IR_REG_BODY_VHDL};
+constexpr TAP_PART DECODER = {"IR_dec", IR_DEC_V, LIBRARY_VHDL, IR_DEC_PORTS_VHDL, IR_DEC_BODY_VHDL};
+constexpr TAP_PART DATA_MUX = {"DR_mux", DR_MUX_V, LIBRARY_VHDL, DR_MUX_PORTS_VHDL, DR_MUX_BODY_VHDL};
+constexpr TAP_PART SERIAL_MUX = {"IR_DR_mux", IR_DR_MUX_V, LIBRARY_VHDL, IR_DR_MUX_PORTS_VHDL,
+                                 IR_DR_MUX_BODY_VHDL};
+constexpr TAP_PART OUTPUT = {"TDO_reg", TDO_REG_V, LIBRARY_VHDL, TDO_REG_PORTS_VHDL, TDO_REG_BODY_VHDL};
+
+/// The modules in the order of the file, and in the order of the component declarations.
+constexpr const TAP_PART *FILE_ORDER[] = {&CONTROLLER, &BYPASS,   &ID,         &INST,
+                                          &DECODER,    &DATA_MUX, &SERIAL_MUX, &OUTPUT};
+constexpr const TAP_PART *COMPONENT_ORDER[] = {&CONTROLLER, &BYPASS,   &INST,       &ID,
+                                               &DECODER,    &DATA_MUX, &SERIAL_MUX, &OUTPUT};
+
+bool is_needed(const TAP_PART *part) {
+    return part != &ID || has_id_register();
+}
+
+std::string declared(const char *direction, const TAP_MODULE_PORT &port) {
+    std::string range = port.width == 0 ? "" : format_text("[%d:0]", port.width - 1);
+    // A user register's input has two blanks where the others have one.
+    const char *gap = port.role == ROLE_USER_REGISTER && !port.is_output ? "  " : " ";
+    return std::string(8, ' ') + direction + range + gap + port.name + ";\n";
+}
+
+/// The header of the TAP module and the declarations of its ports; the port-only module ends here.
+std::string make_declaration_of_v() {
+    save_hier_tap_ports();
+    std::string module = TAP_MODULE_NAME;
+    std::string text = "module  " + module + (option(OPT_SYNCH) ? "( " : " ( ");
+    std::string indent(module.size() + 11, ' ');
+    bool first = true;
+    for (const TAP_MODULE_PORT &port : tap_ports()) {
+        if (!first)
+            text += ",\n" + indent.substr(port.role == ROLE_CHIP_TEST ? 1 : 0);
+        text += port.name;
+        first = false;
+    }
+    text += " );\n\n";
+    std::vector<TAP_MODULE_PORT> ports = sorted_ports(&TAP_MODULE_PORT::declare_place);
+    for (const TAP_MODULE_PORT &port : ports)
+        if (port.is_output)
+            text += declared("output", port);
+    text += "\n";
+    for (const TAP_MODULE_PORT &port : ports)
+        if (!port.is_output)
+            text += declared("input", port);
+    return text + (option(OPT_PSEUDO_TAP) ? "\n\nendmodule\n" : "\n");
+}
+
+/// The decoder's port list may end with any of its ports: the last comma becomes the end of the list.
+std::string close_port_list(std::string text) {
+    size_t last = text.find(",\n\n");
+    return last == std::string::npos ? text : text.replace(last, 1, " );");
+}
+
+std::string make_verilog() {
+    TEMPLATE_VALUES values = tap_values(VERILOG);
+    std::string text = make_declaration_of_v() + expand_template(TOP_V, values);
+    for (const TAP_PART *part : FILE_ORDER)
+        if (is_needed(part)) {
+            std::string module = expand_template(part->verilog, values);
+            text += part == &DECODER ? close_port_list(module) : module;
+        }
+    return text;
+}
+
+std::string vhdl_port(const TAP_MODULE_PORT &port) {
+    std::string type =
+        port.width == 0 ? "std_logic" : format_text("std_logic_vector(%d downto 0)", port.width - 1);
+    return "        " + port.name + (port.is_output ? ": out " : ": in ") + type;
+}
+
+/// The TAP's port clause: a ';' behind every port but the last, and the closing parenthesis on the last one's
+/// line.
+std::string vhdl_output_io_interface_of_TAP() {
+    std::string text = "    port (\n";
+    bool first = true;
+    for (const TAP_MODULE_PORT &port : sorted_ports(&TAP_MODULE_PORT::vhdl_place)) {
+        text += (first ? "" : ";\n") + vhdl_port(port);
+        first = false;
+    }
+    return text + "    );\n";
+}
+
+std::string include_vhdl_component_into_TAP(const TEMPLATE_VALUES &values) {
+    std::string text;
+    for (const TAP_PART *part : COMPONENT_ORDER)
+        if (is_needed(part)) {
+            std::string name = part->name;
+            text += "    component  " + name + "\n" + expand_template(part->vhdl_ports, values) +
+                    "    end component;\n    for all: " + name + " use entity work." + name +
+                    "(BEHAVIOR);\n\n";
+        }
+    return text;
+}
+
+std::string make_entity_TAP_of_vhdl(const TEMPLATE_VALUES &values) {
+    std::string name = TAP_MODULE_NAME;
+    return expand_template(LIBRARY_VHDL, values) + "entity " + name + " is\n" +
+           vhdl_output_io_interface_of_TAP() + "end " + name + ";\n\narchitecture STRUCTURE of " + name +
+           " is\n\n" + include_vhdl_component_into_TAP(values) + expand_template(TOP_VHDL, values);
+}
+
+std::string make_vhdl() {
+    TEMPLATE_VALUES values = tap_values(VHDL);
+    std::string text;
+    for (const TAP_PART *part : FILE_ORDER)
+        if (is_needed(part))
+            text += expand_template(part->vhdl_library, values) + "entity " + part->name + " is\n" +
+                    expand_template(part->vhdl_ports, values) + "end " + part->name + ";\n" +
+                    expand_template(part->vhdl_body, values);
+    return text + make_entity_TAP_of_vhdl(values);
+}
+
+} // namespace
+
+std::string get_TAP_in_RTL() {
+    if (option(OPT_PSEUDO_TAP))
+        return make_declaration_of_v();
+    return option(OPT_VHDL) ? make_vhdl() : make_verilog();
+}

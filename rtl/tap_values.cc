@@ -1,0 +1,275 @@
+#include "rtl/tap_values.hh"
+
+#include "planning/tap_state.hh"
+#include "rtl/tap_ports.hh"
+#include "support/run_state.hh"
+#include "support/text.hh"
+
+#include <algorithm>
+
+namespace {
+
+/// One gate between the decoder and an enable pin, as each language writes it around its two inputs.
+struct GATE_TEXT {
+    GATE_KIND kind;
+    const char *verilog[3], *vhdl[3]; // before, between, behind
+};
+constexpr GATE_TEXT GATES[] = {
+    {GATE_AND, {"", " & ", ""}, {"", " and ", ""}}, {GATE_NAND, {"~(", " & ", ")"}, {"not (", " and ", ")"}},
+    {GATE_OR, {"", " | ", ""}, {"", " or ", ""}},   {GATE_NOR, {"~(", " | ", ")"}, {"not (", " or ", ")"}},
+    {GATE_XOR, {"", " ^ ", ""}, {"", " xor ", ""}}, {GATE_XNOR, {"", " ^~ ", ""}, {"not (", " xor ", ")"}},
+};
+
+/// Wires of one bit inside the top module that a gate may name.
+constexpr const char *INNER_WIRES[] = {"SELECT_DR", "ENABLE", "TDOIN",  "SHIFT_IR",  "CLOCK_IR",
+                                       "UPDATE_IR", "IR_out", "DR_out", "BYPASS_out"};
+
+bool has(CONTROL_SIGNAL signal) {
+    return BCELL_HAS[signal] != 0;
+}
+
+std::string text_or_empty(const char *text) {
+    return text ? text : "";
+}
+
+std::string padded(std::string text, size_t width) {
+    text.resize(std::max(text.size(), width), ' ');
+    return text;
+}
+
+std::string letters() {
+    const struct {
+        char letter;
+        bool holds;
+    } table[] = {
+        {'T', TAP_PORT[PORT_TRST].tap_pin != nullptr},
+        {'U', has(SIG_UPDATE)},
+        {'O', has(SIG_RST)},
+        {'S', option(OPT_SYNCH)},
+        {'C', has_instruction(KNOWN_CLAMP)},
+        {'G', has_id_register()},
+        {'I', has_id_mode()},
+        {'E', option(OPT_EXTERNAL_IDCODE)},
+        {'D', TAP_TDO_EN_PIN != nullptr},
+        {'A', TDO_EN_LOW != 0},
+        {'K', has_instruction(KNOWN_CHIP_TEST)},
+        {'H', has_highz_port()},
+        {'M', has_instruction(KNOWN_VELMORA_ATPG)},
+        {'1', has(SIG_MODE1)},
+        {'2', has(SIG_MODE2)},
+        {'3', has(SIG_MODE3)},
+    };
+    std::string text;
+    for (auto [letter, holds] : table)
+        if (holds)
+            text += letter;
+    return text;
+}
+
+bool is_gated(const ENABLE_PIN &pin) {
+    return pin.gate_kind != GATE_NONE;
+}
+
+/// True when the gate of some enable pin reads `name`; VHDL does not tell names apart by case.
+bool is_read_by_gate(const char *name) {
+    for (const ENABLE_PIN &pin : rows(INST_ENABLE_PIN))
+        if (is_gated(pin) && same_text_no_case(pin.gate_signal, name))
+            return true;
+    return false;
+}
+
+/// Outputs of the TAP that a VHDL gate can read back through a signal of their own, besides those that always
+/// have one.
+std::vector<std::string> read_back_outputs() {
+    std::vector<std::string> outputs;
+    auto add = [&](bool exists, const char *name) {
+        if (exists && name != nullptr && is_read_by_gate(name))
+            outputs.emplace_back(name);
+    };
+    add(has(SIG_UPDATE), TAP_PIN[SIG_UPDATE]);
+    for (CONTROL_SIGNAL mode : MODE_SIGNALS)
+        add(has(mode), TAP_PIN[mode]);
+    add(has_highz_port(), TAP_HIZ_PIN);
+    add(has_instruction(KNOWN_CHIP_TEST), "CHIP_TEST");
+    for (const ENABLE_PIN &pin : rows(INST_ENABLE_PIN))
+        add(!is_gated(pin) && enable_width(pin.value) == 0, pin.name);
+    return outputs;
+}
+
+/// The name inside the VHDL architecture of an output that may be read back.
+std::string inner_name(const char *name) {
+    if (name == nullptr)
+        return "";
+    std::vector<std::string> outputs = read_back_outputs();
+    return std::find(outputs.begin(), outputs.end(), name) == outputs.end() ? name
+                                                                            : std::string(name) + "_net";
+}
+
+/// True for an output whose inner signal always exists in VHDL.
+bool always_has_net(const char *signal) {
+    return same_text_no_case(signal, "SHIFT_DR") || same_text_no_case(signal, "CLOCK_DR") ||
+           same_text_no_case(signal, TAP_PIN[SIG_SHIFT]) || same_text_no_case(signal, TAP_PIN[SIG_CLOCK]) ||
+           (has(SIG_RST) && same_text_no_case(signal, TAP_PIN[SIG_RST]));
+}
+
+std::string vhdl_gate_signal(const char *signal) {
+    if (always_has_net(signal))
+        return std::string(signal) + "_net";
+    if (same_text_no_case(signal, "velmora_test_mode") && has_instruction(KNOWN_VELMORA_ATPG))
+        return "velmora_atpg_mode";
+    for (const std::string &output : read_back_outputs())
+        if (same_text_no_case(output.c_str(), signal))
+            return output + "_net";
+    return signal;
+}
+
+std::string gated_text(const ENABLE_PIN &pin, RTL_LANGUAGE language) {
+    for (const GATE_TEXT &gate : GATES)
+        if (gate.kind == pin.gate_kind) {
+            const char *const *part = language == VHDL ? gate.vhdl : gate.verilog;
+            std::string second = language == VHDL ? vhdl_gate_signal(pin.gate_signal) : pin.gate_signal;
+            return std::string(part[0]) + pin.name + (language == VHDL ? "_net" : "_wire") + part[1] +
+                   second + part[2];
+        }
+    return "";
+}
+
+/// What stands behind "DR_SELECT, INST" in the decoder's Verilog instance, four enable pins to a line.
+std::string decoder_ports() {
+    std::string text = "DR_SELECT, INST";
+    auto add = [&](bool exists, const char *name) {
+        if (exists)
+            text += std::string(", ") + name;
+    };
+    add(has_instruction(KNOWN_CHIP_TEST), "CHIP_TEST");
+    add(has_highz_port(), TAP_HIZ_PIN);
+    for (CONTROL_SIGNAL mode : MODE_SIGNALS)
+        add(has(mode), TAP_PIN[mode]);
+    add(has_id_mode(), "IDMODE");
+    int32_t count = 0;
+    for (const ENABLE_PIN &pin : rows(INST_ENABLE_PIN))
+        text += (count++ % 4 == 0 ? ",\n" + std::string(26, ' ') : ", ") + pin.name +
+                (is_gated(pin) ? "_wire" : "");
+    add(has_instruction(KNOWN_VELMORA_ATPG), "velmora_test_mode");
+    return text;
+}
+
+void add_register_values(TEMPLATE_VALUES &values) {
+    std::string outs, wires, inner;
+    int32_t count = DYNA_count(ACCESS_REG);
+    std::vector<TEMPLATE_NAMES> &registers = values.lists['B'];
+    std::vector<TEMPLATE_NAMES> &undriven = values.lists['L'];
+    std::vector<TEMPLATE_NAMES> &user = values.lists['R'];
+    for (int32_t row = 0; row < count; ++row) {
+        std::string name = ACCESS_REG[row], wire = register_wire(row);
+        bool last = row == count - 1;
+        outs += (row == 0 ? "" : ", ") + name + "_out";
+        wires += (row == 0 ? "" : ", ") + wire;
+        if (!is_user_register(row) && !is_register(row, "boundary"))
+            inner += ", " + wire;
+        registers.push_back({{"REG", name},
+                             {"REG12", padded(name, 12)},
+                             {"REG8", padded(name, 8)},
+                             {"WIRE", wire},
+                             {"CODE", integer_to_binary_code(row, DR_SEL_LINE)},
+                             {"PORT_END", last ? " );" : ","},
+                             {"TERM_END", last ? ");" : " |"}});
+        if (is_undriven_register(row))
+            undriven.push_back({{"WIRE", wire}});
+        if (is_user_register(row))
+            user.push_back({{"REG", name}});
+    }
+    values.names["REGISTER_OUTS"] = outs;
+    values.names["REGISTER_WIRES"] = wires;
+    values.names["INNER_WIRES"] = inner;
+}
+
+void add_enable_values(TEMPLATE_VALUES &values, RTL_LANGUAGE language) {
+    std::vector<TEMPLATE_NAMES> &gated = values.lists['P'];
+    std::vector<TEMPLATE_NAMES> &read_back = values.lists['J'];
+    int32_t row = 0;
+    for (const ENABLE_PIN &pin : rows(INST_ENABLE_PIN)) {
+        if (is_gated(pin))
+            gated.push_back({{"PIN", pin.name}, {"GATED", gated_text(pin, language)}});
+        values.lists['N'][row++]["PIN_NET"] =
+            is_gated(pin) ? std::string(pin.name) + "_net" : inner_name(pin.name);
+    }
+    for (const std::string &output : read_back_outputs())
+        read_back.push_back({{"PORT", output}});
+}
+
+void add_port_names(TEMPLATE_NAMES &names) {
+    const struct {
+        const char *name, *text;
+    } table[] = {
+        {"TDI", TAP_PORT[PORT_TDI].tap_pin},     {"TDO", TAP_PORT[PORT_TDO].tap_pin},
+        {"TMS", TAP_PORT[PORT_TMS].tap_pin},     {"TCK", TAP_PORT[PORT_TCK].tap_pin},
+        {"TRST", TAP_PORT[PORT_TRST].tap_pin},   {"TDO_EN", TAP_TDO_EN_PIN},
+        {"SHIFT_DR", TAP_PIN[SIG_SHIFT]},        {"CLOCK_DR", TAP_PIN[SIG_CLOCK]},
+        {"UPDATE_DR", TAP_PIN[SIG_UPDATE]},      {"RESET", TAP_PIN[SIG_RST]},
+        {"MODE1", TAP_PIN[SIG_MODE1]},           {"MODE2", TAP_PIN[SIG_MODE2]},
+        {"MODE3", TAP_PIN[SIG_MODE3]},           {"HIGHZ", TAP_HIZ_PIN},
+        {"FIRST_BCELL", TAP_CONTR->first_bcell}, {"LAST_BCELL", TAP_CONTR->last_bcell},
+        {"TAP_MODULE", TAP_MODULE_NAME},
+    };
+    for (auto [name, text] : table)
+        names[name] = text_or_empty(text);
+}
+
+} // namespace
+
+std::string register_wire(int32_t row) {
+    if (is_register(row, "boundary"))
+        return TAP_CONTR->last_bcell;
+    if (is_register(row, "bypass"))
+        return "BYPASS_out";
+    if (is_register(row, "idcode"))
+        return "IDCODE_out";
+    if (is_register(row, "usercode"))
+        return "USERCODE_out";
+    return std::string(ACCESS_REG[row]) + "_out";
+}
+
+bool is_undriven_register(int32_t row) {
+    return is_register(row, "usercode") || (is_register(row, "idcode") && !has_id_register());
+}
+
+bool is_readable_signal(const char *signal, RTL_LANGUAGE language) {
+    auto same = [language, signal](const std::string &name) {
+        return language == VHDL ? same_text_no_case(name.c_str(), signal) : name == signal;
+    };
+    if (std::any_of(std::begin(INNER_WIRES), std::end(INNER_WIRES), same) ||
+        same(text_or_empty(TAP_PIN[SIG_RST])))
+        return true;
+    for (const TAP_MODULE_PORT &port : tap_ports())
+        if (port.width == 0 && same(port.name))
+            return language == VERILOG || !port.is_output || vhdl_gate_signal(signal) != signal;
+    return false;
+}
+
+TEMPLATE_VALUES tap_values(RTL_LANGUAGE language) {
+    TEMPLATE_VALUES values;
+    values.letters = letters();
+    add_decoder_values(values, language);
+    add_register_values(values);
+    add_enable_values(values, language);
+    TEMPLATE_NAMES &names = values.names;
+    add_port_names(names);
+    names["N"] = std::to_string(INST_LEN);
+    names["N-1"] = std::to_string(INST_LEN - 1);
+    names["L"] = std::to_string(DR_SEL_LINE);
+    names["L-1"] = std::to_string(DR_SEL_LINE - 1);
+    names["CAPTURE"] = pattern_text(capture_pattern(), language);
+    names["RESET_OP"] = pattern_text(reset_opcode(), language);
+    names["IDCODE_REG"] = pattern_text(text_or_empty(IDCODE_REG), language);
+    names["USERCODE_REG"] = DYNA_count(USERCODE_REG) > 0 ? pattern_text(USERCODE_REG[0], language) : "";
+    names["DECODER_PORTS"] = decoder_ports();
+    names["IDMODE_PORT"] = has_id_mode() ? ", IDMODE" : "";
+    names["RESET_NET"] = names["RESET"] + (has(SIG_RST) ? "_net" : "");
+    names["UPDATE_NET"] = inner_name(TAP_PIN[SIG_UPDATE]);
+    names["CHIP_TEST_NET"] = inner_name("CHIP_TEST");
+    names["HIGHZ_NET"] = inner_name(TAP_HIZ_PIN);
+    for (int32_t i = 0; i < 3; ++i)
+        names[format_text("MODE%d_NET", i + 1)] = inner_name(TAP_PIN[MODE_SIGNALS[i]]);
+    return values;
+}

@@ -1,0 +1,15 @@
+// What the TAP's templates are expanded with: condition letters, names and lists, from the resolved tables.
+// The letters are told at the head of each file of templates.
+#pragma once
+
+#include "rtl/decode_terms.hh"
+
+TEMPLATE_VALUES tap_values(RTL_LANGUAGE language);
+
+/// The wire that carries a data register's output to the multiplexer in the top module.
+std::string register_wire(int32_t row);
+/// True for an identification or user code register that the TAP does not hold and nothing drives.
+bool is_undriven_register(int32_t row);
+
+/// True when the text of a gate can name `signal` in the top module of that language.
+bool is_readable_signal(const char *signal, RTL_LANGUAGE language);
