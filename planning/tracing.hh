@@ -15,6 +15,8 @@ int32_t find_iport(const char *name);
 int32_t get_node_connected_to_portnode(int32_t port);
 /// The first other node on the node's net, or -1.
 int32_t find_adjacent_node(int32_t node);
+/// The node of the object's pin whatever its direction, names compared without regard to case; -1 for none.
+int32_t find_pin_node(int32_t obj, const char *pin_name);
 /// The node of the object's pin, names compared without regard to case; -1 when the object has no such pin. Ends
 /// the run when the pin's direction is another one.
 int32_t search_inode_connected_to_obj(int32_t obj, const char *pin_name, int32_t direction);

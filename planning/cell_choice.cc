@@ -1,0 +1,92 @@
+#include "planning/cell_choice.hh"
+
+#include "description/lookups.hh"
+#include "planning/tap_state.hh"
+#include "planning/tracing.hh"
+#include "support/console.hh"
+#include "support/run_state.hh"
+#include "support/text.hh"
+
+SCAN_CELL *checked_cell(const char *name, CELL_CHECK_FUNCTION check) {
+    if (check(name))
+        vmr_fail("\n");
+    return get_scan_cell(name);
+}
+
+SCAN_CELL *named_cell(OPIN_ROW &row, CELL_CHECK_FUNCTION check) {
+    if (row.scan_cell_name == nullptr)
+        return nullptr;
+    SCAN_CELL *cell = checked_cell(row.scan_cell_name, check);
+    row.scan_cell_name = nullptr;
+    return cell;
+}
+
+SCAN_CELL *declared_cell(const char *first, const char *second) {
+    return get_scan_cell(first != nullptr ? first : second);
+}
+
+const char *builtin_cell_name(const OPIN_ROW &row) {
+    return get_scan_cell(row.pad_class) != nullptr ? row.pad_class : row.pad->name;
+}
+
+SCAN_CELL *builtin_cell(const OPIN_ROW &row) {
+    SCAN_CELL *cell = get_scan_cell(builtin_cell_name(row));
+    if (cell == nullptr)
+        vmr_fail("ERROR: can't find %%SCAN_CELL '%s' for %%BS_BUFFER.\n", row.pad_class);
+    // The classification looks the modes 2 and 3 up again behind each port and reports them in its own words.
+    for (int32_t signal : {SIG_MODE2, SIG_MODE3})
+        if (cell->*CONTROL_SIGNALS[signal].cell_pin != nullptr)
+            BCELL_HAS[signal] = 1;
+    for (int32_t signal : {SIG_UPDATE, SIG_HIGHZ, SIG_MODE1, SIG_RST}) {
+        const CONTROL_SIGNAL_INFO &info = CONTROL_SIGNALS[signal];
+        if (cell->*info.cell_pin == nullptr || TAP_PIN[signal] != nullptr || TAP_CONTR == nullptr)
+            continue;
+        if (TAP_CONTR->*info.tap_field == nullptr)
+            vmr_fail("ERROR: (%s) can't find %s in %%TAP_CONTROLLER %s.\n       %%BS_BUFFER %s needs it.\n\n",
+                     JTAG_LIB_FILE, info.keyword, text_or_undefined(TAP_MODULE_NAME), row.pad_class);
+        BCELL_HAS[signal] = 1;
+        TAP_PIN[signal] = without_minus(TAP_CONTR->*info.tap_field);
+    }
+    return cell;
+}
+
+const char *differential_leg(const OPIN_ROW &row, int32_t port) {
+    int32_t node = get_node_connected_to_portnode(port);
+    const char *leg = node_pin_name(node);
+    if (is_port_node(node) || same_text(leg, "*UNDEF*"))
+        vmr_fail("ERROR: can not get pin name while tracing port '%s'.\n", row.port_name);
+    return leg;
+}
+
+void fail_third_leg(const OPIN_ROW &row, const char *leg) {
+    vmr_fail("ERROR: the %s pin specified in netlist, but can not be found in DIFFERENTIAL BUFFER %s\n ", leg,
+             row.pad_class);
+}
+
+bool has_mux(const OPIN_ROW &row, const char *mode, const char *input, const MUX_PIN_PAIR &pair) {
+    if (mode == nullptr && input == nullptr)
+        return false;
+    if (mode != nullptr && input != nullptr)
+        return true;
+    bool no_mode = mode == nullptr;
+    const char *given = no_mode ? pair.input_keyword : pair.mode_keyword;
+    const char *wanted = no_mode ? pair.mode_keyword : pair.input_keyword;
+    vmr_fail("ERROR: (%s) '%s' is a %s because %s signal is declared.\n"
+             "       %s also requires %s signal to be declared.\n\n",
+             JTAG_LIB_FILE, row.pad_class, pair.words, given, pair.Words, wanted);
+}
+
+bool clear_false_enables(BUFFER_CELL *pad, const PIN_ENTRY *pin, const char *data_pin) {
+    bool cleared = false;
+    auto clear = [&](const char *&enable) {
+        if (enable == nullptr || data_pin == nullptr || !same_text_no_case(enable, data_pin))
+            return;
+        enable = nullptr;
+        cleared = true;
+    };
+    if (pin->pad_enable != 1)
+        clear(pad->en_l);
+    if (pin->pad_enable != 0)
+        clear(pad->en_h);
+    return cleared;
+}

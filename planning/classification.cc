@@ -1,0 +1,237 @@
+// The walk through the pin list: a row per pin, and for each port the decision how it is handled, from what
+// the pin list says, what the library says of the cell next to the port, and the port's direction in the
+// design.
+#include "planning/planning.hh"
+
+#include "description/lookups.hh"
+#include "planning/cell_choice.hh"
+#include "planning/standard_ports.hh"
+#include "planning/tap_state.hh"
+#include "planning/tracing.hh"
+#include "sdb/navigation.hh"
+#include "sdb/sdb.hh"
+#include "support/console.hh"
+#include "support/run_state.hh"
+#include "support/text.hh"
+
+#include <algorithm>
+#include <map>
+#include <string>
+#include <string_view>
+#include <strings.h>
+#include <utility>
+#include <vector>
+
+const char *INVERTER_INPUT = nullptr;
+const char *INVERTER_OUTPUT = nullptr;
+
+namespace {
+
+bool has_function(const BUFFER_CELL *pad, const char *word) {
+    return pad != nullptr && pad->function != nullptr && strcasecmp(pad->function, word) == 0;
+}
+
+void save_bidir_port(BUFFER_CELL *pad, int32_t row, int32_t port) {
+    if (pad != nullptr && pad->function == nullptr)
+        pad->function = "inout";
+    if (pad != nullptr && !has_function(pad, "inout"))
+        vmr_fail("ERROR: bidir port '%s' doesn't connect to bidir pad.\n"
+                 "       Please setup %%FUNCTION inout in %%BUFFER %s.\n\n",
+                 OPIN_TAB[row].port_name, OPIN_TAB[row].pad_class);
+    save_bidir_scan_tab(pad, row, port);
+}
+
+/// The TAP's pin of a mode signal, looked up behind each port, since a cell inside a pad can be the first
+/// that needs it; and the net that an existing TAP has on it.
+void resolve_mode_pin(int32_t signal, int32_t tap_obj) {
+    const CONTROL_SIGNAL_INFO &info = CONTROL_SIGNALS[signal];
+    const char *field = TAP_CONTR != nullptr ? TAP_CONTR->*info.tap_field : nullptr;
+    TAP_PIN[signal] = nullptr;
+    if (BCELL_HAS[signal] != 0 && field == nullptr) {
+        vmr_printf("ERROR: (%s) can't find %s in %%TAP_CONTROLLER %s.\n", JTAG_LIB_FILE, info.keyword,
+                   text_or_undefined(TAP_MODULE_NAME));
+        BCELL_HAS[signal] = 0;
+    } else if (BCELL_HAS[signal] != 0) {
+        TAP_PIN[signal] = without_minus(field);
+    }
+    if (tap_obj < 0 || TAP_PIN[signal] == nullptr)
+        return;
+    int32_t net = search_inet_connected_to_obj(tap_obj, TAP_PIN[signal], DIR_OUTPUT);
+    TAP_FLAG.control[signal] = net;
+    if (!is_constant_net(net))
+        return;
+    vmr_printf("WARNING: Pin %s '%s' of TAP '%s' was connected to %s.\n", info.keyword, TAP_PIN[signal],
+               TAP_INSTANCE_NAME, net == SDB_NET_GND ? "GND" : "VCC");
+    vmr_printf("         %s '%s' will be disconnected.\n", info.keyword, TAP_PIN[signal]);
+}
+
+void save_OPIN_TAB_for_adding_scan_cell(int32_t row_index) {
+    OPIN_ROW &row = OPIN_TAB[row_index];
+    int32_t port = find_iport(row.port_name);
+    row.pad_obj = node_tab[get_node_connected_to_portnode(port)].obj;
+    row.pad_class = keep_text(object_class_name(row.pad_obj));
+    int32_t direction = port_tab[port].flags & SDB_DIRECTION_MASK;
+    BUFFER_CELL *pad = get_buffer(row.pad_class);
+    if (pad == nullptr && !option(OPT_ADD_PAD) && (!option(OPT_NO_PAD) || direction == DIR_BIDIR))
+        fail_undescribed_cell(row.pad_class, row.port_name);
+    if (pad != nullptr) {
+        row.pad = pad;
+        get_hier_class_and_inst_name(row_index, row.pad_obj);
+    }
+    row.direction = bs_pin_direction(row.pin_index);
+    if (has_function(pad, "BUF")) { // no pad: nothing is inserted at this port
+        row.kind = CELL_INTERNAL;
+        return;
+    }
+    if (direction == DIR_INPUT)
+        save_input_clock_tab(pad, row_index, port, has_function(pad, "CLOCK") ? 0 : 1);
+    else if (direction == DIR_OUTPUT)
+        save_output_scan_tab(pad, row_index, port);
+    else if (direction == DIR_BIDIR)
+        save_bidir_port(pad, row_index, port);
+    else
+        vmr_fail("FATAL: can't identify function of port '%s'.\n\n", row.port_name);
+
+    int32_t tap_obj = SDB_nl_search_obj(TAP_INSTANCE_NAME);
+    for (int32_t signal : {SIG_MODE2, SIG_MODE3})
+        resolve_mode_pin(signal, tap_obj);
+}
+
+void choose_internal_cell(OPIN_ROW &row) {
+    bool observes = is_observe_pin(PIN_TABLE[row.pin_index]);
+    row.scan_cell = declared_cell(observes ? OBSERVE_ONLY_SCAN : INTERNAL_SCAN, nullptr);
+    if (row.scan_cell == nullptr)
+        vmr_fail(
+            "ERROR: can't find %s in file '%s'.\n       Need %s SCAN to connect to internal port '%s'.\n\n",
+            observes ? "%OBSERVE_ONLY_SCAN" : "%INTERNAL_SCAN", JTAG_BSC_FILE,
+            observes ? "OBSERVE_ONLY" : "INTERNAL", row.port_name);
+}
+
+void save_OPIN_TAB_for_adding_scan_cell_internal(int32_t row_index) {
+    OPIN_ROW &row = OPIN_TAB[row_index];
+    std::string_view name = row.port_name;
+    size_t open = name.find('{');
+    size_t close = open == name.npos ? name.npos : name.find('}', open);
+    if (open == name.npos || open == 0 || close == open + 1)
+        vmr_fail("ERROR: can not get instance name or pin name in '%s' of pin file.\n", row.port_name);
+    std::string instance(name.substr(0, open));
+    const char *pin_name = keep_text(name.substr(open + 1, close == name.npos ? close : close - open - 1));
+    if (*pin_name == '\0')
+        vmr_fail("ERROR: can not get instance name or pin name in '%s' of pin file.\n", row.port_name);
+
+    row.pad_obj = SDB_lookup_obj(instance.c_str());
+    if (row.pad_obj < 0)
+        vmr_fail("ERROR: can not find instance '%s' in '%s' file.\n", instance.c_str(), MODULE_C_SDB);
+    row.pad_class = keep_text(object_class_name(row.pad_obj));
+    int32_t node = find_pin_node(row.pad_obj, pin_name);
+    if (node < 0)
+        vmr_fail("ERROR: can not find port '%s' in instance '%s'.\n", pin_name, instance.c_str());
+    get_hier_class_and_inst_name(row_index, row.pad_obj);
+    row.direction = bs_pin_direction(row.pin_index);
+    row.kind = CELL_INTERNAL;
+    row.net_name = keep_text_or_null(SDB_net_name(sdb, node_tab[node].net));
+    switch (pin_tab[node_tab[node].pin].direction & SDB_DIRECTION_MASK) {
+    case SDB_INPUT:
+        row.pad_input = pin_name;
+        break;
+    case SDB_OUTPUT:
+        row.pad_output = pin_name;
+        break;
+    default:
+        vmr_fail("ERROR: can't support inout port '%s' now.\n", row.port_name);
+    }
+    choose_internal_cell(row);
+}
+
+/// Two rows that would cut one wire spoil each other's cell: two ports on one pad, or one port under two
+/// names.
+void check_no_wire_is_cut_twice() {
+    std::map<std::pair<int32_t, std::string>, const OPIN_ROW *> cuts; // by object and pin; -1 for a bare port
+    auto cut = [&](const OPIN_ROW &row, int32_t obj, const std::string &pin) {
+        auto [known, is_new] = cuts.try_emplace({obj, pin}, &row);
+        if (!is_new && known->second != &row)
+            vmr_fail("ERROR: (%s) '%s' and '%s' need a boundary scan cell at the same place.\n"
+                     "       Please correct your SDB or specify one of them as skip signal.\n\n",
+                     PIN_FILE, known->second->port_name, row.port_name);
+    };
+    for (const OPIN_ROW &row : rows(OPIN_TAB)) {
+        if (row.scan_cell == nullptr || (row.kind == CELL_INTERNAL && row.scan_cell->data_out == nullptr))
+            continue;
+        if (row.pad == nullptr && row.kind != CELL_INTERNAL)
+            cut(row, -1, std::to_string(find_iport(row.port_name)));
+        for (const char *pin : {row.pad_input, row.pad_output})
+            if (pin != nullptr)
+                cut(row, row.pad_obj, pin);
+    }
+}
+
+/// Says which ports of the design the pin list forgets: nothing else would show that they have no cell.
+void warn_of_unlisted_ports() {
+    std::vector<char> is_listed(port_count);
+    for (const OPIN_ROW &row : rows(OPIN_TAB)) {
+        const PIN_ENTRY *pin = PIN_TABLE[row.pin_index];
+        int32_t port = SDB_nl_search_port(row.port_name);
+        if (port < 0 && !skip_signal(pin->top_name) && !is_internal_pin(pin) && !is_observe_pin(pin))
+            port = find_iport(row.port_name);
+        if (port >= 0)
+            is_listed[port] = 1;
+    }
+    for (int32_t port = 0; port < port_count; ++port) {
+        const char *name = SYM_get(sym_tab, port_tab[port].name);
+        if (is_listed[port] == 0 && name != nullptr && !skip_signal(name))
+            vmr_printf("WARNING: (%s) can't find port '%s' in the pin list.\n"
+                       "         Boundary scan cell won't be inserted on this port.\n\n",
+                       PIN_FILE, name);
+    }
+}
+
+void check_inv_signal() {
+    auto table = rows(OPIN_TAB);
+    auto first =
+        std::find_if(table.begin(), table.end(), [](const OPIN_ROW &row) { return row.inverted != 0; });
+    if (first == table.end())
+        return;
+    if (INVERTER == nullptr && TAP_CONTR != nullptr)
+        INVERTER = TAP_CONTR->inv_buffer;
+    if (INVERTER == nullptr)
+        vmr_fail("ERROR: can't find %%INV_BUFFER of %%TAP_CONTROLLER in file '%s'\n"
+                 "       or %%INVERTER in file '%s' for pin '-%s'.\n\n",
+                 JTAG_LIB_FILE, JTAG_BSC_FILE, first->port_name);
+    const BUFFER_CELL *inverter = get_buffer(INVERTER);
+    if (inverter == nullptr)
+        vmr_fail("ERROR: can't find the definition of buffer '%s' in file '%s'.\n\n", INVERTER,
+                 JTAG_LIB_FILE);
+    INVERTER_INPUT = inverter->input;
+    INVERTER_OUTPUT = inverter->output;
+    if (INVERTER_INPUT == nullptr || INVERTER_OUTPUT == nullptr)
+        vmr_fail("ERROR: (%s) can't find %s in %%BUFFER %s.\n\n", JTAG_LIB_FILE,
+                 INVERTER_INPUT == nullptr ? "%INPUT" : "%OUTPUT", INVERTER);
+}
+
+} // namespace
+
+void produce_opin_control_tab() {
+    for (STANDARD_PORT_STATE &state : TAP_PORT)
+        state.pin_index = -1;
+    for (int32_t pin = 0; pin < DYNA_count(PIN_TABLE); ++pin) {
+        const char *name = bs_pin_name(pin);
+        if (name == nullptr)
+            continue;
+        int32_t row = create_an_entry_of_OPIN_TAB(pin, name);
+        if (skip_signal(name))
+            bs_save_OPIN_TAB_for_standard_port_of_TAP(row, name);
+        else if (is_internal_pin(PIN_TABLE[pin]) || is_observe_pin(PIN_TABLE[pin]))
+            save_OPIN_TAB_for_adding_scan_cell_internal(row);
+        else
+            save_OPIN_TAB_for_adding_scan_cell(row);
+    }
+    point_standard_ports_at_rows();
+    check_no_wire_is_cut_twice();
+    warn_of_unlisted_ports();
+    settle_io_modules();
+    if (multi_io_module_flagG != 0)
+        split_control_cells_by_module();
+    SDB_close(sdb, 0);
+    SDB_clear_current();
+    check_inv_signal();
+}

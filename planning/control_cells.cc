@@ -1,0 +1,236 @@
+// Enables: which control cell holds one, which pads share it, and which row makes it.
+//
+// A control cell serves the enable net that it stands on, so pads share one exactly when their enables are
+// one net. An enable that is tied to a constant needs no cell: where the TAP has a high-impedance command,
+// that command takes the constant's place through a buffer for a group of pads.
+#include "planning/planning.hh"
+
+#include "description/lookups.hh"
+#include "planning/balance_groups.hh"
+#include "planning/cell_choice.hh"
+#include "planning/tap_state.hh"
+#include "planning/tracing.hh"
+#include "sdb/navigation.hh"
+#include "sdb/sdb.hh"
+#include "support/console.hh"
+#include "support/run_state.hh"
+#include "support/text.hh"
+
+#include <map>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+namespace {
+
+/// The two control tables. They differ in what is written here alone.
+struct CONTROL_KIND {
+    CONTROL_ROW **table;
+    int32_t OPIN_ROW::*field;
+    const char **role; ///< name of the cell that it is made of
+};
+enum { PLAIN, OE, CONTROL_KIND_COUNT };
+const CONTROL_KIND CONTROL_KINDS[CONTROL_KIND_COUNT] = {
+    {&CONTROL_TAB, &OPIN_ROW::control, &CONTROL_SCAN},
+    {&CONTROL_OE_TAB, &OPIN_ROW::oe_control, &CONTROL_OE_SCAN},
+};
+
+/// Row of each table that stands on a net, the first one where enables are not shared.
+std::unordered_map<int32_t, int32_t> row_of_net[CONTROL_KIND_COUNT];
+
+[[noreturn]] void fail_enable(const OPIN_ROW &row, bool is_low, const char *pin, const char *fault) {
+    vmr_fail(
+        "ERROR: (%s) %s %s specified in %%BUFFER %s\n       %s in file '%s' while tracing port '%s'.\n\n",
+        JTAG_LIB_FILE, is_low ? "%EN_L" : "%EN_H", text_or_undefined(pin), row.pad_class, fault, MODULE_C_SDB,
+        row.port_name);
+}
+
+int32_t find_or_make_control(int32_t which, const BUFFER_CELL *pad, int32_t row_index) {
+    if (pad == nullptr)
+        return -1;
+    const CONTROL_KIND &kind = CONTROL_KINDS[which];
+    const OPIN_ROW &row = OPIN_TAB[row_index];
+    bool is_low = false;
+    const char *enable = chosen_enable_pin(pad, PIN_TABLE[row.pin_index], &is_low);
+    SCAN_CELL *cell = declared_cell(*kind.role, nullptr);
+    if (cell == nullptr)
+        vmr_fail(which == OE ? "ERROR: Please specify %%CONTROL_OE_SCAN in file '%s'.\n\n"
+                             : "ERROR: can't find %%CONTROL_SCAN in file '%s'.\n\n",
+                 JTAG_BSC_FILE);
+    int32_t net = search_inet_connected_to_obj(row.pad_obj, enable, DIR_INPUT);
+    if (net < 0)
+        fail_enable(row, is_low, enable, "can't be found");
+    if (is_constant_net(net))
+        return -1;
+    const char *net_name = SDB_net_name(sdb, net);
+    if (net_name == nullptr)
+        fail_enable(row, is_low, enable, "is floating");
+
+    auto [known, is_new] = row_of_net[which].try_emplace(net, DYNA_count(*kind.table));
+    if (!is_new && !option(OPT_DONT_SHARE_CONTROL))
+        return known->second + 1;
+    CONTROL_ROW control = {};
+    control.net = net;
+    control.io_module = -1;
+    control.net_name = keep_text(net_name);
+    control.bsdl_type = cell->rst != nullptr ? "controlr" : "control";
+    control.scan_cell = cell;
+    append_row(*kind.table, control);
+    return DYNA_count(*kind.table);
+}
+
+/// True when the high-impedance signal drives the enable of a row. A cell inside the pad holds the enable
+/// itself.
+bool is_driven_by_highz(const OPIN_ROW &row) {
+    return row.oe_control == -1 ||
+           (row.control == -1 && (row.pad == nullptr || row.pad->control_bcell == nullptr));
+}
+
+/// What the user must know of an enable that the high-impedance signal drives: the signal is raised for high
+/// impedance, and a buffer that was not told to invert it keeps an active-high enable on.
+void check_highz_enable(const BUFFER_CELL *pad, const OPIN_ROW &row) {
+    bool is_low = false;
+    const char *enable = chosen_enable_pin(pad, PIN_TABLE[row.pin_index], &is_low);
+    bool is_inverted = is_active_low(TAP_CONTR->highz_command);
+    if (HIZ_BUF == nullptr)
+        vmr_fail("ERROR: (%s) can't find %s in %%TAP_CONTROLLER.\n"
+                 "       Need it to connect %%HIGHZ_COMMAND to the enable of port '%s'.\n\n",
+                 JTAG_LIB_FILE, is_inverted ? "%INV_BUFFER" : "%SIGNAL_BUFFER", row.port_name);
+    if (!is_low && !is_inverted)
+        vmr_printf("WARNING: %%EN_H %s of pad '%s'(%s) is driven by %%HIGHZ_COMMAND '%s'.\n"
+                   "         The pad of port '%s' will be enabled when the command is active.\n"
+                   "         Please use an inverted %%HIGHZ_COMMAND for an active high enable.\n\n",
+                   text_or_undefined(enable), text_or_undefined(row.pad_instance), row.pad_class,
+                   TAP_CONTR->highz_command, row.port_name);
+}
+
+/// Gives each row of a control table one row per module of its ports, in the order of the first port of each.
+void split_table(const CONTROL_KIND &kind) {
+    CONTROL_ROW *whole = *kind.table;
+    CONTROL_ROW *split = DYNA_init<CONTROL_ROW>();
+    std::map<std::pair<int32_t, int32_t>, int32_t> new_index; // by old index and module
+    for (OPIN_ROW &row : rows(OPIN_TAB)) {
+        int32_t &control = row.*kind.field;
+        if (control <= 0)
+            continue;
+        auto [known, is_new] = new_index.try_emplace({control, row.io_module}, DYNA_count(split) + 1);
+        if (is_new)
+            append_row(split, whole[control - 1]).io_module = row.io_module;
+        control = known->second;
+    }
+    DYNA_free(&whole);
+    *kind.table = split;
+}
+
+/// Numbers the high-impedance group of each row in one of the two passes. `group` and `filled` go on from
+/// pass to pass. A number beyond the last group is the last group.
+struct HIGHZ_GROUPS {
+    const int32_t *sizes; ///< null without counted loads: one group takes all
+    int32_t filled = 0;
+
+    void number_rows(const CONTROL_KIND &kind, int32_t group) {
+        int32_t last = DYNA_count(sizes) - 1;
+        for (OPIN_ROW &row : rows(OPIN_TAB)) {
+            if (row.*kind.field != -1)
+                continue;
+            ++filled;
+            if (sizes == nullptr)
+                continue;
+            row.highz_group = std::min(group, last);
+            if (filled >= sizes[row.highz_group]) {
+                filled = 0;
+                ++group;
+            }
+        }
+    }
+};
+
+/// The first row in chain order for each control cell makes it, so that the later ones find it.
+void mark_control_drivers(const CONTROL_KIND &kind) {
+    std::vector<char> seen(DYNA_count(*kind.table) + 1);
+    for (OPIN_ROW &row : rows(OPIN_TAB)) {
+        int32_t control = row.*kind.field;
+        if (control <= 0 || seen[control] != 0)
+            continue;
+        seen[control] = 1;
+        row.control_driver = 1;
+    }
+}
+
+/// The first row of each group that needs the buffer makes it; every I/O module has buffers of its own.
+void mark_highz_drivers() {
+    std::map<std::pair<int32_t, int32_t>, bool> made;
+    for (OPIN_ROW &row : rows(OPIN_TAB)) {
+        if (!is_driven_by_highz(row))
+            continue;
+        int32_t module = multi_io_module_flagG != 0 ? row.io_module : -1;
+        if (made.try_emplace({module, row.highz_group}, true).second)
+            row.control_driver = 1;
+    }
+}
+
+} // namespace
+
+int32_t save_contr_tab(const BUFFER_CELL *pad, int32_t row) {
+    return find_or_make_control(PLAIN, pad, row);
+}
+
+int32_t save_oe_contr_tab(const BUFFER_CELL *pad, int32_t row) {
+    return find_or_make_control(OE, pad, row);
+}
+
+void save_enable_control(const BUFFER_CELL *pad, int32_t row_index) {
+    OPIN_ROW &row = OPIN_TAB[row_index];
+    if (row.scan_cell == nullptr || pad == nullptr)
+        return;
+    int32_t which = row.scan_cell->oe_mode != nullptr ? OE : PLAIN;
+    int32_t index = pad->control_bcell != nullptr ? -1 : find_or_make_control(which, pad, row_index);
+    int32_t &field = row.*CONTROL_KINDS[which].field;
+    field = index;
+    if (index != -1)
+        return;
+    if (TAP_CONTR == nullptr || TAP_CONTR->highz_command == nullptr) {
+        field = 0;
+        return;
+    }
+    if (row.scan_cell->highz != nullptr)
+        ++HIGHZ_CNT;
+    if (is_driven_by_highz(row))
+        check_highz_enable(pad, row);
+}
+
+void split_control_cells_by_module() {
+    for (const CONTROL_KIND &kind : CONTROL_KINDS)
+        split_table(kind);
+    forget_control_sharing();
+}
+
+void forget_control_sharing() {
+    for (auto &nets : row_of_net)
+        nets.clear();
+}
+
+void setup_driving_control_cell_and_highz_buf() {
+    for (const CONTROL_KIND &kind : CONTROL_KINDS)
+        mark_control_drivers(kind);
+    int32_t *sizes = nullptr;
+    if (HIGHZ_CNT != 0) {
+        int32_t limit = TAP_CONTR->group_size > 0 ? TAP_CONTR->group_size : HIGHZ_CNT;
+        sizes = split_into_groups(HIGHZ_CNT, limit);
+    }
+    HIGHZ_GROUPS groups = {sizes};
+    groups.number_rows(CONTROL_KINDS[PLAIN], 0);
+    groups.number_rows(CONTROL_KINDS[OE], 1);
+    mark_highz_drivers();
+    DYNA_free(&sizes);
+}
+
+int32_t check_hiz_signal() {
+    const char *command = without_minus(TAP_CONTR->highz_command);
+    if (command == nullptr)
+        return 0;
+    for (int32_t i = 0; i < 3; ++i)
+        if (same_text_no_case(command, without_minus(TAP_CONTR->*CONTROL_SIGNALS[MODE_SIGNALS[i]].tap_field)))
+            return i + 1;
+    return 0;
+}

@@ -1,0 +1,83 @@
+// The SCAN_TAB row of an inserted cell, and the loads that the cell puts on the control signals.
+#include "planning/planning.hh"
+
+#include "planning/cell_choice.hh"
+#include "planning/tap_state.hh"
+#include "support/console.hh"
+#include "support/run_state.hh"
+#include "support/text.hh"
+
+namespace {
+
+constexpr const char *BUFFER_CELL::*PAD_MODES[3] = {&BUFFER_CELL::mode_1, &BUFFER_CELL::mode_2,
+                                                    &BUFFER_CELL::mode_3};
+
+void count_load(int32_t signal, MULTI_IO_ROW *module) {
+    ++TREES[signal].need;
+    if (module != nullptr)
+        ++module->need[signal];
+}
+
+/// The mode pins of a mux pad that no working net drives are loads of the TAP's mode signals.
+void count_pad_modes(const OPIN_ROW &row, MULTI_IO_ROW *module) {
+    for (int32_t i = 0; i < 3; ++i) {
+        int32_t signal = MODE_SIGNALS[i];
+        if (row.pad == nullptr || row.pad->*PAD_MODES[i] == nullptr || row.mode_net[i] >= 2)
+            continue;
+        count_load(signal, module);
+        if (TAP_PIN[signal] != nullptr)
+            continue;
+        const CONTROL_SIGNAL_INFO &info = CONTROL_SIGNALS[signal];
+        TAP_PIN[signal] = TAP_CONTR == nullptr ? nullptr : without_minus(TAP_CONTR->*info.tap_field);
+        if (TAP_PIN[signal] == nullptr)
+            vmr_fail("ERROR: (%s) can't find %s in %%TAP_CONTROLLER %s.\n"
+                     "       Please define %s to connectmux pad %s.\n\n",
+                     JTAG_LIB_FILE, info.keyword, text_or_undefined(TAP_MODULE_NAME), info.keyword,
+                     text_or_undefined(row.pad_instance));
+    }
+}
+
+} // namespace
+
+const char *add_scan_tab(const SCAN_CELL *cell, int32_t row_index, bool mux, bool is_control) {
+    const OPIN_ROW &row = OPIN_TAB[row_index];
+    int32_t index = DYNA_count(SCAN_TAB);
+    SCAN_ROW scan = {};
+    scan.mux_row = mux ? row_index : -1;
+    if (is_bs_buffer(row.pad) && !is_control)
+        scan.inst = row.pad_instance; // the cell is the pad
+    else if (row.direction != nullptr)
+        scan.inst = keep_format("BCELL%d_%s", index, row.direction);
+    else
+        scan.inst = keep_format("BCELL%d", index);
+    scan.tdi_pin = cell->tdi;
+    scan.tdo_pin = cell->tdo;
+    scan.pins[SIG_BCLK] = cell->tck;
+    scan.io_module = scan.module_seq = -1;
+
+    MULTI_IO_ROW *module = nullptr;
+    if (multi_io_module_flagG != 0 && current_multi_io_indexG >= 0) {
+        module = &MULTI_IO_TAB[current_multi_io_indexG];
+        scan.io_module = current_multi_io_indexG;
+        scan.module_seq = ++module->cell_count;
+    }
+    if (option(OPT_SYNCH))
+        count_load(SIG_BCLK, module);
+    for (int32_t signal = 0; signal < SIG_BCLK; ++signal) {
+        scan.pins[signal] = cell->*CONTROL_SIGNALS[signal].cell_pin;
+        if (scan.pins[signal] != nullptr)
+            count_load(signal, module);
+    }
+    if (mux)
+        count_pad_modes(row, module);
+
+    for (const char *pin : rows(cell->extras)) {
+        int32_t position = DYNA_count(scan.extra_pins);
+        append_row(scan.extra_pins, pin);
+        if (position >= DYNA_count(EXTRA_TREES))
+            append_row(EXTRA_TREES);
+        ++EXTRA_TREES[position].need;
+    }
+    append_row(SCAN_TAB, scan);
+    return scan.inst;
+}
