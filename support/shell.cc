@@ -114,6 +114,8 @@ void add_own_folder_to_path() {
 bool write_text_file(const std::string &path, std::string_view text) {
     struct stat known;
     bool exists = ::stat(path.c_str(), &known) == 0;
+    if (!exists && errno != ENOENT) // no such file can be made, whatever its temporary name would do
+        return false;
     if (exists && !S_ISREG(known.st_mode))
         return write_in_place(path, text);
     if (exists && ::access(path.c_str(), W_OK) != 0)

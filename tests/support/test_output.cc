@@ -1,0 +1,134 @@
+#include "support/console.hh"
+#include "support/message.hh"
+#include "support/shell.hh"
+#include "support/text.hh"
+#include "tests/support/scratch.hh"
+
+#include <csignal>
+#include <gtest/gtest.h>
+#include <string>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <utility>
+
+namespace {
+
+/// Writes a file larger than the process may; its message comes on the error stream.
+void write_past_the_limit(const std::string &path) {
+    const rlimit small = {1000, 1000};
+    ::setrlimit(RLIMIT_FSIZE, &small);
+    std::signal(SIGXFSZ, SIG_IGN);
+    ::dup2(2, 1);
+    write_text_file(path, std::string(5000, 'x'));
+}
+
+} // namespace
+
+TEST(Text, KeptTextsAreSharedAndStay) {
+    std::string changing = "pad_1";
+    const char *kept = keep_text(changing);
+    changing = "gone!";
+    EXPECT_STREQ(kept, "pad_1");
+    for (int i = 0; i < 50000; i++) // through many blocks and rehashings
+        keep_format("net_%d", i);
+    EXPECT_EQ(keep_text("pad_1"), kept);
+    std::string huge(300000, 'x');
+    EXPECT_EQ(keep_text(huge), huge);
+    EXPECT_EQ(keep_text(huge), keep_text(huge));
+    EXPECT_STREQ(keep_text(""), "");
+    EXPECT_EQ(keep_text_or_null(nullptr), nullptr);
+}
+
+TEST(Text, NullsAndActiveLowNames) {
+    EXPECT_TRUE(same_text(nullptr, nullptr));
+    EXPECT_FALSE(same_text(nullptr, ""));
+    EXPECT_TRUE(same_text_no_case("ExTest", "EXTEST"));
+    EXPECT_FALSE(same_text_no_case("a", nullptr));
+    EXPECT_STREQ(without_minus("-OE"), "OE");
+    EXPECT_STREQ(without_minus("OE-"), "OE-");
+    EXPECT_EQ(without_minus(nullptr), nullptr);
+    EXPECT_FALSE(is_active_low(nullptr));
+}
+
+TEST(Console, BothSinksGetTheWholeText) {
+    scratch_folder scratch;
+    std::string longer(200000, 'r');
+    testing::internal::CaptureStdout();
+    vmr_printf("before %d\n", 1); // no report yet
+    fd = std::fopen(scratch.path("report").c_str(), "w");
+    vmr_printf("%s%%\n", longer.c_str());
+    console_printf("console\n");
+    print_out_str("100%s\n");
+    EXPECT_EQ(scratch.read("report"), longer + "%\n100%s\n"); // flushed
+    std::fclose(std::exchange(fd, nullptr));
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "before 1\n" + longer + "%\nconsole\n100%s\n");
+}
+
+TEST(MessageDeath, Layout) {
+    EXPECT_EXIT(MSG_fatal("#017: one\ntwo\nthree"), testing::ExitedWithCode(255),
+                "^FATAL 017: one\n           two\n           three$");
+    EXPECT_EXIT(MSG_fatal_error(MSG_DISK_FULL), testing::ExitedWithCode(255),
+                "^\nFATAL 002: Fatal Error - Disk full\n$");
+    EXPECT_EXIT(MSG_fatal_error(9), testing::ExitedWithCode(255),
+                "^\nFATAL 003: Fatal Error - Error Code 9\n$");
+}
+
+TEST(Shell, WordsReachTheCommandAsTheyAre) {
+    scratch_folder scratch;
+    for (const char *name : {"chip", "dir/chip_TAP.v", "a;b", "a b", "it's", "$HOME", "`id`", "a&b|c", "*",
+                             "-x", "", "\\n", "\"q\"", "~", "#c", "new\nline", "A=b", "chip[3]", "!x"}) {
+        std::string word = shell_word(name);
+        EXPECT_EQ(scratch.run("touch marker; printf '<%s>' " + word).out, "<" + std::string(name) + ">")
+            << word;
+    }
+    EXPECT_EQ(shell_word("./rimweave_lib/chip.c.sdb"), "./rimweave_lib/chip.c.sdb");
+}
+
+TEST(Shell, OwnFolderComesLastOnPath) {
+    std::string before = std::getenv("PATH");
+    add_own_folder_to_path();
+    EXPECT_EQ(std::getenv("PATH"),
+              before + ":" + std::filesystem::read_symlink("/proc/self/exe").parent_path().string());
+    ::unsetenv("PATH");
+    add_own_folder_to_path();
+    EXPECT_EQ(run_shell("ls / >/dev/null"), 0); // the system's tools are still there
+    ::setenv("PATH", before.c_str(), 1);
+}
+
+TEST(WriteFile, ReplacesWholeAndKeepsWhatTheUserSet) {
+    scratch_folder scratch;
+    scratch.write("old", "a longer text than the new one");
+    ASSERT_EQ(scratch.run("chmod 640 old; mkdir real; echo x >real/file; ln -s real/file link").status, 0);
+    EXPECT_TRUE(write_text_file(scratch.path("old"), "new\n"));
+    EXPECT_TRUE(write_text_file(scratch.path("link"), "through\n"));
+    mode_t mask = ::umask(027);
+    EXPECT_TRUE(write_text_file(scratch.path("fresh"), ""));
+    ::umask(mask);
+    EXPECT_EQ(scratch.read("old"), "new\n");
+    EXPECT_EQ(scratch.read("real/file"), "through\n");
+    EXPECT_EQ(scratch.run("stat -c %a old fresh; ls -A; readlink link").out,
+              "640\n640\nfresh\nlink\nold\nreal\nreal/file\n");
+}
+
+TEST(WriteFile, RefusesWhatCannotBeCreated) {
+    scratch_folder scratch;
+    scratch.write("dir/file", "kept");
+    EXPECT_FALSE(write_text_file(scratch.path("gone/file"), "x"));
+    EXPECT_FALSE(write_text_file(scratch.path("dir"), "x"));
+    EXPECT_FALSE(write_text_file(scratch.path("dir/file/below"), "x"));
+    EXPECT_FALSE(write_text_file(scratch.path(std::string(5000, 'n')), "x"));
+    EXPECT_FALSE(write_text_file(scratch.path(std::string(300, 'n')), "x"));
+    EXPECT_EQ(scratch.read("dir/file"), "kept");
+}
+
+TEST(WriteFileDeath, FullDiskLeavesTheEarlierFile) {
+    scratch_folder scratch;
+    scratch.write("file", "earlier");
+    testing::internal::CaptureStdout();
+    EXPECT_EXIT(write_past_the_limit(scratch.path("file")), testing::ExitedWithCode(255),
+                "^ERROR: can't write file '.*/file' .File too large.*\n$");
+    EXPECT_EXIT(write_past_the_limit("/dev/full"), testing::ExitedWithCode(255),
+                "^ERROR: can't write file '/dev/full' .No space left on device");
+    testing::internal::GetCapturedStdout();
+    EXPECT_EQ(scratch.run("cat file; ls -A").out, "earlierfile\n");
+}

@@ -1,0 +1,164 @@
+#include "support/dyna.hh"
+#include "support/fnm.hh"
+#include "support/settings.hh"
+#include "support/system_info.hh"
+#include "tests/support/scratch.hh"
+
+#include <gtest/gtest.h>
+#include <string>
+
+namespace {
+
+/// Reads `text` as a settings file and answers each question in the form "value value" or "-". The table
+/// lives as long as its process, so that each reading takes a child of its own.
+std::string answers(const std::string &text, std::initializer_list<const char *> patterns,
+                    const char *section = nullptr, const char *file = ".velmora.def") {
+    scratch_folder scratch;
+    scratch.write(file, text);
+    int ends[2];
+    if (::pipe(ends) != 0)
+        return "no pipe";
+    pid_t child = ::fork();
+    if (child == 0) {
+        std::filesystem::current_path(scratch.dir);
+        CMD_set_path(nullptr, ".", nullptr);
+        std::string out = RC_load("velmora", section) == 0 ? "" : "unread ";
+        for (const char *pattern : patterns) {
+            const char **values = RC_search(pattern);
+            out += values == nullptr ? "[-" : "[";
+            for (const char *value : rows(values))
+                out += std::string(value) + "|";
+            out += "]";
+        }
+        [[maybe_unused]] ssize_t written = ::write(ends[1], out.data(), out.size());
+        ::_exit(0);
+    }
+    ::close(ends[1]);
+    std::string out;
+    char part[4096];
+    for (ssize_t length; (length = ::read(ends[0], part, sizeof part)) > 0;)
+        out.append(part, static_cast<size_t>(length));
+    ::close(ends[0]);
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    return status == 0 ? out : "died";
+}
+
+} // namespace
+
+TEST(Settings, Statements) {
+    struct {
+        const char *text;
+        const char *values; ///< of the pattern hier_dot*
+    } const cases[] = {
+        {"hier_dot = /;\n", "[/|]"},
+        {"HIER_DOT : /;", "[/|]"},
+        {"Hier_Dot\t=:= /;\r\n", "[/|]"},
+        {"hier_dot_more = -;\n", "[-|]"},
+        {"hier_dot = /\n", "[-]"},                    // never finished
+        {"  # hier_dot = -;\nhier_dot = /;", "[/|]"}, // a comment, with blanks before it
+        {"hier_dot =\n# gone\n x;", "[x|]"},          // also inside a statement
+        {"hier_dot = '/';", "['/'|]"},                // quotes mean something in lists alone
+        {"hier_dot = ('/');", "[/|]"},
+        {"hier_dot = (a b,c;\td);", "[a|b|c|d|]"},
+        {"hier_dot = ('a b' \"c;d\" (e f) g);", "[a b|c;d|(e f)|g|]"},
+        {"hier_dot = ('a\\'b' c);", "[a\\|c|]"},
+        {"hier_dot = ('open);", "[open|]"},
+        {"hier_dot = ;", "[-]"},
+        {"HIER_DOT = /;\nHIER_DOT = -;", "[/|-|]"},    // adds behind the first
+        {"hier_dot = /;\nhier_dot = -;", "[/|]"},      // a second entry that is never reached
+        {"hier_dot = abX\ncdX\nef;", "[ab\ncd\nef|]"}, // each line but the last loses its last character
+        {"other = 1;\n.hier_dot = /;", "[/|]"},
+        {"", "[-]"},
+        {";;;\n=\n;", "[-]"},
+    };
+    for (const auto &one : cases)
+        EXPECT_EQ(answers(one.text, {"hier_dot*"}), one.values) << one.text;
+}
+
+TEST(Settings, LongLinesAndManyKeys) {
+    // A line longer than the buffer comes in pieces, and a piece that does not end the statement loses a
+    // character.
+    std::string text = "key = " + std::string(600, 'v') + ";\n";
+    EXPECT_EQ(answers(text, {"KEY"}), "[" + std::string(504, 'v') + "\n" + std::string(95, 'v') + "|]");
+    std::string many;
+    for (int i = 0; i < 20000; i++)
+        many += "key" + std::to_string(i) + " = " + std::to_string(i) + ";\n";
+    EXPECT_EQ(answers(many, {"key19999", "KEY1?", "nothing"}), "[19999|][10|][-]");
+}
+
+TEST(Settings, Sections) {
+    const char *text = "chip.a = 1;\nother.b = 2;\n.c.d = 3;\ne = 4;\n";
+    EXPECT_EQ(answers(text, {"A", "B", "OTHER.B", "C.D", "E"}, "chip"), "[1|][-][-][3|][4|]");
+    EXPECT_EQ(answers(text, {"CHIP.A", "OTHER.B"}), "[1|][2|]");
+}
+
+TEST(Settings, WhichFile) {
+    EXPECT_EQ(answers("hier_dot = /;", {"hier_dot*"}, nullptr, "velmora.def"), "[/|]");
+    EXPECT_EQ(answers("hier_dot = /;", {"hier_dot*"}, nullptr, "velmora.rc"), "unread [-]");
+    EXPECT_EQ(answers("", {"hier_dot*"}, nullptr, ".velmora.def/inside"),
+              "unread [-]"); // a directory of that name
+}
+
+TEST(Settings, Match) {
+    struct {
+        const char *pattern, *text;
+        bool matches;
+    } const cases[] = {
+        {"HIER_DOT*", "HIER_DOT", true},
+        {"HIER_DOT*", "HIER_DOTS", true},
+        {"HIER_DOT*", "HIER", false},
+        {"a?c", "abc", true},
+        {"a?c", "ac", false},
+        {"*", "", true},
+        {"", "", true},
+        {"", "a", false},
+        {"a*b*c", "a--b--c", true},
+        {"a*b*c", "a--c--b", false},
+        {"*", "a>b", false},
+        {"a?b", "a>b", true},
+        {"*?*b", "x>yb", true}, // the first run must give way to the single character
+        {"a.c", "abc", false},
+        {"[a]$^{1}(b)", "[a]$^{1}(b)", true},
+        {"a+", "aa", false},
+    };
+    for (const auto &one : cases)
+        EXPECT_EQ(STR_match(one.pattern, one.text) == 0, one.matches) << one.pattern << " on " << one.text;
+    EXPECT_NE(STR_match(std::string(2000, 'a').c_str(), std::string(2000, 'a').c_str()), 0);
+    std::string runs; // would take for ever with a matcher that tries each split
+    for (int i = 0; i < 60; i++)
+        runs += "*a";
+    EXPECT_NE(STR_match((runs + "b").c_str(), std::string(5000, 'a').c_str()), 0);
+}
+
+TEST(SystemInfo, FormatK) {
+    struct {
+        int64_t kilobytes;
+        const char *text;
+    } const cases[] = {
+        {0, "0K"},      {8192, "8192K"},     {9999, "9999K"},   {10000, "10M"},
+        {16384, "16M"}, {10239487, "9999M"}, {10239488, "10G"}, {2147483647, "2048G"},
+    };
+    for (const auto &one : cases)
+        EXPECT_STREQ(format_k(one.kilobytes), one.text);
+    const char *first = format_k(1); // eight results stand beside each other
+    for (int i = 2; i < 9; i++)
+        format_k(i);
+    EXPECT_STREQ(first, "1K");
+}
+
+TEST(SystemInfo, ReportGoesToBothStreams) {
+    scratch_folder scratch;
+    uti_prepare_system_info();
+    std::FILE *stream = std::fopen(scratch.path("report").c_str(), "w");
+    testing::internal::CaptureStdout();
+    int32_t peak = uti_report_system_info(stream, 1);
+    std::fclose(stream);
+    std::string console = testing::internal::GetCapturedStdout();
+    EXPECT_GT(peak, 0);
+    EXPECT_EQ(console, scratch.read("report"));
+    EXPECT_EQ(console.rfind("\n[System Info]  - Peak Memory Usage .......... ", 0), 0U) << console;
+    EXPECT_NE(console.find(".\n[System Info]  - CPU Time Elapsed ........ 0:00:0"), std::string::npos)
+        << console;
+    EXPECT_TRUE(console.ends_with(".\n\n")) << console;
+}
