@@ -1,0 +1,193 @@
+// Files that must be refused: one clear message, no handle, and never a crash.
+#include "tests/sdb/small_design.hh"
+
+#include <gtest/gtest.h>
+#include <random>
+#include <set>
+
+namespace {
+
+constexpr const char read_failure[] = "SDB ERROR: (FA-01-0005) Failed to read the sdb file.\n\n";
+
+/// The place of a symbol record's `left` word; the texts before it have to be passed.
+size_t symbol_links_place(const std::string &bytes, int32_t id) {
+    size_t at = 744 + 4 + 4 + 4;
+    at += 12 + size_t{word_at(bytes, at)} * 4 + 4;
+    for (int32_t i = 0; i < id; i++)
+        at += 4 + word_at(bytes, at) + 8;
+    return at + 4 + word_at(bytes, at);
+}
+
+} // namespace
+
+TEST(bad_files, status_and_message) {
+    struct status_case {
+        const char *what;
+        int32_t status;
+        std::string message;
+        std::string bytes;
+    };
+    auto with_word = [](size_t at, uint32_t value) {
+        scratch_folder scratch;
+        std::string bytes = small_design_bytes(scratch);
+        set_word(bytes, at, value);
+        return bytes;
+    };
+    auto obsolete = [](const char *number) {
+        return std::string("SDB ERROR: (FA-04-0009) Obsolete SDB version (") + number +
+               "). Please recompile your netlist with the latest kalmverin/kalmvhin/kalmflat.\n";
+    };
+    scratch_folder scratch;
+    std::string path = scratch.path("x.sdb");
+    const status_case cases[] = {
+        {"731 bytes", -6,
+         "SDB ERROR: (FA-01-0008) The size of the sdb file '" + path +
+             "' is smaller than the minimum size. Please check the sdb file.\n",
+         std::string(731, '\0')},
+        {"732 zero bytes", -1, "SDB (FA-04-0007) The sdb file size of '" + path + "' is zero.\n",
+         std::string(732, '\0')},
+        {"text", -7, read_failure, std::string(2000, '/')},
+        {"another magic", -2, obsolete("0"), with_word(4, 0x00424453 + 1)},
+        {"version 302", -2, obsolete("302"), with_word(version_place, 302)},
+        {"version 0", -5, read_failure, with_word(version_place, 0)},
+        {"marker 11", -5, read_failure, '\x0B' + with_word(8, 300)},
+        {"marker 17", -5, read_failure, '\x11' + with_word(8, 300)},
+        {"marker 14 is none", -7, read_failure, '\x0E' + with_word(8, 300)},
+        {"another symbol magic", -7, read_failure, with_word(748, 0x00585858)},
+    };
+    for (const status_case &one : cases) {
+        scratch.write("x.sdb", one.bytes);
+        EXPECT_EQ(refusal_of(path), one.message) << one.what;
+        EXPECT_EQ(sdb_errnoG, one.status) << one.what;
+    }
+    EXPECT_EQ(refusal_of(scratch.path("absent.sdb")), read_failure);
+    EXPECT_EQ(sdb_errnoG, -7);
+    EXPECT_EQ(refusal_of(scratch.dir.string()), read_failure) << "a folder";
+}
+
+TEST(bad_files, truncated_files_are_refused) {
+    scratch_folder scratch;
+    const std::string bytes = small_design_bytes(scratch);
+    std::set<size_t> lengths{732, 744, 745, 760, bytes.size() - 1};
+    for (int32_t table = 0; table < SDB_FIXED_TAB_COUNT; table++)
+        if (word_at(bytes, descriptor_place(table) + 4) != 0)
+            lengths.insert(word_at(bytes, descriptor_place(table) + 16));
+    for (size_t length = 732; length < bytes.size(); length += 7)
+        lengths.insert(length);
+    for (size_t length : lengths) {
+        scratch.write("cut.sdb", bytes.substr(0, length));
+        EXPECT_NE(refusal_of(scratch.path("cut.sdb")).find("(FA-01-0005)"), std::string::npos) << length;
+    }
+}
+
+TEST(bad_files, ids_and_counts_are_checked) {
+    struct word_case {
+        const char *message; ///< a part of it
+        size_t place;
+        uint32_t value;
+    };
+    scratch_folder scratch;
+    const std::string bytes = small_design_bytes(scratch);
+    auto at = [&](int32_t table, int32_t row, int32_t word) { return record_place(bytes, table, row, word); };
+    constexpr uint32_t many = 0x40000000;
+    const word_case cases[] = {
+        {"table NODE: the count -1 is negative", descriptor_place(SDB_NODE_TAB) + 4, 0xFFFFFFFF},
+        {"(FA-01-0005)", descriptor_place(SDB_NODE_TAB) + 4, 0x7FFFFFFF},
+        {"table OBJ: the record size 13 is not 12", descriptor_place(SDB_OBJ_TAB) + 8, 13},
+        {"(FA-01-0005)", descriptor_place(SDB_PORT_TAB) + 16, 0xFFFFFFF0},
+        {"table CLAS, row 0: no symbol", at(SDB_CLASS_TAB, 0, 0), many},
+        {"table CLAS, row 1: its pins are out of range", at(SDB_CLASS_TAB, 1, 2), 0x7FFFFFFF},
+        {"table CLAS, row 1: its pins are out of range", at(SDB_CLASS_TAB, 1, 3), 0x7FFFFFFF},
+        {"table PIN, row 1: no symbol", at(SDB_PIN_TAB, 1, 0), many},
+        {"table PORT, row 2: no symbol", at(SDB_PORT_TAB, 2, 0), many},
+        {"table PORT, row 2: no node", at(SDB_PORT_TAB, 2, 2), many},
+        {"table PORT, row 2: is not the port of its node", at(SDB_PORT_TAB, 2, 2), 0},
+        {"table OBJ, row 0: no class", at(SDB_OBJ_TAB, 0, 0), 3},
+        {"table OBJ, row 0: no node", at(SDB_OBJ_TAB, 0, 1), many},
+        {"table OBJ, row 4: is not the object of its first node", at(SDB_OBJ_TAB, 4, 1), 0},
+        {"table NODE, row 6: no object", at(SDB_NODE_TAB, 6, 0), many},
+        {"table NODE, row 0: no pin", at(SDB_NODE_TAB, 0, 1), many},
+        {"table NODE, row 0: its object's class does not have pin", at(SDB_NODE_TAB, 0, 1), 1},
+        {"table NODE, row 0: no net", at(SDB_NODE_TAB, 0, 2), many},
+        {"table NODE, row 0: no next node", at(SDB_NODE_TAB, 0, 3), many},
+        {"table NET, row 0: its list of nodes", at(SDB_NODE_TAB, 0, 3), 0},
+        {"table NET, row 0: its list of nodes", at(SDB_NODE_TAB, 0, 3), 1},
+        {"table NET, row 1: no node", at(SDB_NET_TAB, 1, 0), many},
+        {"is not on the list of its net", at(SDB_NET_TAB, 1, 0), 0xFFFFFFFF},
+        {"table SOBJ, row 0: no name", at(SDB_SOBJ_TAB, 0, 0), many},
+        {"table SOBJ, row 2: no name", at(SDB_SOBJ_TAB, 2, 0), 0x80000000},
+        {"table SNET, row 0: no name", at(SDB_SNET_TAB, 0, 0), many},
+        {"table SOBJ, row 4: the count is not that of what is named", descriptor_place(SDB_SOBJ_TAB) + 4, 4},
+        {"table PREF, row 0: no name", at(SDB_PREFIX_TAB, 0, 0), many},
+        {"table PREF, row 0: its name comes back to row 0", at(SDB_PREFIX_TAB, 0, 0), 0xFFFFFFFA},
+        {"table PREF, row 0: its parent does not lie before it, 0", at(SDB_PREFIX_TAB, 0, 1), 0},
+        {"table PREF, row 1: its parent does not lie before it, 2", at(SDB_PREFIX_TAB, 1, 1), 2},
+        {"symbol table, record 3: its links", symbol_links_place(bytes, 3), 3},
+        {"symbol table, record 3: its links", symbol_links_place(bytes, 3) + 4, many},
+        {"symbol table has no buckets", 756, 0},
+        {"(FA-01-0005)", 756, 0x7FFFFFFF},
+    };
+    for (const word_case &one : cases) {
+        std::string changed = bytes;
+        set_word(changed, one.place, one.value);
+        scratch.write("bad.sdb", changed);
+        std::string said = refusal_of(scratch.path("bad.sdb"));
+        EXPECT_NE(said.find(one.message), std::string::npos) << one.message << " but: " << said;
+        EXPECT_NE(said.find("(FA-01-0005)"), std::string::npos) << one.message;
+    }
+}
+
+// Words of a small file are replaced at random. What is still opened must be safe to walk.
+TEST(bad_files, changed_words_never_harm) {
+    scratch_folder scratch;
+    const std::string bytes = small_design_bytes(scratch);
+    const uint32_t values[] = {0,          1,          2,          5,          0xFFFFFFFF,
+                               0xFFFFFFFA, 0xFFFFFFF9, 0x7FFFFFFF, 0x80000000, 0x40000001};
+    std::mt19937 random(20240229);
+    for (int round = 0; round < 4000; round++) {
+        std::string changed = bytes;
+        for (unsigned i = 0; i < 1 + round % 3U; i++) {
+            size_t place =
+                random() % 3 == 0 ? random() % (bytes.size() - 4) : (random() % (bytes.size() / 4 - 1)) * 4;
+            set_word(changed, place, values[random() % std::size(values)]);
+        }
+        scratch.write("changed.sdb", changed);
+        testing::internal::CaptureStdout();
+        open_design design(scratch.path("changed.sdb"));
+        for (int32_t port = 0; port < port_count; port++)
+            SDB_nl_search_port(SYM_get(sym_tab, port_tab[port].name));
+        for (int32_t obj = 0; obj < obj_count; obj++) {
+            SDB_obj_class_name(design.handle, obj);
+            SDB_search_node(2, obj);
+            SDB_prefix_class_name(design.handle, SDB_obj_prefix_row(design.handle, obj));
+        }
+        for (int32_t net = 0; net < net_count; net++)
+            for (int32_t node = net_tab[net].first_node; node >= 0; node = node_tab[node].next)
+                ASSERT_EQ(node_tab[node].net, net);
+        std::fflush(stdout);
+        testing::internal::GetCapturedStdout();
+    }
+}
+
+// A tree with one record at each depth, as deep as the table is long.
+TEST(bad_files, deep_symbol_tree_is_read) {
+    constexpr uint32_t count = 200000;
+    scratch_folder scratch;
+    std::string bytes = small_design_bytes(scratch).substr(0, 744);
+    for (int32_t table = 0; table < SDB_TAB_COUNT; table++)
+        set_word(bytes, descriptor_place(table) + 4, 0);
+    auto word = [&](uint32_t value) { bytes.append(reinterpret_cast<const char *>(&value), 4); };
+    for (uint32_t value : {4U, 0x004D5953U, 100U, 1U, 0U, 0U, 0U, count})
+        word(value);
+    for (uint32_t i = 0; i < count; i++) {
+        std::string text = i == 0 ? "*UNDEF*" : "s" + std::to_string(i);
+        word(static_cast<uint32_t>(text.size() + 1));
+        bytes.append(text.c_str(), text.size() + 1);
+        word(0xFFFFFFFF);
+        word(i + 1 < count ? i + 1 : 0xFFFFFFFF);
+    }
+    scratch.write("deep.sdb", bytes);
+    open_design design(scratch.path("deep.sdb"));
+    ASSERT_NE(design.handle, nullptr);
+    EXPECT_EQ(SYM_lookup(sym_tab, "s199999"), 199999);
+}

@@ -1,0 +1,215 @@
+// Names to ids and back, plain and hierarchical, and the alias side file.
+#include "tests/sdb/small_design.hh"
+
+#include "support/dyna.hh"
+
+#include <gtest/gtest.h>
+
+TEST(symbols, texts_and_ids) {
+    SYM_TABLE *table = SYM_init(3);
+    int32_t a = SYM_setup(table, "a");
+    EXPECT_EQ(SYM_setup(table, "a"), a);
+    for (int32_t i = 0; i < 100; i++)
+        EXPECT_EQ(SYM_install(table, ("n" + std::to_string(i)).c_str()), 2 + i);
+    EXPECT_EQ(SYM_lookup(table, "n57"), 59);
+    EXPECT_EQ(SYM_lookup(table, "n100"), -1);
+    EXPECT_STREQ(SYM_get(table, 0), "*UNDEF*");
+    EXPECT_STREQ(SYM_get(table, a), "a");
+    EXPECT_EQ(SYM_get(table, SYM_count(table)), nullptr);
+    EXPECT_EQ(SYM_get(table, -1), nullptr);
+    std::string long_text(5000, 'x');
+    EXPECT_EQ(SYM_get(table, SYM_setup(table, long_text)), long_text);
+    SYM_free(table);
+}
+
+TEST(names, lookups) {
+    scratch_folder scratch;
+    small_design_bytes(scratch);
+    open_design design(scratch.path("small.sdb"));
+    struct lookup_case {
+        const char *name;
+        int32_t obj;
+    };
+    const lookup_case cases[] = {
+        {"u1", 4},       {"top_pad.u_buf", 3}, {"u_buf", -1},
+        {"top_pad", -1}, {"top_pad.mid", -1},  {"top_pad.u1", -1},
+        {"GND_src", 0},  {"nowhere", -1},      {"top_pad.u_buf.", -1},
+        {".", -1},       {"x.y.z", -1},        {"", -1},
+        {nullptr, -1},
+    };
+    for (const lookup_case &one : cases)
+        EXPECT_EQ(SDB_lookup_obj(one.name), one.obj) << (one.name == nullptr ? "null" : one.name);
+    EXPECT_EQ(SDB_lookup_net("top_pad.mid"), 3);
+    EXPECT_EQ(SDB_lookup_net("top_pad.u_buf"), -1);
+    EXPECT_STREQ(SDB_obj_name(design.handle, 3), "top_pad.u_buf");
+    EXPECT_STREQ(SDB_net_name(design.handle, 3), "top_pad.mid");
+    EXPECT_STREQ(SDB_obj_name(design.handle, -1), "*UNDEF*");
+    EXPECT_STREQ(SDB_net_name(design.handle, -1), "*UNDEF*");
+    EXPECT_EQ(SDB_obj_name(design.handle, 99), nullptr);
+
+    int32_t node = SDB_nl_search_node("top_pad.u_buf", "Z");
+    EXPECT_EQ(node_tab[node].obj, 3);
+    EXPECT_STREQ(SDB_net_name(design.handle, node_tab[node].net), "top_pad.mid");
+    EXPECT_EQ(SDB_nl_search_node("u1", "NOPIN"), -2);
+    EXPECT_EQ(SDB_nl_search_node("u1", "GND"), -1) << "a symbol that is no pin of u1";
+    EXPECT_EQ(SDB_nl_search_node("u1", nullptr), -1);
+    EXPECT_EQ(SDB_nl_search_node("nowhere", "A"), -1);
+    EXPECT_EQ(SDB_nl_search_node("*", "in"), port_tab[SDB_nl_search_port("in")].node);
+    EXPECT_EQ(SDB_nl_search_node(nullptr, "io"), port_tab[1].node);
+    EXPECT_EQ(SDB_nl_search_node("*", "u1"), -1);
+}
+
+TEST(names, class_of_a_parent) {
+    scratch_folder scratch;
+    SDB_HANDLE *design = build_small_design(scratch.path("small.sdb"));
+    int32_t row = SDB_add_prefix(design, "gone", -1);
+    SDB_set_prefix_class(design, row, "GONE_MODULE");
+    int32_t bare = SDB_add_prefix(design, "bare", -1);
+    SDB_close(design, 1);
+    open_design read(scratch.path("small.sdb"));
+    int32_t own = SDB_obj_prefix_row(read.handle, 3);
+    EXPECT_STREQ(SDB_prefix_instance_name(read.handle, own), "u_buf");
+    EXPECT_STREQ(SDB_prefix_class_name(read.handle, own), "BUF");
+    int32_t parent = prefix_tab[own].parent;
+    EXPECT_STREQ(SDB_prefix_instance_name(read.handle, parent), "top_pad");
+    EXPECT_STREQ(SDB_prefix_class_name(read.handle, parent), "PADS");
+    EXPECT_EQ(SDB_obj_prefix_row(read.handle, 4), -1);
+    EXPECT_STREQ(SDB_prefix_class_name(read.handle, row), "GONE_MODULE");
+    EXPECT_EQ(SDB_prefix_class_name(read.handle, bare), nullptr);
+    EXPECT_EQ(PREFIX_lookup(prefix_tab, "gone", 2, -1), row);
+    EXPECT_EQ(PREFIX_lookup(prefix_tab, "gone", 3, -1), row);
+    EXPECT_EQ(PREFIX_lookup(prefix_tab, "gone", 1, -1), -1);
+    EXPECT_EQ(PREFIX_lookup(prefix_tab, "u_buf", 1, parent), own) << "below a given row";
+}
+
+TEST(names, separator_is_a_setting) {
+    scratch_folder scratch;
+    small_design_bytes(scratch);
+    open_design design(scratch.path("small.sdb"));
+    sdb_hier_dot = '/';
+    PREFIX_set_dot('/');
+    EXPECT_EQ(SDB_lookup_obj("top_pad/u_buf"), 3);
+    EXPECT_EQ(SDB_lookup_obj("top_pad.u_buf"), -1);
+    EXPECT_STREQ(SDB_obj_name(design.handle, 3), "top_pad/u_buf");
+    sdb_hier_dot = '.';
+    PREFIX_set_dot('.');
+}
+
+TEST(names, lowest_id_wins_also_after_a_change) {
+    scratch_folder scratch;
+    SDB_HANDLE *design = SDB_open(scratch.path("twice.sdb").c_str(), "w", 0);
+    int32_t cell = SDB_add_class(design, "BUF", SDB_KIND_CELL, {{"A", SDB_INPUT}});
+    int32_t same = SDB_plain_name(design, "same");
+    for (int32_t i = 0; i < 3; i++)
+        SDB_add_obj(design, same, cell);
+    SDB_setup(design);
+    EXPECT_EQ(SDB_lookup_obj("same"), 0);
+    SDB_rename_obj(design, 0, SDB_plain_name(design, "other"));
+    EXPECT_EQ(SDB_lookup_obj("same"), 1);
+    SDB_rename_obj(design, 0, same);
+    EXPECT_EQ(SDB_lookup_obj("same"), 0);
+    EXPECT_EQ(SDB_lookup_obj("other"), -1);
+    int32_t added = SDB_add_obj(design, SDB_plain_name(design, "new"), cell);
+    EXPECT_EQ(SDB_lookup_obj("new"), added);
+    SDB_close(design, 0);
+    SDB_clear_current();
+}
+
+TEST(names, hierarchical_name_as_long_as_the_buffer) {
+    SYM_TABLE *symbols = SYM_init(7);
+    SDB_PREFIX *rows = PREFIX_init(nullptr, symbols);
+    int32_t part = SYM_setup(symbols, std::string(2046, 'a'));
+    int32_t fits = SYM_setup(symbols, std::string(2047, 'b'));
+    int32_t too_long = SYM_setup(symbols, std::string(2048, 'c'));
+    append_row(rows, SDB_PREFIX{part, -1, -1});
+    append_row(rows, SDB_PREFIX{fits, 0, -1});
+    append_row(rows, SDB_PREFIX{too_long, 0, -1});
+    append_row(rows, SDB_PREFIX{-3, -1, -1});
+    append_row(rows, SDB_PREFIX{SDB_ENTRY_BASE - 1, -1, -1});
+    append_row(rows, SDB_PREFIX{SYM_setup(symbols, ""), -1, -1});
+    PREFIX_init(rows, symbols);
+    EXPECT_EQ(std::strlen(PREFIX_get(rows, 1)), 4094U);
+    EXPECT_EQ(std::strlen(PREFIX_get(rows, 4)), 2047U) << "the name of row 1 is meant";
+    struct end_case {
+        int32_t row;
+        const char *message;
+    };
+    const end_case cases[] = {
+        {2, "has exceeded the internal limit \\( 4096 \\)"},
+        {3, "FA-02-0026. Encountered an illegal object id"},
+        {5, "FA-02-0027. Hierarchical name contains blank id"},
+    };
+    for (const end_case &one : cases)
+        EXPECT_EXIT((dup2(2, 1), PREFIX_get(rows, one.row)), testing::ExitedWithCode(255), one.message);
+    PREFIX_release(rows);
+    DYNA_free(&rows);
+    SYM_free(symbols);
+}
+
+// The row of a hierarchical name and the table of names must agree when they are used.
+TEST(names, inconsistent_name_ends_the_run) {
+    scratch_folder scratch;
+    std::string bytes = small_design_bytes(scratch);
+    set_word(bytes, record_place(bytes, SDB_PREFIX_TAB, 1, 2), SDB_OBJ_TARGET | 4);
+    set_word(bytes, record_place(bytes, SDB_SOBJ_TAB, 0, 0), static_cast<uint32_t>(-2));
+    scratch.write("bad.sdb", bytes);
+    open_design design(scratch.path("bad.sdb"));
+    ASSERT_NE(design.handle, nullptr);
+    const char *message = "SDB FATAL: .FA-02-0020. Hierarchical name data inconsistency";
+    EXPECT_EXIT((dup2(2, 1), SDB_lookup_obj("top_pad.u_buf")), testing::ExitedWithCode(255), message);
+    EXPECT_EXIT((dup2(2, 1), SDB_obj_name(design.handle, 3)), testing::ExitedWithCode(255), message);
+    testing::internal::CaptureStdout();
+    EXPECT_EQ(SDB_obj_name(design.handle, 0), nullptr);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+              "SDB FATAL: (FA-02-0008) Encountered an illegal object id.\n");
+}
+
+TEST(changes, nodes_move_between_nets) {
+    scratch_folder scratch;
+    SDB_HANDLE *design = build_small_design(scratch.path("small.sdb"));
+    int32_t inv = SDB_add_class(design, "INV", SDB_KIND_CELL, {{"I", SDB_INPUT}, {"O", SDB_OUTPUT}});
+    EXPECT_EQ(SDB_find_class(design, "INV"), inv);
+    EXPECT_EQ(SDB_find_class_pin(design, inv, "O"), 1);
+    EXPECT_EQ(SDB_find_class_pin(design, inv, "A"), -1);
+    SDB_connect(design, SDB_obj_node(design, 4, 0), SDB_NET_GND);
+    SDB_replace_class(design, 3, inv);
+    SDB_connect(design, SDB_obj_node(design, 3, 1), SDB_NET_VCC);
+    SDB_connect(design, SDB_obj_node(design, 3, 0), SDB_NET_VCC);
+    ASSERT_EQ(SDB_close(design, 1), 0);
+    open_design read(scratch.path("small.sdb"));
+    ASSERT_NE(read.handle, nullptr) << "the changed tables still fit each other";
+    EXPECT_EQ(net_tab[SDB_NET_GND].first_node, 0) << "the source stays the first node";
+    EXPECT_EQ(node_tab[0].next, SDB_nl_search_node("u1", "A"));
+    EXPECT_EQ(node_tab[1].next, SDB_nl_search_node("top_pad.u_buf", "I"));
+    EXPECT_EQ(net_tab[SDB_lookup_net("top_pad.mid")].first_node, -1);
+    EXPECT_STREQ(SDB_obj_class_name(read.handle, 3), "INV");
+}
+
+TEST(aliases, are_read_followed_and_written) {
+    scratch_folder scratch;
+    small_design_bytes(scratch);
+    scratch.write("small.asn",
+                  "ASSIGN a b noise ASSIGN \\esc [3] c [1]\nALIAS p q r ;\nASSIGN b d ASSIGN b d");
+    SDB_HANDLE *design = SDB_open(scratch.path("small.sdb").c_str(), "r+", 0);
+    ASSERT_NE(design, nullptr);
+    ASSERT_EQ(alias_net_count, 3);
+    EXPECT_STREQ(alias_net_tab[0].target, "d") << "a stood for b, which stands for d";
+    EXPECT_STREQ(alias_net_tab[1].name, "\\esc[3]");
+    EXPECT_STREQ(alias_net_tab[1].target, "c[1]");
+    ASSERT_EQ(DYNA_count(sdb_port_aliasG), 1);
+    EXPECT_EQ(DYNA_count(sdb_port_aliasG[0].aliases), 2);
+    ALIAS_add("", "x");
+    SDB_close(design, 1);
+    EXPECT_EQ(scratch.read("small.asn"), "ASSIGN a d\nASSIGN \\esc[3] c[1]\nASSIGN b d\nALIAS p q r ;\n");
+    EXPECT_EQ(alias_net_tab, nullptr);
+
+    scratch.write("small.asn", "ALIAS p q");
+    testing::internal::CaptureStdout();
+    open_design corrupted(scratch.path("small.sdb"));
+    std::fflush(stdout);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+              "SDB ERROR: (FA-01-0006) The sdb file '" + scratch.path("small.asn") +
+                  "' is corrupted. Please generate the sdb file again.\n");
+    EXPECT_NE(corrupted.handle, nullptr);
+    EXPECT_EQ(sdb_port_aliasG, nullptr);
+}
