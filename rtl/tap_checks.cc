@@ -231,6 +231,13 @@ void warn_enable_pins(RTL_LANGUAGE language) {
                        JTAG_BSC_FILE, pin.gate_signal, pin.name);
 }
 
+/// What an extra pin does is the user's logic; the module only has the port.
+void warn_extra_pins() {
+    for (const char *name : rows(TAP_EXTRA_PIN))
+        vmr_printf("WARNING: (%s) nothing drives extra pin '%s' of TAP module '%s'.\n\n", JTAG_LIB_FILE, name,
+                   TAP_MODULE_NAME);
+}
+
 void warn_clamp(RTL_LANGUAGE language) {
     if (language == VHDL && has_instruction(KNOWN_CLAMP) && BCELL_HAS[SIG_UPDATE])
         vmr_printf("WARNING: (%s) CLAMP doesn't block %%UPDATE_DR in VHDL.\n\n", JTAG_BSC_FILE);
@@ -253,6 +260,7 @@ void warn_about_rtl() {
     warn_open_opcodes();
     warn_undriven_registers();
     warn_enable_pins(language);
+    warn_extra_pins();
     warn_clamp(language);
     for (const ENABLE_PIN &pin : rows(INST_ENABLE_PIN))
         if (enable_width(pin.value) > 0)

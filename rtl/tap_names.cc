@@ -5,6 +5,7 @@
 #include "rtl/tap_build.hh"
 #include "rtl/tap_model.hh"
 
+#include "description/hash_tables.hh"
 #include "description/lookups.hh"
 #include "support/console.hh"
 #include "support/run_state.hh"
@@ -95,9 +96,7 @@ void resolve_module_and_instance() {
     }
     TAP_CONTR = get_tap_cell(TAP_MODULE_NAME);
     if (TAP_CONTR == nullptr) {
-        // One record of the run's, like those of the library: it lives to the exit and does not move.
-        TAP_CELL *table = DYNA_init<TAP_CELL>();
-        TAP_CONTR = &append_row(table);
+        TAP_CONTR = new_record<TAP_CELL>();
         TAP_CONTR->name = TAP_MODULE_NAME;
         TAP_CONTR->extras = DYNA_init<const char *>();
     }

@@ -250,6 +250,7 @@ bool is_readable_signal(const char *signal, RTL_LANGUAGE language) {
 TEMPLATE_VALUES tap_values(RTL_LANGUAGE language) {
     TEMPLATE_VALUES values;
     values.letters = letters();
+    add_state_values(values);
     add_decoder_values(values, language);
     add_register_values(values);
     add_enable_values(values, language);

@@ -1,0 +1,30 @@
+// One TAP as a line of a test's table: instruction table, cells' needs, switches. Set up in the process, so
+// that each test sees the text and the messages of that TAP alone.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+struct tap_case {
+    std::string name;
+    /// One instruction a line: name, opcodes with commas, register, then enables as "pin", "pin=101",
+    /// "pin=0", "pin:AND:SHIFT_DR".
+    std::string instructions;
+    /// Words: synch vhdl external trst tdo_en tdo_en_low update rst highz mode1 mode2 mode3 idcode usercode
+    /// capture extra<n> hier shared_highz<n>.
+    std::string needs;
+};
+
+/// The instruction tables that the tests share.
+extern const char *const SMALL_TABLE; ///< EXTEST, SAMPLE, BYPASS and nothing else
+extern const char *const LARGE_TABLE; ///< every known instruction, two user registers, three enable pins
+
+/// Sets all tables and switches as the case tells, as the readers and the checks before would.
+void set_up_tap(const tap_case &tap);
+
+/// The RTL of the case after jtag_init, without writing files; its messages go to the console.
+std::string rtl_of(const tap_case &tap);
+
+/// The cases that every tool must accept.
+const std::vector<tap_case> &tool_cases();
