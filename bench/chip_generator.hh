@@ -17,6 +17,7 @@
 struct chip_size {
     int32_t pads;
     int32_t instances;
+    bool in_module; ///< the gates lie in a module of their own
 };
 
 namespace chip_generator {
@@ -68,6 +69,12 @@ inline void add_pads(SDB_HANDLE *design, const chip_cells &cells, int32_t pads, 
     }
 }
 
+/// A name below the row of the core, or a plain one when that is -1.
+inline int32_t gate_name(SDB_HANDLE *design, int32_t core_row, const std::string &name) {
+    return core_row < 0 ? SDB_plain_name(design, name)
+                        : SDB_prefix_name(SDB_add_prefix(design, name, core_row));
+}
+
 /// The gates below the row of the core. Each output is a net of its own; `outputs` are driven by the last
 /// gates.
 inline void add_gates(SDB_HANDLE *design, const chip_cells &cells, int32_t instances, int32_t core_row,
@@ -79,8 +86,7 @@ inline void add_gates(SDB_HANDLE *design, const chip_cells &cells, int32_t insta
     drivers.reserve(inputs.size() + static_cast<size_t>(instances));
     for (int32_t i = 0; i < instances; i++) {
         size_t kind = random() % std::size(kinds);
-        int32_t row = SDB_add_prefix(design, "U" + std::to_string(i), core_row);
-        int32_t gate = SDB_add_obj(design, SDB_prefix_name(row), kinds[kind]);
+        int32_t gate = SDB_add_obj(design, gate_name(design, core_row, "U" + std::to_string(i)), kinds[kind]);
         size_t near = std::min<size_t>(drivers.size(), 500);
         for (int32_t pin = 0; pin + 1 < pin_counts[kind]; pin++) {
             bool clock = kinds[kind] == cells.flip_flop && pin == 1;
@@ -90,8 +96,7 @@ inline void add_gates(SDB_HANDLE *design, const chip_cells &cells, int32_t insta
         int32_t left = instances - 1 - i;
         bool drives_pad = static_cast<size_t>(left) < outputs.size();
         int32_t net = drives_pad ? outputs[static_cast<size_t>(left)]
-                                 : SDB_add_net(design, SDB_prefix_name(SDB_add_prefix(
-                                                           design, "n" + std::to_string(i), core_row)));
+                                 : SDB_add_net(design, gate_name(design, core_row, "n" + std::to_string(i)));
         SDB_connect(design, SDB_obj_node(design, gate, pin_counts[kind] - 1), net);
         drivers.push_back(net);
     }
@@ -106,18 +111,23 @@ inline int write_flat_chip(const std::string &path, chip_size size) {
     if (design == nullptr)
         return 1;
     gen::chip_cells cells = gen::add_cells(design);
-    int32_t core_class = SDB_add_class(design, "core", SDB_KIND_DESIGN, {});
     std::vector<int32_t> inputs, outputs;
     gen::add_constants(design, cells);
     gen::add_pads(design, cells, size.pads, inputs, outputs);
-    int32_t core_row = SDB_add_prefix(design, "u_core", -1);
-    SDB_add_obj(design, SDB_prefix_name(core_row), core_class);
+    int32_t core_row = -1;
+    if (size.in_module) {
+        int32_t core_class = SDB_add_class(design, "core", SDB_KIND_DESIGN, {});
+        core_row = SDB_add_prefix(design, "u_core", -1);
+        SDB_add_obj(design, SDB_prefix_name(core_row), core_class);
+    }
     gen::add_gates(design, cells, size.instances, core_row, inputs, outputs);
     return SDB_close(design, 1);
 }
 
-/// Writes the top module: pads, and the core as one instance.
+/// Writes the top module: pads, and the gates or the core as one instance.
 inline int write_top_chip(const std::string &path, chip_size size) {
+    if (!size.in_module)
+        return write_flat_chip(path, size);
     namespace gen = chip_generator;
     SDB_HANDLE *design = SDB_open(path.c_str(), "w", 0);
     if (design == nullptr)
