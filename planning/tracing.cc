@@ -153,22 +153,26 @@ int32_t find_adjacent_node(int32_t node) {
     return first != node ? first : node_tab[node].next;
 }
 
-int32_t search_inode_connected_to_obj(int32_t obj, const char *pin_name, int32_t direction) {
+int32_t find_pin_node(int32_t obj, const char *pin_name) {
     if (obj < 0 || pin_name == nullptr || obj_tab[obj].first_node < 0)
         return -1;
-    for (int32_t node = obj_tab[obj].first_node; node_tab[node].obj == obj; ++node) {
-        const SDB_PIN &pin = pin_tab[node_tab[node].pin];
-        if (!same_text_no_case(SYM_get(sym_tab, pin.name), pin_name))
-            continue;
-        if ((pin.direction & SDB_DIRECTION_MASK) != direction) {
-            vmr_printf("ERROR: '%s' is %s of '%s'.\n", pin_name, direction_words(pin.direction),
-                       object_class_name(obj));
-            vmr_fail("       But it was declared as %s in file '%s'.\n\n", direction_words(direction),
-                     JTAG_LIB_FILE);
-        }
-        return node;
-    }
+    for (int32_t node = obj_tab[obj].first_node; node_tab[node].obj == obj; ++node)
+        if (same_text_no_case(SYM_get(sym_tab, pin_tab[node_tab[node].pin].name), pin_name))
+            return node;
     return -1;
+}
+
+int32_t search_inode_connected_to_obj(int32_t obj, const char *pin_name, int32_t direction) {
+    int32_t node = find_pin_node(obj, pin_name);
+    if (node < 0)
+        return -1;
+    int32_t found = pin_tab[node_tab[node].pin].direction & SDB_DIRECTION_MASK;
+    if (found != direction) {
+        vmr_printf("ERROR: '%s' is %s of '%s'.\n", pin_name, direction_words(found), object_class_name(obj));
+        vmr_fail("       But it was declared as %s in file '%s'.\n\n", direction_words(direction),
+                 JTAG_LIB_FILE);
+    }
+    return node;
 }
 
 int32_t search_inet_connected_to_obj(int32_t obj, const char *pin_name, int32_t direction) {
