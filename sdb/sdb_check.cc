@@ -176,7 +176,7 @@ bool check_nets(const table_checker &check) {
 /// Names of objects or nets: a symbol, a row of the prefix table, or one of the illegal values -5 to -1.
 bool check_names(const table_checker &check, int32_t index, int32_t named_index) {
     const auto *names = check.table<int32_t>(index);
-    int32_t rows = check.count(index);
+    int32_t rows = names == nullptr ? 0 : check.count(index);
     if (names != nullptr && check.table<void>(named_index) != nullptr && rows != check.count(named_index))
         return check.fail(index, rows, "the count is not that of what is named,", check.count(named_index));
     for (int32_t row = 0; row < rows; row++) {

@@ -4,8 +4,10 @@
 #include "sdb/symbols.hh"
 #include "support/dyna.hh"
 
+#include <csignal>
 #include <gtest/gtest.h>
 #include <map>
+#include <sys/resource.h>
 
 namespace {
 
@@ -192,11 +194,22 @@ TEST(files, handle_opened_for_reading_saves_nothing) {
     EXPECT_EQ(scratch.read("small.sdb"), bytes);
 }
 
+// A limit on the size of files stands for a full disk.
 TEST(files, failed_save_keeps_the_old_file) {
-    SDB_HANDLE *handle = build_small_design("small.sdb");
-    ASSERT_NE(handle, nullptr);
-    handle->path = "/proc/small.sdb";
+    scratch_folder scratch;
+    std::string bytes = small_design_bytes(scratch);
+    SDB_HANDLE *handle = build_small_design(scratch.path("small.sdb"));
+    rlimit limit{};
+    getrlimit(RLIMIT_FSIZE, &limit);
+    const rlimit small{1000, limit.rlim_max};
+    auto earlier = std::signal(SIGXFSZ, SIG_IGN);
+    setrlimit(RLIMIT_FSIZE, &small);
     EXPECT_EQ(SDB_close(handle, 1), 1);
+    setrlimit(RLIMIT_FSIZE, &limit);
+    std::signal(SIGXFSZ, earlier);
+    EXPECT_EQ(scratch.read("small.sdb"), bytes);
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(scratch.dir), {}), 1)
+        << "no other file is left";
     EXPECT_EQ(SDB_open("/no/such/folder/small.sdb", "w", 0), nullptr);
 }
 
