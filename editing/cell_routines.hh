@@ -1,0 +1,55 @@
+// The routines behind add_scan_cells_in_cmd_file, and what they share. Each takes a row of OPIN_TAB by its
+// index; one that returns a name gives the instance name of the inserted cell.
+#pragma once
+
+#include "editing/pad_sides.hh"
+
+void add_input_clock_cell_in_cmd(EDIT_FILE *fp, int32_t row, bool is_input);
+const char *add_output_scan_cell_in_cmd(EDIT_FILE *fp, int32_t row);
+const char *add_bidi_scan_cell_in_cmd(EDIT_FILE *fp, int32_t row);
+void add_in_out_scan_cell_in_cmd(EDIT_FILE *fp, int32_t row);
+void add_internal_scan_cell_in_cmd(EDIT_FILE *fp, int32_t row);
+void add_mux_input_cell_in_cmd(EDIT_FILE *fp, int32_t row);
+const char *add_mux_output_scan_cell_in_cmd(EDIT_FILE *fp, int32_t row);
+const char *add_mux_bidi_scan_cell_in_cmd(EDIT_FILE *fp, int32_t row);
+const char *add_mux1_in_out_scan_cell_in_cmd(EDIT_FILE *fp, int32_t row);
+const char *add_mux2_in_out_scan_cell_in_cmd(EDIT_FILE *fp, int32_t row);
+void add_control_scan_cell_in_cmd(EDIT_FILE *fp, int32_t row);
+/// `name` is the instance of the row's own cell, whose %OE_MODE pin is tied to the control cell's.
+void add_oe_control_scan_cell_in_cmd(EDIT_FILE *fp, int32_t row, const char *name);
+/// The OE control routine when the row's cell has an %OE_MODE pin, else the plain one.
+void add_control_of_row(EDIT_FILE *fp, int32_t row, const char *name);
+
+/// Writes the `add` line of the newest SCAN_TAB row and lets the OPIN_TAB row point at it.
+void place_cell(EDIT_FILE *fp, int32_t row, const char *name, const SCAN_CELL *cell);
+/// Sets `order` to the last SCAN_TAB row.
+void set_order_to_last(int32_t row);
+
+/// A cell by its role, with the counter that it counts in.
+struct ROLE_CELL {
+    const SCAN_CELL *cell;
+    CELL_COUNTER counter;
+};
+/// The cell of the first role when that is declared, else of the second. Ends the run when neither is known.
+ROLE_CELL cell_of_roles(const char *first, CELL_COUNTER first_counter, const char *second,
+                        CELL_COUNTER second_counter, const OPIN_ROW &row);
+
+/// The far end of pad pin or internal pin as an operand. A port there that belongs to the chip is warned of.
+EDIT_OPERAND far_operand_with_warning(OPIN_ROW &row, int32_t node);
+/// Joins the cell's data pin to the pad pin, through an inverter when the row is inverted.
+void connect_data_in(EDIT_FILE *fp, OPIN_ROW &row, const char *name, const char *data_in);
+
+/// The pins of a mux pad that the boundary cells drive or read.
+enum MUX_PIN : int32_t { MUX_IN1, MUX_IN2, MUX_OUT };
+/// Joins a pin of the cell to a mux pin of the pad, unless that stands on a working net; a tied pin is freed
+/// first, with a warning.
+void mux_pin_step(EDIT_FILE *fp, OPIN_ROW &row, MUX_PIN which, const char *name, const char *cell_pin);
+
+/// The cell of an added pad, and its pins.
+struct ADDED_PAD {
+    const char *cell;
+    const char *input, *output;
+};
+/// The pad cell that the pin file names for the row's pin, else the default one.
+ADDED_PAD input_pad_cell(const OPIN_ROW &row);
+ADDED_PAD output_pad_cell(const OPIN_ROW &row);

@@ -1,0 +1,155 @@
+// The cells and buffers that drive the enables of pads.
+//
+// Rows on one enable net share a control cell; the first of them in the chain adds it. Enables that the
+// design ties to a constant, or that need no cell, may hang on the TAP's high-impedance command through a
+// buffer that several pads share in the same way.
+#include "description/lookups.hh"
+#include "editing/cell_routines.hh"
+#include "editing/tap_place.hh"
+#include "planning/planning.hh"
+#include "planning/tap_state.hh"
+#include "planning/tracing.hh"
+#include "support/console.hh"
+#include "support/run_state.hh"
+#include "support/text.hh"
+
+namespace {
+
+/// Bits of a net's flag word that mark a net driven by a supply.
+constexpr int32_t SUPPLY_NET_BITS = 0x30000000;
+
+/// What differs between the two kinds of control cell.
+struct CONTROL_KIND {
+    CONTROL_ROW **table;
+    int32_t OPIN_ROW::*field;
+    const char **role;
+    CELL_COUNTER counter;
+    const char *keyword;
+    bool is_oe;
+};
+const CONTROL_KIND PLAIN = {&CONTROL_TAB,  &OPIN_ROW::control, &CONTROL_SCAN,
+                            COUNT_CONTROL, "%CONTROL_SCAN",    false};
+const CONTROL_KIND OE = {&CONTROL_OE_TAB,  &OPIN_ROW::oe_control, &CONTROL_OE_SCAN,
+                         COUNT_CONTROL_OE, "%CONTROL_OE_SCAN",    true};
+
+[[noreturn]] void fail_no_source(const OPIN_ROW &row) {
+    vmr_fail("ERROR: Can not find the source of enable pin '%s' to connect to BCELL.\n", row.port_name);
+}
+
+bool reads_its_net(int32_t node) {
+    return !is_port_node(node) && (pin_tab[node_tab[node].pin].direction & SDB_DIRECTION_MASK) == SDB_INPUT;
+}
+
+/// What drives the enable pin in the design. An OE cell takes the first other node of the net; the plain one
+/// passes over other readers of the enable.
+EDIT_OPERAND enable_source(const OPIN_ROW &row, const char *enable, bool is_oe) {
+    int32_t node = far_end(row.pad_instance, enable, DIR_INPUT);
+    if (node < 0)
+        fail_no_source(row);
+    if (is_oe || is_constant_net(node))
+        return node_operand(node);
+    int32_t net = node_tab[node].net;
+    if ((net_tab[net].flags & SUPPLY_NET_BITS) != 0)
+        return design_net(net);
+    int32_t obj = SDB_nl_search_obj(row.pad_instance);
+    while (node >= 0 && (node_tab[node].obj == obj || reads_its_net(node)))
+        node = node_tab[node].next;
+    // Readers alone drive nothing.
+    if (node < 0)
+        fail_no_source(row);
+    return node_operand(node);
+}
+
+const BUFFER_CELL *highz_buffer(const OPIN_ROW &row) {
+    if (HIZ_BUF == nullptr || HIZ_BUF_NAME == nullptr || TAP_HIZ_PIN == nullptr)
+        vmr_fail("ERROR: (%s) no buffer cell is named in %%TAP_CONTROLLER\n"
+                 "       for the high impedance command of pad '%s'.\n\n",
+                 JTAG_LIB_FILE == nullptr ? "" : JTAG_LIB_FILE, row.pad_instance);
+    return HIZ_BUF;
+}
+
+/// The enable hangs on the high-impedance command, through the buffer of the row's group.
+void drive_by_highz(EDIT_FILE *fp, OPIN_ROW &row, const char *enable) {
+    const BUFFER_CELL *buffer = highz_buffer(row);
+    std::string name = format_text("highz_buf%d", row.highz_group);
+    EDIT_OPERAND output = pin_of(name, buffer->output);
+    // The row marked as the driver is the first; should it have written nothing, the next one adds the
+    // buffer.
+    bool is_new = emission.highz_buffers.insert(row.highz_group).second;
+    if (is_new)
+        edit_add_instance(fp, name, HIZ_BUF_NAME);
+    cut_pin(fp, row.pad_instance, enable, output);
+    edit_connect(fp, output, pin_of(row.pad_instance, enable));
+    if (is_new)
+        edit_connect(fp, pin_of(name, buffer->input), tap_signal(TAP_HIZ_PIN));
+}
+
+/// Ties the %OE_MODE pins of the control cell and of the row's cell together.
+void tie_oe_mode(EDIT_FILE *fp, const OPIN_ROW &row, const char *enable, const char *control,
+                 const char *control_pin, const char *name) {
+    const char *own = row.scan_cell->oe_mode;
+    if (row.scan_cell->oe_mode_type == 0 || control_pin == nullptr || enable == nullptr || own == nullptr ||
+        same_text(enable, own))
+        return;
+    edit_connect(fp, pin_of(control, control_pin), pin_of(name, own));
+}
+
+void add_control_cell(EDIT_FILE *fp, int32_t index, const char *enable, const CONTROL_KIND &kind,
+                      CONTROL_ROW &entry, const char *own_name) {
+    OPIN_ROW &row = OPIN_TAB[index];
+    const SCAN_CELL *cell = get_scan_cell(*kind.role);
+    if (cell == nullptr)
+        vmr_fail("ERROR: can't find %s in file '%s'.\n\n", kind.keyword,
+                 JTAG_BSC_FILE == nullptr ? "" : JTAG_BSC_FILE);
+    const char *name = add_scan_tab(cell, index, false, true);
+    SCAN_COUNT[kind.counter]++;
+    edit_add_instance(fp, name, cell->name);
+    EDIT_OPERAND data_in = pin_of(name, cell->data_in);
+    EDIT_OPERAND source = enable_source(row, enable, kind.is_oe);
+    cut_pin(fp, row.pad_instance, enable, data_in);
+    edit_connect(fp, data_in, source);
+    edit_connect(fp, pin_of(name, cell->data_out), pin_of(row.pad_instance, enable));
+    if (kind.is_oe && cell->oe_mode_type != 2)
+        tie_oe_mode(fp, row, enable, name, cell->oe_mode, own_name);
+    entry.inst = name;
+    entry.data_out = cell->data_out;
+}
+
+void drive_enable(EDIT_FILE *fp, int32_t index, const CONTROL_KIND &kind, const char *own_name) {
+    OPIN_ROW &row = OPIN_TAB[index];
+    int32_t control = row.*kind.field;
+    if (control == 0 || row.pad == nullptr)
+        return;
+    bool is_low;
+    const char *enable = chosen_enable_pin(row.pad, PIN_TABLE[row.pin_index], &is_low);
+    if (control < 0) {
+        drive_by_highz(fp, row, enable);
+        return;
+    }
+    CONTROL_ROW &entry = (*kind.table)[control - 1];
+    if (entry.inst == nullptr) {
+        add_control_cell(fp, index, enable, kind, entry, own_name);
+        return;
+    }
+    // The net of the enable, should others still hang on it, is reached through the control cell's own input.
+    cut_pin(fp, row.pad_instance, enable, pin_of(entry.inst, entry.scan_cell->data_in));
+    edit_connect(fp, pin_of(entry.inst, entry.data_out), pin_of(row.pad_instance, enable));
+    if (kind.is_oe)
+        tie_oe_mode(fp, row, enable, entry.inst, entry.scan_cell->oe_mode, own_name);
+}
+
+} // namespace
+
+void add_control_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
+    const OPIN_ROW &row = OPIN_TAB[index];
+    if (row.pad == nullptr || row.pad->control_bcell != nullptr)
+        return;
+    bool is_differential = row.pad->kind == BUFFER_DIFF_VOLTAGE || row.pad->kind == BUFFER_DIFF_CURRENT;
+    if (is_differential && row.control_driver == 0)
+        return;
+    drive_enable(fp, index, PLAIN, nullptr);
+}
+
+void add_oe_control_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index, const char *name) {
+    drive_enable(fp, index, OE, name);
+}

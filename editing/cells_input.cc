@@ -1,0 +1,73 @@
+// Input and clock cells.
+#include "editing/cell_routines.hh"
+#include "planning/planning.hh"
+#include "support/run_state.hh"
+#include "support/text.hh"
+
+namespace {
+
+/// The cell stands between the pad's output and the core. A cell without %DATA_OUT only observes.
+void add_behind_pad(EDIT_FILE *fp, OPIN_ROW &row, const char *name) {
+    SAVED_SIDE saved = begin_side(row, SIDE_OUTPUT, PAD_WORD_INPUT);
+    if (row.scan_cell->data_out != nullptr) {
+        EDIT_OPERAND data_out = pin_of(name, row.scan_cell->data_out);
+        int32_t node = far_end_of_side(row, SIDE_OUTPUT, PAD_WORD_INPUT);
+        cut_pin(fp, row.pad_instance, row.pad_output, data_out);
+        edit_connect(fp, data_out, far_operand_with_warning(row, node));
+    }
+    connect_data_in(fp, row, name, row.scan_cell->data_in);
+    end_side(row, SIDE_OUTPUT, saved);
+}
+
+/// The port gets a pad of its own, and the cell stands between that and what the port fed.
+void add_behind_new_pad(EDIT_FILE *fp, OPIN_ROW &row, const char *name) {
+    ADDED_PAD pad = input_pad_cell(row);
+    std::string instance = format_text("B_PAD%d", ADD_BUF_COUNT++);
+    const char *data_out = row.scan_cell->data_out;
+    EDIT_OPERAND source = pin_of(instance, pad.output);
+    edit_add_instance(fp, instance, pad.cell);
+    EDIT_OPERAND far = port_far_operand(row);
+    // The inverter of an added pad takes the pad's number.
+    std::string inverter = format_text("B_PAD_INV%d", ADD_BUF_COUNT - 1);
+    EDIT_OPERAND behind = row.inverted != 0 ? pin_of(inverter, INVERTER_OUTPUT) : source;
+    EDIT_OPERAND core_side = data_out != nullptr ? pin_of(name, data_out) : behind;
+    cut_port(fp, row, core_side);
+    edit_connect(fp, pin_of(instance, pad.input), port_net(row.port_name));
+    if (row.inverted != 0) {
+        edit_add_instance(fp, inverter, INVERTER);
+        edit_connect(fp, source, pin_of(inverter, INVERTER_INPUT));
+    }
+    row.pad_instance = keep_text(behind.instance);
+    row.pad_output = keep_text(behind.name);
+    edit_connect(fp, far, core_side);
+    edit_connect(fp, pin_of(name, row.scan_cell->data_in), behind);
+}
+
+/// Without pads the cell stands directly behind the port.
+void add_behind_port(EDIT_FILE *fp, const OPIN_ROW &row, const char *name) {
+    if (row.scan_cell->data_out != nullptr) {
+        EDIT_OPERAND data_out = pin_of(name, row.scan_cell->data_out);
+        EDIT_OPERAND far = port_far_operand(row);
+        cut_port(fp, row, data_out);
+        edit_connect(fp, data_out, far);
+    }
+    edit_connect(fp, pin_of(name, row.scan_cell->data_in), port_net(row.port_name));
+}
+
+} // namespace
+
+void add_input_clock_cell_in_cmd(EDIT_FILE *fp, int32_t index, bool is_input) {
+    OPIN_ROW &row = OPIN_TAB[index];
+    bool is_clock_cell = CLOCK_SCAN != nullptr && (!is_input || INPUT_SCAN == nullptr);
+    SCAN_COUNT[is_clock_cell ? COUNT_CLOCK : COUNT_INPUT]++;
+    const char *name = add_scan_tab(row.scan_cell, index, false, false);
+    if (row.pad != nullptr && row.pad->kind == BUFFER_BS)
+        return;
+    place_cell(fp, index, name, row.scan_cell);
+    if (row.pad_instance == nullptr && option(OPT_ADD_PAD))
+        add_behind_new_pad(fp, row, name);
+    else if (option(OPT_NO_PAD))
+        add_behind_port(fp, row, name);
+    else
+        add_behind_pad(fp, row, name);
+}

@@ -1,0 +1,131 @@
+#include "editing/edit_commands.hh"
+
+#include "sdb/navigation.hh"
+#include "support/console.hh"
+#include "support/run_state.hh"
+#include "support/shell.hh"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+EDIT_FILE *TAP_FP = nullptr;
+EDIT_FILE *PAD_FP = nullptr;
+
+namespace {
+
+constexpr const char *UNKNOWN_NAME = "*UNDEF*";
+
+std::string known(const char *name) {
+    return name == nullptr ? UNKNOWN_NAME : name;
+}
+
+/// The language parts its words at blanks, so a name with one would silently become two words.
+void check_word(const EDIT_FILE *file, const std::string &word) {
+    if (word.empty() || word.find_first_of(" \t\r\n\v\f") != std::string::npos)
+        vmr_fail("ERROR: the name '%s' can't stand in command file '%s': it is empty or holds a blank.\n\n",
+                 word.c_str(), file->path.c_str());
+}
+
+std::string checked(const EDIT_FILE *file, const EDIT_OPERAND &operand) {
+    std::string text = operand_text(operand);
+    check_word(file, text);
+    return text;
+}
+
+} // namespace
+
+EDIT_OPERAND pin_of(const char *instance, const char *pin) {
+    return {EDIT_OPERAND::PIN, known(instance), known(pin)};
+}
+
+EDIT_OPERAND pin_of(const std::string &instance, const char *pin) {
+    return {EDIT_OPERAND::PIN, instance, known(pin)};
+}
+
+EDIT_OPERAND port_net(const char *name) {
+    return {EDIT_OPERAND::NET, "", known(name)};
+}
+
+EDIT_OPERAND design_net(int32_t net) {
+    EDIT_OPERAND::KIND kind =
+        net == SDB_NET_GND || net == SDB_NET_VCC ? EDIT_OPERAND::CONSTANT : EDIT_OPERAND::NET;
+    return {kind, "", known(SDB_net_name(sdb, net))};
+}
+
+EDIT_OPERAND constant_one() {
+    return {EDIT_OPERAND::CONSTANT, "", "VCC"};
+}
+
+EDIT_OPERAND constant_zero() {
+    return {EDIT_OPERAND::CONSTANT, "", "GND"};
+}
+
+EDIT_OPERAND free_net() {
+    return {EDIT_OPERAND::NET, "", "X_NET"};
+}
+
+std::string operand_text(const EDIT_OPERAND &operand) {
+    if (operand.kind == EDIT_OPERAND::PIN)
+        return operand.instance + "{" + operand.name + "}";
+    return operand.name;
+}
+
+bool can_create_file(const std::string &path) {
+    struct stat status;
+    bool existed = lstat(path.c_str(), &status) == 0;
+    int descriptor = open(path.c_str(), O_WRONLY | O_CREAT | O_NONBLOCK, 0666);
+    if (descriptor < 0)
+        return false;
+    close(descriptor);
+    if (!existed)
+        unlink(path.c_str());
+    return true;
+}
+
+EDIT_FILE *edit_begin_file(const std::string &path, const std::string &module, bool with_path) {
+    if (!can_create_file(path))
+        return nullptr;
+    auto *file = new EDIT_FILE{path, {}};
+    check_word(file, module);
+    file->text = "edit " + module + "\n";
+    // The blank before the line end belongs to the line.
+    if (with_path)
+        file->text += "path " + std::string(RIMWEAVE_OPATH) + " \n";
+    return file;
+}
+
+void edit_end_file(EDIT_FILE *&file) {
+    file->text += "save\nquit\n";
+    if (!write_text_file(file->path, file->text))
+        vmr_fail("ERROR: can't open command file \"%s\" to update SDB.\n", file->path.c_str());
+    delete file;
+    file = nullptr;
+}
+
+void edit_add_instance(EDIT_FILE *file, const std::string &instance, const char *cell) {
+    check_word(file, instance);
+    check_word(file, known(cell));
+    file->text += "add " + instance + " " + known(cell) + "\n";
+}
+
+void edit_add_port(EDIT_FILE *file, const char *name, EDIT_PORT direction) {
+    check_word(file, known(name));
+    file->text += "add " + known(name) + (direction == EDIT_INPUT ? " input\n" : " output\n");
+}
+
+void edit_disconnect(EDIT_FILE *file, const EDIT_OPERAND &operand) {
+    file->text += "disconnect " + checked(file, operand) + "\n";
+}
+
+void edit_connect(EDIT_FILE *file, const EDIT_OPERAND &a, const EDIT_OPERAND &b, EDIT_BLANKS blanks) {
+    file->text += blanks == EDIT_LEADING_BLANK ? " connect " : "connect ";
+    file->text += checked(file, a) + " " + checked(file, b);
+    file->text += blanks == EDIT_TRAILING_BLANK ? " \n" : "\n";
+}
+
+void edit_replace(EDIT_FILE *file, const char *instance, const std::string &module) {
+    check_word(file, known(instance));
+    check_word(file, module);
+    file->text += "replace " + known(instance) + " " + module + "\n";
+}

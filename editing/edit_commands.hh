@@ -1,0 +1,72 @@
+// The edit command language: the one place that writes it.
+//
+// A netlist is never changed directly. Each module that has to change gets a file of commands, which kalmedit
+// carries out on a copy of the module's SDB. A file is kept in memory and written whole by edit_end_file,
+// behind its `save` and `quit`; so a run that ends early leaves no half a file.
+//
+// Operands are pins (`inst{pin}`), nets (a bare name, which is a port of the edited module) and the
+// constants. The editor joins the operands of `connect` whatever their order; the order here is the order in
+// the line.
+#pragma once
+
+#include "planning/port_table.hh"
+
+#include <cstdint>
+#include <string>
+
+/// One side of a command.
+struct EDIT_OPERAND {
+    enum KIND { PIN, NET, CONSTANT } kind;
+    std::string instance; ///< empty but for a pin
+    std::string name;     ///< pin, port or net
+};
+
+/// Pin `pin` of instance `instance`. A null text stands for an unknown name and reads "*UNDEF*".
+EDIT_OPERAND pin_of(const char *instance, const char *pin);
+EDIT_OPERAND pin_of(const std::string &instance, const char *pin);
+/// A port of the edited module.
+EDIT_OPERAND port_net(const char *name);
+/// A net by the name that the design has for it; nets 0 and 1 are the constants.
+EDIT_OPERAND design_net(int32_t net);
+EDIT_OPERAND constant_one();
+EDIT_OPERAND constant_zero();
+/// The net of a bit whose value is free.
+EDIT_OPERAND free_net();
+/// The operand as it stands in a line.
+std::string operand_text(const EDIT_OPERAND &operand);
+
+/// Blanks of a `connect` line beyond the plain form. The editor reads all alike.
+enum EDIT_BLANKS {
+    EDIT_PLAIN,          ///< "connect a b"
+    EDIT_LEADING_BLANK,  ///< " connect a b": ports handed on to the level above
+    EDIT_TRAILING_BLANK, ///< "connect a b ": connections recorded for a module
+};
+
+/// One edit command file that is being written.
+struct EDIT_FILE {
+    std::string path; ///< where it goes, "./rimweave_lib/chip_jtag.cmd"
+    std::string text; ///< the lines so far
+};
+
+extern EDIT_FILE *TAP_FP; ///< the top module's file; set by open_and_modify_top_sdb, null when none is open
+extern EDIT_FILE *PAD_FP; ///< the file of the level in work; set by open_and_modify_hierarchy_sdb
+
+/// A new file with its `edit <module>` line, and a `path` line for the library directory when `with_path` is
+/// set. Null when the file can't be created at `path`: the caller has the message.
+EDIT_FILE *edit_begin_file(const std::string &path, const std::string &module, bool with_path);
+/// Adds `save` and `quit`, writes the file and sets the handle to null. Ends the run when it can't be
+/// written.
+void edit_end_file(EDIT_FILE *&file);
+
+// The verbs. Each appends one line. A name that holds white space can't be said in the language: the run ends
+// with an error that shows it.
+void edit_add_instance(EDIT_FILE *file, const std::string &instance, const char *cell);
+enum EDIT_PORT : int32_t { EDIT_INPUT, EDIT_OUTPUT };
+void edit_add_port(EDIT_FILE *file, const char *name, EDIT_PORT direction);
+void edit_disconnect(EDIT_FILE *file, const EDIT_OPERAND &operand);
+void edit_connect(EDIT_FILE *file, const EDIT_OPERAND &a, const EDIT_OPERAND &b,
+                  EDIT_BLANKS blanks = EDIT_PLAIN);
+void edit_replace(EDIT_FILE *file, const char *instance, const std::string &module);
+
+/// True when a file can be created or overwritten at `path`.
+bool can_create_file(const std::string &path);

@@ -1,0 +1,128 @@
+// The drivers: planning, emission of the cells, wiring, and the runs of the tools.
+#include "editing/insertion.hh"
+
+#include "editing/cells.hh"
+#include "editing/pad_levels.hh"
+#include "editing/pad_sides.hh"
+#include "editing/tap_hierarchy.hh"
+#include "editing/tap_place.hh"
+#include "editing/tap_top.hh"
+#include "editing/tool_runs.hh"
+#include "editing/wiring.hh"
+#include "planning/balance_groups.hh"
+#include "planning/planning.hh"
+#include "planning/report.hh"
+#include "planning/tracing.hh"
+#include "planning/validation.hh"
+#include "sdb/sdb.hh"
+#include "support/console.hh"
+#include "support/run_state.hh"
+
+#include <algorithm>
+
+namespace {
+
+int32_t first_row_with_cell() {
+    for (int32_t row = 0; row < DYNA_count(OPIN_TAB); row++)
+        if (OPIN_TAB[row].scan_cell != nullptr)
+            return row;
+    return -1;
+}
+
+void write_cells(EDIT_FILE *fp, int32_t first) {
+    reset_emission();
+    for (int32_t row = first; row < DYNA_count(OPIN_TAB); row++)
+        if (OPIN_TAB[row].scan_cell != nullptr)
+            add_scan_cells_in_cmd_file(fp, row);
+}
+
+void close_design() {
+    SDB_close(sdb, 0);
+    SDB_clear_current();
+}
+
+/// The cells' pads stand in the top module.
+void emit_in_top(int32_t first) {
+    PAD_MODULE_EXIST = 0;
+    if (rwv_hier_tap_ctrlG != 0) {
+        rwv_hier_find_tap_instance();
+        rwv_hier_replace_tap_instance(0);
+    }
+    open_sdb_file(MODULE_SDB);
+    open_and_modify_top_sdb();
+    write_cells(TAP_FP, first);
+    rwv_do_connection_table(TAP_FP);
+    close_design();
+}
+
+/// The cells' pads stand in a module below the top.
+void emit_in_pad_module(int32_t first) {
+    PAD_MODULE_EXIST = 255;
+    if (rwv_hier_tap_ctrlG != 0) {
+        rwv_hier_find_tap_instance();
+        rwv_check_hier_inst_tap_iopad(first);
+        int32_t beside = rwv_hier_same_instance_tapG + 1;
+        // Modules of the TAP path below the shared part get files of their own, which are carried out at
+        // once.
+        if (beside < DYNA_count(rwv_hier_tap_ctrl_name_tabG) - 1)
+            rwv_hier_replace_tap_instance(beside);
+        if (rwv_hier_same_instance_tapG >= 0)
+            TAP_INSTANCE_NAME = rwv_hier_tap_ctrl_name_tabG[0].inst;
+    }
+    open_and_modify_top_sdb();
+    bs_search_standard_ports(first);
+    replace_cell_in_top(first);
+    open_sdb_file(write_pad_levels(first));
+    write_cells(PAD_FP, first);
+    close_design();
+}
+
+/// Planning, in its fixed order: each step needs the one before.
+void plan_cells() {
+    check_pin_signal_inv_buf();
+    open_sdb_file(MODULE_C_SDB);
+    rimweave_init();
+    check_necessary_fields();
+    produce_opin_control_tab();
+    arrange_opin_tab_from_tdo();
+    setup_driving_control_cell_and_highz_buf();
+    bs_reset_standard_port_ptr_of_TAP();
+}
+
+void add_scan_cell() {
+    plan_cells();
+    if (multi_io_module_flagG != 0) {
+        if (rwv_hier_tap_ctrlG != 0)
+            vmr_fail("ERROR: Can not support hierarchic TAP controller for multiple IO-PAD modules.\n\n");
+        vmr_fail("ERROR: the pads of '%s' lie in more than one module.\n"
+                 "       This version inserts boundary cells in one module only.\n\n",
+                 TOP_MODULE);
+    }
+    if (std::ranges::none_of(rows(OPIN_TAB), row_gets_cells))
+        vmr_fail("ERROR: no port of '%s' gets a boundary cell.\n       Please check the pin list in file "
+                 "'%s'.\n\n",
+                 TOP_MODULE, JTAG_BSC_FILE == nullptr ? "" : JTAG_BSC_FILE);
+    vmr_printf(" - Synthesizing Boundary Registers in gate level ...\n\n");
+    int32_t first = first_row_with_cell();
+    if (DYNA_count(OPIN_TAB[first].hier_classes) == 0)
+        emit_in_top(first);
+    else
+        emit_in_pad_module(first);
+    print_bso_file();
+}
+
+} // namespace
+
+void add_boundary_scan_chain() {
+    init_multi_io_tables();
+    add_scan_cell();
+    HIGHZ_CNT = 0;
+    built_bus_balance_group_tab_for_control_signal();
+    connect_scan_cell_in_cmd(PAD_MODULE_EXIST != 0 ? PAD_FP : TAP_FP);
+    do_kalmedit();
+    print_report();
+}
+
+void add_boundary_scan_module() {
+    vmr_fail("ERROR: option -add_bcm is not available in this version.\n\n");
+}

@@ -1,0 +1,130 @@
+#include "editing/pad_sides.hh"
+
+#include "description/lookups.hh"
+#include "planning/tracing.hh"
+#include "support/console.hh"
+#include "support/run_state.hh"
+#include "support/text.hh"
+
+EMISSION_STATE emission;
+int32_t ADD_BUF_COUNT = 0;
+
+namespace {
+
+const char *const PAD_WORDS[] = {"Input", "Output", "Bidirectional"};
+
+/// Node ids are those of one design file, so the module is part of the key.
+int64_t cut_key(int32_t node) {
+    return (static_cast<int64_t>(current_multi_io_indexG) << 32) | static_cast<uint32_t>(node);
+}
+
+int32_t direction_of_side(PAD_SIDE side) {
+    return side == SIDE_OUTPUT ? DIR_OUTPUT : DIR_INPUT;
+}
+
+const char *keyword_of_side(PAD_SIDE side) {
+    return side == SIDE_OUTPUT ? "%OUTPUT" : "%INPUT";
+}
+
+const char *shown(const char *text) {
+    return text == nullptr ? "*UNDEF*" : text;
+}
+
+[[noreturn]] void fail_floating(const OPIN_ROW &row, PAD_WORD word) {
+    vmr_fail("ERROR: %s Pad '%s' is floating.\n"
+             "       Please correct your SDB or specify pin '%s' as skip signal.\n\n",
+             PAD_WORDS[word], shown(row.pad_instance), shown(row.port_name));
+}
+
+void note_cut(int32_t node, const EDIT_OPERAND &successor) {
+    if (node >= 0)
+        emission.cut_pins.insert_or_assign(cut_key(node), successor);
+}
+
+} // namespace
+
+void reset_emission() {
+    emission = {};
+}
+
+const char *&side_pin(OPIN_ROW &row, PAD_SIDE side) {
+    return side == SIDE_OUTPUT ? row.pad_output : row.pad_input;
+}
+
+EDIT_OPERAND side_operand(OPIN_ROW &row, PAD_SIDE side) {
+    return pin_of(row.pad_instance, side_pin(row, side));
+}
+
+int32_t far_end(const char *instance, const char *pin, int32_t direction) {
+    int32_t obj = SDB_nl_search_obj(instance);
+    if (obj < 0 || pin == nullptr)
+        return -1;
+    int32_t net = search_inet_connected_to_obj(obj, pin, direction);
+    if (net < 0)
+        return -1;
+    int32_t node = net_tab[net].first_node;
+    while (node >= 0 && node_tab[node].obj == obj)
+        node = node_tab[node].next;
+    return node;
+}
+
+int32_t far_end_of_side(OPIN_ROW &row, PAD_SIDE side, PAD_WORD word) {
+    int32_t node = far_end(row.pad_instance, side_pin(row, side), direction_of_side(side));
+    if (node < 0)
+        fail_floating(row, word);
+    return node;
+}
+
+EDIT_OPERAND node_operand(int32_t node) {
+    if (is_constant_net(node))
+        return design_net(node);
+    if (node >= 0)
+        if (auto cut = emission.cut_pins.find(cut_key(node)); cut != emission.cut_pins.end())
+            return cut->second;
+    if (node < 0 || is_port_node(node))
+        return port_net(node_pin_name(node));
+    return pin_of(SDB_obj_name(sdb, node_tab[node].obj), node_pin_name(node));
+}
+
+EDIT_OPERAND port_far_operand(const OPIN_ROW &row) {
+    return node_operand(get_node_connected_to_portnode(find_iport(row.port_name)));
+}
+
+void cut_pin(EDIT_FILE *fp, const char *instance, const char *pin, const EDIT_OPERAND &successor) {
+    edit_disconnect(fp, pin_of(instance, pin));
+    note_cut(SDB_nl_search_node(instance, pin), successor);
+}
+
+void cut_port(EDIT_FILE *fp, const OPIN_ROW &row, const EDIT_OPERAND &successor) {
+    edit_disconnect(fp, port_net(row.port_name));
+    note_cut(port_tab[find_iport(row.port_name)].node, successor);
+}
+
+SAVED_SIDE begin_side(OPIN_ROW &row, PAD_SIDE side, PAD_WORD word) {
+    SAVED_SIDE saved = {row.pad_instance, side_pin(row, side)};
+    int32_t node = far_end_of_side(row, side, word);
+    if (is_port_node(node))
+        return saved;
+    int32_t obj = node_tab[node].obj;
+    const char *class_name = object_class_name(obj);
+    if (!trans_buffer(class_name))
+        return saved;
+    const BUFFER_CELL *buffer = get_buffer(class_name);
+    if (buffer == nullptr)
+        vmr_fail("FATAL: can't find the definition of buffer '%s' ", class_name);
+    const char *keyword = keyword_of_side(side);
+    const char *pin = side == SIDE_OUTPUT ? buffer->output : buffer->input;
+    if (pin == nullptr)
+        vmr_fail("ERROR: (%s) can't find %s in %%BUFFER %s\n\n", shown(JTAG_LIB_FILE), keyword, class_name);
+    if (verify_obj_pin_name(obj, pin, direction_of_side(side)) == nullptr)
+        vmr_fail("ERROR: (%s) %s %s specified in %%BUFFER %s\n       can't be found in file '%s'",
+                 shown(JTAG_LIB_FILE), keyword, pin, class_name, shown(MODULE_C_SDB));
+    row.pad_instance = keep_text_or_null(SDB_obj_name(sdb, obj));
+    side_pin(row, side) = pin;
+    return saved;
+}
+
+void end_side(OPIN_ROW &row, PAD_SIDE side, const SAVED_SIDE &saved) {
+    row.pad_instance = saved.instance;
+    side_pin(row, side) = saved.pin;
+}

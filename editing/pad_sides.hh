@@ -1,0 +1,57 @@
+// What stands at the core side of a pad, and how it is named in a command.
+//
+// A cell cuts a wire: the pad's pin is disconnected, and one pin of the cell takes its place on the old net,
+// which is reached through any other pin of that net, the far end. When that other pin has been cut as well,
+// by the cell of another pad on the same net, the pin of that cell that took its place stands for it.
+#pragma once
+
+#include "editing/edit_commands.hh"
+#include "planning/port_table.hh"
+#include "planning/tap_state.hh"
+#include "sdb/navigation.hh"
+
+#include <unordered_map>
+#include <unordered_set>
+
+/// What the emission of cells keeps between rows; reset by reset_emission when a run begins to write cells.
+struct EMISSION_STATE {
+    std::unordered_map<int64_t, EDIT_OPERAND> cut_pins; ///< by module and node: what took its place
+    std::unordered_set<int32_t> highz_buffers;          ///< groups whose buffer is in the file
+};
+extern EMISSION_STATE emission;
+extern int32_t ADD_BUF_COUNT; ///< running number of added pads and inverters, never reset
+
+void reset_emission();
+
+/// The two sides of a pad: the pin that drives the core, and the pin that the core drives.
+enum PAD_SIDE : int32_t { SIDE_OUTPUT, SIDE_INPUT };
+const char *&side_pin(OPIN_ROW &row, PAD_SIDE side);
+
+/// How a floating pad is spoken of.
+enum PAD_WORD : int32_t { PAD_WORD_INPUT, PAD_WORD_OUTPUT, PAD_WORD_BIDIRECTIONAL };
+
+/// The pin as an operand.
+EDIT_OPERAND side_operand(OPIN_ROW &row, PAD_SIDE side);
+/// The first node on the pin's net that is no pin of the same instance, or -1.
+int32_t far_end(const char *instance, const char *pin, int32_t direction);
+/// The same for the row's pad; ends the run when the pad floats.
+int32_t far_end_of_side(OPIN_ROW &row, PAD_SIDE side, PAD_WORD word);
+/// The operand by which a command joins a node's net. `reader` tells what to look for when the node was cut.
+EDIT_OPERAND node_operand(int32_t node);
+/// The operand of what the design has at the port: the first other node on its net.
+EDIT_OPERAND port_far_operand(const OPIN_ROW &row);
+
+/// Disconnects the pin and notes that `successor` stands on its old net from now on.
+void cut_pin(EDIT_FILE *fp, const char *instance, const char *pin, const EDIT_OPERAND &successor);
+/// The same for a port of the design.
+void cut_port(EDIT_FILE *fp, const OPIN_ROW &row, const EDIT_OPERAND &successor);
+
+/// A row's pad pin while a transparent buffer behind it stands in its place.
+struct SAVED_SIDE {
+    const char *instance;
+    const char *pin;
+};
+/// When a %TRANSPARENT_BUFFER follows the pad on this side, makes the row name that buffer's far pin.
+SAVED_SIDE begin_side(OPIN_ROW &row, PAD_SIDE side, PAD_WORD word);
+/// Makes the row name its pad again.
+void end_side(OPIN_ROW &row, PAD_SIDE side, const SAVED_SIDE &saved);

@@ -1,0 +1,23 @@
+// The top module's file: its head, the TAP, and the chip's standard ports.
+#pragma once
+
+#include "editing/standard_ports.hh"
+
+#include <vector>
+
+/// Copies the top module, begins its file in TAP_FP and writes the TAP section. Ends the run when the copy
+/// fails or the file can't be created.
+void open_and_modify_top_sdb();
+
+/// Signals that a module with cells gets from outside, by the TAP pins' names, in the order of their lines:
+/// the control signals that are in use and the extra pins, each name once.
+std::vector<const char *> crossing_signals();
+
+/// The 32 lines that tie the TAP's IDCODE input, when -external_idcode asks for them.
+void write_idcode_lines(EDIT_FILE *fp);
+
+/// The lines of %CONNECTION_TABLE.
+void rwv_do_connection_table(EDIT_FILE *fp);
+
+/// Copies a file through the shell; 0 is success.
+int copy_file(const std::string &from, const std::string &to);

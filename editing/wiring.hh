@@ -1,0 +1,12 @@
+// Wiring of the boundary register: the buffer trees of the control signals, the control pins of every cell,
+// and the serial chain.
+#pragma once
+
+#include "editing/edit_commands.hh"
+
+/// Writes trees, control wires and chain for a design with one I/O module behind its cell lines, and ends the
+/// file. SCAN_TAB must have a row, and built_bus_balance_group_tab_for_control_signal must have run.
+void connect_scan_cell_in_cmd(EDIT_FILE *&fp);
+
+/// Writes the control wires of SCAN_TAB row `row` and advances the counters of the trees that it hangs on.
+void connect_control_signal(EDIT_FILE *fp, int32_t row);
