@@ -1,0 +1,221 @@
+// The program as a user meets it before any design is read: its streams, its report, its exit status.
+#include "tests/support/scratch.hh"
+
+#include <gtest/gtest.h>
+#include <regex>
+#include <string>
+
+namespace {
+
+const std::string rimweave = RW_BIN_DIR "/rimweave";
+
+/// The text with each banner as "<banner>\n"; everything in it but the build text, year and time is compared
+/// here.
+std::string without_banner(const std::string &text) {
+    static const std::regex banner(
+        "\n=+ RIMWEAVE V2\\.6\\.0 \\([^)]+\\) Linux =+\n\nCopyright \\(c\\) [0-9]{4} The rimweave "
+        "developers\\. All "
+        "rights reserved\\.\n\nTIME: [A-Z][a-z]{2} [A-Z][a-z]{2} [ 0-9][0-9] [0-9:]{8} [0-9]{4}\n\n");
+    return std::regex_replace(text, banner, "<banner>\n");
+}
+
+/// The messages of a run that finds none of its files; `sdb` is null for a run that needs no design.
+std::string missing(const char *sdb) {
+    std::string out = "ERROR: can't find BSC file 'chip.bsc' in default searching path.\n\n"
+                      "ERROR: can't find LIB file 'chip.lib' in default searching path.\n\n";
+    if (sdb != nullptr)
+        for (const char *ending : {".sdb", ".c.sdb"})
+            out += std::string("ERROR: can't find SDB file '") + sdb + ending +
+                   "' in default searching path.\n\n";
+    return out;
+}
+
+} // namespace
+
+TEST(CommandLine, Help) {
+    scratch_folder scratch;
+    std::ifstream file(RW_SOURCE_DIR "/tests/run/help.expected");
+    std::string help{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    struct {
+        const char *arguments;
+        std::string out;
+    } const cases[] = {
+        {"", "<banner>\n" + help},
+        {"-?", help},
+        {"-HELP chip", help},
+        {"-? -bogus chip", help},
+        {"-bogus", "<banner>\n-bogus: unkown option. Please use -? for help.\n\n" + help},
+        {"-bogus -? chip", "<banner>\n-bogus: unkown option. Please use -? for help.\n\n" + help},
+    };
+    for (const auto &one : cases) {
+        run_result result = scratch.run(rimweave + " " + one.arguments);
+        EXPECT_EQ(without_banner(result.out), one.out) << one.arguments;
+        EXPECT_EQ(result.err, "") << one.arguments;
+        EXPECT_EQ(result.status, 0) << one.arguments;
+    }
+    EXPECT_EQ(scratch.run("ls -A").out, ""); // the folder is left as it was
+}
+
+TEST(CommandLine, BannerRuleFillsTheLine) {
+    scratch_folder scratch;
+    std::string out = scratch.run(rimweave + " x").out;
+    std::string rule = out.substr(1, out.find('\n', 1) - 1);
+    EXPECT_TRUE(rule.size() == 78 || rule.size() == 77) << rule;
+    EXPECT_EQ(rule.find(' '), (rule.size() - (rule.rfind(' ') - rule.find(' ') + 1)) / 2) << rule;
+}
+
+TEST(CommandLine, Faults) {
+    struct {
+        const char *arguments;
+        std::string out;
+    } const cases[] = {
+        {"a b",
+         "<banner>\n\nERROR: too many arguments.\n       rimweave can handle only one circuit at once.\n\n"},
+        {"-bogus -bad chip", "<banner>\n-bogus: unkown option. Please use -? for help.\n\n"
+                             "-bad: unkown option. Please use -? for help.\n\n"},
+        {"-add chip", "<banner>\n-add: unkown option. Please use -? for help.\n\n"},
+        {"chip -opath", "<banner>\n-opath: directory is missing. Please use -? for help.\n\n"},
+        {"chip -opath ''", "<banner>\n-opath: directory is missing. Please use -? for help.\n\n"},
+        {"- - a b",
+         "<banner>\nWARNING: empty option -???, ignored.\n\nWARNING: empty option -???, ignored.\n\n"
+         "\nERROR: too many arguments.\n       rimweave can handle only one circuit at once.\n\n"},
+        {"dir/", "<banner>\n\nERROR: 'dir/' does not name a design.\n\n"},
+        {"''", "<banner>\n\nERROR: '' does not name a design.\n\n"},
+        {"$(printf '%05000d' 0)", "<banner>\n\nERROR: the design name is longer than 1000 characters.\n\n"},
+    };
+    for (const auto &one : cases) {
+        scratch_folder scratch;
+        run_result result = scratch.run(rimweave + " " + one.arguments);
+        EXPECT_EQ(without_banner(result.out), one.out) << one.arguments;
+        EXPECT_EQ(result.err, "") << one.arguments;
+        EXPECT_EQ(result.status, 255) << one.arguments;
+        EXPECT_EQ(scratch.run("ls -A").out, "") << one.arguments; // neither a report nor a working folder
+    }
+}
+
+TEST(CommandLine, SelectedOptionsAndConflicts) {
+    struct {
+        const char *arguments;
+        std::string line; ///< behind the banner
+    } const cases[] = {
+        {"chip", missing("chip")},
+        {"-synch -no_expand -no_pad -external_idcode -dont_share_control -debug chip", missing("chip")},
+        {"-ADD_TAP chip -Add_Tap", "Selected option:  -add_tap.\n\n" + missing("chip")},
+        {"chip -dont_share_control -synch -df_speed -opath . -vhdl -add_pad -add_bcm -no_pad -no_expand "
+         "-external_idcode -add_tap",
+         "Selected option:  -add_tap -add_bcm -vhdl -add_pad -opath . -df_speed -external_idcode -synch "
+         "-no_expand "
+         "-no_pad -dont_share_control.\n\n" +
+             missing("chip")},
+        {"-add_tap_only chip", "Selected option:  -add_tap_only.\n\n" + missing(nullptr)},
+        {"-add_tap -add_tap_only chip", "Selected option:  -add_tap -add_tap_only.\n\n"
+                                        "ERROR:  option -add_tap conflicts with -add_tap_only.\n\n"},
+        {"-add_bcm -add_tap_only chip", "Selected option:  -add_tap_only -add_bcm.\n\n"
+                                        "ERROR:  option -add_bcm conflicts with -add_tap_only.\n\n"},
+        {"dir/chip.sdb", missing("dir/chip")},
+    };
+    for (const auto &one : cases) {
+        scratch_folder scratch;
+        run_result result = scratch.run(rimweave + " " + one.arguments);
+        EXPECT_EQ(without_banner(result.out), "<banner>\n" + one.line) << one.arguments;
+        EXPECT_EQ(scratch.read("chip.rwv.rpt"), result.out) << one.arguments;
+        EXPECT_EQ(result.status, 255) << one.arguments;
+        EXPECT_EQ(scratch.run("ls -A").out, "chip.rwv.rpt\nrimweave_lib\n") << one.arguments;
+    }
+}
+
+TEST(CommandLine, EmptySwitchWarnsAndGoesOn) {
+    scratch_folder scratch;
+    run_result result = scratch.run(rimweave + " - chip");
+    EXPECT_EQ(without_banner(result.out),
+              "<banner>\nWARNING: empty option -???, ignored.\n\n<banner>\n" + missing("chip"));
+    EXPECT_EQ(without_banner(scratch.read("chip.rwv.rpt")), "<banner>\n" + missing("chip"));
+}
+
+TEST(CommandLine, NamesOfDesignAndReport) {
+    struct {
+        const char *arguments, *report, *message;
+    } const cases[] = {
+        {"chip.v", "chip.v.rwv.rpt", "BSC file 'chip.v.bsc'"},
+        {"chip.c.sdb", "chip.c.rwv.rpt", "SDB file 'chip.c.c.sdb'"},
+        {"../x/chip.sdb", "chip.rwv.rpt", "SDB file '../x/chip.c.sdb'"},
+        {"-opath out chip", "out/chip.rwv.rpt", "LIB file 'chip.lib'"},
+        {"'a;touch b'", "a;touch b.rwv.rpt", "BSC file 'a;touch b.bsc'"},
+    };
+    for (const auto &one : cases) {
+        scratch_folder scratch;
+        scratch.write("out/keep", "");
+        run_result result = scratch.run(rimweave + " " + one.arguments);
+        EXPECT_EQ(result.status, 255) << one.arguments;
+        EXPECT_TRUE(scratch.has(one.report)) << one.arguments;
+        EXPECT_NE(result.out.find(one.message), std::string::npos) << result.out;
+    }
+}
+
+TEST(CommandLine, ReportFallsBackToItsSecondName) {
+    struct {
+        const char *prepare, *arguments, *report;
+        std::string warning;
+    } const cases[] = {
+        {"true", "-opath gone chip", "chip.rpt", "gone/chip.rwv.rpt"},
+        {"mkdir chip.rwv.rpt", "chip", "chip.rpt", "chip.rwv.rpt"},
+        {"mkdir chip.x.rwv.rpt", "chip.x", "chip.rpt", "chip.x.rwv.rpt"},
+        {"mkdir .x.rwv.rpt", ".x", ".x.rpt", ".x.rwv.rpt"},
+        {"mkdir one two chip.rwv.rpt; export VELMORA_DIRS=one:two", "chip", "one/chip.rpt", "chip.rwv.rpt"},
+    };
+    for (const auto &one : cases) {
+        scratch_folder scratch;
+        run_result result = scratch.run(std::string(one.prepare) + "; " + rimweave + " " + one.arguments);
+        std::string out = without_banner(result.out);
+        std::string start =
+            "<banner>\n\nWARNING: can't create report file '" + one.warning + "'.\n\n<banner>\n";
+        EXPECT_EQ(out.substr(0, start.size()), start) << one.arguments;
+        EXPECT_EQ(without_banner(scratch.read(one.report)), out.substr(out.rfind("<banner>")))
+            << one.arguments;
+    }
+    scratch_folder scratch;
+    run_result result = scratch.run("mkdir chip.rwv.rpt chip.rpt; " + rimweave + " chip");
+    EXPECT_EQ(without_banner(result.out), "<banner>\n\nWARNING: can't create report file 'chip.rwv.rpt'.\n\n"
+                                          "\n\nCan not open output report filename 'chip.rpt'!\n\n");
+    EXPECT_EQ(result.status, 255);
+}
+
+TEST(CommandLine, WorkingFolderThatCannotBeMade) {
+    scratch_folder scratch;
+    scratch.write("rimweave_lib", "a file");
+    run_result result = scratch.run(rimweave + " chip");
+    EXPECT_EQ(result.out, "\nERROR: can't open default directory .\\'rimweave_lib'.\n\n");
+    EXPECT_EQ(result.status, 255);
+    EXPECT_EQ(scratch.read("rimweave_lib"), "a file");
+}
+
+TEST(CommandLine, HostileSurroundings) {
+    struct {
+        const char *before, *after;
+        int status;
+        const char *says;
+    } const cases[] = {
+        {"", " chip >&-", 255, ""},
+        {"", " chip >/dev/full", 255, ""},
+        {"", " chip <&- >&- 2>&-", 255, ""},
+        {"mkdir d; cd d; rmdir ../d; ", " chip", 255, "can't open default directory"},
+        {"mkdir d; cd d; rmdir ../d; VELMORA=/ ", " chip", 255,
+         "FATAL Can not get current working directory!. Please check file server.\n"},
+        {"ln -s a b; ln -s b a; VELMORA=a ", " chip", 255,
+         "FATAL Please remove self-link 'a->b->a' before proceeding!"},
+        {"env -i ", " chip", 255, "can't find BSC file"},
+        {"set -o pipefail; ", " chip | true", 255, ""},
+    };
+    for (const auto &one : cases) {
+        scratch_folder scratch;
+        std::string command = one.before + rimweave + one.after;
+        scratch.write("script", command + "\n");
+        run_result result = scratch.run("bash script");
+        EXPECT_EQ(result.status, one.status) << command << "\n" << result.out << result.err;
+        EXPECT_NE((result.out + result.err).find(one.says), std::string::npos)
+            << command << result.out << result.err;
+    }
+    scratch_folder scratch; // with its output closed a run must not write over its own report
+    scratch.run(rimweave + " chip >&-");
+    EXPECT_EQ(without_banner(scratch.read("chip.rwv.rpt")), "<banner>\n" + missing("chip"));
+}
