@@ -28,7 +28,7 @@ struct table_checker {
         return SYM_count(handle->symbols);
     }
     bool fail(int32_t index, int32_t row, const char *what, int32_t value) const {
-        *fault = format_text("table %s, row %d: %s %d", sdb_table_spec[index].name, row, what, value);
+        *fault = format_text("table %s, row %d: %s %d", sdb_table_layout[index].name, row, what, value);
         return false;
     }
 };

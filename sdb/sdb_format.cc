@@ -4,7 +4,7 @@
 #include <array>
 #include <cstring>
 
-const SDB_TABLE_SPEC sdb_table_spec[SDB_FIXED_TAB_COUNT] = {
+const SDB_TABLE_LAYOUT sdb_table_layout[SDB_FIXED_TAB_COUNT] = {
     {"CLAS", 32, 512, 256},   {"PORT", 16, 1024, 512}, {"OBJ", 12, 5120, 5120}, {"NET", 8, 5120, 5120},
     {"NODE", 20, 5120, 5120}, {"PIN", 8, 5120, 2048},  {"SOBJ", 4, 5120, 5120}, {"SNET", 4, 5120, 5120},
     {"XPIN", 4, 1024, 256},   {"XNOD", 4, 1024, 256},  {"PREF", 12, 512, 5120}, {"XPOR", 4, 512, 128},

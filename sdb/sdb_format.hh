@@ -107,14 +107,14 @@ static_assert(sizeof(SDB_NET) == 8 && sizeof(SDB_NODE) == 20 && sizeof(SDB_PIN) 
 static_assert(sizeof(SDB_PREFIX) == 12);
 
 /// What a new table gets, by index 0 to 15.
-struct SDB_TABLE_SPEC {
+struct SDB_TABLE_LAYOUT {
     const char *name;    ///< short name in the file, up to four characters
     int32_t record_size; ///< in bytes
     int32_t capacity;    ///< records at first
     int32_t growth;      ///< records that a growing step adds
 };
 constexpr int32_t SDB_FIXED_TAB_COUNT = 16;
-extern const SDB_TABLE_SPEC sdb_table_spec[SDB_FIXED_TAB_COUNT];
+extern const SDB_TABLE_LAYOUT sdb_table_layout[SDB_FIXED_TAB_COUNT];
 
 /// Names of the class kinds by index; null where an index has no kind.
 constexpr int32_t SDB_CLASS_KIND_COUNT = 192;

@@ -123,10 +123,10 @@ SDB_HANDLE *create_handle(const char *path, uint32_t mask) {
     handle->version = SDB_VERSION;
     handle->symbols = SYM_init(SYM_NEW_HASH_SIZE);
     for (int32_t i = 0; i < SDB_FIXED_TAB_COUNT; i++) {
-        const SDB_TABLE_SPEC &spec = sdb_table_spec[i];
-        std::strncpy(handle->tables[i].name, spec.name, sizeof handle->tables[i].name - 1);
-        if ((mask & 1U << i) != 0 && spec.record_size > 0)
-            SDB_new_table(&handle->tables[i], i, spec.record_size, spec.capacity);
+        const SDB_TABLE_LAYOUT &layout = sdb_table_layout[i];
+        std::strncpy(handle->tables[i].name, layout.name, sizeof handle->tables[i].name - 1);
+        if ((mask & 1U << i) != 0 && layout.record_size > 0)
+            SDB_new_table(&handle->tables[i], i, layout.record_size, layout.capacity);
     }
     return finish_open(handle, false);
 }
@@ -232,14 +232,14 @@ void SDB_new_table(SDB_TABLE *table, int32_t index, int32_t record_size, int32_t
     if (capacity > room)
         dyna_core::resize(&table->data, capacity - room);
     if (index < SDB_FIXED_TAB_COUNT)
-        dyna_core::set_delta(table->data, static_cast<uint32_t>(sdb_table_spec[index].growth));
+        dyna_core::set_delta(table->data, static_cast<uint32_t>(sdb_table_layout[index].growth));
 }
 
 // Room doubles, since a table of millions of records would be moved too often by its fixed step.
 int32_t SDB_grow_table(SDB_HANDLE *handle, int32_t index, int32_t n) {
     SDB_TABLE &table = handle->tables[index];
     if (table.data == nullptr)
-        SDB_new_table(&table, index, sdb_table_spec[index].record_size, sdb_table_spec[index].capacity);
+        SDB_new_table(&table, index, sdb_table_layout[index].record_size, sdb_table_layout[index].capacity);
     void *before = table.data;
     int64_t need = int64_t{table.count} + n + 1;
     int64_t room = dyna_core::capacity(table.data);

@@ -126,8 +126,8 @@ void read_descriptors(SDB_HANDLE *handle, byte_reader header) {
 const unsigned char *find_records(const SDB_HANDLE *handle, int32_t index, const byte_reader &file,
                                   int32_t *status) {
     const SDB_TABLE &table = handle->tables[index];
-    int32_t expected = sdb_table_spec[index].record_size;
-    std::string where = std::string("table ") + sdb_table_spec[index].name + ": ";
+    int32_t expected = sdb_table_layout[index].record_size;
+    std::string where = std::string("table ") + sdb_table_layout[index].name + ": ";
     if (table.count < 0) {
         *status = refuse(handle, where + "the count " + std::to_string(table.count) + " is negative");
     } else if (index <= SDB_PROP_TAB ? table.record_size != expected : table.record_size < 0) {
@@ -156,7 +156,7 @@ int32_t load_table(SDB_HANDLE *handle, int32_t index, const byte_reader &file) {
         }
     }
     if (count == 0 || table.record_size == 0) {
-        table.record_size = sdb_table_spec[index].record_size;
+        table.record_size = sdb_table_layout[index].record_size;
         count = 0;
         if (table.record_size == 0) {
             table.count = 0;

@@ -123,11 +123,11 @@ std::string make_image(bool swapped, const std::string &marker, uint32_t version
         header.raw(0xDEADBEEF);
     for (int32_t i = 0; i < SDB_TAB_COUNT; i++) {
         bool fixed = i < SDB_FIXED_TAB_COUNT;
-        std::string name = fixed ? sdb_table_spec[i].name : "";
+        std::string name = fixed ? sdb_table_layout[i].name : "";
         name.resize(4);
         header.text(name.data(), 4);
         header.word(places[i].first);
-        header.word(fixed ? static_cast<uint32_t>(sdb_table_spec[i].record_size) : 0);
+        header.word(fixed ? static_cast<uint32_t>(sdb_table_layout[i].record_size) : 0);
         header.raw(0xDEADBEEF); // a stored pointer
         header.word(places[i].second);
     }
