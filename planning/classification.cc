@@ -15,11 +15,10 @@
 #include "support/text.hh"
 
 #include <algorithm>
-#include <map>
 #include <string>
 #include <string_view>
 #include <strings.h>
-#include <utility>
+#include <unordered_map>
 #include <vector>
 
 const char *INVERTER_INPUT = nullptr;
@@ -146,22 +145,23 @@ void save_OPIN_TAB_for_adding_scan_cell_internal(int32_t row_index) {
 /// Two rows that would cut one wire spoil each other's cell: two ports on one pad, or one port under two
 /// names.
 void check_no_wire_is_cut_twice() {
-    std::map<std::pair<int32_t, std::string>, const OPIN_ROW *> cuts; // by object and pin; -1 for a bare port
-    auto cut = [&](const OPIN_ROW &row, int32_t obj, const std::string &pin) {
-        auto [known, is_new] = cuts.try_emplace({obj, pin}, &row);
+    std::unordered_map<int32_t, const OPIN_ROW *> cuts; // by node
+    auto cut = [&](const OPIN_ROW &row, int32_t node) {
+        auto [known, is_new] = cuts.try_emplace(node, &row);
         if (!is_new && known->second != &row)
             vmr_fail("ERROR: (%s) '%s' and '%s' need a boundary scan cell at the same place.\n"
                      "       Please correct your SDB or specify one of them as skip signal.\n\n",
                      PIN_FILE, known->second->port_name, row.port_name);
     };
     for (const OPIN_ROW &row : rows(OPIN_TAB)) {
-        if (row.scan_cell == nullptr || (row.kind == CELL_INTERNAL && row.scan_cell->data_out == nullptr))
-            continue;
-        if (row.pad == nullptr && row.kind != CELL_INTERNAL)
-            cut(row, -1, std::to_string(find_iport(row.port_name)));
+        bool is_internal = row.kind == CELL_INTERNAL;
+        if (row.scan_cell == nullptr || (is_internal && row.scan_cell->data_out == nullptr))
+            continue; // a cell that only observes cuts nothing
+        if (row.pad == nullptr && !is_internal)
+            cut(row, port_tab[find_iport(row.port_name)].node);
         for (const char *pin : {row.pad_input, row.pad_output})
             if (pin != nullptr)
-                cut(row, row.pad_obj, pin);
+                cut(row, find_pin_node(row.pad_obj, pin));
     }
 }
 
