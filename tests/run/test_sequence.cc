@@ -81,12 +81,13 @@ TEST(Sequence, InputsThatAreDirectories) {
 TEST(Sequence, MemoryFaultIsToldInBothSinks) {
     scratch_folder scratch;
     lay_out_chip(scratch);
-    scratch.write("bin/kalmverin", R"(#!/bin/bash
+    scratch.write("bin/kalmverin", R"sh(#!/bin/bash
 pid=$PPID
 while [ "$(cat /proc/$pid/comm)" != rimweave ]; do pid=$(awk '{print $4}' /proc/$pid/stat); done
 kill -SEGV $pid
-)");
-    run_result result = scratch.run("chmod +x bin/kalmverin; PATH=$PWD/bin:$PATH " + rimweave + " -add_tap_only chip");
+)sh");
+    run_result result =
+        scratch.run("chmod +x bin/kalmverin; PATH=$PWD/bin:$PATH " + rimweave + " -add_tap_only chip");
     EXPECT_EQ(result.status, 255);
     EXPECT_TRUE(holds(result.out, "\nInternal Error:\nPlease contact")) << result.out;
     EXPECT_TRUE(holds(scratch.read("chip.rwv.rpt"), "\nInternal Error:\nPlease contact"));
