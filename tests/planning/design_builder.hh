@@ -37,8 +37,11 @@ inline constexpr std::string_view CELLS = R"(
     MXB1 I:in OEN:in PAD:io C:out T:in S:in
     MXB2 I:in OEN:in PAD:io C:out T:in S:in T2:in S2:in
     PLAIN A:in Z:out
+    FEED A:in Z:out
     GATE A:in B:in Z:out
     XPAD A:in PAD:io
+    TIEX Z:out A:in
+    TAPC mode2:out
 )";
 
 class design_builder {

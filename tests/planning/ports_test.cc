@@ -180,6 +180,16 @@ const PLANNING_CASE PORTS[] = {
      "tdo kind 3 - net GND pins i/-\n",
      "WARNING: Pin %TDO 'tdo' was connected to GND or VCC.\n"
      "         i of po will be disconnected.\n"},
+    {"tdo_fed_by_a_constant_behind_an_added_cell",
+     "out tdo\n OBUF po I=VELMORA_EXP_ADDED_NET7 PAD=tdo\n TIEX x Z=VELMORA_EXP_ADDED_NET7 A=1",
+     "1 DO tdo *\n", "tdo kind 3 - net VELMORA_EXP_ADDED_NET7 pins I/-\n",
+     "WARNING: Pin %TDO 'tdo' was connected to GND or VCC.\n"
+     "         I of po will be disconnected.\n"},
+    {"tied_mode_of_an_existing_tap", "in a\n BSIN pa PAD=a C=n\n GATE u A=n\n TAPC u_tap mode2=0",
+     "1 A a *\n", "a kind 1 BSIN net n pins -/C\n",
+     "WARNING: Pin %MODE_2 'mode2' of TAP 'u_tap' was connected to GND.\n"
+     "         %MODE_2 'mode2' will be disconnected.\n"},
+    {"plain_buffer_next_to_a_port", "in a\n FEED p A=a Z=n\n", "1 A a *\n", "a kind 7 - net - pins -/-\n"},
 };
 
 INSTANTIATE_TEST_SUITE_P(Decisions, PortTest, testing::ValuesIn(PORTS),
