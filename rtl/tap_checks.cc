@@ -112,10 +112,13 @@ void refuse_enable_values() {
                          JTAG_BSC_FILE, value, instruction.enable_pins[i], instruction.name);
 }
 
-/// The cells' high-impedance pins need a source in the TAP.
+/// The cells' high-impedance pins need a source in the TAP: the command's own port, or the mode that it
+/// shares.
 void refuse_highz_without_source() {
-    if (option(OPT_ADD_TAP) && BCELL_HAS[SIG_HIGHZ] && !has_instruction(KNOWN_HIGHZ) &&
-        check_hiz_signal() == 0)
+    if (!option(OPT_ADD_TAP) || !BCELL_HAS[SIG_HIGHZ] || has_instruction(KNOWN_HIGHZ))
+        return;
+    int32_t mode = check_hiz_signal();
+    if (mode == 0 || !BCELL_HAS[MODE_SIGNALS[mode - 1]])
         vmr_fail("ERROR: (%s) the scan cells have %%HIGHZ, but %%INSTRUCTION_TABLE has no HIGHZ.\n\n",
                  JTAG_BSC_FILE);
 }
@@ -140,20 +143,33 @@ std::string name_key(std::string name) {
     return name;
 }
 
+/// The names that are taken before any port has one, with what has them.
+std::unordered_map<std::string, const char *> taken_names() {
+    std::unordered_map<std::string, const char *> taken;
+    auto take = [&taken](const std::string &name) { taken[name_key(name)] = "a name of its own logic"; };
+    for (const char *name : INNER_NAMES)
+        take(name);
+    if (option(OPT_VHDL)) {
+        for (const char *name : MODULE_NAMES)
+            take(name);
+        for (CONTROL_SIGNAL signal : {SIG_SHIFT, SIG_CLOCK, SIG_RST})
+            take(std::string(TAP_PIN[signal]) + "_net");
+    }
+    if (!BCELL_HAS[SIG_RST])
+        take(TAP_PIN[SIG_RST]);
+    for (const ENABLE_PIN &pin : rows(INST_ENABLE_PIN))
+        if (pin.gate_kind != GATE_NONE)
+            take(std::string(pin.name) + (option(OPT_VHDL) ? "_net" : "_wire"));
+    return taken;
+}
+
 void refuse_names() {
     refuse_name(TAP_MODULE_NAME);
-    std::unordered_map<std::string, const char *> taken;
-    for (const char *name : INNER_NAMES)
-        taken[name_key(name)] = "a name of its own logic";
-    for (const char *name : MODULE_NAMES) {
+    for (const char *name : MODULE_NAMES)
         if (name_key(name) == name_key(TAP_MODULE_NAME))
             vmr_fail("ERROR: (%s) TAP module '%s' has the name of a module inside it.\n\n", JTAG_BSC_FILE,
                      TAP_MODULE_NAME);
-        if (option(OPT_VHDL))
-            taken[name_key(name)] = "a name of its own logic";
-    }
-    if (!BCELL_HAS[SIG_RST])
-        taken[name_key(TAP_PIN[SIG_RST])] = "a name of its own logic";
+    std::unordered_map<std::string, const char *> taken = taken_names();
     for (const TAP_MODULE_PORT &port : tap_ports()) {
         refuse_name(port.name);
         auto [place, free] = taken.emplace(name_key(port.name), "the name of another port");

@@ -1,0 +1,99 @@
+// Single lines of the generated text: the rules that depend on the instruction table, case by case, and the
+// template engine under them.
+#include "support/template_text.hh"
+#include "tests/rtl/tap_case.hh"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+const std::string BASE = "EXTEST 000 boundary\nSAMPLE 001,101 boundary\nBYPASS 111 bypass\n";
+
+struct line_case {
+    std::string table;
+    const char *needs;
+    std::string expected; ///< must stand in the text
+};
+
+TEST(tap_rtl, lines_that_follow_from_the_instruction_table) {
+    const line_case cases[] = {
+        // modes: HIGHZ joins the mode whose pin it shares, and the third mode has its own spacing
+        {BASE, "mode2", "assign  MODE2 = 1'b0;\n"},
+        {BASE, "mode2 vhdl", "    MODE2 <= '0';\n"},
+        {BASE + "HIGHZ 010 bypass\n", "mode2 shared_highz2", "assign  MODE2 =( INST == 3'b010 );\n"},
+        {BASE + "HIGHZ 010 bypass\nCLAMP 011,100 bypass\n", "mode3 shared_highz3",
+         "assign  MODE3 = ( INST == 3'b000 ) | ( INST == 3'b001 )| ( INST == 3'b101 ) | ( INST == 3'b010 ) | "
+         "( INST == 3'b011 ) | ( INST == 3'b100 );\n"},
+        {BASE + "HIGHZ 010 bypass\n", "mode1 shared_highz1 vhdl",
+         "    MODE1 <= '1' when ( INST = \"000\" ) or ( INST = \"010\" )\n                else '0';\n"},
+        // CLAMP with several opcodes
+        {BASE + "CLAMP 011,100 bypass\n", "update",
+         "        assign UPDATE_DR = ~( ( INST == 3'b011 ) | ( INST == 3'b100 ) ) & "
+         "tap_UPDATE_DR;\nendmodule\n"},
+        // enable pins: active low, shared by instructions, more than four, defaults
+        {BASE + "M 010,011 r a=0\nN 100 r a\n", "",
+         "        assign  a = ~( ( INST == 3'b010 ) || ( INST == 3'b011 ) ||\n"
+         "                    ( INST == 3'b100 ) );\n"},
+        {BASE + "M 010 r a=0\n", "vhdl", "    a <= '0' when ( INST = \"010\" )\n                else '1';\n"},
+        {BASE + "M 010 r a b c d e f\n", "",
+         "DR_SELECT, INST,\n                          a, b, c, d,\n                          e, f);\n"},
+        {BASE + "M 010 r a=00\nN 011 r a=10\nO 100 r a=01\nP 110 r a=11\n", "",
+         "                    2'b11;\n\n"},
+        {BASE + "M 010 r a=00\nN 011 r a=10\n", "vhdl",
+         "    a <=   \"00\" when  INST = \"010\" else\n             \"10\" when  INST = \"011\" else\n"
+         "            \"01\";\n"},
+        // gates
+        {BASE + "M 010 r a:NAND:SHIFT_DR\n", "", "assign a = ~(a_wire & SHIFT_DR);\n\n"},
+        {BASE + "M 010 r a:XNOR:b b\n", "", "assign a = a_wire ^~ b;\n\n"},
+        {BASE + "M 010 r a:XNOR:b b\n", "vhdl", "    a <= not (a_net xor b_net);\n\n"},
+        {BASE + "M 010 r a:NOR:clock_dr\n", "vhdl", "    a <= not (a_net or clock_dr_net);\n\n"},
+        // one spelling per register, one wire per register module, one choice per opcode
+        {BASE + "IDCODE 010 IdCode\nM 011 myReg[3]\nN 100 MYREG\n", "idcode",
+         "(INST == 3'b100) ? `SEL_myReg:\n"},
+        {BASE + "IDCODE 010 IdCode\n", "idcode", "BYPASS_out, BOUNDARY_out, IDCODE_out);\n"},
+        {BASE + "IDCODE 010 IdCode\n", "", "assign IDCODE_out = 1'b0;\n\n"},
+        {BASE + "M 001 r\nN 110 r\n", "vhdl",
+         "    when \"111\" => DR_SELECT <= SEL_BYPASS;\n    when \"110\" => DR_SELECT <= SEL_r;\n"},
+        {"EXTEST x00 boundary\nSAMPLE 001 boundary\nBYPASS 111 bypass\n", "vhdl mode1", "( INST = \"X00\" )"},
+        // the instruction register
+        {BASE, "nocapture", "3'b001;\n"},
+        {BASE + "USERCODE 010 usercode\n", "", "UPD_IR <= 3'b010;\n"},
+    };
+    for (const line_case &one : cases) {
+        testing::internal::CaptureStdout();
+        std::string text = rtl_of({"", one.table, one.needs});
+        testing::internal::GetCapturedStdout();
+        EXPECT_NE(text.find(one.expected), std::string::npos) << one.table << one.needs << "\n"
+                                                              << one.expected;
+    }
+}
+
+TEST(template_text, conditions_lists_and_names) {
+    TEMPLATE_VALUES values;
+    values.letters = "A";
+    values.names = {{"X", "ex"}, {"N-1", "3"}, {"LINES", "a\nb"}};
+    values.lists['L'] = {{{"X", "1"}}, {{"X", "2"}}};
+    values.lists['E'] = {};
+    EXPECT_EQ(
+        expand_template(R"(
+        |always <X> at the end 
+    A   |A
+    a   |no A
+    Aa  |never
+        |
+    L   |<X>,
+    LA  |<X>; <N-1>
+    La  |no
+        |between
+    L   |<X>
+    E   |nothing
+        |if (a <= <X> && b < c) <Y> <<X>>
+        |[<LINES>]
+    )",
+                        values),
+        "always ex at the end \nA\n\n1,\n1; 3\n2,\n2; 3\nbetween\n1\n2\nif (a <= ex && b < c) <Y> <ex>\n"
+        "[a\nb]\n");
+    EXPECT_EQ(expand_template("", values), "");
+}
+
+} // namespace
