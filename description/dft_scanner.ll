@@ -6,7 +6,13 @@
 %array
 %x LINE_COMMENT BLOCK_COMMENT
 
+%top{
+// The prefix does not reach this one name of an array scanner: without another name three scanners would share it.
+#define yytext_ptr dft_yytext_ptr
+}
 %{
+#undef yytext_ptr
+static char *&yytext_ptr = dft_yytext_ptr;
 #include "description/syntax_tree.hh"
 #include "description/tables.hh"
 #include "support/text.hh"
