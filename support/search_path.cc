@@ -27,8 +27,11 @@ bool full_path_is_built = false;
 
 /// Finds the entry of search_path that names the same directory as a new one. Links are followed once for
 /// each entry, and not before two entries with different texts meet.
-class directory_index {
-  public:
+struct directory_index {
+    std::unordered_map<std::string, const char *> by_text;
+    std::unordered_map<std::string, const char *> by_target;
+    std::vector<const char *> unresolved;
+
     const char *find(const char *entry) {
         if (auto known = by_text.find(entry); known != by_text.end())
             return known->second;
@@ -49,11 +52,6 @@ class directory_index {
         by_target.clear();
         unresolved.clear();
     }
-
-  private:
-    std::unordered_map<std::string, const char *> by_text;
-    std::unordered_map<std::string, const char *> by_target;
-    std::vector<const char *> unresolved;
 };
 
 directory_index search_index;
