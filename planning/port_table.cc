@@ -128,8 +128,6 @@ int32_t create_an_entry_of_OPIN_TAB(int32_t pin_index, const char *core_name) {
     row.port_name = keep_text(without_minus(core_name));
     row.inverted = is_active_low(core_name) ? 1 : 0;
     row.scan_cell_name = pin.bsc_name;
-    row.hier_classes = DYNA_init<const char *>();
-    row.hier_instances = DYNA_init<const char *>();
     row.kind = CELL_NONE;
     row.pad_obj = -1;
     std::fill(std::begin(row.mode_net), std::end(row.mode_net), -1);
