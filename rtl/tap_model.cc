@@ -70,8 +70,10 @@ void check_what_instructions_access() {
 void init_various_flags() {
     for (int32_t &row : INST_EXIST)
         row = -1;
+    DYNA_free(&ACCESS_REG);
     ACCESS_REG = DYNA_init<const char *>();
     append_row<const char *>(ACCESS_REG, "BYPASS");
+    DYNA_free(&INST_ENABLE_PIN);
     INST_ENABLE_PIN = DYNA_init<ENABLE_PIN>();
     for (STANDARD_PORT_STATE &port : TAP_PORT)
         port.row = nullptr;

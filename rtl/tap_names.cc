@@ -131,6 +131,7 @@ void jtag_init() {
         resolve_name(HIGHZ_COMMAND_NAME);
         HIZ_OVERLAP = check_hiz_signal();
     }
+    DYNA_free(&TAP_EXTRA_PIN);
     TAP_EXTRA_PIN = DYNA_init<const char *>();
     for (int32_t n = 0; n < BCELL_EXTRA; ++n)
         append_row(TAP_EXTRA_PIN, without_minus(TAP_CONTR->extras[n]));

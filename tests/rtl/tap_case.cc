@@ -54,8 +54,15 @@ void add_enable(INSTRUCTION &row, const std::string &text) {
     append_row(row.gate_kinds, kind);
 }
 
+/// Starts a table anew. The old one stays reachable: its rows may hold tables of their own.
+template <class T> void start_anew(T *&table) {
+    static auto &kept = *new std::vector<T *>; // never destroyed
+    kept.push_back(table);
+    table = nullptr;
+}
+
 void set_instructions(const std::string &text) {
-    INSTRUCTIONS = nullptr;
+    start_anew(INSTRUCTIONS);
     for (const std::string &line : split(text, '\n')) {
         std::istringstream words(line);
         std::string name, opcodes, reg;
@@ -77,7 +84,9 @@ void clear_run() {
     std::fill(std::begin(TAP_PIN), std::end(TAP_PIN), nullptr);
     BCELL_EXTRA = TDO_EN_LOW = rwv_hier_tap_ctrlG = 0;
     TAP_TDO_EN_PIN = TAP_HIZ_PIN = GLOBAL_TRST = IDCODE_REG = org_tap_instance_nameG = nullptr;
-    TAP_EXTRA_PIN = USERCODE_REG = INST_CAPTURE = nullptr;
+    start_anew(TAP_EXTRA_PIN);
+    start_anew(USERCODE_REG);
+    start_anew(INST_CAPTURE);
     for (STANDARD_PORT_STATE &port : TAP_PORT)
         port.tap_pin = nullptr;
     TOP_MODULE = "chip";
@@ -137,7 +146,7 @@ void set_up_tap(const tap_case &tap) {
         if (word.starts_with("shared_highz"))
             cell.highz_command = keep_format("MODE%c", word.back());
     }
-    TAP_CELL_HASH_TAB = nullptr;
+    start_anew(TAP_CELL_HASH_TAB);
     add_record(TAP_CELL_HASH_TAB, &cell);
 }
 
