@@ -45,18 +45,18 @@ constexpr switch_entry switches[] = {
 
 /// The line of selected options in its order. The line is printed when one of those that ask for it is set.
 struct selected_entry {
-    OPTION_INDEX index;
     const char *text;
+    OPTION_INDEX index;
     bool asks_for_line;
 };
 
 constexpr selected_entry selected[] = {
-    {OPT_ADD_TAP, " -add_tap", true},   {OPT_ADD_TAP_ONLY, " -add_tap_only", true},
-    {OPT_ADD_BCM, " -add_bcm", true},   {OPT_VHDL, " -vhdl", true},
-    {OPT_ADD_PAD, " -add_pad", true},   {OPT_OPATH, " -opath ", true},
-    {OPT_DF_SPEED, " -df_speed", true}, {OPT_EXTERNAL_IDCODE, " -external_idcode", false},
-    {OPT_SYNCH, " -synch", false},      {OPT_NO_EXPAND, " -no_expand", false},
-    {OPT_NO_PAD, " -no_pad", false},    {OPT_DONT_SHARE_CONTROL, " -dont_share_control", false},
+    {" -add_tap", OPT_ADD_TAP, true},   {" -add_tap_only", OPT_ADD_TAP_ONLY, true},
+    {" -add_bcm", OPT_ADD_BCM, true},   {" -vhdl", OPT_VHDL, true},
+    {" -add_pad", OPT_ADD_PAD, true},   {" -opath ", OPT_OPATH, true},
+    {" -df_speed", OPT_DF_SPEED, true}, {" -external_idcode", OPT_EXTERNAL_IDCODE, false},
+    {" -synch", OPT_SYNCH, false},      {" -no_expand", OPT_NO_EXPAND, false},
+    {" -no_pad", OPT_NO_PAD, false},    {" -dont_share_control", OPT_DONT_SHARE_CONTROL, false},
 };
 
 /// Switches that exclude each other, in the words of their message.

@@ -106,8 +106,9 @@ void RC_add(const std::string &key, std::string_view value) {
         append_row(rc_tab, rc_entry{keep_text(name), nullptr});
         rc_index.emplace(name, row);
     }
+    rc_entry &entry = rc_tab[row];
     for (std::string_view one : make_list(value))
-        append_row(rc_tab[row].values, keep_text(one));
+        append_row(entry.values, keep_text(one));
 }
 
 /// The statement that is being read.
@@ -174,7 +175,7 @@ int RC_load(const char *name, const char *section) {
 
 const char *RC_sget(const char *pattern, const char *default_value) {
     const char **values = RC_search(pattern);
-    return DYNA_count(values) > 0 ? values[0] : default_value;
+    return values != nullptr && DYNA_count(values) > 0 ? values[0] : default_value;
 }
 
 const char **RC_search(const char *pattern) {

@@ -45,18 +45,19 @@ char *take_bytes(text_store &texts, size_t bytes) {
 } // namespace
 
 std::string format_list(const char *format, va_list values) {
-    va_list again;
-    va_copy(again, values);
     char small[512];
-    int length = std::vsnprintf(small, sizeof small, format, values);
-    std::string text;
-    if (length >= 0 && static_cast<size_t>(length) < sizeof small) {
-        text.assign(small, static_cast<size_t>(length));
-    } else if (length >= 0) {
-        text.resize(static_cast<size_t>(length));
-        std::vsnprintf(text.data(), text.size() + 1, format, again);
-    }
-    va_end(again);
+    va_list first_pass;
+    va_copy(first_pass, values);
+    // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): va_copy has just set it
+    int length = std::vsnprintf(small, sizeof small, format, first_pass);
+    va_end(first_pass);
+    if (length < 0)
+        return {};
+    std::string text(static_cast<size_t>(length), '\0');
+    if (text.size() < sizeof small)
+        std::memcpy(text.data(), small, text.size());
+    else
+        std::vsnprintf(text.data(), text.size() + 1, format, values);
     return text;
 }
 
