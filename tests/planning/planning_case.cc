@@ -92,6 +92,11 @@ void write_descriptions(const scratch_folder &scratch, const PLANNING_CASE &plan
 void set_the_run_up(const PLANNING_CASE &planned) {
     for (int each : planned.options)
         JTAG_OPTION[each] = 1;
+    // Other tests of the program may have left roles set.
+    for (const char **role : {&INPUT_SCAN, &CLOCK_SCAN, &OUTPUT_SCAN, &BIDIR_SCAN, &CONTROL_SCAN,
+                              &CONTROL_OE_SCAN, &INPUT_MUX_SCAN, &CLOCK_MUX_SCAN, &OUTPUT_MUX_SCAN,
+                              &BIDIR_MUX_SCAN, &INTERNAL_SCAN, &OBSERVE_ONLY_SCAN})
+        *role = nullptr;
     CMD_set_path(nullptr, ".", nullptr);
     TOP_MODULE = "chip";
     JTAG_LIB_FILE = "chip.lib";

@@ -3,6 +3,7 @@
 
 #include "tests/support/scratch.hh"
 
+#include <ostream>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -19,6 +20,10 @@ struct PLANNING_CASE {
     const char *library = "";      ///< further .lib blocks
     const char *tap_items = "";    ///< further items of the TAP cell
 };
+
+inline void PrintTo(const PLANNING_CASE &planned, std::ostream *stream) {
+    *stream << planned.name;
+}
 
 /// How far a case goes and what it shows: the rows after the walk, or the rows in chain order, with the
 /// control drivers.
