@@ -145,7 +145,7 @@ EDIT_OPERAND tap_here(const char *pin) {
 
 /// Where the signal stops it is joined to its new port, freed of what the design has on it.
 void connect_stop(const SIGNAL_ROUTE &route, const std::string &port) {
-    EDIT_OPERAND pin = place_operand(route.places[route.stop]);
+    EDIT_OPERAND pin = place_operand(route.steps[route.stop].place);
     if (route.cut)
         edit_disconnect(PAD_FP, pin);
     edit_connect(PAD_FP, pin, port_net(port.c_str()));
@@ -174,11 +174,12 @@ void connect_in_tap_module(const SIGNAL_ROUTE &route, const PAD_LEVEL &level, co
         edit_connect(PAD_FP, pin_of(level.child, up.c_str()), tap_here(pin));
         return;
     }
-    const SIGNAL_PLACE &place = route.places[level.number];
-    if (place.pin == nullptr)
+    const ROUTE_STEP &step = route.steps[level.number];
+    if (step.place.pin == nullptr)
         return;
-    EDIT_OPERAND pad = place_operand(place);
-    if (route.cut && route.stop == level.number)
+    EDIT_OPERAND pad = place_operand(step.place);
+    // What comes in from above by a port is cut off: the TAP drives the pin now.
+    if (step.driven || (route.cut && route.stop == level.number))
         edit_disconnect(PAD_FP, pad);
     if (level.number == 0)
         edit_connect(PAD_FP, tap_here(pin), pad);

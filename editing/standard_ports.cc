@@ -94,9 +94,9 @@ bool leave_module(SIGNAL_PLACE &place, const char *instance, const char *port, c
 void start_route(SIGNAL_ROUTE &route, int32_t levels, int32_t start) {
     // The place in the top is kept: a port that is new has it already.
     route = {start, -1, nullptr, route.top, false, false};
-    route.places = DYNA_init<SIGNAL_PLACE>();
+    route.steps = DYNA_init<ROUTE_STEP>();
     for (int32_t k = 0; k < levels; k++)
-        append_row(route.places);
+        append_row(route.steps);
 }
 
 /// Leads a pad that stands beside the path, in a module below it, up to the path.
@@ -124,12 +124,12 @@ void follow_level(SIGNAL_ROUTE &route, SIGNAL_PLACE &place, int32_t level, const
                   bool to_pad, const char *port) {
     if (route.stop >= 0 || level < route.start || place.pin == nullptr)
         return;
-    route.places[level] = place;
+    int32_t node = SDB_nl_search_node(place.instance, place.pin);
+    bool driven = to_pad && node >= 0 && is_driven(node);
+    route.steps[level] = {place, driven};
     if (!tied && leave_module(place, path.hier_instances[level], port, path.hier_classes[level]))
         return;
     route.stop = level;
-    int32_t node = SDB_nl_search_node(place.instance, place.pin);
-    bool driven = to_pad && node >= 0 && is_driven(node);
     route.cut = tied || driven;
     if (driven && !tied)
         warn_of_cut(place);
@@ -138,6 +138,18 @@ void follow_level(SIGNAL_ROUTE &route, SIGNAL_PLACE &place, int32_t level, const
 SIGNAL_PLACE start_place(STANDARD_PORT port) {
     OPIN_ROW &row = *TAP_PORT[port].row;
     return {row.pad_instance, row_pin(row, port)};
+}
+
+/// The top module may drive the pin by which the TDO signal goes down to its pad.
+void look_at_tdo_in_top() {
+    SIGNAL_ROUTE &route = PORT_ROUTES[PORT_TDO];
+    if (!option(OPT_ADD_TAP) || TAP_PORT[PORT_TDO].row == nullptr || route.stop >= 0 ||
+        route.top.instance == nullptr)
+        return;
+    SDB_HANDLE *before = sdb;
+    open_sdb_file(MODULE_SDB);
+    route.cut_in_top = tdo_has_driver(route.top);
+    close_module(before);
 }
 
 } // namespace
@@ -251,6 +263,7 @@ void bs_search_standard_ports(int32_t index) {
     }
     if (enable.pin != nullptr)
         TDO_EN_ROUTE.top = enable;
+    look_at_tdo_in_top();
     if (TDO_EN_ROUTE.stop >= 0)
         TAP_PORT[PORT_TDO].row->mode_net[1] = 1;
     else if (TDO_EN_ROUTE.start < levels && enable.pin != nullptr)

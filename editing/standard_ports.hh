@@ -17,15 +17,20 @@ struct SIGNAL_PLACE {
     const char *pin;
 };
 
+/// One level of a signal's way.
+struct ROUTE_STEP {
+    SIGNAL_PLACE place; ///< the pin that carries the signal there
+    bool driven;        ///< a signal towards the pad: the design drives the pin already
+};
+
 /// The way of one signal up the pads' path.
 struct SIGNAL_ROUTE {
-    int32_t start; ///< level of the pad; the number of levels when it stands in the top module
-    int32_t stop;  ///< level at which the signal found no port; -1 when it reaches the top
-    SIGNAL_PLACE
-        *places;      ///< table: by level, the pin that carries the signal there; null rows outside the way
-    SIGNAL_PLACE top; ///< the pin or port that carries it in the top module, when it reaches that
-    bool cut;         ///< where it stops, the pin is to be freed of what the design has on it
-    bool cut_in_top;  ///< the same for the pin in the top module
+    int32_t start;     ///< level of the pad; the number of levels when it stands in the top module
+    int32_t stop;      ///< level at which the signal found no port; -1 when it reaches the top
+    ROUTE_STEP *steps; ///< table: by level; null places outside the way
+    SIGNAL_PLACE top;  ///< the pin or port that carries it in the top module, when it reaches that
+    bool cut;          ///< where it stops, the pin is to be freed of what the design has on it
+    bool cut_in_top;   ///< the same for the pin in the top module
 };
 
 /// Routes of the five ports, and of the enable of the TDO pad. Set by bs_search_standard_ports.

@@ -34,8 +34,7 @@ void write_path_file(int32_t level, bool holds_tap) {
     std::string file = std::string(RIMWEAVE_OPATH) + "/" + module + ".cmd";
     EDIT_FILE *fp = edit_begin_file(file, module, true);
     if (fp == nullptr)
-        vmr_fail("ERROR: can't open command file '%s' to update SDB.\n\n", file.c_str());
-    vmr_printf("    .Editing command file    %s ...\n", file.c_str());
+        vmr_fail("ERROR: can't open command file \"%s\" to update SDB.\n", file.c_str());
     if (!holds_tap) {
         edit_replace(fp, path[level + 1].inst, std::string(path[level + 1].module) + "_bs");
         TAP_INSTANCE_NAME = path[level + 1].inst;
