@@ -105,14 +105,20 @@ std::string vhdl_output_io_interface_of_TAP() {
     return text + "    );\n";
 }
 
+constexpr const char COMPONENT_VHDL[] = R"(
+    |    component  <NAME>
+    |<PORTS>    end component;
+    |    for all: <NAME> use entity work.<NAME>(BEHAVIOR);
+    |
+)";
+
 std::string include_vhdl_component_into_TAP(const TEMPLATE_VALUES &values) {
     std::string text;
     for (const TAP_PART *part : COMPONENT_ORDER)
         if (is_needed(part)) {
-            std::string name = part->name;
-            text += "    component  " + name + "\n" + expand_template(part->vhdl_ports, values) +
-                    "    end component;\n    for all: " + name + " use entity work." + name +
-                    "(BEHAVIOR);\n\n";
+            TEMPLATE_VALUES component;
+            component.names = {{"NAME", part->name}, {"PORTS", expand_template(part->vhdl_ports, values)}};
+            text += expand_template(COMPONENT_VHDL, component);
         }
     return text;
 }
