@@ -111,15 +111,6 @@ bool misses_pin_of_role(const CELL_CHECK &check, const SCAN_CELL &cell) {
     return fault;
 }
 
-// Notes which control signals the cell wants; no flag is ever taken back.
-void note_control_pins(const SCAN_CELL &cell) {
-    for (CONTROL_SIGNAL signal : {SIG_RST, SIG_UPDATE, SIG_HIGHZ, SIG_MODE1, SIG_MODE2, SIG_MODE3})
-        if (cell.*CONTROL_SIGNALS[signal].cell_pin != nullptr)
-            BCELL_HAS[signal] = 1;
-    if (DYNA_count(cell.extras) > BCELL_EXTRA)
-        BCELL_EXTRA = DYNA_count(cell.extras);
-}
-
 void warn_of_modes(const CELL_CHECK &check, SCAN_CELL &cell) {
     bool any = cell.mode_1 != nullptr || cell.mode_2 != nullptr || cell.mode_3 != nullptr;
     if (check.warning == WARN_NO_MODE && !any)
@@ -169,6 +160,14 @@ bool check_cell(const CELL_CHECK &check, const char *name) {
 }
 
 } // namespace
+
+void note_control_pins(const SCAN_CELL &cell) {
+    for (CONTROL_SIGNAL signal : {SIG_RST, SIG_UPDATE, SIG_HIGHZ, SIG_MODE1, SIG_MODE2, SIG_MODE3})
+        if (cell.*CONTROL_SIGNALS[signal].cell_pin != nullptr)
+            BCELL_HAS[signal] = 1;
+    if (DYNA_count(cell.extras) > BCELL_EXTRA)
+        BCELL_EXTRA = DYNA_count(cell.extras);
+}
 
 bool check_input_scan_cell(const char *name) {
     return check_cell(INPUT_CHECK, name);

@@ -19,7 +19,6 @@
 #include <string_view>
 #include <strings.h>
 #include <unordered_map>
-#include <vector>
 
 const char *INVERTER_INPUT = nullptr;
 const char *INVERTER_OUTPUT = nullptr;
@@ -165,26 +164,6 @@ void check_no_wire_is_cut_twice() {
     }
 }
 
-/// Says which ports of the design the pin list forgets: nothing else would show that they have no cell.
-void warn_of_unlisted_ports() {
-    std::vector<char> is_listed(port_count);
-    for (const OPIN_ROW &row : rows(OPIN_TAB)) {
-        const PIN_ENTRY *pin = PIN_TABLE[row.pin_index];
-        int32_t port = SDB_nl_search_port(row.port_name);
-        if (port < 0 && !skip_signal(pin->top_name) && !is_internal_pin(pin) && !is_observe_pin(pin))
-            port = find_iport(row.port_name);
-        if (port >= 0)
-            is_listed[port] = 1;
-    }
-    for (int32_t port = 0; port < port_count; ++port) {
-        const char *name = SYM_get(sym_tab, port_tab[port].name);
-        if (is_listed[port] == 0 && name != nullptr && !skip_signal(name))
-            vmr_printf("WARNING: (%s) can't find port '%s' in the pin list.\n"
-                       "         Boundary scan cell won't be inserted on this port.\n\n",
-                       PIN_FILE, name);
-    }
-}
-
 void check_inv_signal() {
     auto table = rows(OPIN_TAB);
     auto first =
@@ -227,7 +206,6 @@ void produce_opin_control_tab() {
     }
     point_standard_ports_at_rows();
     check_no_wire_is_cut_twice();
-    warn_of_unlisted_ports();
     settle_io_modules();
     if (multi_io_module_flagG != 0)
         split_control_cells_by_module();

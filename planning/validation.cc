@@ -400,7 +400,8 @@ void look_at_tdo_pad(const char *name) {
         TDO_EN_LOW = 1;
 }
 
-// Notes the mode pins of a mux pad: the TAP must then have them, though no scan cell has.
+// Notes the mode pins of a mux pad, and all that the cell inside a pad wants: the TAP must then have them,
+// though no declared cell does.
 void look_at_mode_pins(const char *name) {
     int32_t node = get_node_connected_to_portnode(find_iport(name));
     const BUFFER_CELL *buffer = get_buffer(object_class_name(node_tab[node].obj));
@@ -410,6 +411,9 @@ void look_at_mode_pins(const char *name) {
     for (int32_t n = 0; n < 3; ++n)
         if (modes[n] != nullptr)
             BCELL_HAS[MODE_SIGNALS[n]] = 1;
+    const SCAN_CELL *inside = buffer->kind == BUFFER_BS ? get_scan_cell(buffer->name) : nullptr;
+    if (inside != nullptr)
+        note_control_pins(*inside);
 }
 
 } // namespace

@@ -22,6 +22,8 @@ bool check_control_oe_high_scan_cell(const char *name);
 
 /// Splits a dotted TAP_INSTANCE_NAME into the path of a hierarchical TAP.
 void rwv_check_hier_tap_ctrl_instance();
+/// Notes in BCELL_HAS and BCELL_EXTRA which control signals a cell wants; no flag is ever taken back.
+void note_control_pins(const SCAN_CELL &cell);
 /// Checks every declared scan cell role and sets BCELL_HAS and BCELL_EXTRA. Ends the run on a fault.
 void check_scan_cells();
 /// Looks at the pads of the design for the TAP's sake: mode pins, TDO enable. Opens and closes MODULE_C_SDB.
