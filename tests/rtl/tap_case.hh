@@ -11,8 +11,9 @@ struct tap_case {
     /// One instruction a line: name, opcodes with commas, register, then enables as "pin", "pin=101",
     /// "pin=0", "pin:AND:SHIFT_DR".
     std::string instructions;
-    /// Words: synch vhdl external trst tdo_en tdo_en_low update rst highz mode1 mode2 mode3 idcode usercode
-    /// capture extra<n> hier shared_highz<n>.
+    /// Words. Switches: synch vhdl external. What the cells and the chip have: trst tdo_en tdo_en_low update
+    /// rst highz mode1 mode2 mode3 extra<n> hier. Of the description: idcode, usercode, nocapture (no capture
+    /// pattern), shared_highz<n> (the command on the pin of that mode).
     std::string needs;
 };
 
