@@ -1,4 +1,5 @@
 // Output cells, bidirectional cells and cells in the core.
+#include "description/lookups.hh"
 #include "editing/cell_routines.hh"
 #include "planning/planning.hh"
 #include "planning/tracing.hh"
@@ -26,6 +27,16 @@ void cut_pad_input(EDIT_FILE *fp, OPIN_ROW &row, const char *name, PAD_WORD word
     end_side(row, SIDE_INPUT, saved);
 }
 
+/// A two-state output on a pad with an enable: the pad drives always.
+void enable_added_pad(EDIT_FILE *fp, const OPIN_ROW &row, const char *cell) {
+    const BUFFER_CELL *buffer = get_buffer(cell);
+    bool is_low = false;
+    const char *enable =
+        buffer == nullptr ? nullptr : chosen_enable_pin(buffer, PIN_TABLE[row.pin_index], &is_low);
+    if (enable != nullptr)
+        edit_connect(fp, pin_of(row.pad_instance, enable), is_low ? constant_zero() : constant_one());
+}
+
 /// Between the core and the port, with a pad of its own when one is to be added.
 void add_at_port(EDIT_FILE *fp, OPIN_ROW &row, const char *name) {
     EDIT_OPERAND data_in = pin_of(name, row.scan_cell->data_in);
@@ -40,6 +51,7 @@ void add_at_port(EDIT_FILE *fp, OPIN_ROW &row, const char *name) {
         row.pad_instance = instance;
         row.pad_input = pad.input;
         driven = side_operand(row, SIDE_INPUT);
+        enable_added_pad(fp, row, pad.cell);
     } else {
         cut_port(fp, row, data_in);
     }
