@@ -89,6 +89,16 @@ void refuse_code(const char *keyword, const char *pattern, int32_t length) {
                  keyword, length);
 }
 
+/// An instruction that reads the user code out of the identification register: any but IDCODE that selects
+/// it. Null when there is none, so that the code does not matter.
+const char *user_code_reader() {
+    for (int32_t row = 0; row < DYNA_count(INSTRUCTIONS); ++row)
+        if (row != INST_EXIST[KNOWN_IDCODE] &&
+            is_register(find_access_register(register_base(INSTRUCTIONS[row].register_name)), "idcode"))
+            return INSTRUCTIONS[row].name;
+    return nullptr;
+}
+
 void refuse_codes() {
     constexpr int32_t ID_LENGTH = 32;
     if (DYNA_count(INST_CAPTURE) > 0)
@@ -98,9 +108,10 @@ void refuse_codes() {
     refuse_code("%IDCODE_REGISTER", IDCODE_REG, ID_LENGTH);
     if (!has_id_mode())
         return;
-    if (DYNA_count(USERCODE_REG) == 0)
-        vmr_fail("ERROR: (%s) INSTRUCTION USERCODE needs a %%USERCODE_REGISTER.\n\n", JTAG_BSC_FILE);
-    refuse_code("%USERCODE_REGISTER", USERCODE_REG[0], ID_LENGTH);
+    if (DYNA_count(USERCODE_REG) > 0)
+        refuse_code("%USERCODE_REGISTER", USERCODE_REG[0], ID_LENGTH);
+    else if (const char *instruction = user_code_reader())
+        vmr_fail("ERROR: (%s) INSTRUCTION %s needs a %%USERCODE_REGISTER.\n\n", JTAG_BSC_FILE, instruction);
 }
 
 /// A value of an enable pin of several bits is part of the text.

@@ -24,6 +24,8 @@ constexpr GATE_TEXT GATES[] = {
 constexpr const char *INNER_WIRES[] = {"SELECT_DR", "ENABLE", "TDOIN",  "SHIFT_IR",  "CLOCK_IR",
                                        "UPDATE_IR", "IR_out", "DR_out", "BYPASS_out"};
 
+constexpr size_t ID_LENGTH = 32;
+
 bool has(CONTROL_SIGNAL signal) {
     return BCELL_HAS[signal] != 0;
 }
@@ -263,7 +265,8 @@ TEMPLATE_VALUES tap_values(RTL_LANGUAGE language) {
     names["CAPTURE"] = pattern_text(capture_pattern(), language);
     names["RESET_OP"] = pattern_text(reset_opcode(), language);
     names["IDCODE_REG"] = pattern_text(text_or_empty(IDCODE_REG), language);
-    names["USERCODE_REG"] = DYNA_count(USERCODE_REG) > 0 ? pattern_text(USERCODE_REG[0], language) : "";
+    names["USERCODE_REG"] =
+        DYNA_count(USERCODE_REG) > 0 ? pattern_text(USERCODE_REG[0], language) : std::string(ID_LENGTH, '0');
     names["DECODER_PORTS"] = decoder_ports();
     names["IDMODE_PORT"] = has_id_mode() ? ", IDMODE" : "";
     names["RESET_NET"] = names["RESET"] + (has(SIG_RST) ? "_net" : "");

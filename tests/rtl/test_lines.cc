@@ -55,6 +55,8 @@ TEST(tap_rtl, lines_that_follow_from_the_instruction_table) {
         {BASE + "M 001 r\nN 110 r\n", "vhdl",
          "    when \"111\" => DR_SELECT <= SEL_BYPASS;\n    when \"110\" => DR_SELECT <= SEL_r;\n"},
         {"EXTEST x00 boundary\nSAMPLE 001 boundary\nBYPASS 111 bypass\n", "vhdl mode1", "( INST = \"X00\" )"},
+        {BASE + "IDCODE 010 idcode\nUSERCODE 011 usercode\n", "idcode",
+         "else  ID_cell <= 32'b00000000000000000000000000000000;\n"},
         // the instruction register
         {BASE, "nocapture", "3'b001;\n"},
         {BASE + "USERCODE 010 usercode\n", "", "UPD_IR <= 3'b010;\n"},
