@@ -1,0 +1,69 @@
+// A reading of description files in a process of its own, so that a test sees its streams and exit status,
+// and the tables of a reading in the test's own process.
+#pragma once
+
+#include "description/hash_tables.hh"
+#include "description/lookups.hh"
+#include "description/reader.hh"
+#include "support/text.hh"
+#include "tests/support/scratch.hh"
+
+#include <cstdio>
+#include <filesystem>
+#include <functional>
+#include <vector>
+
+/// The shortest files that the readers accept: one cell, and one word that means nothing.
+inline const char *const SHORT_LIB = "%SCAN_CELL BC { %TDI si; }\n%TAP_CONTROLLER TAP { %TDI tdi; }\n";
+inline const char *const SHORT_BSC = "nothing\n";
+
+/// Runs `action` in a child, with the scratch folder as its working directory.
+inline run_result run_child(const scratch_folder &scratch, const std::function<void()> &action) {
+    scratch_folder streams;
+    std::fflush(nullptr);
+    pid_t child = fork();
+    if (child == 0) {
+        std::filesystem::current_path(scratch.dir);
+        if (std::freopen(streams.path("out").c_str(), "w", stdout) == nullptr ||
+            std::freopen(streams.path("err").c_str(), "w", stderr) == nullptr)
+            _exit(99);
+        action();
+        std::fflush(nullptr);
+        _exit(0);
+    }
+    int raw = 0;
+    waitpid(child, &raw, 0);
+    int status = WIFEXITED(raw) ? WEXITSTATUS(raw) : 128 + WTERMSIG(raw);
+    return {status, streams.read("out"), streams.read("err")};
+}
+
+/// Reads chip.lib and chip.bsc of the scratch folder in a child.
+inline run_result read_in_child(const scratch_folder &scratch) {
+    return run_child(scratch, [] {
+        bsdft_init();
+        get_bs_dft_file("chip.lib", "chip.bsc", 0);
+    });
+}
+
+/// Reads the texts into the tables of this process. The pin file is named by its full name.
+struct loaded_tables {
+    scratch_folder scratch;
+
+    explicit loaded_tables(const std::string &lib, const std::string &bsc = SHORT_BSC) {
+        bsdft_init();
+        get_bs_dft_file(scratch.write("chip.lib", lib).c_str(), scratch.write("chip.bsc", bsc).c_str(), 0);
+    }
+};
+
+/// The texts of a DYNA table, "-" for null.
+inline std::vector<std::string> texts(const char **table) {
+    std::vector<std::string> result;
+    for (const char *text : rows(table))
+        result.emplace_back(text != nullptr ? text : "-");
+    return result;
+}
+
+/// A text for comparing, "-" for null.
+inline std::string shown(const char *text) {
+    return text != nullptr ? text : "-";
+}
