@@ -1,0 +1,175 @@
+// How the control signals reach the cells: directly, through trees, through chains.
+#include "tests/editing/chip_case.hh"
+
+namespace {
+
+/// Four outputs, so that small groups make trees of several levels.
+CHIP_INPUT outputs(int32_t count) {
+    CHIP_INPUT input;
+    std::string ports, wires, gates;
+    for (int32_t i = 0; i < count; i++) {
+        std::string n = std::to_string(i);
+        ports += "output y" + n + ", ";
+        gates += "wire w" + n + "; FF f" + n + "(.CK(ck), .Q(w" + n + ")); OBUF p" + n + "(.I(w" + n +
+                 "), .PAD(y" + n + "));\n";
+        input.pins += std::to_string(i + 1) + " P" + n + " y" + n + " *\n";
+    }
+    input.design = "module chip(" + ports + "input ck);\n" + gates + "endmodule\n";
+    input.pins += "90 CK ck *\n";
+    return input;
+}
+
+struct WIRING {
+    const char *name;
+    int32_t cells;
+    const char *tap_items;
+    const char *options;
+    const char *field;    ///< what %SHIFT_DR is written as
+    const char *expected; ///< lines that name the shift signal
+    const char *warning = "";
+};
+
+const WIRING WIRINGS[] = {
+    {"direct", 2, "", "", "shiftDR", R"(
+connect BCELL0{SE} TAP{shiftDR}
+connect BCELL1{SE} TAP{shiftDR}
+)"},
+    {"one level, the larger group first", 3, "%GROUP_SIZE 2; %SIGNAL_BUFFER BUFX;", "", "shiftDR", R"(
+add shift_buf_1_1 BUFX
+connect TAP{shiftDR} shift_buf_1_1{A}
+add shift_buf_1_2 BUFX
+connect TAP{shiftDR} shift_buf_1_2{A}
+connect BCELL0{SE} shift_buf_1_1{Z}
+connect BCELL1{SE} shift_buf_1_1{Z}
+connect BCELL2{SE} shift_buf_1_2{Z}
+)"},
+    {"two levels of inverting buffers", 5, "%GROUP_SIZE 2; %SIGNAL_BUFFER BUFX; %INV_BUFFER IBX;", "",
+     "-shiftDR", R"(
+add shift_buf_1_1 IBX
+connect TAP{shiftDR} shift_buf_1_1{A}
+add shift_buf_1_2 IBX
+connect TAP{shiftDR} shift_buf_1_2{A}
+add shift_buf_2_1 IBX
+add shift_buf_2_2 IBX
+add shift_buf_2_3 IBX
+connect shift_buf_1_1{Z} shift_buf_2_1{A}
+connect shift_buf_1_1{Z} shift_buf_2_2{A}
+connect shift_buf_1_2{Z} shift_buf_2_3{A}
+connect BCELL0{SE} shift_buf_2_1{Z}
+connect BCELL1{SE} shift_buf_2_1{Z}
+connect BCELL2{SE} shift_buf_2_2{Z}
+connect BCELL3{SE} shift_buf_2_2{Z}
+connect BCELL4{SE} shift_buf_2_3{Z}
+)",
+     "the buffer tree of active low signal 'shiftDR' has 2 inverting levels"},
+    {"an inverter for a direct active-low signal", 2, "%INV_BUFFER IBX;", "", "-shiftDR", R"(
+add shift_inv_buf IBX
+connect shift_inv_buf{A} TAP{shiftDR}
+connect BCELL0{SE} shift_inv_buf{Z}
+connect BCELL1{SE} shift_inv_buf{Z}
+)"},
+    {"chain", 3, "%GROUP_SIZE 2; %DF_GROUP_SIZE 2; %SIGNAL_BUFFER BUFX;", "-df_speed", "shiftDR", R"(
+add shift_df_buf_1 BUFX
+connect TAP{shiftDR} shift_df_buf_1{A}
+add shift_df_buf_2 BUFX
+connect shift_df_buf_1{Z} shift_df_buf_2{A}
+connect BCELL0{SE} shift_df_buf_1{Z}
+connect BCELL1{SE} shift_df_buf_1{Z}
+connect BCELL2{SE} shift_df_buf_2{Z}
+)"},
+    {"chain of inverting buffers", 3, "%GROUP_SIZE 2; %SIGNAL_BUFFER BUFX; %INV_BUFFER IBX;", "-df_speed",
+     "-shiftDR", R"(
+add shift_df_buf_1 IBX
+connect TAP{shiftDR} shift_df_buf_1{A}
+add shift_df_buf_2 IBX
+connect shift_df_buf_1{Z} shift_df_buf_2{A}
+connect BCELL0{SE} shift_df_buf_1{Z}
+connect BCELL1{SE} shift_df_buf_1{Z}
+connect BCELL2{SE} shift_df_buf_2{Z}
+)",
+     "the chain of active low signal 'shiftDR' has 2 inverting buffers"},
+    {"-df_speed without sizes", 2, "", "-df_speed", "shiftDR", R"(
+connect BCELL0{SE} TAP{shiftDR}
+connect BCELL1{SE} TAP{shiftDR}
+)"},
+    {"%DF_GROUP_SIZE alone", 2, "%DF_GROUP_SIZE 4; %SIGNAL_BUFFER BUFX;", "", "shiftDR", R"(
+connect BCELL0{SE} TAP{shiftDR}
+connect BCELL1{SE} TAP{shiftDR}
+)"},
+};
+
+std::string lines_with(const std::string &text, const std::string &a, const std::string &b) {
+    std::string found = "\n";
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);)
+        if (line.find(a) != std::string::npos || line.find(b) != std::string::npos)
+            found += line + "\n";
+    return found;
+}
+
+} // namespace
+
+TEST(Wiring, ShiftReachesTheCells) {
+    for (const WIRING &wiring : WIRINGS) {
+        SCOPED_TRACE(wiring.name);
+        CHIP_INPUT input = outputs(wiring.cells);
+        input.tap_items = wiring.tap_items;
+        chip_case chip(input);
+        std::string library = chip.scratch.read("chip.lib");
+        library.replace(library.find("%SHIFT_DR shiftDR"), 17, std::string("%SHIFT_DR ") + wiring.field);
+        chip.scratch.write("chip.lib", library);
+        run_result result = chip.run(std::string("-add_tap ") + wiring.options);
+        EXPECT_EQ(result.status, 0) << result.out << result.err;
+        EXPECT_EQ(lines_with(chip.commands({"chip_jtag"}), "shift", "{SE}"), wiring.expected);
+        EXPECT_EQ(result.out.find("wrong polarity") != std::string::npos, *wiring.warning != '\0');
+        EXPECT_NE(result.out.find(wiring.warning), std::string::npos);
+    }
+}
+
+TEST(Wiring, EveryLevelOfATreeIsReported) {
+    CHIP_INPUT input = outputs(10);
+    input.tap_items = "%GROUP_SIZE 3; %SIGNAL_BUFFER BUFX;";
+    chip_case chip(input);
+    run_result result = chip.run("-add_tap");
+    EXPECT_NE(result.out.find("  ** Using buffer 'BUFX' for signal 'shiftDR'\n"
+                              "  ...............................................\n"
+                              "     Level 1: TAP controller drives  2 buffers\n"
+                              "     Level 2:   2 buffers    drive   4 buffers\n"
+                              "     Level 3:   4 buffers    drive  10 scan cells\n"
+                              "  -----------------------------------------------\n"),
+              std::string::npos)
+        << result.out;
+}
+
+TEST(Wiring, APadsModePinIsWiredInEveryForm) {
+    struct FORM {
+        const char *tap_items, *options, *expected;
+    };
+    const FORM forms[] = {
+        {"", "", "connect pm{M} TAP{mode2}\n"},
+        {"%GROUP_SIZE 4; %SIGNAL_BUFFER BUFX;", "", "connect pm{M} mode2_buf_1_1{Z}\n"},
+        {"%GROUP_SIZE 4; %SIGNAL_BUFFER BUFX;", "-df_speed", "connect pm{M} mode2_df_buf_1{Z}\n"},
+    };
+    for (const FORM &form : forms) {
+        CHIP_INPUT input;
+        input.design = "module chip(input m, output y, input ck); wire c, q; MUXI pm(.PAD(m), .T(1'b0), "
+                       ".M(1'b1), .C(c));\n"
+                       "FF f(.D(c), .CK(ck), .Q(q)); OBUF py(.I(q), .PAD(y)); endmodule\n";
+        input.cells = "module MUXI(input PAD, T, M, output C); endmodule\n"
+                      "module BC_MI(input DI, SI, SE, CK, UP, TK, output UO, SO); endmodule\n";
+        input.library = "%BUFFER MUXI { %INPUT PAD; %OUTPUT C; %MUX_IN2 T; %MODE_2 M; }\n"
+                        "%SCAN_CELL BC_MI { %DATA_IN DI; %UPDATE_DR_OUT UO; %TDI SI; %TDO SO; %CLOCK_DR CK; "
+                        "%SHIFT_DR SE; %UPDATE_DR UP; }\n";
+        input.roles = "%INPUT_MUX_SCAN BC_MI;";
+        input.tap_items = std::string("%MODE_2 mode2; ") + form.tap_items;
+        input.pins = "1 PM m *\n2 PY y *\n3 CK ck *\n";
+        chip_case chip(input);
+        run_result result = chip.run(std::string("-add_tap ") + form.options);
+        EXPECT_EQ(result.status, 0) << result.out << result.err;
+        std::string lines = chip.commands({"chip_jtag"});
+        EXPECT_NE(lines.find(std::string("disconnect pm{M}\n") + form.expected), std::string::npos) << lines;
+        EXPECT_NE(result.out.find("WARNING: Pin %MODE_2 of pad 'pm'(MUXI) connected to VCC.\n"
+                                  "         %MODE_2 'M' will be disconnected and reconnected to TAP.\n"),
+                  std::string::npos);
+    }
+}
