@@ -1,0 +1,172 @@
+// The runs of the tools: their command lines, what is printed beside them, and what a failure leaves.
+#include "tests/editing/chip_case.hh"
+
+namespace {
+
+CHIP_INPUT small_chip() {
+    CHIP_INPUT input;
+    input.design =
+        "module pads(input a, output a_c); IBUF pa(.PAD(a), .C(a_c)); endmodule\n"
+        "module chip(input a, input ck); wire w; pads p(.a(a), .a_c(w)); FF f(.D(w), .CK(ck)); endmodule\n";
+    input.pins = "1 PA a *\n2 CK ck *\n";
+    return input;
+}
+
+/// Tools that note how they were called; kalmedit leaves the module that it was to edit as it is.
+void note_calls(const chip_case &chip) {
+    for (const char *tool : {"kalmedit", "kalmlist", "kalmflat", "mv", "cp"}) {
+        std::string real = std::string(tool) == "mv" || std::string(tool) == "cp"
+                               ? "exec /bin/" + std::string(tool) + " \"$@\""
+                               : "";
+        chip.make_tool(tool, "echo $(basename $0) \"$@\" >>calls\n" + real);
+    }
+}
+
+std::string after(const std::string &text, const std::string &mark) {
+    size_t at = text.find(mark);
+    return at == std::string::npos ? "'" + mark + "' is missing in:\n" + text : text.substr(at);
+}
+
+} // namespace
+
+TEST(Runs, CommandLines) {
+    struct RUN {
+        const char *options, *expected;
+    };
+    const std::string edits = "cp ./chip.sdb chip_jtag.sdb\n"
+                              "cp ./pads.sdb pads_bs.sdb\n"
+                              "kalmedit -nologo -b ./rimweave_lib/pads_bs\n"
+                              "kalmedit -nologo -b ./rimweave_lib/chip_jtag\n"
+                              "mv pads_bs.sdb ./rimweave_lib\n";
+    const RUN runs[] = {
+        {"-add_tap", "mv chip_jtag.sdb ./rimweave_lib\n"
+                     "kalmlist -verilog -hierarchy -o ./chip_jtag.v rimweave_lib/chip_jtag.sdb\n"
+                     "kalmflat -cellonly -keepempty rimweave_lib/chip_jtag -opath .\n"},
+        {"-add_tap -no_expand", "mv chip_jtag.sdb ./rimweave_lib\n"},
+        {"-add_tap -opath out/deep",
+         "mv chip_jtag.sdb ./rimweave_lib\n"
+         "kalmlist -verilog -hierarchy -o out/deep/chip_jtag.v rimweave_lib/chip_jtag.sdb\n"
+         "kalmflat -cellonly -keepempty rimweave_lib/chip_jtag -opath out/deep\n"},
+        {"-add_tap -vhdl",
+         "cp ./pads.inf ./rimweave_lib/pads_bs.inf\n"
+         "mv chip_jtag.sdb ./rimweave_lib\n"
+         "kalmlist -vhdl -hierarchy -o ./chip_jtag.vhd chip_jtag.sdb -add_path ./rimweave_lib\n"
+         "kalmflat -cellonly -keepempty rimweave_lib/chip_jtag -opath .\n"},
+    };
+    for (const RUN &run : runs) {
+        SCOPED_TRACE(run.options);
+        chip_case chip(small_chip());
+        std::filesystem::create_directories(chip.scratch.dir / "out/deep");
+        chip.scratch.write("pads.inf", "");
+        note_calls(chip);
+        run_result result = chip.run(run.options);
+        EXPECT_EQ(result.status, 0) << result.out << result.err;
+        EXPECT_EQ(after(chip.scratch.read("calls"), "cp ./chip.sdb"), edits + run.expected);
+        EXPECT_FALSE(chip.scratch.has("bs_kalmlist.log"));
+    }
+}
+
+TEST(Runs, WhatIsPrinted) {
+    chip_case chip(small_chip());
+    run_result result = chip.run("-add_tap");
+    std::string text = after(result.out, " - Synthesizing Boundary");
+    EXPECT_EQ(text.substr(0, text.find("====")), R"( - Synthesizing Boundary Registers in gate level ...
+
+    .Editing command file    ./rimweave_lib/chip_jtag.cmd ...
+    .Editing command file    ./rimweave_lib/pads_bs.cmd ...
+    .Executing command file  ./rimweave_lib/pads_bs.cmd ...
+    .Executing command file  ./rimweave_lib/chip_jtag.cmd ...
+
+ - Synthesis  done!
+
+    .The Boundary-scan Pin List was stored in file 'chip.bso'.
+    .Modified sdb files were stored in directory ./rimweave_lib.
+
+    .Modified netlist file was stored in file ./chip_jtag.v.
+    .Expanding modified netlist ...
+
+
+
+)");
+}
+
+TEST(Runs, AFailureEndsTheRunAndTheNextOneWorks) {
+    struct FAILURE {
+        const char *tool, *when, *message;
+    };
+    const FAILURE failures[] = {
+        {"kalmedit", "true", ""},
+        {"kalmedit", "[ $3 = ./rimweave_lib/chip_jtag ]", ""},
+        {"mv", "true", ""},
+        {"mv", "[ $1 = chip_jtag.sdb ]", ""},
+        {"cp", "[ $2 = chip_jtag.sdb ]", "ERROR: can't copy file ./chip.sdb. Perhaps permission denied.\n\n"},
+        {"cp", "[ $2 = pads_bs.sdb ]",
+         "\nERROR: can't copy file './pads.sdb' to file './rimweave_lib/pads_bs.sdb'.\n       Perhaps "
+         "permission deny ...\n\n"},
+        {"kalmlist", "true", "    Please check the \"bs_kalmlist.log\" file.\n"},
+        {"kalmflat", "true", "    Please check the \"bs_kalmflat.log\" file.\n"},
+    };
+    for (const FAILURE &failure : failures) {
+        SCOPED_TRACE(std::string(failure.tool) + " when " + failure.when);
+        chip_case chip(small_chip());
+        std::string before = chip.scratch.read("chip.sdb");
+        std::string tool = failure.tool;
+        std::string real = tool == "mv" || tool == "cp" ? "exec /bin/" + tool + " \"$@\"" : "exit 0";
+        chip.make_tool(tool, std::string("if ") + failure.when + "; then exit 3; fi\n" + real);
+        run_result result = chip.run("-add_tap");
+        EXPECT_EQ(result.status, 255);
+        EXPECT_EQ(result.out.find("END TIME"), std::string::npos);
+        EXPECT_NE(result.out.find(failure.message), std::string::npos) << result.out;
+        EXPECT_EQ(result.out.find("ERROR") != std::string::npos,
+                  std::string(failure.message).find("ERROR") != std::string::npos);
+        EXPECT_EQ(chip.scratch.read("chip.sdb"), before);
+        chip.make_tool(tool, real);
+        EXPECT_EQ(chip.run("-add_tap").status, 0);
+    }
+}
+
+TEST(Runs, AFileThatCanNotBeCreated) {
+    struct BLOCKED {
+        const char *file, *message;
+    };
+    const BLOCKED blocked[] = {
+        {"rimweave_lib/chip_jtag.cmd/x", "ERROR: can't open ./rimweave_lib/chip_jtag.cmd to update sdb.\n\n"},
+        {"rimweave_lib/pads_bs.cmd/x",
+         "ERROR: can't open command file './rimweave_lib/pads_bs.cmd' to update SDB.\n\n"},
+    };
+    for (const BLOCKED &each : blocked) {
+        chip_case chip(small_chip());
+        chip.scratch.write(each.file, "");
+        run_result result = chip.run("-add_tap");
+        EXPECT_EQ(result.status, 255);
+        EXPECT_NE(result.out.find(each.message), std::string::npos) << result.out;
+    }
+}
+
+TEST(Runs, AnEmptyChainIsRefusedBeforeAnythingIsWritten) {
+    CHIP_INPUT input = small_chip();
+    input.pins = "2 CK ck *\n";
+    chip_case chip(input);
+    run_result result = chip.run("-add_tap");
+    EXPECT_EQ(result.status, 255);
+    EXPECT_NE(result.out.find("ERROR: no port of 'chip' gets a boundary cell.\n"), std::string::npos)
+        << result.out;
+    EXPECT_FALSE(chip.scratch.has("rimweave_lib/chip_jtag.cmd"));
+    EXPECT_FALSE(chip.scratch.has("chip_jtag.sdb"));
+}
+
+TEST(Runs, SignalsWithoutAWayToTheTapAreRefused) {
+    // The cells' pads stand in the top, that of TDI in a module that it does not leave.
+    CHIP_INPUT input;
+    input.design =
+        "module sub(input tdi); IBUF pi(.PAD(tdi)); endmodule\n"
+        "module chip(input a, input tdi, input ck); wire w; IBUF pa(.PAD(a), .C(w)); FF f(.D(w), .CK(ck));\n"
+        "sub s(.tdi(tdi)); endmodule\n";
+    input.pins = "1 PA a *\n2 CK ck *\n3 TDI tdi *\n";
+    chip_case chip(input);
+    run_result result = chip.run("-add_tap");
+    EXPECT_EQ(result.status, 255);
+    EXPECT_NE(result.out.find("ERROR: the signal of port 'tdi' does not leave module 'sub'"),
+              std::string::npos)
+        << result.out;
+}
