@@ -1,0 +1,226 @@
+// What the readers leave in the tables.
+#include "tests/description/reading.hh"
+
+namespace {
+
+TEST(LibTables, HoldTheFieldsOfEachBlock) {
+    loaded_tables tables(
+        "%TAP_CONTROLLER my_tap { %TDI tdi; %TRST -trst; %GROUP_SIZE 8; %INV_BUFFER INV; %EXTRA_3 foo; "
+        "%EXTRA_ 1 bar; }\n"
+        "%SCAN_CELL BC_1 { %TDI si; %HIGHZ hz; %STD_NAME BC_1, BC_2; %ORDER a, b; %EN_L \\oe[3]; }\n"
+        "%SCAN_CELL BC_1 { %TDI other; }\n"
+        "%BUFFER IBUF, *_PAD { %INPUT A; } %INV_BUFFER IV { %INPUT A; %OUTPUT Z; %WEAK_1; }\n"
+        "%DIFFERENTIAL_VOLTAGE LV { %INPUT A; %INPUT_P P; %INPUT_M M; }\n"
+        "%BS_BUFFER IO1, IO2 { %INOUT PAD; %MODE_1 m; %EN_H E; %OE_MODE o; %BCELL BC_1; %EXTRA_1 x; }\n");
+    const TAP_CELL *tap = get_tap_cell("my_tap");
+    ASSERT_NE(tap, nullptr);
+    EXPECT_STREQ(tap->tdi, "tdi");
+    EXPECT_STREQ(tap->trst, "-trst");
+    EXPECT_STREQ(tap->inv_buffer, "INV");
+    EXPECT_EQ(tap->tdo, nullptr);
+    EXPECT_EQ(tap->group_size, 8);
+    EXPECT_EQ(tap->df_group_size, -1);
+    EXPECT_EQ(texts(tap->extras), (std::vector<std::string>{"bar", "-", "foo"}));
+
+    const SCAN_CELL *cell = get_scan_cell("BC_1");
+    ASSERT_NE(cell, nullptr);
+    EXPECT_STREQ(cell->tdi, "si"); // the first of two blocks with one name
+    EXPECT_STREQ(cell->highz, "hz");
+    EXPECT_STREQ(cell->en_l, "\\oe[3]");
+    EXPECT_EQ(cell->oe_mode_type, -1);
+    EXPECT_EQ(cell->is_bs_buffer, 0);
+    EXPECT_EQ(texts(cell->std_names), (std::vector<std::string>{"BC_1", "BC_2"}));
+    EXPECT_EQ(texts(cell->order), (std::vector<std::string>{"a", "b"}));
+    EXPECT_EQ(DYNA_count(SCAN_CELL_TAB), 4);
+
+    EXPECT_STREQ(get_buffer("*_PAD")->input, "A");
+    EXPECT_EQ(get_buffer("IV")->kind, BUFFER_PLAIN);
+    EXPECT_EQ(get_buffer("IV")->weak_1, 1);
+    EXPECT_STREQ(get_buffer("LV")->input, "P"); // the last of two keywords for one field
+    EXPECT_EQ(get_buffer("LV")->kind, BUFFER_DIFF_VOLTAGE);
+    for (const char *name : {"IO1", "IO2"}) {
+        const BUFFER_CELL *pad = get_buffer(name);
+        const SCAN_CELL *inside = get_scan_cell(name);
+        ASSERT_NE(inside, nullptr) << name;
+        EXPECT_EQ(pad->kind, BUFFER_BS);
+        EXPECT_EQ(pad->mode_1, nullptr);
+        EXPECT_STREQ(pad->en_h, "E");
+        EXPECT_STREQ(pad->bcell, "BC_1");
+        EXPECT_STREQ(inside->mode_1, "m");
+        EXPECT_STREQ(inside->en_h, "E");
+        EXPECT_EQ(inside->is_bs_buffer, 1);
+        EXPECT_EQ(texts(inside->std_names), std::vector<std::string>{name});
+        EXPECT_EQ(texts(inside->extras), std::vector<std::string>{"x"});
+    }
+}
+
+TEST(LibTables, FlatListsAreInHashOrder) {
+    // The sums of the names modulo 63 are 35, 34 and 6.
+    loaded_tables tables("%SCAN_CELL b { %TDI t; } %SCAN_CELL a { %TDI t; } %SCAN_CELL ab { %TDI t; }");
+    EXPECT_EQ(hash_key("ab"), (97 + 98) % 63);
+    EXPECT_EQ(hash_key("\xff"), 62);
+    std::vector<std::string> names;
+    for (const SCAN_CELL *cell : rows(SCAN_CELL_TAB))
+        names.emplace_back(cell->name);
+    EXPECT_EQ(names, (std::vector<std::string>{"ab", "a", "b"}));
+}
+
+const char *const FULL_BSC = R"(
+%GLOBAL_TDI tdi; %TAP_MODULE { %MODULE_NAME TAP; %INSTANCE_NAME u_tap; } %INVERTER 01ab;
+%IDCODE_REGISTER 0000000000000000000000000000000x; %IDCODE_REGISTER 0000000000000000000000000000000;
+%SCAN_CELLS { %INPUT_SCAN BC; %OBSERVE_ONLY_SCAN BC; }
+%INSTRUCTION_TABLE {
+  %INSTRUCTION IDCODE = (010, 011, 0x1) ACCESS idcode ENABLE en (101);
+  %INSTRUCTION MY { %BINARY_CODE = 100; %EN_H h; %EN_L l OR o; %ENABLE e = (1); }
+}
+%INSTRUCTION_CAPTURE (0x1); %INSTRUCTION_PRIVATE P, Q;
+%SKIP_SIGNAL_NAMES { a(1), b; } %SKIP_SIGNAL_NAMES { c; }
+%UNBOUNDED_PINS { u; } %TRANSPARENT_BUFFER { T; } %SKIP_MODULE_NAMES { s; }
+%CONNECTION_TABLE { %CONNECT a{b} TO c{d}; %CONNECT b TO c{d}; %CONNECT a{b} TO c; }
+%MEMORY_BIST { %INSTRUCTION RUN { %CTRL_ORDER 10, 2; %CNT_FILE ../cnt/a.cnt, b; } %INSTRUCTION NONE { } }
+%LOGIC_BIST { %CTRL_ORDER 3; %CNT_FILE a, A, b; %TESTS (01, 10); %DIAG_INSTRUCTION D; %DFT_FILE f.dft; }
+)";
+
+TEST(BscTables, HoldTheStatements) {
+    testing::internal::CaptureStdout();
+    testing::internal::CaptureStderr();
+    loaded_tables tables(SHORT_LIB, FULL_BSC);
+    testing::internal::GetCapturedStdout();
+    testing::internal::GetCapturedStderr();
+    EXPECT_STREQ(GLOBAL_TDI, "tdi");
+    EXPECT_STREQ(TAP_MODULE_NAME, "TAP");
+    EXPECT_STREQ(TAP_INSTANCE_NAME, "u_tap");
+    EXPECT_STREQ(INVERTER, "01ab");
+    EXPECT_STREQ(IDCODE_REG, "0000000000000000000000000000000x"); // a pattern of 31 leaves it
+    EXPECT_STREQ(INPUT_SCAN, "BC");
+    EXPECT_STREQ(OBSERVE_ONLY_SCAN, "BC");
+    EXPECT_EQ(texts(INST_CAPTURE), std::vector<std::string>{"0x1"});
+    EXPECT_EQ(texts(INST_PRIVATE), (std::vector<std::string>{"P", "Q"}));
+
+    ASSERT_EQ(DYNA_count(INSTRUCTIONS), 2);
+    EXPECT_EQ(texts(INSTRUCTIONS[0].patterns), (std::vector<std::string>{"010", "011"})); // 0x1 covers 011
+    EXPECT_STREQ(INSTRUCTIONS[0].register_name, "idcode");
+    EXPECT_EQ(texts(INSTRUCTIONS[0].enable_values), std::vector<std::string>{"101"});
+    EXPECT_STREQ(INSTRUCTIONS[1].register_name, "bypass");
+    EXPECT_EQ(texts(INSTRUCTIONS[1].enable_pins), (std::vector<std::string>{"h", "l", "e"}));
+    EXPECT_EQ(texts(INSTRUCTIONS[1].enable_values), (std::vector<std::string>{"1", "0", "1"}));
+    EXPECT_EQ(texts(INSTRUCTIONS[1].gate_signals), (std::vector<std::string>{"-", "o", "-"}));
+    EXPECT_EQ(INSTRUCTIONS[1].gate_kinds[0], GATE_NONE);
+    EXPECT_EQ(INSTRUCTIONS[1].gate_kinds[1], GATE_OR);
+
+    EXPECT_TRUE(skip_signal("a"));
+    EXPECT_FALSE(skip_signal("a[3]"));
+    EXPECT_TRUE(trans_buffer("T"));
+    EXPECT_EQ(DYNA_count(SKIP_SIGNAL_TAB), 5); // the second statement lists the rows of the first again
+    EXPECT_EQ(shown(SKIP_SIGNAL_TAB[0]->value) + shown(SKIP_SIGNAL_TAB[1]->value), "1-");
+
+    std::string wires;
+    for (const CONNECT_ENTRY *entry = CONNECT_TABLE; entry != nullptr; entry = entry->next)
+        wires += shown(entry->from_instance) + "." + shown(entry->from_port) + ">" +
+                 shown(entry->to_instance) + "." + shown(entry->to_port) + " ";
+    EXPECT_EQ(wires, "a.b>c.d -.b>c.d a.b>-.c ");
+}
+
+TEST(BscTables, HoldTheBistBlocks) {
+    testing::internal::CaptureStdout();
+    testing::internal::CaptureStderr();
+    loaded_tables tables(SHORT_LIB, FULL_BSC);
+    testing::internal::GetCapturedStdout();
+    testing::internal::GetCapturedStderr();
+    ASSERT_EQ(DYNA_count(BL_MBIST_TAB), 2);
+    EXPECT_STREQ(BL_MBIST_TAB[0].instruction, "RUN");
+    EXPECT_STREQ(BL_MBIST_TAB[0].cnt_file, "../cnt/a.cnt");
+    ASSERT_EQ(DYNA_count(BL_MBIST_TAB[0].ctrl_order), 2);
+    EXPECT_EQ(BL_MBIST_TAB[0].ctrl_order[0], 10);
+    EXPECT_EQ(DYNA_count(BL_MBIST_TAB[1].ctrl_order), 0);
+    ASSERT_EQ(DYNA_count(BL_LBIST_TAB), 1); // statements outside an instruction share one row
+    EXPECT_EQ(BL_LBIST_TAB[0].instruction, nullptr);
+    EXPECT_STREQ(BL_LBIST_TAB[0].dft_file, "f.dft");
+    EXPECT_EQ(texts(BL_LBIST_TAB[0].cnt_files), (std::vector<std::string>{"a", "b"}));
+    EXPECT_EQ(texts(BL_LBIST_TAB[0].tests), (std::vector<std::string>{"01", "10"}));
+
+    loaded_tables second(SHORT_LIB);
+    EXPECT_EQ(BL_MBIST_TAB, nullptr);
+    EXPECT_EQ(DYNA_count(INSTRUCTIONS), 0);
+    EXPECT_EQ(GLOBAL_TDI, nullptr);
+    EXPECT_STREQ(TAP_MODULE_NAME, "TAP"); // kept from one reading to the next
+    EXPECT_STREQ(INPUT_SCAN, "BC");
+}
+
+TEST(PinTables, HoldTheRowsInFileOrder) {
+    scratch_folder scratch;
+    std::string pin = scratch.write("chip.pin", R"(/* layout of the guide */
+%PACKAGE_TYPE My_Chip 10;
+%ALLOWED_MULTIPLE { VDD, VSS ; }
+1  TDI     tdi     IN
+6  DOUT    d_out   OUT   BSC(O:BC_1, C:BC_1)  PAD(OBUF, I:A, O:Z)  PAD_EN_L
+7  VDD     *       *     BSC(BC_2) PAD_EN_H
+A9
+   RAM[3]  ram[3]  BI    BSC(IO:BC_1, C:BC_1, C:BC_3)
+)");
+    testing::internal::CaptureStderr();
+    loaded_tables tables(SHORT_LIB, "%PIN_LIST { %FILE_NAME " + pin + "; }");
+    EXPECT_NE(testing::internal::GetCapturedStderr().find("'VSS'"), std::string::npos);
+    EXPECT_STREQ(PACKAGE_TYPE, "My_Chip");
+    EXPECT_EQ(PACKAGE_PIN_NUMBER, 10);
+    ASSERT_EQ(BS_PIN_COUNT, 4);
+    EXPECT_STREQ(bs_pin_name(0), "tdi");
+    EXPECT_STREQ(bs_pin_direction(0), "IN");
+    const PIN_ENTRY &out = *PIN_TABLE[1];
+    EXPECT_EQ(shown(out.number) + shown(out.bsc_o) + shown(out.bsc_c) + shown(out.bsc_i), "6BC_1BC_1-");
+    EXPECT_EQ(out.bsc_kind, BSC_O_C);
+    EXPECT_EQ(shown(out.pad_name) + shown(out.pad_c) + shown(out.pad_i) + shown(out.pad_o), "OBUF-AZ");
+    EXPECT_EQ(out.pad_enable, 0);
+    const PIN_ENTRY &power = *PIN_TABLE[2];
+    EXPECT_EQ(shown(power.package_name) + shown(power.top_name) + shown(power.direction), "VDD--");
+    EXPECT_STREQ(power.bsc_name, "BC_2");
+    EXPECT_EQ(power.bsc_kind, BSC_NO_LIST);
+    EXPECT_EQ(power.bsc_o, nullptr); // nothing stays from the row before
+    EXPECT_EQ(power.pad_enable, 1);
+    EXPECT_EQ(PIN_TABLE[3]->bsc_kind, BSC_IO_C);
+    EXPECT_STREQ(PIN_TABLE[3]->bsc_c, "BC_3");
+    EXPECT_EQ(PIN_TABLE[3]->line, 8); // of the second column
+}
+
+TEST(WildCards, ScoreTheLiteralCharacters) {
+    struct {
+        const char *pattern, *name;
+        int32_t score;
+    } cases[] = {
+        {"IBUF_*", "IBUF_A1", 5}, {"IBUF_A*", "IBUF_A1", 6}, {"*_X", "A_X", 0},   {"*_X", "A_Y", -1},
+        {"*_X", "X", -1},         {"abc*", "abc", 3},        {"abc*", "ab", -1},  {"ab*c", "abxc", 3},
+        {"ab*c", "abc", 3},       {"ab*bc", "abc", -1},      {"ab*c", "abd", -1}, {"a*b*c", "axbxc", 3},
+        {"a*b*c", "axbx", -1},    {"a*b*", "aab", 2},        {"*b*", "abc", 1},   {"*b*d*", "bd", 2},
+        {"*b*d*", "db", -1},      {"*b*c", "c", -1},         {"a**c", "ac", 2},   {"a*bb*b", "abbb", 4},
+        {"a*bb*b", "abb", -1},    {"plain", "plain", -1},
+    };
+    for (const auto &test : cases)
+        EXPECT_EQ(wild_card_score(test.pattern, test.name), test.score) << test.pattern << " " << test.name;
+}
+
+TEST(WildCards, HighestScoreWinsAndADrawStops) {
+    scratch_folder scratch;
+    scratch.write("chip.lib", "%BUFFER A*, *B, *_X, *Y_X, IBUF_*, IBUF_A*, IBUF_A1 { %INPUT I; }");
+    scratch.write("chip.bsc", SHORT_BSC);
+    auto look_up = [&](const char *name) {
+        return run_child(scratch, [&] {
+            bsdft_init();
+            get_bs_dft_file("chip.lib", "chip.bsc", 0);
+            const BUFFER_CELL *buffer = get_buffer(name);
+            std::printf("%s", buffer != nullptr ? buffer->name : "none");
+        });
+    };
+    EXPECT_EQ(look_up("AB").out, "A*");
+    EXPECT_EQ(look_up("IBUF_A2").out, "IBUF_A*");
+    EXPECT_EQ(look_up("IBUF_A1").out, "IBUF_A1");
+    EXPECT_EQ(look_up("C_X").out, "*_X");
+    EXPECT_EQ(look_up("other").out, "none");
+    run_result draw = look_up("QY_X");
+    EXPECT_EQ(draw.status, 255);
+    EXPECT_EQ(draw.out, "ERROR: BUFFER, *_X, *Y_X, in \"chip.lib\" can match iopad 'QY_X'.\n"
+                        "Please give a more specific name in \"chip.lib\" to avoid ambiguous.\n");
+    EXPECT_EQ(get_buffer(nullptr), nullptr);
+    EXPECT_EQ(get_scan_cell(nullptr), nullptr);
+}
+
+} // namespace
