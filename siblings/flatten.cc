@@ -1,0 +1,123 @@
+#include "siblings/flatten.hh"
+
+#include "siblings/tool.hh"
+
+namespace {
+
+// What the main program can ask for: a name, its separators included.
+constexpr size_t FULL_NAME_LIMIT = 4000;
+
+struct FLATTENER {
+    NL_DESIGN &design;
+    NL_MODULE flat{};
+    NL_UNION sets{};
+    int32_t unknown_name = NL_NONE;
+    int32_t unknown_net = NL_NONE;
+    std::vector<bool> open{}; // modules that are being expanded
+};
+
+int32_t new_net(FLATTENER &work, int32_t name, int32_t scope) {
+    int32_t net = NL_add_net(work.flat, name, scope);
+    work.sets.parent.push_back(net);
+    return net;
+}
+
+// All don't-care bits of the design are one net, which keeps its name at the top.
+int32_t unknown_net(FLATTENER &work) {
+    if (work.unknown_net == NL_NONE)
+        work.unknown_net = new_net(work, work.unknown_name, NL_NONE);
+    return work.unknown_net;
+}
+
+// Flat nets of a module's nets. Two ports of the module on one net join the nets outside of it.
+std::vector<int32_t> place_nets(FLATTENER &work, const NL_MODULE &module, const int32_t *outside, int32_t scope) {
+    std::vector<int32_t> place(module.nets.size(), NL_NONE);
+    place[NL_GND] = NL_GND;
+    place[NL_VCC] = NL_VCC;
+    for (size_t i = 0; outside != nullptr && i < module.ports.size(); i++) {
+        if (outside[i] == NL_NONE || module.ports[i].net == NL_NONE)
+            continue;
+        int32_t &net = place[static_cast<size_t>(module.ports[i].net)];
+        if (net == NL_NONE)
+            net = outside[i];
+        else
+            NL_union_join(work.sets, net, outside[i]);
+    }
+    for (size_t i = 0; i < place.size(); i++) {
+        const NL_NET &net = module.nets[i];
+        if (place[i] == NL_NONE)
+            place[i] = net.name == work.unknown_name ? unknown_net(work) : new_net(work, net.name, scope);
+    }
+    return place;
+}
+
+size_t scope_length(const FLATTENER &work, int32_t scope) {
+    size_t length = 0;
+    for (; scope != NL_NONE; scope = work.flat.scopes[static_cast<size_t>(scope)].parent)
+        length += NL_text(work.design.names, work.flat.scopes[static_cast<size_t>(scope)].name).size() + 1;
+    return length;
+}
+
+void expand(FLATTENER &work, int32_t index, const int32_t *outside, int32_t scope) {
+    const NL_MODULE &module = work.design.modules[static_cast<size_t>(index)];
+    const NL_NAMES &names = work.design.names;
+    if (work.open[static_cast<size_t>(index)])
+        TOOL_fail("", 0, "the module '%s' contains itself.", NL_string(names, module.name).c_str());
+    work.open[static_cast<size_t>(index)] = true;
+    size_t path_length = scope_length(work, scope);
+    std::vector<int32_t> place = place_nets(work, module, outside, scope);
+    if (scope == NL_NONE) {
+        work.flat.ports = module.ports;
+        for (NL_PORT &port : work.flat.ports)
+            port.net = port.net == NL_NONE ? NL_NONE : place[static_cast<size_t>(port.net)];
+    }
+    std::vector<int32_t> inner;
+    for (const NL_INSTANCE &instance : module.instances) {
+        const NL_MODULE &def = work.design.modules[static_cast<size_t>(instance.def)];
+        if (path_length + NL_text(names, instance.name).size() > FULL_NAME_LIMIT)
+            TOOL_fail("", 0, "the name of the instance '%s' in module '%s' is too long with its path.",
+                      NL_string(names, instance.name).c_str(), NL_string(names, module.name).c_str());
+        int32_t copy = static_cast<int32_t>(work.flat.instances.size());
+        work.flat.instances.push_back({instance.name, scope, instance.def, NL_NONE});
+        inner.clear();
+        for (size_t i = 0; i < def.ports.size(); i++) {
+            int32_t net = module.pins[static_cast<size_t>(instance.first_pin) + i];
+            inner.push_back(net == NL_NONE ? NL_NONE : place[static_cast<size_t>(net)]);
+        }
+        if (def.is_cell) {
+            work.flat.instances.back().first_pin = static_cast<int32_t>(work.flat.pins.size());
+            work.flat.pins.insert(work.flat.pins.end(), inner.begin(), inner.end());
+            continue;
+        }
+        work.flat.scopes.push_back({instance.name, scope, copy});
+        std::vector<int32_t> connected = inner;
+        expand(work, instance.def, connected.data(), static_cast<int32_t>(work.flat.scopes.size()) - 1);
+    }
+    work.open[static_cast<size_t>(index)] = false;
+}
+
+void check_joined(FLATTENER &work) {
+    if (NL_union_find(work.sets, NL_VCC) == NL_GND)
+        TOOL_fail("", 0, "the design joins the constants 0 and 1.");
+}
+
+} // namespace
+
+NL_MODULE NL_flatten(NL_DESIGN &design, int32_t top) {
+    FLATTENER work{design};
+    work.unknown_name = NL_name(design.names, NL_UNKNOWN_NET);
+    work.open.assign(design.modules.size(), false);
+    const NL_MODULE &module = design.modules[static_cast<size_t>(top)];
+    work.flat.name = module.name;
+    work.flat.defined = true;
+    NL_add_net(work.flat, module.nets[NL_GND].name);
+    NL_add_net(work.flat, module.nets[NL_VCC].name);
+    NL_union_init(work.sets, work.flat.nets.size());
+    expand(work, top, nullptr, NL_NONE);
+    check_joined(work);
+    NL_merge_nets(work.flat, work.sets);
+    NL_name_port_nets(design, work.flat);
+    int32_t twice = NL_NONE;
+    NL_close_ports(design, work.flat, twice);
+    return std::move(work.flat);
+}

@@ -1,0 +1,9 @@
+// A design flattened to its library cells.
+#pragma once
+
+#include "siblings/netlist.hh"
+
+/// Expands all module instances below `top`, whose modules are all in `design`, into a new module of the same
+/// name. Names keep their place in the hierarchy by their scopes; each module instance on the way stays as an
+/// instance without connections. Ends the program on a module that contains itself.
+NL_MODULE NL_flatten(NL_DESIGN &design, int32_t top);

@@ -1,0 +1,6 @@
+// kalmlist -verilog|-vhdl -hierarchy -o OUT FILE.sdb [-add_path DIR]: an SDB design as one netlist.
+#include "siblings/list_program.hh"
+
+int main(int argc, char **argv) {
+    return LIST_main(argc, argv);
+}

@@ -1,0 +1,6 @@
+// kalmverin [-lib] FILE.v ... [-top NAME] [-opath DIR]: Verilog netlists into SDB files.
+#include "siblings/verilog_to_sdb.hh"
+
+int main(int argc, char **argv) {
+    return VTOS_main(argc, argv);
+}

@@ -1,0 +1,93 @@
+#include "siblings/list_program.hh"
+
+#include "siblings/definitions.hh"
+#include "siblings/tool.hh"
+#include "siblings/verilog_writer.hh"
+
+#include "support/shell.hh"
+
+#include <cerrno>
+#include <cstring>
+
+namespace {
+
+constexpr const char *usage = "usage: kalmlist -verilog|-vhdl -hierarchy -o OUT FILE.sdb [-add_path DIR]";
+
+using WRITE_MODULE = void (*)(std::string &text, const NL_DESIGN &design, const NL_MODULE &module);
+
+struct ARGUMENTS {
+    WRITE_MODULE write = nullptr;
+    bool hierarchy = false;
+    std::string output;
+    std::string file;
+    std::vector<std::string> paths;
+};
+
+void take_language(ARGUMENTS &arguments, WRITE_MODULE write) {
+    if (arguments.write != nullptr && arguments.write != write)
+        TOOL_fail("", 0, "-verilog and -vhdl exclude each other.");
+    arguments.write = write;
+}
+
+ARGUMENTS read_arguments(int argc, char **argv) {
+    ARGUMENTS arguments;
+    for (int i = 1; i < argc; i++) {
+        std::string_view word = argv[i];
+        if (word == "-verilog")
+            take_language(arguments, VLOG_write_module);
+        else if (word == "-hierarchy")
+            arguments.hierarchy = true;
+        else if (word == "-o")
+            arguments.output = TOOL_value(argc, argv, i);
+        else if (word == "-add_path")
+            arguments.paths.emplace_back(TOOL_value(argc, argv, i));
+        else if (word.size() > 1 && word[0] == '-')
+            TOOL_fail("", 0, "unknown switch '%s'.", argv[i]);
+        else if (!arguments.file.empty())
+            TOOL_fail("", 0, "two SDB files are given, '%s' and '%s'.", arguments.file.c_str(), argv[i]);
+        else
+            arguments.file = word;
+    }
+    if (arguments.write == nullptr || arguments.output.empty() || arguments.file.empty())
+        TOOL_fail("", 0, "%s", usage);
+    return arguments;
+}
+
+// The name of the design is that of its file.
+std::string design_name(const std::string &file) {
+    std::string name = TOOL_base_name(file);
+    constexpr std::string_view ending = ".sdb";
+    if (name.size() <= ending.size() || !name.ends_with(ending))
+        TOOL_fail("", 0, "'%s' is not the name of an SDB file.", file.c_str());
+    return name.substr(0, name.size() - ending.size());
+}
+
+} // namespace
+
+int LIST_main(int argc, char **argv) {
+    ARGUMENTS arguments = read_arguments(argc, argv);
+    TOOL_set_search_path();
+    std::string name = design_name(arguments.file);
+    std::string own_directory = TOOL_directory(arguments.file);
+    std::vector<std::string> directories = {own_directory.empty() ? "." : own_directory};
+    directories.insert(directories.end(), arguments.paths.begin(), arguments.paths.end());
+    std::string path = arguments.file;
+    if (own_directory.empty() && !TOOL_exists(path))
+        path = DEF_find(directories, name);
+    if (path.empty() || !TOOL_exists(path))
+        TOOL_fail("", 0, "there is no file '%s'.", arguments.file.c_str());
+    NL_DESIGN design;
+    std::vector<int32_t> order;
+    int32_t top = DEF_read_tree(design, path, name, directories, order);
+    if (design.modules[static_cast<size_t>(top)].is_cell || !arguments.hierarchy)
+        order = {top};
+    std::string text;
+    for (int32_t index : order) {
+        text += text.empty() ? "" : "\n";
+        arguments.write(text, design, design.modules[static_cast<size_t>(index)]);
+    }
+    errno = 0;
+    if (!write_text_file(arguments.output, text))
+        TOOL_fail(arguments.output, 0, "this file can't be written: %s.", std::strerror(errno));
+    return 0;
+}

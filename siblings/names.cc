@@ -1,0 +1,131 @@
+#include "siblings/names.hh"
+
+#include <charconv>
+#include <cstring>
+
+namespace {
+
+constexpr size_t FIRST_SLOTS = 4096;
+constexpr size_t BLOCK_SIZE = 1 << 20;
+
+// FNV-like, eight bytes at a time: names are short and looked up for each token of a large file.
+uint32_t hash_text(std::string_view text) {
+    uint64_t hash = 0x9E3779B97F4A7C15u ^ text.size();
+    const char *at = text.data();
+    size_t left = text.size();
+    while (left >= 8) {
+        uint64_t word;
+        std::memcpy(&word, at, 8);
+        hash = (hash ^ word) * 0xFF51AFD7ED558CCDu;
+        hash ^= hash >> 32;
+        at += 8;
+        left -= 8;
+    }
+    uint64_t word = 0;
+    std::memcpy(&word, at, left);
+    hash = (hash ^ word) * 0xFF51AFD7ED558CCDu;
+    return static_cast<uint32_t>(hash ^ (hash >> 29));
+}
+
+void grow_slots(NL_NAMES &names) {
+    std::vector<NL_NAMES::SLOT> old;
+    old.swap(names.slots);
+    names.slots.assign(old.empty() ? FIRST_SLOTS : old.size() * 2, {0, -1});
+    size_t mask = names.slots.size() - 1;
+    for (const NL_NAMES::SLOT &slot : old) {
+        if (slot.id < 0)
+            continue;
+        size_t at = slot.hash & mask;
+        while (names.slots[at].id >= 0)
+            at = (at + 1) & mask;
+        names.slots[at] = slot;
+    }
+}
+
+std::string_view copy_text(NL_NAMES &names, std::string_view text) {
+    if (text.size() > names.free_size) {
+        size_t size = text.size() > BLOCK_SIZE ? text.size() : BLOCK_SIZE;
+        names.blocks.push_back(std::make_unique<char[]>(size));
+        names.free_at = names.blocks.back().get();
+        names.free_size = size;
+    }
+    char *copy = names.free_at;
+    std::memcpy(copy, text.data(), text.size());
+    names.free_at += text.size();
+    names.free_size -= text.size();
+    return {copy, text.size()};
+}
+
+// The slot of `text`, or the free slot where it belongs.
+size_t slot_of(const NL_NAMES &names, std::string_view text, uint32_t hash) {
+    size_t mask = names.slots.size() - 1;
+    size_t at = hash & mask;
+    while (names.slots[at].id >= 0) {
+        const NL_NAMES::SLOT &slot = names.slots[at];
+        if (slot.hash == hash && names.texts[static_cast<size_t>(slot.id)] == text)
+            break;
+        at = (at + 1) & mask;
+    }
+    return at;
+}
+
+template <bool in_place> int32_t put_name(NL_NAMES &names, std::string_view text) {
+    if (names.texts.size() * 2 >= names.slots.size())
+        grow_slots(names);
+    uint32_t hash = hash_text(text);
+    size_t at = slot_of(names, text, hash);
+    if (names.slots[at].id >= 0)
+        return names.slots[at].id;
+    int32_t id = static_cast<int32_t>(names.texts.size());
+    names.slots[at] = {hash, id};
+    names.texts.push_back(in_place ? text : copy_text(names, text));
+    return id;
+}
+
+} // namespace
+
+int32_t NL_name(NL_NAMES &names, std::string_view text) {
+    return put_name<false>(names, text);
+}
+
+int32_t NL_name_in_place(NL_NAMES &names, std::string_view text) {
+    return put_name<true>(names, text);
+}
+
+int32_t NL_find_name(const NL_NAMES &names, std::string_view text) {
+    if (names.slots.empty())
+        return -1;
+    return names.slots[slot_of(names, text, hash_text(text))].id;
+}
+
+bool NL_parse_bit(std::string_view text, NL_BIT &bit) {
+    if (text.size() < 4 || text.back() != ']')
+        return false;
+    size_t open = text.rfind('[');
+    if (open == std::string_view::npos || open == 0)
+        return false;
+    const char *end = text.data() + text.size() - 1;
+    auto [stop, fault] = std::from_chars(text.data() + open + 1, end, bit.index);
+    // Leading zeros would not come back when the index is written again.
+    bool plain = text[open + 1] != '0' || stop - (text.data() + open + 1) == 1;
+    if (fault != std::errc() || stop != end || bit.index < 0 || !plain)
+        return false;
+    bit.base = text.substr(0, open);
+    return true;
+}
+
+int32_t NL_bit_name(NL_NAMES &names, std::string_view base, int32_t index) {
+    char buffer[256];
+    char digits[16];
+    auto end = std::to_chars(digits, digits + sizeof digits, index).ptr;
+    size_t size = base.size() + static_cast<size_t>(end - digits) + 2;
+    if (size > sizeof buffer)
+        return NL_name(names, std::string(base) + "[" + std::string(digits, end) + "]");
+    std::memcpy(buffer, base.data(), base.size());
+    char *at = buffer + base.size();
+    *at++ = '[';
+    std::memcpy(at, digits, static_cast<size_t>(end - digits));
+    at += end - digits;
+    *at = ']';
+    return NL_name(names, {buffer, size});
+}

@@ -1,0 +1,52 @@
+// Texts as numbers: every name of a netlist is held once and compared as an id.
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// A table of distinct texts. Ids count from 0 in the order of first use and never change.
+struct NL_NAMES {
+    struct SLOT {
+        uint32_t hash;
+        int32_t id; // -1 while the slot is free
+    };
+    std::vector<SLOT> slots; // open addressing, a power of two, at most half full
+    std::vector<std::string_view> texts;
+    std::vector<std::unique_ptr<char[]>> blocks; // storage of the copied texts
+    char *free_at = nullptr;
+    size_t free_size = 0;
+};
+
+/// The id of `text`, which is copied when it is new.
+int32_t NL_name(NL_NAMES &names, std::string_view text);
+
+/// The same for a text that lives as long as the table, which refers to it.
+int32_t NL_name_in_place(NL_NAMES &names, std::string_view text);
+
+/// The id of `text`, or -1.
+int32_t NL_find_name(const NL_NAMES &names, std::string_view text);
+
+inline std::string_view NL_text(const NL_NAMES &names, int32_t id) {
+    return names.texts[static_cast<size_t>(id)];
+}
+
+/// A copy of the text, for messages and file names.
+inline std::string NL_string(const NL_NAMES &names, int32_t id) {
+    return std::string(NL_text(names, id));
+}
+
+/// A text of the form `base[index]` taken apart.
+struct NL_BIT {
+    std::string_view base;
+    int32_t index;
+};
+
+/// True when `text` ends in a decimal index in brackets, as bits of vectors are named, and fills `bit`.
+bool NL_parse_bit(std::string_view text, NL_BIT &bit);
+
+/// The id of `base[index]`.
+int32_t NL_bit_name(NL_NAMES &names, std::string_view base, int32_t index);

@@ -1,0 +1,86 @@
+#include "siblings/tool.hh"
+
+#include "support/console.hh"
+#include "support/fnm.hh"
+
+#include <cerrno>
+#include <cstdarg>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <sys/stat.h>
+#include <unistd.h>
+
+void TOOL_fail(std::string_view file, int line, const char *format, ...) {
+    va_list args;
+    va_start(args, format);
+    char *text = nullptr;
+    if (vasprintf(&text, format, args) < 0)
+        text = nullptr;
+    va_end(args);
+    std::string place(file);
+    if (line > 0)
+        place += ":" + std::to_string(line);
+    error_fail("ERROR: %s%s%s\n", place.c_str(), place.empty() ? "" : ": ", text ? text : "out of memory");
+}
+
+void TOOL_set_search_path() {
+    const char *dirs = std::getenv("VELMORA_DIRS");
+    if (dirs != nullptr && *dirs != '\0')
+        CMD_set_path(dirs, nullptr, nullptr);
+    else
+        CMD_set_path(std::getenv("VELMORA"), ".", "designs:lib:scanforge_lib");
+}
+
+std::string TOOL_read_file(const std::string &path, std::string_view from_file, int from_line) {
+    struct stat info;
+    std::FILE *stream = std::fopen(path.c_str(), "rb");
+    if (stream == nullptr)
+        TOOL_fail(from_file, from_line, "can't open file '%s': %s.", path.c_str(), std::strerror(errno));
+    if (fstat(fileno(stream), &info) == 0 && S_ISDIR(info.st_mode))
+        TOOL_fail(from_file, from_line, "can't read file '%s': it is a directory.", path.c_str());
+    std::string text;
+    if (S_ISREG(info.st_mode) && info.st_size > 0)
+        text.reserve(static_cast<size_t>(info.st_size) + (1 << 20) + 1);
+    constexpr size_t STEP = 1 << 20;
+    for (;;) {
+        size_t had = text.size();
+        text.resize(had + STEP);
+        size_t got = std::fread(text.data() + had, 1, STEP, stream);
+        text.resize(had + got);
+        if (got < STEP)
+            break;
+    }
+    bool bad = std::ferror(stream) != 0;
+    std::fclose(stream);
+    if (bad)
+        TOOL_fail(from_file, from_line, "can't read file '%s': %s.", path.c_str(), std::strerror(errno));
+    return text;
+}
+
+const char *TOOL_value(int argc, char **argv, int &at) {
+    if (at + 1 >= argc)
+        TOOL_fail("", 0, "nothing stands behind the switch '%s'.", argv[at]);
+    return argv[++at];
+}
+
+std::string TOOL_base_name(const std::string &path) {
+    size_t slash = path.rfind('/');
+    return slash == std::string::npos ? path : path.substr(slash + 1);
+}
+
+std::string TOOL_directory(const std::string &path) {
+    size_t slash = path.rfind('/');
+    return slash == std::string::npos ? std::string() : path.substr(0, slash + 1);
+}
+
+bool TOOL_exists(const std::string &path) {
+    return access(path.c_str(), F_OK) == 0;
+}
+
+std::string TOOL_join(std::string_view dir, std::string_view name) {
+    std::string path(dir);
+    if (!path.empty() && path.back() != '/')
+        path += '/';
+    return path += name;
+}

@@ -1,0 +1,166 @@
+#include "siblings/verilog_to_sdb.hh"
+
+#include "siblings/definitions.hh"
+#include "siblings/flatten.hh"
+#include "siblings/netlist_sdb.hh"
+#include "siblings/tool.hh"
+#include "siblings/verilog_reader.hh"
+#include "siblings/verilog_words.hh"
+
+#include "support/fnm.hh"
+#include "support/shell.hh"
+#include "support/text.hh"
+
+#include <cerrno>
+#include <cstring>
+#include <map>
+
+namespace {
+
+struct ARGUMENTS {
+    bool library = false;
+    std::vector<std::string> files;
+    std::string top;
+    std::string output_directory;
+};
+
+ARGUMENTS read_arguments(int argc, char **argv) {
+    ARGUMENTS arguments;
+    for (int i = 1; i < argc; i++) {
+        std::string_view word = argv[i];
+        if (word == "-lib")
+            arguments.library = true;
+        else if (word == "-top")
+            arguments.top = TOOL_value(argc, argv, i);
+        else if (word == "-opath")
+            arguments.output_directory = TOOL_value(argc, argv, i);
+        else if (word.size() > 1 && word[0] == '-')
+            TOOL_fail("", 0, "unknown switch '%s'.", argv[i]);
+        else
+            arguments.files.emplace_back(word);
+    }
+    if (arguments.files.empty())
+        TOOL_fail("", 0, "usage: kalmverin [-lib] FILE.v ... [-top NAME] [-opath DIR]");
+    return arguments;
+}
+
+// The module that no other one instantiates, or the one that was asked for.
+int32_t find_top(const VLOG &reader, const std::string &wanted) {
+    const NL_DESIGN &design = reader.design;
+    std::vector<bool> used(design.modules.size());
+    for (const VLOG_MODULE &record : reader.modules)
+        for (const NL_INSTANCE &instance : design.modules[static_cast<size_t>(record.module)].instances)
+            used[static_cast<size_t>(instance.def)] = true;
+    std::vector<int32_t> tops;
+    for (const VLOG_MODULE &record : reader.modules) {
+        bool is_wanted = NL_text(design.names, design.modules[static_cast<size_t>(record.module)].name) == wanted;
+        if (wanted.empty() ? !used[static_cast<size_t>(record.module)] : is_wanted)
+            tops.push_back(record.module);
+    }
+    const std::string &file = reader.scan.files.front();
+    if (!wanted.empty() && tops.empty())
+        TOOL_fail(file, 0, "there is no module '%s' for -top.", wanted.c_str());
+    if (tops.empty())
+        TOOL_fail(file, 0, "there is no top module: every module is instantiated by another one.");
+    if (tops.size() > 1)
+        TOOL_fail(file, 0, "'%s' and '%s' both are instantiated by no other module; -top has to name one.",
+                  NL_string(design.names, design.modules[static_cast<size_t>(tops[0])].name).c_str(),
+                  NL_string(design.names, design.modules[static_cast<size_t>(tops[1])].name).c_str());
+    return tops[0];
+}
+
+std::string file_of_module(const VLOG &reader, const VLOG_MODULE &record, const std::string &directory) {
+    std::string name =
+        NL_string(reader.design.names, reader.design.modules[static_cast<size_t>(record.module)].name);
+    if (name.find('/') != std::string::npos || name == "." || name == "..")
+        TOOL_fail(reader.scan.files[static_cast<size_t>(record.file)], record.line,
+                  "the module name '%s' can't be the name of a file.", name.c_str());
+    return TOOL_join(directory, name);
+}
+
+std::string log_text(const VLOG &reader, const NL_MODULE *flat) {
+    const NL_DESIGN &design = reader.design;
+    std::string text = "kalmverin\n\n";
+    for (const std::string &file : reader.scan.files)
+        text += "file                " + file + "\n";
+    text += format_text("lines               %lld\n", static_cast<long long>(reader.scan.line_count));
+    std::map<std::string, int64_t> uses;
+    int64_t ports = 0, nets = 0, instances = 0, assigns = 0;
+    for (const VLOG_MODULE &record : reader.modules) {
+        const NL_MODULE &module = design.modules[static_cast<size_t>(record.module)];
+        ports += static_cast<int64_t>(module.ports.size());
+        nets += static_cast<int64_t>(module.nets.size());
+        instances += static_cast<int64_t>(module.instances.size());
+        assigns += record.assign_count;
+        for (const NL_INSTANCE &instance : module.instances)
+            uses[NL_string(design.names, design.modules[static_cast<size_t>(instance.def)].name)]++;
+    }
+    text += format_text("%-20s%zu\n", reader.library ? "library cells" : "modules", reader.modules.size());
+    text += format_text("ports               %lld\n", static_cast<long long>(ports));
+    if (reader.library)
+        return text;
+    text += format_text("nets                %lld\n", static_cast<long long>(nets));
+    text += format_text("assigns             %lld\n", static_cast<long long>(assigns));
+    text += format_text("instances           %lld\n", static_cast<long long>(instances));
+    if (flat != nullptr)
+        text += format_text("flat instances      %zu\nflat nets           %zu\n",
+                            flat->instances.size() - flat->scopes.size(), flat->nets.size());
+    text += "\ninstances of\n";
+    for (const auto &[name, count] : uses)
+        text += format_text("  %-30s %lld\n", name.c_str(), static_cast<long long>(count));
+    return text;
+}
+
+void write_design(VLOG &reader, const ARGUMENTS &arguments) {
+    NL_DESIGN &design = reader.design;
+    std::vector<std::string> directories;
+    if (!arguments.output_directory.empty())
+        directories.push_back(arguments.output_directory);
+    VLOG_link(reader, [&](NL_MODULE &module) { return DEF_read_ports(design, module, directories); });
+    int32_t top = find_top(reader, arguments.top);
+    std::vector<std::string> paths;
+    for (const VLOG_MODULE &record : reader.modules)
+        paths.push_back(file_of_module(reader, record, arguments.output_directory));
+    NL_MODULE flat = NL_flatten(design, top);
+    for (size_t i = 0; i < paths.size(); i++) {
+        const NL_MODULE &module = design.modules[static_cast<size_t>(reader.modules[i].module)];
+        NL_write_sdb(design, module, paths[i] + ".sdb");
+        if (reader.modules[i].module == top)
+            NL_write_sdb(design, flat, paths[i] + ".c.sdb");
+    }
+    std::string log = FNM_break(arguments.files[0].c_str(), "b") + ".kalmverin.log";
+    if (!write_text_file(log, log_text(reader, &flat)))
+        TOOL_fail(log, 0, "this file can't be written: %s.", std::strerror(errno));
+}
+
+void write_library(VLOG &reader, const ARGUMENTS &arguments) {
+    std::vector<std::string> paths;
+    for (const VLOG_MODULE &record : reader.modules)
+        paths.push_back(file_of_module(reader, record, arguments.output_directory));
+    for (size_t i = 0; i < paths.size(); i++)
+        NL_write_sdb(reader.design, reader.design.modules[static_cast<size_t>(reader.modules[i].module)],
+                     paths[i] + ".sdb");
+    std::string log = FNM_break(arguments.files[0].c_str(), "b") + ".kalmverin.log";
+    if (!write_text_file(log, log_text(reader, nullptr)))
+        TOOL_fail(log, 0, "this file can't be written: %s.", std::strerror(errno));
+}
+
+} // namespace
+
+int VTOS_main(int argc, char **argv) {
+    ARGUMENTS arguments = read_arguments(argc, argv);
+    TOOL_set_search_path();
+    NL_DESIGN design;
+    VLOG_put_words(design.names);
+    VSCAN scan{design.names};
+    VLOG reader{design, scan, arguments.library, {}};
+    for (const std::string &file : arguments.files)
+        VLOG_read(reader, file);
+    if (reader.modules.empty())
+        TOOL_fail(arguments.files[0], 0, "the file holds no module.");
+    if (arguments.library)
+        write_library(reader, arguments);
+    else
+        write_design(reader, arguments);
+    return 0;
+}
