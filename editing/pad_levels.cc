@@ -3,6 +3,8 @@
 #include "editing/tap_hierarchy.hh"
 #include "editing/tap_place.hh"
 #include "editing/tap_top.hh"
+#include "planning/tracing.hh"
+#include "sdb/navigation.hh"
 #include "support/console.hh"
 #include "support/fnm.hh"
 #include "support/run_state.hh"
@@ -68,19 +70,29 @@ bool has_enable_port(int32_t level) {
 
 // ---- the `add` lines of a level
 
+/// A new port of the level's module, whose SDB is open. A name that is taken can't be given again.
+void add_port(const PAD_LEVEL &level, const char *name, EDIT_PORT direction) {
+    if (SDB_nl_search_port(name) >= 0)
+        vmr_fail(
+            "ERROR: module '%s' has a port '%s' already, so that the signal of that name\n"
+            "       can't be led into it. Please rename the port of the module or the pin of the TAP.\n\n",
+            level.module, name);
+    edit_add_port(PAD_FP, name, direction);
+}
+
 void add_control_ports(const PAD_LEVEL &level) {
     for (STANDARD_PORT port : PORT_ORDER)
         if (port_is_used(port) && TAP_PORT[port].row != nullptr &&
             has_tap_port(PORT_ROUTES[port], level.number))
-            edit_add_port(PAD_FP, tap_port_name(port).c_str(), port == PORT_TDO ? EDIT_INPUT : EDIT_OUTPUT);
+            add_port(level, tap_port_name(port).c_str(), port == PORT_TDO ? EDIT_INPUT : EDIT_OUTPUT);
     for (const char *pin : crossing_signals())
-        edit_add_port(PAD_FP, pin, EDIT_INPUT);
-    edit_add_port(PAD_FP, "chain_in", EDIT_INPUT);
-    edit_add_port(PAD_FP, "chain_out", EDIT_OUTPUT);
+        add_port(level, pin, EDIT_INPUT);
+    add_port(level, "chain_in", EDIT_INPUT);
+    add_port(level, "chain_out", EDIT_OUTPUT);
     if (option(OPT_SYNCH))
-        edit_add_port(PAD_FP, BCELL_TCK, EDIT_INPUT);
+        add_port(level, BCELL_TCK, EDIT_INPUT);
     if (has_enable_port(level.number))
-        edit_add_port(PAD_FP, TAP_TDO_EN_PIN, EDIT_INPUT);
+        add_port(level, TAP_TDO_EN_PIN, EDIT_INPUT);
 }
 
 /// The TAP stands in this module or below it: the standard ports enter from above.
@@ -88,10 +100,10 @@ void add_entering_ports(const PAD_LEVEL &level) {
     for (STANDARD_PORT port : PORT_ORDER) {
         if (!port_exists(port) || !comes_from_above(PORT_ROUTES[port], level))
             continue;
-        edit_add_port(PAD_FP, tap_pin(port), port == PORT_TDO ? EDIT_OUTPUT : EDIT_INPUT);
+        add_port(level, tap_pin(port), port == PORT_TDO ? EDIT_OUTPUT : EDIT_INPUT);
         // The TAP drives its TDO enable, so this signal leaves.
         if (port == PORT_TDO && tdo_enable_exists())
-            edit_add_port(PAD_FP, TAP_TDO_EN_PIN, EDIT_OUTPUT);
+            add_port(level, TAP_TDO_EN_PIN, EDIT_OUTPUT);
     }
 }
 
@@ -130,10 +142,13 @@ const char *open_and_modify_hierarchy_sdb(const PAD_LEVEL &level) {
     vmr_printf("    .Editing command file    %s ...\n", path.c_str());
     if (rwv_hier_instance_matchG == MATCH_HERE)
         add_tap_here();
+    open_sdb_file(found);
     if (passes_ports_up())
         add_control_ports(level);
     else
         add_entering_ports(level);
+    SDB_close(sdb, 0);
+    SDB_clear_current();
     return found;
 }
 

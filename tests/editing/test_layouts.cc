@@ -16,6 +16,15 @@ constexpr const char *PINS = R"(
 10 TDO tdo *
 )";
 
+constexpr const char *TOP_TAP_PINS = R"(
+1 A a *
+6 TDI tdi *
+7 TMS tms *
+8 TCK tck *
+9 CK ck *
+10 TDO tdo *
+)";
+
 constexpr const char *PAD_MODULE_PINS = R"(
 1 A a *
 2 Y y *
@@ -112,9 +121,45 @@ const LAYOUT LAYOUTS[] = {
      {"BB_bs", "pads_bs", "AA_bs", "chip_jtag"}},
     {"pads_added", "no_pads", "TAP", "-add_tap -add_pad", BARE_PINS, {"chip_jtag"}, PAD_CELLS},
     {"ports_without_pads", "no_pads", "TAP", "-add_tap -no_pad", BARE_PINS, {"chip_jtag"}, PAD_CELLS},
+    {"tap_exists", "tap_exists", "TAP", "", PAD_MODULE_PINS, {"pads_bs", "chip_jtag"}},
+    {"tap_exists_in_top", "tap_exists_in_top", "TAP", "", TOP_TAP_PINS, {"chip_jtag"}},
 };
 
+/// A TAP that stands in the design already.
+constexpr const char *TAP_CELL_VERILOG = "module tapm(input TDI, TMS, TCK, BC_LAST, output TDO, TDO_EN, "
+                                         "clockDR, shiftDR, updateDR, mode1, BC_FIRST); "
+                                         "endmodule\n";
+
 } // namespace
+
+TEST(Layouts, ANewPortWhoseNameIsTakenIsRefused) {
+    CHIP_INPUT input;
+    input.design =
+        "module pads(input a, output a_c, input chain_in); IBUF pa(.PAD(a), .C(a_c)); endmodule\n"
+        "module chip(input a, input ck); wire w; pads p(.a(a), .a_c(w)); FF f(.D(w), .CK(ck)); endmodule\n";
+    input.pins = "1 PA a *\n2 CK ck *\n";
+    chip_case chip(input);
+    run_result result = chip.run("-add_tap");
+    EXPECT_EQ(result.status, 255);
+    EXPECT_NE(result.out.find("ERROR: module 'pads' has a port 'chain_in' already"), std::string::npos)
+        << result.out;
+}
+
+TEST(Layouts, PadsInSeveralModulesAreRefused) {
+    CHIP_INPUT input;
+    input.design =
+        "module one(input p, output c); IBUF pa(.PAD(p), .C(c)); endmodule\n"
+        "module two(input p, output c); IBUF pa(.PAD(p), .C(c)); endmodule\n"
+        "module chip(input a, input b, input ck); wire v, w; one x(.p(a), .c(v)); two y(.p(b), .c(w));\n"
+        "FF f(.D(v), .CK(ck)); FF g(.D(w), .CK(ck)); endmodule\n";
+    input.pins = "1 PA a *\n2 PB b *\n3 CK ck *\n";
+    chip_case chip(input);
+    run_result result = chip.run("-add_tap");
+    EXPECT_EQ(result.status, 255);
+    EXPECT_NE(result.out.find("ERROR: the pads of 'chip' lie in more than one module.\n"), std::string::npos)
+        << result.out;
+    EXPECT_FALSE(chip.scratch.has("rimweave_lib/chip_jtag.cmd"));
+}
 
 TEST(Layouts, CommandFiles) {
     for (const LAYOUT &layout : LAYOUTS) {
@@ -124,6 +169,8 @@ TEST(Layouts, CommandFiles) {
         input.tap = layout.tap;
         input.pins = layout.pins;
         input.settings = layout.settings;
+        if (std::string(layout.name).starts_with("tap_exists"))
+            input.cells = TAP_CELL_VERILOG;
         chip_case chip(input);
         run_result result = chip.run(layout.options);
         EXPECT_EQ(result.status, 0) << result.out << result.err;
