@@ -5,6 +5,7 @@
 #include "description/hash_tables.hh"
 #include "description/lookups.hh"
 #include "description/reader.hh"
+#include "description/syntax_tree.hh"
 #include "support/text.hh"
 #include "tests/support/scratch.hh"
 
@@ -37,9 +38,15 @@ inline run_result run_child(const scratch_folder &scratch, const std::function<v
     return {status, streams.read("out"), streams.read("err")};
 }
 
+/// The line counters go on counting from reading to reading; a test that looks at lines starts them anew.
+inline void restart_line_counters() {
+    lib_yylineno = dft_yylineno = pin_yylineno = 1;
+}
+
 /// Reads chip.lib and chip.bsc of the scratch folder in a child.
 inline run_result read_in_child(const scratch_folder &scratch) {
     return run_child(scratch, [] {
+        restart_line_counters();
         bsdft_init();
         get_bs_dft_file("chip.lib", "chip.bsc", 0);
     });
@@ -50,6 +57,7 @@ struct loaded_tables {
     scratch_folder scratch;
 
     explicit loaded_tables(const std::string &lib, const std::string &bsc = SHORT_BSC) {
+        restart_line_counters();
         bsdft_init();
         get_bs_dft_file(scratch.write("chip.lib", lib).c_str(), scratch.write("chip.bsc", bsc).c_str(), 0);
     }

@@ -239,6 +239,7 @@ TEST(ReaderFiles, LineNumbersGoOnInASecondReading) {
     scratch.write("chip.bsc", "word\n");
     scratch.write("bad.bsc", "word\n{");
     run_result result = run_child(scratch, [] {
+        restart_line_counters();
         bsdft_init();
         get_bs_dft_file("chip.lib", "chip.bsc", 0);
         bsdft_init();
