@@ -39,6 +39,8 @@ chip_case::chip_case(const CHIP_INPUT &input) {
     std::string library = test_file("designs/chip.lib") + input.library;
     scratch.write("chip.lib", replaced(library, "%TDI TDI;", "%TDI TDI; " + input.tap_items));
     std::string bsc = replaced(replaced(BSC, "<TAP>", input.tap), "<ROLES>", input.roles);
+    if (!input.bidir_cell)
+        bsc = replaced(bsc, "%BIDIR_SCAN BC_BI; ", "");
     scratch.write("chip.bsc", replaced(bsc, "<SETTINGS>", input.settings));
     scratch.write("chip.pin", "%PACKAGE_TYPE QFP64 64;\n" + input.pins);
     std::filesystem::create_directories(scratch.dir / "lib");

@@ -19,6 +19,7 @@ struct CHIP_INPUT {
     std::string roles;       ///< further items of %SCAN_CELLS; a repeated role wins
     std::string settings;    ///< further .bsc statements
     std::string pins;        ///< rows of the pin file
+    bool bidir_cell = true;  ///< %BIDIR_SCAN is declared
 };
 
 class chip_case {
