@@ -41,8 +41,8 @@ ARGUMENTS read_arguments(int argc, char **argv) {
     return arguments;
 }
 
-// True for a module that has ports and nothing else: no instance, no constant, no two ports on one net. It stands
-// for something whose contents come later.
+// True for a module that has ports and nothing else: no instance, no constant, no two ports on one net. It
+// stands for something whose contents come later.
 bool is_empty(const NL_MODULE &module) {
     std::unordered_set<int32_t> nets;
     for (const NL_PORT &port : module.ports)

@@ -1,6 +1,6 @@
 #include "siblings/netlist_layout.hh"
 
-#include <cstdlib>
+#include <algorithm>
 
 namespace {
 
@@ -20,12 +20,12 @@ struct MAKER {
     const NL_MODULE &module;
     const LAYOUT_RULES &rules;
     LAYOUT layout{};
-    std::vector<uint8_t> uses;         // NET_USE of each net
-    std::vector<LAYOUT_BIT> port_bits; // of each port
-    std::vector<int32_t> first_port;   // on each net
-    std::vector<int32_t> next_port;    // on the same net
-    std::vector<int32_t> port_of_net;  // the port that stands for the net
-    std::vector<bool> taken;           // names in use
+    std::vector<uint8_t> uses{};         // NET_USE of each net
+    std::vector<LAYOUT_BIT> port_bits{}; // of each port
+    std::vector<int32_t> first_port{};   // on each net
+    std::vector<int32_t> next_port{};    // on the same net
+    std::vector<int32_t> port_of_net{};  // the port that stands for the net
+    std::vector<bool> taken{};           // names in use
 };
 
 constexpr LAYOUT_BIT NO_BIT = {LAYOUT_OPEN, 0};
@@ -219,7 +219,8 @@ void lay_wires(MAKER &maker, const std::vector<int32_t> &wires) {
         if (placed[i])
             continue;
         const NL_NET &net = maker.module.nets[static_cast<size_t>(wires[i])];
-        int32_t name = names[i] != NL_NONE ? names[i] : new_name(maker, full_name(maker, net.name, net.scope));
+        int32_t name =
+            names[i] != NL_NONE ? names[i] : new_name(maker, full_name(maker, net.name, net.scope));
         layout.nets[static_cast<size_t>(wires[i])] = {static_cast<int32_t>(layout.items.size()), 0};
         layout.items.push_back({name, NL_NONE, false, 0, 0});
     }
@@ -252,7 +253,8 @@ void lay_assigns(MAKER &maker) {
     LAYOUT &layout = maker.layout;
     for (size_t i = 0; i < maker.module.ports.size(); i++) {
         const NL_PORT &port = maker.module.ports[i];
-        if (port.net == NL_NONE || maker.port_of_net[static_cast<size_t>(port.net)] == static_cast<int32_t>(i))
+        if (port.net == NL_NONE ||
+            maker.port_of_net[static_cast<size_t>(port.net)] == static_cast<int32_t>(i))
             continue;
         LAYOUT_BIT net = layout.nets[static_cast<size_t>(port.net)];
         if (port.direction == NL_OUTPUT || (port.direction == NL_BIDI && net.item < 0))
@@ -273,7 +275,8 @@ void lay_helpers(MAKER &maker) {
             continue;
         layout.constant_wires[constant] = static_cast<int32_t>(layout.items.size());
         layout.items.push_back({helper_name(maker, stems[constant]), NL_NONE, false, 0, 0});
-        layout.assigns.push_back({{layout.constant_wires[constant], 0}, layout.nets[static_cast<size_t>(constant)]});
+        layout.assigns.push_back(
+            {{layout.constant_wires[constant], 0}, layout.nets[static_cast<size_t>(constant)]});
     }
     int32_t open_used = 0;
     std::vector<LAYOUT_BIT> bits;
@@ -314,8 +317,9 @@ LAYOUT_BIT LAYOUT_pin(const LAYOUT &layout, int32_t net, int32_t direction) {
     return bit;
 }
 
-bool LAYOUT_pins(const LAYOUT &layout, const NL_MODULE &module, const NL_INSTANCE &instance, const NL_MODULE &def,
-                 const NL_GROUP &group, int32_t &open_used, std::vector<LAYOUT_BIT> &bits) {
+bool LAYOUT_pins(const LAYOUT &layout, const NL_MODULE &module, const NL_INSTANCE &instance,
+                 const NL_MODULE &def, const NL_GROUP &group, int32_t &open_used,
+                 std::vector<LAYOUT_BIT> &bits) {
     bits.clear();
     int32_t open = 0;
     for (int32_t port = group.first; port < group.first + group.count; port++) {

@@ -1,7 +1,8 @@
 // How a module reads as text: what is declared under which name, and what stands for each net.
 //
-// The netlist writers share this. A net that is on a port is written as that port; every other net is a wire, and
-// wires whose names are all bits of one vector are that vector. What is left over are assignments between ports.
+// The netlist writers share this. A net that is on a port is written as that port; every other net is a wire,
+// and wires whose names are all bits of one vector are that vector. What is left over are assignments between
+// ports.
 #pragma once
 
 #include "siblings/netlist.hh"
@@ -39,24 +40,26 @@ struct LAYOUT {
     size_t port_count = 0;          ///< items that are ports
     std::vector<LAYOUT_BIT> nets;   ///< of each net of the module
     std::vector<LAYOUT_ASSIGN> assigns;
-    std::vector<LAYOUT_ASSIGN> joined; ///< ports of both directions that are one net
-    std::vector<int32_t> instances;    ///< names in `names`
+    std::vector<LAYOUT_ASSIGN> joined;              ///< ports of both directions that are one net
+    std::vector<int32_t> instances;                 ///< names in `names`
     int32_t constant_wires[2] = {NL_NONE, NL_NONE}; ///< items for pins that cannot take a constant
-    int32_t open_wires = NL_NONE;                   ///< vector for open bits of pins that are connected in part
+    int32_t open_wires = NL_NONE; ///< vector for open bits of pins that are connected in part
     std::unordered_map<int32_t, int32_t> next_number; ///< of the next name made of a name that is taken
 };
 
-/// Lays out a module whose ports and definitions are known. The module and the design stay as long as the layout.
+/// Lays out a module whose ports and definitions are known. The module and the design stay as long as the
+/// layout.
 LAYOUT LAYOUT_make(const NL_DESIGN &design, const NL_MODULE &module, const LAYOUT_RULES &rules);
 
-/// What to write for a net on a pin of that direction: an output takes no constant, a pin of both directions the
-/// wire of the constant.
+/// What to write for a net on a pin of that direction: an output takes no constant, a pin of both directions
+/// the wire of the constant.
 LAYOUT_BIT LAYOUT_pin(const LAYOUT &layout, int32_t net, int32_t direction);
 
-/// The bits of a group of pins of an instance, leftmost first. False when all of them are open. `open_used` counts
-/// the open wires that were given to groups that are connected in part.
-bool LAYOUT_pins(const LAYOUT &layout, const NL_MODULE &module, const NL_INSTANCE &instance, const NL_MODULE &def,
-                 const NL_GROUP &group, int32_t &open_used, std::vector<LAYOUT_BIT> &bits);
+/// The bits of a group of pins of an instance, leftmost first. False when all of them are open. `open_used`
+/// counts the open wires that were given to groups that are connected in part.
+bool LAYOUT_pins(const LAYOUT &layout, const NL_MODULE &module, const NL_INSTANCE &instance,
+                 const NL_MODULE &def, const NL_GROUP &group, int32_t &open_used,
+                 std::vector<LAYOUT_BIT> &bits);
 
 /// True for an instance that is written: not for those that a flattened design keeps for their names.
 inline bool LAYOUT_is_written(const NL_INSTANCE &instance) {

@@ -18,8 +18,8 @@ struct WRITER {
 std::string identifier(const WRITER &writer, std::string_view name) {
     for (char c : name)
         if (c <= ' ' || c == '\x7f')
-            TOOL_fail("", 0, "the name '%s' in module '%s' can't be written in Verilog.", std::string(name).c_str(),
-                      NL_string(writer.design.names, writer.module.name).c_str());
+            TOOL_fail("", 0, "the name '%s' in module '%s' can't be written in Verilog.",
+                      std::string(name).c_str(), NL_string(writer.design.names, writer.module.name).c_str());
     if (name.empty())
         TOOL_fail("", 0, "something in module '%s' has an empty name.",
                   NL_string(writer.design.names, writer.module.name).c_str());
@@ -56,7 +56,8 @@ char constant_digit(int32_t item) {
     return item == LAYOUT_GND ? '0' : item == LAYOUT_VCC ? '1' : 'x';
 }
 
-// One piece of a concatenation: the constants or the part of one vector that begin at `at`. Returns its length.
+// One piece of a concatenation: the constants or the part of one vector that begin at `at`. Returns its
+// length.
 size_t put_piece(WRITER &writer, const std::vector<LAYOUT_BIT> &bits, size_t at) {
     LAYOUT_BIT first = bits[at];
     size_t end = at + 1;
