@@ -145,6 +145,35 @@ TEST(Layouts, ANewPortWhoseNameIsTakenIsRefused) {
         << result.out;
 }
 
+TEST(Layouts, WhatDrivesTdoIsCut) {
+    struct DRIVEN {
+        const char *what, *gates, *expected;
+        bool warned;
+    };
+    const DRIVEN cases[] = {
+        {"a gate", "FF g(.CK(ck), .Q(t));", "disconnect po{I}\nconnect po{I} TAP{TDO}\n", true},
+        {"a constant", "assign t = 1'b0;", "disconnect po{I}\nconnect po{I} TAP{TDO}\n", true},
+        {"nothing", "", "", false},
+    };
+    for (const DRIVEN &each : cases) {
+        SCOPED_TRACE(each.what);
+        CHIP_INPUT input;
+        input.design =
+            std::string("module chip(input a, input ck, output tdo); wire w, t;\n"
+                        "IBUF pa(.PAD(a), .C(w)); FF f(.D(w), .CK(ck)); OBUF po(.I(t), .PAD(tdo));\n") +
+            each.gates + " endmodule\n";
+        input.pins = "1 PA a *\n2 CK ck *\n3 TDO tdo *\n";
+        chip_case chip(input);
+        run_result result = chip.run("-add_tap");
+        EXPECT_EQ(result.status, 0) << result.out << result.err;
+        EXPECT_EQ(result.out.find("WARNING") != std::string::npos, each.warned) << result.out;
+        if (each.warned)
+            EXPECT_NE(chip.commands({"chip_jtag"}).find(each.expected), std::string::npos);
+        else
+            EXPECT_EQ(chip.commands({"chip_jtag"}).find("disconnect po"), std::string::npos);
+    }
+}
+
 TEST(Layouts, PadsInSeveralModulesAreRefused) {
     CHIP_INPUT input;
     input.design =

@@ -170,3 +170,27 @@ TEST(Runs, SignalsWithoutAWayToTheTapAreRefused) {
               std::string::npos)
         << result.out;
 }
+
+TEST(Runs, ADesignNameIsNeverAShellCommand) {
+    struct NAME {
+        const char *name;
+        int status;
+        const char *message;
+    };
+    const NAME names[] = {
+        {"a;touch$IFS+pwned", 0, "END TIME"},
+        // The edit language parts its words at blanks.
+        {"a;touch pwned", 255, "ERROR: the name 'a;touch pwned_jtag' can't stand in command file"},
+    };
+    for (const NAME &each : names) {
+        chip_case chip(small_chip());
+        for (const char *ext : {".sdb", ".c.sdb", ".lib", ".bsc"})
+            std::filesystem::copy(chip.scratch.dir / (std::string("chip") + ext),
+                                  chip.scratch.dir / (std::string(each.name) + ext));
+        run_result result = chip.scratch.run("PATH=$PWD/tools:$PATH " RW_BIN_DIR "/rimweave '" +
+                                             std::string(each.name) + "' -add_tap");
+        EXPECT_EQ(result.status, each.status) << result.out << result.err;
+        EXPECT_NE(result.out.find(each.message), std::string::npos) << result.out;
+        EXPECT_FALSE(chip.scratch.has("pwned") || chip.scratch.has("+pwned"));
+    }
+}
