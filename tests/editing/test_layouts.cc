@@ -80,7 +80,7 @@ const LAYOUT LAYOUTS[] = {
      "-add_tap",
      PINS,
      {"chip_jtag"},
-     "%CONNECTION_TABLE { %CONNECT u1{A} TO u2{D}; %CONNECT a TO u1{A}; %CONNECT u1{Z} TO y; }"},
+     "%CONNECTION_TABLE { %CONNECT u2{CK} TO pck{C}; %CONNECT a TO pa{PAD}; %CONNECT py{PAD} TO y; }"},
     {"tap_down_a_path",
      "tap_down_a_path",
      "top_a.b.tap",
@@ -211,5 +211,10 @@ TEST(Layouts, CommandFiles) {
             at = found == std::string::npos ? at : found;
         }
         expect_file(std::string(layout.name) + ".cmd", chip.commands(layout.files));
+        // The bundled tools carry the same commands out.
+        std::filesystem::remove_all(chip.scratch.dir / "tools");
+        result = chip.run(layout.options);
+        EXPECT_EQ(result.status, 0) << result.out << result.err;
+        EXPECT_TRUE(chip.scratch.has("chip_jtag.v") && chip.scratch.has("chip_jtag_flat.v"));
     }
 }

@@ -41,9 +41,9 @@ add BCELL6 BC_CTL
 disconnect pb{OEN}
 connect BCELL6{DI} u8{Q}
 connect BCELL6{DO} pb{OEN}
-connect u1{A} u2{D}
-connect a u1{A}
-connect u1{Z} y
+connect u2{CK} pck{C}
+connect a pa{PAD}
+connect py{PAD} y
 connect BCELL0{SO} TAP{BC_LAST}
 connect BCELL0{CK} TAP{clockDR}
 connect BCELL0{SE} TAP{shiftDR}
