@@ -13,6 +13,8 @@
 #include "support/run_state.hh"
 #include "support/text.hh"
 
+#include <algorithm>
+
 namespace {
 
 /// Bits of a net's flag word that mark a net driven by a supply.
@@ -65,6 +67,13 @@ const BUFFER_CELL *highz_buffer(const OPIN_ROW &row) {
         vmr_fail("ERROR: (%s) no buffer cell is named in %%TAP_CONTROLLER\n"
                  "       for the high impedance command of pad '%s'.\n\n",
                  JTAG_LIB_FILE == nullptr ? "" : JTAG_LIB_FILE, row.pad_instance);
+    bool has_instruction = std::ranges::any_of(rows(INSTRUCTIONS), [](const INSTRUCTION &instruction) {
+        return same_text_no_case(instruction.name, "HIGHZ");
+    });
+    if (option(OPT_ADD_TAP) && !has_instruction && check_hiz_signal() == 0)
+        vmr_fail("ERROR: (%s) pad '%s' needs the high impedance command of the TAP,\n"
+                 "       which the TAP has only with an instruction HIGHZ in %%INSTRUCTION_TABLE.\n\n",
+                 JTAG_BSC_FILE == nullptr ? "" : JTAG_BSC_FILE, row.pad_instance);
     return HIZ_BUF;
 }
 

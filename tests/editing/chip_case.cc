@@ -23,12 +23,13 @@ constexpr const char *BSC = R"(
 %PIN_LIST { %FILE_NAME chip.pin; }
 %IDCODE_REGISTER 0001010101011100001111111111110X;
 %INSTRUCTION_TABLE {
-    %INSTRUCTION EXTEST = (00) ACCESS BOUNDARY;
-    %INSTRUCTION SAMPLE = (01) ACCESS BOUNDARY;
-    %INSTRUCTION IDCODE = (10) ACCESS IDCODE;
-    %INSTRUCTION BYPASS = (11) ACCESS BYPASS;
+    %INSTRUCTION EXTEST = (000) ACCESS BOUNDARY;
+    %INSTRUCTION SAMPLE = (001) ACCESS BOUNDARY;
+    %INSTRUCTION IDCODE = (010) ACCESS IDCODE;
+    %INSTRUCTION BYPASS = (111) ACCESS BYPASS;
+    <INSTRUCTIONS>
 }
-%INSTRUCTION_CAPTURE (01);
+%INSTRUCTION_CAPTURE (001);
 )";
 
 } // namespace
@@ -39,6 +40,7 @@ chip_case::chip_case(const CHIP_INPUT &input) {
     std::string library = test_file("designs/chip.lib") + input.library;
     scratch.write("chip.lib", replaced(library, "%TDI TDI;", "%TDI TDI; " + input.tap_items));
     std::string bsc = replaced(replaced(BSC, "<TAP>", input.tap), "<ROLES>", input.roles);
+    bsc = replaced(bsc, "<INSTRUCTIONS>", input.instructions);
     if (!input.bidir_cell)
         bsc = replaced(bsc, "%BIDIR_SCAN BC_BI; ", "");
     scratch.write("chip.bsc", replaced(bsc, "<SETTINGS>", input.settings));

@@ -11,15 +11,16 @@
 
 /// What is different from the usual chip.
 struct CHIP_INPUT {
-    std::string design;      ///< Verilog
-    std::string cells;       ///< further cells, as Verilog
-    std::string tap_items;   ///< further items of the TAP cell in the .lib file
-    std::string library;     ///< further .lib blocks
-    std::string tap = "TAP"; ///< %INSTANCE_NAME
-    std::string roles;       ///< further items of %SCAN_CELLS; a repeated role wins
-    std::string settings;    ///< further .bsc statements
-    std::string pins;        ///< rows of the pin file
-    bool bidir_cell = true;  ///< %BIDIR_SCAN is declared
+    std::string design;       ///< Verilog
+    std::string cells;        ///< further cells, as Verilog
+    std::string tap_items;    ///< further items of the TAP cell in the .lib file
+    std::string library;      ///< further .lib blocks
+    std::string tap = "TAP";  ///< %INSTANCE_NAME
+    std::string roles;        ///< further items of %SCAN_CELLS; a repeated role wins
+    std::string settings;     ///< further .bsc statements
+    std::string pins;         ///< rows of the pin file
+    std::string instructions; ///< further items of %INSTRUCTION_TABLE
+    bool bidir_cell = true;   ///< %BIDIR_SCAN is declared
 };
 
 class chip_case {

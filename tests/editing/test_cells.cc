@@ -66,6 +66,7 @@ CHIP_INPUT kinds_input() {
     input.cells = CELLS;
     input.library = LIBRARY;
     input.pins = PINS;
+    input.instructions = "%INSTRUCTION HIGHZ = (011) ACCESS BYPASS;";
     input.tap_items = "%MODE_2 mode2; %HIGHZ_COMMAND highz; %SIGNAL_BUFFER BUFX; ";
     input.settings = "%TRANSPARENT_BUFFER { TRB; } %INVERTER IBX;";
     input.roles =
@@ -81,6 +82,20 @@ TEST(Cells, EachKindWritesItsLines) {
     run_result result = chip.run("-add_tap");
     EXPECT_EQ(result.status, 0) << result.out << result.err;
     expect_file("cell_kinds.cmd", chip.commands({"chip_jtag"}));
+    // The bundled editor takes every line.
+    std::filesystem::remove_all(chip.scratch.dir / "tools");
+    result = chip.run("-add_tap");
+    EXPECT_EQ(result.status, 0) << result.out << result.err;
+}
+
+TEST(Cells, AHighImpedanceBufferNeedsTheCommand) {
+    CHIP_INPUT input = kinds_input();
+    input.instructions.clear();
+    chip_case chip(input);
+    run_result result = chip.run("-add_tap");
+    EXPECT_EQ(result.status, 255);
+    EXPECT_NE(result.out.find("pad 'phz0' needs the high impedance command of the TAP"), std::string::npos)
+        << result.out;
 }
 
 namespace {
