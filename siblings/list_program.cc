@@ -3,6 +3,7 @@
 #include "siblings/definitions.hh"
 #include "siblings/tool.hh"
 #include "siblings/verilog_writer.hh"
+#include "siblings/vhdl_writer.hh"
 
 #include "support/shell.hh"
 
@@ -13,17 +14,18 @@ namespace {
 
 constexpr const char *usage = "usage: kalmlist -verilog|-vhdl -hierarchy -o OUT FILE.sdb [-add_path DIR]";
 
-using WRITE_MODULE = void (*)(std::string &text, const NL_DESIGN &design, const NL_MODULE &module);
+using WRITE_MODULES = void (*)(std::string &text, const NL_DESIGN &design,
+                               const std::vector<const NL_MODULE *> &modules);
 
 struct ARGUMENTS {
-    WRITE_MODULE write = nullptr;
+    WRITE_MODULES write = nullptr;
     bool hierarchy = false;
     std::string output;
     std::string file;
     std::vector<std::string> paths;
 };
 
-void take_language(ARGUMENTS &arguments, WRITE_MODULE write) {
+void take_language(ARGUMENTS &arguments, WRITE_MODULES write) {
     if (arguments.write != nullptr && arguments.write != write)
         TOOL_fail("", 0, "-verilog and -vhdl exclude each other.");
     arguments.write = write;
@@ -34,7 +36,9 @@ ARGUMENTS read_arguments(int argc, char **argv) {
     for (int i = 1; i < argc; i++) {
         std::string_view word = argv[i];
         if (word == "-verilog")
-            take_language(arguments, VLOG_write_module);
+            take_language(arguments, VLOG_write_modules);
+        else if (word == "-vhdl")
+            take_language(arguments, VHDL_write_modules);
         else if (word == "-hierarchy")
             arguments.hierarchy = true;
         else if (word == "-o")
@@ -81,11 +85,11 @@ int LIST_main(int argc, char **argv) {
     int32_t top = DEF_read_tree(design, path, name, directories, order);
     if (design.modules[static_cast<size_t>(top)].is_cell || !arguments.hierarchy)
         order = {top};
+    std::vector<const NL_MODULE *> modules;
+    for (int32_t index : order)
+        modules.push_back(&design.modules[static_cast<size_t>(index)]);
     std::string text;
-    for (int32_t index : order) {
-        text += text.empty() ? "" : "\n";
-        arguments.write(text, design, design.modules[static_cast<size_t>(index)]);
-    }
+    arguments.write(text, design, modules);
     errno = 0;
     if (!write_text_file(arguments.output, text))
         TOOL_fail(arguments.output, 0, "this file can't be written: %s.", std::strerror(errno));

@@ -1,7 +1,8 @@
 #include "siblings/netlist.hh"
 
 int32_t NL_module(NL_DESIGN &design, int32_t name) {
-    auto [place, is_new] = design.module_of_name.try_emplace(name, static_cast<int32_t>(design.modules.size()));
+    auto [place, is_new] =
+        design.module_of_name.try_emplace(name, static_cast<int32_t>(design.modules.size()));
     if (is_new) {
         NL_MODULE &module = design.modules.emplace_back();
         module.name = name;
@@ -151,8 +152,11 @@ void NL_merge_nets(NL_MODULE &module, NL_UNION &sets) {
 void NL_name_port_nets(NL_DESIGN &design, NL_MODULE &module) {
     std::unordered_map<int32_t, int32_t> net_of_name;
     std::unordered_set<int32_t> named;
+    int32_t unknown = NL_name(design.names, NL_UNKNOWN_NET);
     for (const NL_PORT &port : module.ports) {
-        bool first = port.net > NL_VCC && named.insert(port.net).second;
+        // The net of the don't-care bits is told by its name.
+        bool first = port.net > NL_VCC && module.nets[static_cast<size_t>(port.net)].name != unknown &&
+                     named.insert(port.net).second;
         net_of_name[port.name] = first ? port.net : NL_NONE;
     }
     std::unordered_set<int32_t> taken;

@@ -1,5 +1,7 @@
 #include "siblings/netlist_layout.hh"
 
+#include "siblings/tool.hh"
+
 #include <algorithm>
 
 namespace {
@@ -137,16 +139,14 @@ int32_t choose_port(const MAKER &maker, int32_t net) {
             best[row.direction] = port;
     }
     uint8_t use = maker.uses[static_cast<size_t>(net)];
-    bool strict = maker.rules.strict_modes;
     if (counts[NL_BIDI] > 0)
         return best[NL_BIDI];
-    // Two sources stay two drivers of a wire.
+    // Two sources stay two drivers of a wire, and a pin of both directions may not drive an input.
     if (counts[NL_INPUT] > 0) {
-        bool driven = (use & USE_DRIVEN) != 0 || (strict && (use & USE_BOTH_WAYS) != 0);
-        return counts[NL_INPUT] == 1 && !driven ? best[NL_INPUT] : NL_NONE;
+        return counts[NL_INPUT] == 1 && (use & (USE_DRIVEN | USE_BOTH_WAYS)) == 0 ? best[NL_INPUT] : NL_NONE;
     }
     bool read = counts[NL_OUTPUT] > 1 || (use & (USE_READ | USE_BOTH_WAYS)) != 0;
-    return strict && read ? NL_NONE : best[NL_OUTPUT];
+    return read && !maker.rules.outputs_are_read ? NL_NONE : best[NL_OUTPUT];
 }
 
 void lay_instances(MAKER &maker) {
@@ -249,6 +249,16 @@ void lay_nets(MAKER &maker) {
     lay_wires(maker, wires);
 }
 
+[[noreturn]] void refuse_joined(const MAKER &maker, int32_t a, int32_t b) {
+    auto name = [&](int32_t port) {
+        return NL_string(maker.design.names, maker.module.ports[static_cast<size_t>(port)].name);
+    };
+    TOOL_fail("", 0,
+              "the bidirectional ports '%s' and '%s' of module '%s' are one net, which a netlist can't say.",
+              name(std::min(a, b)).c_str(), name(std::max(a, b)).c_str(),
+              NL_string(maker.design.names, maker.module.name).c_str());
+}
+
 void lay_assigns(MAKER &maker) {
     LAYOUT &layout = maker.layout;
     for (size_t i = 0; i < maker.module.ports.size(); i++) {
@@ -260,7 +270,7 @@ void lay_assigns(MAKER &maker) {
         if (port.direction == NL_OUTPUT || (port.direction == NL_BIDI && net.item < 0))
             layout.assigns.push_back({maker.port_bits[i], net});
         else if (port.direction == NL_BIDI)
-            layout.joined.push_back({maker.port_bits[i], net});
+            refuse_joined(maker, maker.port_of_net[static_cast<size_t>(port.net)], static_cast<int32_t>(i));
         else if (net.item >= 0)
             layout.assigns.push_back({net, maker.port_bits[i]});
     }

@@ -9,7 +9,7 @@
 
 /// What the language of the output allows.
 struct LAYOUT_RULES {
-    bool strict_modes; ///< outputs are not read inside, and inputs not connected to pins of both directions
+    bool outputs_are_read; ///< an output may be read inside the module
 };
 
 /// A declared port or wire; its bits if it is a vector.
@@ -40,7 +40,6 @@ struct LAYOUT {
     size_t port_count = 0;          ///< items that are ports
     std::vector<LAYOUT_BIT> nets;   ///< of each net of the module
     std::vector<LAYOUT_ASSIGN> assigns;
-    std::vector<LAYOUT_ASSIGN> joined;              ///< ports of both directions that are one net
     std::vector<int32_t> instances;                 ///< names in `names`
     int32_t constant_wires[2] = {NL_NONE, NL_NONE}; ///< items for pins that cannot take a constant
     int32_t open_wires = NL_NONE; ///< vector for open bits of pins that are connected in part

@@ -106,13 +106,6 @@ void put_assigns(WRITER &writer) {
         put_bits(writer, {assign.source});
         writer.text += ";\n";
     }
-    for (const LAYOUT_ASSIGN &assign : writer.layout.joined) {
-        writer.text += "  tran (";
-        put_bits(writer, {assign.target});
-        writer.text += ", ";
-        put_bits(writer, {assign.source});
-        writer.text += ");\n";
-    }
 }
 
 void put_instances(WRITER &writer) {
@@ -148,10 +141,8 @@ void put_instances(WRITER &writer) {
     }
 }
 
-} // namespace
-
-void VLOG_write_module(std::string &text, const NL_DESIGN &design, const NL_MODULE &module) {
-    WRITER writer = {text, design, module, LAYOUT_make(design, module, {.strict_modes = false}), {}};
+void put_module(std::string &text, const NL_DESIGN &design, const NL_MODULE &module) {
+    WRITER writer = {text, design, module, LAYOUT_make(design, module, {.outputs_are_read = true}), {}};
     for (const LAYOUT_ITEM &item : writer.layout.items)
         writer.item_names.push_back(identifier(writer, NL_text(writer.layout.names, item.name)));
     put_header(writer);
@@ -159,4 +150,14 @@ void VLOG_write_module(std::string &text, const NL_DESIGN &design, const NL_MODU
     put_assigns(writer);
     put_instances(writer);
     text += "endmodule\n";
+}
+
+} // namespace
+
+void VLOG_write_modules(std::string &text, const NL_DESIGN &design,
+                        const std::vector<const NL_MODULE *> &modules) {
+    for (const NL_MODULE *module : modules) {
+        text += text.empty() ? "" : "\n";
+        put_module(text, design, *module);
+    }
 }

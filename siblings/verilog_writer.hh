@@ -5,5 +5,7 @@
 
 #include <string>
 
-/// Appends the module. A name that Verilog cannot hold ends the program.
-void VLOG_write_module(std::string &text, const NL_DESIGN &design, const NL_MODULE &module);
+/// Appends the modules. A name that Verilog cannot hold, or two ports of both directions on one net, end the
+/// program.
+void VLOG_write_modules(std::string &text, const NL_DESIGN &design,
+                        const std::vector<const NL_MODULE *> &modules);

@@ -1,0 +1,242 @@
+#include "siblings/vhdl_writer.hh"
+
+#include "siblings/netlist_layout.hh"
+#include "siblings/tool.hh"
+#include "siblings/vhdl_words.hh"
+
+#include <algorithm>
+
+namespace {
+
+// How a module or cell is instantiated.
+struct COMPONENT {
+    std::string name;
+    std::vector<std::string> ports; ///< of each group
+    bool known = false;
+};
+
+// What all modules of a file share.
+struct SHARED {
+    const NL_DESIGN &design;
+    std::unordered_map<std::string, int32_t> module_names; ///< how many modules have a name, in small letters
+    std::unordered_set<int32_t> written;                   ///< names of the modules of the file
+    std::vector<COMPONENT> components;                     ///< of each module of the design
+};
+
+struct WRITER {
+    std::string &text;
+    SHARED &shared;
+    const NL_MODULE &module;
+    LAYOUT layout;
+    std::vector<std::string> item_names;
+    std::unordered_set<std::string> taken; ///< basic identifiers of the entity, in small letters
+};
+
+std::string extended(const NL_DESIGN &design, const NL_MODULE &module, std::string_view name) {
+    std::string identifier = VHDL_extended(name);
+    if (identifier.empty())
+        TOOL_fail("", 0, "the name '%s' in module '%s' can't be written in VHDL.", std::string(name).c_str(),
+                  NL_string(design.names, module.name).c_str());
+    return identifier;
+}
+
+// The names of a module and its ports depend on nothing that its instances do not see, so that both sides
+// agree. Components are declared beside the ports of an entity, whose names must differ from theirs.
+COMPONENT make_component(const SHARED &shared, const NL_MODULE &module) {
+    const NL_NAMES &names = shared.design.names;
+    COMPONENT made;
+    made.known = true;
+    std::string_view name = NL_text(names, module.name);
+    bool basic = VHDL_is_basic(name) && shared.module_names.at(VHDL_folded(name)) == 1;
+    made.name = basic ? std::string(name) : extended(shared.design, module, name);
+    std::unordered_map<std::string, int32_t> uses;
+    for (const NL_GROUP &group : module.groups)
+        uses[VHDL_folded(NL_text(names, group.name))]++;
+    for (const NL_GROUP &group : module.groups) {
+        std::string_view port = NL_text(names, group.name);
+        std::string folded = VHDL_folded(port);
+        bool plain = VHDL_is_basic(port) && uses[folded] == 1 &&
+                     (module.is_cell || !shared.module_names.contains(folded));
+        made.ports.push_back(plain ? std::string(port) : extended(shared.design, module, port));
+    }
+    return made;
+}
+
+const COMPONENT &component_of(SHARED &shared, int32_t index) {
+    COMPONENT &component = shared.components[static_cast<size_t>(index)];
+    if (!component.known)
+        component = make_component(shared, shared.design.modules[static_cast<size_t>(index)]);
+    return component;
+}
+
+std::string inner_name(WRITER &writer, int32_t name) {
+    std::string_view text = NL_text(writer.layout.names, name);
+    std::string folded = VHDL_folded(text);
+    if (VHDL_is_basic(text) && !writer.shared.module_names.contains(folded) &&
+        writer.taken.insert(folded).second)
+        return std::string(text);
+    return extended(writer.shared.design, writer.module, text);
+}
+
+std::string type_of(bool vector, int32_t left, int32_t right) {
+    if (!vector)
+        return "std_logic";
+    return "std_logic_vector(" + std::to_string(left) + (left >= right ? " downto " : " to ") +
+           std::to_string(right) + ")";
+}
+
+void put_ports(WRITER &writer, const COMPONENT &component, const NL_MODULE &module, const char *indent) {
+    static constexpr const char *modes[] = {" : out ", " : inout ", " : in "};
+    for (size_t i = 0; i < module.groups.size(); i++) {
+        const NL_GROUP &group = module.groups[i];
+        int32_t direction = module.ports[static_cast<size_t>(group.first)].direction;
+        writer.text += std::string(indent) + (i == 0 ? "port (\n" : "");
+        writer.text += (i == 0 ? std::string(indent) : "") + "  " + component.ports[i] + modes[direction];
+        writer.text += type_of(group.vector, group.left, group.right);
+        writer.text += i + 1 < module.groups.size() ? ";\n" : ");\n";
+    }
+}
+
+void put_components(WRITER &writer) {
+    std::unordered_set<int32_t> declared;
+    for (const NL_INSTANCE &instance : writer.module.instances) {
+        if (!LAYOUT_is_written(instance) || !declared.insert(instance.def).second)
+            continue;
+        const COMPONENT &component = component_of(writer.shared, instance.def);
+        writer.text += "  component " + component.name + "\n";
+        put_ports(writer, component, writer.shared.design.modules[static_cast<size_t>(instance.def)], "    ");
+        writer.text += "  end component;\n";
+        // By the rules of 1993 a component alone does not find an entity of the same file.
+        if (writer.shared.written.contains(
+                writer.shared.design.modules[static_cast<size_t>(instance.def)].name))
+            writer.text += "  for all : " + component.name + " use entity work." + component.name + ";\n";
+    }
+}
+
+void put_signals(WRITER &writer) {
+    for (size_t i = writer.layout.port_count; i < writer.layout.items.size(); i++) {
+        const LAYOUT_ITEM &item = writer.layout.items[i];
+        writer.text +=
+            "  signal " + writer.item_names[i] + " : " + type_of(item.vector, item.left, item.right);
+        // Nothing drives what an input is left open with.
+        writer.text += static_cast<int32_t>(i) == writer.layout.open_wires ? " := (others => 'Z');\n" : ";\n";
+    }
+}
+
+void put_bit(WRITER &writer, LAYOUT_BIT bit) {
+    if (bit.item < 0) {
+        writer.text += bit.item == LAYOUT_GND ? "'0'" : bit.item == LAYOUT_VCC ? "'1'" : "'X'";
+        return;
+    }
+    writer.text += writer.item_names[static_cast<size_t>(bit.item)];
+    if (writer.layout.items[static_cast<size_t>(bit.item)].vector)
+        writer.text += "(" + std::to_string(bit.index) + ")";
+}
+
+void put_assigns(WRITER &writer) {
+    for (const LAYOUT_ASSIGN &assign : writer.layout.assigns) {
+        writer.text += "  ";
+        put_bit(writer, assign.target);
+        writer.text += " <= ";
+        put_bit(writer, assign.source);
+        writer.text += ";\n";
+    }
+}
+
+// True when the bits are all of one vector, in its own order.
+bool is_whole(const WRITER &writer, const NL_GROUP &group, const std::vector<LAYOUT_BIT> &bits) {
+    if (!group.vector || bits[0].item < 0)
+        return false;
+    const LAYOUT_ITEM &item = writer.layout.items[static_cast<size_t>(bits[0].item)];
+    int32_t step = item.left >= item.right ? -1 : 1;
+    for (size_t i = 0; i < bits.size(); i++)
+        if (bits[i].item != bits[0].item || bits[i].index != item.left + static_cast<int32_t>(i) * step)
+            return false;
+    return item.vector && bits.back().index == item.right;
+}
+
+void put_open(WRITER &writer, const NL_GROUP &group, int32_t direction) {
+    // An input without a default value may not be left open.
+    writer.text += direction != NL_INPUT ? "open" : group.vector ? "(others => 'Z')" : "'Z'";
+}
+
+void put_pins(WRITER &writer, const NL_INSTANCE &instance, const NL_MODULE &def, int32_t &open_used) {
+    const COMPONENT &component = component_of(writer.shared, instance.def);
+    std::vector<LAYOUT_BIT> bits;
+    const char *separator = "";
+    for (size_t pin = 0; pin < def.groups.size(); pin++) {
+        const NL_GROUP &group = def.groups[pin];
+        bool connected = LAYOUT_pins(writer.layout, writer.module, instance, def, group, open_used, bits);
+        if (!connected || !group.vector || is_whole(writer, group, bits)) {
+            writer.text += separator + ("\n      " + component.ports[pin]) + " => ";
+            if (!connected)
+                put_open(writer, group, def.ports[static_cast<size_t>(group.first)].direction);
+            else if (group.vector)
+                writer.text += writer.item_names[static_cast<size_t>(bits[0].item)];
+            else
+                put_bit(writer, bits[0]);
+            separator = ",";
+            continue;
+        }
+        int32_t step = group.left >= group.right ? -1 : 1;
+        for (size_t i = 0; i < bits.size(); i++) {
+            int32_t index = group.left + static_cast<int32_t>(i) * step;
+            writer.text +=
+                separator + ("\n      " + component.ports[pin]) + "(" + std::to_string(index) + ") => ";
+            put_bit(writer, bits[i]);
+            separator = ",";
+        }
+    }
+}
+
+void put_instances(WRITER &writer) {
+    int32_t open_used = 0;
+    for (size_t i = 0; i < writer.module.instances.size(); i++) {
+        const NL_INSTANCE &instance = writer.module.instances[i];
+        if (!LAYOUT_is_written(instance))
+            continue;
+        const NL_MODULE &def = writer.shared.design.modules[static_cast<size_t>(instance.def)];
+        writer.text += "  " + inner_name(writer, writer.layout.instances[i]);
+        writer.text += " : " + component_of(writer.shared, instance.def).name;
+        if (!def.groups.empty()) {
+            writer.text += "\n    port map (";
+            put_pins(writer, instance, def, open_used);
+            writer.text += ")";
+        }
+        writer.text += ";\n";
+    }
+}
+
+void put_module(std::string &text, SHARED &shared, const NL_MODULE &module) {
+    LAYOUT layout = LAYOUT_make(shared.design, module, {.outputs_are_read = false});
+    COMPONENT entity = make_component(shared, module);
+    WRITER writer = {text, shared, module, std::move(layout), entity.ports, {}};
+    for (const std::string &port : entity.ports)
+        writer.taken.insert(VHDL_folded(port));
+    for (size_t i = writer.layout.port_count; i < writer.layout.items.size(); i++)
+        writer.item_names.push_back(inner_name(writer, writer.layout.items[i].name));
+    text += "library ieee;\nuse ieee.std_logic_1164.all;\nuse work.all;\n\nentity " + entity.name + " is\n";
+    put_ports(writer, entity, module, "  ");
+    text += "end " + entity.name + ";\n\narchitecture netlist of " + entity.name + " is\n";
+    put_components(writer);
+    put_signals(writer);
+    text += "begin\n";
+    put_assigns(writer);
+    put_instances(writer);
+    text += "end netlist;\n";
+}
+
+} // namespace
+
+void VHDL_write_modules(std::string &text, const NL_DESIGN &design,
+                        const std::vector<const NL_MODULE *> &modules) {
+    SHARED shared = {design, {}, {}, std::vector<COMPONENT>(design.modules.size())};
+    for (const NL_MODULE &module : design.modules)
+        shared.module_names[VHDL_folded(NL_text(design.names, module.name))]++;
+    for (const NL_MODULE *module : modules)
+        shared.written.insert(module->name);
+    for (const NL_MODULE *module : modules) {
+        text += text.empty() ? "" : "\n";
+        put_module(text, shared, *module);
+    }
+}
