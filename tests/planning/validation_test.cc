@@ -1,0 +1,153 @@
+// The checks of the description files, seen as a user sees them: one small chip, one fault each, the whole
+// message on the console and in the report, status 255, and nothing begun.
+#include "tests/support/scratch.hh"
+
+#include <gtest/gtest.h>
+#include <string>
+
+namespace {
+
+constexpr const char *CELLS = R"(
+module BC(si, so, sh, ck, up, md, di, po, sp, tck, oe); input si, sh, ck, up, md, di, sp, tck; output so, po; inout oe;
+endmodule
+module PI(PAD, Y); input PAD; output Y; endmodule
+module PO(A, PAD); input A; output PAD; endmodule
+module BUF8(A, Z); input A; output Z; endmodule
+module INV1(A, Z); input A; output Z; endmodule
+)";
+
+constexpr const char *CHIP = R"(
+module chip(a, y); input a; output y; wire n, m;
+PI pa(.PAD(a), .Y(n)); INV1 u1(.A(n), .Z(m)); PO py(.A(m), .PAD(y));
+endmodule
+)";
+
+constexpr const char *LIB = R"(
+%TAP_CONTROLLER tapm { %TDI tdi; %TDO tdo; %TMS tms; %TCK tck; %FIRST_BCELL first; %LAST_BCELL last;
+  %SHIFT_DR shift; %CLOCK_DR clock; %UPDATE_DR update; %MODE_1 mode; }
+%SCAN_CELL BC { %TDI si; %TDO so; %SHIFT_DR sh; %CLOCK_DR ck; %UPDATE_DR up; %MODE_1 md; %DATA_IN di; %DATA_OUT po; }
+%SCAN_CELL MUX { %TDI si; %TDO so; %SHIFT_DR sh; %CLOCK_DR ck; }
+%BUFFER PI { %INPUT PAD; %OUTPUT Y; }
+%BUFFER PO { %INPUT A; %OUTPUT PAD; }
+%BUFFER BUF8 { %INPUT A; %OUTPUT Z; }
+)";
+
+constexpr const char *BSC = R"(
+%GLOBAL_TDI tdi; %GLOBAL_TDO tdo; %GLOBAL_TMS tms; %GLOBAL_TCK tck;
+%TAP_MODULE { %MODULE_NAME tapm; %INSTANCE_NAME TAP; }
+%SCAN_CELLS { %INPUT_SCAN BC; %OUTPUT_SCAN BC; }
+%PIN_LIST { %FILE_NAME chip.pin; }
+%INSTRUCTION_TABLE { %INSTRUCTION EXTEST = (00) ACCESS boundary; %INSTRUCTION SAMPLE = (01) ACCESS boundary;
+  %INSTRUCTION BYPASS = (11) ACCESS bypass; }
+%INSTRUCTION_CAPTURE (01);
+)";
+
+constexpr const char *PINS = "%PACKAGE_TYPE p 2;\n1 A a IN\n2 Y y OUT\n";
+
+// One fault: in `file` the first `from` becomes `to`; the console must hold `message`.
+struct FAULT_CASE {
+    const char *file, *from, *to, *options, *message;
+};
+
+const FAULT_CASE FAULTS[] = {
+    // Cells: every fault of every role is reported before the run ends.
+    {"lib", "%TDI si; ", "", "",
+     "ERROR: (./chip.lib) can't find %TDI in %SCAN_CELL BC.\n\nERROR: (./chip.lib) can't find %TDI"},
+    {"lib", "%DATA_IN di;", "%DATA_OUT po;", "",
+     "ERROR: (./chip.lib) can't find %DATA_IN in %SCAN_CELL BC.\n       INPUT SCAN 'BC' should have %DATA_IN "
+     "signal.\n\n"
+     "ERROR: (./chip.lib) can't find %DATA_IN in %SCAN_CELL BC.\n       OUTPUT SCAN 'BC' should have "
+     "%DATA_IN signal.\n\n\n"},
+    {"lib", "%MODE_1 md; ", "", "",
+     "WARNING: (./chip.lib) can't find %MODE signals in OUTPUT SCAN 'BC'.\n"
+     "         %MODE signals won't be connected.\n\n"},
+    {"bsc", "%OUTPUT_SCAN BC;", "%OUTPUT_SCAN BC; %CONTROL_OE_SCAN BC;", "",
+     "ERROR: (./chip.lib) can't find %OE_MODE in %CONRTOL_OE_SCAN BC.\n\n\n"},
+    {"bsc", "%OUTPUT_SCAN BC;", "%OUTPUT_MUX_SCAN MUX;", "",
+     "ERROR: (./chip.lib) can't find %UPDATE_DR in %SCAN_CELL MUX.\n"
+     "       OUTPUT MUX SCAN 'MUX' should have %UPDATE_DR signal.\n"
+     "ERROR: (./chip.lib) can't find %UPDATE_DR_OUT in %SCAN_CELL MUX.\n"
+     "       OUTPUT MUX SCAN 'MUX' should have %UPDATE_DR_OUT signal.\n\n"
+     "ERROR: can't find SDB file 'MUX.sdb' in default searching path.\n\n"},
+    {"lib", "%DATA_OUT po; }", "%DATA_OUT po; %OE_MODE nosuch; }", "",
+     "ERROR: (./chip.lib) can't find port 'nosuch' in SDB './BC.sdb' for SCAN_CELL 'BC'.\n\n"},
+    {"lib", "%DATA_OUT po; }", "%DATA_OUT po; }", "-synch",
+     "ERROR: (./chip.lib) can't find %TCK in %SCAN_CELL BC.\n"},
+    // Fields: all that can be reached is reported.
+    {"bsc", "%GLOBAL_TDI tdi; %GLOBAL_TDO tdo; %GLOBAL_TMS tms;", "", "-add_tap",
+     "ERROR: can't find %GLOBAL_TDI in file './chip.bsc'.\nERROR: can't find %GLOBAL_TDO in file "
+     "'./chip.bsc'.\n"
+     "ERROR: can't find %GLOBAL_TMS in file './chip.bsc'.\n\n"},
+    {"bsc", "%GLOBAL_TDI tdi;", "", "",
+     "ERROR: (./chip.bsc) can't find TAP %INSTANCE_NAME 'TAP' in SDB file './chip.c.sdb'.\n\n"},
+    {"bsc", "%INSTANCE_NAME TAP", "%INSTANCE_NAME u1", "",
+     "ERROR: (./chip.bsc) %TAP_MODULE_NAME 'tapm' doesn't match\n       class name of 'INV1' in SDB file "
+     "'./chip.c.sdb'.\n\n"},
+    {"bsc", "%MODULE_NAME tapm; ", "", "", "ERROR: (./chip.bsc) can't find %MODULE_NAME in %TAP_MODULE.\n"},
+    {"bsc", "%GLOBAL_TCK tck;", "%GLOBAL_TCK tck; %INPUT_BUFFER NOPE;", "-add_tap",
+     "ERROR: void declare %INPUT_BUFFER  NOPE in file './chip.bsc'.\n       Can't find the definition of "
+     "'NOPE' in file './chip.lib'.\n\n"},
+    {"bsc", "%GLOBAL_TCK tck;", "%GLOBAL_TCK tck; %INOUT_BUFFER PI;", "-add_tap",
+     "ERROR: (./chip.lib) can't find %INOUT in %BUFFER PI.\nERROR: (./chip.lib) can't find %EN_L or % EN_H "
+     "in %BUFFER PI.\n\n"},
+    {"bsc", "%GLOBAL_TCK tck;", "%GLOBAL_TCK tck;", "-add_tap -add_pad",
+     "ERROR: option -add_pad requires to declare %INPUT_BUFFER\n       in file './chip.bsc'.\n\n"},
+    {"lib", "%SHIFT_DR shift;", "%SHIFT_DR -shift;", "-add_tap",
+     "ERROR: (./chip.lib) can't find %INV_BUFFER in %TAP_CONTROLLER.\n\n"},
+    {"lib", "%MODE_1 mode;", "%MODE_1 mode; %GROUP_SIZE 8;", "-add_tap",
+     "ERROR: (./chip.lib) can't find %SIGNAL_BUFFER in %TAP_CONTROLLER.\n\n"},
+    {"lib", "%MODE_1 mode;", "%MODE_1 mode; %GROUP_SIZE 8; %SIGNAL_BUFFER NOPE;", "-add_tap",
+     "ERROR: (./chip.lib) void declare %SIGNAL_BUFFER 'NOPE'\n       in %TAP_CONTROLLER.\n"
+     "       Can't find definition of 'NOPE' in './chip.lib'.\n\n"},
+    {"lib", "%MODE_1 mode;", "%MODE_1 mode; %DF_GROUP_SIZE 8;", "-add_tap -df_speed",
+     "ERROR: (./chip.lib) can't find %SIGNAL_BUFFER or %DF_SIGNAL_BUFFER in %TAP_CONTROLLER.\n\n"},
+    {"lib", "%BUFFER BUF8 { %INPUT A;", "%INV_BUFFER INV1 { %INPUT X; %OUTPUT Z; } %BUFFER BUF8 { %INPUT A;",
+     "-add_tap", nullptr}, // an inverter that nothing names is not looked at
+    {"bsc", "%PIN_LIST { %FILE_NAME chip.pin; }", "", "-add_tap",
+     "ERROR: (./chip.bsc) Please specify the following field:\n\n        %PIN_LIST {\n            "
+     "%FILE_NAME\n        }\n\n"},
+};
+
+std::string with_change(std::string text, const FAULT_CASE &fault, const char *file) {
+    if (std::string(file) == fault.file) {
+        size_t at = text.find(fault.from);
+        EXPECT_NE(at, std::string::npos) << fault.from;
+        text.replace(at, std::string(fault.from).size(), fault.to);
+    }
+    return text;
+}
+
+// The console of a run with its first lines (banner, options, input files) cut away.
+std::string behind_the_head(const std::string &console) {
+    size_t at = console.find("chip.lib.\n\n\n");
+    return at == std::string::npos ? console : console.substr(at + 12);
+}
+
+TEST(Validation, FaultsAreReportedWholeAndEndTheRun) {
+    scratch_folder scratch;
+    scratch.write("cells.v", CELLS);
+    scratch.write("chip.v", CHIP);
+    ASSERT_EQ(scratch.run(RW_BIN_DIR "/kalmverin -lib cells.v && " RW_BIN_DIR "/kalmverin chip.v").status, 0);
+    scratch.write("chip.pin", PINS);
+    for (const FAULT_CASE &fault : FAULTS) {
+        SCOPED_TRACE(std::string(fault.options) + " " + fault.file + ": '" + fault.from + "' -> '" +
+                     fault.to + "'");
+        scratch.write("chip.lib", with_change(LIB, fault, "lib"));
+        scratch.write("chip.bsc", with_change(BSC, fault, "bsc"));
+        run_result result = scratch.run(std::string(RW_BIN_DIR "/rimweave chip -no_expand ") + fault.options);
+        bool is_warning = fault.message != nullptr && std::string(fault.message).rfind("WARNING", 0) == 0;
+        if (fault.message == nullptr) {
+            EXPECT_EQ(result.status, 0) << result.out << result.err;
+            continue;
+        }
+        EXPECT_EQ(result.status, 255);
+        EXPECT_NE(behind_the_head(result.out).find(fault.message), std::string::npos)
+            << result.out << result.err;
+        EXPECT_NE(scratch.read("chip.rwv.rpt").find(fault.message), std::string::npos);
+        if (!is_warning && std::string(fault.options).find("-add_tap") == std::string::npos) {
+            EXPECT_FALSE(scratch.has("rimweave_lib/chip_jtag.cmd"));
+        }
+    }
+}
+
+} // namespace
