@@ -1,0 +1,83 @@
+#include "guide/dialog.hh"
+
+#include "support/console.hh"
+#include "support/dyna.hh"
+#include "support/shell.hh"
+#include "support/text.hh"
+
+#include <cerrno>
+#include <charconv>
+#include <cstdarg>
+#include <cstdlib>
+
+void print_screen(const char *screen, const TEMPLATE_VALUES &values) {
+    run_shell("clear");
+    std::string text = expand_template(screen, values);
+    text.back() = ' ';
+    console_printf("%s", text.c_str());
+}
+
+ANSWER read_answer() {
+    char *line = nullptr;
+    size_t room = 0;
+    ssize_t length = -1;
+    do {
+        // A terminal can go on behind an end of input; the stream must not remember the earlier one.
+        std::clearerr(stdin);
+        errno = 0;
+        length = ::getline(&line, &room, stdin);
+    } while (length < 0 && std::ferror(stdin) != 0 && errno == EINTR);
+    ANSWER answer;
+    if (length >= 0)
+        answer = std::string(line); // a zero byte ends the text, as in every text of the tables
+    std::free(line);
+    if (answer && answer->ends_with('\n'))
+        answer->pop_back();
+    return answer;
+}
+
+ANSWER ask(const PROMPT &prompt) {
+    console_printf("%*s%s", prompt.indent, "", prompt.text);
+    return read_answer();
+}
+
+void error_wait(const char *format, ...) {
+    va_list values;
+    va_start(values, format);
+    console_printf("%s", format_list(format, values).c_str());
+    va_end(values);
+    read_answer();
+}
+
+bool check_integer(const std::string &text) {
+    return text.find_first_not_of("0123456789") == std::string::npos;
+}
+
+std::optional<int32_t> to_integer(const std::string &text) {
+    int32_t value = 0;
+    const char *end = text.data() + text.size();
+    if (!check_integer(text) || std::from_chars(text.data(), end, value).ec != std::errc())
+        return std::nullopt;
+    return value;
+}
+
+const char *field_text(const std::string &answer) {
+    return answer.empty() ? nullptr : keep_text(answer);
+}
+
+void append_tokens(const char **&list, const std::string &answer, bool (*accept)(const std::string &)) {
+    constexpr const char *separators = ",; \n";
+    size_t start = answer.find_first_not_of(separators);
+    while (start != std::string::npos) {
+        size_t end = answer.find_first_of(separators, start);
+        std::string token = answer.substr(start, end - start);
+        if (accept(token))
+            append_row(list, keep_text(token));
+        start = answer.find_first_not_of(separators, end);
+    }
+}
+
+void empty_list(const char **&list) {
+    DYNA_free(&list);
+    list = nullptr;
+}

@@ -1,0 +1,69 @@
+#include "guide/save.hh"
+
+#include "description/tables.hh"
+#include "support/console.hh"
+#include "support/run_state.hh"
+#include "support/shell.hh"
+#include "support/text.hh"
+
+#include <fstream>
+#include <iterator>
+
+namespace {
+
+/// Writes over an earlier file where its folder takes no new one. A failure puts the earlier text back.
+bool write_over(const std::string &path, const std::string &text) {
+    std::string earlier;
+    {
+        std::ifstream file(path, std::ios::binary);
+        if (!file)
+            return false;
+        earlier.assign(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
+    }
+    for (const std::string *content : {&text, static_cast<const std::string *>(&earlier)}) {
+        std::ofstream file(path, std::ios::binary | std::ios::trunc);
+        if (!file)
+            return false;
+        file << *content << std::flush;
+        if (file)
+            return content == &text;
+    }
+    return false;
+}
+
+void write_file(const char *path, const std::string &text) {
+    if (!write_text_file(path, text) && !write_over(path, text))
+        console_fail("Can't open %s to write\n", path);
+}
+
+const char *const missing = "*"; ///< a column that is not given
+
+const char *column(const char *text) {
+    return text == nullptr ? missing : text;
+}
+
+} // namespace
+
+std::string pin_text() {
+    std::string text = format_text("%%PACKAGE_TYPE My_Chip %d;\n", DYNA_count(PIN_TABLE));
+    for (const PIN_ENTRY *pin : rows(PIN_TABLE))
+        text += format_text("%s  %s  %s  %s\n", pin->number, column(pin->package_name), column(pin->top_name),
+                            column(pin->direction));
+    return text;
+}
+
+void save_bsc_lib() {
+    if (JTAG_BSC_FILE == nullptr)
+        JTAG_BSC_FILE = keep_format("%s.bsc", TOP_MODULE);
+    write_file(JTAG_BSC_FILE, bsc_text());
+    console_printf("File was written to %s\n", JTAG_BSC_FILE);
+    if (JTAG_LIB_FILE == nullptr)
+        JTAG_LIB_FILE = keep_format("%s.lib", TOP_MODULE);
+    write_file(JTAG_LIB_FILE, lib_text());
+    console_printf("File was written to %s\n", JTAG_LIB_FILE);
+    if (PIN_FILE == nullptr)
+        return;
+    if (DYNA_count(PIN_TABLE) > 0)
+        write_file(PIN_FILE, pin_text());
+    console_printf("File was written to %s\n", PIN_FILE);
+}
