@@ -1,0 +1,357 @@
+// Compiles the grammar table. A fault in it is a fault of this program: it ends the run at the first read.
+#include "dftlang/grammar.hh"
+
+#include "dftlang/messages.hh"
+#include "support/text.hh"
+
+#include <algorithm>
+#include <cctype>
+
+namespace {
+
+struct TOKEN_WORD {
+    std::string_view word;
+    int32_t token;
+    SCAN_KIND leaf;
+    SHAPE_KIND shape;
+};
+
+constexpr TOKEN_WORD token_words[] = {
+    {"name", TOKEN_NAME, IDENT_NODE, SHAPE_TOKEN},         {"string", TOKEN_STRING, IDENT_NODE, SHAPE_TOKEN},
+    {"pattern", TOKEN_PATTERN, PATTERN_NODE, SHAPE_TOKEN}, {"integer", TOKEN_INTEGER, NUMBER_NODE, SHAPE_TOKEN},
+    {"real", TOKEN_REAL, REAL_NUM_NODE, SHAPE_TOKEN},      {"percent", TOKEN_PERCENT, PERCENTAGE_NODE, SHAPE_TOKEN},
+    {"digits", TOKEN_INTEGER, NUMBER_NODE, SHAPE_DIGITS},  {"bit", TOKEN_INTEGER, NUMBER_NODE, SHAPE_BIT},
+    {"pin-name", TOKEN_NAME, IDENT_NODE, SHAPE_PIN_NAME},
+};
+
+struct NUMBERED_TOKEN {
+    std::string_view word;
+    int32_t token;
+};
+
+constexpr NUMBERED_TOKEN numbered_tokens[] = {
+    {"%SCAN_SELECT_#", TOKEN_SCAN_SELECT_N},   {"%BIST_CLOCK_#", TOKEN_BIST_CLOCK_N},
+    {"%BIST_SELECT_#", TOKEN_BIST_SELECT_N},   {"%FOLD_SCAN_IN_#", TOKEN_FOLD_SCAN_IN_N},
+    {"%FOLD_SCAN_OUT_#", TOKEN_FOLD_SCAN_OUT_N},
+};
+
+struct COMPILER {
+    std::vector<BLOCK> blocks;
+    std::unordered_map<std::string, int32_t> block_ids;
+    std::unordered_map<std::string, SHAPE> shapes;
+    std::unordered_map<std::string, SCAN_KIND> kinds;
+};
+
+COMPILER &compiler() {
+    static auto *const the_compiler = new COMPILER;
+    return *the_compiler;
+}
+
+bool is_word_character(char c) {
+    return std::isalnum(static_cast<unsigned char>(c)) || c == '_' || c == '%' || c == '-' || c == '#';
+}
+
+SCAN_KIND kind_of(std::string_view name) {
+    auto found = compiler().kinds.find(std::string(name));
+    if (found == compiler().kinds.end())
+        tree_error();
+    return found->second;
+}
+
+/// Number of a block; a name met before its block gets its place now.
+int32_t block_id(std::string_view name) {
+    COMPILER &all = compiler();
+    auto [found, is_new] = all.block_ids.try_emplace(std::string(name), static_cast<int32_t>(all.blocks.size()));
+    if (is_new)
+        all.blocks.emplace_back().name = name;
+    return found->second;
+}
+
+int32_t word_token_number(std::string_view word) {
+    for (const NUMBERED_TOKEN &row : numbered_tokens) {
+        if (row.word == word)
+            return row.token;
+    }
+    int32_t token = word == "name" ? TOKEN_NAME : keyword_lookup(word);
+    if (token < 0)
+        tree_error();
+    return token;
+}
+
+/// Reads one shape; `rest` is what is left of its text.
+struct SHAPE_READER {
+    std::string_view rest;
+
+    void skip_blanks() {
+        while (!rest.empty() && rest[0] == ' ')
+            rest.remove_prefix(1);
+    }
+    bool take(std::string_view text) {
+        skip_blanks();
+        if (!rest.starts_with(text))
+            return false;
+        rest.remove_prefix(text.size());
+        return true;
+    }
+    void need(std::string_view text) {
+        if (!take(text))
+            tree_error();
+    }
+    std::string_view word() {
+        size_t length = 0;
+        while (length < rest.size() && is_word_character(rest[length]))
+            length++;
+        std::string_view text = rest.substr(0, length);
+        rest.remove_prefix(length);
+        return text;
+    }
+    SHAPE choice();
+    SHAPE sequence();
+    SHAPE element();
+    SHAPE plain_element();
+    SHAPE word_element();
+};
+
+void add_first(SHAPE &shape) {
+    switch (shape.kind) {
+    case SHAPE_CHOICE:
+        for (const SHAPE &part : shape.parts)
+            shape.first |= part.first;
+        break;
+    case SHAPE_BODY:
+        shape.first.set('{');
+        break;
+    case SHAPE_SEQUENCE:
+    case SHAPE_NODE:
+    case SHAPE_OPTION:
+    case SHAPE_REPEAT:
+        shape.may_be_empty = true;
+        for (const SHAPE &part : shape.parts) {
+            if (shape.may_be_empty)
+                shape.first |= part.first;
+            shape.may_be_empty = shape.may_be_empty && part.may_be_empty;
+        }
+        if (shape.kind == SHAPE_OPTION || shape.kind == SHAPE_REPEAT)
+            shape.may_be_empty = true;
+        break;
+    default:
+        shape.first.set(static_cast<size_t>(shape.token));
+        break;
+    }
+}
+
+SHAPE token_shape(int32_t token, bool with_leaf, SCAN_KIND leaf, SHAPE_KIND kind = SHAPE_TOKEN) {
+    SHAPE shape;
+    shape.kind = kind;
+    shape.token = token;
+    shape.with_leaf = with_leaf;
+    shape.node = leaf;
+    add_first(shape);
+    return shape;
+}
+
+SHAPE SHAPE_READER::choice() {
+    SHAPE made;
+    made.kind = SHAPE_CHOICE;
+    do
+        made.parts.push_back(sequence());
+    while (take("|"));
+    if (made.parts.size() == 1)
+        return made.parts[0];
+    add_first(made);
+    return made;
+}
+
+SHAPE SHAPE_READER::sequence() {
+    SHAPE made;
+    for (skip_blanks(); !rest.empty() && std::string_view(")]>|").find(rest[0]) == std::string_view::npos;
+         skip_blanks())
+        made.parts.push_back(element());
+    add_first(made);
+    return made;
+}
+
+SHAPE SHAPE_READER::element() {
+    SHAPE made = plain_element();
+    if (!rest.starts_with('*'))
+        return made;
+    rest.remove_prefix(1);
+    SHAPE repeat;
+    repeat.kind = SHAPE_REPEAT;
+    repeat.parts.push_back(made);
+    add_first(repeat);
+    return repeat;
+}
+
+SHAPE SHAPE_READER::plain_element() {
+    SHAPE made;
+    if (take("(")) {
+        made = choice();
+        need(")");
+    } else if (take("[")) {
+        made.kind = SHAPE_OPTION;
+        made.parts.push_back(choice());
+        need("]");
+        add_first(made);
+    } else if (take("{")) {
+        made.kind = SHAPE_BODY;
+        made.block = block_id(word());
+        need("}");
+        add_first(made);
+    } else if (take("<")) {
+        made.kind = SHAPE_NODE;
+        made.node = kind_of(word());
+        made.parts.push_back(choice());
+        need(">");
+        add_first(made);
+    } else if (take("'")) {
+        made = token_shape(rest[0], false, DUMMY);
+        rest.remove_prefix(1);
+        need("'");
+    } else if (take("=>")) {
+        made = token_shape(TOKEN_ARROW, false, DUMMY);
+    } else if (take("@")) {
+        made = token_shape(word_token_number(word()), true, IDENT_NODE);
+    } else if (is_word_character(rest[0])) {
+        made = word_element();
+    } else {
+        made = token_shape(rest[0], false, DUMMY);
+        rest.remove_prefix(1);
+    }
+    return made;
+}
+
+SHAPE SHAPE_READER::word_element() {
+    std::string_view text = word();
+    for (const TOKEN_WORD &row : token_words) {
+        if (row.word == text)
+            return token_shape(row.token, true, row.leaf, row.shape);
+    }
+    auto found = compiler().shapes.find(std::string(text));
+    if (found != compiler().shapes.end())
+        return found->second;
+    return token_shape(word_token_number(text), false, DUMMY);
+}
+
+/// The mark `name` behind a statement, with or without a text in parentheses.
+struct MARK {
+    bool stands;
+    std::string_view text;
+};
+
+MARK find_mark(std::string_view marks, std::string_view name) {
+    for (size_t at = marks.find(name); at != std::string_view::npos; at = marks.find(name, at + 1)) {
+        std::string_view behind = marks.substr(at + name.size());
+        if (behind.empty() || behind[0] == ' ')
+            return {true, {}};
+        if (behind[0] == '(')
+            return {true, behind.substr(1, behind.find(')') - 1)};
+    }
+    return {false, {}};
+}
+
+SCAN_KIND list_kind(SCAN_KIND kind) {
+    std::string name = scan_kind_name(kind);
+    if (!name.ends_with("_NODE"))
+        return DUMMY;
+    name.insert(name.size() - 5, "_LIST");
+    auto found = compiler().kinds.find(name);
+    return found == compiler().kinds.end() ? DUMMY : found->second;
+}
+
+void add_statement(int32_t block, std::string_view line) {
+    size_t marks_at = line.find(" #");
+    std::string_view marks = marks_at == std::string_view::npos ? std::string_view() : line.substr(marks_at);
+    SHAPE_READER reader{line.substr(0, marks_at)};
+    reader.skip_blanks();
+    STATEMENT made = {};
+    made.keyword = reader.word();
+    int32_t token = word_token_number(made.keyword);
+    if (reader.rest.starts_with(" %")) {
+        reader.skip_blanks();
+        made.second_token = word_token_number(reader.word());
+    }
+    MARK as = find_mark(marks, "#as");
+    std::string own_kind = made.keyword.substr(made.keyword[0] == '%' ? 1 : 0) + "_NODE";
+    made.kind = kind_of(as.stands ? as.text : std::string_view(own_kind));
+    made.shape = reader.choice();
+    MARK list = find_mark(marks, "#list");
+    bool collects = find_mark(marks, "#n").stands;
+    made.repetition = collects ? REPEATS_INTO_LIST
+                      : find_mark(marks, "#1").stands ? REPEATS_WITH_WARNING
+                                                      : REPEATS_SILENTLY;
+    made.list = !collects ? DUMMY : list.stands ? kind_of(list.text) : list_kind(made.kind);
+    made.with_text = find_mark(marks, "#text").stands;
+    MARK needed = find_mark(marks, "#need");
+    if (needed.stands)
+        made.needed = keep_text(needed.text.empty() ? std::string_view(made.keyword) : needed.text);
+    BLOCK &owner = compiler().blocks[static_cast<size_t>(block)];
+    owner.is_checked = owner.is_checked || needed.stands;
+    owner.by_token[token].push_back(owner.statements.size());
+    owner.statements.push_back(std::move(made));
+    if (owner.statements.size() > most_statements)
+        tree_error();
+}
+
+size_t statement_place(const BLOCK &block, std::string_view keyword) {
+    for (size_t i = 0; i < block.statements.size(); i++) {
+        if (block.statements[i].keyword == keyword)
+            return i;
+    }
+    tree_error();
+}
+
+void add_pairs() {
+    for (const BLOCK_PAIR *pair = block_pairs; pair->block != nullptr; pair++) {
+        BLOCK &block = compiler().blocks[static_cast<size_t>(block_id(pair->block))];
+        block.is_checked = true;
+        block.pairs.push_back(
+            {pair, statement_place(block, pair->keyword_a), statement_place(block, pair->keyword_b)});
+    }
+}
+
+void read_line(std::string_view line, int32_t &block) {
+    if (line.starts_with("shape ")) {
+        SHAPE_READER reader{line.substr(6)};
+        std::string name(reader.word());
+        compiler().shapes[name] = reader.choice();
+    } else if (line.starts_with("block ")) {
+        block = block_id(line.substr(6));
+    } else if (!line.empty()) {
+        add_statement(block, line);
+    }
+}
+
+void compile() {
+    make_keyword_hash();
+    COMPILER &all = compiler();
+    for (int32_t kind = 0; kind < SCAN_KIND_COUNT; kind++)
+        all.kinds[scan_kind_name(static_cast<SCAN_KIND>(kind))] = static_cast<SCAN_KIND>(kind);
+    int32_t block = -1;
+    for (const char *const *part = grammar_text; *part != nullptr; part++) {
+        std::string_view rest = *part;
+        while (!rest.empty()) {
+            size_t length = std::min(rest.find('\n'), rest.size());
+            read_line(rest.substr(0, length), block);
+            rest.remove_prefix(std::min(length + 1, rest.size()));
+        }
+    }
+    add_pairs();
+    for (const BLOCK &made : all.blocks) {
+        if (made.statements.empty())
+            tree_error();
+    }
+}
+
+} // namespace
+
+const std::vector<BLOCK> &grammar_blocks() {
+    if (compiler().blocks.empty())
+        compile();
+    return compiler().blocks;
+}
+
+int32_t grammar_block(std::string_view name) {
+    grammar_blocks();
+    return compiler().block_ids.at(std::string(name));
+}

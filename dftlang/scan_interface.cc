@@ -1,0 +1,290 @@
+// The order in which the files of a design are read, and which configuration is current.
+#include "dftlang/scan_interface.hh"
+
+#include "dftlang/checks.hh"
+#include "dftlang/mapping.hh"
+#include "dftlang/messages.hh"
+#include "dftlang/side_files.hh"
+#include "support/fnm.hh"
+#include "support/text.hh"
+
+#include <cstring>
+#include <strings.h>
+#include <string>
+#include <sys/stat.h>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+DFT_CONFIGURATION *DFT_OBJECT = nullptr;
+SL_CORE_ROW *SL_CORE_LIST = nullptr;
+DFT_TREE *SL_TOP_DFT_TREE = nullptr;
+CORE_ENTRY *current_core_name = nullptr;
+INSTR_ORDER_ROW *INSTR_ORDER_TAB = nullptr;
+const char **SCAN_LOCKUP_LATCH_LIST = nullptr;
+PATH_ROW *dft_multicycle_pathG = nullptr;
+FILE_PATHS *file_dft_multicycle_pathG = nullptr;
+const char **dft_critical_pathG = nullptr;
+PATH_ROW *dft_false_pathG = nullptr;
+FILE_PATHS *file_dft_false_pathG = nullptr;
+DFT_STATEMENT *sl_gui_infoG = nullptr;
+const char *current_pathG = nullptr;
+int32_t new_decoder_scan_mode = 0;
+int32_t new_decoder_test_mode = 0;
+int32_t new_decoder_override_mode = 0;
+int32_t new_decoder_ram_write = 0;
+
+namespace {
+
+/// Rows of SL_CORE_LIST that one configuration has added.
+struct CORE_ROWS {
+    int32_t first;
+    int32_t behind_last;
+};
+
+/// The read under way: what scan_interface knows of the files and cores met so far.
+struct READ_STATE {
+    std::unordered_map<std::string, DFT_CONFIGURATION *> by_file; ///< by name without regard to case, and by inode
+    std::unordered_map<std::string, int32_t> by_core;             ///< first row of a core name, in lower case
+    std::unordered_map<const DFT_CONFIGURATION *, CORE_ROWS> cores;
+    int32_t noted_rows = 0; ///< rows of SL_CORE_LIST that stand in by_core
+    bool debug = false;
+};
+READ_STATE state;
+
+std::string lower_case(const char *text) {
+    std::string lower(text);
+    for (char &c : lower)
+        c = static_cast<char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
+    return lower;
+}
+
+/// What tells a file from others whatever name it is reached by; empty when it is not there.
+std::string file_identity(const char *name) {
+    struct stat known;
+    if (::stat(name, &known) != 0)
+        return {};
+    return format_text("\n%llu %llu", static_cast<unsigned long long>(known.st_dev),
+                       static_cast<unsigned long long>(known.st_ino));
+}
+
+void remember_file(const char *name) {
+    state.by_file.try_emplace(lower_case(name), DFT_OBJECT);
+    state.by_file.try_emplace(file_identity(name), DFT_OBJECT);
+}
+
+DFT_CONFIGURATION *known_file(const char *name) {
+    auto found = state.by_file.find(lower_case(name));
+    if (found == state.by_file.end())
+        found = state.by_file.find(file_identity(name));
+    return found == state.by_file.end() ? nullptr : found->second;
+}
+
+void initial_scan() {
+    has_error = 0;
+    has_map_file = 0;
+    DFT_OBJECT = nullptr;
+    new_decoder_scan_mode = new_decoder_test_mode = new_decoder_override_mode = 0;
+    SCAN_LOCKUP_LATCH_LIST = DYNA_init<const char *>();
+}
+
+void print_tree(SCAN_FILE_KIND kind) {
+    if (state.debug && scan_root[kind] != nullptr)
+        SCAN_PRINT_AST(stdout, scan_root[kind], 0);
+}
+
+void read_map_file() {
+    if (!has_map_file)
+        return;
+    const char *name = resolve_side_file(map_file_name);
+    parse_file(name, name, MAP_FILE_KIND);
+    print_tree(MAP_FILE_KIND);
+}
+
+/// Turns the file that has been parsed into DFT_OBJECT. Its cores join the list, with the directory that their
+/// file names mean.
+void make_configuration(const char *file_name, const char *shown_name) {
+    int32_t first = DYNA_count(SL_CORE_LIST);
+    read_map_file();
+    MAP_AST_2_OBJECT();
+    if (DFT_OBJECT == nullptr)
+        scan_fail("ERROR : The dft file '%s' is empty.\n", shown_name);
+    DFT_OBJECT->file_name = file_name;
+    state.cores[DFT_OBJECT] = {first, DYNA_count(SL_CORE_LIST)};
+    remember_file(file_name);
+    // The top file's own row stands last in a look-up: a core may bear its name.
+    for (; state.noted_rows < DYNA_count(SL_CORE_LIST); state.noted_rows++) {
+        if (state.noted_rows > 0)
+            state.by_core.try_emplace(lower_case(SL_CORE_LIST[state.noted_rows].core_name), state.noted_rows);
+    }
+}
+
+void build_lockup_latch_list() {
+    if (DFT_OBJECT->lockup_latch_file == nullptr)
+        return;
+    const char *name = resolve_side_file(DFT_OBJECT->lockup_latch_file);
+    sl_lockup_latch_flag = 1;
+    parse_file(name, name, LOCKUP_FILE_KIND);
+    sl_lockup_latch_flag = 0;
+    print_tree(LOCKUP_FILE_KIND);
+    for (SCAN_AST &latch : scan_children(scan_root[LOCKUP_FILE_KIND]))
+        append_row(SCAN_LOCKUP_LATCH_LIST, value_text(&latch));
+    DFT_OBJECT->lockup_latch_list = SCAN_LOCKUP_LATCH_LIST;
+}
+
+/// Leaves the configuration of a core's file in DFT_OBJECT.
+void sl_find_and_parser_dft_file(const SL_CORE_ROW &row) {
+    current_pathG = row.named_in;
+    const char *name = resolve_side_file(row.dft_file);
+    DFT_OBJECT = known_file(name);
+    if (DFT_OBJECT != nullptr)
+        return;
+    set_log_file(row.dft_file);
+    initial_scan();
+    in_file_name = row.dft_file;
+    parse_file(name, row.dft_file, DFT_FILE_KIND);
+    print_tree(DFT_FILE_KIND);
+    const char *directory = keep_text(FNM_break(name, "p"));
+    current_pathG = directory[0] == '\0' ? nullptr : directory;
+    make_configuration(name, row.dft_file);
+    current_pathG = row.named_in;
+}
+
+void read_core(int32_t place) {
+    SL_CORE_ROW row = SL_CORE_LIST[place]; // the list grows while the file is read
+    sl_find_and_parser_dft_file(row);
+    SL_CORE_LIST[place].configuration = DFT_OBJECT;
+}
+
+/// A configuration on the way down from the top, and how far its cores have been looked at.
+struct STEP_DOWN {
+    DFT_CONFIGURATION *configuration;
+    int32_t next_row;
+};
+
+/// A design cannot hold itself: ends the run when a file is reached from its own cores.
+void refuse_cycles() {
+    enum COLOUR { NEW, OPEN, DONE };
+    std::unordered_map<DFT_CONFIGURATION *, COLOUR> colours;
+    std::vector<STEP_DOWN> way;
+    DFT_CONFIGURATION *top = SL_CORE_LIST[0].configuration;
+    way.push_back({top, state.cores[top].first});
+    colours[top] = OPEN;
+    while (!way.empty()) {
+        STEP_DOWN &step = way.back();
+        if (step.next_row == state.cores[step.configuration].behind_last) {
+            colours[step.configuration] = DONE;
+            way.pop_back();
+            continue;
+        }
+        const SL_CORE_ROW &row = SL_CORE_LIST[step.next_row++];
+        DFT_CONFIGURATION *below = row.configuration;
+        if (colours[below] == OPEN)
+            error_handler(in_file_name, 0, MESSAGE_CYCLE, below->file_name, row.core_name);
+        if (colours[below] == NEW) {
+            colours[below] = OPEN;
+            way.push_back({below, state.cores[below].first});
+        }
+    }
+}
+
+void load_decoder(const SCAN_DECODER *decoder) {
+    if (decoder == nullptr)
+        return;
+    new_decoder_scan_mode = decoder->ports[DECODER_SCAN_MODE].in_block_form;
+    new_decoder_test_mode = decoder->ports[DECODER_TEST_MODE].in_block_form;
+    new_decoder_override_mode = decoder->ports[DECODER_OVERRIDE_MODE].in_block_form;
+    new_decoder_ram_write = decoder->ports[DECODER_RAM_WRITE].in_block_form;
+}
+
+void load_configuration(DFT_CONFIGURATION *configuration) {
+    DFT_OBJECT = configuration;
+    INSTR_ORDER_TAB = configuration->instruction_order;
+    SCAN_LOCKUP_LATCH_LIST = configuration->lockup_latch_list;
+    dft_multicycle_pathG = configuration->multicycle_paths;
+    file_dft_multicycle_pathG = configuration->file_multicycle_paths;
+    dft_critical_pathG = configuration->critical_paths;
+    dft_false_pathG = configuration->false_paths;
+    file_dft_false_pathG = configuration->file_false_paths;
+    current_pathG = configuration->path;
+    sl_gui_infoG = configuration->gui;
+    load_decoder(configuration->scan_decoder);
+}
+
+/// Row of a core name in SL_CORE_LIST, or -1.
+int32_t core_row(const char *core_name) {
+    auto found = state.by_core.find(lower_case(core_name));
+    if (found != state.by_core.end())
+        return found->second;
+    bool is_top = DYNA_count(SL_CORE_LIST) > 0 && ::strcasecmp(SL_CORE_LIST[0].core_name, core_name) == 0;
+    return is_top ? 0 : -1;
+}
+
+/// Parses the top file and gives its name as the configuration keeps it.
+const char *read_top_file(const char *path, const std::string &base, const std::string &directory) {
+    const char *name = directory.empty() ? keep_format("%s.dft", base.c_str()) : keep_text(path);
+    const char *found = directory.empty() ? FNM_search(name, 0, FNM_HERE) : name;
+    in_file_name = keep_text(path);
+    if (found == nullptr)
+        error_handler(in_file_name, 0, MESSAGE_CANNOT_OPEN, name);
+    SL_CORE_LIST = nullptr;
+    append_row(SL_CORE_LIST, {in_file_name, keep_text(base), nullptr, nullptr});
+    parse_file(name, in_file_name, DFT_FILE_KIND);
+    print_tree(DFT_FILE_KIND);
+    return name;
+}
+
+} // namespace
+
+int32_t scan_interface(const char *path, int32_t debug, const char *option) {
+    std::string base = FNM_break(path, "b");
+    std::string directory = FNM_break(path, "p");
+    state = READ_STATE();
+    state.debug = debug != 0;
+    set_log_file(path);
+    initial_scan();
+    const char *name = read_top_file(path, base, directory);
+    current_pathG = directory.empty() ? nullptr : keep_text(directory);
+    make_configuration(name, path);
+    sl_decrypt();
+    build_lockup_latch_list();
+    SL_CORE_LIST[0].configuration = DFT_OBJECT;
+    SL_TOP_DFT_TREE = new DFT_TREE{DFT_OBJECT};
+    if (::strcasecmp(option, "hier_dft") == 0) {
+        for (int32_t i = 0; i < DYNA_count(SL_CORE_LIST); i++) {
+            if (SL_CORE_LIST[i].configuration == nullptr)
+                read_core(i);
+        }
+        refuse_cycles();
+    }
+    close_scan();
+    DFT_setup(SL_TOP_DFT_TREE);
+    return 0;
+}
+
+int32_t DFT_setup(DFT_TREE *tree) {
+    if (tree == nullptr || tree->configuration == nullptr)
+        return 0;
+    load_configuration(tree->configuration);
+    return 1;
+}
+
+int32_t DFT_inst_setup(const char *core_name) {
+    int32_t row = core_row(core_name);
+    if (row < 0)
+        return 0;
+    if (SL_CORE_LIST[row].configuration == nullptr)
+        read_core(row);
+    load_configuration(SL_CORE_LIST[row].configuration);
+    return 1;
+}
+
+int32_t SL_core_name_countG() {
+    return DFT_OBJECT == nullptr ? 0 : DYNA_count(DFT_OBJECT->cores);
+}
+
+CORE_ENTRY *set_current_core_name(int32_t index) {
+    bool in_range = index >= 0 && index < SL_core_name_countG();
+    current_core_name = in_range ? &DFT_OBJECT->cores[index] : nullptr;
+    return current_core_name;
+}
