@@ -300,7 +300,7 @@ void lay_helpers(MAKER &maker) {
     if (open_used == 0)
         return;
     layout.open_wires = static_cast<int32_t>(layout.items.size());
-    layout.items.push_back({helper_name(maker, "open_pins"), NL_NONE, true, open_used - 1, 0});
+    layout.items.push_back({helper_name(maker, "open_pins"), NL_NONE, true, 0, open_used - 1});
 }
 
 } // namespace

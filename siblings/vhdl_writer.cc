@@ -19,6 +19,7 @@ struct COMPONENT {
 struct SHARED {
     const NL_DESIGN &design;
     std::unordered_map<std::string, int32_t> module_names; ///< how many modules have a name, in small letters
+    std::unordered_set<std::string_view> modules;          ///< names of all modules
     std::unordered_set<int32_t> written;                   ///< names of the modules of the file
     std::vector<COMPONENT> components;                     ///< of each module of the design
 };
@@ -40,6 +41,17 @@ std::string extended(const NL_DESIGN &design, const NL_MODULE &module, std::stri
     return identifier;
 }
 
+bool has_basic_name(const SHARED &shared, std::string_view module) {
+    auto found = shared.module_names.find(VHDL_folded(module));
+    return VHDL_is_basic(module) && found != shared.module_names.end() && found->second == 1;
+}
+
+// True when a component is declared under the extended identifier of this text, which nothing beside it may
+// have.
+bool is_component(const SHARED &shared, std::string_view text) {
+    return !has_basic_name(shared, text) && shared.modules.contains(text);
+}
+
 // The names of a module and its ports depend on nothing that its instances do not see, so that both sides
 // agree. Components are declared beside the ports of an entity, whose names must differ from theirs.
 COMPONENT make_component(const SHARED &shared, const NL_MODULE &module) {
@@ -47,14 +59,18 @@ COMPONENT make_component(const SHARED &shared, const NL_MODULE &module) {
     COMPONENT made;
     made.known = true;
     std::string_view name = NL_text(names, module.name);
-    bool basic = VHDL_is_basic(name) && shared.module_names.at(VHDL_folded(name)) == 1;
-    made.name = basic ? std::string(name) : extended(shared.design, module, name);
+    made.name = has_basic_name(shared, name) ? std::string(name) : extended(shared.design, module, name);
     std::unordered_map<std::string, int32_t> uses;
     for (const NL_GROUP &group : module.groups)
         uses[VHDL_folded(NL_text(names, group.name))]++;
     for (const NL_GROUP &group : module.groups) {
         std::string_view port = NL_text(names, group.name);
         std::string folded = VHDL_folded(port);
+        if (!module.is_cell && is_component(shared, port))
+            TOOL_fail(
+                "", 0,
+                "the port '%s' of module '%s' has the name of another module, which VHDL can't tell apart.",
+                std::string(port).c_str(), NL_string(names, module.name).c_str());
         bool plain = VHDL_is_basic(port) && uses[folded] == 1 &&
                      (module.is_cell || !shared.module_names.contains(folded));
         made.ports.push_back(plain ? std::string(port) : extended(shared.design, module, port));
@@ -75,7 +91,13 @@ std::string inner_name(WRITER &writer, int32_t name) {
     if (VHDL_is_basic(text) && !writer.shared.module_names.contains(folded) &&
         writer.taken.insert(folded).second)
         return std::string(text);
-    return extended(writer.shared.design, writer.module, text);
+    std::string other(text);
+    for (int number = 1; is_component(writer.shared, other); number++) {
+        std::string next = std::string(text) + "_n" + std::to_string(number);
+        if (NL_find_name(writer.layout.names, next) < 0)
+            other = next;
+    }
+    return extended(writer.shared.design, writer.module, other);
 }
 
 std::string type_of(bool vector, int32_t left, int32_t right) {
@@ -230,9 +252,12 @@ void put_module(std::string &text, SHARED &shared, const NL_MODULE &module) {
 
 void VHDL_write_modules(std::string &text, const NL_DESIGN &design,
                         const std::vector<const NL_MODULE *> &modules) {
-    SHARED shared = {design, {}, {}, std::vector<COMPONENT>(design.modules.size())};
-    for (const NL_MODULE &module : design.modules)
-        shared.module_names[VHDL_folded(NL_text(design.names, module.name))]++;
+    SHARED shared = {design, {}, {}, {}, std::vector<COMPONENT>(design.modules.size())};
+    for (const NL_MODULE &module : design.modules) {
+        std::string_view name = NL_text(design.names, module.name);
+        shared.module_names[VHDL_folded(name)]++;
+        shared.modules.insert(name);
+    }
     for (const NL_MODULE *module : modules)
         shared.written.insert(module->name);
     for (const NL_MODULE *module : modules) {

@@ -1,0 +1,81 @@
+// kalmflat: the flat design as a netlist and as an SDB file, and what it refuses.
+#include "tests/siblings/netlist_case.hh"
+
+TEST(Flat, NetlistIsTheSameDesign) {
+    netlist_folder folder;
+    folder.run("mkdir parts out");
+    folder.write("top.v", netlist_design);
+    folder.tool("kalmverin top.v -opath parts");
+    folder.tool("kalmflat -cellonly -keepempty parts/top -opath out");
+    folder.accepted("out/top_flat.v", "top");
+    folder.equivalent("top.v", "out/top_flat.v", "top");
+    std::string text = folder.read("out/top_flat.v");
+    for (const char *line :
+         {"  INV \\s0.u[2]  (.A(y[0]), .Z(y[2]));\n", "  wire [3:0] \\s0.n ;\n", ".S({\\s1.carry , \\s1.n })",
+          "  assign o[2] = 1'b0;\n", "  assign o[3] = 1'b1;\n"})
+        EXPECT_NE(text.find(line), std::string::npos) << line << "\n" << text;
+    EXPECT_EQ(text.find("leaf"), std::string::npos) << text;
+    // The reader of the Verilog netlist flattens it as well.
+    EXPECT_EQ(folder.read("out/top.c.sdb"), folder.read("parts/top.c.sdb"));
+    EXPECT_EQ(folder.run("ls out").out, "top.c.sdb\ntop_flat.v\n");
+}
+
+// A cell whose contents come later, and a module without contents, stay as they are.
+TEST(Flat, KeepsWhatIsEmpty) {
+    netlist_folder folder;
+    folder.write("tap.v", "module tap (input tck, output [1:0] state); endmodule");
+    folder.tool("kalmverin -lib tap.v -opath lib");
+    folder.take("top", "module later (input a, output y); endmodule\n"
+                       "module wires (input a, output y); assign y = a; endmodule\n"
+                       "module mid (input a, output y, output z);\n"
+                       "  later l (a, y); wires w (a, b); tap t (b, {z, n}); endmodule\n"
+                       "module top (input a, output y, output z); mid m (a, y, z); endmodule");
+    folder.tool("kalmflat -cellonly -keepempty top");
+    EXPECT_EQ(folder.read("top_flat.v"), "module top (\n    input a,\n    output y,\n    output z\n);\n"
+                                         "  wire \\m.n ;\n"
+                                         "  later \\m.l  (.a(a), .y(y));\n"
+                                         "  tap \\m.t  (.tck(a), .state({z, \\m.n }));\nendmodule\n");
+    folder.tool("kalmflat -cellonly top");
+    EXPECT_EQ(folder.read("top_flat.v").find("later"), std::string::npos) << folder.read("top_flat.v");
+}
+
+// Names that are the same once the levels are gone, and names that only look like a level.
+TEST(Flat, NamesStayApart) {
+    netlist_folder folder;
+    folder.take("top", "module leaf (input a, output y); wire n; INV i (a, n); INV n2 (n, y); endmodule\n"
+                       "module top (input a, output y, output z); wire \\u.n , \\u.i ;\n"
+                       "leaf u (a, y); INV \\u.n2 (a, \\u.n ); NAND2 x (\\u.n , a, \\u.i );\n"
+                       "INV w (\\u.i , z); endmodule");
+    folder.tool("kalmflat -cellonly -keepempty top");
+    folder.accepted("top_flat.v", "top");
+    folder.equivalent("top.v", "top_flat.v", "top");
+}
+
+TEST(Flat, Refusals) {
+    netlist_folder folder;
+    folder.take("top", netlist_design);
+    folder.run("mkdir cut; head -c 300 top.sdb > cut/top.sdb; mkdir alone; cp top.sdb alone/solo.sdb; "
+               "cp leaf.sdb alone; sed -i s/leaf/gone/ alone/solo.sdb");
+    struct {
+        const char *arguments;
+        const char *text;
+    } const cases[] = {
+        {"", "usage: kalmflat"},
+        {"-cellonly -keepempty", "usage: kalmflat"},
+        {"-cellonly -opath out", "usage: kalmflat"},
+        {"-cellonly top -opath", "nothing stands behind the switch '-opath'"},
+        {"-deep top", "unknown switch '-deep'"},
+        {"top leaf", "two designs are given, 'top' and 'leaf'"},
+        {"none", "there is no file 'none.sdb'"},
+        {"alone/solo -opath .", "'gone' has no SDB file on the search path"},
+        {"cut/top -opath .", "cut/top.sdb"},
+        {"lib/INV -opath .", "lib/INV.sdb: this is a library cell"},
+        {"top -opath none", "none/top"},
+    };
+    std::string flat = folder.read("top.c.sdb");
+    for (const auto &one : cases)
+        folder.refused(std::string("kalmflat ") + one.arguments, one.text);
+    EXPECT_EQ(folder.read("top.c.sdb"), flat);
+    EXPECT_FALSE(folder.has("top_flat.v"));
+    EXPECT_FALSE(folder.has("solo_flat.v"));
+}

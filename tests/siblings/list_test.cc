@@ -1,0 +1,345 @@
+// kalmlist: what its netlists say, that their readers take them, and what it refuses.
+#include "tests/siblings/netlist_case.hh"
+
+namespace {
+
+/// The number of places where `text` holds `part`.
+size_t count_of(const std::string &text, const std::string &part) {
+    size_t count = 0;
+    for (size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1))
+        count++;
+    return count;
+}
+
+} // namespace
+
+TEST(List, Verilog) {
+    netlist_folder folder;
+    folder.take("top", netlist_design);
+    folder.tool("kalmlist -verilog -hierarchy -o out.v top.sdb");
+    EXPECT_EQ(folder.read("out.v"), R"(module leaf (
+    input [3:0] a,
+    input [0:3] b,
+    output [3:0] y,
+    output z,
+    output zz,
+    output k0,
+    output k1,
+    output thru,
+    input unused,
+    output nc
+);
+  wire [3:0] n;
+  wire [3:3] \u.v ;
+  wire signal;
+  wire Y_;
+  wire y_;
+  wire carry;
+  assign zz = z;
+  assign k0 = 1'b0;
+  assign k1 = 1'b1;
+  assign thru = b[0];
+  INV u0 (.A(a[0]), .Z(y[0]));
+  INV u1 (.A(a[1]), .Z(y[1]));
+  INV \u[2]  (.A(y[0]), .Z(y[2]));
+  INV u3 (.A(1'b0), .Z(y[3]));
+  NAND2 register (.A(b[0]), .B(a[2]), .Z(z));
+  NAND2 entity (.A(signal), .B(\u.v ), .Z(Y_));
+  INV u5 (.A(n[1]), .Z(y_));
+  INV U5 (.A(y_), .Z(signal));
+  INV \wait  (.A(n[2]), .Z(\u.v ));
+  ADD4 add (.A({a[2:1], b[3], 1'b1}), .B(b), .S({carry, n}));
+  ADD4 add2 (.A(), .B({n[0], Y_, 2'b10}), .S());
+endmodule
+
+module top (
+    input [3:0] a,
+    input [3:0] b,
+    output [12:0] o,
+    output [3:0] y
+);
+  wire q3;
+  wire q2;
+  wire x1;
+  wire x2;
+  leaf s0 (
+    .a(a),
+    .b(b),
+    .y(y),
+    .z(o[0]),
+    .zz(o[1]),
+    .k0(o[2]),
+    .k1(o[3]),
+    .thru(o[4]),
+    .unused(1'b0),
+    .nc()
+  );
+  leaf s1 (
+    .a({b[3:2], a[1:0]}),
+    .b({a[0], 2'b10, b[1]}),
+    .y({q3, q2, o[8:7]}),
+    .z(o[5]),
+    .zz(o[6]),
+    .k0(),
+    .k1(),
+    .thru(),
+    .unused(),
+    .nc()
+  );
+  NAND2 i (.A(q3), .B(q2), .Z(o[9]));
+  ADD4 last (.A(a), .B({b[1:0], 2'b01}), .S({o[10], o[11], o[12], x1, x2}));
+endmodule
+)");
+}
+
+TEST(List, RoundTrip) {
+    struct {
+        const char *what;
+        std::string_view verilog;
+    } const cases[] = {
+        {"a hierarchy", netlist_design},
+        {"vectors that are not whole, single bits, indexes from above zero",
+         "module top (input [7:4] a, input [2:2] b, output [0:1] y, output \\q[3] , output \\q[1] );\n"
+         "wire \\n[0] , \\n[2] , m;\n"
+         "INV u1 (a[4], \\n[0] ); INV u2 (a[6], \\n[2] ); NAND2 u3 (\\n[0] , \\n[2] , y[0]);\n"
+         "NAND2 u4 (b[2], a[7], y[1]); INV u5 (a[5], \\q[3] ); INV u6 (b[2], \\q[1] ); endmodule"},
+        {"a vector and a net of its base name",
+         "module top (input a, output y); wire n, \\n[0] , \\n[1] ; INV u1 (a, n);\n"
+         "INV u2 (n, \\n[0] ); INV u3 (\\n[0] , \\n[1] ); INV u4 (\\n[1] , y); endmodule"},
+        {"inputs fed through, outputs on one net and on constants",
+         "module top (input a, input b, output y, output [2:0] z, output k); INV u (b, y);\n"
+         "assign z = {a, y, a}; assign k = 1'b1; endmodule"},
+        {"names of every kind",
+         "module \\top (input \\reg , input \\2nd , input \\a+b , output \\always , output \\logic );\n"
+         "NAND2 \\x/y (\\reg , \\2nd , \\always ); INV \\begin (\\a+b , \\logic ); endmodule"},
+    };
+    for (const auto &one : cases) {
+        SCOPED_TRACE(one.what);
+        netlist_folder folder;
+        folder.take("top", one.verilog);
+        folder.tool("kalmlist -verilog -hierarchy -o first.v top.sdb");
+        folder.accepted("first.v", "top");
+        folder.equivalent("top.v", "first.v", "top");
+        folder.tool("kalmverin first.v");
+        folder.tool("kalmlist -verilog -hierarchy -o second.v top.sdb");
+        EXPECT_EQ(folder.read("second.v"), folder.read("first.v"));
+    }
+}
+
+TEST(List, PinsOfBothDirections) {
+    netlist_folder folder;
+    folder.take("top",
+                "module top (input a, input e, inout p, inout q, output c, output d, input i, output j);\n"
+                "BPAD u1 (a, e, c, p); BPAD u2 (a, 1'b1, d, i); BPAD u3 (a, e, j, 1'b0);\n"
+                "BPAD u4 (a, e, , q); endmodule");
+    folder.tool("kalmlist -verilog -hierarchy -o out.v top.sdb");
+    folder.accepted("out.v", "top");
+    std::string text = folder.read("out.v");
+    // A pin of both directions takes neither an input nor a constant; the port beside it keeps its name.
+    for (const char *line :
+         {"  assign i_n1 = i;\n", "  assign GND = 1'b0;\n", ".PAD(p)", ".PAD(i_n1)", ".PAD(GND)"})
+        EXPECT_NE(text.find(line), std::string::npos) << line << "\n" << text;
+    folder.take("pair", "module pair (inout p, inout q, input a); BPAD u (a, a, , p); endmodule");
+    folder.write("lib/pair.cmd", "edit pair\nconnect p q\nsave\nquit\n");
+    folder.tool("kalmedit -nologo -b lib/pair");
+    folder.refused("kalmlist -verilog -hierarchy -o pair_out.v pair.sdb",
+                   "the bidirectional ports 'p' and 'q' of module 'pair' are one net");
+    EXPECT_FALSE(folder.has("pair_out.v"));
+}
+
+// An edited design has what no netlist brings: names used twice, cut ports, don't-care bits, pins open in
+// part.
+TEST(List, EditedDesign) {
+    netlist_folder folder;
+    folder.take("top", "module top (input a, input b, output y, output z); wire n;\n"
+                       "INV u1 (a, n); INV u2 (n, y); INV u3 (b, z); endmodule");
+    folder.write("lib/top.cmd", "edit top\nadd n INV\nadd sum ADD4\ndisconnect b\nconnect sum{A[3]} X_NET\n"
+                                "connect sum{A[2]} VCC\nconnect sum{A[1]} GND\nconnect sum{A[0]} u1{Z}\n"
+                                "connect sum{B[0]} u1{Z}\nconnect n{A} b\nsave\nquit\n");
+    folder.tool("kalmedit -nologo -b lib/top");
+    folder.tool("kalmlist -verilog -hierarchy -o out.v top.sdb");
+    folder.accepted("out.v", "top");
+    std::string text = folder.read("out.v");
+    for (const char *line : {"  INV n (.A(b), .Z());\n", "  wire [0:2] open_pins;\n", ".A({3'bx10, n_n1})",
+                             ".B({n_n1, open_pins})", "  INV u1 (.A(a), .Z(n_n1));\n"})
+        EXPECT_NE(text.find(line), std::string::npos) << line << "\n" << text;
+    EXPECT_EQ(count_of(text, "X_NET"), 0u) << text;
+    folder.tool("kalmlist -vhdl -hierarchy -o out.vhd top.sdb");
+    text = folder.read("out.vhd");
+    for (const char *line : {"A(3) => 'X'", "A(2) => '1'", "A(1) => '0'", "A(0) => n_n1", "S => open",
+                             "signal open_pins : std_logic_vector(0 to 2) := (others => 'Z');"})
+        EXPECT_NE(text.find(line), std::string::npos) << line << "\n" << text;
+}
+
+TEST(List, ModulesAreSearchedInOrder) {
+    netlist_folder folder;
+    auto leaf = [&](const std::string &directory, const std::string &cell) {
+        folder.write(directory + "/leaf.v",
+                     "module leaf (input a, output y); INV " + cell + " (a, y); endmodule");
+        folder.tool("kalmverin " + directory + "/leaf.v -opath " + directory);
+    };
+    for (const char *directory : {"own", "added", "designs"})
+        leaf(directory, std::string("of_") + directory);
+    folder.write("top.v", "module top (input a, output y); leaf u (a, y); endmodule");
+    folder.tool("kalmverin top.v -opath own");
+    struct {
+        const char *remove;
+        const char *arguments;
+        const char *found;
+    } const steps[] = {
+        {"true", "own/top.sdb -add_path added", "of_own"},
+        {"mv own/top.sdb added; rm own/leaf.sdb", "top.sdb -add_path added", "of_added"},
+        {"mv added/top.sdb own", "-add_path added own/top.sdb", "of_added"},
+        {"rm added/leaf.sdb", "own/top.sdb -add_path added", "of_designs"},
+    };
+    for (const auto &step : steps) {
+        folder.run(step.remove);
+        for (const char *language : {"-verilog", "-vhdl"}) {
+            folder.tool(std::string("kalmlist ") + language + " -hierarchy -o out " + step.arguments);
+            EXPECT_EQ(count_of(folder.read("out"), step.found), 1u) << step.arguments << folder.read("out");
+        }
+    }
+    folder.run("rm designs/leaf.sdb");
+    folder.refused("kalmlist -verilog -hierarchy -o other own/top.sdb", "'leaf' has no SDB file");
+}
+
+TEST(List, Vhdl) {
+    netlist_folder folder;
+    folder.take("top", netlist_design);
+    folder.tool("kalmlist -vhdl -hierarchy -o out.vhd top.sdb");
+    std::string text = folder.read("out.vhd");
+    EXPECT_EQ(count_of(text, "\nentity leaf is\n"), 1u) << text;
+    EXPECT_LT(text.find("entity leaf"), text.find("entity top")) << text;
+    EXPECT_EQ(
+        count_of(text, "\n  component INV\n    port (\n      A : in std_logic;\n      Z : out std_logic);\n"),
+        1u);
+    for (const char *line :
+         {"    b : in std_logic_vector(0 to 3);\n", "  signal \\signal\\ : std_logic;\n",
+          "  \\register\\ : NAND2\n", "  \\entity\\ : NAND2\n", "  \\u[2]\\ : INV\n", "  u5 : INV\n",
+          "  \\U5\\ : INV\n", "  \\wait\\ : INV\n", "  signal \\Y_\\ : std_logic;\n", "  k0 <= '0';\n",
+          "  z <= z_n1;\n  zz <= z_n1;\n", "  y(0) <= \\y_0__n1\\;\n", "      B => b,\n",
+          "      S(4) => carry,\n", "      A => (others => 'Z'),\n", "      S => open)",
+          "      unused => '0',\n", "      nc => open)"})
+        EXPECT_NE(text.find(line), std::string::npos) << line << "\n" << text;
+}
+
+// GHDL runs the VHDL against the numbers that the cells' behaviour gives.
+TEST(List, VhdlSimulates) {
+    if (!has_program("ghdl"))
+        GTEST_SKIP() << "no ghdl";
+    netlist_folder folder;
+    folder.take("top",
+                "module half (input a, input b, output s, output c, output [1:0] k, inout io);\n"
+                "wire n1, N1, n2; NAND2 u1 (a, b, n1); NAND2 u2 (a, n1, N1); NAND2 u3 (b, n1, n2);\n"
+                "NAND2 u4 (N1, n2, s); INV u5 (n1, c); assign k = 2'b10; BPAD p (a, b, , io); endmodule\n"
+                "module top (input [1:0] a, output [0:5] y, inout io);\n"
+                "wire [1:0] k; wire [3:0] s; half inv (a[0], a[1], y[0], y[1], k, io); assign y[2:3] = k;\n"
+                "assign y[4] = y[0]; ADD4 add (.A({a, a}), .B({k, a[0], 1'b1}), .S({y[5], s}));\n"
+                "endmodule");
+    folder.tool("kalmlist -vhdl -hierarchy -o out.vhd top.sdb");
+    folder.write("cells.vhd", R"(
+library ieee; use ieee.std_logic_1164.all;
+entity INV is port (A : in std_logic; Z : out std_logic); end INV;
+architecture a of INV is begin Z <= not A; end a;
+library ieee; use ieee.std_logic_1164.all;
+entity NAND2 is port (A, B : in std_logic; Z : out std_logic); end NAND2;
+architecture a of NAND2 is begin Z <= A nand B; end a;
+library ieee; use ieee.std_logic_1164.all; use ieee.numeric_std.all;
+entity ADD4 is port (A : in std_logic_vector(3 downto 0); B : in std_logic_vector(0 to 3);
+                     S : out std_logic_vector(4 downto 0)); end ADD4;
+architecture a of ADD4 is begin
+  S <= std_logic_vector(resize(unsigned(A), 5) + resize(unsigned(B), 5)); end a;
+library ieee; use ieee.std_logic_1164.all;
+entity BPAD is port (I, OEN : in std_logic; C : out std_logic; PAD : inout std_logic); end BPAD;
+architecture a of BPAD is begin PAD <= 'Z' when OEN = '1' else I; C <= PAD; end a;
+)");
+    folder.write("bench.vhd", R"(
+library ieee; use ieee.std_logic_1164.all;
+entity bench is end bench;
+architecture a of bench is
+  signal a : std_logic_vector(1 downto 0); signal y : std_logic_vector(0 to 5); signal io : std_logic;
+  type rows is array (0 to 3) of std_logic_vector(0 to 6);
+  -- sum, carry, the constants 1 and 0, sum again, carry, the pad
+  constant expected : rows := ("0010000", "1010111", "101011Z", "011001Z");
+begin
+  dut : entity work.top port map (a, y, io);
+  process
+    constant bits : std_logic_vector(0 to 1) := "01";
+  begin
+    for i in 0 to 3 loop
+      a <= bits(i / 2) & bits(i mod 2);
+      wait for 1 ns;
+      assert y & io = expected(i) report "row " & integer'image(i) severity failure;
+    end loop;
+    wait;
+  end process;
+end a;
+)");
+    for (const char *standard : {"93", "08"}) {
+        std::string flags = std::string(" --std=") + standard + " ";
+        for (const std::string &line :
+             {"ghdl -a" + flags + "cells.vhd out.vhd bench.vhd", "ghdl -e" + flags + "bench",
+              "ghdl -r" + flags + "bench", std::string("rm -f *.cf *.o")}) {
+            run_result result = folder.run(line);
+            EXPECT_EQ(result.status, 0) << line << "\n" << result.out << result.err << folder.read("out.vhd");
+            EXPECT_EQ(result.err, "") << line;
+        }
+    }
+}
+
+TEST(List, VhdlNamesThatDifferByCase) {
+    netlist_folder folder;
+    folder.write("more.v", "module inv (input a, output z); endmodule");
+    folder.tool("kalmverin -lib more.v -opath lib");
+    folder.take("top",
+                "module LEAF (input iNV, input nand2, output Out, output out);\n"
+                "INV u (iNV, Out); inv U (nand2, out); NAND2 nAND2 (iNV, nand2, INV); endmodule\n"
+                "module top (input i, output leaf); LEAF u (.iNV(i), .nand2(i), .Out(leaf)); endmodule");
+    folder.tool("kalmlist -vhdl -hierarchy -o out.vhd top.sdb");
+    std::string text = folder.read("out.vhd");
+    for (const char *line : {"component \\INV\\\n", "component \\inv\\\n", "    \\iNV\\ : in std_logic;\n",
+                             "    \\nand2\\ : in std_logic;\n", "    \\Out\\ : out std_logic;\n",
+                             "    \\out\\ : out std_logic);\n", "  \\nAND2\\ : NAND2\n", "    \\leaf\\ : out",
+                             "  signal \\INV_n1\\ : std_logic;\n"})
+        EXPECT_NE(text.find(line), std::string::npos) << line << "\n" << text;
+    if (has_program("ghdl"))
+        for (const char *standard : {"93", "08"}) {
+            run_result result = folder.run(std::string("rm -f *.cf; ghdl -a --std=") + standard + " out.vhd");
+            EXPECT_EQ(result.status, 0) << result.err << text;
+        }
+    folder.take("port", "module port (input inv, output z); INV u (inv, z); inv v (z, y); endmodule");
+    folder.refused("kalmlist -vhdl -hierarchy -o port.vhd port.sdb", "the port 'inv' of module 'port'");
+}
+
+TEST(List, Refusals) {
+    netlist_folder folder;
+    folder.take("top", netlist_design);
+    folder.write("out.v", "kept");
+    folder.run("head -c 300 top.sdb > cut.sdb; mkdir folder.sdb; mkdir -m 555 closed");
+    struct {
+        const char *arguments;
+        const char *text;
+    } const cases[] = {
+        {"", "usage: kalmlist"},
+        {"-hierarchy -o out.v top.sdb", "usage: kalmlist"},
+        {"-verilog -o out.v", "usage: kalmlist"},
+        {"-verilog top.sdb", "usage: kalmlist"},
+        {"-verilog -hierarchy top.sdb -o", "nothing stands behind the switch '-o'"},
+        {"-verilog -vhdl -o out.v top.sdb", "-verilog and -vhdl exclude each other"},
+        {"-verilog -flat -o out.v top.sdb", "unknown switch '-flat'"},
+        {"-verilog -o out.v top.sdb leaf.sdb", "two SDB files are given, 'top.sdb' and 'leaf.sdb'"},
+        {"-verilog -o out.v top.v", "'top.v' is not the name of an SDB file"},
+        {"-verilog -o out.v none.sdb", "there is no file 'none.sdb'"},
+        {"-verilog -o out.v lib/none.sdb -add_path .", "there is no file 'lib/none.sdb'"},
+        {"-verilog -o out.v cut.sdb", "cut.sdb"},
+        {"-verilog -o out.v folder.sdb", "folder.sdb"},
+        {"-verilog -o none/out.v top.sdb", "none/out.v: this file can't be written"},
+        {"-verilog -o lib top.sdb", "lib"},
+    };
+    for (const auto &one : cases)
+        folder.refused(std::string("kalmlist ") + one.arguments, one.text);
+    EXPECT_EQ(folder.read("out.v"), "kept");
+    if (geteuid() != 0)
+        folder.refused("kalmlist -verilog -o closed/out.v top.sdb",
+                       "closed/out.v: this file can't be written");
+}

@@ -1,0 +1,35 @@
+// A small cell library and designs over it, taken through the tools as a user would.
+#pragma once
+
+#include "tests/support/scratch.hh"
+
+#include <string>
+#include <string_view>
+
+/// Cells with scalar and vector pins of every direction, with their behaviour for simulators.
+extern const std::string_view netlist_cells;
+
+/// A hierarchy with most of what netlists hold: vectors of both directions, taken apart and put together,
+/// names that need care, constants, open pins, outputs that share nets with other ports. All outputs of `top`
+/// follow from its inputs.
+extern const std::string_view netlist_design;
+
+/// A scratch folder that has the cells in lib/ as SDB files and in cells.v.
+struct netlist_folder : scratch_folder {
+    netlist_folder();
+
+    /// Runs one of the tools with its arguments and expects it to succeed without a word.
+    void tool(const std::string &line) const;
+    /// Writes `<name>.v` and reads it with kalmverin.
+    void take(const std::string &name, std::string_view verilog) const;
+    /// Expects an error of a tool: status 255, nothing on the console, "ERROR: " and the text on the error
+    /// stream.
+    void refused(const std::string &line, const std::string &text) const;
+    /// Expects that every Verilog reader of this machine takes the file, together with cells.v.
+    void accepted(const std::string &file, const std::string &top) const;
+    /// Expects that both files describe the same behaviour, which Yosys proves where it is there.
+    void equivalent(const std::string &one, const std::string &other, const std::string &top) const;
+};
+
+/// True when the program is on PATH.
+bool has_program(const std::string &name);
