@@ -5,6 +5,8 @@
 #include "description/reader.hh"
 #include "description/tables.hh"
 #include "editing/insertion.hh"
+#include "guide/guide.hh"
+#include "planning/connect_file.hh"
 #include "planning/port_table.hh"
 #include "planning/validation.hh"
 #include "rtl/tap_build.hh"
@@ -111,21 +113,6 @@ void check_necessary_input_file() {
     check_scan_cells();
 }
 
-/// Refuses what a run of this version cannot do, before it has changed anything.
-void refuse_guide() {
-    if (option(OPT_GUIDELINE))
-        vmr_fail(
-            "ERROR: this version of rimweave has no guide; write the description files and run it without "
-            "-guideline.\n\n");
-}
-
-void refuse_bist_blocks() {
-    if (DYNA_count(BL_MBIST_TAB) > 0 || DYNA_count(BL_LBIST_TAB) > 0)
-        vmr_fail("ERROR: (%s) this version of rimweave writes no connection files for BIST blocks; remove "
-                 "%%MEMORY_BIST and %%LOGIC_BIST.\n\n",
-                 JTAG_BSC_FILE);
-}
-
 void build_and_insert() {
     if (option(OPT_ADD_TAP) || option(OPT_ADD_TAP_ONLY)) {
         if (option(OPT_ADD_TAP))
@@ -151,10 +138,11 @@ void run_sequence(int32_t argc, char **argv) {
     uti_prepare_system_info();
     jtag_parse_cmd_line(argc, argv, &TOP_MODULE);
     get_bsc_lib_name();
-    refuse_guide();
+    if (option(OPT_GUIDELINE))
+        guideline_handler();
     check_necessary_input_file();
-    refuse_bist_blocks();
     build_and_insert();
+    rwv_write_connect_file();
     free_planning_tables();
     vmr_printf("\nCPU TIME = %s\n\n", get_CPU_time_string(start));
     vmr_printf("END TIME : %s\n", get_time_string());

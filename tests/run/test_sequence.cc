@@ -82,7 +82,6 @@ TEST(Sequence, RefusesWhatItHasNotBeforeItChangesAnything) {
     struct {
         const char *more_bsc, *arguments, *says;
     } const cases[] = {
-        {"", "-guideline -add_tap_only chip", "has no guide"},
         {"%MEMORY_BIST { %INSTRUCTION INTEST { %CTRL_ORDER 1, 2; } }", "-add_tap_only chip",
          "ERROR: (./chip.bsc) this version of rimweave writes no connection files for BIST blocks"},
     };
