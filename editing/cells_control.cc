@@ -84,13 +84,15 @@ void drive_by_highz(EDIT_FILE *fp, OPIN_ROW &row, const char *enable) {
     EDIT_OPERAND output = pin_of(name, buffer->output);
     // The row marked as the driver is the first; should it have written nothing, the next one adds the
     // buffer.
-    bool is_new = emission.highz_buffers.insert(row.highz_group).second;
+    bool is_new = emission.highz_buffers.insert({current_multi_io_indexG, row.highz_group}).second;
     if (is_new)
         edit_add_instance(fp, name, HIZ_BUF_NAME);
     cut_pin(fp, row.pad_instance, enable, output);
     edit_connect(fp, output, pin_of(row.pad_instance, enable));
+    // With pads in several modules, only those of the top stand beside the TAP.
     if (is_new)
-        edit_connect(fp, pin_of(name, buffer->input), tap_signal(TAP_HIZ_PIN));
+        edit_connect(fp, pin_of(name, buffer->input),
+                     current_multi_io_indexG > 0 ? port_net(TAP_HIZ_PIN) : tap_signal(TAP_HIZ_PIN));
 }
 
 /// Ties the %OE_MODE pins of the control cell and of the row's cell together.

@@ -114,13 +114,15 @@ void edit_add_port(EDIT_FILE *file, const char *name, EDIT_PORT direction) {
     file->text += "add " + known(name) + (direction == EDIT_INPUT ? " input\n" : " output\n");
 }
 
-void edit_disconnect(EDIT_FILE *file, const EDIT_OPERAND &operand) {
-    file->text += "disconnect " + checked(file, operand) + "\n";
+void edit_disconnect(EDIT_FILE *file, const EDIT_OPERAND &operand, EDIT_BLANKS blanks) {
+    file->text += blanks == EDIT_WIDE ? "disconnect  " : "disconnect ";
+    file->text += checked(file, operand) + "\n";
 }
 
 void edit_connect(EDIT_FILE *file, const EDIT_OPERAND &a, const EDIT_OPERAND &b, EDIT_BLANKS blanks) {
-    file->text += blanks == EDIT_LEADING_BLANK ? " connect " : "connect ";
-    file->text += checked(file, a) + " " + checked(file, b);
+    file->text += blanks == EDIT_LEADING_BLANK ? " connect " : blanks == EDIT_WIDE ? "connect  " : "connect ";
+    bool wide = blanks == EDIT_WIDE || blanks == EDIT_WIDE_SECOND;
+    file->text += checked(file, a) + (wide ? "  " : " ") + checked(file, b);
     file->text += blanks == EDIT_TRAILING_BLANK ? " \n" : "\n";
 }
 

@@ -35,11 +35,13 @@ EDIT_OPERAND free_net();
 /// The operand as it stands in a line.
 std::string operand_text(const EDIT_OPERAND &operand);
 
-/// Blanks of a `connect` line beyond the plain form. The editor reads all alike.
+/// Blanks of a line beyond the plain form. The editor reads all alike.
 enum EDIT_BLANKS {
     EDIT_PLAIN,          ///< "connect a b"
     EDIT_LEADING_BLANK,  ///< " connect a b": ports handed on to the level above
     EDIT_TRAILING_BLANK, ///< "connect a b ": connections recorded for a module
+    EDIT_WIDE,           ///< "connect  a  b", "disconnect  a": some lines of the cells in one module
+    EDIT_WIDE_SECOND,    ///< "connect a  b": others of them
 };
 
 /// One edit command file that is being written.
@@ -63,7 +65,7 @@ void edit_end_file(EDIT_FILE *&file);
 void edit_add_instance(EDIT_FILE *file, const std::string &instance, const char *cell);
 enum EDIT_PORT : int32_t { EDIT_INPUT, EDIT_OUTPUT };
 void edit_add_port(EDIT_FILE *file, const char *name, EDIT_PORT direction);
-void edit_disconnect(EDIT_FILE *file, const EDIT_OPERAND &operand);
+void edit_disconnect(EDIT_FILE *file, const EDIT_OPERAND &operand, EDIT_BLANKS blanks = EDIT_PLAIN);
 void edit_connect(EDIT_FILE *file, const EDIT_OPERAND &a, const EDIT_OPERAND &b,
                   EDIT_BLANKS blanks = EDIT_PLAIN);
 void edit_replace(EDIT_FILE *file, const char *instance, const std::string &module);

@@ -2,6 +2,10 @@
 #include "editing/insertion.hh"
 
 #include "editing/cells.hh"
+#include "editing/multi_modules.hh"
+#include "editing/multi_ports.hh"
+#include "editing/multi_replace.hh"
+#include "editing/multi_wiring.hh"
 #include "editing/pad_levels.hh"
 #include "editing/pad_sides.hh"
 #include "editing/tap_hierarchy.hh"
@@ -91,17 +95,19 @@ void plan_cells() {
 
 void add_scan_cell() {
     plan_cells();
-    if (multi_io_module_flagG != 0) {
-        if (rwv_hier_tap_ctrlG != 0)
-            vmr_fail("ERROR: Can not support hierarchic TAP controller for multiple IO-PAD modules.\n\n");
-        vmr_fail("ERROR: the pads of '%s' lie in more than one module.\n"
-                 "       This version inserts boundary cells in one module only.\n\n",
-                 TOP_MODULE);
-    }
+    if (multi_io_module_flagG != 0 && rwv_hier_tap_ctrlG != 0)
+        vmr_fail("ERROR: Can not support hierarchic TAP controller for multiple IO-PAD modules.\n\n");
     if (std::ranges::none_of(rows(OPIN_TAB), row_gets_cells))
         vmr_fail("ERROR: no port of '%s' gets a boundary cell.\n       Please check the pin list in file "
                  "'%s'.\n\n",
                  TOP_MODULE, JTAG_BSC_FILE == nullptr ? "" : JTAG_BSC_FILE);
+    if (multi_io_module_flagG != 0) {
+        open_multi_io_modules();
+        bs_hier_search_tap_ports();
+        emit_multi_io_cells();
+        print_bso_file();
+        return;
+    }
     vmr_printf(" - Synthesizing Boundary Registers in gate level ...\n\n");
     int32_t first = first_row_with_cell();
     if (DYNA_count(OPIN_TAB[first].hier_classes) == 0)
@@ -117,9 +123,17 @@ void add_boundary_scan_chain() {
     init_multi_io_tables();
     add_scan_cell();
     HIGHZ_CNT = 0;
-    built_bus_balance_group_tab_for_control_signal();
-    connect_scan_cell_in_cmd(PAD_MODULE_EXIST != 0 ? PAD_FP : TAP_FP);
-    do_kalmedit();
+    if (multi_io_module_flagG != 0) {
+        set_hier_common_net(0, MULTI_IO_HIER.children);
+        connect_scan_cell_for_multi_io();
+        hier_replace_io_module(0, MULTI_IO_HIER.children);
+        hier_do_kalmedit(0, MULTI_IO_HIER.children);
+        print_closing_lines();
+    } else {
+        built_bus_balance_group_tab_for_control_signal();
+        connect_scan_cell_in_cmd(PAD_MODULE_EXIST != 0 ? PAD_FP : TAP_FP);
+        do_kalmedit();
+    }
     print_report();
 }
 

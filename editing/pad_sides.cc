@@ -90,8 +90,9 @@ EDIT_OPERAND port_far_operand(const OPIN_ROW &row) {
     return node_operand(get_node_connected_to_portnode(find_iport(row.port_name)));
 }
 
-void cut_pin(EDIT_FILE *fp, const char *instance, const char *pin, const EDIT_OPERAND &successor) {
-    edit_disconnect(fp, pin_of(instance, pin));
+void cut_pin(EDIT_FILE *fp, const char *instance, const char *pin, const EDIT_OPERAND &successor,
+             EDIT_BLANKS blanks) {
+    edit_disconnect(fp, pin_of(instance, pin), blanks);
     note_cut(SDB_nl_search_node(instance, pin), successor);
 }
 

@@ -10,13 +10,14 @@
 #include "planning/tap_state.hh"
 #include "sdb/navigation.hh"
 
+#include <set>
 #include <unordered_map>
-#include <unordered_set>
+#include <utility>
 
 /// What the emission of cells keeps between rows; reset by reset_emission when a run begins to write cells.
 struct EMISSION_STATE {
-    std::unordered_map<int64_t, EDIT_OPERAND> cut_pins; ///< by module and node: what took its place
-    std::unordered_set<int32_t> highz_buffers;          ///< groups whose buffer is in the file
+    std::unordered_map<int64_t, EDIT_OPERAND> cut_pins;  ///< by module and node: what took its place
+    std::set<std::pair<int32_t, int32_t>> highz_buffers; ///< by module: groups whose buffer is in the file
 };
 extern EMISSION_STATE emission;
 extern int32_t ADD_BUF_COUNT; ///< running number of added pads and inverters, never reset
@@ -42,7 +43,8 @@ EDIT_OPERAND node_operand(int32_t node);
 EDIT_OPERAND port_far_operand(const OPIN_ROW &row);
 
 /// Disconnects the pin and notes that `successor` stands on its old net from now on.
-void cut_pin(EDIT_FILE *fp, const char *instance, const char *pin, const EDIT_OPERAND &successor);
+void cut_pin(EDIT_FILE *fp, const char *instance, const char *pin, const EDIT_OPERAND &successor,
+             EDIT_BLANKS blanks = EDIT_PLAIN);
 /// The same for a port of the design.
 void cut_port(EDIT_FILE *fp, const OPIN_ROW &row, const EDIT_OPERAND &successor);
 

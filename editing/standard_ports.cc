@@ -52,17 +52,6 @@ bool drives_its_net(int32_t node) {
     return (pin_tab[node_tab[node].pin].direction & SDB_DIRECTION_MASK) == SDB_OUTPUT;
 }
 
-/// True when something in the open module drives the net of a pin that the TAP is to drive.
-bool is_driven(int32_t node) {
-    int32_t net = node_tab[node].net;
-    if (net < 0)
-        return false;
-    for (int32_t other = net_tab[net].first_node; other >= 0; other = node_tab[other].next)
-        if (other != node && drives_its_net(other))
-            return true;
-    return false;
-}
-
 int32_t common_levels(const OPIN_ROW &a, const OPIN_ROW &b) {
     int32_t count_a = DYNA_count(a.hier_instances), count_b = DYNA_count(b.hier_instances);
     int32_t common = 0;
@@ -112,12 +101,6 @@ void walk_foreign_levels(const OPIN_ROW &row, int32_t levels, SIGNAL_PLACE &plac
     }
 }
 
-void warn_of_cut(const SIGNAL_PLACE &place) {
-    vmr_printf("WARNING: Pin '%s' of '%s' is driven by the design.\n"
-               "         It will be disconnected and reconnected to TAP.\n",
-               place.pin, place.instance);
-}
-
 /// One level of one signal: it goes up, or stops. `tied` tells that the design has a constant on the pin that
 /// the TAP is to drive, `to_pad` that the TAP drives the signal.
 void follow_level(SIGNAL_ROUTE &route, SIGNAL_PLACE &place, int32_t level, const OPIN_ROW &path, bool tied,
@@ -125,7 +108,7 @@ void follow_level(SIGNAL_ROUTE &route, SIGNAL_PLACE &place, int32_t level, const
     if (route.stop >= 0 || level < route.start || place.pin == nullptr)
         return;
     int32_t node = SDB_nl_search_node(place.instance, place.pin);
-    bool driven = to_pad && node >= 0 && is_driven(node);
+    bool driven = to_pad && node >= 0 && pin_is_driven(node);
     route.steps[level] = {place, driven};
     if (!tied && leave_module(place, path.hier_instances[level], port, path.hier_classes[level]))
         return;
@@ -153,6 +136,22 @@ void look_at_tdo_in_top() {
 }
 
 } // namespace
+
+bool pin_is_driven(int32_t node) {
+    int32_t net = node_tab[node].net;
+    if (net < 0)
+        return false;
+    for (int32_t other = net_tab[net].first_node; other >= 0; other = node_tab[other].next)
+        if (other != node && drives_its_net(other))
+            return true;
+    return false;
+}
+
+void warn_of_cut(const SIGNAL_PLACE &place) {
+    vmr_printf("WARNING: Pin '%s' of '%s' is driven by the design.\n"
+               "         It will be disconnected and reconnected to TAP.\n",
+               place.pin, place.instance);
+}
 
 std::string tap_port_name(STANDARD_PORT port) {
     return std::string("vmr_tap_") + TAP_PORT[port].word;
@@ -204,7 +203,7 @@ bool tdo_has_driver(const SIGNAL_PLACE &place) {
     if (!option(OPT_ADD_TAP) || place.instance == nullptr)
         return false;
     int32_t node = SDB_nl_search_node(place.instance, place.pin);
-    if (node < 0 || !is_driven(node))
+    if (node < 0 || !pin_is_driven(node))
         return false;
     warn_of_cut(place);
     return true;

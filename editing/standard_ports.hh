@@ -56,6 +56,10 @@ bool port_is_used(STANDARD_PORT port);
 /// a message that names the port when the signal does not leave a module.
 void walk_to_top(STANDARD_PORT port, SIGNAL_PLACE &enable);
 
+/// True when something in the open module drives the net of a pin that the TAP is to drive.
+bool pin_is_driven(int32_t node);
+/// Warns that such a pin is freed.
+void warn_of_cut(const SIGNAL_PLACE &place);
 /// True when the design drives a pin of the open module that an added TAP is to drive; warns of it.
 bool tdo_has_driver(const SIGNAL_PLACE &place);
 

@@ -60,18 +60,6 @@ void free_pin(int32_t net, const char *pin) {
         edit_disconnect(TAP_FP, pin_of(TAP_INSTANCE_NAME, pin));
 }
 
-/// Pins of a TAP that stands already are freed of the constants that the design ties them to.
-void free_existing_tap() {
-    for (CONTROL_SIGNAL signal : BORDER_ORDER)
-        if (signal_is_used(signal))
-            free_pin(TAP_FLAG.control[signal], TAP_PIN[signal]);
-    for (int32_t i = 0; i < BCELL_EXTRA && i < DYNA_count(TAP_EXTRA_PIN); i++)
-        if (i < DYNA_count(TAP_FLAG.extras))
-            free_pin(TAP_FLAG.extras[i], TAP_EXTRA_PIN[i]);
-    free_pin(TAP_FLAG.first_bcell, TAP_CONTR->first_bcell);
-    free_pin(TAP_FLAG.last_bcell, TAP_CONTR->last_bcell);
-}
-
 /// The wire between the chip's side of a signal and the TAP. A TAP in the pads' path gets its pins with the
 /// `replace` line of that path, so the wire is then left to replace_cell_in_top.
 void connect_to_tap(const SIGNAL_PLACE &chip_side, const char *tap_pin, SIGNAL_PLACE &left_for_later) {
@@ -126,27 +114,6 @@ void connect_added_tdo_enable(const ADDED_TAP_PAD &added) {
         edit_connect(TAP_FP, pin_of(added.instance, enable), is_low ? constant_zero() : constant_one());
 }
 
-/// Makes a port that the design does not have, with a pad under -add_pad.
-void add_standard_port(STANDARD_PORT port) {
-    EDIT_PORT direction = port == PORT_TDO ? EDIT_OUTPUT : EDIT_INPUT;
-    const char *name = chip_port_name(port);
-    const char *tap_pin = TAP_PORT[port].tap_pin;
-    if (!option(OPT_ADD_PAD)) {
-        edit_add_port(TAP_FP, name, direction);
-        connect_to_tap({nullptr, name}, tap_pin, PORT_ROUTES[port].top);
-        return;
-    }
-    ADDED_TAP_PAD added = added_tap_pad(port);
-    const char *chip_pin = port == PORT_TDO ? added.pad.output : added.pad.input;
-    const char *core_pin = port == PORT_TDO ? added.pad.input : added.pad.output;
-    edit_add_port(TAP_FP, name, direction);
-    edit_add_instance(TAP_FP, added.instance, added.pad.cell);
-    edit_connect(TAP_FP, pin_of(added.instance, chip_pin), port_net(name));
-    connect_to_tap({added.instance, core_pin}, tap_pin, PORT_ROUTES[port].top);
-    if (port == PORT_TDO)
-        connect_added_tdo_enable(added);
-}
-
 /// The TDO port stands in the design, and the cells stand in the top module.
 void connect_tdo_in_top() {
     OPIN_ROW &row = *TAP_PORT[PORT_TDO].row;
@@ -196,6 +163,37 @@ void write_new_tap() {
 }
 
 } // namespace
+
+void free_existing_tap() {
+    for (CONTROL_SIGNAL signal : BORDER_ORDER)
+        if (signal_is_used(signal))
+            free_pin(TAP_FLAG.control[signal], TAP_PIN[signal]);
+    for (int32_t i = 0; i < BCELL_EXTRA && i < DYNA_count(TAP_EXTRA_PIN); i++)
+        if (i < DYNA_count(TAP_FLAG.extras))
+            free_pin(TAP_FLAG.extras[i], TAP_EXTRA_PIN[i]);
+    free_pin(TAP_FLAG.first_bcell, TAP_CONTR->first_bcell);
+    free_pin(TAP_FLAG.last_bcell, TAP_CONTR->last_bcell);
+}
+
+void add_standard_port(STANDARD_PORT port) {
+    EDIT_PORT direction = port == PORT_TDO ? EDIT_OUTPUT : EDIT_INPUT;
+    const char *name = chip_port_name(port);
+    const char *tap_pin = TAP_PORT[port].tap_pin;
+    if (!option(OPT_ADD_PAD)) {
+        edit_add_port(TAP_FP, name, direction);
+        connect_to_tap({nullptr, name}, tap_pin, PORT_ROUTES[port].top);
+        return;
+    }
+    ADDED_TAP_PAD added = added_tap_pad(port);
+    const char *chip_pin = port == PORT_TDO ? added.pad.output : added.pad.input;
+    const char *core_pin = port == PORT_TDO ? added.pad.input : added.pad.output;
+    edit_add_port(TAP_FP, name, direction);
+    edit_add_instance(TAP_FP, added.instance, added.pad.cell);
+    edit_connect(TAP_FP, pin_of(added.instance, chip_pin), port_net(name));
+    connect_to_tap({added.instance, core_pin}, tap_pin, PORT_ROUTES[port].top);
+    if (port == PORT_TDO)
+        connect_added_tdo_enable(added);
+}
 
 int copy_file(const std::string &from, const std::string &to) {
     return run_shell("cp " + shell_word(from) + " " + shell_word(to));

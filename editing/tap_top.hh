@@ -16,6 +16,11 @@ std::vector<const char *> crossing_signals();
 /// The 32 lines that tie the TAP's IDCODE input, when -external_idcode asks for them.
 void write_idcode_lines(EDIT_FILE *fp);
 
+/// Pins of a TAP that stands already are freed of the constants that the design ties them to.
+void free_existing_tap();
+/// Makes a port that the design does not have, with a pad under -add_pad, and joins it to the TAP.
+void add_standard_port(STANDARD_PORT port);
+
 /// The lines of %CONNECTION_TABLE.
 void rwv_do_connection_table(EDIT_FILE *fp);
 

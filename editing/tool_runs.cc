@@ -1,5 +1,6 @@
 #include "editing/tool_runs.hh"
 
+#include "editing/multi_modules.hh"
 #include "editing/tap_top.hh"
 #include "planning/port_table.hh"
 #include "planning/tap_state.hh"
@@ -15,9 +16,9 @@ std::string in_library(const std::string &name) {
     return std::string(RIMWEAVE_OPATH) + "/" + name;
 }
 
-/// Runs kalmedit on DIR/<module>.cmd.
-void run_editor(const std::string &module) {
-    vmr_printf("    .Executing command file  %s.cmd ...\n", in_library(module).c_str());
+/// Runs kalmedit on DIR/<module>.cmd. `blanks` part "file" from the name.
+void run_editor(const std::string &module, const char *blanks = "  ") {
+    vmr_printf("    .Executing command file%s%s.cmd ...\n", blanks, in_library(module).c_str());
     if (run_shell("kalmedit -nologo -b " + shell_word(in_library(module))) != 0)
         end_run();
 }
@@ -80,6 +81,16 @@ void rwv_hier_do_kalmedit_for_tap_instance(int last) {
         run_editor(module);
         move_to_library(module);
     }
+}
+
+void hier_do_kalmedit(int32_t index, const MULTI_IO_NODE *children) {
+    if (index == -1)
+        return;
+    for (const MULTI_IO_NODE &child : rows(children))
+        hier_do_kalmedit(child.row, child.children);
+    std::string module = edited_module_name(index);
+    run_editor(module, " ");
+    move_to_library(module);
 }
 
 void print_closing_lines() {

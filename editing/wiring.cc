@@ -109,29 +109,6 @@ void report_leaves(const BUFFER_TREE &tree) {
                                    DYNA_count(tree.group), tree.need));
 }
 
-void build_trees(EDIT_FILE *fp) {
-    for (CONTROL_SIGNAL id : TREE_ORDER) {
-        WIRED_SIGNAL signal = control_signal(id);
-        if (signal.tap_pin == nullptr || (id == SIG_BCLK && !option(OPT_SYNCH)))
-            continue;
-        build_tree(fp, signal);
-        if (signal.tree->level == 0 || DYNA_count(signal.tree->group) == 0)
-            continue;
-        bool is_clock = id == SIG_CLOCK || id == SIG_BCLK;
-        if (!is_clock || !option(OPT_DF_SPEED))
-            report_leaves(*signal.tree);
-        report_buffer_line(TREE_RULE);
-    }
-    for (int32_t i = 0; i < DYNA_count(EXTRA_TREES); i++) {
-        WIRED_SIGNAL signal = extra_signal(i);
-        build_tree(fp, signal);
-        if (wire_form(*signal.tree) == WIRE_DIRECT)
-            continue;
-        report_leaves(*signal.tree);
-        report_buffer_line(EXTRA_RULE);
-    }
-}
-
 /// The operand that feeds the next cell of the signal; counts the cell where groups are counted.
 EDIT_OPERAND next_source(const WIRED_SIGNAL &signal) {
     BUFFER_TREE &tree = *signal.tree;
@@ -183,6 +160,29 @@ void connect_chain_end(EDIT_FILE *fp, const char *inst, const char *pin, const c
 
 } // namespace
 
+void build_control_trees(EDIT_FILE *fp, bool with_report) {
+    for (CONTROL_SIGNAL id : TREE_ORDER) {
+        WIRED_SIGNAL signal = control_signal(id);
+        if (signal.tap_pin == nullptr || (id == SIG_BCLK && !option(OPT_SYNCH)))
+            continue;
+        build_tree(fp, signal);
+        if (!with_report || signal.tree->level == 0 || DYNA_count(signal.tree->group) == 0)
+            continue;
+        bool is_clock = id == SIG_CLOCK || id == SIG_BCLK;
+        if (!is_clock || !option(OPT_DF_SPEED))
+            report_leaves(*signal.tree);
+        report_buffer_line(TREE_RULE);
+    }
+    for (int32_t i = 0; i < DYNA_count(EXTRA_TREES); i++) {
+        WIRED_SIGNAL signal = extra_signal(i);
+        build_tree(fp, signal);
+        if (!with_report || wire_form(*signal.tree) == WIRE_DIRECT)
+            continue;
+        report_leaves(*signal.tree);
+        report_buffer_line(EXTRA_RULE);
+    }
+}
+
 void connect_control_signal(EDIT_FILE *fp, int32_t index) {
     const SCAN_ROW &row = SCAN_TAB[index];
     for (CONTROL_SIGNAL id : WIRE_ORDER) {
@@ -199,7 +199,7 @@ void connect_control_signal(EDIT_FILE *fp, int32_t index) {
 }
 
 void connect_scan_cell_in_cmd(EDIT_FILE *&fp) {
-    build_trees(fp);
+    build_control_trees(fp, true);
     int32_t last = DYNA_count(SCAN_TAB) - 1;
     connect_chain_end(fp, SCAN_TAB[0].inst, SCAN_TAB[0].tdo_pin, TAP_CONTR->last_bcell, "chain_out");
     for (int32_t i = 0; i < last; i++) {

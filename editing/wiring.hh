@@ -8,5 +8,9 @@
 /// file. SCAN_TAB must have a row, and built_bus_balance_group_tab_for_control_signal must have run.
 void connect_scan_cell_in_cmd(EDIT_FILE *&fp);
 
+/// Writes the buffer trees of all control signals. `with_report` adds the lines that close each tree in the
+/// report.
+void build_control_trees(EDIT_FILE *fp, bool with_report);
+
 /// Writes the control wires of SCAN_TAB row `row` and advances the counters of the trees that it hangs on.
 void connect_control_signal(EDIT_FILE *fp, int32_t row);

@@ -174,22 +174,6 @@ TEST(Layouts, WhatDrivesTdoIsCut) {
     }
 }
 
-TEST(Layouts, PadsInSeveralModulesAreRefused) {
-    CHIP_INPUT input;
-    input.design =
-        "module one(input p, output c); IBUF pa(.PAD(p), .C(c)); endmodule\n"
-        "module two(input p, output c); IBUF pa(.PAD(p), .C(c)); endmodule\n"
-        "module chip(input a, input b, input ck); wire v, w; one x(.p(a), .c(v)); two y(.p(b), .c(w));\n"
-        "FF f(.D(v), .CK(ck)); FF g(.D(w), .CK(ck)); endmodule\n";
-    input.pins = "1 PA a *\n2 PB b *\n3 CK ck *\n";
-    chip_case chip(input);
-    run_result result = chip.run("-add_tap");
-    EXPECT_EQ(result.status, 255);
-    EXPECT_NE(result.out.find("ERROR: the pads of 'chip' lie in more than one module.\n"), std::string::npos)
-        << result.out;
-    EXPECT_FALSE(chip.scratch.has("rimweave_lib/chip_jtag.cmd"));
-}
-
 TEST(Layouts, CommandFiles) {
     for (const LAYOUT &layout : LAYOUTS) {
         SCOPED_TRACE(layout.name);

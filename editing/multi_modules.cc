@@ -1,0 +1,183 @@
+#include "editing/multi_modules.hh"
+
+#include "editing/cells.hh"
+#include "editing/pad_sides.hh"
+#include "editing/tap_place.hh"
+#include "editing/tap_top.hh"
+#include "planning/tracing.hh"
+#include "sdb/sdb.hh"
+#include "support/console.hh"
+#include "support/fnm.hh"
+#include "support/run_state.hh"
+#include "support/text.hh"
+
+#include <algorithm>
+
+std::vector<IO_MODULE> IO_MODULES;
+
+namespace {
+
+/// A design given with its directory has its modules there too.
+const char *find_module(const char *class_name) {
+    std::string file = format_text("%s.sdb", class_name);
+    const char *found = PATH == nullptr || *PATH == '\0' ? nullptr : FNM_find_input(PATH + file);
+    if (found == nullptr)
+        found = FNM_find_input(file);
+    if (found == nullptr)
+        console_fail("ERROR: Can not find \"%s\" file.\n\n", file.c_str());
+    return keep_text(found);
+}
+
+void close_design() {
+    SDB_close(sdb, 0);
+    SDB_clear_current();
+}
+
+void note_ports(IO_MODULE &module) {
+    open_sdb_file(module.sdb_path);
+    for (int32_t port = 0; port < port_count; port++)
+        if (const char *name = SYM_get(sym_tab, port_tab[port].name); name != nullptr)
+            module.ports.insert(name);
+    close_design();
+}
+
+void begin_module(int32_t index) {
+    IO_MODULE &module = IO_MODULES[index];
+    const char *class_name = MULTI_IO_TAB[index].class_name;
+    std::string edited = edited_module_name(index);
+    module.sdb_path = index == 0 ? MODULE_SDB : find_module(class_name);
+    if (copy_file(module.sdb_path, edited + ".sdb") != 0)
+        vmr_fail("\nERROR: can not copy file \"%s\" to file \"%s.sdb\".\n"
+                 "       Perhaps permission deny ...\n\n",
+                 module.sdb_path, edited.c_str());
+    std::string path = format_text("%s/%s.cmd", RIMWEAVE_OPATH, edited.c_str());
+    module.file = edit_begin_file(path, edited, true);
+    if (module.file == nullptr)
+        vmr_fail("ERROR: can't open command file \"%s\" to update SDB.\n", path.c_str());
+    note_ports(module);
+}
+
+void begin_top() {
+    begin_module(0);
+    TAP_FP = IO_MODULES[0].file;
+    if (!option(OPT_ADD_TAP)) {
+        free_existing_tap();
+        return;
+    }
+    edit_add_instance(TAP_FP, TAP_INSTANCE_NAME, TAP_MODULE_NAME);
+    write_idcode_lines(TAP_FP);
+}
+
+/// What the cells need beyond the counters of MULTI_IO_TAB.
+void count_further_needs() {
+    for (const SCAN_ROW &row : rows(SCAN_TAB)) {
+        std::vector<int32_t> &need = IO_MODULES[row.io_module].extra_need;
+        need.resize(std::max<size_t>(need.size(), DYNA_count(row.extra_pins)));
+        for (int32_t i = 0; i < DYNA_count(row.extra_pins); i++)
+            need[i]++;
+    }
+    for (const auto &[module, group] : emission.highz_buffers)
+        IO_MODULES[std::max(module, 0)].highz_buffer = true;
+}
+
+void add_needs_of_child(int32_t parent, int32_t child) {
+    MULTI_IO_ROW &to = MULTI_IO_TAB[parent];
+    const MULTI_IO_ROW &from = MULTI_IO_TAB[child];
+    for (int32_t signal = 0; signal < SIGNAL_COUNT; signal++)
+        to.need[signal] += from.need[signal] > 0 ? 1 : 0;
+    std::vector<int32_t> &extra = IO_MODULES[parent].extra_need;
+    const std::vector<int32_t> &extra_of_child = IO_MODULES[child].extra_need;
+    extra.resize(std::max(extra.size(), extra_of_child.size()));
+    for (size_t i = 0; i < extra_of_child.size(); i++)
+        extra[i] += extra_of_child[i] > 0 ? 1 : 0;
+    IO_MODULES[parent].highz_buffer |= IO_MODULES[child].highz_buffer;
+}
+
+} // namespace
+
+std::string edited_module_name(int32_t module) {
+    const MULTI_IO_ROW &row = MULTI_IO_TAB[module];
+    return module == 0 ? format_text("%s_jtag", row.class_name)
+                       : format_text("%s_bs%d", row.class_name, row.copy);
+}
+
+void open_multi_io_modules() {
+    IO_MODULES.assign(DYNA_count(MULTI_IO_TAB), {});
+    for (int32_t module = 1; module < DYNA_count(MULTI_IO_TAB); module++)
+        begin_module(module);
+    begin_top();
+}
+
+void emit_multi_io_cells() {
+    reset_emission();
+    // The port warnings of the cell lines are those of a top module.
+    PAD_MODULE_EXIST = 0;
+    int32_t open = -1;
+    for (int32_t index = 0; index < DYNA_count(OPIN_TAB); index++) {
+        if (OPIN_TAB[index].scan_cell == nullptr)
+            continue;
+        current_multi_io_indexG = OPIN_TAB[index].io_module;
+        if (current_multi_io_indexG != open) {
+            if (open >= 0)
+                close_design();
+            open = current_multi_io_indexG;
+            open_sdb_file(IO_MODULES[open].sdb_path);
+        }
+        PAD_FP = IO_MODULES[open].file;
+        add_scan_cells_in_cmd_file(PAD_FP, index);
+    }
+    if (open >= 0)
+        close_design();
+    count_further_needs();
+}
+
+void set_hier_common_net(int32_t index, const MULTI_IO_NODE *children) {
+    for (const MULTI_IO_NODE &child : rows(children)) {
+        set_hier_common_net(child.row, child.children);
+        if (index != -1)
+            add_needs_of_child(index, child.row);
+    }
+}
+
+std::vector<const char *> signals_into_module(int32_t module) {
+    const MULTI_IO_ROW &row = MULTI_IO_TAB[module];
+    std::vector<const char *> names;
+    // Two signals may share a pin of the TAP, and so a port.
+    auto add = [&names](const char *name) {
+        if (name != nullptr &&
+            std::ranges::none_of(names, [name](const char *known) { return same_text(name, known); }))
+            names.push_back(name);
+    };
+    for (int32_t signal = 0; signal < SIG_BCLK; signal++) {
+        if (row.need[signal] > 0)
+            add(TAP_PIN[signal]);
+        if (signal == SIG_HIGHZ && IO_MODULES[module].highz_buffer)
+            add(TAP_HIZ_PIN);
+    }
+    if (row.need[SIG_BCLK] > 0 && option(OPT_SYNCH))
+        add(BCELL_TCK);
+    const std::vector<int32_t> &extra = IO_MODULES[module].extra_need;
+    for (int32_t i = 0; i < DYNA_count(TAP_EXTRA_PIN) && i < static_cast<int32_t>(extra.size()); i++)
+        if (extra[i] > 0)
+            add(TAP_EXTRA_PIN[i]);
+    return names;
+}
+
+void take_port_name(int32_t module, const std::string &name) {
+    if (!IO_MODULES[module].ports.insert(name).second)
+        vmr_fail(
+            "ERROR: module '%s' has a port '%s' already, so that the signal of that name\n"
+            "       can't be led into it. Please rename the port of the module or the pin of the TAP.\n\n",
+            MULTI_IO_TAB[module].class_name, name.c_str());
+}
+
+void record_port(int32_t module, const char *name, EDIT_PORT direction) {
+    take_port_name(module, name);
+    append_row(MULTI_IO_TAB[module].added_ports, {keep_text(name), direction, 0});
+}
+
+void record_connection(int32_t module, const char *inst1, const char *pin1, const char *inst2,
+                       const char *pin2) {
+    append_row(MULTI_IO_TAB[module].added_conns,
+               {keep_text_or_null(inst1), keep_text(pin1), keep_text_or_null(inst2), keep_text(pin2)});
+}

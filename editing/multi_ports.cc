@@ -1,0 +1,190 @@
+#include "editing/multi_ports.hh"
+
+#include "editing/multi_modules.hh"
+#include "editing/standard_ports.hh"
+#include "editing/tap_top.hh"
+#include "planning/tracing.hh"
+#include "sdb/navigation.hh"
+#include "support/console.hh"
+#include "support/run_state.hh"
+#include "support/text.hh"
+
+namespace {
+
+/// The way of one signal to the top module.
+struct TOP_PLACE {
+    SIGNAL_PLACE place; ///< null pin: there is no such signal
+    bool cut;           ///< the top module has something on the pin that the TAP is to drive
+};
+TOP_PLACE tdo_data, tdo_enable; ///< set by the search, read when the top module is wired
+
+/// A signal on its way up: what it is called where it needs new ports, and which way it runs.
+struct SIGNAL {
+    const char *port; ///< the chip's port, for messages
+    const char *word; ///< "TDI", for messages
+    const char *new_port;
+    bool to_pad; ///< the TAP drives it
+};
+
+int32_t node_of(const SIGNAL_PLACE &place) {
+    return find_pin_node(SDB_nl_search_obj(place.instance), place.pin);
+}
+
+/// The port by which the signal passes the border of the open module, or null. A port that runs the other way
+/// belongs to something else on the net.
+const char *border_port(int32_t node, bool to_pad) {
+    int32_t net = node_tab[node].net;
+    if (net < 0 || is_constant_net(net))
+        return nullptr;
+    int32_t wanted = to_pad ? DIR_INPUT : DIR_OUTPUT;
+    for (int32_t other = net_tab[net].first_node; other >= 0; other = node_tab[other].next) {
+        if (!is_port_node(other))
+            continue;
+        int32_t direction = port_tab[node_tab[other].pin].flags & SDB_DIRECTION_MASK;
+        if (direction == wanted || direction == DIR_BIDIR)
+            return keep_text(node_pin_name(other));
+    }
+    return nullptr;
+}
+
+/// The row of MULTI_IO_TAB of each level of the row's pad, innermost first.
+std::vector<int32_t> modules_of(const OPIN_ROW &row, const char *word) {
+    std::vector<int32_t> modules;
+    for (int32_t module = row.io_module; module > 0; module = MULTI_IO_TAB[module].parent)
+        modules.push_back(module);
+    if (static_cast<int32_t>(modules.size()) != DYNA_count(row.hier_classes))
+        console_fail("ERROR: Can not find the parent module for traceing %s(%s) in %s PAD.\n", word,
+                     row.port_name, row.pad_instance);
+    return modules;
+}
+
+/// Records the signal's new port on the modules from `level` up, and the wires between them.
+void bs_add_tap_port_to_cmd_file(const OPIN_ROW &row, const std::vector<int32_t> &modules, size_t level,
+                                 const SIGNAL_PLACE &place, const SIGNAL &signal) {
+    SIGNAL_PLACE from = place;
+    for (size_t k = level; k < modules.size(); k++) {
+        record_port(modules[k], signal.new_port, signal.to_pad ? EDIT_INPUT : EDIT_OUTPUT);
+        record_connection(modules[k], from.instance, from.pin, nullptr, signal.new_port);
+        from = {row.hier_instances[k], signal.new_port};
+    }
+}
+
+/// The signal stops at this level: it is freed of what the design has on it, and gets its ports.
+void stop_at(const OPIN_ROW &row, const std::vector<int32_t> &modules, size_t level,
+             const SIGNAL_PLACE &place, const SIGNAL &signal, int32_t node) {
+    // A TAP that stands in the design already is wired there.
+    if (!option(OPT_ADD_TAP))
+        return;
+    if (signal.to_pad && pin_is_driven(node)) {
+        if (!is_constant_net(node_tab[node].net))
+            warn_of_cut(place);
+        edit_disconnect(IO_MODULES[modules[level]].file, pin_of(place.instance, place.pin));
+    }
+    bs_add_tap_port_to_cmd_file(row, modules, level, place, signal);
+}
+
+/// Leads the place up to the top module. True when it got new ports on its way.
+bool lead_up(const OPIN_ROW &row, SIGNAL_PLACE &place, const SIGNAL &signal) {
+    std::vector<int32_t> modules = modules_of(row, signal.word);
+    for (size_t level = 0; level < modules.size(); level++) {
+        open_sdb_file(IO_MODULES[modules[level]].sdb_path);
+        int32_t node = node_of(place);
+        if (node < 0)
+            vmr_fail("ERROR: pin '%s' of '%s' on the way of port '%s' can't be found in module '%s'.\n\n",
+                     place.pin, place.instance, signal.port, row.hier_classes[level]);
+        const char *port = border_port(node, signal.to_pad);
+        if (port == nullptr)
+            stop_at(row, modules, level, place, signal, node);
+        SDB_close(sdb, 0);
+        SDB_clear_current();
+        if (port == nullptr) {
+            place = {row.hier_instances[modules.size() - 1], signal.new_port};
+            return true;
+        }
+        place = {row.hier_instances[level], port};
+    }
+    return false;
+}
+
+/// True when the top module has something on a pin that the TAP is to drive. `net` is what planning found on
+/// the pad.
+bool is_taken_in_top(const SIGNAL_PLACE &place, int32_t net) {
+    if (!option(OPT_ADD_TAP))
+        return false;
+    open_sdb_file(MODULE_SDB);
+    bool taken = is_constant_net(net) || tdo_has_driver(place);
+    SDB_close(sdb, 0);
+    SDB_clear_current();
+    return taken;
+}
+
+/// The chip's words for the ports, in the order of STANDARD_PORT.
+constexpr const char *TAP_WORDS[STANDARD_PORT_COUNT] = {"TDI", "TDO", "TMS", "TCK", "TRST"};
+
+SIGNAL_PLACE search_port(STANDARD_PORT port, OPIN_ROW &row) {
+    SIGNAL_PLACE place = {row.pad_instance, row_pin(row, port)};
+    SIGNAL signal = {row.port_name, TAP_WORDS[port], keep_text(tap_port_name(port)), port == PORT_TDO};
+    bool is_new = lead_up(row, place, signal);
+    if (is_new)
+        row.mode_net[0] = 1;
+    if (port == PORT_TDO)
+        tdo_data = {place, !is_new && is_taken_in_top(place, TAP_FLAG.tdo)};
+    return place;
+}
+
+/// The enable of the TDO pad takes a way of its own; both ways lead through the same instances.
+void search_tdo_enable(OPIN_ROW &row) {
+    const char *enable = TAP_TDO_EN_PIN == nullptr ? nullptr : tdo_enable_pin();
+    if (enable == nullptr)
+        return;
+    SIGNAL_PLACE place = {row.pad_instance, enable};
+    bool in_module = DYNA_count(row.hier_classes) > 0;
+    bool is_new = lead_up(row, place, {row.port_name, TAP_WORDS[PORT_TDO], TAP_TDO_EN_PIN, true});
+    if (is_new)
+        row.mode_net[1] = 1;
+    bool cut = !is_new && (in_module ? is_taken_in_top(place, TAP_FLAG.tdo_en) : TAP_FLAG.tdo_en != -1);
+    tdo_enable = {place, cut};
+    if (in_module)
+        row.pad_output = place.pin;
+}
+
+EDIT_OPERAND tap_pin(const char *pin) {
+    return pin_of(TAP_INSTANCE_NAME, pin);
+}
+
+void connect_to_pad(const TOP_PLACE &top, const char *pin) {
+    if (top.cut)
+        edit_disconnect(TAP_FP, place_operand(top.place));
+    edit_connect(TAP_FP, place_operand(top.place), tap_pin(pin));
+}
+
+} // namespace
+
+void bs_hier_search_tap_ports() {
+    tdo_data = tdo_enable = {};
+    for (STANDARD_PORT port : {PORT_TDI, PORT_TMS, PORT_TCK, PORT_TDO, PORT_TRST}) {
+        OPIN_ROW *row = TAP_PORT[port].row;
+        if (row == nullptr || row->pad_instance == nullptr || row_pin(*row, port) == nullptr)
+            continue;
+        SIGNAL_PLACE top = search_port(port, *row);
+        if (port == PORT_TDO)
+            search_tdo_enable(*row);
+        row->pad_instance = top.instance;
+        row_pin(*row, port) = top.pin;
+    }
+}
+
+void connect_standard_ports_in_top() {
+    for (STANDARD_PORT port : {PORT_TDI, PORT_TMS, PORT_TCK, PORT_TRST, PORT_TDO}) {
+        if (!port_is_used(port))
+            continue;
+        if (TAP_PORT[port].row == nullptr)
+            add_standard_port(port);
+        else if (port == PORT_TDO && tdo_data.place.pin != nullptr)
+            connect_to_pad(tdo_data, TAP_PORT[port].tap_pin);
+        else
+            edit_connect(TAP_FP, row_operand(port), tap_pin(TAP_PORT[port].tap_pin));
+    }
+    if (tdo_enable.place.pin != nullptr)
+        connect_to_pad(tdo_enable, TAP_TDO_EN_PIN);
+}
