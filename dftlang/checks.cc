@@ -49,7 +49,8 @@ void check_sequence_names(SCAN_AST *root) {
         return;
     NAME_SET names = block_names(sequences);
     for (SCAN_AST &block : scan_children(instructions)) {
-        for (SCAN_AST *statement = block.child->sibling; statement != nullptr; statement = statement->sibling) {
+        for (SCAN_AST *statement = block.child->sibling; statement != nullptr;
+             statement = statement->sibling) {
             if (statement->kind == MODE_NODE)
                 continue;
             SCAN_AST *list = SCAN_FIND_CHILD(statement, IDENT_LIST_NODE);

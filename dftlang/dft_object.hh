@@ -1,5 +1,5 @@
-// The records that stand for one DFT file. Texts are kept to the exit; a text that the file did not give is null,
-// a list that it did not give is a null table.
+// The records that stand for one DFT file. Texts are kept to the exit; a text that the file did not give is
+// null, a list that it did not give is a null table.
 #pragma once
 
 #include "support/dyna.hh"
@@ -108,8 +108,8 @@ struct SCAN_INSTRUCTION {
 /// A statement of an %INSTRUCTION, in file order.
 struct INSTR_ORDER_ROW {
     int32_t instruction; ///< from 0
-    int32_t statement;   ///< 1 MODE, 2 PREAMBLE, 3 SHIFT, 4 PROPAGATE, 5 HOLD, 6 RUNBIST, 7 CAPTURE, 8 POSTAMBLE,
-                         ///< 9 RAM_WRITE, 10 EXTRA_SEQ, 0 any other
+    int32_t statement;   ///< 1 MODE, 2 PREAMBLE, 3 SHIFT, 4 PROPAGATE, 5 HOLD, 6 RUNBIST, 7 CAPTURE, 8
+                       ///< POSTAMBLE, 9 RAM_WRITE, 10 EXTRA_SEQ, 0 any other
 };
 
 /// One %NAME of a %CORE block.
@@ -233,7 +233,7 @@ struct ATPG_MODE {
 };
 
 struct MBIST_PIN {
-    const char *keyword; ///< the keyword without its '%'
+    const char *keyword;  ///< the keyword without its '%'
     const char *instance; ///< null when the statement gives the pin alone
     const char *pin;
 };

@@ -17,10 +17,14 @@ struct TOKEN_WORD {
 };
 
 constexpr TOKEN_WORD token_words[] = {
-    {"name", TOKEN_NAME, IDENT_NODE, SHAPE_TOKEN},         {"string", TOKEN_STRING, IDENT_NODE, SHAPE_TOKEN},
-    {"pattern", TOKEN_PATTERN, PATTERN_NODE, SHAPE_TOKEN}, {"integer", TOKEN_INTEGER, NUMBER_NODE, SHAPE_TOKEN},
-    {"real", TOKEN_REAL, REAL_NUM_NODE, SHAPE_TOKEN},      {"percent", TOKEN_PERCENT, PERCENTAGE_NODE, SHAPE_TOKEN},
-    {"digits", TOKEN_INTEGER, NUMBER_NODE, SHAPE_DIGITS},  {"bit", TOKEN_INTEGER, NUMBER_NODE, SHAPE_BIT},
+    {"name", TOKEN_NAME, IDENT_NODE, SHAPE_TOKEN},
+    {"string", TOKEN_STRING, IDENT_NODE, SHAPE_TOKEN},
+    {"pattern", TOKEN_PATTERN, PATTERN_NODE, SHAPE_TOKEN},
+    {"integer", TOKEN_INTEGER, NUMBER_NODE, SHAPE_TOKEN},
+    {"real", TOKEN_REAL, REAL_NUM_NODE, SHAPE_TOKEN},
+    {"percent", TOKEN_PERCENT, PERCENTAGE_NODE, SHAPE_TOKEN},
+    {"digits", TOKEN_INTEGER, NUMBER_NODE, SHAPE_DIGITS},
+    {"bit", TOKEN_INTEGER, NUMBER_NODE, SHAPE_BIT},
     {"pin-name", TOKEN_NAME, IDENT_NODE, SHAPE_PIN_NAME},
 };
 
@@ -30,8 +34,8 @@ struct NUMBERED_TOKEN {
 };
 
 constexpr NUMBERED_TOKEN numbered_tokens[] = {
-    {"%SCAN_SELECT_#", TOKEN_SCAN_SELECT_N},   {"%BIST_CLOCK_#", TOKEN_BIST_CLOCK_N},
-    {"%BIST_SELECT_#", TOKEN_BIST_SELECT_N},   {"%FOLD_SCAN_IN_#", TOKEN_FOLD_SCAN_IN_N},
+    {"%SCAN_SELECT_#", TOKEN_SCAN_SELECT_N},     {"%BIST_CLOCK_#", TOKEN_BIST_CLOCK_N},
+    {"%BIST_SELECT_#", TOKEN_BIST_SELECT_N},     {"%FOLD_SCAN_IN_#", TOKEN_FOLD_SCAN_IN_N},
     {"%FOLD_SCAN_OUT_#", TOKEN_FOLD_SCAN_OUT_N},
 };
 
@@ -61,7 +65,8 @@ SCAN_KIND kind_of(std::string_view name) {
 /// Number of a block; a name met before its block gets its place now.
 int32_t block_id(std::string_view name) {
     COMPILER &all = compiler();
-    auto [found, is_new] = all.block_ids.try_emplace(std::string(name), static_cast<int32_t>(all.blocks.size()));
+    auto [found, is_new] =
+        all.block_ids.try_emplace(std::string(name), static_cast<int32_t>(all.blocks.size()));
     if (is_new)
         all.blocks.emplace_back().name = name;
     return found->second;
@@ -277,7 +282,7 @@ void add_statement(int32_t block, std::string_view line) {
     made.shape = reader.choice();
     MARK list = find_mark(marks, "#list");
     bool collects = find_mark(marks, "#n").stands;
-    made.repetition = collects ? REPEATS_INTO_LIST
+    made.repetition = collects                        ? REPEATS_INTO_LIST
                       : find_mark(marks, "#1").stands ? REPEATS_WITH_WARNING
                                                       : REPEATS_SILENTLY;
     made.list = !collects ? DUMMY : list.stands ? kind_of(list.text) : list_kind(made.kind);

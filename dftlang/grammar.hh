@@ -33,7 +33,7 @@ struct SHAPE {
     SCAN_KIND node = DUMMY; ///< leaf kind of a token, kind of a node
     int32_t block = -1;     ///< of a body
     std::vector<SHAPE> parts;
-    TOKEN_SET first;        ///< tokens that it can start with
+    TOKEN_SET first; ///< tokens that it can start with
     bool may_be_empty = false;
 };
 
@@ -72,7 +72,8 @@ struct PAIR_CHECK {
 struct BLOCK {
     std::string name;
     std::vector<STATEMENT> statements;
-    std::unordered_map<int32_t, std::vector<size_t>> by_token; ///< statements by their first token, in table order
+    std::unordered_map<int32_t, std::vector<size_t>>
+        by_token; ///< statements by their first token, in table order
     std::vector<PAIR_CHECK> pairs;
     bool is_checked = false; ///< a statement is needed, or there is a pair
 };

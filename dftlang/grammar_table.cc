@@ -1,8 +1,8 @@
 // The grammar of the DFT configuration language: one table that the parser, the repetition warnings and the
 // block-end checks walk.
 //
-// `block NAME` opens a block; each line below it is a statement: its keyword, the shape of what follows, and its
-// marks. `shape NAME` names a shape for use in others. In a shape
+// `block NAME` opens a block; each line below it is a statement: its keyword, the shape of what follows, and
+// its marks. `shape NAME` names a shape for use in others. In a shape
 //
 //     name string pattern integer real percent    one token of that class, stored as a leaf
 //     digits  an integer of any length            bit  0 or 1

@@ -1,5 +1,5 @@
-// %CONNECT_SCAN and %CONNECT_BIST with their instances, and the fault lists: what is in the DFT file and in the
-// files that it names.
+// %CONNECT_SCAN and %CONNECT_BIST with their instances, and the fault lists: what is in the DFT file and in
+// the files that it names.
 #include "dftlang/mapping.hh"
 #include "dftlang/messages.hh"
 #include "dftlang/scan_interface.hh"
@@ -9,8 +9,8 @@
 
 #include <cstdlib>
 #include <cstring>
-#include <strings.h>
 #include <string>
+#include <strings.h>
 #include <utility>
 
 namespace {
@@ -21,9 +21,9 @@ struct WORD_CODE {
 };
 
 constexpr WORD_CODE control_codes[] = {
-    {"CONTROL", 0},           {"CONTROL_WEIGHT0", 1},   {"CONTROL_WEIGHT0_A", 5}, {"CONTROL_WEIGHT0_B", 6},
-    {"CONTROL_WEIGHT1", 2},   {"CONTROL_WEIGHT1_A", 7}, {"CONTROL_WEIGHT1_B", 8}, {"OBSERVE", 3},
-    {"OBSERVE_BLOCK", 4},
+    {"CONTROL", 0},           {"CONTROL_WEIGHT0", 1}, {"CONTROL_WEIGHT0_A", 5},
+    {"CONTROL_WEIGHT0_B", 6}, {"CONTROL_WEIGHT1", 2}, {"CONTROL_WEIGHT1_A", 7},
+    {"CONTROL_WEIGHT1_B", 8}, {"OBSERVE", 3},         {"OBSERVE_BLOCK", 4},
 };
 
 int32_t word_code(const char *word) {
@@ -130,7 +130,8 @@ void CONVERT_SCAN_INSTANCES(SCAN_AST *node, INSTANCE_ELEMENT *&elements, int32_t
 }
 
 PAD_RECORD pad_record(SCAN_AST *node) {
-    return {SCAN_FIND_CHILD(node, IDENT_NODE)->attribute, SCAN_FIND_CHILD(node, PSO_COMPLEMENT_NODE) != nullptr,
+    return {SCAN_FIND_CHILD(node, IDENT_NODE)->attribute,
+            SCAN_FIND_CHILD(node, PSO_COMPLEMENT_NODE) != nullptr,
             SCAN_FIND_CHILD(node, PSO_INVERSE1_NODE) != nullptr,
             SCAN_FIND_CHILD(node, PSO_INVERSE2_NODE) != nullptr};
 }
@@ -198,8 +199,8 @@ CONNECT_ROW connect_row(SCAN_AST &block, const CONNECT_KINDS &kinds) {
     row.ms_violation = value_number(violation);
     if (violation != nullptr && static_cast<uint32_t>(row.ms_violation) > 1)
         scan_fail("MS_VIOLATION value must be 1 or 0 in dft file!\n ");
-    row.instances =
-        block_instances(SCAN_FIND_CHILD(&block, kinds.instances), SCAN_FIND_CHILD(&block, kinds.instance_files));
+    row.instances = block_instances(SCAN_FIND_CHILD(&block, kinds.instances),
+                                    SCAN_FIND_CHILD(&block, kinds.instance_files));
     for (SCAN_AST &clock : scan_children(SCAN_FIND_CHILD(&block, kinds.clocks)))
         append_row(row.clocks, {value_text(&clock), clock_polarity(&clock)});
     copy_body(&block, row.statements);

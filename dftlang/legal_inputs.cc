@@ -1,5 +1,5 @@
-// The values that ports may take together under a mode: illegal values are turned into legal ones, and rows that
-// share a port are joined until no two rows of a mode do.
+// The values that ports may take together under a mode: illegal values are turned into legal ones, and rows
+// that share a port are joined until no two rows of a mode do.
 #include "dftlang/mapping.hh"
 #include "dftlang/messages.hh"
 #include "dftlang/scan_interface.hh"
@@ -181,7 +181,8 @@ bool combine_two_relative_legal(INPUT_ROW &a, const INPUT_ROW &b, const std::vec
 }
 
 bool same_row(const INPUT_ROW &a, const INPUT_ROW &b) {
-    return a.line == b.line && a.ports == b.ports && a.patterns == b.patterns; // kept texts: equal ones are one
+    return a.line == b.line && a.ports == b.ports &&
+           a.patterns == b.patterns; // kept texts: equal ones are one
 }
 
 void add_source(std::vector<INPUT_ROW> &sources, const INPUT_ROW &row) {
@@ -211,8 +212,8 @@ std::vector<std::vector<size_t>> related_rows(const std::vector<MERGED_ROW> &all
     return related;
 }
 
-/// One round: joins each row with the later ones related to it. Rows that are related to none go to `kept`; what
-/// was joined is the result.
+/// One round: joins each row with the later ones related to it. Rows that are related to none go to `kept`;
+/// what was joined is the result.
 std::vector<MERGED_ROW> join_round(const std::vector<MERGED_ROW> &all, std::vector<MERGED_ROW> &kept) {
     std::vector<std::vector<size_t>> related = related_rows(all);
     std::vector<bool> used(all.size(), false);

@@ -30,8 +30,8 @@ int32_t path_cycle(SCAN_AST &statement, const PATH_BLOCK &block, const char *pat
     if (!block.with_cycle && path_file == nullptr)
         scan_error_fail("ERROR: line %d, the CYCLE can not be supported in FALSE_PATH.\n", line);
     if (!block.with_cycle)
-        scan_error_fail("ERROR: line %d, the CYCLE can not be accepted in the %%FALSE_PATH in file %s.\n", line,
-                        path_file);
+        scan_error_fail("ERROR: line %d, the CYCLE can not be accepted in the %%FALSE_PATH in file %s.\n",
+                        line, path_file);
     int32_t cycle = value_number(&statement);
     if (cycle < 1)
         scan_error_fail("ERROR: line %d, the CYCLE must be greater than 0.\n", line);
@@ -41,7 +41,8 @@ int32_t path_cycle(SCAN_AST &statement, const PATH_BLOCK &block, const char *pat
 [[noreturn]] void refuse_file_name(SCAN_AST &statement, const PATH_BLOCK &block, const char *path_file) {
     int32_t line = statement.child->line;
     if (block.with_cycle)
-        scan_error_fail("ERROR: line %d, the FILE_NAME  can not  be accepted in the path file again .\n", line);
+        scan_error_fail("ERROR: line %d, the FILE_NAME  can not  be accepted in the path file again .\n",
+                        line);
     scan_error_fail("ERROR: line %d, the FILE_NAME  can not  be accepted in the path file %s again .\n", line,
                     path_file);
 }
@@ -65,7 +66,8 @@ PATH_ROW path_row(SCAN_AST &path, const PATH_BLOCK &block, const char *path_file
     return row;
 }
 
-/// Reads one path file; its place in the list goes to the row that names it. A file without a path adds nothing.
+/// Reads one path file; its place in the list goes to the row that names it. A file without a path adds
+/// nothing.
 void read_path_file(PATH_ROW &row, const char *file, const PATH_BLOCK &block) {
     const char *name = resolve_side_file(file);
     parse_path_fileG = 1;

@@ -128,8 +128,8 @@ struct CORE_TARGETS {
 };
 
 constexpr CORE_TARGETS core_targets[] = {
-    {CLOCK_PORTS_NODE, &CORE_ENTRY::clock_ports},     {SET_RESET_PORTS_NODE, &CORE_ENTRY::set_reset_ports},
-    {BIDI_PORTS_NODE, &CORE_ENTRY::bidi_ports},       {SCAN_IN_PORTS_NODE, &CORE_ENTRY::scan_in_ports},
+    {CLOCK_PORTS_NODE, &CORE_ENTRY::clock_ports},       {SET_RESET_PORTS_NODE, &CORE_ENTRY::set_reset_ports},
+    {BIDI_PORTS_NODE, &CORE_ENTRY::bidi_ports},         {SCAN_IN_PORTS_NODE, &CORE_ENTRY::scan_in_ports},
     {SCAN_OUT_PORTS_NODE, &CORE_ENTRY::scan_out_ports},
 };
 
@@ -214,7 +214,8 @@ SEQUENCE *SCAN_FIND_SEQUENCE(const char *name) {
 
 SCAN_INSTRUCTION *SCAN_FIND_INSTRUCTION(const char *name) {
     auto found = DFT_OBJECT->index->instructions.find(name);
-    return found == DFT_OBJECT->index->instructions.end() ? nullptr : &DFT_OBJECT->instructions[found->second];
+    return found == DFT_OBJECT->index->instructions.end() ? nullptr
+                                                          : &DFT_OBJECT->instructions[found->second];
 }
 
 void map_sequences(SCAN_AST *list) {

@@ -1,12 +1,12 @@
-// One table says which block fills which field, in the order in which blocks are taken: later ones look up earlier
-// ones.
+// One table says which block fills which field, in the order in which blocks are taken: later ones look up
+// earlier ones.
 #include "dftlang/mapping.hh"
 
 #include "dftlang/checks.hh"
 
 #include "dftlang/messages.hh"
-#include "dftlang/side_files.hh"
 #include "dftlang/scan_interface.hh"
+#include "dftlang/side_files.hh"
 
 #include <cstdlib>
 #include <cstring>
@@ -85,9 +85,10 @@ void map_mbist_constraints(SCAN_AST *block) {
 struct MAP_STEP {
     SCAN_KIND kind;
     void (*map)(SCAN_AST *) = nullptr;
-    DFT_STATEMENT *CONFIGURATION::*statements = nullptr; ///< the statements of the block, or the blocks of the list
-    const char **CONFIGURATION::*names = nullptr;        ///< all names of the block
-    const char *CONFIGURATION::*text = nullptr;          ///< the value, or that of the block's one statement
+    DFT_STATEMENT *CONFIGURATION::*statements =
+        nullptr;                                  ///< the statements of the block, or the blocks of the list
+    const char **CONFIGURATION::*names = nullptr; ///< all names of the block
+    const char *CONFIGURATION::*text = nullptr;   ///< the value, or that of the block's one statement
 };
 
 constexpr MAP_STEP map_steps[] = {
@@ -158,7 +159,8 @@ void take_step(const MAP_STEP &step, SCAN_AST *node) {
     else if (step.names != nullptr)
         append_all_names(node, DFT_OBJECT->*step.names);
     else if (node->child != nullptr)
-        DFT_OBJECT->*step.text = node->child->attribute != nullptr ? value_text(node) : value_text(node->child);
+        DFT_OBJECT->*step.text =
+            node->child->attribute != nullptr ? value_text(node) : value_text(node->child);
 }
 
 } // namespace

@@ -17,8 +17,8 @@ struct DFT_INDEX {
     std::unordered_map<std::string_view, int32_t> instructions;
 };
 
-/// Creates DFT_OBJECT from the DFT file and the map file parsed last; DFT_OBJECT stays null when the DFT file held no
-/// statement.
+/// Creates DFT_OBJECT from the DFT file and the map file parsed last; DFT_OBJECT stays null when the DFT file
+/// held no statement.
 void MAP_AST_2_OBJECT();
 
 /// The sequence of that name in the current configuration, or null.
@@ -54,5 +54,6 @@ void map_cores(SCAN_AST *list);
 void map_fold_scan(SCAN_AST *list);
 MAP_OBJECT_RECORD *map_map_file(SCAN_AST *root, const char *map_file);
 
-/// The scrambled fold scan section of the current configuration; nothing when it has fold scan tables already.
+/// The scrambled fold scan section of the current configuration; nothing when it has fold scan tables
+/// already.
 void sl_decrypt();

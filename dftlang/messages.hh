@@ -37,12 +37,13 @@ enum DFT_MESSAGE : int32_t {
     MESSAGE_CODES
 };
 
-extern int32_t has_error;       ///< 1 after a warning; a read begins and ends with 0
+extern int32_t has_error;        ///< 1 after a warning; a read begins and ends with 0
 extern const char *in_file_name; ///< file being scanned, for messages; side files change it
-extern int32_t has_map_file;    ///< %READ_MAP stands; also 1 while an instance file is parsed
-extern const char *LOG_FILE;    ///< "<base>.dft_map.log" of the configuration being read
+extern int32_t has_map_file;     ///< %READ_MAP stands; also 1 while an instance file is parsed
+extern const char *LOG_FILE;     ///< "<base>.dft_map.log" of the configuration being read
 
-/// Prints the message of `code`; null texts are allowed where the code needs none. Does not return for a fatal code.
+/// Prints the message of `code`; null texts are allowed where the code needs none. Does not return for a
+/// fatal code.
 void error_handler(const char *file, int32_t line, int32_t code, const char *text1 = nullptr,
                    const char *text2 = nullptr);
 void empty_body_error(const char *name, int32_t line);

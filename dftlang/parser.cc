@@ -1,5 +1,5 @@
-// Walks the grammar table. Bodies of blocks are always last in a statement, so that open blocks are a stack of
-// frames and nesting costs no stack of the program.
+// Walks the grammar table. Bodies of blocks are always last in a statement, so that open blocks are a stack
+// of frames and nesting costs no stack of the program.
 #include "dftlang/parser.hh"
 
 #include "dftlang/checks.hh"
@@ -24,7 +24,11 @@ struct FILE_ROW {
 };
 
 constexpr FILE_ROW file_rows[SCAN_FILE_KINDS] = {
-    {"DFT", "dft"}, {"MAP", "map"}, {"PATH_FILE", "path"}, {"PSO", "instance"}, {"LOCKUP_FILE", "lockup latch"},
+    {"DFT", "dft"},
+    {"MAP", "map"},
+    {"PATH_FILE", "path"},
+    {"PSO", "instance"},
+    {"LOCKUP_FILE", "lockup latch"},
 };
 
 /// An open block, or the file itself.
@@ -76,7 +80,8 @@ void check_number(const SHAPE &shape) {
         return;
     if (token == TOKEN_INTEGER && !fits_integer(scan_yylval.text))
         out_of_range();
-    if ((token == TOKEN_REAL || token == TOKEN_PERCENT) && !std::isfinite(std::strtod(scan_yylval.text, nullptr)))
+    if ((token == TOKEN_REAL || token == TOKEN_PERCENT) &&
+        !std::isfinite(std::strtod(scan_yylval.text, nullptr)))
         out_of_range();
 }
 
@@ -89,7 +94,8 @@ void append_pin_name(SCAN_AST *node, const char *text) {
     }
     const char *instance = keep_text(std::string_view(text, static_cast<size_t>(dot - text)));
     const char *bar = std::strchr(instance, '_');
-    bool numbered = bar != nullptr && (std::strcmp(bar + 1, "0") == 0 || std::strtol(bar + 1, nullptr, 10) != 0);
+    bool numbered =
+        bar != nullptr && (std::strcmp(bar + 1, "0") == 0 || std::strtol(bar + 1, nullptr, 10) != 0);
     if (!numbered) {
         std::string keyword = scan_kind_name(node->kind);
         keyword.resize(keyword.size() - std::strlen("_NODE"));

@@ -24,6 +24,6 @@ extern int32_t parse_path_fileG;     ///< 1 while a path file is parsed: path bl
 /// Deepest nesting of blocks.
 constexpr size_t deepest_block = 4000;
 
-/// Parses the open stream scan_yyin, named in_file_name, from line 1 to its end as a file of that kind, and checks
-/// a DFT file across its blocks. Any fault ends the run.
+/// Parses the open stream scan_yyin, named in_file_name, from line 1 to its end as a file of that kind, and
+/// checks a DFT file across its blocks. Any fault ends the run.
 void scan_yyparse(SCAN_FILE_KIND expected);

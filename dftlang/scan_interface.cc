@@ -9,8 +9,8 @@
 #include "support/text.hh"
 
 #include <cstring>
-#include <strings.h>
 #include <string>
+#include <strings.h>
 #include <sys/stat.h>
 #include <unordered_map>
 #include <utility>
@@ -44,8 +44,9 @@ struct CORE_ROWS {
 
 /// The read under way: what scan_interface knows of the files and cores met so far.
 struct READ_STATE {
-    std::unordered_map<std::string, DFT_CONFIGURATION *> by_file; ///< by name without regard to case, and by inode
-    std::unordered_map<std::string, int32_t> by_core;             ///< first row of a core name, in lower case
+    std::unordered_map<std::string, DFT_CONFIGURATION *>
+        by_file;                                      ///< by name without regard to case, and by inode
+    std::unordered_map<std::string, int32_t> by_core; ///< first row of a core name, in lower case
     std::unordered_map<const DFT_CONFIGURATION *, CORE_ROWS> cores;
     int32_t noted_rows = 0; ///< rows of SL_CORE_LIST that stand in by_core
     bool debug = false;
@@ -101,8 +102,8 @@ void read_map_file() {
     print_tree(MAP_FILE_KIND);
 }
 
-/// Turns the file that has been parsed into DFT_OBJECT. Its cores join the list, with the directory that their
-/// file names mean.
+/// Turns the file that has been parsed into DFT_OBJECT. Its cores join the list, with the directory that
+/// their file names mean.
 void make_configuration(const char *file_name, const char *shown_name) {
     int32_t first = DYNA_count(SL_CORE_LIST);
     read_map_file();

@@ -1,7 +1,7 @@
 // The reader of DFT configurations: one .dft file with its side files and the .dft files of all its cores.
 //
-// Nothing outside this folder sees the syntax tree. A fault prints one message and ends the run; warnings go to
-// the error stream and the read goes on.
+// Nothing outside this folder sees the syntax tree. A fault prints one message and ends the run; warnings go
+// to the error stream and the read goes on.
 #pragma once
 
 #include "dftlang/dft_object.hh"
@@ -12,7 +12,7 @@
 struct SL_CORE_ROW {
     const char *dft_file; ///< as written
     const char *core_name;
-    const char *named_in; ///< directory of the file that names this one, with its '/', or null
+    const char *named_in;             ///< directory of the file that names this one, with its '/', or null
     DFT_CONFIGURATION *configuration; ///< null until the file has been read
 };
 
@@ -34,21 +34,21 @@ extern const char **dft_critical_pathG;
 extern PATH_ROW *dft_false_pathG;
 extern FILE_PATHS *file_dft_false_pathG;
 extern DFT_STATEMENT *sl_gui_infoG;
-extern const char *current_pathG;    ///< directory of the current configuration's file with its '/', or null
+extern const char *current_pathG;     ///< directory of the current configuration's file with its '/', or null
 extern int32_t new_decoder_scan_mode; ///< these four: the decoder's port stands in block form; kept when the
 extern int32_t new_decoder_test_mode; ///< configuration has no decoder
 extern int32_t new_decoder_override_mode;
 extern int32_t new_decoder_ram_write;
 
-/// Reads the file `path`: without a directory <base>.dft in the working directory, else as it stands. With the
-/// option "hier_dft" the files of all cores are read too. `debug` not 0 prints the syntax trees on the console.
-/// The top configuration is current at the end. Gives 0.
+/// Reads the file `path`: without a directory <base>.dft in the working directory, else as it stands. With
+/// the option "hier_dft" the files of all cores are read too. `debug` not 0 prints the syntax trees on the
+/// console. The top configuration is current at the end. Gives 0.
 int32_t scan_interface(const char *path, int32_t debug, const char *option);
 
 /// Makes the configuration of `tree` current: 1, or 0 with nothing changed when it has none.
 int32_t DFT_setup(DFT_TREE *tree);
-/// Makes the configuration of the first core of that name current, whatever its case, reading its file at the first
-/// use: 1, or 0 with nothing changed when there is no such core.
+/// Makes the configuration of the first core of that name current, whatever its case, reading its file at the
+/// first use: 1, or 0 with nothing changed when there is no such core.
 int32_t DFT_inst_setup(const char *core_name);
 
 /// Number of cores of the current configuration; 0 without one.

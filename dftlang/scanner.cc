@@ -22,10 +22,10 @@ struct WINDOW {
     std::string bytes;
     size_t position = 0; ///< next character
     bool at_end = false;
-    size_t word_end = 0;     ///< behind the run of word characters last measured; 0 when there is none
-    size_t last_escape = 0;  ///< place behind the last '\' of that run, or 0
-    size_t last_open = 0;    ///< place behind the last '(' of that run, or 0
-    int32_t last_token = 0;  ///< the token before this one
+    size_t word_end = 0;    ///< behind the run of word characters last measured; 0 when there is none
+    size_t last_escape = 0; ///< place behind the last '\' of that run, or 0
+    size_t last_open = 0;   ///< place behind the last '(' of that run, or 0
+    int32_t last_token = 0; ///< the token before this one
 };
 WINDOW window;
 
@@ -175,8 +175,8 @@ int32_t numbered_word(std::string_view word) {
     return -1;
 }
 
-/// Measures the run of word characters ahead. Behind a cut in front of a parenthesis the rest of a run is scanned
-/// again; its measure is kept, so that a run full of parentheses costs its length once.
+/// Measures the run of word characters ahead. Behind a cut in front of a parenthesis the rest of a run is
+/// scanned again; its measure is kept, so that a run full of parentheses costs its length once.
 size_t measure_word() {
     if (window.word_end > window.position)
         return window.word_end - window.position;

@@ -1,14 +1,15 @@
 // The scanner of the DFT configuration language: characters of an open file to tokens.
 //
-// All five kinds of file share it. It reads its file through a window, so that a file of any size costs memory
-// for its longest token alone.
+// All five kinds of file share it. It reads its file through a window, so that a file of any size costs
+// memory for its longest token alone.
 #pragma once
 
 #include <cstdint>
 #include <cstdio>
 #include <string_view>
 
-/// Token numbers; a keyword's number is TOKEN_KEYWORDS or above. A punctuation token has its character as number.
+/// Token numbers; a keyword's number is TOKEN_KEYWORDS or above. A punctuation token has its character as
+/// number.
 enum TOKEN : int32_t {
     TOKEN_END = 0,
     TOKEN_INTEGER = 256,
@@ -30,8 +31,8 @@ enum TOKEN : int32_t {
 /// A single token holds at most this many characters.
 constexpr size_t longest_token = 1048575;
 
-/// The token last taken. `text` is null for punctuation and kept to the exit otherwise, without the quotes of a
-/// string and a pattern; `shown` is what messages print. Written by scan_yylex alone.
+/// The token last taken. `text` is null for punctuation and kept to the exit otherwise, without the quotes of
+/// a string and a pattern; `shown` is what messages print. Written by scan_yylex alone.
 struct SCAN_VALUE {
     const char *text;
     int32_t type;
@@ -50,6 +51,6 @@ int32_t keyword_lookup(std::string_view text);
 
 /// Begins a file: forgets what was read ahead of another one.
 void scan_start();
-/// The next token's number, or TOKEN_END. Ends the run on a bad string, an unterminated comment and a token that
-/// is too large.
+/// The next token's number, or TOKEN_END. Ends the run on a bad string, an unterminated comment and a token
+/// that is too large.
 int32_t scan_yylex();

@@ -1,8 +1,8 @@
 #include "dftlang/side_files.hh"
 
 #include "dftlang/messages.hh"
-#include "dftlang/scanner.hh"
 #include "dftlang/scan_interface.hh"
+#include "dftlang/scanner.hh"
 #include "support/fnm.hh"
 #include "support/text.hh"
 

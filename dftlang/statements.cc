@@ -17,7 +17,8 @@ bool is_leaf(const SCAN_AST &node) {
 bool is_collection(const SCAN_AST &node) {
     std::string_view name = scan_kind_name(node.kind);
     const SCAN_AST *first = node.child;
-    return name.ends_with("_LIST_NODE") && first != nullptr && !is_leaf(*first) && first->kind != IDENT_LIST_NODE;
+    return name.ends_with("_LIST_NODE") && first != nullptr && !is_leaf(*first) &&
+           first->kind != IDENT_LIST_NODE;
 }
 
 bool is_value_list(SCAN_KIND kind) {

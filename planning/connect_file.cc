@@ -103,7 +103,8 @@ void add_block_enables(CONNECT_TEXT &out, const INSTRUCTION &instruction) {
     }
 }
 
-void add_ports(CONNECT_TEXT &out, const INSTRUCTION &instruction, const char *in_format, const char *out_format) {
+void add_ports(CONNECT_TEXT &out, const INSTRUCTION &instruction, const char *in_format,
+               const char *out_format) {
     std::string name = register_of(instruction);
     out.text += "     " + std::string(in_format) + name + "_in;\n";
     out.text += "     " + std::string(out_format) + name + "_out;\n";
@@ -163,12 +164,14 @@ void add_memory_block(CONNECT_TEXT &out, const MBIST_ENTRY &entry, const INSTRUC
     out.text += "}\n";
 }
 
-/// A line of the %REPLACE block, for the current configuration's core `core`; makes the core's own configuration
-/// current.
+/// A line of the %REPLACE block, for the current configuration's core `core`; makes the core's own
+/// configuration current.
 void add_replace_line(const CORE_ENTRY &core, const char *instance_name, bool ocd, std::string &text) {
     if (++replace_state.lines > most_replace_lines)
-        console_fail("ERROR: the cores of the design give more than %zu lines in %%REPLACE.\n", most_replace_lines);
-    text += format_text("       %s.u%s.%s =>", shown(instance_name), shown(DFT_OBJECT->top_module), core.name);
+        console_fail("ERROR: the cores of the design give more than %zu lines in %%REPLACE.\n",
+                     most_replace_lines);
+    text +=
+        format_text("       %s.u%s.%s =>", shown(instance_name), shown(DFT_OBJECT->top_module), core.name);
     DFT_inst_setup(core.name);
     text += format_text(" TOP_Lb_%s%s;\n", shown(DFT_OBJECT->top_module), ocd ? "_OCD" : "");
 }
@@ -192,8 +195,8 @@ void add_replace_block(CONNECT_TEXT &out, const LBIST_ENTRY &entry, bool ocd, co
     out.text += "      }\n";
 }
 
-/// The groups of a logic block that stand between its shift pin and its last clock. `diag` is 1 when the block is
-/// diagnosed through instructions of its own.
+/// The groups of a logic block that stand between its shift pin and its last clock. `diag` is 1 when the
+/// block is diagnosed through instructions of its own.
 void add_logic_groups(CONNECT_TEXT &out, const LBIST_ENTRY &entry, bool &diag) {
     for (const INSTRUCTION *scan : instructions_named(entry.scan_instruction)) {
         diag = true;

@@ -1,5 +1,5 @@
-// Reads DFT configurations in a child process, so that a test sees the streams, the status and a summary of what
-// was made.
+// Reads DFT configurations in a child process, so that a test sees the streams, the status and a summary of
+// what was made.
 #pragma once
 
 #include "dftlang/scan_interface.hh"

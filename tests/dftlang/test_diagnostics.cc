@@ -27,13 +27,18 @@ void PrintTo(const diagnostic &row, std::ostream *stream) {
 class Diagnostic : public testing::TestWithParam<diagnostic> {};
 
 const diagnostic syntax_rows[] = {
-    {"bad token", "%TOP_MODULE = chip\n%CORE", "ERROR : 'chip.dft', line-2, syntax error near or at %CORE.\n"},
+    {"bad token", "%TOP_MODULE = chip\n%CORE",
+     "ERROR : 'chip.dft', line-2, syntax error near or at %CORE.\n"},
     {"end inside a block", "%CORE {\n", "ERROR : 'chip.dft', line-2, syntax error near or at .\n"},
-    {"reserved word as name", "%TOP_MODULE = CLOCK;", "ERROR : 'chip.dft', line-1, syntax error near or at CLOCK.\n"},
-    {"lower case keyword", "%top_module = chip;", "ERROR : 'chip.dft', line-1, syntax error near or at %top_module.\n"},
+    {"reserved word as name", "%TOP_MODULE = CLOCK;",
+     "ERROR : 'chip.dft', line-1, syntax error near or at CLOCK.\n"},
+    {"lower case keyword", "%top_module = chip;",
+     "ERROR : 'chip.dft', line-1, syntax error near or at %top_module.\n"},
     {"lockup names elsewhere", "latch;", "ERROR : 'chip.dft', line-1, syntax error near or at latch.\n"},
-    {"auto constant", "%PLL { %AUTO_CONSTANT = 2; }", "ERROR : 'chip.dft', line-1, syntax error near or at 2.\n"},
-    {"unterminated string", "%GUI { %DRC = \"a\n\"; }", "ERROR : 'chip.dft', line-1, bad string is encountered.\n"},
+    {"auto constant", "%PLL { %AUTO_CONSTANT = 2; }",
+     "ERROR : 'chip.dft', line-1, syntax error near or at 2.\n"},
+    {"unterminated string", "%GUI { %DRC = \"a\n\"; }",
+     "ERROR : 'chip.dft', line-1, bad string is encountered.\n"},
     {"string at the end", "%GUI { %DRC = \"a", "ERROR : 'chip.dft', line-1, bad string is encountered.\n"},
     {"unterminated comment", "%TOP_MODULE = a;\n/* x\n\n",
      "ERROR : 'chip.dft', line-2, unterminated comment is encountered.\n"},
@@ -47,8 +52,9 @@ const diagnostic syntax_rows[] = {
 };
 
 const diagnostic check_rows[] = {
-    {"repeated twice", "%SELECT_SCAN {\n%SCAN_INIT 1;%SCAN_INIT 2;\n%SCAN_INIT 3;\n%SCAN_INCR 1;%SCAN_MAX 1;\n"
-                       "%DONT_SCAN_TYPE a;}",
+    {"repeated twice",
+     "%SELECT_SCAN {\n%SCAN_INIT 1;%SCAN_INIT 2;\n%SCAN_INIT 3;\n%SCAN_INCR 1;%SCAN_MAX 1;\n"
+     "%DONT_SCAN_TYPE a;}",
      "WARNING : 'chip.dft', line-2, 'SCAN_INIT' is multiple defined.\n"
      "WARNING : 'chip.dft', line-3, 'SCAN_INIT' is multiple defined.\n",
      "", 0},
@@ -61,9 +67,11 @@ const diagnostic check_rows[] = {
      "WARNING : 'chip.dft', line-2, '%DONT_SCAN_TYPE' statement is missing.\n"
      "WARNING : 'chip.dft', line-4, '%FORCE' statement is missing.\n",
      "", 0},
-    {"both", "%CONNECT_SCAN a b { %SCAN_INSTRUCTION { %INSTRUCTION = i; } %SCAN_INSTANCES { x; }\n"
-             "%SCAN_INSTANCES_FILE { %FILE_NAME = \"none\"; } }",
-     "WARNING : 'chip.dft', line-2, '%SCAN_INSTANCES' and '%SCAN_INSTANCES_FILE' statements can't appear in the "
+    {"both",
+     "%CONNECT_SCAN a b { %SCAN_INSTRUCTION { %INSTRUCTION = i; } %SCAN_INSTANCES { x; }\n"
+     "%SCAN_INSTANCES_FILE { %FILE_NAME = \"none\"; } }",
+     "WARNING : 'chip.dft', line-2, '%SCAN_INSTANCES' and '%SCAN_INSTANCES_FILE' statements can't appear in "
+     "the "
      "same time.\n",
      "", 0},
     {"neither", "%CONNECT_BIST a b { %BIST_PORT { %SCAN_IN = a; } }",
@@ -72,7 +80,8 @@ const diagnostic check_rows[] = {
      "WARNING : 'chip.dft', line-1, '%BIST_SELECT' statement is missing.\n"
      "WARNING : 'chip.dft', line-1, '%BIST_CLOCK' statement is missing.\n"
      "WARNING : 'chip.dft', line-1, '%BIST_INSTRUCTION' statement is missing.\n"
-     "WARNING : 'chip.dft', line-1, either '%BIST_INSTANCES' or '%BIST_INSTANCES_FILE' statement is missing.\n",
+     "WARNING : 'chip.dft', line-1, either '%BIST_INSTANCES' or '%BIST_INSTANCES_FILE' statement is "
+     "missing.\n",
      "", 0},
     {"names in another spelling",
      "%WRAPPER { %FOLDSCAN { %WRAPPER_CHAIN c { } } }\n%DEEP_SCAN_INFO { %SPEED_RATIO 2; }",
@@ -88,21 +97,26 @@ const diagnostic check_rows[] = {
      "WARNING : 'chip.dft', line-4, '%ATPG_MODE' has empty body.\n"
      "WARNING : 'chip.dft', line-3, '%ATPG_MODE m' is multiple defined.\n",
      "", 0},
-    {"undefined instruction", "%INSTRUCTION i { }\n%CONNECT_SCAN a b { %SCAN_INSTRUCTION {\n%INSTRUCTION = I; } }",
+    {"undefined instruction",
+     "%INSTRUCTION i { }\n%CONNECT_SCAN a b { %SCAN_INSTRUCTION {\n%INSTRUCTION = I; } }",
      "WARNING : 'chip.dft', line-1, '%INSTRUCTION' has empty body.\n"
      "ERROR : 'chip.dft', line-3, INSTRUCTION name - 'I' is undefined.\n"},
     {"undefined sequence", "%SEQUENCE s { %FORCE a = '1'; }\n%INSTRUCTION i { %PREAMBLE = s,\n t; }",
      "ERROR : 'chip.dft', line-3, SEQUENCE name - 't' is undefined.\n"},
-    {"undefined instruction of a BIST", "%INSTRUCTION i { %MODE = \"m\"; }\n%CONNECT_BIST a b { %BIST_TYPE = \"t\"; "
+    {"undefined instruction of a BIST",
+     "%INSTRUCTION i { %MODE = \"m\"; }\n%CONNECT_BIST a b { %BIST_TYPE = \"t\"; "
      "%BIST_PORT { %SCAN_IN = a; %SCAN_OUT = b; } %BIST_SELECT_1 { %SELECT = a; %GLOBAL_SELECT = b; } "
-     "%BIST_CLOCK_1 { %CLOCK = c; } %BIST_INSTANCES { x; } %BIST_INSTRUCTION { %SEED = '1'; %INSTRUCTION = j; } }",
+     "%BIST_CLOCK_1 { %CLOCK = c; } %BIST_INSTANCES { x; } %BIST_INSTRUCTION { %SEED = '1'; %INSTRUCTION = "
+     "j; } }",
      "ERROR : 'chip.dft', line-2, INSTRUCTION name - 'j' is undefined.\n"},
     {"pattern length", "%ATPG_CONSTRAINTS { %ATPG_MODE \"m\" {\n%GRAY_CODE a, b, c = '01'; } }",
      "ERROR : 'chip.dft', line-3, pattern length (01) is inconsistent with port number.\n"},
     {"illegal pattern", "%ATPG_CONSTRAINTS { %ATPG_MODE \"m\" {\n%ILLEGAL_INPUTS a, b = '0X'; } }",
-     "ERROR: 'chip.dft', line-3, syntax error at '0X'.\n       ILLEGAL_INPUTS can't accept 'X' or 'Z' in pattern.\n"},
+     "ERROR: 'chip.dft', line-3, syntax error at '0X'.\n       ILLEGAL_INPUTS can't accept 'X' or 'Z' in "
+     "pattern.\n"},
     {"rows that do not match",
-     "%ATPG_CONSTRAINTS { %ATPG_MODE \"m\" {\n%LEGAL_INPUTS a, b = '01';\n%LEGAL_INPUTS a, b, c = '001', '111'; } }",
+     "%ATPG_CONSTRAINTS { %ATPG_MODE \"m\" {\n%LEGAL_INPUTS a, b = '01';\n%LEGAL_INPUTS a, b, c = '001', "
+     "'111'; } }",
      "WARNING: the port 'b' in LEGAL_INPUT doesn't match.\n"
      "WARNING : the LEGAL_INPUTS as following don't match:\n"
      "          line-3 a, b;\n          =  01;\n          line-4 a, b, c;\n          =  001, 111;\n",
@@ -111,23 +125,42 @@ const diagnostic check_rows[] = {
 
 const diagnostic mapping_rows[] = {
     {"port type", "%PORT_INFO { %PORT a { %TYPE clk; } }", "", "ERROR : Unknown port type 'clk'.\n"},
-    {"cycle", "%MULTICYCLE_PATH { %PATH {\n%CYCLE = 0; } }", "ERROR: line 2, the CYCLE must be greater than 0.\n"},
+    {"cycle", "%MULTICYCLE_PATH { %PATH {\n%CYCLE = 0; } }",
+     "ERROR: line 2, the CYCLE must be greater than 0.\n"},
     {"cycle of a false path", "%FALSE_PATH { %PATH { %CYCLE = 2; } }",
      "ERROR: line 1, the CYCLE can not be supported in FALSE_PATH.\n"},
-    {"cycle in a false path file", "%FALSE_PATH { %PATH { %FILE_NAME = \"p\"; } }",
-     "ERROR: line 1, the CYCLE can not be accepted in the %FALSE_PATH in file p.\n", "", 255,
+    {"cycle in a false path file",
+     "%FALSE_PATH { %PATH { %FILE_NAME = \"p\"; } }",
+     "ERROR: line 1, the CYCLE can not be accepted in the %FALSE_PATH in file p.\n",
+     "",
+     255,
      {{"p", "%PATH { %CYCLE = 2; }"}}},
-    {"file in a path file", "%MULTICYCLE_PATH { %PATH { %FILE_NAME = \"p\"; } }",
-     "ERROR: line 2, the FILE_NAME  can not  be accepted in the path file again .\n", "", 255,
+    {"file in a path file",
+     "%MULTICYCLE_PATH { %PATH { %FILE_NAME = \"p\"; } }",
+     "ERROR: line 2, the FILE_NAME  can not  be accepted in the path file again .\n",
+     "",
+     255,
      {{"p", "%PATH {\n%FILE_NAME = \"p\"; }"}}},
-    {"file in a false path file", "%FALSE_PATH { %PATH { %FILE_NAME = \"p\"; } }",
-     "ERROR: line 1, the FILE_NAME  can not  be accepted in the path file p again .\n", "", 255,
+    {"file in a false path file",
+     "%FALSE_PATH { %PATH { %FILE_NAME = \"p\"; } }",
+     "ERROR: line 1, the FILE_NAME  can not  be accepted in the path file p again .\n",
+     "",
+     255,
      {{"p", "%PATH { %FILE_NAME = \"p\"; }"}}},
-    {"block in a path file", "%MULTICYCLE_PATH { %PATH { %FILE_NAME = \"p\"; } }", "",
-     "In multicycle path file , should just exist the PATH list!\n", 255, {{"p", "%MULTICYCLE_PATH { }"}}},
-    {"block in a false path file", "%FALSE_PATH { %PATH { %FILE_NAME = \"p\"; } }", "",
-     "In false path file , should just exist the PATH list!\n", 255, {{"p", "%PATH { %TO = a; } %FALSE_PATH { }"}}},
-    {"missing path file", "%FALSE_PATH { %PATH { %FILE_NAME = \"p\"; } }", "ERROR : Can't open input file - 'p'.\n"},
+    {"block in a path file",
+     "%MULTICYCLE_PATH { %PATH { %FILE_NAME = \"p\"; } }",
+     "",
+     "In multicycle path file , should just exist the PATH list!\n",
+     255,
+     {{"p", "%MULTICYCLE_PATH { }"}}},
+    {"block in a false path file",
+     "%FALSE_PATH { %PATH { %FILE_NAME = \"p\"; } }",
+     "",
+     "In false path file , should just exist the PATH list!\n",
+     255,
+     {{"p", "%PATH { %TO = a; } %FALSE_PATH { }"}}},
+    {"missing path file", "%FALSE_PATH { %PATH { %FILE_NAME = \"p\"; } }",
+     "ERROR : Can't open input file - 'p'.\n"},
     {"pad without its output", "%SCAN_DECODER { %TEST_MODE {\n%PAD_NAME = p; } }",
      "ERROR : 'chip.dft', line-3, '%PAD_OUT' wasn't defined.\n"},
     {"output without its pad", "%SCAN_DECODER { %TEST_MODE {\n%PAD_OUT = p; } }",
@@ -137,8 +170,9 @@ const diagnostic mapping_rows[] = {
     {"polarity without value", "%SCAN_DECODER { %SCAN_MODE { %POLARITY; } }", "", "", 0},
     {"timing type", "%SEQUENCE s { %FORCE a = '1'; %SET_TIMING { %TYPE OTHER; } }", "",
      "Error: the %TYPE must be LAUNCH or CAPTURE in the set timing block in the dft file !\n"},
-    {"timing in a shift", "%SEQUENCE s { %FORCE a = '1'; %SET_TIMING { %TYPE LAUNCH; } }\n"
-                          "%INSTRUCTION i { %CAPTURE = s; }\n%INSTRUCTION j { %SHIFT = s; }",
+    {"timing in a shift",
+     "%SEQUENCE s { %FORCE a = '1'; %SET_TIMING { %TYPE LAUNCH; } }\n"
+     "%INSTRUCTION i { %CAPTURE = s; }\n%INSTRUCTION j { %SHIFT = s; }",
      "", "ERROR: LAUNCH/CAPTURE type timing block only can exist in the capture sequence!\n"},
     {"core without a file", "%CORE { %NAME = c; }", "",
      "ERROR: Please specify dft file of core 'c' in top module dft file.\n"},
@@ -150,31 +184,50 @@ const diagnostic mapping_rows[] = {
      "ERROR: Can not find sequence 's' of the core 'c'.\n"},
     {"violation", "%CONNECT_SCAN a b { %MS_VIOLATION -1; %SCAN_INSTRUCTION { %INSTRUCTION = i; } }", "",
      "MS_VIOLATION value must be 1 or 0 in dft file!\n "},
-    {"clock polarity", "%CONNECT_SCAN a b { %SCAN_INSTRUCTION { %INSTRUCTION = i; }\n"
-                       "%SCAN_CLOCK { %CLOCK_POLARITY = up; } }",
+    {"clock polarity",
+     "%CONNECT_SCAN a b { %SCAN_INSTRUCTION { %INSTRUCTION = i; }\n"
+     "%SCAN_CLOCK { %CLOCK_POLARITY = up; } }",
      "ERROR : 'chip.dft', line-2, CLOCK_POLARITY can only be POSITIVE and NEGATIVE\n"},
     {"pin format", "%MBIST_CONSTRAINTS { %MBIST_CONTROL 1 { %BISTFAIL = a_x.b; } }",
      "ERROR : BISTFAIL pin format error !\n"},
-    {"mode active", "%READ_MAP { %FILE_NAME = \"m\"; }",
-     "ERROR : 'm', line-2, SCAN_MODE_ACTIVE can only be HIGH or LOW.\n", "", 255,
+    {"mode active",
+     "%READ_MAP { %FILE_NAME = \"m\"; }",
+     "ERROR : 'm', line-2, SCAN_MODE_ACTIVE can only be HIGH or LOW.\n",
+     "",
+     255,
      {{"m", "%MAP_SCAN s { %MAP_CELL a => b { %SCAN_PORT %SCAN_IN => si; %SCAN_CLOCK_1 %CLOCK => ck;\n"
             "%SCAN_MODE_ACTIVE = up; } }"}}},
-    {"map cell", "%READ_MAP { %FILE_NAME = \"m\"; }",
+    {"map cell",
+     "%READ_MAP { %FILE_NAME = \"m\"; }",
      "WARNING : 'm', line-1, '%SCAN_PORT %SCAN_IN' statement is missing.\n"
      "WARNING : 'm', line-1, either '%SCAN_SELECT_#' or '%SCAN_CLOCK_#' statement is missing.\n",
-     "", 0, {{"m", "%MAP_SCAN s { %MAP_CELL a => b { } }"}}},
+     "",
+     0,
+     {{"m", "%MAP_SCAN s { %MAP_CELL a => b { } }"}}},
     {"missing map file", "%READ_MAP { %FILE_NAME = \"m\"; }", "ERROR : Can't open input file - 'm'.\n"},
-    {"missing lockup file", "%LOCKUP_LATCH_FILE { %FILE_NAME = \"l\"; }", "ERROR : Can't open input file - 'l'.\n"},
-    {"fault files", "%SELECT_FAULT { %DONT_FAULT_FILE = \"a\"; %MUST_FAULT_FILE = \"b\"; }",
-     "WARNING : Can not open input file - 'a'.\nWARNING : 'b' file is empty file.\n", "", 0, {{"b", " ,;\n"}}},
+    {"missing lockup file", "%LOCKUP_LATCH_FILE { %FILE_NAME = \"l\"; }",
+     "ERROR : Can't open input file - 'l'.\n"},
+    {"fault files",
+     "%SELECT_FAULT { %DONT_FAULT_FILE = \"a\"; %MUST_FAULT_FILE = \"b\"; }",
+     "WARNING : Can not open input file - 'a'.\nWARNING : 'b' file is empty file.\n",
+     "",
+     0,
+     {{"b", " ,;\n"}}},
     {"wrong side file", "%READ_MAP { %FILE_NAME = \"chip.dft\"; }",
      "ERROR : One of the input files is not map file format.\n"},
     {"missing core file", "%CORE { %NAME = c; %DFT_FILE = \"c.dft\"; }",
      "ERROR : Can't open input file - 'c.dft'.\n"},
-    {"empty core file", "%CORE { %NAME = c; %DFT_FILE = \"c.dft\"; }", "",
-     "ERROR : The dft file 'c.dft' is empty.\n", 255, {{"c.dft", "// nothing\n"}}},
-    {"cyclic cores", "%CORE { %NAME = c; %DFT_FILE = \"d/c.dft\"; }",
-     "ERROR : The DFT file 'chip.dft' contains itself through its core 'top'.\n", "", 255,
+    {"empty core file",
+     "%CORE { %NAME = c; %DFT_FILE = \"c.dft\"; }",
+     "",
+     "ERROR : The dft file 'c.dft' is empty.\n",
+     255,
+     {{"c.dft", "// nothing\n"}}},
+    {"cyclic cores",
+     "%CORE { %NAME = c; %DFT_FILE = \"d/c.dft\"; }",
+     "ERROR : The DFT file 'chip.dft' contains itself through its core 'top'.\n",
+     "",
+     255,
      {{"d/c.dft", "%CORE { %NAME = top; %DFT_FILE = \"../chip.dft\"; }"}}},
 };
 
@@ -214,14 +267,17 @@ TEST(HostileInput, EndsWithOneMessage) {
     const hostile_input inputs[] = {
         {"deep nesting", head + repeated("%CLOCK {", 100000),
          "ERROR : 'chip.dft', line-1, the blocks are nested too deep.\n"},
-        {"huge word", "%TOP_MODULE = " + std::string(1048576, 'a') + ";", "token too large, exceeds YYLMAX\n"},
-        {"huge string", "%GUI { %DRC = \"" + std::string(1048576, 'a') + "\"; }", "token too large, exceeds YYLMAX\n"},
-        {"huge pattern", "%INSTRUCTION_BINARY '" + std::string(1048576, '0'), "token too large, exceeds YYLMAX\n"},
+        {"huge word", "%TOP_MODULE = " + std::string(1048576, 'a') + ";",
+         "token too large, exceeds YYLMAX\n"},
+        {"huge string", "%GUI { %DRC = \"" + std::string(1048576, 'a') + "\"; }",
+         "token too large, exceeds YYLMAX\n"},
+        {"huge pattern", "%INSTRUCTION_BINARY '" + std::string(1048576, '0'),
+         "token too large, exceeds YYLMAX\n"},
         {"parentheses in a word", "%TOP_MODULE = " + repeated("a(", 500000),
          "ERROR : 'chip.dft', line-1, syntax error near or at (.\n"},
         {"illegal values of many ports",
-         "%ATPG_CONSTRAINTS { %ATPG_MODE \"m\" { %ILLEGAL_INPUTS " + repeated("a ", 60) + "= '" + std::string(60, '0') +
-             "'; } }",
+         "%ATPG_CONSTRAINTS { %ATPG_MODE \"m\" { %ILLEGAL_INPUTS " + repeated("a ", 60) + "= '" +
+             std::string(60, '0') + "'; } }",
          "ERROR : 'chip.dft', line-2, the inputs give more combinations of patterns than can be held.\n"},
     };
     for (const hostile_input &input : inputs) {
@@ -246,7 +302,8 @@ TEST(Messages, EveryCodeHasItsKind) {
         {MESSAGE_TREE, "ERROR : internal parser tree error.\n", 255},
         {MESSAGE_NOT_IN_MAP, "WARNING : 'f', line-7, can't find definition of 'one' in map file.\n", 0},
         {MESSAGE_SEE_FILE,
-         "WARNING : There are ERRORS (WARNINGS) in your scan language file!\n          Please see 'one'.\n\n", 0},
+         "WARNING : There are ERRORS (WARNINGS) in your scan language file!\n          Please see 'one'.\n\n",
+         0},
         {MESSAGE_PORT_COUNT,
          "ERROR: 'f', line-7, number of pattern 'one' doesn't\n       match the number of ports.\n", 255},
         {MESSAGE_GROUPING, "FATAL: 'f', near 'one', grouping error!\n", 255},

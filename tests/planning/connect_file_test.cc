@@ -1,0 +1,348 @@
+// The connection files, exact, from description files as a user writes them.
+#include "description/reader.hh"
+#include "description/tables.hh"
+#include "planning/connect_file.hh"
+#include "planning/tap_state.hh"
+#include "support/run_state.hh"
+#include "tests/support/scratch.hh"
+
+#include <filesystem>
+
+namespace {
+
+/// A pin of each sort: sel[3] is a register of three bits; MB and LB have a plain and a gated enable.
+const char *const instruction_table = R"(%INSTRUCTION_TABLE {
+    %INSTRUCTION MB { %BINARY_CODE = 0101; %DATA_REGISTER = mreg[8]; %EN_H mb_en; %EN_L mb_res AND x; }
+    %INSTRUCTION LB { %BINARY_CODE = 0110; %DATA_REGISTER = lreg; %EN_H lb_en; %EN_H lb_res OR y; }
+    %INSTRUCTION SEL { %BINARY_CODE = 0111; %DATA_REGISTER = sel[3]; %EN_H sel_en; %EN_H sel_gated NOR z; }
+    %INSTRUCTION SC { %BINARY_CODE = 1000; %DATA_REGISTER = screg; %EN_H sc_en; }
+    %INSTRUCTION DG { %BINARY_CODE = 1001; %DATA_REGISTER = dgreg; %EN_H dg_en; }
+    %INSTRUCTION ONE { %BINARY_CODE = 1010; %DATA_REGISTER = one[0]; }
+    %INSTRUCTION NOWIDTH { %BINARY_CODE = 1011; %DATA_REGISTER = nowidth; }
+}
+)";
+
+/// Writes the connection files for `bist` in a child; the scratch folder holds what the child leaves.
+run_result connect(const scratch_folder &scratch, const std::string &bist, const char *path = nullptr) {
+    scratch.write("chip.lib", "%SCAN_CELL BC { %TDI si; }\n%TAP_CONTROLLER TAP { %TDI tdi; }\n");
+    scratch.write("chip.bsc", instruction_table + bist);
+    scratch_folder streams;
+    std::fflush(nullptr);
+    pid_t child = fork();
+    if (child == 0) {
+        std::filesystem::current_path(scratch.dir);
+        if (std::freopen(streams.path("out").c_str(), "w", stdout) == nullptr ||
+            std::freopen(streams.path("err").c_str(), "w", stderr) == nullptr)
+            _exit(99);
+        TOP_MODULE = "chip";
+        JTAG_OPTION[OPT_OPATH] = path != nullptr;
+        OPATH = path;
+        bsdft_init();
+        get_bs_dft_file("chip.lib", "chip.bsc", 0);
+        TAP_PORT[PORT_TCK].tap_pin = "tck";
+        TAP_PIN[SIG_SHIFT] = "shift_dr";
+        org_tap_instance_nameG = "u_core.u_tap";
+        rwv_write_connect_file();
+        std::fflush(nullptr);
+        _exit(0);
+    }
+    int raw = 0;
+    waitpid(child, &raw, 0);
+    int status = WIFEXITED(raw) ? WEXITSTATUS(raw) : 128 + WTERMSIG(raw);
+    return {status, streams.read("out"), streams.read("err")};
+}
+
+struct connection {
+    const char *name;
+    const char *bist;
+    const char *file;
+    const char *expected; ///< behind the line of the TAP instance
+};
+
+const connection connections[] = {
+    {"memory block",
+     "%MEMORY_BIST { %INSTRUCTION mb { %SEL_INSTRUCTION SEL; %CTRL_ORDER 2, 10; %CNT_FILE a.cnt; } }",
+     "mbist_rimweave.cnt", R"(%MEMORY_BIST
+{
+     %INST_NAME    MB;
+     %INSTRUCTION '0101';
+     %BIST_EN    mb_en;
+     %BIST_RESULT_EN    mb_res;
+     %BCLK    tck;
+     %TDI    mreg_in;
+     %TDO    mreg_out;
+     %SEL_INSTRUCTION  '0111';
+     %GROUP_SEL_I    sel_in;
+     %GROUP_SEL_O    sel_out;
+     %SEL_EN    sel_gated;
+     %BISTCTRL_ORDER    2, 10;
+     %CNT_FILE    "a.cnt";
+}
+)"},
+    {"memory block of no instruction", "%MEMORY_BIST { %INSTRUCTION NONE { %CTRL_ORDER 2; } }",
+     "mbist_rimweave.cnt", ""},
+    {"logic block of no instruction", "%LOGIC_BIST { %INSTRUCTION NONE { %CTRL_ORDER 2; } }",
+     "lbist_rimweave.cnt", ""},
+    {"logic block",
+     "%LOGIC_BIST { %INSTRUCTION LB { %CTRL_ORDER 3; %SEL_INSTRUCTION ONE; %LBIST_INSTRUCTION DG; %TESTS (1, "
+     "0); } }",
+     "lbist_rimweave.cnt", R"(%LOGIC_BIST
+{
+     %INST_NAME    LB;
+     %SCAN_INSTRUCTION    '0110';
+     %BIST_EN    lb_en;
+     %BIST_RESULT_EN    lb_res;
+     %BCLK    tck;
+     %TDI    lreg_in;
+     %TDO    lreg_out;
+     %BISTCTRL_ORDER    3;
+     %CNT_FILE   "lbist.cnt";
+     %SHIFT_DR    shift_dr;
+     %GCLK    tck;
+     %SEL_INSTRUCTION    '1010';
+     %GROUP_SEL_I    one_in;
+     %GROUP_SEL_O    one_out;
+     %TESTS    '1', '0';
+}
+)"},
+    {"logic block with diagnosis",
+     "%LOGIC_BIST { %INSTRUCTION LB { %CNT_FILE a.cnt, b.cnt; %DIAG_INSTRUCTION DG; %SCAN_INSTRUCTION SC; "
+     "%LBIST_INSTRUCTION MB; %SEL_INSTRUCTION SEL; } }",
+     "lbist_rimweave.cnt", R"(%LOGIC_BIST
+{
+     %INST_NAME    LB;
+     %DIAG_EN    lb_en;
+     %BCLK    tck;
+     %CNT_FILE    "a.cnt",
+                  "b.cnt";
+     %SHIFT_DR    shift_dr;
+     %SCAN_INSTRUCTION    '1000';
+     %DIAG_EN    sc_en;
+     %DIAG_INSTRUCTION    '1001';
+     %SCAN_TDI    dgreg_in;
+     %SCAN_TDO    dgreg_out;
+     %DUMP_EN    dg_en;
+     %TDI    mreg_in;
+     %TDO    mreg_out;
+     %BIST_EN    mb_en;
+     %GCLK    tck;
+     %SEL_INSTRUCTION    '0111';
+     %GROUP_SEL_I    sel_in;
+     %GROUP_SEL_O    sel_out;
+     %SEL_EN    sel_gated;
+}
+)"},
+    {"logic block without an instruction",
+     "%LOGIC_BIST { %LBIST_INSTRUCTION LB; %SEL_INSTRUCTION SEL; %TESTS (101); %DEBUG_INSTRUCTION SC; "
+     "%DIAG_INSTRUCTION NULL, DG, SC; %DIAG_CNT_FILE x.cnt, d.cnt, e.cnt; }",
+     "lbist_rimweave.cnt", R"(%LOGIC_BIST
+{
+     %LBIST_INSTRUCTION    '0110';
+     %LBIST_TDI     lreg_in;
+     %LBIST_TDO     lreg_out;
+     %LBIST_EN    lb_en;
+     %CNT_FILE   "lbist.cnt";
+     %SHIFT_DR    shift_dr;
+     %BCLK    tck;
+     %GCLK    tck;
+     %SEL_INSTRUCTION    '0111';
+     %GROUP_SEL_I     sel_in;
+     %GROUP_SEL_O     sel_out;
+     %SEL_EN    sel_en;
+     %TESTS    '101';
+     %DEBUG_INSTRUCTION    '1000';
+     %DEBUG_EN    sc_en;
+     %DIAG_INSTRUCTION    "*", "DG" , "SC" ;
+}
+
+%LBIST_DIAG  DG
+{
+     %INSTRUCTION    '1001';
+     %TDI           dgreg_in;
+     %TDO           dgreg_out;
+     %DIAG_EN       dg_en;
+     %CNT_FILE      "d.cnt";
+}
+
+%LBIST_DIAG  SC
+{
+     %INSTRUCTION    '1000';
+     %TDI           screg_in;
+     %TDO           screg_out;
+     %DIAG_EN       sc_en;
+     %CNT_FILE      "e.cnt";
+}
+)"},
+    {"a selection register without a width is one bit",
+     "%LOGIC_BIST { %INSTRUCTION SC { %SEL_INSTRUCTION NOWIDTH; %TESTS (1); } }", "lbist_rimweave.cnt",
+     R"(%LOGIC_BIST
+{
+     %INST_NAME    SC;
+     %SCAN_INSTRUCTION    '1000';
+     %BIST_EN    sc_en;
+     %BCLK    tck;
+     %TDI    screg_in;
+     %TDO    screg_out;
+     %CNT_FILE   "lbist.cnt";
+     %SHIFT_DR    shift_dr;
+     %GCLK    tck;
+     %SEL_INSTRUCTION    '1011';
+     %GROUP_SEL_I    nowidth_in;
+     %GROUP_SEL_O    nowidth_out;
+     %TESTS    '1';
+}
+)"},
+};
+
+const char *const tap_line = "%TAP_INSTANCE    chip.u_core.u_tap;\n";
+
+/// Three levels in two folders: `cpu` and `dsp` share a file under two spellings of its name, and a core
+/// without a BIST file hides what is below it.
+void lay_out_cores(const scratch_folder &scratch) {
+    scratch.write("dft/soc.dft", R"(%TOP_MODULE = soc;
+%CORE { %NAME = cpu; %DFT_FILE = "cores/cpu.dft"; %LBIST_FILE = "x"; }
+%CORE { %NAME = plain; %DFT_FILE = "cores/ram.dft"; }
+%CORE { %NAME = dsp; %NAME = gpu; %DFT_FILE = "cores/CPU.dft"; %LBIST_FILE = "x"; }
+)");
+    scratch.write("dft/cores/cpu.dft", R"(%TOP_MODULE = cpu_top;
+%CORE { %NAME = alu; %DFT_FILE = "alu.dft"; %LBIST_FILE = "x"; }
+%CORE { %NAME = hidden; %DFT_FILE = "alu.dft"; }
+)");
+    scratch.write("dft/cores/alu.dft",
+                  "%TOP_MODULE = alu_top;\n%CORE { %NAME = mul; %DFT_FILE = \"../mul.dft\"; "
+                  "%LBIST_FILE = \"x\"; }\n");
+    scratch.write("dft/mul.dft", "%TOP_MODULE = mul_top;\n");
+    scratch.write("dft/cores/ram.dft",
+                  "%TOP_MODULE = ram_top;\n%CORE { %NAME = below; %DFT_FILE = \"../mul.dft\"; "
+                  "%LBIST_FILE = \"x\"; }\n");
+}
+
+std::string replace_lines(const std::string &ocd) {
+    std::string lines = "       u_soc => TOP_Lb_soc" + ocd + ";\n";
+    for (const char *core : {"cpu", "dsp", "gpu"})
+        lines += std::string("       u_soc.usoc.") + core + " => TOP_Lb_cpu_top" + ocd +
+                 ";\n"
+                 "       u_soc.ucpu_top.alu => TOP_Lb_alu_top;\n"
+                 "       u_soc.ualu_top.mul => TOP_Lb_mul_top;\n";
+    return "     %REPLACE\n      {\n" + lines + "      }\n";
+}
+
+} // namespace
+
+TEST(ConnectFile, HoldsTheBlocks) {
+    for (const connection &row : connections) {
+        scratch_folder scratch;
+        run_result result = connect(scratch, row.bist);
+        EXPECT_EQ(result.status, 0) << row.name << result.out << result.err;
+        EXPECT_EQ(scratch.read(row.file), std::string(tap_line) + row.expected) << row.name;
+    }
+}
+
+TEST(ConnectFile, ReplacesTheCoresOfEveryLevel) {
+    const struct {
+        const char *bist;
+        const char *before; ///< line in front of %REPLACE
+        const char *ocd;
+    } rows[] = {
+        {"%LOGIC_BIST { %INSTANCE_NAME u_soc; %DFT_FILE dft/soc.dft; }", "     %GCLK    tck;\n", ""},
+        {"%LOGIC_BIST { %INSTANCE_NAME u_soc; %DFT_FILE dft/soc.dft; %DIAG_INSTRUCTION DG; %DIAG_CNT_FILE "
+         "d.cnt; }",
+         "     %GCLK    tck;\n", "_OCD"},
+        {"%LOGIC_BIST { %INSTRUCTION LB { %INSTANCE_NAME u_soc; %DFT_FILE dft/soc.dft; %SCAN_INSTRUCTION SC; "
+         "} }",
+         "     %GCLK    tck;\n", "_OCD"},
+    };
+    for (const auto &row : rows) {
+        scratch_folder scratch;
+        lay_out_cores(scratch);
+        scratch.write("dft/cores/CPU.dft", "another file whose name differs in its case alone");
+        run_result result = connect(scratch, row.bist);
+        EXPECT_EQ(result.status, 0) << result.out << result.err;
+        std::string file = scratch.read("lbist_rimweave.cnt");
+        EXPECT_NE(file.find(row.before + replace_lines(row.ocd)), std::string::npos) << file;
+        EXPECT_FALSE(scratch.has("soc.dft_map.log"));
+    }
+}
+
+TEST(ConnectFile, RefusesWhatItCannotWrite) {
+    const char *const core = "%CORE { %NAME = a; %DFT_FILE = \"b.dft\"; %LBIST_FILE = \"x\"; }";
+    const struct {
+        const char *bist;
+        const char *out;
+    } rows[] = {
+        {"%LOGIC_BIST { %DFT_FILE a.dft; }",
+         "ERROR: Please specify the %INSTANCE_NAME of the core in %LOGIC_BIST.\n"},
+        {"%LOGIC_BIST { %INSTRUCTION LB { %DFT_FILE a.dft; } }",
+         "ERROR: Please specify the %INSTANCE_NAME of the core for %LOGIC_BIST.\n"},
+        {"%LOGIC_BIST { %TESTS (1); }",
+         "ERROR: the length of data register does not match for %TESTS and %SEL_INSTRUCTION.\n"},
+        {"%LOGIC_BIST { %DIAG_INSTRUCTION DG, SC; %DIAG_CNT_FILE a; }",
+         "ERROR: The number of %DIAG_INSTRUCTION is not equal to the number of %DIAG_CNT_FILE.\n"},
+        {"%LOGIC_BIST { %DIAG_INSTRUCTION QQ; %DIAG_CNT_FILE a; }",
+         "ERROR: Can not find the instruction 'QQ' in %DIAG_INSTRUCTION.\n"},
+        {"%LOGIC_BIST { %INSTANCE_NAME u; %DFT_FILE a.dft; }",
+         "ERROR: the core 'a' contains itself in the DFT configuration.\n"},
+    };
+    for (const auto &row : rows) {
+        scratch_folder scratch;
+        scratch.write("a.dft", core);
+        scratch.write("b.dft", "%CORE { %NAME = a; %DFT_FILE = \"c.dft\"; %LBIST_FILE = \"x\"; }");
+        scratch.write("c.dft", "%TOP_MODULE = leaf;");
+        run_result result = connect(scratch, std::string(row.bist) +
+                                                 "\n%MEMORY_BIST { %INSTRUCTION NONE { %CTRL_ORDER 1; } }");
+        EXPECT_EQ(result.out, row.out);
+        EXPECT_EQ(result.status, 255);
+        EXPECT_EQ(scratch.read("mbist_rimweave.cnt"), tap_line) << "the file before it stays";
+        EXPECT_FALSE(scratch.has("lbist_rimweave.cnt"));
+    }
+}
+
+TEST(ConnectFile, GoesWhereOutputGoes) {
+    const char *const both =
+        "%MEMORY_BIST { %INSTRUCTION NONE { %CTRL_ORDER 1; } }\n%LOGIC_BIST { %INSTRUCTION NONE { "
+        "%CTRL_ORDER 1; } }";
+    scratch_folder scratch;
+    scratch.write("out/there", "");
+    EXPECT_EQ(connect(scratch, both, "out").status, 0);
+    EXPECT_EQ(scratch.read("out/mbist_rimweave.cnt") + scratch.read("out/lbist_rimweave.cnt"),
+              std::string(tap_line) + tap_line);
+    run_result result = connect(scratch, both, "nowhere");
+    EXPECT_EQ(result.out, "ERROR: can't open file 'nowhere/lbist_rimweave.cnt'.\n\n");
+    EXPECT_EQ(result.status, 255);
+    EXPECT_EQ(connect(scratch, "").status, 0);
+    EXPECT_FALSE(scratch.has("mbist_rimweave.cnt"));
+}
+
+// The example chip with a memory under test: the file lies beside the TAP, and names its ports.
+TEST(ConnectFile, StandsBesideTheTapOfAChip) {
+    scratch_folder scratch;
+    std::string chip = RW_SOURCE_DIR "/examples/uart_chip/";
+    run_result prepared =
+        scratch.run("mkdir lib; cp " + chip + "chip.lib " + chip + "chip.bsc " + chip +
+                    "chip.pin .; " RW_BIN_DIR "/kalmverin -lib " + chip + "cells.v -opath lib");
+    ASSERT_EQ(prepared.status, 0) << prepared.out << prepared.err;
+    std::string bsc = scratch.read("chip.bsc");
+    const std::string table = "%INSTRUCTION_TABLE\n {\n";
+    size_t place = bsc.find(table);
+    ASSERT_NE(place, std::string::npos);
+    bsc.insert(place + table.size(),
+               "%INSTRUCTION MBIST { %BINARY_CODE = 0111; %DATA_REGISTER = mbreg[4]; %EN_H mb_run; }\n");
+    scratch.write("chip.bsc", bsc + "%MEMORY_BIST { %INSTRUCTION MBIST { %CTRL_ORDER 1, 2; } }\n");
+    run_result result = scratch.run(RW_BIN_DIR "/rimweave -add_tap_only chip");
+    ASSERT_EQ(result.status, 0) << result.out << result.err;
+    EXPECT_EQ(scratch.read("mbist_rimweave.cnt"), R"(%TAP_INSTANCE    chip.u_tap;
+%MEMORY_BIST
+{
+     %INST_NAME    MBIST;
+     %INSTRUCTION '0111';
+     %BIST_EN    mb_run;
+     %BCLK    TCK;
+     %TDI    mbreg_in;
+     %TDO    mbreg_out;
+     %BISTCTRL_ORDER    1, 2;
+}
+)");
+    std::string tap = scratch.read("chip_TAP.v");
+    for (const char *port : {"mb_run", "mbreg_in", "mbreg_out"})
+        EXPECT_NE(tap.find(port), std::string::npos) << port;
+}
