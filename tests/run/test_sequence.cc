@@ -78,24 +78,6 @@ TEST(Sequence, InputsThatAreDirectories) {
     }
 }
 
-TEST(Sequence, RefusesWhatItHasNotBeforeItChangesAnything) {
-    struct {
-        const char *more_bsc, *arguments, *says;
-    } const cases[] = {
-        {"%MEMORY_BIST { %INSTRUCTION INTEST { %CTRL_ORDER 1, 2; } }", "-add_tap_only chip",
-         "ERROR: (./chip.bsc) this version of rimweave writes no connection files for BIST blocks"},
-    };
-    for (const auto &one : cases) {
-        scratch_folder scratch;
-        lay_out_chip(scratch);
-        scratch.write("chip.bsc", scratch.read("chip.bsc") + one.more_bsc + "\n");
-        run_result result = scratch.run(rimweave + " " + one.arguments);
-        EXPECT_EQ(result.status, 255) << one.arguments;
-        EXPECT_TRUE(holds(result.out, one.says)) << result.out;
-        EXPECT_FALSE(scratch.has("chip_TAP.v"));
-    }
-}
-
 TEST(Sequence, MemoryFaultIsToldInBothSinks) {
     scratch_folder scratch;
     lay_out_chip(scratch);
