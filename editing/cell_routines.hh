@@ -20,6 +20,12 @@ void add_oe_control_scan_cell_in_cmd(EDIT_FILE *fp, int32_t row, const char *nam
 /// The OE control routine when the row's cell has an %OE_MODE pin, else the plain one.
 void add_control_of_row(EDIT_FILE *fp, int32_t row, const char *name);
 
+/// What drives the enable pin in the design. An OE cell takes the first other node of the net; the plain one
+/// passes over other readers of the enable. Ends the run when nothing does.
+EDIT_OPERAND enable_source(const OPIN_ROW &row, const char *enable, bool is_oe);
+/// The enable hangs on the high-impedance command, through the buffer of the row's group.
+void drive_by_highz(EDIT_FILE *fp, OPIN_ROW &row, const char *enable);
+
 /// Writes the `add` line of the newest SCAN_TAB row and lets the OPIN_TAB row point at it.
 void place_cell(EDIT_FILE *fp, int32_t row, const char *name, const SCAN_CELL *cell);
 /// Sets `order` to the last SCAN_TAB row.
@@ -44,6 +50,9 @@ enum MUX_PIN : int32_t { MUX_IN1, MUX_IN2, MUX_OUT };
 /// Joins a pin of the cell to a mux pin of the pad, unless that stands on a working net; a tied pin is freed
 /// first, with a warning.
 void mux_pin_step(EDIT_FILE *fp, OPIN_ROW &row, MUX_PIN which, const char *name, const char *cell_pin);
+/// The same with the cell's pin as an operand; `name` is for the warning.
+void mux_pin_step(EDIT_FILE *fp, OPIN_ROW &row, MUX_PIN which, const char *name,
+                  const EDIT_OPERAND &cell_pin);
 
 /// The cell of an added pad, and its pins.
 struct ADDED_PAD {

@@ -145,6 +145,11 @@ void connect_data_in(EDIT_FILE *fp, OPIN_ROW &row, const char *name, const char 
 }
 
 void mux_pin_step(EDIT_FILE *fp, OPIN_ROW &row, MUX_PIN which, const char *name, const char *cell_pin) {
+    mux_pin_step(fp, row, which, name, pin_of(name, cell_pin));
+}
+
+void mux_pin_step(EDIT_FILE *fp, OPIN_ROW &row, MUX_PIN which, const char *name,
+                  const EDIT_OPERAND &cell_pin) {
     const MUX_PIN_INFO &info = MUX_PINS[which];
     const char *pin = row.pad == nullptr ? nullptr : row.pad->*info.pin;
     int32_t net = row.*info.net;
@@ -159,7 +164,7 @@ void mux_pin_step(EDIT_FILE *fp, OPIN_ROW &row, MUX_PIN which, const char *name,
                    pin == nullptr ? "*UNDEF*" : pin, name);
         edit_disconnect(fp, pad_pin);
     }
-    edit_connect(fp, pin_of(name, cell_pin), pad_pin);
+    edit_connect(fp, cell_pin, pad_pin);
 }
 
 ADDED_PAD input_pad_cell(const OPIN_ROW &row) {

@@ -42,8 +42,23 @@ bool reads_its_net(int32_t node) {
     return !is_port_node(node) && (pin_tab[node_tab[node].pin].direction & SDB_DIRECTION_MASK) == SDB_INPUT;
 }
 
-/// What drives the enable pin in the design. An OE cell takes the first other node of the net; the plain one
-/// passes over other readers of the enable.
+const BUFFER_CELL *highz_buffer(const OPIN_ROW &row) {
+    if (HIZ_BUF == nullptr || HIZ_BUF_NAME == nullptr || TAP_HIZ_PIN == nullptr)
+        vmr_fail("ERROR: (%s) no buffer cell is named in %%TAP_CONTROLLER\n"
+                 "       for the high impedance command of pad '%s'.\n\n",
+                 JTAG_LIB_FILE == nullptr ? "" : JTAG_LIB_FILE, row.pad_instance);
+    bool has_instruction = std::ranges::any_of(rows(INSTRUCTIONS), [](const INSTRUCTION &instruction) {
+        return same_text_no_case(instruction.name, "HIGHZ");
+    });
+    if (option(OPT_ADD_TAP) && !has_instruction && check_hiz_signal() == 0)
+        vmr_fail("ERROR: (%s) pad '%s' needs the high impedance command of the TAP,\n"
+                 "       which the TAP has only with an instruction HIGHZ in %%INSTRUCTION_TABLE.\n\n",
+                 JTAG_BSC_FILE == nullptr ? "" : JTAG_BSC_FILE, row.pad_instance);
+    return HIZ_BUF;
+}
+
+} // namespace
+
 EDIT_OPERAND enable_source(const OPIN_ROW &row, const char *enable, bool is_oe) {
     int32_t node = far_end(row.pad_instance, enable, DIR_INPUT);
     if (node < 0)
@@ -62,22 +77,6 @@ EDIT_OPERAND enable_source(const OPIN_ROW &row, const char *enable, bool is_oe) 
     return node_operand(node);
 }
 
-const BUFFER_CELL *highz_buffer(const OPIN_ROW &row) {
-    if (HIZ_BUF == nullptr || HIZ_BUF_NAME == nullptr || TAP_HIZ_PIN == nullptr)
-        vmr_fail("ERROR: (%s) no buffer cell is named in %%TAP_CONTROLLER\n"
-                 "       for the high impedance command of pad '%s'.\n\n",
-                 JTAG_LIB_FILE == nullptr ? "" : JTAG_LIB_FILE, row.pad_instance);
-    bool has_instruction = std::ranges::any_of(rows(INSTRUCTIONS), [](const INSTRUCTION &instruction) {
-        return same_text_no_case(instruction.name, "HIGHZ");
-    });
-    if (option(OPT_ADD_TAP) && !has_instruction && check_hiz_signal() == 0)
-        vmr_fail("ERROR: (%s) pad '%s' needs the high impedance command of the TAP,\n"
-                 "       which the TAP has only with an instruction HIGHZ in %%INSTRUCTION_TABLE.\n\n",
-                 JTAG_BSC_FILE == nullptr ? "" : JTAG_BSC_FILE, row.pad_instance);
-    return HIZ_BUF;
-}
-
-/// The enable hangs on the high-impedance command, through the buffer of the row's group.
 void drive_by_highz(EDIT_FILE *fp, OPIN_ROW &row, const char *enable) {
     const BUFFER_CELL *buffer = highz_buffer(row);
     std::string name = format_text("highz_buf%d", row.highz_group);
@@ -94,6 +93,8 @@ void drive_by_highz(EDIT_FILE *fp, OPIN_ROW &row, const char *enable) {
         edit_connect(fp, pin_of(name, buffer->input),
                      current_multi_io_indexG > 0 ? port_net(TAP_HIZ_PIN) : tap_signal(TAP_HIZ_PIN));
 }
+
+namespace {
 
 /// Ties the %OE_MODE pins of the control cell and of the row's cell together.
 void tie_oe_mode(EDIT_FILE *fp, const OPIN_ROW &row, const char *enable, const char *control,

@@ -1,6 +1,7 @@
 // The drivers: planning, emission of the cells, wiring, and the runs of the tools.
 #include "editing/insertion.hh"
 
+#include "editing/bcm_flow.hh"
 #include "editing/cells.hh"
 #include "editing/multi_modules.hh"
 #include "editing/multi_ports.hh"
@@ -93,14 +94,18 @@ void plan_cells() {
     bs_reset_standard_port_ptr_of_TAP();
 }
 
-void add_scan_cell() {
-    plan_cells();
-    if (multi_io_module_flagG != 0 && rwv_hier_tap_ctrlG != 0)
-        vmr_fail("ERROR: Can not support hierarchic TAP controller for multiple IO-PAD modules.\n\n");
+void check_cells_exist() {
     if (std::ranges::none_of(rows(OPIN_TAB), row_gets_cells))
         vmr_fail("ERROR: no port of '%s' gets a boundary cell.\n       Please check the pin list in file "
                  "'%s'.\n\n",
                  TOP_MODULE, JTAG_BSC_FILE == nullptr ? "" : JTAG_BSC_FILE);
+}
+
+void add_scan_cell() {
+    plan_cells();
+    if (multi_io_module_flagG != 0 && rwv_hier_tap_ctrlG != 0)
+        vmr_fail("ERROR: Can not support hierarchic TAP controller for multiple IO-PAD modules.\n\n");
+    check_cells_exist();
     if (multi_io_module_flagG != 0) {
         open_multi_io_modules();
         bs_hier_search_tap_ports();
@@ -138,5 +143,21 @@ void add_boundary_scan_chain() {
 }
 
 void add_boundary_scan_module() {
-    vmr_fail("ERROR: option -add_bcm is not available in this version.\n\n");
+    init_multi_io_tables();
+    plan_cells();
+    check_cells_exist();
+    check_bcm_design();
+    vmr_printf(" - Synthesizing Boundary Registers in gate level ...\n\n");
+    PAD_MODULE_EXIST = 0;
+    open_sdb_file(MODULE_SDB);
+    make_top_sdb();
+    begin_bcm_cells();
+    for (int32_t row = first_row_with_cell(); row < DYNA_count(OPIN_TAB); row++)
+        if (OPIN_TAB[row].scan_cell != nullptr)
+            make_scan_cells_in_cmd_file(TAP_FP, row);
+    close_design();
+    edit_end_file(TAP_FP);
+    print_bso_file();
+    do_kalmedit();
+    print_report();
 }

@@ -232,15 +232,19 @@ void rwv_do_connection_table(EDIT_FILE *fp) {
                      side(entry->to_instance, entry->to_port));
 }
 
-void open_and_modify_top_sdb() {
+void begin_top_file(bool with_path) {
     std::string module = format_text("%s_jtag", TOP_MODULE);
     if (copy_file(MODULE_SDB, module + ".sdb") != 0)
         vmr_fail("ERROR: can't copy file %s. Perhaps permission denied.\n\n", MODULE_SDB);
     std::string path = format_text("%s/%s.cmd", RIMWEAVE_OPATH, module.c_str());
-    TAP_FP = edit_begin_file(path, module, true);
+    TAP_FP = edit_begin_file(path, module, with_path);
     if (TAP_FP == nullptr)
         vmr_fail("ERROR: can't open %s to update sdb.\n\n", path.c_str());
     vmr_printf("    .Editing command file    %s ...\n", path.c_str());
+}
+
+void open_and_modify_top_sdb() {
+    begin_top_file(true);
     if (option(OPT_ADD_TAP))
         write_new_tap();
     else

@@ -5,6 +5,9 @@
 
 #include <vector>
 
+/// Copies the top module and begins its file in TAP_FP, with a `path` line or without. Ends the run when the
+/// copy fails or the file can't be created.
+void begin_top_file(bool with_path);
 /// Copies the top module, begins its file in TAP_FP and writes the TAP section. Ends the run when the copy
 /// fails or the file can't be created.
 void open_and_modify_top_sdb();

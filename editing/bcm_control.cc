@@ -1,0 +1,125 @@
+// Control cells in <top>_BCM. Rows on one enable share a cell as in the other flows; who shares it reaches it
+// through its port.
+#include "editing/bcm_cells.hh"
+
+#include "description/lookups.hh"
+#include "planning/planning.hh"
+#include "support/console.hh"
+#include "support/run_state.hh"
+#include "support/text.hh"
+
+#include <map>
+
+namespace {
+
+/// What differs between the two kinds of control cell.
+struct CONTROL_KIND {
+    CONTROL_ROW **table;
+    int32_t OPIN_ROW::*field;
+    const char **role;
+    CELL_COUNTER counter;
+    const char *keyword;
+    bool is_oe;
+    EDIT_BLANKS blanks; ///< of the cell's `connect` lines
+};
+const CONTROL_KIND PLAIN = {&CONTROL_TAB, &OPIN_ROW::control, &CONTROL_SCAN, COUNT_CONTROL, "%CONTROL_SCAN",
+                            false,        EDIT_PLAIN};
+const CONTROL_KIND OE = {&CONTROL_OE_TAB,  &OPIN_ROW::oe_control, &CONTROL_OE_SCAN,
+                         COUNT_CONTROL_OE, "%CONTROL_OE_SCAN",    true,
+                         EDIT_WIDE_SECOND};
+
+/// The cells in <top>_BCM by their row of a control table.
+std::map<const CONTROL_ROW *, std::string> bcm_controls;
+
+const char *enable_of(const OPIN_ROW &row) {
+    return row.pad->en_l != nullptr ? row.pad->en_l : row.pad->en_h;
+}
+
+bool ties_oe_mode(const OPIN_ROW &row, const CONTROL_KIND &kind) {
+    return kind.is_oe && row.scan_cell->oe_mode_type != 0;
+}
+
+void make_cell(EDIT_FILE *fp, int32_t index, const CONTROL_KIND &kind, CONTROL_ROW &entry) {
+    OPIN_ROW &row = OPIN_TAB[index];
+    const SCAN_CELL *cell = get_scan_cell(*kind.role);
+    if (cell == nullptr)
+        vmr_fail("ERROR: can't find %s in file '%s'.\n\n", kind.keyword,
+                 JTAG_BSC_FILE == nullptr ? "" : JTAG_BSC_FILE);
+    const char *name = add_scan_tab(cell, index, false, true);
+    SCAN_COUNT[kind.counter]++;
+    std::string data_cell = last_bcm_cell();
+    std::string control = next_bcm_cell();
+    const char *enable = enable_of(row);
+    EDIT_OPERAND data_in = bcm_port(control, "IN");
+    // The first other node of the net is the source, a reader too: it is on the same net.
+    EDIT_OPERAND source = enable_source(row, enable, true);
+    cut_pin(fp, row.pad_instance, enable, data_in);
+    edit_connect(fp, data_in, source, kind.blanks);
+    edit_connect(fp, bcm_port(control, "OUT"), pin_of(row.pad_instance, enable), kind.blanks);
+    if (ties_oe_mode(row, kind) && cell->oe_mode_type != 2)
+        edit_connect(fp, bcm_port(control, "OUT"), bcm_port(data_cell, "OE"), EDIT_WIDE_SECOND);
+    entry.inst = kind.is_oe ? keep_text(control) : name;
+    entry.data_out = cell->data_out;
+    bcm_controls[&entry] = control;
+    count_bcm_cell();
+}
+
+void share_cell(EDIT_FILE *fp, const OPIN_ROW &row, const CONTROL_KIND &kind, const CONTROL_ROW &entry) {
+    const char *enable = enable_of(row);
+    auto known = bcm_controls.find(&entry);
+    if (known == bcm_controls.end()) {
+        cut_pin(fp, row.pad_instance, enable, pin_of(entry.inst, entry.scan_cell->data_in));
+        edit_connect(fp, pin_of(entry.inst, entry.data_out), pin_of(row.pad_instance, enable));
+        return;
+    }
+    const std::string &control = known->second;
+    cut_pin(fp, row.pad_instance, enable, bcm_port(control, "IN"));
+    edit_connect(fp, bcm_port(control, "OUT"), pin_of(row.pad_instance, enable));
+    if (ties_oe_mode(row, kind))
+        edit_connect(fp, bcm_port(control, "OUT"), bcm_port(last_bcm_cell(), "OE"));
+}
+
+void drive_enable(EDIT_FILE *fp, int32_t index, const CONTROL_KIND &kind) {
+    OPIN_ROW &row = OPIN_TAB[index];
+    int32_t control = row.*kind.field;
+    if (control == 0 || row.pad == nullptr)
+        return;
+    if (control < 0) {
+        drive_by_highz(fp, row, enable_of(row));
+        return;
+    }
+    CONTROL_ROW &entry = (*kind.table)[control - 1];
+    if (entry.inst == nullptr)
+        make_cell(fp, index, kind, entry);
+    else
+        share_cell(fp, row, kind, entry);
+}
+
+} // namespace
+
+void make_control_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
+    const OPIN_ROW &row = OPIN_TAB[index];
+    // A cell inside the pad holds the enable itself.
+    if (row.pad == nullptr || row.pad->control_bcell != nullptr)
+        return;
+    bool is_differential = row.pad->kind == BUFFER_DIFF_VOLTAGE || row.pad->kind == BUFFER_DIFF_CURRENT;
+    if (!is_differential || row.control_driver != 0)
+        drive_enable(fp, index, PLAIN);
+}
+
+void make_oe_control_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
+    drive_enable(fp, index, OE);
+}
+
+void add_control_beside_bcm(EDIT_FILE *fp, int32_t index, const char *name, bool may_be_oe) {
+    const OPIN_ROW &row = OPIN_TAB[index];
+    bool is_oe = may_be_oe && row.scan_cell->oe_mode != nullptr;
+    const CONTROL_KIND &kind = is_oe ? OE : PLAIN;
+    int32_t control = row.*kind.field;
+    if (control > 0 && bcm_controls.contains(&(*kind.table)[control - 1]))
+        drive_enable(fp, index, kind);
+    else if (is_oe)
+        add_oe_control_scan_cell_in_cmd(fp, index, name);
+    else
+        add_control_scan_cell_in_cmd(fp, index);
+}
