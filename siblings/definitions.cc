@@ -68,8 +68,21 @@ bool DEF_read_ports(NL_DESIGN &design, NL_MODULE &module, const std::vector<std:
     return true;
 }
 
+bool DEF_read_module(NL_DESIGN &design, NL_MODULE &module, const std::vector<std::string> &directories) {
+    std::string path = DEF_find(directories, NL_string(design.names, module.name));
+    if (path.empty())
+        return false;
+    std::vector<int32_t> order;
+    TREE tree = {design, directories, order, {}};
+    read_module(tree, NL_module(design, module.name), path);
+    return true;
+}
+
 int32_t DEF_read_tree(NL_DESIGN &design, const std::string &path, const std::string &name,
                       const std::vector<std::string> &directories, std::vector<int32_t> &order) {
+    // What a flat design keeps of its modules is their names; taken for instances, they would be there twice.
+    if (name.ends_with(".c"))
+        TOOL_fail(path, 0, "this is a flat design, which has no modules below it.");
     TREE tree = {design, directories, order, {}};
     int32_t index = NL_module(design, NL_name(design.names, name));
     read_module(tree, index, path);

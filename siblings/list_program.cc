@@ -83,7 +83,9 @@ int LIST_main(int argc, char **argv) {
     NL_DESIGN design;
     std::vector<int32_t> order;
     int32_t top = DEF_read_tree(design, path, name, directories, order);
-    if (design.modules[static_cast<size_t>(top)].is_cell || !arguments.hierarchy)
+    if (design.modules[static_cast<size_t>(top)].is_cell)
+        TOOL_fail(path, 0, "this is a library cell, which has no contents.");
+    if (!arguments.hierarchy)
         order = {top};
     std::vector<const NL_MODULE *> modules;
     for (int32_t index : order)

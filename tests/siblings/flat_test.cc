@@ -39,6 +39,19 @@ TEST(Flat, KeepsWhatIsEmpty) {
     EXPECT_EQ(folder.read("top_flat.v").find("later"), std::string::npos) << folder.read("top_flat.v");
 }
 
+// A module that an earlier run of the reader left is expanded like one of the same run.
+TEST(Flat, ModulesOfAnEarlierRun) {
+    netlist_folder folder;
+    folder.take("leaf", "module leaf (input a, output y); INV i (a, y); endmodule");
+    folder.take("mid", "module mid (input a, output y); leaf l (a, y); endmodule");
+    folder.take("top", "module top (input a, output y); mid m (a, y); endmodule");
+    std::string flat = folder.read("top.c.sdb");
+    folder.tool("kalmflat -cellonly -keepempty top");
+    EXPECT_EQ(folder.read("top.c.sdb"), flat);
+    EXPECT_EQ(folder.read("top_flat.v"), "module top (\n    input a,\n    output y\n);\n"
+                                         "  INV \\m.l.i  (.A(a), .Z(y));\nendmodule\n");
+}
+
 // Names that are the same once the levels are gone, and names that only look like a level.
 TEST(Flat, NamesStayApart) {
     netlist_folder folder;
@@ -70,6 +83,7 @@ TEST(Flat, Refusals) {
         {"alone/solo -opath .", "'gone' has no SDB file on the search path"},
         {"cut/top -opath .", "cut/top.sdb"},
         {"lib/INV -opath .", "lib/INV.sdb: this is a library cell"},
+        {"top.c -opath .", "top.c.sdb: this is a flat design"},
         {"top -opath none", "none/top"},
     };
     std::string flat = folder.read("top.c.sdb");

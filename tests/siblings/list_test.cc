@@ -314,6 +314,20 @@ TEST(List, VhdlNamesThatDifferByCase) {
 TEST(List, Refusals) {
     netlist_folder folder;
     folder.take("top", netlist_design);
+    // Files that fitted each other when they were made, and do so no more.
+    folder.run("mkdir loop less");
+    folder.write("ring.v",
+                 "module ring (input a); link l (a); endmodule module link (input a); INV i (a); endmodule");
+    folder.tool("kalmverin ring.v -opath loop");
+    folder.write("link.v", "module link (input a); ring r (a); endmodule");
+    folder.tool("kalmverin -lib ring.v -opath lib");
+    folder.tool("kalmverin link.v");
+    folder.run("rm lib/ring.sdb lib/link.sdb; mv link.sdb loop");
+    folder.write("user.v", "module user (input a); part p (a, a); endmodule\n"
+                           "module part (input a, input b); NAND2 n (a, b); endmodule");
+    folder.tool("kalmverin user.v -opath less");
+    folder.write("part.v", "module part (input a); INV i (a); endmodule");
+    folder.tool("kalmverin part.v -opath less");
     folder.write("out.v", "kept");
     folder.run("head -c 300 top.sdb > cut.sdb; mkdir folder.sdb; mkdir -m 555 closed");
     struct {
@@ -333,6 +347,10 @@ TEST(List, Refusals) {
         {"-verilog -o out.v lib/none.sdb -add_path .", "there is no file 'lib/none.sdb'"},
         {"-verilog -o out.v cut.sdb", "cut.sdb"},
         {"-verilog -o out.v folder.sdb", "folder.sdb"},
+        {"-verilog -o out.v top.c.sdb", "top.c.sdb: this is a flat design"},
+        {"-verilog -o out.v lib/INV.sdb", "lib/INV.sdb: this is a library cell"},
+        {"-verilog -o out.v loop/ring.sdb", "the module 'ring' contains itself"},
+        {"-verilog -o out.v less/user.sdb", "'part' has no port 'b', which its instances here have as a pin"},
         {"-verilog -o none/out.v top.sdb", "none/out.v: this file can't be written"},
         {"-verilog -o lib top.sdb", "lib"},
     };
