@@ -124,7 +124,7 @@ constexpr MENU_ENTRY module_entries[] = {
 
 constexpr GUIDE_MENU module_menu = {.screen = module_screen,
                                     .indent = 10,
-                                    .value_column = 46,
+                                    .value_column = 47,
                                     .dots = "......... ",
                                     .data_prompt = {16, "Enter Data : "},
                                     .entries = module_entries};

@@ -1,0 +1,190 @@
+// Files: found, saved, left alone; and the road from the first menu to a chip.
+#include "tests/guide/guide_run.hh"
+
+#include <map>
+#include <regex>
+#include <vector>
+
+namespace {
+
+const std::string uart_chip = RW_SOURCE_DIR "/examples/uart_chip/";
+
+void lay_out_description(const guide_folder &guide) {
+    run_result result = guide.scratch.run("cp " + uart_chip + "chip.bsc " + uart_chip + "chip.lib " +
+                                          uart_chip + "chip.pin .");
+    ASSERT_EQ(result.status, 0) << result.err;
+}
+
+void lay_out_cells(const guide_folder &guide) {
+    run_result result = guide.scratch.run("mkdir -p lib; cp " + uart_chip +
+                                          "cells.v .; " RW_BIN_DIR "/kalmverin -lib cells.v -opath lib");
+    ASSERT_EQ(result.status, 0) << result.out << result.err;
+}
+
+/// Name to text of the files that the guide may touch.
+std::map<std::string, std::string> description_files(const guide_folder &guide) {
+    std::map<std::string, std::string> files;
+    for (const auto &entry : std::filesystem::recursive_directory_iterator(guide.scratch.dir))
+        if (entry.is_regular_file() && entry.path().extension() != ".rpt")
+            files[entry.path().filename()] =
+                guide.scratch.read(entry.path().lexically_relative(guide.scratch.dir).string());
+    return files;
+}
+
+std::vector<std::string> lines_of(const std::string &text) {
+    std::vector<std::string> lines;
+    for (size_t start = 0; start < text.size(); start = text.find('\n', start) + 1)
+        lines.push_back(text.substr(start, text.find('\n', start) + 1 - start));
+    return lines;
+}
+
+} // namespace
+
+TEST(GuideFiles, FromNothingToATap) {
+    guide_folder guide;
+    lay_out_cells(guide);
+    run_result result = guide.session(beside_the_tests("first_chip.in"));
+    EXPECT_EQ(result.status, 0) << result.out << result.err;
+    EXPECT_TRUE(holds(result.out,
+                      "Enter Command : File was written to chip.bsc\nFile was written to chip.lib\n"
+                      "File was written to chip.pin\n\n - Reading input files ...\n"
+                      "    chip.bsc,  chip.lib.\n\n\n"))
+        << result.out.substr(result.out.size() - 1000);
+    for (const char *ending : {"bsc", "lib", "pin"})
+        EXPECT_EQ(guide.scratch.read(std::string("chip.") + ending),
+                  beside_the_tests(std::string("first_chip.") + ending));
+    EXPECT_TRUE(guide.scratch.has("chip_TAP.v"));
+    // Nothing of the session is told in the report.
+    std::string report = guide.scratch.read("chip.rwv.rpt");
+    EXPECT_FALSE(holds(report, "Menu") || holds(report, "File was written")) << report;
+    // A later run without the guide reads the same.
+    EXPECT_EQ(guide.scratch.run(RW_BIN_DIR "/rimweave chip -add_tap_only").status, 0);
+}
+
+// The guide has no word for %TDO_EN, so the pad of this TDO is one that always drives.
+TEST(GuideFiles, FromNothingToASimulatedChip) {
+    guide_folder guide;
+    lay_out_cells(guide);
+    std::string chip =
+        std::regex_replace(beside_the_tests("../../../examples/uart_chip/chip.v"),
+                           std::regex("TPAD( +pad_tdo +\\(.I\\(1'b0\\)), .OEN\\(1'b1\\)"), "OPAD$1");
+    guide.scratch.write("chip.v", chip);
+    std::string tests = RW_SOURCE_DIR "/tests/chips/";
+    std::string plan = guide.scratch.run("cat " + tests + "uart_chip/plan.json").out;
+    plan.replace(plan.find('{'), 1, "{ \"tdo_always_driven\": true,");
+    plan = std::regex_replace(plan, std::regex("\\.\\./\\.\\./\\.\\./examples"), RW_SOURCE_DIR "/examples");
+    guide.scratch.write("plan.json", plan);
+    ASSERT_EQ(guide.scratch.run(RW_BIN_DIR "/kalmverin chip.v").status, 0);
+    run_result result = guide.session(beside_the_tests("first_chip.in"), "-add_tap");
+    ASSERT_EQ(result.status, 0) << result.out << result.err;
+    result =
+        guide.scratch.run("python3 " + tests + "proof.py --built --simulate-only --plan plan.json --work .");
+    EXPECT_EQ(result.status, 0) << result.out << result.err;
+    EXPECT_TRUE(holds(result.out, "PROOF PASSED: chip, 40 boundary cells")) << result.out << result.err;
+}
+
+// A saved file holds what the guide can edit and nothing else; it is written where it was found.
+TEST(GuideFiles, ExistingFilesAreEdited) {
+    guide_folder guide;
+    lay_out_cells(guide);
+    lay_out_description(guide);
+    guide.scratch.run("mv chip.lib lib");
+    run_result result = guide.answer(
+        {"1",  "5",  "nreset", "6",  "2",    "1",   "14",  "4",  "22", "3",  "tap_1", "4",  "5",  "4",  "2",
+         "5",  "AA", "1",      "6",  "6",    "2",   "1",   "",   "",   "",   "11",    "",   "",   "",   "17",
+         "",   "",   "",       "33", "",     "",    "",    "49", "",   "",   "",      "55", "",   "",   "",
+         "16", "",   "",       "",   "26",   "",    "",    "",   "3",  "",   "",      "",   "32", "",   "",
+         "",   "39", "",       "",   "",     "48",  "",    "",   "",   "54", "",      "",   "",   "31", "",
+         "",   "",   "60",     "",   "",     "",    "61",  "",   "",   "",   "62",    "",   "",   "",   "63",
+         "",   "",   "",       "2",  "XTAL", "clk", "CLK", "",   "3",  "8"});
+    EXPECT_EQ(result.status, 0) << result.out << result.err;
+    EXPECT_TRUE(holds(result.out, "File was written to ./chip.bsc\nFile was written to ./lib/chip.lib\n"
+                                  "File was written to chip.pin\n"))
+        << result.out;
+    EXPECT_FALSE(guide.scratch.has("chip.lib"));
+    std::string lib = guide.scratch.read("lib/chip.lib"), bsc = guide.scratch.read("chip.bsc"),
+                pin = guide.scratch.read("chip.pin");
+    for (const char *part :
+         {"%GLOBAL_TRST     nreset;", "%INSTANCE_NAME    tap_1;", "%CLOCK_SCAN      BC_CLK;",
+          "INTEST = (0011)  ACCESS  BOUNDARY;", "%FILE_NAME  chip.pin;"})
+        EXPECT_TRUE(holds(bsc, part)) << part << "\n" << bsc;
+    for (const char *part : {"%GROUP_SIZE     4;", "%BUFFER        CKPAD\n {\n  %FUNCTION    CLOCK;\n",
+                             "%BUFFER        TBUF\n {\n  %FUNCTION    BUF;\n  %INPUT       A"})
+        EXPECT_TRUE(holds(lib, part)) << part << "\n" << lib;
+    EXPECT_FALSE(holds(lib, "%TDO_EN")) << lib;
+    EXPECT_EQ(lines_of(pin).at(0), "%PACKAGE_TYPE My_Chip 46;\n");
+    EXPECT_EQ(lines_of(pin).at(1), "2  XTAL  clk  CLK\n");
+    EXPECT_EQ(lines_of(pin).at(2), "4  RST_N  rst_n  IN\n");
+}
+
+// Roles and TAP names that were read or typed, but are in no file, must not reach the run.
+TEST(GuideFiles, NothingButTheFilesReachesTheRun) {
+    guide_folder guide;
+    lay_out_cells(guide);
+    EXPECT_EQ(guide.session(beside_the_tests("first_chip.in")).status, 0);
+    std::string before = guide.scratch.read("chip_TAP.v");
+    run_result result = guide.answer({"2", "2", "no_such_tap", "4", "4", "1", "1", "no_such_cell", "6", "5"});
+    EXPECT_EQ(result.status, 0) << result.out << result.err;
+    EXPECT_EQ(guide.scratch.read("chip_TAP.v"), before);
+}
+
+TEST(GuideFiles, AbortLeavesAllFilesAlone) {
+    guide_folder guide;
+    lay_out_description(guide);
+    auto before = description_files(guide);
+    run_result result = guide.answer({"1", "1", "x", "6", "6", "2", "2", "a", "b", "c", "", "3", "10"});
+    EXPECT_EQ(result.status, 255);
+    EXPECT_EQ(description_files(guide), before);
+    EXPECT_FALSE(holds(result.out, "written"));
+}
+
+// The input may end anywhere: every menu is left, nothing is saved, and the run goes on.
+TEST(GuideFiles, EndOfInputAnywhere) {
+    for (const char *name : {"all_fields.in", "every_menu.in"}) {
+        std::vector<std::string> answers = lines_of(beside_the_tests(name));
+        std::string input;
+        guide_folder guide;
+        for (size_t count = 0; count < answers.size(); count += 3) {
+            run_result result = guide.session(input);
+            EXPECT_EQ(result.status, 255) << name << " " << count << result.err;
+            ASSERT_TRUE(holds(result.out, "can't find BSC file 'chip.bsc'")) << name << " " << count;
+            EXPECT_TRUE(description_files(guide).empty());
+            for (size_t i = count; i < count + 3 && i < answers.size(); ++i)
+                input += answers[i];
+        }
+    }
+    guide_folder guide;
+    EXPECT_EQ(guide.scratch.run("exec <&-; " + guide.command("-add_tap_only")).status, 255);
+}
+
+TEST(GuideFiles, InputThatEndsInTheMiddleOfALine) {
+    guide_folder guide;
+    EXPECT_EQ(guide.session("1\n1\nabc\n6\n9").status, 0);
+    EXPECT_TRUE(holds(guide.scratch.read("chip.bsc"), "%GLOBAL_TDI      abc;\n"));
+}
+
+TEST(GuideFiles, FilesThatCannotBeWritten) {
+    {
+        guide_folder guide;
+        run_result result = guide.answer({"6", "1", "none/p", "2", "1", "A", "", "", "3", "8"});
+        EXPECT_EQ(result.status, 255);
+        EXPECT_TRUE(result.out.ends_with("File was written to chip.bsc\nFile was written to chip.lib\n"
+                                         "Can't open none/p to write\n"))
+            << result.out;
+    }
+    {
+        guide_folder guide; // nothing to write is no failure; the message stands all the same
+        run_result result = guide.answer({"6", "1", "none/p", "3", "9"});
+        EXPECT_EQ(result.status, 0);
+        EXPECT_TRUE(result.out.ends_with("File was written to none/p\n")) << result.out;
+    }
+    {
+        guide_folder guide;
+        lay_out_description(guide);
+        guide.scratch.run(
+            "mkdir full; mv chip.lib full; ln -s /dev/full chip.out; sed -i 's/chip.pin/chip.out/' chip.bsc; "
+            "mv full/chip.lib .; rmdir full");
+        run_result result = guide.answer({"6", "1", "chip.out", "2", "1", "A", "", "", "3", "9"});
+        EXPECT_EQ(result.status, 255) << result.out;
+    }
+}
