@@ -1,6 +1,7 @@
 #include "editing/multi_modules.hh"
 
 #include "editing/cells.hh"
+#include "editing/existing_tap.hh"
 #include "editing/pad_sides.hh"
 #include "editing/tap_place.hh"
 #include "editing/tap_top.hh"
@@ -61,7 +62,7 @@ void begin_top() {
     begin_module(0);
     TAP_FP = IO_MODULES[0].file;
     if (!option(OPT_ADD_TAP)) {
-        free_existing_tap();
+        free_existing_tap(TAP_FP);
         return;
     }
     edit_add_instance(TAP_FP, TAP_INSTANCE_NAME, TAP_MODULE_NAME);

@@ -1,5 +1,6 @@
 #include "editing/pad_levels.hh"
 
+#include "editing/existing_tap.hh"
 #include "editing/tap_hierarchy.hh"
 #include "editing/tap_place.hh"
 #include "editing/tap_top.hh"
@@ -46,9 +47,10 @@ bool has_tap_port(const SIGNAL_ROUTE &route, int32_t level) {
     return route.stop >= 0 && level >= route.stop;
 }
 
-/// A standard port that the chip has, or that is added with the TAP.
+/// A standard port that the chip has, or that is added with the TAP, and that is to be joined to the TAP.
 bool port_exists(STANDARD_PORT port) {
-    return port_is_used(port) && (TAP_PORT[port].row != nullptr || option(OPT_ADD_TAP));
+    return port_is_used(port) && (TAP_PORT[port].row != nullptr || option(OPT_ADD_TAP)) &&
+           !design_wires_port(port);
 }
 
 /// The enable of the TDO pad needs a wire: the TAP gives it, and the pad takes it.
@@ -82,7 +84,7 @@ void add_port(const PAD_LEVEL &level, const char *name, EDIT_PORT direction) {
 
 void add_control_ports(const PAD_LEVEL &level) {
     for (STANDARD_PORT port : PORT_ORDER)
-        if (port_is_used(port) && TAP_PORT[port].row != nullptr &&
+        if (port_exists(port) && TAP_PORT[port].row != nullptr &&
             has_tap_port(PORT_ROUTES[port], level.number))
             add_port(level, tap_port_name(port).c_str(), port == PORT_TDO ? EDIT_INPUT : EDIT_OUTPUT);
     for (const char *pin : crossing_signals())
@@ -116,6 +118,8 @@ void add_tap_here() {
     } else if (option(OPT_ADD_TAP)) {
         edit_add_instance(PAD_FP, TAP_INSTANCE_NAME, TAP_MODULE_NAME);
         write_idcode_lines(PAD_FP);
+    } else {
+        free_existing_tap(PAD_FP);
     }
 }
 
@@ -332,7 +336,7 @@ void replace_cell_in_top(int32_t index) {
         connect_ports_into_path(levels, inst);
     } else {
         for (STANDARD_PORT port : PORT_ORDER) {
-            if (!port_is_used(port) || TAP_PORT[port].row == nullptr)
+            if (!port_exists(port) || TAP_PORT[port].row == nullptr)
                 continue;
             connect_top_port(port, inst);
             if (port == PORT_TDO && TAP_TDO_EN_PIN != nullptr)

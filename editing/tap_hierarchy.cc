@@ -1,5 +1,6 @@
 #include "editing/tap_hierarchy.hh"
 
+#include "editing/existing_tap.hh"
 #include "editing/tap_place.hh"
 #include "editing/tap_top.hh"
 #include "editing/tool_runs.hh"
@@ -41,8 +42,13 @@ void write_path_file(int32_t level, bool holds_tap) {
     } else if (option(OPT_ADD_TAP)) {
         edit_add_instance(fp, TAP_INSTANCE_NAME, TAP_MODULE_NAME);
         write_idcode_lines(fp);
+    } else {
+        free_existing_tap(fp);
     }
-    rwv_added_tap_ctrl_ports_into_parent(fp, TAP_INSTANCE_NAME);
+    if (option(OPT_ADD_TAP))
+        rwv_added_tap_ctrl_ports_into_parent(fp, TAP_INSTANCE_NAME);
+    else
+        lift_existing_tap_ports(fp, TAP_INSTANCE_NAME);
     edit_end_file(fp);
 }
 

@@ -2,6 +2,7 @@
 
 #include "description/lookups.hh"
 #include "editing/cell_routines.hh"
+#include "editing/existing_tap.hh"
 #include "editing/tap_place.hh"
 #include "planning/tracing.hh"
 #include "planning/validation.hh"
@@ -14,15 +15,6 @@
 #include <algorithm>
 
 namespace {
-
-/// The order of the control signals' pins at module borders, and of those of a TAP that stands already.
-constexpr CONTROL_SIGNAL BORDER_ORDER[] = {SIG_SHIFT, SIG_CLOCK, SIG_UPDATE, SIG_HIGHZ,
-                                           SIG_RST,   SIG_MODE1, SIG_MODE2,  SIG_MODE3};
-
-bool signal_is_used(CONTROL_SIGNAL signal) {
-    return TAP_PIN[signal] != nullptr &&
-           (signal == SIG_SHIFT || signal == SIG_CLOCK || BCELL_HAS[signal] != 0);
-}
 
 bool row_uses_highz_buffer(const OPIN_ROW &row) {
     return row.scan_cell != nullptr && (row.control < 0 || row.oe_control < 0);
@@ -53,11 +45,6 @@ const char *border_pin(CONTROL_SIGNAL signal) {
         if (signal == MODE_SIGNALS[mode])
             return mode_pin_of_pads(mode);
     return nullptr;
-}
-
-void free_pin(int32_t net, const char *pin) {
-    if (pin != nullptr && is_constant_net(net))
-        edit_disconnect(TAP_FP, pin_of(TAP_INSTANCE_NAME, pin));
 }
 
 /// The wire between the chip's side of a signal and the TAP. A TAP in the pads' path gets its pins with the
@@ -149,12 +136,18 @@ void write_standard_port(STANDARD_PORT port) {
     edit_connect(TAP_FP, row_operand(port), pin_of(TAP_INSTANCE_NAME, TAP_PORT[port].tap_pin));
 }
 
+/// A TAP path that begins in the top module, beside the pads' path.
+void replace_tap_path() {
+    const TAP_PATH_ROW &first = rwv_hier_tap_ctrl_name_tabG[0];
+    if (rwv_hier_same_instance_iopadG < 0)
+        edit_replace(TAP_FP, first.inst, format_text("%s_bs", first.module));
+}
+
 void write_new_tap() {
     if (rwv_hier_tap_ctrlG == 0)
         edit_add_instance(TAP_FP, TAP_INSTANCE_NAME, TAP_MODULE_NAME);
-    else if (rwv_hier_same_instance_iopadG < 0)
-        edit_replace(TAP_FP, rwv_hier_tap_ctrl_name_tabG[0].inst,
-                     format_text("%s_bs", rwv_hier_tap_ctrl_name_tabG[0].module));
+    else
+        replace_tap_path();
     for (STANDARD_PORT port : {PORT_TDI, PORT_TMS, PORT_TCK, PORT_TDO, PORT_TRST})
         if (port_is_used(port))
             write_standard_port(port);
@@ -163,17 +156,6 @@ void write_new_tap() {
 }
 
 } // namespace
-
-void free_existing_tap() {
-    for (CONTROL_SIGNAL signal : BORDER_ORDER)
-        if (signal_is_used(signal))
-            free_pin(TAP_FLAG.control[signal], TAP_PIN[signal]);
-    for (int32_t i = 0; i < BCELL_EXTRA && i < DYNA_count(TAP_EXTRA_PIN); i++)
-        if (i < DYNA_count(TAP_FLAG.extras))
-            free_pin(TAP_FLAG.extras[i], TAP_EXTRA_PIN[i]);
-    free_pin(TAP_FLAG.first_bcell, TAP_CONTR->first_bcell);
-    free_pin(TAP_FLAG.last_bcell, TAP_CONTR->last_bcell);
-}
 
 void add_standard_port(STANDARD_PORT port) {
     EDIT_PORT direction = port == PORT_TDO ? EDIT_OUTPUT : EDIT_INPUT;
@@ -193,6 +175,11 @@ void add_standard_port(STANDARD_PORT port) {
     connect_to_tap({added.instance, core_pin}, tap_pin, PORT_ROUTES[port].top);
     if (port == PORT_TDO)
         connect_added_tdo_enable(added);
+}
+
+bool signal_is_used(CONTROL_SIGNAL signal) {
+    return TAP_PIN[signal] != nullptr &&
+           (signal == SIG_SHIFT || signal == SIG_CLOCK || BCELL_HAS[signal] != 0);
 }
 
 int copy_file(const std::string &from, const std::string &to) {
@@ -247,6 +234,10 @@ void open_and_modify_top_sdb() {
     begin_top_file(true);
     if (option(OPT_ADD_TAP))
         write_new_tap();
+    else if (rwv_hier_tap_ctrlG == 0)
+        free_existing_tap(TAP_FP);
     else
-        free_existing_tap();
+        replace_tap_path();
+    if (!option(OPT_ADD_TAP) && PAD_MODULE_EXIST == 0)
+        warn_of_unwired_ports();
 }

@@ -12,6 +12,12 @@ void begin_top_file(bool with_path);
 /// fails or the file can't be created.
 void open_and_modify_top_sdb();
 
+/// The order of the control signals' pins at module borders, and of those of a TAP that stands already.
+constexpr CONTROL_SIGNAL BORDER_ORDER[] = {SIG_SHIFT, SIG_CLOCK, SIG_UPDATE, SIG_HIGHZ,
+                                           SIG_RST,   SIG_MODE1, SIG_MODE2,  SIG_MODE3};
+/// True for a signal that a declared cell has a pin for.
+bool signal_is_used(CONTROL_SIGNAL signal);
+
 /// Signals that a module with cells gets from outside, by the TAP pins' names, in the order of their lines:
 /// the control signals that are in use and the extra pins, each name once.
 std::vector<const char *> crossing_signals();
@@ -19,8 +25,6 @@ std::vector<const char *> crossing_signals();
 /// The 32 lines that tie the TAP's IDCODE input, when -external_idcode asks for them.
 void write_idcode_lines(EDIT_FILE *fp);
 
-/// Pins of a TAP that stands already are freed of the constants that the design ties them to.
-void free_existing_tap();
 /// Makes a port that the design does not have, with a pad under -add_pad, and joins it to the TAP.
 void add_standard_port(STANDARD_PORT port);
 

@@ -12,16 +12,17 @@ struct OPIN_ROW;
 extern TAP_CELL *TAP_CONTR;
 
 /// Flags of what the declared cells and the pads need. The cell checks set them, the pad check and
-/// the classification add the modes of pads and %BS_BUFFER cells. BCELL_HAS[SIG_SHIFT] and [SIG_CLOCK] are not used.
+/// the classification add the modes of pads and %BS_BUFFER cells. BCELL_HAS[SIG_SHIFT] and [SIG_CLOCK] are
+/// not used.
 extern int32_t BCELL_HAS[SIGNAL_COUNT];
 extern int32_t BCELL_EXTRA; ///< largest count of %EXTRA_n pins among the declared cells
 extern int32_t TDO_EN_LOW;  ///< 1 when the pad on the TDO port has an active-low enable
 
-/// Pins of the TAP without a leading '-'; null when the signal is not needed. Set by jtag_init and by the field
-/// checks. TAP_PIN[SIG_BCLK] is always null: that pin is the fixed BCELL_TCK.
+/// Pins of the TAP without a leading '-'; null when the signal is not needed. Set by jtag_init and by the
+/// field checks. TAP_PIN[SIG_BCLK] is always null: that pin is the fixed BCELL_TCK.
 extern const char *TAP_PIN[SIGNAL_COUNT];
 extern const char *TAP_TDO_EN_PIN;
-extern const char *TAP_HIZ_PIN;   ///< pin of %HIGHZ_COMMAND, also when no cell has %HIGHZ
+extern const char *TAP_HIZ_PIN;    ///< pin of %HIGHZ_COMMAND, also when no cell has %HIGHZ
 extern const char **TAP_EXTRA_PIN; ///< table with BCELL_EXTRA rows: pin of %EXTRA_n in row n-1
 
 extern int32_t HIZ_FLAG;         ///< 1 when the TAP cell has %HIGHZ_COMMAND
@@ -50,12 +51,14 @@ enum STANDARD_PORT : int32_t { PORT_TDI, PORT_TDO, PORT_TMS, PORT_TCK, PORT_TRST
 
 /// One standard port: what is fixed, and where the run found it.
 struct STANDARD_PORT_STATE {
-    const char *word;                ///< "tdi": as in vmr_tap_tdi and %GLOBAL_TDI
-    const char **global_name;        ///< address of GLOBAL_TDI and its sisters
+    const char *word;                 ///< "tdi": as in vmr_tap_tdi and %GLOBAL_TDI
+    const char **global_name;         ///< address of GLOBAL_TDI and its sisters
     const char *TAP_CELL::*tap_field; ///< field of the TAP cell
-    const char *tap_pin;             ///< TAP_TDI_PIN and its sisters: the TAP's pin without '-', null when not needed
-    OPIN_ROW *row;                   ///< TAP_TDI_PIN_PTR and its sisters: the port's row when the design has the port
-    int32_t pin_index;               ///< tdi_pin_indexG and its sisters: the row number, -1 before it is known
+    const char *tap_pin; ///< TAP_TDI_PIN and its sisters: the TAP's pin without '-', null when not needed
+    OPIN_ROW *row;       ///< TAP_TDI_PIN_PTR and its sisters: the port's row when the design has the port
+    int32_t pin_index;   ///< tdi_pin_indexG and its sisters: the row number, -1 before it is known
+    const char *tap_net =
+        nullptr; ///< net of the pin of an existing TAP, when the design has more on that net
 };
 extern STANDARD_PORT_STATE TAP_PORT[STANDARD_PORT_COUNT];
 
@@ -64,14 +67,15 @@ struct TAP_PATH_ROW {
     const char *inst;
     const char *module; ///< null until the module is looked up in the design; stays null in the last row
 };
-extern int32_t rwv_hier_tap_ctrlG;               ///< 1 when TAP_INSTANCE_NAME was a path
+extern int32_t rwv_hier_tap_ctrlG;                ///< 1 when TAP_INSTANCE_NAME was a path
 extern TAP_PATH_ROW *rwv_hier_tap_ctrl_name_tabG; ///< table of that path, or null
 
-/// Names of the TAP module's ports for the parents of a hierarchical TAP, written with the port-only TAP module:
-/// 0 standard inputs, 1 TDO, 2 TDO enable and enable pins, 3 chain inputs, 4 chain outputs, 5 control outputs,
-/// 6 further inputs.
+/// Names of the TAP module's ports for the parents of a hierarchical TAP, written with the port-only TAP
+/// module: 0 standard inputs, 1 TDO, 2 TDO enable and enable pins, 3 chain inputs, 4 chain outputs, 5 control
+/// outputs, 6 further inputs.
 constexpr int32_t TAP_PORT_TABLES = 7;
 extern const char **rwv_hier_tap_port_tabG[TAP_PORT_TABLES];
 
-/// TAP_INSTANCE_NAME as the user gave it, a path included; set when the inputs are checked, null when not given.
+/// TAP_INSTANCE_NAME as the user gave it, a path included; set when the inputs are checked, null when not
+/// given.
 extern const char *org_tap_instance_nameG;

@@ -259,6 +259,17 @@ void check_tap_pins(FIELD_CHECK &check) {
     HIZ_FLAG = TAP_CONTR->highz_command != nullptr;
 }
 
+// What the design has on the standard pins of an existing TAP. A pin alone on its net is not wired yet.
+void note_tap_nets(int32_t tap_obj) {
+    for (STANDARD_PORT_STATE &port : TAP_PORT) {
+        port.tap_net = nullptr;
+        int32_t node = find_pin_node(tap_obj, port.tap_pin);
+        int32_t net = node < 0 ? -1 : node_tab[node].net;
+        if (net >= 0 && !is_constant_net(net) && find_adjacent_node(node) >= 0)
+            port.tap_net = keep_text_or_null(SDB_net_name(sdb, net));
+    }
+}
+
 void check_extra_pins(FIELD_CHECK &check) {
     for (const char *extra : rows(TAP_CONTR->extras))
         check.need_inv |= is_active_low(extra);
@@ -389,15 +400,20 @@ void check_buffer_cell(const char *keyword, const char *name) {
     SDB_setup(design);
 }
 
-// Notes an active-low enable on the TDO port's pad.
-void look_at_tdo_pad(const char *name) {
-    int32_t port = SDB_nl_search_port(without_minus(name));
-    if (port == -1)
-        return;
-    int32_t node = get_node_connected_to_portnode(port);
-    const BUFFER_CELL *buffer = get_buffer(object_class_name(node_tab[node].obj));
-    if (buffer != nullptr && buffer->en_l != nullptr)
-        TDO_EN_LOW = 1;
+// Notes an active-low enable on the TDO port's pad, which -add_pad adds when the design has no such port.
+// `pin` is null for a port that the pin file does not name.
+void look_at_tdo_pad(const PIN_ENTRY *pin) {
+    const BUFFER_CELL *buffer = nullptr;
+    int32_t port = SDB_nl_search_port(without_minus(GLOBAL_TDO));
+    if (port >= 0 && pin != nullptr)
+        buffer = get_buffer(object_class_name(node_tab[get_node_connected_to_portnode(port)].obj));
+    else if (port < 0 && option(OPT_ADD_PAD))
+        buffer = get_buffer(pin != nullptr && pin->pad_name != nullptr ? pin->pad_name : OUTPUT_BUFFER);
+    PIN_ENTRY unnamed = {};
+    unnamed.pad_enable = -1;
+    bool is_low = false;
+    if (buffer != nullptr && chosen_enable_pin(buffer, pin != nullptr ? pin : &unnamed, &is_low) != nullptr)
+        TDO_EN_LOW = is_low;
 }
 
 // Notes the mode pins of a mux pad, and all that the cell inside a pad wants: the TAP must then have them,
@@ -444,15 +460,18 @@ void rwv_check_hier_tap_ctrl_instance() {
 void check_connect_pad() {
     open_sdb_file(MODULE_C_SDB);
     TDO_EN_LOW = 0;
+    const PIN_ENTRY *tdo = nullptr;
     for (const PIN_ENTRY *pin : rows(PIN_TABLE)) {
         const char *name = pin->top_name;
         if (name == nullptr || is_internal_pin(pin) || is_observe_pin(pin))
             continue;
         if (same_text(name, GLOBAL_TDO))
-            look_at_tdo_pad(name);
+            tdo = pin;
         if (!skip_signal(name))
             look_at_mode_pins(name);
     }
+    if (GLOBAL_TDO != nullptr)
+        look_at_tdo_pad(tdo);
     SDB_close(sdb, 0);
     sdb = nullptr;
 }
@@ -477,6 +496,7 @@ void check_necessary_fields() {
         TAP_CONTR = get_tap_cell(TAP_MODULE_NAME);
     if (TAP_CONTR != nullptr) {
         check_tap_pins(check);
+        note_tap_nets(check.tap_obj);
         check_extra_pins(check);
         check_tap_buffers(check);
         choose_highz_buffer();

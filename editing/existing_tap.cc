@@ -1,0 +1,63 @@
+#include "editing/existing_tap.hh"
+
+#include "editing/tap_top.hh"
+#include "planning/tracing.hh"
+#include "planning/validation.hh"
+#include "support/console.hh"
+#include "support/run_state.hh"
+#include "support/text.hh"
+
+namespace {
+
+void free_pin(EDIT_FILE *fp, int32_t net, const char *pin) {
+    if (pin != nullptr && is_constant_net(net))
+        edit_disconnect(fp, pin_of(TAP_INSTANCE_NAME, pin));
+}
+
+void lift(EDIT_FILE *fp, const char *inst, const char *pin, EDIT_PORT direction) {
+    edit_add_port(fp, pin, direction);
+    edit_connect(fp, pin_of(inst, pin), port_net(pin));
+}
+
+} // namespace
+
+bool design_wires_port(STANDARD_PORT port) {
+    const STANDARD_PORT_STATE &state = TAP_PORT[port];
+    if (option(OPT_ADD_TAP) || state.tap_net == nullptr)
+        return false;
+    return rwv_hier_tap_ctrlG != 0 ||
+           (state.row != nullptr && !same_text(state.tap_net, state.row->net_name));
+}
+
+void warn_of_unwired_ports() {
+    for (STANDARD_PORT port : {PORT_TDI, PORT_TMS, PORT_TCK, PORT_TDO, PORT_TRST})
+        if (port_is_used(port) && TAP_PORT[port].tap_pin != nullptr && TAP_PORT[port].tap_net == nullptr)
+            vmr_printf("WARNING: Pin '%s' of TAP '%s' is not connected in the design.\n"
+                       "         It won't be connected to port '%s'.\n",
+                       TAP_PORT[port].tap_pin, TAP_INSTANCE_NAME, chip_port_name(port));
+}
+
+void free_existing_tap(EDIT_FILE *fp) {
+    for (CONTROL_SIGNAL signal : BORDER_ORDER)
+        if (signal_is_used(signal))
+            free_pin(fp, TAP_FLAG.control[signal], TAP_PIN[signal]);
+    for (int32_t i = 0; i < BCELL_EXTRA && i < DYNA_count(TAP_EXTRA_PIN); i++)
+        if (i < DYNA_count(TAP_FLAG.extras))
+            free_pin(fp, TAP_FLAG.extras[i], TAP_EXTRA_PIN[i]);
+    free_pin(fp, TAP_FLAG.first_bcell, TAP_CONTR->first_bcell);
+    free_pin(fp, TAP_FLAG.last_bcell, TAP_CONTR->last_bcell);
+}
+
+void lift_existing_tap_ports(EDIT_FILE *fp, const char *inst) {
+    // Without a pad module the wires of the standard ports are the design's own affair.
+    for (STANDARD_PORT port : {PORT_TDI, PORT_TMS, PORT_TCK, PORT_TDO, PORT_TRST})
+        if (PAD_MODULE_EXIST != 0 && port_is_used(port) && TAP_PORT[port].row != nullptr &&
+            !design_wires_port(port))
+            lift(fp, inst, TAP_PORT[port].tap_pin, port == PORT_TDO ? EDIT_OUTPUT : EDIT_INPUT);
+    for (const char *pin : crossing_signals())
+        lift(fp, inst, pin, EDIT_OUTPUT);
+    if (option(OPT_SYNCH))
+        lift(fp, inst, BCELL_TCK, EDIT_OUTPUT);
+    lift(fp, inst, TAP_CONTR->first_bcell, EDIT_OUTPUT);
+    lift(fp, inst, TAP_CONTR->last_bcell, EDIT_INPUT);
+}
