@@ -219,7 +219,7 @@ def released_after_reset(chip, probed, label):
 
 def start(chip, plan):
     """A session with the TAP in reset and the core in reset, as a board brings them up."""
-    session = Session(chip)
+    session = Session(chip, plan.get("tdo_always_driven", False))
     session.diverging = True
     session.reset_by_trst() if "trst" in chip.test_ports else session.reset_by_tms()
     reset_core(chip, session, plan)

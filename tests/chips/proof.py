@@ -58,14 +58,14 @@ def accept(plan, netlists, work):
         run(command + (["--top-module", top] if top else ["-Wno-MULTITOP"]) + sources, work, "verilator")
 
 
-def compare_runs(session, before, after, pins, tdo):
-    """The two runs must agree in every step in which the core owns the pins."""
+def compare_runs(session, before, after, pins, test_ports):
+    """The two runs must agree in every step in which the core owns the pins. The test port may be new."""
     faults, compared = [], 0
     for step, diverges in enumerate(session.diverges):
         if diverges:
             continue
         for pin, old, new in zip(pins, before[step], after[step]):
-            if pin != tdo:
+            if pin not in test_ports:
                 compared += 1
                 if old != new:
                     faults.append(f"step {step} ({session.labels[step]}): {pin} was {old}, is {new}")
@@ -96,15 +96,16 @@ def activity(chip, session, after, pins):
 def prove(plan, work, simulate_only):
     design = plan["design"]
     chip = read_chip(work / f"{design}.bso", work / f"{design}.bsc", work / f"{design}.lib")
-    pins = chip.ports
+    pins = chip.ports = chip.ports + [port for port in chip.test_ports.values() if port not in chip.ports]
     place = {pin: index for index, pin in enumerate(pins)}
     netlists = [f"{design}_jtag.v", f"{design}_jtag_flat.v"]
     if not simulate_only:
         accept(plan, netlists, work)
 
-    session = Session(chip)
+    session = Session(chip, plan.get("tdo_always_driven", False))
     later = checks.whole_session(chip, session, plan, random.Random(plan.get("seed", 1)))
-    before_player = Player(work, "before", plan["netlist"] + plan["cells"], plan["netlist"][-1], pins)
+    before_player = Player(work, "before", plan["netlist"] + plan.get("before", []) + plan["cells"],
+                           plan["netlist"][-1], pins)
     before = before_player.play(session.steps)
 
     faults, counts = [], []
@@ -115,7 +116,7 @@ def prove(plan, work, simulate_only):
         found = check_tdo(session, after, place[chip.test_ports["tdo"]])
         for check in later:
             found += check(after, place)
-        moves, compared = compare_runs(session, before, after, pins, chip.test_ports["tdo"])
+        moves, compared = compare_runs(session, before, after, pins, chip.test_ports.values())
         found += moves + activity(chip, session, after, pins)
         if "INTEST" in chip.opcodes:
             found += checks.prove_intest(chip, plan, before_player, player, place)

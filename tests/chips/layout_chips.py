@@ -1,0 +1,247 @@
+#!/usr/bin/env python3
+"""Makes one small chip per layout (where its pads stand, where its TAP stands), inserts the boundary register,
+and proves the result as proof.py does.
+
+    layout_chips.py --layout pads_two_down --bin build/bin --work DIR
+
+All chips hold the same core and the same pads. A chip is a flat list of instances, each in the module that its
+path names; a net that is used in several modules gets the ports that it needs on the way, so that a layout is
+no more than a few paths.
+"""
+
+import argparse
+import json
+import pathlib
+import re
+import shutil
+import sys
+from dataclasses import dataclass
+
+sys.dont_write_bytecode = True
+import proof  # noqa: E402
+from chip_files import ProofError  # noqa: E402
+from player import run  # noqa: E402
+
+EXAMPLE = pathlib.Path(__file__).resolve().parent.parent.parent / "examples" / "uart_chip"
+OUTPUT_PINS = {"C", "Z", "Q", "TDO", "TDO_EN"}
+DRIVEN_PADS = {"OPAD", "TPAD"}
+
+
+@dataclass
+class Layout:
+    pads: str = ""                  # path of the pads; "" is the top module
+    tap: str = "u_tap"              # path of the TAP's instance
+    exists: bool = False            # the design holds the TAP already
+    options: str = ""               # besides -add_tap
+    bare: bool = False              # no pads but the clock's: inputs and 2-state outputs alone, no test ports
+    top_pads: tuple = ()            # ports whose pads stand in the top all the same
+    reach: tuple = ()               # (test net, module): how far up the design leads a test pad's core side
+    unwired: bool = False           # the TAP that the design holds is not joined to the test pads
+    buffered: bool = False          # it is, with a buffer in the way of each signal
+    tied_tdo: bool = False          # the TDO pad's pins are tied to constants beside the pad
+    cells: str = ""                 # further items of the .bsc file
+
+
+LAYOUTS = {
+    "pads_in_module": Layout(pads="u_ring", reach=(("tdi_c", ""), ("tdo_i", ""), ("tdo_oen", ""))),
+    "pads_in_module_tied": Layout(pads="u_ring", tied_tdo=True, top_pads=("tms",)),
+    "pads_two_down": Layout(pads="u_frame.u_ring", top_pads=("tck",),
+                            reach=(("tdi_c", ""), ("trst_n_c", "u_frame"), ("tdo_i", "u_frame"))),
+    "tap_exists": Layout(exists=True),
+    "tap_exists_pads_in_module": Layout(pads="u_ring", exists=True),
+    "tap_exists_behind_buffers": Layout(pads="u_ring", exists=True, buffered=True),
+    "tap_exists_unwired": Layout(pads="u_frame.u_ring", exists=True, unwired=True, reach=(("tdi_c", "u_frame"),)),
+    "tap_path": Layout(tap="u_sys.u_debug.u_tap", options="-external_idcode"),
+    "tap_path_exists": Layout(tap="u_sys.u_debug.u_tap", exists=True),
+    "tap_path_beside_pads": Layout(pads="u_frame.u_ring", tap="u_sys.u_tap", reach=(("tms_c", ""),)),
+    "tap_path_exists_beside_pads": Layout(pads="u_ring", tap="u_sys.u_debug.u_tap", exists=True),
+    "tap_path_exists_unwired": Layout(pads="u_ring", tap="u_sys.u_debug.u_tap", exists=True, unwired=True),
+    "tap_with_pads_unwired": Layout(pads="u_ring", tap="u_ring.u_tap", exists=True, unwired=True),
+    "tap_with_pads": Layout(pads="u_frame.u_ring", tap="u_frame.u_ring.u_tap", top_pads=("tck", "tdo")),
+    "tap_with_pads_exists": Layout(pads="u_ring", tap="u_ring.u_tap", exists=True),
+    "tap_above_pads": Layout(pads="u_frame.u_ring", tap="u_frame.u_tap", reach=(("tdi_c", "u_frame"),)),
+    "tap_off_the_pads_path": Layout(pads="u_frame.u_ring", tap="u_frame.u_side.u_tap", top_pads=("tdi",)),
+    "ports_get_pads": Layout(bare=True, options="-add_pad",
+                             cells="%INPUT_BUFFER IPAD; %OUTPUT_BUFFER TPAD; %INOUT_BUFFER BPAD;"),
+    "ports_without_pads": Layout(bare=True, options="-no_pad"),
+}
+
+INPUTS = ["clk", "rst_n", "a", "b"]
+TEST_INPUTS = ["tdi", "tms", "tck", "trst_n"]
+
+
+class Design:
+    """Instances by path. Gives the Verilog of all modules, bottom up."""
+
+    def __init__(self):
+        self.instances, self.ports, self.reach = [], {}, []
+
+    def add(self, path, cell, name, **pins):
+        self.instances.append((path, cell, name, pins))
+
+    def paths(self):
+        found = {""}
+        for path in [row[0] for row in self.instances] + [path for path, _ in self.reach]:
+            while path:
+                found.add(path)
+                path = path.rpartition(".")[0]
+        return sorted(found, key=lambda path: (-path.count(".") - (path != ""), path))
+
+    def module_ports(self, path):
+        """The nets that cross the border of a module, with the direction of each."""
+        def inside(other):
+            return other == path or other.startswith(path + ".")
+        uses = [(row[0], net, pin, row[1]) for row in self.instances for pin, net in row[3].items()]
+        uses += [(other, net, "", "") for other, net in self.reach]
+        uses += [("", net, "", "") for net in self.ports]
+        nets = {}
+        for net in dict.fromkeys(use[1] for use in uses if "'" not in use[1]):
+            places = [use for use in uses if use[1] == net]
+            if {inside(use[0]) for use in places} == {True, False}:
+                driven = any(inside(use[0]) and (use[2] in OUTPUT_PINS or
+                                                 use[3] in DRIVEN_PADS and use[2] == "PAD") for use in places)
+                nets[net] = self.ports.get(net, "output" if driven else "input")
+        return nets
+
+    def verilog(self):
+        text = ""
+        for path in self.paths():
+            ports = self.module_ports(path) if path else self.ports
+            body = [f"    {cell} {name} ({', '.join(f'.{pin}({net})' for pin, net in pins.items())});\n"
+                    for place, cell, name, pins in self.instances if place == path]
+            for child in self.paths():
+                if child and child.rpartition(".")[0] == path:
+                    name = child.rpartition(".")[2]
+                    nets = ", ".join(f".{net}({net})" for net in self.module_ports(child))
+                    body.append(f"    {name[2:]} {name} ({nets});\n")
+            name = path.rpartition(".")[2][2:] if path else "chip"
+            declared = ", ".join(f"{direction} {net}" for net, direction in ports.items())
+            wires = sorted(set(re.findall(r"\.\w+\((\w+)\)", "".join(body))) - set(ports))
+            text += f"module {name} ({declared});\n"
+            text += "".join(f"    wire {wire};\n" for wire in wires) + "".join(body) + "endmodule\n\n"
+        return text
+
+
+def add_core(design, path, bare):
+    """A shift register that the inputs are mixed into; each output takes a bit of it."""
+    def net(port):
+        return port if bare and port != "clk" else port + "_c"
+    design.add("u_core", "XOR2", "mix_a", A=net("a"), B="q5", Z="d0")
+    design.add("u_core", "XOR2", "mix_b", A=net("b"), B="q1", Z="d2")
+    for bit in range(6):
+        design.add("u_core", "DFFR", f"bit{bit}", D=f"d{bit}" if bit in (0, 2, 4) else f"q{bit - 1}",
+                   CK=net("clk"), RN=net("rst_n"), Q=f"q{bit}")
+    design.add("u_core", "XOR2", "mix_d", A=net("w") if bare else "d_in", B="q3", Z="d4")
+    if not bare:                        # what the chip drives itself it does not look at
+        design.add("u_core", "AND2", "gate_d", A="d_c", B="q5", Z="d_in")
+    # A module that a TAP may stand in holds logic of its own.
+    design.add(path, "INV", "keep", A="q2", Z="y_i" if not bare else "y")
+
+
+def add_pads(design, layout):
+    def place(port):
+        return "" if port in layout.top_pads else layout.pads
+    for port in INPUTS + TEST_INPUTS:
+        cell = "CKPAD" if port == "clk" else "IPADU" if port in ("tdi", "tms", "trst_n") else "IPAD"
+        design.add(place(port), cell, "pad_" + port, PAD=port, C=port + "_c")
+    design.add(place("y"), "OPAD", "pad_y", I="y_i", PAD="y")
+    design.add(place("z"), "TPAD", "pad_z0", I="q0", OEN="q4", PAD="z0")
+    design.add(place("z"), "TPAD", "pad_z1", I="q1", OEN="q4", PAD="z1")
+    design.add(place("d"), "BPAD", "pad_d", I="q3", OEN="q5", C="d_c", PAD="d")
+    data = "1'b0" if layout.tied_tdo else "tdo_i"
+    enable = "1'b1" if layout.tied_tdo else "1'b0" if layout.unwired else "tdo_oen"
+    design.add(place("tdo"), "TPAD", "pad_tdo", I=data, OEN=enable, PAD="tdo")
+    design.ports = {port: "input" for port in INPUTS + TEST_INPUTS}
+    design.ports.update(y="output", z0="output", z1="output", d="inout", tdo="output")
+
+
+def add_tap(design, layout, path):
+    """The TAP is written without the design beside it and knows no pad: its TDO enable is high active. Of an
+    unwired one the enable is not joined to the pad either, which then drives always."""
+    wires = {"TDI": "tdi_c", "TMS": "tms_c", "TCK": "tck_c", "TRST_N": "trst_n_c", "TDO": "tdo_i"}
+    if layout.unwired:
+        design.add(path, "jtag_tap", "u_tap", BSR_SO="1'b0")
+        return
+    if layout.buffered:
+        for pin, net in wires.items():
+            data = {"A": net, "Z": pin.lower() + "_t"} if pin != "TDO" else {"A": "tdo_t", "Z": net}
+            design.add(path, "BUF", "via_" + pin.lower(), **data)
+            wires[pin] = pin.lower() + "_t"
+    design.add(path, "jtag_tap", "u_tap", **wires, TDO_EN="tdo_en", BSR_SO="1'b0")
+    design.add(path, "INV", "tdo_off", A="tdo_en", Z="tdo_oen")
+
+
+def make_design(layout):
+    design = Design()
+    tap_parent = layout.tap.rpartition(".")[0]
+    add_core(design, tap_parent or "u_core", layout.bare)
+    if layout.bare:
+        design.ports = {port: "input" for port in INPUTS + ["w"]}
+        design.ports.update(y="output", v="output")
+        design.add("", "CKPAD", "pad_clk", PAD="clk", C="clk_c")
+        design.add("u_core", "XOR2", "out_v", A="q3", B="q5", Z="v")
+    else:
+        add_pads(design, layout)
+    design.reach = [(path, net) for net, path in layout.reach]
+    if layout.exists:
+        add_tap(design, layout, tap_parent)
+    return design
+
+
+def write_files(layout, design, work):
+    shutil.rmtree(work, ignore_errors=True)
+    (work / "lib").mkdir(parents=True)
+    for name in ("cells.v", "chip.lib"):
+        shutil.copy(EXAMPLE / name, work)
+    (work / "chip.v").write_text(design.verilog())
+    bsc = (EXAMPLE / "chip.bsc").read_text()
+    bsc = bsc.replace("%INSTANCE_NAME    u_tap;", f"%INSTANCE_NAME    {layout.tap};")
+    bsc = bsc.replace("%SCAN_CELLS", layout.cells + "\n%SCAN_CELLS", 1)
+    (work / "chip.bsc").write_text(bsc)
+    pins = list(design.ports) + [port for port in TEST_INPUTS + ["tdo"] if port not in design.ports]
+    rows = [f"{number} {port.upper()} {port} {'CLK' if port == 'clk' else '*'}\n"
+            for number, port in enumerate(pins, 1)]
+    (work / "chip.pin").write_text("%PACKAGE_TYPE QFP32 32;\n" + "".join(rows))
+
+
+def plan_of(layout):
+    return {"design": "chip", "cells": ["cells.v"], "netlist": ["chip.v"], "resets": {"rst_n": "0"},
+            "before": ["chip_TAP.v"] if layout.exists else [], "cycles": 400,
+            "tdo_always_driven": layout.unwired or "-no_pad" in layout.options}
+
+
+def insert(layout, work, bin_dir):
+    def tool(name, *words, what):
+        return run([str(bin_dir / name), *words], work, what)
+    tool("kalmverin", "-lib", "cells.v", "-opath", "lib", what="reading the cells")
+    if layout.exists:
+        tool("rimweave", "chip", "-add_tap_only", what="writing the TAP")
+        tool("kalmverin", "-lib", "chip_TAP.v", "-opath", "lib", what="reading the TAP")
+    tool("kalmverin", "chip.v", what="reading the chip")
+    words = ([] if layout.exists else ["-add_tap"]) + layout.options.split()
+    (work / "rimweave.out").write_text(tool("rimweave", "chip", *words, what="inserting"))
+
+
+def main():
+    options = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawTextHelpFormatter)
+    options.add_argument("--layout", required=True, choices=LAYOUTS)
+    options.add_argument("--bin", required=True, type=pathlib.Path, help="folder of the programs")
+    options.add_argument("--work", required=True, type=pathlib.Path, help="scratch folder, emptied first")
+    given = options.parse_args()
+    layout, work = LAYOUTS[given.layout], given.work.resolve()
+    try:
+        write_files(layout, make_design(layout), work)
+        insert(layout, work, given.bin.resolve())
+        plan = plan_of(layout)
+        (work / "plan.json").write_text(json.dumps(plan, indent=4) + "\n")
+        cells, faults, counts = proof.prove(plan, work, simulate_only=False)
+    except ProofError as fault:
+        sys.exit(f"PROOF FAILED: {given.layout}: {fault}")
+    if faults:
+        sys.exit("\n".join(faults[:proof.FAULTS_SHOWN]) + f"\nPROOF FAILED: {given.layout}: {len(faults)} faults")
+    print("\n".join(counts))
+    print(f"PROOF PASSED: {given.layout}, {cells} boundary cells")
+
+
+if __name__ == "__main__":
+    main()
