@@ -17,6 +17,7 @@ struct EDITOR {
     std::vector<std::string> directories{""}; // where definitions are searched first: here, then each `path`
     std::string name{};                       // of the design that is open; empty before `edit`
     EDIT_NETLIST netlist{};
+    bool changed = false; // since `edit`
     bool saved = false;
     bool ended = false;
 };
@@ -52,6 +53,8 @@ EDIT_PLACE operand(EDITOR &editor, const std::string &text) {
 int32_t definition(EDITOR &editor, const std::string &name) {
     NL_DESIGN &design = editor.netlist.design;
     int32_t def = NL_module(design, NL_name(design.names, name));
+    if (def == editor.netlist.module)
+        fail(editor, "the module '" + name + "' can't contain itself.");
     NL_MODULE &module = design.modules[static_cast<size_t>(def)];
     if (!module.defined && !DEF_read_ports(design, module, editor.directories))
         fail(editor,
@@ -112,6 +115,8 @@ void do_save(EDITOR &editor, const WORDS &) {
 }
 
 void do_quit(EDITOR &editor, const WORDS &) {
+    if (editor.changed && !editor.saved)
+        fail(editor, "the changes have not been saved.");
     editor.ended = true;
 }
 
@@ -138,7 +143,12 @@ void run_line(EDITOR &editor, const WORDS &words) {
             fail(editor, "no design is being edited; 'edit' has to come first.");
         if (verb.changes && editor.saved)
             fail(editor, "the design has been saved; only 'quit' may follow.");
+        // What a lookup that found nothing is called; a design may not get it as a name.
+        for (const std::string &word : words)
+            if (word.find("*UNDEF*") != std::string::npos)
+                fail(editor, "'" + word + "' names nothing.");
         verb.run(editor, words);
+        editor.changed |= verb.changes;
         return;
     }
     fail(editor, "unknown command '" + words[0].substr(0, 80) + "'.");

@@ -7,13 +7,16 @@ namespace {
 // What the main program can ask for: a name, its separators included.
 constexpr size_t FULL_NAME_LIMIT = 4000;
 
+// Ids are 32 bits wide; a few modules that hold each other ten times would pass that.
+constexpr double SIZE_LIMIT = 300e6;
+
 struct FLATTENER {
     NL_DESIGN &design;
     NL_MODULE flat{};
     NL_UNION sets{};
     int32_t unknown_name = NL_NONE;
     int32_t unknown_net = NL_NONE;
-    std::vector<bool> open{}; // modules that are being expanded
+    std::vector<double> sizes{}; // instances and nets of each module when flat; SIZE_UNKNOWN or SIZE_OPEN
 };
 
 int32_t new_net(FLATTENER &work, int32_t name, int32_t scope) {
@@ -30,7 +33,8 @@ int32_t unknown_net(FLATTENER &work) {
 }
 
 // Flat nets of a module's nets. Two ports of the module on one net join the nets outside of it.
-std::vector<int32_t> place_nets(FLATTENER &work, const NL_MODULE &module, const int32_t *outside, int32_t scope) {
+std::vector<int32_t> place_nets(FLATTENER &work, const NL_MODULE &module, const int32_t *outside,
+                                int32_t scope) {
     std::vector<int32_t> place(module.nets.size(), NL_NONE);
     place[NL_GND] = NL_GND;
     place[NL_VCC] = NL_VCC;
@@ -58,12 +62,39 @@ size_t scope_length(const FLATTENER &work, int32_t scope) {
     return length;
 }
 
+constexpr double SIZE_UNKNOWN = -1;
+constexpr double SIZE_OPEN = -2; // the module is being counted
+
+// Instances and nets below a module, counted before anything is made of them.
+double flat_size(FLATTENER &work, int32_t index, size_t depth) {
+    const NL_MODULE &module = work.design.modules[static_cast<size_t>(index)];
+    double &known = work.sizes[static_cast<size_t>(index)];
+    if (known == SIZE_OPEN)
+        TOOL_fail("", 0, "the module '%s' contains itself.",
+                  NL_string(work.design.names, module.name).c_str());
+    if (depth > FULL_NAME_LIMIT)
+        TOOL_fail("", 0, "the hierarchy is more than %zu levels deep.", FULL_NAME_LIMIT);
+    if (known != SIZE_UNKNOWN)
+        return known;
+    known = SIZE_OPEN;
+    auto size = static_cast<double>(module.nets.size() + module.instances.size());
+    for (const NL_INSTANCE &instance : module.instances)
+        if (!work.design.modules[static_cast<size_t>(instance.def)].is_cell)
+            size += flat_size(work, instance.def, depth + 1);
+    return known = size;
+}
+
+void check_size(FLATTENER &work, int32_t top) {
+    work.sizes.assign(work.design.modules.size(), SIZE_UNKNOWN);
+    double size = flat_size(work, top, 0);
+    if (size > SIZE_LIMIT)
+        TOOL_fail("", 0, "the flat design would have %.3g instances and nets; %.3g are possible.", size,
+                  SIZE_LIMIT);
+}
+
 void expand(FLATTENER &work, int32_t index, const int32_t *outside, int32_t scope) {
     const NL_MODULE &module = work.design.modules[static_cast<size_t>(index)];
     const NL_NAMES &names = work.design.names;
-    if (work.open[static_cast<size_t>(index)])
-        TOOL_fail("", 0, "the module '%s' contains itself.", NL_string(names, module.name).c_str());
-    work.open[static_cast<size_t>(index)] = true;
     size_t path_length = scope_length(work, scope);
     std::vector<int32_t> place = place_nets(work, module, outside, scope);
     if (scope == NL_NONE) {
@@ -93,7 +124,6 @@ void expand(FLATTENER &work, int32_t index, const int32_t *outside, int32_t scop
         std::vector<int32_t> connected = inner;
         expand(work, instance.def, connected.data(), static_cast<int32_t>(work.flat.scopes.size()) - 1);
     }
-    work.open[static_cast<size_t>(index)] = false;
 }
 
 void check_joined(FLATTENER &work) {
@@ -106,7 +136,7 @@ void check_joined(FLATTENER &work) {
 NL_MODULE NL_flatten(NL_DESIGN &design, int32_t top) {
     FLATTENER work{design};
     work.unknown_name = NL_name(design.names, NL_UNKNOWN_NET);
-    work.open.assign(design.modules.size(), false);
+    check_size(work, top);
     const NL_MODULE &module = design.modules[static_cast<size_t>(top)];
     work.flat.name = module.name;
     work.flat.defined = true;

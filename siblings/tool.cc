@@ -39,6 +39,8 @@ std::string TOOL_read_file(const std::string &path, std::string_view from_file, 
         TOOL_fail(from_file, from_line, "can't open file '%s': %s.", path.c_str(), std::strerror(errno));
     if (fstat(fileno(stream), &info) == 0 && S_ISDIR(info.st_mode))
         TOOL_fail(from_file, from_line, "can't read file '%s': it is a directory.", path.c_str());
+    if (S_ISCHR(info.st_mode) || S_ISBLK(info.st_mode))
+        TOOL_fail(from_file, from_line, "can't read file '%s': it is a device.", path.c_str());
     std::string text;
     if (S_ISREG(info.st_mode) && info.st_size > 0)
         text.reserve(static_cast<size_t>(info.st_size) + (1 << 20) + 1);

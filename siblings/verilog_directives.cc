@@ -8,7 +8,8 @@
 namespace {
 
 constexpr size_t MACRO_DEPTH_LIMIT = 64;
-constexpr size_t MADE_TEXT_LIMIT = 1 << 24;
+// All macros of a run together: a few lines of macros that use each other can stand for any amount of text.
+constexpr size_t MADE_TEXT_LIMIT = size_t{1} << 26;
 
 std::string_view read_word(VSCAN_SOURCE &source) {
     const char *first = source.at;
@@ -140,13 +141,15 @@ void use_macro(VSCAN &scan, VSCAN_SOURCE &source, const std::string &name) {
     if (macro.has_formals) {
         std::vector<std::string> arguments = read_arguments(scan, source, name);
         if (arguments.size() != macro.formals.size())
-            TOOL_fail(VSCAN_file(scan), source.line, "the macro `%s takes %zu arguments, not %zu.", name.c_str(),
-                      macro.formals.size(), arguments.size());
+            TOOL_fail(VSCAN_file(scan), source.line, "the macro `%s takes %zu arguments, not %zu.",
+                      name.c_str(), macro.formals.size(), arguments.size());
         scan.texts.push_back(substitute(macro, arguments));
         text = scan.texts.back();
     }
-    if (scan.sources.size() >= MACRO_DEPTH_LIMIT || text.size() > MADE_TEXT_LIMIT)
-        TOOL_fail(VSCAN_file(scan), source.line, "the macro `%s stands for itself or for too much.", name.c_str());
+    scan.made_size += text.size() + 1;
+    if (scan.sources.size() >= MACRO_DEPTH_LIMIT || scan.made_size > MADE_TEXT_LIMIT)
+        TOOL_fail(VSCAN_file(scan), source.line, "the macro `%s stands for itself or for too much.",
+                  name.c_str());
     VSCAN_SOURCE made = {text.data(), text.data() + text.size(), source.line, source.file, false, 0};
     scan.sources.push_back(made);
 }
@@ -222,10 +225,23 @@ bool condition_directive(VSCAN &scan, VSCAN_SOURCE &source, std::string_view wor
 
 constexpr std::string_view bare_directives[] = {"celldefine", "endcelldefine", "resetall",
                                                 "nounconnected_drive", "end_keywords"};
-constexpr std::string_view line_directives[] = {
-    "timescale", "unconnected_drive", "line", "pragma", "begin_keywords", "default_decay_time",
-    "default_trireg_strength", "delay_mode_path", "delay_mode_distributed", "delay_mode_unit", "delay_mode_zero",
-    "suppress_faults", "nosuppress_faults", "enable_portfaults", "disable_portfaults", "protect", "endprotect"};
+constexpr std::string_view line_directives[] = {"timescale",
+                                                "unconnected_drive",
+                                                "line",
+                                                "pragma",
+                                                "begin_keywords",
+                                                "default_decay_time",
+                                                "default_trireg_strength",
+                                                "delay_mode_path",
+                                                "delay_mode_distributed",
+                                                "delay_mode_unit",
+                                                "delay_mode_zero",
+                                                "suppress_faults",
+                                                "nosuppress_faults",
+                                                "enable_portfaults",
+                                                "disable_portfaults",
+                                                "protect",
+                                                "endprotect"};
 
 bool is_one_of(std::string_view word, const std::string_view *first, const std::string_view *last) {
     for (; first != last; first++)

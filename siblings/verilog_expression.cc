@@ -48,7 +48,8 @@ uint64_t decimal_value(VLOG &reader, const std::string &digits) {
     for (char c : digits) {
         uint64_t digit = static_cast<uint64_t>(c - '0');
         if (c < '0' || c > '9' || value > (std::numeric_limits<uint64_t>::max() - digit) / 10)
-            VSCAN_fail(reader.scan, "%s is no number that can be used here.", VSCAN_shown(reader.scan).c_str());
+            VSCAN_fail(reader.scan, "%s is no number that can be used here.",
+                       VSCAN_shown(reader.scan).c_str());
         value = value * 10 + digit;
     }
     return value;
@@ -105,8 +106,8 @@ int32_t bit_place(VLOG &reader, const VLOG_DECLARATION &declaration, int64_t ind
     int64_t low = std::min(declaration.left, declaration.right);
     int64_t high = std::max(declaration.left, declaration.right);
     if (!declaration.vector || index < low || index > high)
-        VSCAN_fail(reader.scan, "'%s' has no bit %lld.", NL_string(reader.design.names, declaration.name).c_str(),
-                   static_cast<long long>(index));
+        VSCAN_fail(reader.scan, "'%s' has no bit %lld.",
+                   NL_string(reader.design.names, declaration.name).c_str(), static_cast<long long>(index));
     return static_cast<int32_t>(declaration.left >= declaration.right ? declaration.left - index
                                                                       : index - declaration.left);
 }
@@ -116,7 +117,8 @@ void append_net(VLOG &reader, std::vector<int32_t> &bits) {
     VLOG_DECLARATION *found = VLOG_find_declaration(reader, name);
     if (found == nullptr) {
         if (reader.scan.no_implicit_nets)
-            VSCAN_fail(reader.scan, "the net '%s' is not declared.", NL_string(reader.design.names, name).c_str());
+            VSCAN_fail(reader.scan, "the net '%s' is not declared.",
+                       NL_string(reader.design.names, name).c_str());
         found = &VLOG_declare(reader, name, false, 0, 0, true);
     }
     VLOG_DECLARATION declaration = *found;
@@ -239,7 +241,9 @@ int64_t constant_product(VLOG &reader, int depth) {
         int64_t right = in_range(reader, constant_primary(reader, depth));
         if (symbol != '*' && right == 0)
             VSCAN_fail(reader.scan, "a constant expression divides by 0.");
-        value = in_range(reader, symbol == '*' ? value * right : symbol == '/' ? value / right : value % right);
+        value = in_range(reader, symbol == '*'   ? value * right
+                                 : symbol == '/' ? value / right
+                                                 : value % right);
     }
     return value;
 }

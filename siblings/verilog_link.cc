@@ -23,7 +23,8 @@ std::string shown_name(const PLACE &place, int32_t name) {
 }
 
 std::string of_instance(const PLACE &place, const NL_MODULE &def) {
-    return " of instance '" + shown_name(place, place.instance.name) + "' (" + shown_name(place, def.name) + ")";
+    return " of instance '" + shown_name(place, place.instance.name) + "' (" + shown_name(place, def.name) +
+           ")";
 }
 
 // The ports that a connection speaks of.
@@ -39,12 +40,13 @@ NL_GROUP connected_ports(const PLACE &place, const NL_MODULE &def, const VLOG_CO
         return {connection.pin, port, 1, false, 0, 0};
     auto group = def.group_of_name.find(connection.pin);
     if (group == def.group_of_name.end())
-        fail_at(place, "there is no pin '" + shown_name(place, connection.pin) + "'" + of_instance(place, def) + ".");
+        fail_at(place, "there is no pin '" + shown_name(place, connection.pin) + "'" +
+                           of_instance(place, def) + ".");
     return def.groups[static_cast<size_t>(group->second)];
 }
 
-void connect(const PLACE &place, const NL_MODULE &def, const NL_GROUP &group, const VLOG_CONNECTION &connection,
-             const std::vector<int32_t> &bits, int32_t *pins) {
+void connect(const PLACE &place, const NL_MODULE &def, const NL_GROUP &group,
+             const VLOG_CONNECTION &connection, const std::vector<int32_t> &bits, int32_t *pins) {
     if (connection.count == 0)
         return;
     if (connection.count < group.count || (connection.count > group.count && connection.sized))
@@ -69,8 +71,9 @@ void link_instance(VLOG &reader, NL_MODULE &module, const VLOG_MODULE &record, s
     NL_MODULE &def = reader.design.modules[static_cast<size_t>(instance.def)];
     if (!def.defined && !find_cell(def))
         fail_at(place, "the cell '" + shown_name(place, def.name) + "' of instance '" +
-                           shown_name(place, instance.name) + "' is unknown: no module of that name and no '" +
-                           shown_name(place, def.name) + ".sdb' on the search path.");
+                           shown_name(place, instance.name) +
+                           "' is unknown: no module of that name and no '" + shown_name(place, def.name) +
+                           ".sdb' on the search path.");
     instance.first_pin = static_cast<int32_t>(module.pins.size());
     module.pins.resize(module.pins.size() + def.ports.size(), NL_NONE);
     const VLOG_INSTANCE &raw = place.record;
@@ -91,7 +94,8 @@ void join_nets(VLOG &reader, NL_MODULE &module, const VLOG_MODULE &record) {
         NL_union_join(sets, a, b);
     auto refuse = [&](const char *what) {
         TOOL_fail(reader.scan.files[static_cast<size_t>(record.file)], record.line,
-                  "the assigns of module '%s' %s.", NL_string(reader.design.names, module.name).c_str(), what);
+                  "the assigns of module '%s' %s.", NL_string(reader.design.names, module.name).c_str(),
+                  what);
     };
     if (NL_union_find(sets, NL_VCC) == NL_GND)
         refuse("join the constants 0 and 1");

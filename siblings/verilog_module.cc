@@ -44,6 +44,19 @@ void give_direction(VLOG &reader, VLOG_DECLARATION &declaration, int32_t directi
     declaration.direction = direction;
 }
 
+// The value that a variable of a library cell starts with. It holds no comma but in brackets.
+void skip_first_value(VLOG &reader) {
+    if (!reader.library || !VLOG_is_symbol(reader, '='))
+        return;
+    for (int depth = 0; reader.scan.token.kind != TOKEN_END; VSCAN_next(reader.scan)) {
+        char symbol = reader.scan.token.symbol;
+        if (depth == 0 && (symbol == ',' || symbol == ';' || symbol == ')'))
+            return;
+        depth += (symbol == '(' || symbol == '{' || symbol == '[') -
+                 (symbol == ')' || symbol == '}' || symbol == ']');
+    }
+}
+
 // Ports declared in the header, with their directions; a direction holds until the next one.
 void ansi_ports(VLOG &reader) {
     for (;;) {
@@ -58,6 +71,7 @@ void ansi_ports(VLOG &reader) {
             int32_t name = VLOG_take_name(reader, "a port");
             give_direction(reader, VLOG_declare(reader, name, vector, left, right, false), direction);
             reader.scratch.port_order.push_back(name);
+            skip_first_value(reader);
             if (VLOG_is_symbol(reader, ')'))
                 return;
             VLOG_expect_symbol(reader, ',', "the list of ports");
@@ -116,7 +130,8 @@ void parameters(VLOG &reader, char close) {
         if (scan.token.kind == TOKEN_END)
             VSCAN_fail(scan, "the file ends within a list of parameters.");
         char symbol = scan.token.symbol;
-        depth += (symbol == '(' || symbol == '{' || symbol == '[') - (symbol == ')' || symbol == '}' || symbol == ']');
+        depth += (symbol == '(' || symbol == '{' || symbol == '[') -
+                 (symbol == ')' || symbol == '}' || symbol == ']');
         if (VLOG_is_name(reader))
             name = scan.token.id;
         bool is_value = symbol == '=' && depth == 0 && name != NL_NONE;
@@ -144,12 +159,10 @@ void port_declaration(VLOG &reader) {
         VLOG_DECLARATION *earlier = VLOG_find_declaration(reader, name);
         if (earlier == nullptr || earlier->direction == NL_NONE)
             if (std::find(order.begin(), order.end(), name) == order.end())
-                VSCAN_fail(reader.scan, "'%s' is not in the list of ports.", shown_name(reader, name).c_str());
+                VSCAN_fail(reader.scan, "'%s' is not in the list of ports.",
+                           shown_name(reader, name).c_str());
         give_direction(reader, VLOG_declare(reader, name, vector, left, right, false), direction);
-        if (reader.library && VLOG_is_symbol(reader, '='))
-            while (!VLOG_is_symbol(reader, ';') && !VLOG_is_symbol(reader, ',') &&
-                   reader.scan.token.kind != TOKEN_END)
-                VSCAN_next(reader.scan);
+        skip_first_value(reader);
         if (!VLOG_is_symbol(reader, ','))
             break;
         VSCAN_next(reader.scan);
@@ -206,7 +219,8 @@ void design_statement(VLOG &reader) {
         VSCAN_fail(scan, "the file ends within module '%s', which begins on line %d.",
                    shown_name(reader, reader.module->name).c_str(), reader.record->line);
     else
-        VSCAN_fail(scan, "%s has no place in a netlist: it holds declarations, instances and assigns of nets.",
+        VSCAN_fail(scan,
+                   "%s has no place in a netlist: it holds declarations, instances and assigns of nets.",
                    VSCAN_shown(scan).c_str());
 }
 
@@ -226,9 +240,8 @@ struct BLOCK {
     int32_t last;
 };
 // Blocks of a library cell whose own inputs and outputs are no ports of the cell.
-constexpr BLOCK blocks[] = {{WORD_FUNCTION, WORD_ENDFUNCTION},
-                            {WORD_TASK, WORD_ENDTASK},
-                            {WORD_SPECIFY, WORD_ENDSPECIFY}};
+constexpr BLOCK blocks[] = {
+    {WORD_FUNCTION, WORD_ENDFUNCTION}, {WORD_TASK, WORD_ENDTASK}, {WORD_SPECIFY, WORD_ENDSPECIFY}};
 
 void library_statement(VLOG &reader) {
     for (const BLOCK &block : blocks) {
@@ -341,8 +354,8 @@ bool VLOG_is_name(const VLOG &reader) {
 
 void VLOG_expect_symbol(VLOG &reader, char symbol, const char *where) {
     if (!VLOG_is_symbol(reader, symbol))
-        VSCAN_fail(reader.scan, "found %s where '%c' of %s was expected.", VSCAN_shown(reader.scan).c_str(), symbol,
-                   where);
+        VSCAN_fail(reader.scan, "found %s where '%c' of %s was expected.", VSCAN_shown(reader.scan).c_str(),
+                   symbol, where);
     VSCAN_next(reader.scan);
 }
 

@@ -29,9 +29,11 @@ bool is_class(char c, uint8_t mask) {
     return (char_class[static_cast<uint8_t>(c)] & mask) != 0;
 }
 
-// A path of names may be 4095 characters long for the main program; one name of that size is a fault of the file.
+// A path of names may be 4095 characters long for the main program; one name of that size is a fault of the
+// file.
 constexpr size_t NAME_LIMIT = 4000;
 constexpr size_t SOURCE_DEPTH_LIMIT = 64;
+constexpr size_t FILE_LIMIT = 20000; // opened in one run; files that include others twice open any number
 
 void skip_long_comment(VSCAN &scan, VSCAN_SOURCE &source) {
     int first_line = source.line;
@@ -219,15 +221,18 @@ bool VSCAN_skip_blanks(VSCAN &scan, VSCAN_SOURCE &source) {
 
 void VSCAN_open(VSCAN &scan, const std::string &path) {
     if (scan.sources.size() >= SOURCE_DEPTH_LIMIT)
-        VSCAN_fail(scan, "files that include each other are nested too deep.");
+        TOOL_fail(VSCAN_file(scan), scan.sources.back().line,
+                  "files that include each other are nested too deep.");
+    if (scan.files.size() >= FILE_LIMIT)
+        TOOL_fail(VSCAN_file(scan), 0, "more than %zu files are opened.", FILE_LIMIT);
     if (scan.sources.empty())
         scan.texts.push_back(TOOL_read_file(path));
     else
         scan.texts.push_back(TOOL_read_file(path, VSCAN_file(scan), scan.sources.back().line));
     scan.files.push_back(path);
     const std::string &text = scan.texts.back();
-    scan.sources.push_back({text.data(), text.data() + text.size(), 1, static_cast<int32_t>(scan.files.size()) - 1,
-                            true, scan.conditions.size()});
+    scan.sources.push_back({text.data(), text.data() + text.size(), 1,
+                            static_cast<int32_t>(scan.files.size()) - 1, true, scan.conditions.size()});
 }
 
 void VSCAN_next(VSCAN &scan) {

@@ -1,7 +1,8 @@
-// The scanner of Verilog netlists: whole files in memory, tokens as views into them, directives done on the way.
+// The scanner of Verilog netlists: whole files in memory, tokens as views into them, directives done on the
+// way.
 //
-// A netlist of a million instances is ten million tokens, so the scanner copies nothing and knows each identifier
-// by the id that the netlist will use for it.
+// A netlist of a million instances is ten million tokens, so the scanner copies nothing and knows each
+// identifier by the id that the netlist will use for it.
 #pragma once
 
 #include "siblings/names.hh"
@@ -65,6 +66,7 @@ struct VSCAN {
     std::unordered_map<std::string, VSCAN_MACRO> macros{};
     std::vector<VSCAN_CONDITION> conditions{};
     int64_t line_count = 0;
+    size_t made_size = 0;          ///< of all texts that macros stood for so far
     bool no_implicit_nets = false; ///< by `default_nettype none
 };
 
@@ -78,7 +80,8 @@ void VSCAN_next(VSCAN &scan);
 const std::string &VSCAN_file(const VSCAN &scan);
 
 /// Ends the program with an error at the present token.
-[[noreturn]] void VSCAN_fail(const VSCAN &scan, const char *format, ...) __attribute__((format(printf, 2, 3)));
+[[noreturn]] void VSCAN_fail(const VSCAN &scan, const char *format, ...)
+    __attribute__((format(printf, 2, 3)));
 
 /// The present token as a message shows it, cut when it is long.
 std::string VSCAN_shown(const VSCAN &scan);

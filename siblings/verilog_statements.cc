@@ -85,8 +85,8 @@ VLOG_DECLARATION *VLOG_find_declaration(VLOG &reader, int32_t name) {
     return &scratch.declarations[static_cast<size_t>(place)];
 }
 
-// A port is often declared twice, for its direction and as a wire; both have to agree. In a library cell only the
-// ports matter, and what stands beside them is not looked at.
+// A port is often declared twice, for its direction and as a wire; both have to agree. In a library cell only
+// the ports matter, and what stands beside them is not looked at.
 VLOG_DECLARATION &VLOG_declare(VLOG &reader, int32_t name, bool vector, int32_t left, int32_t right,
                                bool implicit) {
     VLOG_SCRATCH &scratch = reader.scratch;
@@ -99,7 +99,8 @@ VLOG_DECLARATION &VLOG_declare(VLOG &reader, int32_t name, bool vector, int32_t 
     }
     if (static_cast<size_t>(name) >= scratch.declaration_of_name.size())
         scratch.declaration_of_name.resize(reader.design.names.texts.size() * 2, -1);
-    scratch.declaration_of_name[static_cast<size_t>(name)] = static_cast<int32_t>(scratch.declarations.size());
+    scratch.declaration_of_name[static_cast<size_t>(name)] =
+        static_cast<int32_t>(scratch.declarations.size());
     scratch.declarations.push_back({name, NL_NONE, 0, vector, implicit, left, right, reader.scan.token.line});
     VLOG_DECLARATION &declaration = scratch.declarations.back();
     add_nets(reader, declaration);

@@ -53,7 +53,8 @@ int32_t find_top(const VLOG &reader, const std::string &wanted) {
             used[static_cast<size_t>(instance.def)] = true;
     std::vector<int32_t> tops;
     for (const VLOG_MODULE &record : reader.modules) {
-        bool is_wanted = NL_text(design.names, design.modules[static_cast<size_t>(record.module)].name) == wanted;
+        bool is_wanted =
+            NL_text(design.names, design.modules[static_cast<size_t>(record.module)].name) == wanted;
         if (wanted.empty() ? !used[static_cast<size_t>(record.module)] : is_wanted)
             tops.push_back(record.module);
     }
@@ -116,7 +117,7 @@ void write_design(VLOG &reader, const ARGUMENTS &arguments) {
     std::vector<std::string> directories;
     if (!arguments.output_directory.empty())
         directories.push_back(arguments.output_directory);
-    VLOG_link(reader, [&](NL_MODULE &module) { return DEF_read_ports(design, module, directories); });
+    VLOG_link(reader, [&](NL_MODULE &module) { return DEF_read_module(design, module, directories); });
     int32_t top = find_top(reader, arguments.top);
     std::vector<std::string> paths;
     for (const VLOG_MODULE &record : reader.modules)
