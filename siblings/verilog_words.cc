@@ -8,32 +8,37 @@ namespace {
 
 // The first words stand in the order of VLOG_WORD.
 constexpr std::string_view words[] = {
-    "module", "macromodule", "endmodule", "input", "output", "inout", "wire", "tri", "supply0", "supply1", "reg",
-    "signed", "integer", "assign", "parameter", "localparam", "primitive", "endprimitive", "function",
+    "module", "macromodule", "endmodule", "input", "output", "inout", "wire", "tri", "supply0", "supply1",
+    "reg", "signed", "integer", "assign", "parameter", "localparam", "primitive", "endprimitive", "function",
     "endfunction", "task", "endtask", "specify", "endspecify", "config", "endconfig",
     // WORD_OTHERS: no more than reserved.
-    "always", "and", "automatic", "begin", "buf", "bufif0", "bufif1", "case", "casex", "casez", "cell", "cmos",
-    "deassign", "default", "defparam", "design", "disable", "edge", "else", "end", "endcase", "endgenerate",
-    "endtable", "event", "for", "force", "forever", "fork", "generate", "genvar", "highz0", "highz1", "if",
-    "ifnone", "incdir", "include", "initial", "instance", "join", "large", "liblist", "library", "medium", "nand",
-    "negedge", "nmos", "nor", "noshowcancelled", "not", "notif0", "notif1", "or", "pmos", "posedge", "pull0",
-    "pull1", "pulldown", "pullup", "pulsestyle_onevent", "pulsestyle_ondetect", "rcmos", "real", "realtime",
-    "release", "repeat", "rnmos", "rpmos", "rtran", "rtranif0", "rtranif1", "scalared", "showcancelled", "small",
-    "specparam", "strong0", "strong1", "table", "time", "tran", "tranif0", "tranif1", "tri0", "tri1", "triand",
-    "trior", "trireg", "unsigned", "use", "vectored", "wait", "wand", "weak0", "weak1", "while", "wor", "xnor",
-    "xor"};
+    "always", "and", "automatic", "begin", "buf", "bufif0", "bufif1", "case", "casex", "casez", "cell",
+    "cmos", "deassign", "default", "defparam", "design", "disable", "edge", "else", "end", "endcase",
+    "endgenerate", "endtable", "event", "for", "force", "forever", "fork", "generate", "genvar", "highz0",
+    "highz1", "if", "ifnone", "incdir", "include", "initial", "instance", "join", "large", "liblist",
+    "library", "medium", "nand", "negedge", "nmos", "nor", "noshowcancelled", "not", "notif0", "notif1", "or",
+    "pmos", "posedge", "pull0", "pull1", "pulldown", "pullup", "pulsestyle_onevent", "pulsestyle_ondetect",
+    "rcmos", "real", "realtime", "release", "repeat", "rnmos", "rpmos", "rtran", "rtranif0", "rtranif1",
+    "scalared", "showcancelled", "small", "specparam", "strong0", "strong1", "table", "time", "tran",
+    "tranif0", "tranif1", "tri0", "tri1", "triand", "trior", "trireg", "unsigned", "use", "vectored", "wait",
+    "wand", "weak0", "weak1", "while", "wor", "xnor", "xor"};
 
-// Words of IEEE 1800 that Icarus Verilog, Verilator or Yosys take for reserved: escaped, they are names again.
+// Words of IEEE 1800 that Icarus Verilog, Verilator or Yosys take for reserved: escaped, they are names
+// again.
 constexpr std::string_view later_words[] = {
-    "alias", "always_comb", "always_ff", "always_latch", "assert", "assume", "bind", "bit", "break", "byte",
-    "chandle", "checker", "class", "clocking", "const", "constraint", "context", "continue", "cover", "covergroup",
-    "do", "endchecker", "endclass", "endclocking", "endinterface", "endpackage", "endprogram", "endproperty",
-    "endsequence", "enum", "expect", "export", "extends", "extern", "final", "foreach", "global", "implements",
-    "implies", "import", "inside", "int", "interface", "let", "local", "logic", "longint", "matches", "modport",
-    "new", "nexttime", "null", "package", "packed", "priority", "program", "property", "protected", "pure", "rand",
-    "randc", "ref", "restrict", "return", "sequence", "shortint", "shortreal", "soft", "solve", "static", "string",
-    "strong", "struct", "super", "tagged", "this", "throughout", "timeprecision", "timeunit", "type", "typedef",
-    "union", "unique", "uwire", "var", "virtual", "void", "weak", "with", "within"};
+    "alias",         "always_comb", "always_ff",   "always_latch", "assert",     "assume",     "bind",
+    "bit",           "break",       "byte",        "chandle",      "checker",    "class",      "clocking",
+    "const",         "constraint",  "context",     "continue",     "cover",      "covergroup", "do",
+    "endchecker",    "endclass",    "endclocking", "endinterface", "endpackage", "endprogram", "endproperty",
+    "endsequence",   "enum",        "expect",      "export",       "extends",    "extern",     "final",
+    "foreach",       "global",      "implements",  "implies",      "import",     "inside",     "int",
+    "interface",     "let",         "local",       "logic",        "longint",    "matches",    "modport",
+    "new",           "nexttime",    "null",        "package",      "packed",     "priority",   "program",
+    "property",      "protected",   "pure",        "rand",         "randc",      "ref",        "restrict",
+    "return",        "sequence",    "shortint",    "shortreal",    "soft",       "solve",      "static",
+    "string",        "strong",      "struct",      "super",        "tagged",     "this",       "throughout",
+    "timeprecision", "timeunit",    "type",        "typedef",      "union",      "unique",     "uwire",
+    "var",           "virtual",     "void",        "weak",         "with",       "within"};
 
 bool is_plain(std::string_view text) {
     if (text.empty() || (!std::isalpha(static_cast<unsigned char>(text[0])) && text[0] != '_'))
