@@ -109,7 +109,7 @@ struct SCAN_INSTRUCTION {
 struct INSTR_ORDER_ROW {
     int32_t instruction; ///< from 0
     int32_t statement;   ///< 1 MODE, 2 PREAMBLE, 3 SHIFT, 4 PROPAGATE, 5 HOLD, 6 RUNBIST, 7 CAPTURE, 8
-                       ///< POSTAMBLE, 9 RAM_WRITE, 10 EXTRA_SEQ, 0 any other
+                         ///< POSTAMBLE, 9 RAM_WRITE, 10 EXTRA_SEQ, 0 any other
 };
 
 /// One %NAME of a %CORE block.

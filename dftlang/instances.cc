@@ -168,7 +168,12 @@ INSTANCE_LISTS block_instances(SCAN_AST *list, SCAN_AST *files) {
     return made;
 }
 
+/// The polarity of a clock; those of the clocks inside it are looked at too.
 int32_t clock_polarity(SCAN_AST *clock) {
+    for (SCAN_AST &inner : scan_children(clock)) {
+        if (inner.kind == CLOCK_NODE)
+            clock_polarity(&inner);
+    }
     SCAN_AST *statement = SCAN_FIND_CHILD(clock, CLOCK_POLARITY_NODE);
     if (statement == nullptr)
         return POLARITY_NONE;

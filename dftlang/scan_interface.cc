@@ -49,7 +49,6 @@ struct READ_STATE {
     std::unordered_map<std::string, int32_t> by_core; ///< first row of a core name, in lower case
     std::unordered_map<const DFT_CONFIGURATION *, CORE_ROWS> cores;
     int32_t noted_rows = 0; ///< rows of SL_CORE_LIST that stand in by_core
-    bool debug = false;
 };
 READ_STATE state;
 
@@ -89,17 +88,11 @@ void initial_scan() {
     SCAN_LOCKUP_LATCH_LIST = DYNA_init<const char *>();
 }
 
-void print_tree(SCAN_FILE_KIND kind) {
-    if (state.debug && scan_root[kind] != nullptr)
-        SCAN_PRINT_AST(stdout, scan_root[kind], 0);
-}
-
 void read_map_file() {
     if (!has_map_file)
         return;
     const char *name = resolve_side_file(map_file_name);
     parse_file(name, name, MAP_FILE_KIND);
-    print_tree(MAP_FILE_KIND);
 }
 
 /// Turns the file that has been parsed into DFT_OBJECT. Its cores join the list, with the directory that
@@ -127,7 +120,6 @@ void build_lockup_latch_list() {
     sl_lockup_latch_flag = 1;
     parse_file(name, name, LOCKUP_FILE_KIND);
     sl_lockup_latch_flag = 0;
-    print_tree(LOCKUP_FILE_KIND);
     for (SCAN_AST &latch : scan_children(scan_root[LOCKUP_FILE_KIND]))
         append_row(SCAN_LOCKUP_LATCH_LIST, value_text(&latch));
     DFT_OBJECT->lockup_latch_list = SCAN_LOCKUP_LATCH_LIST;
@@ -144,7 +136,6 @@ void sl_find_and_parser_dft_file(const SL_CORE_ROW &row) {
     initial_scan();
     in_file_name = row.dft_file;
     parse_file(name, row.dft_file, DFT_FILE_KIND);
-    print_tree(DFT_FILE_KIND);
     const char *directory = keep_text(FNM_break(name, "p"));
     current_pathG = directory[0] == '\0' ? nullptr : directory;
     make_configuration(name, row.dft_file);
@@ -231,7 +222,6 @@ const char *read_top_file(const char *path, const std::string &base, const std::
     SL_CORE_LIST = nullptr;
     append_row(SL_CORE_LIST, {in_file_name, keep_text(base), nullptr, nullptr});
     parse_file(name, in_file_name, DFT_FILE_KIND);
-    print_tree(DFT_FILE_KIND);
     return name;
 }
 
@@ -241,7 +231,7 @@ int32_t scan_interface(const char *path, int32_t debug, const char *option) {
     std::string base = FNM_break(path, "b");
     std::string directory = FNM_break(path, "p");
     state = READ_STATE();
-    state.debug = debug != 0;
+    print_scan_trees = debug;
     set_log_file(path);
     initial_scan();
     const char *name = read_top_file(path, base, directory);

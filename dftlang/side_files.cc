@@ -10,6 +10,8 @@
 #include <unistd.h>
 #include <utility>
 
+int32_t print_scan_trees = 0;
+
 const char *resolve_side_file(const char *name) {
     if (name[0] == '~') {
         const char *home = FNM_get_home(name);
@@ -29,6 +31,8 @@ bool parse_file_if_there(const char *file_name, const char *shown_name, SCAN_FIL
         return false;
     const char *outer_name = std::exchange(in_file_name, shown_name);
     scan_yyparse(kind);
+    if (print_scan_trees && scan_root[kind] != nullptr)
+        SCAN_PRINT_AST(stdout, scan_root[kind], 0);
     in_file_name = outer_name;
     std::fclose(std::exchange(scan_yyin, nullptr));
     return true;

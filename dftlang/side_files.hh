@@ -3,6 +3,9 @@
 
 #include "dftlang/parser.hh"
 
+/// 1 while the tree of each file is printed on the console when it has been parsed; scan_interface sets it.
+extern int32_t print_scan_trees;
+
 /// `name` as the file that is being read means it: against the directory of that file.
 const char *resolve_side_file(const char *name);
 

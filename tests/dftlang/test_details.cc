@@ -1,0 +1,157 @@
+// What single values become: tokens, resolved names, joined rows, the scrambled section.
+#include "dftlang/mapping.hh"
+#include "tests/dftlang/dft_case.hh"
+
+#include <cstring>
+#include <string>
+
+namespace {
+
+void show_partition() {
+    for (const char *name : rows(DFT_OBJECT->def_info))
+        std::printf("<%s>", name);
+}
+
+void show_legal() {
+    for (const LEGAL_ROW &row : rows(DFT_OBJECT->atpg_constraints[0].legal)) {
+        for (const char *port : rows(row.ports))
+            std::printf("%s ", port);
+        std::printf("=");
+        for (const char *pattern : rows(row.patterns))
+            std::printf(" %s", pattern);
+        std::printf("\n");
+    }
+}
+
+} // namespace
+
+TEST(Tokens, OfNamesStringsAndNumbers) {
+    const struct {
+        const char *text;
+        const char *shown; ///< what is printed, or the syntax error
+    } rows[] = {
+        {"%DEF_INFO { %PARTITION u1/u2.q[3] a:b, #x $y &z @w _v %; }",
+         "<u1/u2.q[3]><a:b><#x><$y><&z><@w><_v><%>"},
+        {"%DEF_INFO { %PARTITION \\a(b;c d ; }", "<\\a(b;c><d>"},
+        {"%DEF_INFO { %PARTITION a?b ` c\r; }", "<a><b><c>"},
+        {"%DEF_INFO { %PARTITION %DATA_1x MUST_SCAN(1", "near or at (."},
+        {"%DEF_INFO { %PARTITION a 2:clk", "near or at 2."},
+        {"%DEF_INFO { %PARTITION -5%", "near or at -5."},
+        {"%DEF_INFO { %PARTITION 1.5%", "near or at 1.5."},
+        {"%DEF_INFO { %PARTITION 12%", "near or at 12%."},
+        {"%DEF_INFO { %PARTITION '0\n1'", "near or at 01."},
+        {"%DEF_INFO { %PARTITION '01 X'", "near or at 01."},
+        {"%DEF_INFO { %PARTITION '0 1'", "near or at 0."},
+        {"%DEF_INFO { %PARTITION \" a\"\"b \"", "near or at a\"b."},
+        {"%DEF_INFO { %PARTITION \"a\\b\"c d\"", "near or at a\\b\"c d."},
+        {"%DEF_INFO { %PARTITION =>", "near or at =>."},
+    };
+    for (const auto &row : rows) {
+        scratch_folder scratch;
+        scratch.write("chip.dft", row.text);
+        run_result result = read_dft(scratch, show_partition);
+        std::string all = result.out + result.err;
+        EXPECT_NE(all.find(row.shown), std::string::npos) << row.text << "\n" << all;
+    }
+}
+
+TEST(LegalInputs, AreJoinedUntilNoneShareAPort) {
+    const struct {
+        const char *statements;
+        const char *rows;
+    } cases[] = {
+        {"%ILLEGAL_INPUTS a, b = '00', '11';", "a b = 10 01\n"},
+        {"%ILLEGAL_INPUTS a = '0', '1';", ""},
+        {"%LEGAL_INPUTS a, b = '01'; %LEGAL_INPUTS b, c = '10';", "a b c = 010\n"},
+        {"%LEGAL_INPUTS a, b = '01'; %LEGAL_INPUTS b, a = '11', '00';", "a b = 11 00\n"},
+        {"%LEGAL_INPUTS x = '1'; %LEGAL_INPUTS a, b = '01', '11'; %LEGAL_INPUTS y = '0'; %LEGAL_INPUTS b, c "
+         "= '10'; "
+         "%LEGAL_INPUTS c, d = '00', '01';",
+         "x = 1\ny = 0\na b c d = 0100 0101 1100 1101\n"},
+    };
+    for (const auto &one : cases) {
+        scratch_folder scratch;
+        scratch.write("chip.dft",
+                      std::string("%ATPG_CONSTRAINTS { %ATPG_MODE \"m\" { ") + one.statements + " } }");
+        run_result result = read_dft(scratch, show_legal);
+        EXPECT_EQ(result.out, one.rows) << result.err;
+    }
+}
+
+TEST(ScrambledSection, BecomesFoldScanTables) {
+    // Every character is its own mask, then its code under that mask: 'p' is 112, with mask 3 that is 115.
+    const std::string in_port = "2200"
+                                "3115"
+                                "0049";
+    const std::string group = "01"
+                              "5102";
+    const std::string out_port = "7999"
+                                 "0113";
+    scratch_folder scratch;
+    scratch.write("chip.dft", "%CIPHERTEXT { " + in_port + " " + group + " 9999 " + out_port + "12 }");
+    run_result result = read_dft(scratch, [] {
+        FOLD_PORT &in = DFT_OBJECT->fold_scan_in[0];
+        std::printf("%s %s %s %s; %s %d", in.name, in.groups[0].operations[0], in.groups[0].operations[1],
+                    in.groups[0].name, DFT_OBJECT->fold_scan_out[0].name,
+                    DYNA_count(DFT_OBJECT->fold_scan_out));
+    });
+    EXPECT_EQ(result.out, "p1 pass xor c; q 1") << result.err;
+    scratch.write("chip.dft",
+                  "%CIPHERTEXT { " + in_port + " }\n%FOLD_SCAN_IN_1 { %PORT_NAME own; %GROUP { g, a, b; } }");
+    result = read_dft(scratch, [] {
+        std::printf("%s %d", DFT_OBJECT->fold_scan_in[0].name, DYNA_count(DFT_OBJECT->fold_scan_in));
+    });
+    EXPECT_EQ(result.out, "own 1");
+}
+
+TEST(Files, AreFoundFromWhereTheyAreNamed) {
+    const struct {
+        const char *path;
+        const char *top; ///< top module, or the message
+    } rows[] = {
+        {"chip.xyz", "in_dft"},
+        {"./chip.xyz", "in_xyz"},
+        {"chip", "in_dft"},
+        {"./chip", "ERROR : Can't open input file - './chip'.\n"},
+        {"none", "ERROR : Can't open input file - 'none.dft'.\n"},
+        {"./sub", "ERROR : Can't open input file - './sub'.\n"},
+    };
+    for (const auto &row : rows) {
+        scratch_folder scratch;
+        scratch.write("chip.dft", "%TOP_MODULE = in_dft;");
+        scratch.write("chip.xyz", "%TOP_MODULE = in_xyz;");
+        scratch.write("sub/there", "");
+        run_result result = run_child(scratch, [&] {
+            scan_interface(row.path, 0, "HIER_DFT");
+            std::printf("%s", DFT_OBJECT->top_module);
+        });
+        EXPECT_EQ(result.out + result.err, row.top);
+    }
+}
+
+TEST(Cores, AreStoodInByName) {
+    scratch_folder scratch;
+    scratch.write("chip.dft",
+                  "%TOP_MODULE = chip_top;\n%CORE { %NAME = One; %NAME = two; %DFT_FILE = \"c.dft\"; }");
+    scratch.write("c.dft", "%TOP_MODULE = core_top;");
+    run_result result = read_dft(scratch, [] {
+        DFT_CONFIGURATION *top = DFT_OBJECT;
+        EXPECT_EQ(SL_core_name_countG(), 2);
+        EXPECT_STREQ(set_current_core_name(1)->name, "two");
+        EXPECT_EQ(set_current_core_name(2), nullptr);
+        EXPECT_EQ(current_core_name, nullptr);
+        EXPECT_EQ(DFT_inst_setup("none"), 0);
+        EXPECT_EQ(DFT_OBJECT, top);
+        EXPECT_EQ(DFT_inst_setup("ONE"), 1);
+        DFT_CONFIGURATION *core = DFT_OBJECT;
+        EXPECT_STREQ(core->top_module, "core_top");
+        EXPECT_EQ(DFT_inst_setup("two"), 1);
+        EXPECT_EQ(DFT_OBJECT, core) << "one file, one configuration";
+        DFT_TREE empty = {nullptr};
+        EXPECT_EQ(DFT_setup(&empty), 0);
+        EXPECT_EQ(DFT_setup(SL_TOP_DFT_TREE), 1);
+        EXPECT_EQ(DFT_OBJECT, top);
+        std::printf("%s", testing::Test::HasFailure() ? "failed" : "fine");
+    });
+    EXPECT_EQ(result.out, "fine") << result.err;
+}
