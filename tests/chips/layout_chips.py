@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 """Makes one small chip per layout (where its pads stand, where its TAP stands), inserts the boundary register,
-and proves the result as proof.py does.
+and proves the result as proof.py does, and formally where the pads are the same before and after.
 
     layout_chips.py --layout pads_two_down --bin build/bin --work DIR
 
@@ -20,6 +20,7 @@ from dataclasses import dataclass
 sys.dont_write_bytecode = True
 import proof  # noqa: E402
 from chip_files import ProofError  # noqa: E402
+from equivalence import compare_formally  # noqa: E402
 from player import run  # noqa: E402
 
 EXAMPLE = pathlib.Path(__file__).resolve().parent.parent.parent / "examples" / "uart_chip"
@@ -235,6 +236,8 @@ def main():
         plan = plan_of(layout)
         (work / "plan.json").write_text(json.dumps(plan, indent=4) + "\n")
         cells, faults, counts = proof.prove(plan, work, simulate_only=False)
+        if not faults and not layout.bare:
+            counts.append(compare_formally(plan, work))
     except ProofError as fault:
         sys.exit(f"PROOF FAILED: {given.layout}: {fault}")
     if faults:
