@@ -33,7 +33,7 @@ constexpr TABLE_CASE table_cases[] = {
      nullptr},
     {"a blank row that was filled but never named is not met again", "5\n1\n5\nPAD\n1\n2\n4\nT\n6\nZ\n1\n6\n",
      "chip.lib", "%BUFFER        T\n {\n  %FUNCTION    out;\n  %OUTPUT      Z;\n }\n\n", "PAD"},
-    {"an item without a name goes", "5\n1\n4\nA\n3\n5\nlost\n3\n4\nB\n2\n5\nof_a\n2\n5\nof_b\n1\n6\n",
+    {"an item without a name goes", "5\n1\n4\nA\n3\n5\nlost\n3\n4\nB\n2\n5\nof_a\n2\n2\n5\nof_b\n1\n6\n",
      "chip.lib",
      "%BUFFER        A\n {\n  %FUNCTION    in;\n  %INPUT       of_a;\n }\n\n"
      "%BUFFER        B\n {\n  %FUNCTION    in;\n  %INPUT       of_b;\n }\n\n",
@@ -44,7 +44,7 @@ constexpr TABLE_CASE table_cases[] = {
      "%INSTRUCTION_TABLE"},
     {"a row that got no opcode is asked nothing further",
      "3\n1\n2\n2\nA\n00\nra\n2\nB\n0\n\nC\n\nD\n11\nrd\n\n7\n", "chip.bsc",
-     "(00)  ACCESS  ra;\n    %INSTRUCTION                D = (11)  ACCESS  rd;\n}\n", "B"},
+     "(00)  ACCESS  ra;\n    %INSTRUCTION                D = (11)  ACCESS  rd;\n}\n", " B "},
     {"an instruction is found whatever its case; opcodes are added, and an empty register keeps the old one",
      "3\n1\n2\n2\nA\n00\nra\n2\na\n01;x1,1\n\n\n\n7\n", "chip.bsc",
      "%INSTRUCTION                A = (00,\n                                     01,\n"
@@ -58,7 +58,7 @@ constexpr TABLE_CASE table_cases[] = {
      "%INSTRUCTION_CAPTURE  (01,\n                       1x,\n                       11);\n\n", nullptr},
     {"an empty answer empties a list and clears a field",
      "3\n1\n2\n3\n01\n3\n\n6\nP\n6\n\n4\nD\n4\n\n7\n4\n3\n01010101010101010101010101010101\n3\n\n5\n",
-     "chip.bsc", "/* Test Date Register */\n\n", "%I"},
+     "chip.bsc", "/* Test Date Register */\n\n", "%INSTRUCTION"},
     {"four skipped signals stand on one line", "7\n1\na\n1\nb\n1\nc\n1\nd\n3\n", "chip.bsc",
      "%SKIP_SIGNAL_NAMES\n {\n              a,              b,              c,              d;\n }\n\n",
      nullptr},
