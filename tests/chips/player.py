@@ -50,10 +50,11 @@ def bits_of(name, port):
 
 class Player:
     """One netlist under test. pins is the order of values in a step; a pin that this netlist does not
-    have (a test port that the insertion adds) is ignored on the way in and reads z."""
+    have (a test port that the insertion adds) is ignored on the way in and reads z. probes gives values
+    inside the netlist, as the bench reaches them, that stand among the pins."""
 
-    def __init__(self, work, tag, sources, top_file, pins):
-        self.work, self.tag, self.pins = work, tag, pins
+    def __init__(self, work, tag, sources, top_file, pins, probes=None):
+        self.work, self.tag, self.pins, self.probes = work, tag, pins, probes or {}
         self.top, ports = read_top_ports(work / top_file)
         self.write_bench(ports)
         image = f"{tag}.vvp"
@@ -73,7 +74,7 @@ class Player:
             raise ProofError(f"{self.tag}: ports without a pin: {' '.join(unknown)}")
         sampled = []
         for index, pin in enumerate(self.pins):
-            signal, direction = known.get(pin, ("1'bz", None))
+            signal, direction = known.get(pin, (self.probes.get(pin, "1'bz"), None))
             sampled.append(signal)
             if direction:
                 strength = "" if direction == "input" else "(weak1, weak0) "

@@ -1,0 +1,467 @@
+#!/usr/bin/env python3
+"""Inserts the boundary register into a chip with one pad of each kind, and proves the result in simulation.
+
+    kinds_proof.py --variant three_levels --bin build/bin --work DIR
+
+What each pad does stands in the tables below, by port; where its cells stand in the register comes from the
+.bso file. The values inside the core come from the chip before the insertion, which plays the same steps: the
+flip-flops of both take the same values as long as the clock pins do.
+
+Proven per variant: resets, IDCODE, BYPASS, the length of the register; in SAMPLE and EXTEST every cell
+captures what its place in the chip has; EXTEST and CLAMP drive every pad as the register says; INTEST runs the
+core on the register; in all other time the chip does, step by step, what it did before.
+"""
+
+import argparse
+import pathlib
+import random
+import re
+import shutil
+import sys
+
+sys.dont_write_bytecode = True
+HERE = pathlib.Path(__file__).resolve().parent
+sys.path.insert(0, str(HERE.parent))
+import checks  # noqa: E402
+import proof  # noqa: E402
+from chip_files import Cell, Chip, ProofError, read_bsc  # noqa: E402
+from player import Player, run  # noqa: E402
+from tap_driver import Session  # noqa: E402
+
+ONE_CELL = "%BIDIR_SCAN BC_BID; %BIDIR_MUX_SCAN BC_MUXB;"
+GROUPS_OF_3 = "%GROUP_SIZE 3;"
+VARIANTS = {  # group items of the TAP, cells of bidirectional pads, options, expected in the report
+    "one_level": ("%GROUP_SIZE 64;", ONE_CELL, "", "     Level 2:   1 buffers    drive  41 scan cells"),
+    "three_levels": (GROUPS_OF_3, ONE_CELL, "", "     Level 4:  14 buffers    drive  41 scan cells"),
+    "pairs": (GROUPS_OF_3, "", "", "     Level 4:  16 buffers    drive  46 scan cells"),
+    "no_trees": ("", ONE_CELL, "", "  ** Add total  41 Boundary Scan Cells:"),
+    "synch": (GROUPS_OF_3, ONE_CELL, "-synch", "     Level 4:  14 buffers    drive  41 scan cells"),
+    "df_speed": ("%GROUP_SIZE 4; %DF_GROUP_SIZE 5; %DF_SIGNAL_BUFFER CBUF;", ONE_CELL, "-df_speed",
+                 "     Using    9 buffers to drives   41 signals"),
+    "synch_df_speed": ("%GROUP_SIZE 4; %DF_GROUP_SIZE 5; %DF_SIGNAL_BUFFER CBUF;", "", "-synch -df_speed",
+                       "     Using   12 buffers to drives   46 signals"),
+    "own_controls": (GROUPS_OF_3, ONE_CELL, "-dont_share_control",
+                     "  ** Add 13 CONTROL SCAN Cells: BC_CTL"),
+    "own_controls_pairs": (GROUPS_OF_3, "", "-dont_share_control", "  ** Add 13 CONTROL SCAN Cells: BC_CTL"),
+    "highz": (GROUPS_OF_3, ONE_CELL, "", "     TAP highz       : HIGHZ"),
+}
+
+# Output pads: what a pad shows for data d and enable e, then the nets that feed both before the insertion.
+TWO = lambda d, e: d                                # noqa: E731
+LOW = lambda d, e: d if e == "0" else "z"           # noqa: E731
+HIGH = lambda d, e: d if e == "1" else "z"          # noqa: E731
+INVERTED = {"0": "1", "1": "0", "z": "z"}
+OUTPUTS = {
+    "q0": (TWO, "s[0]", None), "q1": (TWO, "s[1]", None), "q2": (TWO, "q2_i", None),
+    "t0": (LOW, "s[2]", "s[8]"), "t1": (LOW, "s[3]", "s[8]"), "th": (HIGH, "s[4]", "s[9]"),
+    "tp": (HIGH, "s[12]", "s[10]"), "tk": (TWO, "s[5]", None),
+    "od": (lambda d, e: "0" if d == "0" else "z", "s[6]", None),
+    "os": (lambda d, e: "1" if d == "1" else "z", "s[7]", None),
+    "io0": (LOW, "s[0]", "s[11]"), "io1": (LOW, "s[1]", "s[11]"), "ioh": (HIGH, "s[2]", "s[12]"),
+    "iof": (LOW, "s[3]", "s[11]"), "dop": (TWO, "s[4]", None), "dtp": (LOW, "s[5]", "s[13]"),
+    "bst": (LOW, "s[6]", "s[14]"), "mxo": (TWO, "s[7]", None), "mxt": (LOW, "s[8]", "s[9]"),
+    "mxb": (LOW, "s[9]", "s[15]"), "mxc": (LOW, "s[10]", "s[15]"),
+}
+MINUS_LEGS = {"dom": "dop", "dtm": "dtp"}
+INPUTS = ["d0", "d1", "dn", "dip", "bsi", "mxi", "mck"]
+BOTH_WAYS = ["io0", "io1", "ioh", "mxb", "mxc"]
+WEAK = [port for port in OUTPUTS] + ["iog", "dom", "dtm"]
+INTERNALS = {"u_glue{Z}": "glue", "u_mix{B}": "s[14]", "u_glue{A}": "s[3]"}
+WITHOUT_CELL = {"mck", "dim", "dom", "dtm", "tdi", "tms", "tck", "trst_n", "tdo"}
+RESETS = {"rst_n": "0"}
+
+
+# ---- the register, from the .bso file -------------------------------------------------------------------
+
+def instance_index(path, instance):
+    found = re.match(r"BCELL(\d+)(_|$)", instance)
+    if not found:
+        raise ProofError(f"{path}: no cell number in '{instance}'")
+    return int(found[1])
+
+
+class Register:
+    """cells[i] is (role, port or enable net); roles are in, out, both, control, internal."""
+
+    def __init__(self, path):
+        self.cells, self.of_port, self.controls, self.ports = {}, {}, [], []
+        for line in open(path):
+            words = line.split()
+            if line.startswith("//") or not words:
+                continue
+            if words[0] == "[CONTROL":
+                block = [words[-1], words[3], None]
+            elif words[0] == "[OE":
+                first, _, last = line.split("]")[1].split("*")[0].strip().partition(":")
+                self.add_control(path, block[0], block[1], int(first), int(last or first))
+            elif not words[0].startswith("["):
+                self.add_port(path, words)
+        self.place_inner_input()
+        if sorted(self.cells) != list(range(len(self.cells))):
+            raise ProofError(f"{path}: the register has gaps: {sorted(self.cells)}")
+
+    def add(self, path, index, role, name):
+        if index in self.cells:
+            raise ProofError(f"{path}: two cells at {index}: {self.cells[index]}, {name}")
+        self.cells[index] = (role, name)
+        self.of_port.setdefault(name, {})[role] = index
+
+    def add_control(self, path, instance, net, first, last):
+        index = instance_index(path, instance)
+        if index != first + 1 and first >= 0:
+            raise ProofError(f"{path}: control cell {instance} does not follow the cell at {first}")
+        self.add(path, index, "control", f"{net} {first}:{last}")
+        self.controls.append((net, first, last, index))
+
+    def add_port(self, path, words):
+        order, _, port, _, pad, function, instance = words
+        if "{" in port:
+            self.add(path, instance_index(path, instance), "internal", port)
+            return
+        self.ports.append(port)
+        if port in WITHOUT_CELL and instance != "*":
+            raise ProofError(f"{path}: {port} has a cell")
+        if port in WITHOUT_CELL or port == "bsi":
+            return                                  # the input pad with its cell inside is told without a place
+        if port == "bst":
+            self.add(path, int(order), "out", port)
+        elif function == "inout":
+            names = instance.split(",")
+            if port in ("mxb", "mxc"):
+                names.reverse()                     # pads with a mux: output cell first
+            self.add(path, instance_index(path, names[0]), "in", port)
+            self.add(path, instance_index(path, names[1]), "out", port)
+            if int(order) not in self.of_port[port].values():
+                raise ProofError(f"{path}: {port} is at {order}, its cells are {instance}")
+        else:
+            role = "both" if function == "bidir" else "out" if function.startswith("output") else "in"
+            self.add(path, int(order), role, port)
+            if instance_index(path, instance) != int(order):
+                raise ProofError(f"{path}: {instance} is listed at {order}")
+
+    def place_inner_input(self):
+        place = next(i for i in range(len(self.cells) + 1) if i not in self.cells)
+        self.cells[place] = ("in", "bsi")
+        self.of_port["bsi"] = {"in": place}
+
+    def data(self, port):
+        cells = self.of_port[port]
+        return cells.get("out", cells.get("both"))
+
+    def control(self, port):
+        """The control cell of a pad: on its enable net, and of several the one right behind its own cell."""
+        net = OUTPUTS[port][2]
+        if not net:
+            return None
+        rows = [row for row in self.controls if row[0] == net]
+        if len(rows) > 1:
+            ends = self.of_port[port].values()
+            rows = [row for row in rows if row[1] in ends]
+        if len(rows) != 1:
+            raise ProofError(f"{port}: {len(rows)} control cells on {net}")
+        return rows[0][3]
+
+    def off_values(self, value_of_free="0"):
+        """A pattern that turns all pads off that can be turned off."""
+        bits = [value_of_free] * len(self.cells)
+        for port, (shows, _, net) in OUTPUTS.items():
+            if net:
+                bits[self.control(port)] = "1" if shows is LOW else "0"
+        bits[self.data("od")], bits[self.data("os")] = "1", "0"
+        return bits
+
+    def shown(self, port, pattern):
+        if port in MINUS_LEGS:
+            return INVERTED[self.shown(MINUS_LEGS[port], pattern)]
+        if port == "iog":
+            return "z"
+        control = self.control(port)
+        return OUTPUTS[port][0](pattern[self.data(port)], pattern[control] if control is not None else None)
+
+
+# ---- the trials -----------------------------------------------------------------------------------------
+
+class Trials:
+    def __init__(self, chip, register, session, rng):
+        self.chip, self.register, self.session, self.rng = chip, register, session, rng
+        self.found = []             # functions of the answers of the new and the old chip that give faults
+        self.pins = chip.ports
+
+    def set_pins(self):
+        for pin in INPUTS + WEAK:
+            self.session.pins[pin] = self.rng.choice("01")
+        self.session.pins["dim"] = INVERTED[self.session.pins["dip"]]
+
+    def clock(self):
+        for value in "10":
+            self.session.pins["clk"] = value
+            self.session.step()
+
+    def reset(self):
+        self.session.pins["rst_n"] = "0"
+        self.set_pins()
+        self.clock()
+        self.session.pins["rst_n"] = "1"
+
+    def run_core(self, cycles):
+        for _ in range(cycles):
+            self.set_pins()
+            self.session.step()
+            self.clock()
+
+    def random_bits(self):
+        return [self.rng.choice("01") for _ in self.register.cells]
+
+    def probe(self):
+        steps = []
+        for value in "01":
+            self.session.pins.update({pin: value for pin in WEAK})
+            steps.append(self.session.step())
+        return steps
+
+    def expect_pins(self, pattern, label, ports=None):
+        steps = self.probe()
+        def check(new, _old):
+            for port in ports or WEAK:
+                seen = new(steps[0], port) + new(steps[1], port)
+                shown = self.register.shown(port, pattern)
+                want = "01" if shown == "z" else 2 * shown
+                if seen != want:
+                    yield f"{label}: {port} reads {seen} against a weak 0 and 1, should be {want}"
+        self.found.append(check)
+
+    def expect_capture(self, scanned, label, pattern=None):
+        """pattern is what the register holds while it has the pins."""
+        captured, where = scanned
+        inner = pattern and str(int(pattern[self.register.of_port["u_glue{Z}"]["internal"]]) ^
+                                int(pattern[self.register.of_port["u_mix{B}"]["internal"]]))
+        def check(new, old):
+            for index, (role, name) in self.register.cells.items():
+                if role in ("in", "both"):
+                    want = new(captured, name)
+                    want = INVERTED[want] if name == "dn" else want
+                elif role == "control":
+                    want = old(captured, name.split()[0])
+                elif role == "internal":
+                    want = old(captured, INTERNALS[name])
+                else:
+                    want = inner if pattern and name == "q2" else old(captured, OUTPUTS[name][1])
+                got = new(where[index], "tdo")
+                if got != want:
+                    yield f"{label}: cell {index} ({role} {name}) captured {got}, should be {want}"
+        self.found.append(check)
+
+    def sample(self, rounds):
+        for number in range(rounds):
+            self.session.label = f"SAMPLE {number}"
+            self.run_core(9)
+            self.session.load("SAMPLE")
+            self.set_pins()
+            self.session.step()
+            self.expect_capture(self.session.scan(self.random_bits()), self.session.label)
+
+    def extest(self, rounds):
+        session = self.session
+        size = len(self.register.cells)
+        patterns = [["0"] * size, ["1"] * size, self.register.off_values("0"), self.register.off_values("1")]
+        patterns += [self.random_bits() for _ in range(rounds)]
+        session.label = "PRELOAD"
+        session.load("SAMPLE")
+        session.scan(patterns[0])
+        session.diverging = True
+        session.load("EXTEST")
+        for pattern, following in zip(patterns, patterns[1:] + patterns[:1]):
+            session.label = f"EXTEST of {''.join(pattern)}"
+            self.set_pins()
+            self.expect_pins(pattern, session.label)
+            self.set_pins()
+            session.step()
+            self.expect_capture(session.scan(following), session.label, pattern)
+        for name in ("CLAMP", "EXTEST"):
+            session.label = name
+            session.scan(patterns[1])
+            session.load(name)
+            self.expect_pins(patterns[1], name)
+            if name == "CLAMP":
+                session.scan("0110100", list("0011010"))
+                self.expect_pins(patterns[1], name)
+                session.load("EXTEST")
+        if "HIGHZ" in self.chip.opcodes:
+            session.label = "HIGHZ"
+            session.load("HIGHZ")
+            steps = self.probe()
+            def check(new, _old):
+                if new(steps[0], "tk") + new(steps[1], "tk") != "01":
+                    yield "HIGHZ: tk is driven"
+            self.found.append(check)
+        session.reset_by_tms()
+        session.diverging = False
+
+    def whole(self):
+        session = self.session
+        session.diverging = True
+        session.reset_by_tms()
+        self.reset()
+        session.diverging = False
+        self.run_core(300)
+        checks.try_resets(self.chip, session)
+        checks.try_registers(self.chip, session, self.rng)
+        self.sample(16)
+        self.extest(24)
+        self.run_core(100)
+
+
+# ---- the core on the register ---------------------------------------------------------------------------
+
+def fresh(chip, register, rng):
+    session = Session(chip)
+    trials = Trials(chip, register, session, rng)
+    session.reset_by_tms()
+    trials.reset()
+    return trials
+
+
+def intest(chip, register, rng, look_before, play_new):
+    """The old chip goes first. What its pins show before each clock goes into the register of the new one."""
+    old = fresh(chip, register, rng)
+    seen = []
+    for _ in range(30):
+        old.set_pins()
+        before = old.session.step()
+        old.clock()
+        seen.append((before, old.session.step()))
+    answers = look_before(old.session.steps)
+
+    new = fresh(chip, register, rng)
+    direct = ["dn", "mck"] + (["mxb"] if "in" in register.of_port["mxb"] else [])
+    new.session.load("SAMPLE")
+    new.session.label = "INTEST"
+    scans = []
+    def load(step):
+        pattern = register.off_values(rng.choice("01"))
+        for port in INPUTS + BOTH_WAYS + ["iog", "rst_n"]:
+            cells = register.of_port.get(port, {})
+            place = cells.get("in", cells.get("both"))
+            if place is not None:
+                pattern[place] = answers(step, port) if port != "rst_n" else "1"
+        scans.append((new.session.scan(pattern), pattern))
+    load(seen[0][0])
+    new.session.load("INTEST")
+    for number, (before, _) in enumerate(seen):
+        if number:
+            load(before)
+        new.set_pins()
+        new.session.pins.update({port: answers(before, port) for port in direct})
+        new.session.step()
+        new.clock()
+        new.session.step()
+    load(seen[0][0])
+    found = play_new(new.session.steps)
+
+    inside = [register.of_port[name]["internal"] for name in ("u_glue{Z}", "u_mix{B}")]
+    for (_, rest), ((_, where), _), (_, pattern) in zip(seen, scans[1:], scans):
+        for index, (role, name) in register.cells.items():
+            if role == "in":
+                continue
+            if role == "control":
+                want = answers(rest, name.split()[0])
+            elif role == "internal":
+                want = answers(rest, INTERNALS[name])
+            elif name == "q2":
+                want = str(int(pattern[inside[0]]) ^ int(pattern[inside[1]]))
+            else:
+                want = answers(rest, OUTPUTS[name][1])
+            got = found(where[index], "tdo")
+            if got != want:
+                yield f"INTEST: cell {index} ({role} {name}) captured {got}, should be {want}"
+
+
+# ---- building and proving -------------------------------------------------------------------------------
+
+def build(variant, bin_dir, work):
+    group, bidir, options, expected = VARIANTS[variant]
+    shutil.rmtree(work, ignore_errors=True)
+    (work / "lib").mkdir(parents=True)
+    cells = ["pads.v", "synch.v" if "-synch" in options else "gated.v"]
+    for name in cells + ["kinds.v", "kinds.pin"]:
+        shutil.copy(HERE / name, work)
+    highz = variant == "highz"
+    command = "%HIGHZ_COMMAND HIGHZ;" if highz else ""
+    instruction = "%INSTRUCTION HIGHZ = (0101) ACCESS BYPASS;" if highz else ""
+    for name, fill in (("kinds.lib", {"@GROUP": group, "@HIGHZ": command}),
+                       ("kinds.bsc", {"@BIDIR": bidir, "@HIGHZ": instruction})):
+        text = (HERE / name).read_text()
+        head, body = text.split("*/", 1)
+        for word, value in fill.items():
+            body = body.replace(word, value)
+        (work / name).write_text(head + "*/" + body)
+    run([str(bin_dir / "kalmverin"), "-lib", *cells, "-opath", "lib"], work, "reading the cells")
+    run([str(bin_dir / "kalmverin"), "kinds.v"], work, "reading the chip")
+    output = run([str(bin_dir / "rimweave"), "kinds", "-add_tap", *options.split()], work, "inserting")
+    if expected not in output:
+        raise ProofError(f"the report does not say '{expected}'")
+    return cells
+
+
+def values(answers, place):
+    return lambda step, name: answers[step][place[name]]
+
+
+def prove(work, cells):
+    register = Register(work / "kinds.bso")
+    kinds = {"in": "input", "out": "output2", "both": "bidir", "control": "control", "internal": "internal"}
+    chip = Chip(cells=[Cell(i, kinds[register.cells[i][0]], "", register.cells[i][1])
+                       for i in range(len(register.cells))])
+    chip.ports = register.ports
+    read_bsc(work / "kinds.bsc", chip)
+    nets = [f"s[{i}]" for i in range(16)] + ["glue", "q2_i"]
+    pins = chip.ports + nets
+    place = {pin: index for index, pin in enumerate(pins)}
+    plan = {"design": "kinds", "cells": cells}
+    netlists = ["kinds_jtag.v", "kinds_jtag_flat.v"]
+    proof.accept(plan, netlists, work)
+
+    session = Session(chip)
+    trials = Trials(chip, register, session, random.Random(1))
+    trials.whole()
+    before = Player(work, "before", ["kinds.v", *cells], "kinds.v", pins, {net: f"dut.{net}" for net in nets})
+    old = before.play(session.steps)
+    faults = []
+    for netlist in netlists:
+        player = Player(work, pathlib.Path(netlist).stem, [netlist, "kinds_TAP.v", *cells], netlist, pins)
+        new = player.play(session.steps)
+        found = proof.check_tdo(session, new, place["tdo"])
+        for check in trials.found:
+            found += check(values(new, place), values(old, place))
+        found += [f"step {step} ({session.labels[step]}): {pin} was {values(old, place)(step, pin)}, "
+                  f"is {values(new, place)(step, pin)}"
+                  for step, diverges in enumerate(session.diverges) if not diverges
+                  for pin in chip.ports if pin != "tdo" and old[step][place[pin]] != new[step][place[pin]]]
+        found += intest(chip, register, random.Random(2), lambda steps: values(before.play(steps), place),
+                        lambda steps: values(player.play(steps), place))
+        faults += [f"{netlist}: {fault}" for fault in found]
+    still = [pin for pin in OUTPUTS if not {"0", "1"} <= {answer[place[pin]] for answer, diverges
+                                                         in zip(old, session.diverges) if not diverges}]
+    return faults + [f"stimulus: {pin} never moves" for pin in still], len(register.cells), len(session.steps)
+
+
+def main():
+    options = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawTextHelpFormatter)
+    options.add_argument("--bin", type=pathlib.Path, required=True, help="folder of the programs")
+    options.add_argument("--variant", required=True, choices=list(VARIANTS))
+    options.add_argument("--work", required=True, type=pathlib.Path, help="scratch folder, emptied first")
+    given = options.parse_args()
+    try:
+        cells = build(given.variant, given.bin.resolve(), given.work)
+        faults, count, steps = prove(given.work.resolve(), cells)
+    except ProofError as fault:
+        sys.exit(f"PROOF FAILED: {fault}")
+    for fault in faults[:proof.FAULTS_SHOWN]:
+        print(fault)
+    if faults:
+        sys.exit(f"PROOF FAILED: {len(faults)} faults")
+    print(f"PROOF PASSED: kinds, {given.variant}: {count} boundary cells, {steps} steps")
+
+
+if __name__ == "__main__":
+    main()
