@@ -2,7 +2,7 @@
 """Makes one small chip per layout (where its pads stand, where its TAP stands), inserts the boundary register,
 and proves the result as proof.py does, and formally where the pads are the same before and after.
 
-    layout_chips.py --layout pads_two_down --bin build/bin --work DIR
+    layout_chips.py --layout pads_two_down --bin build/bin --work DIR [--vhdl]
 
 All chips hold the same core and the same pads. A chip is a flat list of instances, each in the module that its
 path names; a net that is used in several modules gets the ports that it needs on the way, so that a layout is
@@ -192,8 +192,8 @@ def make_design(layout):
 def write_files(layout, design, work):
     shutil.rmtree(work, ignore_errors=True)
     (work / "lib").mkdir(parents=True)
-    for name in ("cells.v", "chip.lib"):
-        shutil.copy(EXAMPLE / name, work)
+    for file in (EXAMPLE / "cells.v", EXAMPLE / "chip.lib", pathlib.Path(__file__).with_name("cells.vhd")):
+        shutil.copy(file, work)
     (work / "chip.v").write_text(design.verilog())
     bsc = (EXAMPLE / "chip.bsc").read_text()
     bsc = bsc.replace("%INSTANCE_NAME    u_tap;", f"%INSTANCE_NAME    {layout.tap};")
@@ -205,21 +205,23 @@ def write_files(layout, design, work):
     (work / "chip.pin").write_text("%PACKAGE_TYPE QFP32 32;\n" + "".join(rows))
 
 
-def plan_of(layout):
-    return {"design": "chip", "cells": ["cells.v"], "netlist": ["chip.v"], "resets": {"rst_n": "0"},
+def plan_of(layout, vhdl):
+    return {"design": "chip", "cells": ["cells.v"], "netlist": ["chip.v"], "resets": {"rst_n": "0"}, "vhdl": vhdl,
             "before": ["chip_TAP.v"] if layout.exists else [], "cycles": 400,
             "tdo_always_driven": layout.unwired or "-no_pad" in layout.options}
 
 
-def insert(layout, work, bin_dir):
+def insert(layout, work, bin_dir, vhdl):
     def tool(name, *words, what):
         return run([str(bin_dir / name), *words], work, what)
     tool("kalmverin", "-lib", "cells.v", "-opath", "lib", what="reading the cells")
     if layout.exists:
         tool("rimweave", "chip", "-add_tap_only", what="writing the TAP")
+        if vhdl:
+            tool("rimweave", "chip", "-add_tap_only", "-vhdl", what="writing the TAP in VHDL")
         tool("kalmverin", "-lib", "chip_TAP.v", "-opath", "lib", what="reading the TAP")
     tool("kalmverin", "chip.v", what="reading the chip")
-    words = ([] if layout.exists else ["-add_tap"]) + layout.options.split()
+    words = ([] if layout.exists else ["-add_tap"]) + layout.options.split() + (["-vhdl"] if vhdl else [])
     (work / "rimweave.out").write_text(tool("rimweave", "chip", *words, what="inserting"))
 
 
@@ -228,15 +230,16 @@ def main():
     options.add_argument("--layout", required=True, choices=LAYOUTS)
     options.add_argument("--bin", required=True, type=pathlib.Path, help="folder of the programs")
     options.add_argument("--work", required=True, type=pathlib.Path, help="scratch folder, emptied first")
+    options.add_argument("--vhdl", action="store_true", help="write VHDL, and play it under GHDL")
     given = options.parse_args()
     layout, work = LAYOUTS[given.layout], given.work.resolve()
     try:
         write_files(layout, make_design(layout), work)
-        insert(layout, work, given.bin.resolve())
-        plan = plan_of(layout)
+        insert(layout, work, given.bin.resolve(), given.vhdl)
+        plan = plan_of(layout, given.vhdl)
         (work / "plan.json").write_text(json.dumps(plan, indent=4) + "\n")
         cells, faults, counts = proof.prove(plan, work, simulate_only=False)
-        if not faults and not layout.bare:
+        if not faults and not layout.bare and not given.vhdl:
             counts.append(compare_formally(plan, work))
     except ProofError as fault:
         sys.exit(f"PROOF FAILED: {given.layout}: {fault}")

@@ -29,6 +29,7 @@ import checks  # noqa: E402
 from chip_files import ProofError, read_chip  # noqa: E402
 from player import Player, run  # noqa: E402
 from tap_driver import Session  # noqa: E402
+from vhdl_player import VhdlPlayer  # noqa: E402
 
 FAULTS_SHOWN = 12
 
@@ -98,8 +99,9 @@ def prove(plan, work, simulate_only):
     chip = read_chip(work / f"{design}.bso", work / f"{design}.bsc", work / f"{design}.lib")
     pins = chip.ports = chip.ports + [port for port in chip.test_ports.values() if port not in chip.ports]
     place = {pin: index for index, pin in enumerate(pins)}
-    netlists = [f"{design}_jtag.v", f"{design}_jtag_flat.v"]
-    if not simulate_only:
+    vhdl = plan.get("vhdl", False)
+    netlists = [f"{design}_jtag.vhd"] if vhdl else [f"{design}_jtag.v", f"{design}_jtag_flat.v"]
+    if not simulate_only and not vhdl:
         accept(plan, netlists, work)
 
     session = Session(chip, plan.get("tdo_always_driven", False))
@@ -111,7 +113,10 @@ def prove(plan, work, simulate_only):
     faults, counts = [], []
     for netlist in netlists:
         tag = pathlib.Path(netlist).stem
-        player = Player(work, tag, [netlist, f"{design}_TAP.v", *plan["cells"]], netlist, pins)
+        if vhdl:
+            player = VhdlPlayer(work, tag, ["cells.vhd", f"{design}_TAP.vhd", netlist], f"{design}_jtag", pins)
+        else:
+            player = Player(work, tag, [netlist, f"{design}_TAP.v", *plan["cells"]], netlist, pins)
         after = player.play(session.steps)
         found = check_tdo(session, after, place[chip.test_ports["tdo"]])
         for check in later:
