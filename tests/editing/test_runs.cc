@@ -12,6 +12,15 @@ CHIP_INPUT small_chip() {
     return input;
 }
 
+/// A chip whose TAP goes into module B, which stands in A.
+CHIP_INPUT chip_with_tap_path() {
+    CHIP_INPUT input;
+    input.design = test_file("designs/tap_down_a_path.v");
+    input.tap = "top_a.b.tap";
+    input.pins = "1 A a *\n2 Y y *\n6 TDI tdi *\n7 TMS tms *\n8 TCK tck *\n9 CK ck *\n10 TDO tdo *\n";
+    return input;
+}
+
 /// Tools that note how they were called; kalmedit leaves the module that it was to edit as it is.
 void note_calls(const chip_case &chip) {
     for (const char *tool : {"kalmedit", "kalmlist", "kalmflat", "mv", "cp"}) {
@@ -93,6 +102,8 @@ TEST(Runs, WhatIsPrinted) {
 TEST(Runs, AFailureEndsTheRunAndTheNextOneWorks) {
     struct FAILURE {
         const char *tool, *when, *message;
+        bool tap_path = false;
+        const char *options = "-add_tap";
     };
     const FAILURE failures[] = {
         {"kalmedit", "true", ""},
@@ -103,17 +114,26 @@ TEST(Runs, AFailureEndsTheRunAndTheNextOneWorks) {
         {"cp", "[ $2 = pads_bs.sdb ]",
          "\nERROR: can't copy file './pads.sdb' to file './rimweave_lib/pads_bs.sdb'.\n       Perhaps "
          "permission deny ...\n\n"},
+        {"cp", "[ $2 = ./rimweave_lib/pads_bs.inf ]", "", false, "-add_tap -vhdl"},
+        {"kalmedit", "[ $3 = ./rimweave_lib/B_bs ]", "", true},
+        {"kalmedit", "[ $3 = ./rimweave_lib/A_bs ]", "", true},
+        {"mv", "[ $1 = B_bs.sdb ]", "", true},
+        {"cp", "[ $2 = B_bs.sdb ]",
+         "\nERROR: can not copy file \"./B.sdb\" to file \"B_bs.sdb\".\n       Perhaps permission deny "
+         "...\n\n",
+         true},
         {"kalmlist", "true", "    Please check the \"bs_kalmlist.log\" file.\n"},
         {"kalmflat", "true", "    Please check the \"bs_kalmflat.log\" file.\n"},
     };
     for (const FAILURE &failure : failures) {
         SCOPED_TRACE(std::string(failure.tool) + " when " + failure.when);
-        chip_case chip(small_chip());
+        chip_case chip(failure.tap_path ? chip_with_tap_path() : small_chip());
+        chip.scratch.write("pads.inf", "");
         std::string before = chip.scratch.read("chip.sdb");
         std::string tool = failure.tool;
         std::string real = tool == "mv" || tool == "cp" ? "exec /bin/" + tool + " \"$@\"" : "exit 0";
         chip.make_tool(tool, std::string("if ") + failure.when + "; then exit 3; fi\n" + real);
-        run_result result = chip.run("-add_tap");
+        run_result result = chip.run(failure.options);
         EXPECT_EQ(result.status, 255);
         EXPECT_EQ(result.out.find("END TIME"), std::string::npos);
         EXPECT_NE(result.out.find(failure.message), std::string::npos) << result.out;
@@ -121,8 +141,74 @@ TEST(Runs, AFailureEndsTheRunAndTheNextOneWorks) {
                   std::string(failure.message).find("ERROR") != std::string::npos);
         EXPECT_EQ(chip.scratch.read("chip.sdb"), before);
         chip.make_tool(tool, real);
+        EXPECT_EQ(chip.run(failure.options).status, 0);
+    }
+}
+
+TEST(Runs, AModuleFileThatIsMissing) {
+    struct MISSING {
+        bool tap_path;
+        const char *file, *message;
+    };
+    const MISSING cases[] = {
+        {false, "pads.sdb", "ERROR: Can't find file pads.sdb.\n\n"},
+        {true, "A.sdb", "ERROR: Can not find \"A.sdb\" file.\n\n"},
+        {true, "B.sdb", "ERROR: Can not find \"B.sdb\" file.\n\n"},
+    };
+    for (const MISSING &each : cases) {
+        SCOPED_TRACE(each.file);
+        chip_case chip(each.tap_path ? chip_with_tap_path() : small_chip());
+        std::filesystem::rename(chip.scratch.dir / each.file, chip.scratch.dir / "away");
+        run_result result = chip.run("-add_tap");
+        EXPECT_EQ(result.status, 255);
+        EXPECT_NE(result.out.find(each.message), std::string::npos) << result.out;
+        std::filesystem::rename(chip.scratch.dir / "away", chip.scratch.dir / each.file);
         EXPECT_EQ(chip.run("-add_tap").status, 0);
     }
+}
+
+TEST(Runs, AToolThatIsNotThere) {
+    struct TOOL {
+        const char *name, *message;
+    };
+    const TOOL tools[] = {
+        {"kalmverin", "    Please check the \"RIMWEAVE.log\" file.\n"},
+        {"kalmedit", ""},
+        {"kalmlist", "    Please check the \"bs_kalmlist.log\" file.\n"},
+        {"kalmflat", "    Please check the \"bs_kalmflat.log\" file.\n"},
+    };
+    chip_case chip(small_chip());
+    std::filesystem::path bin = chip.scratch.dir / "bin";
+    std::filesystem::create_directory(bin);
+    std::filesystem::copy(RW_BIN_DIR "/rimweave", bin);
+    for (const TOOL &tool : tools)
+        std::filesystem::copy(std::string(RW_BIN_DIR "/") + tool.name, bin);
+    const std::string command = "PATH=/usr/bin:/bin bin/rimweave chip -add_tap";
+    for (const TOOL &tool : tools) {
+        SCOPED_TRACE(tool.name);
+        std::filesystem::rename(bin / tool.name, bin / "away");
+        run_result result = chip.scratch.run(command);
+        EXPECT_EQ(result.status, 255);
+        EXPECT_NE(result.out.find(tool.message), std::string::npos) << result.out;
+        std::filesystem::rename(bin / "away", bin / tool.name);
+    }
+    EXPECT_EQ(chip.scratch.run(command).status, 0);
+}
+
+TEST(Runs, AFullDisk) {
+    // A file that may not grow past some KiB stands for a disk that has no more.
+    chip_case chip(chip_with_tap_path());
+    std::filesystem::remove_all(chip.scratch.dir / "tools");
+    for (const char *limit : {"1", "4", "8"}) {
+        SCOPED_TRACE(limit);
+        run_result result = chip.scratch.run(std::string("bash -c \"trap '' XFSZ; ulimit -f ") + limit +
+                                             "; " RW_BIN_DIR "/rimweave chip -add_tap\"");
+        EXPECT_EQ(result.status, 255);
+        EXPECT_NE((result.out + result.err).find("ERROR"), std::string::npos) << result.out << result.err;
+        EXPECT_FALSE(chip.scratch.has("chip_jtag_flat.v"));
+    }
+    EXPECT_EQ(chip.run("-add_tap").status, 0);
+    EXPECT_TRUE(chip.scratch.has("chip_jtag_flat.v"));
 }
 
 TEST(Runs, AFileThatCanNotBeCreated) {
@@ -193,4 +279,20 @@ TEST(Runs, ADesignNameIsNeverAShellCommand) {
         EXPECT_NE(result.out.find(each.message), std::string::npos) << result.out;
         EXPECT_FALSE(chip.scratch.has("pwned") || chip.scratch.has("+pwned"));
     }
+}
+
+TEST(Runs, ModulesAndFoldersAreNeverShellCommands) {
+    CHIP_INPUT input;
+    input.design = "module \\p;touch$IFS+pwned (input a, output a_c); IBUF pa(.PAD(a), .C(a_c)); endmodule\n"
+                   "module chip(input a, input ck); wire w; \\p;touch$IFS+pwned p(.a(a), .a_c(w));\n"
+                   "FF f(.D(w), .CK(ck)); endmodule\n";
+    input.pins = "1 PA a *\n2 CK ck *\n";
+    chip_case chip(input);
+    std::filesystem::remove_all(chip.scratch.dir / "tools");
+    std::filesystem::create_directory(chip.scratch.dir / "o;touch pwned");
+    run_result result = chip.run("-add_tap -opath 'o;touch pwned'");
+    EXPECT_EQ(result.status, 0) << result.out << result.err;
+    EXPECT_FALSE(chip.scratch.has("pwned") || chip.scratch.has("+pwned"));
+    EXPECT_TRUE(chip.scratch.has("o;touch pwned/chip_jtag.v"));
+    EXPECT_TRUE(chip.scratch.has("rimweave_lib/p;touch$IFS+pwned_bs.sdb"));
 }
