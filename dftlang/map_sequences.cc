@@ -88,6 +88,7 @@ void take_sequences(const SEQUENCE_FIELD &field, SCAN_AST *statement, SCAN_INSTR
             append_row(row.*field.list, sequence);
         is_first = false;
     }
+    DYNA_free(&names);
 }
 
 SCAN_INSTRUCTION map_instruction(SCAN_AST &block, bool of_core) {
@@ -142,6 +143,7 @@ void map_core_preamble(SCAN_AST &statement, CORE_ENTRY &core, const char *core_n
             scan_fail("ERROR: Can not find preamble sequence '%s' of the core '%s'.\n", name, core_name);
         append_row(core.preamble, sequence);
     }
+    DYNA_free(&names);
 }
 
 void map_patset(SCAN_AST &block, CORE_ENTRY &core, const char *core_name) {
@@ -151,6 +153,7 @@ void map_patset(SCAN_AST &block, CORE_ENTRY &core, const char *core_name) {
         if (SCAN_FIND_SEQUENCE(name) == nullptr)
             scan_fail("ERROR: Can not find sequence '%s' of the core '%s'.\n", name, core_name);
     }
+    DYNA_free(&names);
     append_row(core.patsets, copy_statement(&block));
 }
 

@@ -85,7 +85,7 @@ void initial_scan() {
     has_map_file = 0;
     DFT_OBJECT = nullptr;
     new_decoder_scan_mode = new_decoder_test_mode = new_decoder_override_mode = 0;
-    SCAN_LOCKUP_LATCH_LIST = DYNA_init<const char *>();
+    SCAN_LOCKUP_LATCH_LIST = nullptr;
 }
 
 void read_map_file() {
