@@ -15,6 +15,7 @@
 #include "support/text.hh"
 
 #include <algorithm>
+#include <iterator>
 #include <string>
 #include <string_view>
 #include <strings.h>
@@ -164,6 +165,32 @@ void check_no_wire_is_cut_twice() {
     }
 }
 
+bool is_standard_port(const char *name) {
+    return std::any_of(std::begin(TAP_PORT), std::end(TAP_PORT), [name](const STANDARD_PORT_STATE &state) {
+        return same_text(without_minus(*state.global_name), name);
+    });
+}
+
+/// Says which ports of the design the pin list forgets: nothing else would show that they have no cell.
+void warn_of_unlisted_ports() {
+    std::vector<char> is_listed(port_count);
+    for (const OPIN_ROW &row : rows(OPIN_TAB)) {
+        const PIN_ENTRY *pin = PIN_TABLE[row.pin_index];
+        int32_t port = SDB_nl_search_port(row.port_name);
+        if (port < 0 && !skip_signal(pin->top_name) && !is_internal_pin(pin) && !is_observe_pin(pin))
+            port = find_iport(row.port_name);
+        if (port >= 0)
+            is_listed[port] = 1;
+    }
+    for (int32_t port = 0; port < port_count; ++port) {
+        const char *name = SYM_get(sym_tab, port_tab[port].name);
+        if (is_listed[port] == 0 && name != nullptr && !skip_signal(name) && !is_standard_port(name))
+            vmr_printf("WARNING: (%s) can't find port '%s' in the pin list.\n"
+                       "         Boundary scan cell won't be inserted on this port.\n\n",
+                       PIN_FILE, name);
+    }
+}
+
 void check_inv_signal() {
     auto table = rows(OPIN_TAB);
     auto first =
@@ -206,6 +233,7 @@ void produce_opin_control_tab() {
     }
     point_standard_ports_at_rows();
     check_no_wire_is_cut_twice();
+    warn_of_unlisted_ports();
     settle_io_modules();
     if (multi_io_module_flagG != 0)
         split_control_cells_by_module();

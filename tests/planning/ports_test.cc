@@ -92,7 +92,8 @@ const PLANNING_CASE PORTS[] = {
      "1 A a *\n 2 B b *\n",
      "a kind 1 BSIN net y pins -/C\n"
      "b kind 5 BSIO net n_o,n_i pins I/C control 1\n",
-     ""},
+     "WARNING: (chip.pin) can't find port 'y' in the pin list.\n"
+     "         Boundary scan cell won't be inserted on this port.\n\n"},
     {"mux_pads",
      "in a\n in c\n out y\n out z\n out e\n MUXI pa PAD=a C=n_a T=1 S=n_s\n MUXC pc PAD=c C=n_c\n"
      "MUXO py I=n_y T=0 S=1 PAD=y\n MUXT pz I=n_z OEN=n_e PAD=z\n MUXE pe OEN=n_e PAD=e",
@@ -134,7 +135,13 @@ const PLANNING_CASE PORTS[] = {
      "WARNING: input port 'b' connects to port 'z' directly.\n"
      "         A merged cell will be introduced.\n\n"
      "WARNING: input port 'c' connects to output port 'w' directly.\n"
-     "         A merged cell will be introduced.\n\n"},
+     "         A merged cell will be introduced.\n\n"
+     "WARNING: (chip.pin) can't find port 'y' in the pin list.\n"
+     "         Boundary scan cell won't be inserted on this port.\n\n"
+     "WARNING: (chip.pin) can't find port 'z' in the pin list.\n"
+     "         Boundary scan cell won't be inserted on this port.\n\n"
+     "WARNING: (chip.pin) can't find port 'w' in the pin list.\n"
+     "         Boundary scan cell won't be inserted on this port.\n\n"},
     {"internal_and_observed_pins", "GATE u1 A=n_a Z=n_z\n GATE m:M.u2 B=n_b",
      "1 INTERNAL u1{Z} *\n 2 INTERNAL u1{a} *\n 3 OBSERVE_ONLY m.u2{B} *\n",
      "u1{Z} kind 7 BC_IN net n_z pins -/Z\n"
