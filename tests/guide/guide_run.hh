@@ -18,7 +18,7 @@ struct guide_folder {
     /// The command line of a run with the replaced `clear`.
     std::string command(const std::string &options) const {
         return "PATH='" + tools.dir.string() +
-               "':$PATH; timeout 60 " RW_BIN_DIR "/rimweave chip -guideline " + options;
+               "':$PATH; timeout --foreground 60 " RW_BIN_DIR "/rimweave chip -guideline " + options;
     }
     run_result session(std::string_view input, const std::string &options = "-add_tap_only") const {
         return scratch.run(command(options), input);
