@@ -39,12 +39,13 @@ module kinds_core (clk, rst_n, x, s);
     DFFR f15 (.D(s[14]), .CK(clk), .RN(rst_n), .Q(s[15]));
 endmodule
 
-module kinds (clk, rst_n, d0, d1, dn, dip, dim, bsi, mxi, mck, q0, q1, q2, t0, t1, th, tp, tk, od, os, io0,
-              io1, ioh, iof, iog, dop, dom, dtp, dtm, bst, mxo, mxt, mxb, mxc, tdi, tms, tck, trst_n, tdo);
-    input clk, rst_n, d0, d1, dn, dip, dim, bsi, mxi, mck, tdi, tms, tck, trst_n;
-    output q0, q1, q2, t0, t1, th, tp, tk, od, os, dop, dom, dtp, dtm, bst, mxo, mxt, tdo;
+module kinds (clk, rst_n, d0, d1, dn, bf, fti, dip, dim, bsi, mxi, mck, q0, q1, q2, t0, t1, th, tp, tk,
+              od, os, io0, io1, ioh, iof, iog, dop, dom, dtp, dtm, bst, mxo, mxt, mxe, fto, mxb, mxc,
+              tdi, tms, tck, trst_n, tdo);
+    input clk, rst_n, d0, d1, dn, bf, fti, dip, dim, bsi, mxi, mck, tdi, tms, tck, trst_n;
+    output q0, q1, q2, t0, t1, th, tp, tk, od, os, dop, dom, dtp, dtm, bst, mxo, mxt, mxe, fto, tdo;
     inout io0, io1, ioh, iof, iog, mxb, mxc;
-    wire tdi_c, tms_c, tck_c, trst_n_c, clk_c, rst_n_c, d0_p, q1_p, glue, q2_i;
+    wire tdi_c, tms_c, tck_c, trst_n_c, clk_c, rst_n_c, d0_p, d1_c, bf_c, ft, q1_p, glue, q2_i;
     wire [12:0] x;
     wire [15:0] s;
 
@@ -57,7 +58,9 @@ module kinds (clk, rst_n, d0, d1, dn, dip, dim, bsi, mxi, mck, q0, q1, q2, t0, t
     IPAD p_rst_n (.PAD(rst_n), .C(rst_n_c));
     IPAD p_d0 (.PAD(d0), .C(d0_p));
     TRBUF b_d0 (.A(d0_p), .Z(x[0]));
-    IPAD p_d1 (.PAD(d1), .C(x[1]));
+    IPAD p_d1 (.PAD(d1), .C(d1_c));
+    TBUF p_bf (.A(bf), .Z(bf_c));
+    XOR2 u_bf (.A(d1_c), .B(bf_c), .Z(x[1]));
     IPAD p_dn (.PAD(dn), .C(x[2]));
     DIPAD p_di (.PP(dip), .PM(dim), .C(x[3]));
     BSIPAD p_bsi (.PAD(bsi), .C(x[4]));
@@ -94,6 +97,12 @@ module kinds (clk, rst_n, d0, d1, dn, dip, dim, bsi, mxi, mck, q0, q1, q2, t0, t
     MTPAD p_mxt (.I(s[8]), .T(1'b1), .S(1'b0), .OEN(s[9]), .PAD(mxt));
     MBPAD p_mxb (.I(s[9]), .OEN(s[15]), .C(x[9]), .PAD(mxb));
     MBPAD2 p_mxc (.I(s[10]), .S(1'b0), .OEN(s[15]), .C(x[12]), .PAD(mxc));
+
+    MEPAD p_mxe (.OEN(s[9]), .PAD(mxe));
+
+    // an input that only feeds an output: one cell serves both
+    IPAD p_fti (.PAD(fti), .C(ft));
+    OPAD p_fto (.I(ft), .PAD(fto));
 
     // the test port
     IPAD p_tdi (.PAD(tdi), .C(tdi_c));

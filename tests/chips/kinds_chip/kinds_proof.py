@@ -8,8 +8,8 @@ What each pad does stands in the tables below, by port; where its cells stand in
 flip-flops of both take the same values as long as the clock pins do.
 
 Proven per variant: resets, IDCODE, BYPASS, the length of the register; in SAMPLE and EXTEST every cell
-captures what its place in the chip has; EXTEST and CLAMP drive every pad as the register says; INTEST runs the
-core on the register; in all other time the chip does, step by step, what it did before.
+captures what its place in the chip has; EXTEST and CLAMP drive every pad as the register says; INTEST runs
+the core on the register; in all other time the chip does, step by step, what it did before.
 """
 
 import argparse
@@ -31,20 +31,24 @@ from tap_driver import Session  # noqa: E402
 ONE_CELL = "%BIDIR_SCAN BC_BID; %BIDIR_MUX_SCAN BC_MUXB;"
 GROUPS_OF_3 = "%GROUP_SIZE 3;"
 VARIANTS = {  # group items of the TAP, cells of bidirectional pads, options, expected in the report
-    "one_level": ("%GROUP_SIZE 64;", ONE_CELL, "", "     Level 2:   1 buffers    drive  41 scan cells"),
-    "three_levels": (GROUPS_OF_3, ONE_CELL, "", "     Level 4:  14 buffers    drive  41 scan cells"),
-    "pairs": (GROUPS_OF_3, "", "", "     Level 4:  16 buffers    drive  46 scan cells"),
-    "no_trees": ("", ONE_CELL, "", "  ** Add total  41 Boundary Scan Cells:"),
-    "synch": (GROUPS_OF_3, ONE_CELL, "-synch", "     Level 4:  14 buffers    drive  41 scan cells"),
+    "one_level": ("%GROUP_SIZE 64;", ONE_CELL, "", "     Level 2:   1 buffers    drive  42 scan cells"),
+    "three_levels": (GROUPS_OF_3, ONE_CELL, "", "     Level 4:  14 buffers    drive  42 scan cells"),
+    "pairs": (GROUPS_OF_3, "", "", "     Level 4:  16 buffers    drive  47 scan cells"),
+    "no_trees": ("", ONE_CELL, "", "  ** Add total  42 Boundary Scan Cells:"),
+    "synch": (GROUPS_OF_3, ONE_CELL, "-synch", "     Level 4:  14 buffers    drive  42 scan cells"),
     "df_speed": ("%GROUP_SIZE 4; %DF_GROUP_SIZE 5; %DF_SIGNAL_BUFFER CBUF;", ONE_CELL, "-df_speed",
-                 "     Using    9 buffers to drives   41 signals"),
+                 "     Using    9 buffers to drives   42 signals"),
     "synch_df_speed": ("%GROUP_SIZE 4; %DF_GROUP_SIZE 5; %DF_SIGNAL_BUFFER CBUF;", "", "-synch -df_speed",
-                       "     Using   12 buffers to drives   46 signals"),
+                       "     Using   12 buffers to drives   47 signals"),
     "own_controls": (GROUPS_OF_3, ONE_CELL, "-dont_share_control",
                      "  ** Add 13 CONTROL SCAN Cells: BC_CTL"),
     "own_controls_pairs": (GROUPS_OF_3, "", "-dont_share_control", "  ** Add 13 CONTROL SCAN Cells: BC_CTL"),
+    "oe_controls": (GROUPS_OF_3, ONE_CELL + " %CONTROL_OE_SCAN BC_CTLX;", "",
+                    "  ** Add total  43 Boundary Scan Cells:"),
     "highz": (GROUPS_OF_3, ONE_CELL, "", "     TAP highz       : HIGHZ"),
 }
+
+OE_CELLS = {"t0": "BC_OUTX", "t1": "BC_OUTX", "io0": "BC_BIDX"}     # of the variant oe_controls
 
 # Output pads: what a pad shows for data d and enable e, then the nets that feed both before the insertion.
 TWO = lambda d, e: d                                # noqa: E731
@@ -60,14 +64,14 @@ OUTPUTS = {
     "io0": (LOW, "s[0]", "s[11]"), "io1": (LOW, "s[1]", "s[11]"), "ioh": (HIGH, "s[2]", "s[12]"),
     "iof": (LOW, "s[3]", "s[11]"), "dop": (TWO, "s[4]", None), "dtp": (LOW, "s[5]", "s[13]"),
     "bst": (LOW, "s[6]", "s[14]"), "mxo": (TWO, "s[7]", None), "mxt": (LOW, "s[8]", "s[9]"),
-    "mxb": (LOW, "s[9]", "s[15]"), "mxc": (LOW, "s[10]", "s[15]"),
+    "fto": (TWO, "fti", None), "mxb": (LOW, "s[9]", "s[15]"), "mxc": (LOW, "s[10]", "s[15]"),
 }
 MINUS_LEGS = {"dom": "dop", "dtm": "dtp"}
-INPUTS = ["d0", "d1", "dn", "dip", "bsi", "mxi", "mck"]
+INPUTS = ["d0", "d1", "dn", "bf", "fti", "dip", "bsi", "mxi", "mck"]
 BOTH_WAYS = ["io0", "io1", "ioh", "mxb", "mxc"]
 WEAK = [port for port in OUTPUTS] + ["iog", "dom", "dtm"]
 INTERNALS = {"u_glue{Z}": "glue", "u_mix{B}": "s[14]", "u_glue{A}": "s[3]"}
-WITHOUT_CELL = {"mck", "dim", "dom", "dtm", "tdi", "tms", "tck", "trst_n", "tdo"}
+WITHOUT_CELL = {"mck", "mxe", "bf", "fti", "dim", "dom", "dtm", "tdi", "tms", "tck", "trst_n", "tdo"}
 RESETS = {"rst_n": "0"}
 
 
@@ -122,7 +126,7 @@ class Register:
         if port in WITHOUT_CELL and instance != "*":
             raise ProofError(f"{path}: {port} has a cell")
         if port in WITHOUT_CELL or port == "bsi":
-            return                                  # the input pad with its cell inside is told without a place
+            return                      # of the input pad with its cell inside the file gives no place
         if port == "bst":
             self.add(path, int(order), "out", port)
         elif function == "inout":
@@ -149,14 +153,14 @@ class Register:
         return cells.get("out", cells.get("both"))
 
     def control(self, port):
-        """The control cell of a pad: on its enable net, and of several the one right behind its own cell."""
+        """The control cell of a pad: on its enable net, and of several the one with a range that the pad ends."""
         net = OUTPUTS[port][2]
         if not net:
             return None
         rows = [row for row in self.controls if row[0] == net]
         if len(rows) > 1:
             ends = self.of_port[port].values()
-            rows = [row for row in rows if row[1] in ends]
+            rows = [row for row in rows if row[1] in ends or row[2] in ends]
         if len(rows) != 1:
             raise ProofError(f"{port}: {len(rows)} control cells on {net}")
         return rows[0][3]
@@ -188,7 +192,7 @@ class Trials:
         self.pins = chip.ports
 
     def set_pins(self):
-        for pin in INPUTS + WEAK:
+        for pin in INPUTS + WEAK + ["mxe"]:
             self.session.pins[pin] = self.rng.choice("01")
         self.session.pins["dim"] = INVERTED[self.session.pins["dip"]]
 
@@ -215,7 +219,7 @@ class Trials:
     def probe(self):
         steps = []
         for value in "01":
-            self.session.pins.update({pin: value for pin in WEAK})
+            self.session.pins.update({pin: value for pin in WEAK + ["mxe"]})
             steps.append(self.session.step())
         return steps
 
@@ -265,10 +269,17 @@ class Trials:
         size = len(self.register.cells)
         patterns = [["0"] * size, ["1"] * size, self.register.off_values("0"), self.register.off_values("1")]
         patterns += [self.random_bits() for _ in range(rounds)]
+        session.label = "EXTEST without a preload"
+        session.load("SAMPLE")
+        session.scan(patterns[0])
+        session.reset_by_tms()
+        session.diverging = True
+        session.load("EXTEST")                      # the reset has set the control cells
+        self.expect_pins(["1" if self.register.cells[index][0] == "control" else "0" for index in range(size)],
+                         session.label)
         session.label = "PRELOAD"
         session.load("SAMPLE")
         session.scan(patterns[0])
-        session.diverging = True
         session.load("EXTEST")
         for pattern, following in zip(patterns, patterns[1:] + patterns[:1]):
             session.label = f"EXTEST of {''.join(pattern)}"
@@ -333,7 +344,7 @@ def intest(chip, register, rng, look_before, play_new):
     answers = look_before(old.session.steps)
 
     new = fresh(chip, register, rng)
-    direct = ["dn", "mck"] + (["mxb"] if "in" in register.of_port["mxb"] else [])
+    direct = ["dn", "mck", "bf", "fti"] + (["mxb"] if "in" in register.of_port["mxb"] else [])
     new.session.load("SAMPLE")
     new.session.label = "INTEST"
     scans = []
@@ -383,8 +394,13 @@ def build(variant, bin_dir, work):
     shutil.rmtree(work, ignore_errors=True)
     (work / "lib").mkdir(parents=True)
     cells = ["pads.v", "synch.v" if "-synch" in options else "gated.v"]
-    for name in cells + ["kinds.v", "kinds.pin"]:
+    cells += ["oe_cells.v"] if variant == "oe_controls" else []
+    for name in cells + ["kinds.v"]:
         shutil.copy(HERE / name, work)
+    pins = (HERE / "kinds.pin").read_text()
+    for port, cell in OE_CELLS.items() if variant == "oe_controls" else ():
+        pins = re.sub(rf"( {port} .*)", rf"\1  BSC({cell})", pins)
+    (work / "kinds.pin").write_text(pins)
     highz = variant == "highz"
     command = "%HIGHZ_COMMAND HIGHZ;" if highz else ""
     instruction = "%INSTRUCTION HIGHZ = (0101) ACCESS BYPASS;" if highz else ""

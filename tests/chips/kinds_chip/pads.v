@@ -112,6 +112,12 @@ module MTPAD (I, T, S, OEN, PAD);               // the same with an enable
     assign PAD = OEN ? 1'bz : S === 1'b1 ? T : I;
 endmodule
 
+module MEPAD (T, S, OEN, PAD);                  // pulls down while OEN, or T with S, is low
+    input T, S, OEN;
+    output PAD;
+    assign PAD = (S === 1'b1 ? T : OEN) ? 1'bz : 1'b0;
+endmodule
+
 module MBPAD (I, T, S, OEN, C, PAD);            // bidirectional, a mux in the way out
     input I, T, S, OEN;
     output C;
