@@ -77,9 +77,13 @@ EDIT_OPERAND enable_source(const OPIN_ROW &row, const char *enable, bool is_oe) 
     return node_operand(node);
 }
 
+std::string highz_buffer_name(int32_t group) {
+    return format_text("highz_buf%d", group);
+}
+
 void drive_by_highz(EDIT_FILE *fp, OPIN_ROW &row, const char *enable) {
     const BUFFER_CELL *buffer = highz_buffer(row);
-    std::string name = format_text("highz_buf%d", row.highz_group);
+    std::string name = highz_buffer_name(row.highz_group);
     EDIT_OPERAND output = pin_of(name, buffer->output);
     // The row marked as the driver is the first; should it have written nothing, the next one adds the
     // buffer.
@@ -88,10 +92,10 @@ void drive_by_highz(EDIT_FILE *fp, OPIN_ROW &row, const char *enable) {
         edit_add_instance(fp, name, HIZ_BUF_NAME);
     cut_pin(fp, row.pad_instance, enable, output);
     edit_connect(fp, output, pin_of(row.pad_instance, enable));
-    // With pads in several modules, only those of the top stand beside the TAP.
-    if (is_new)
-        edit_connect(fp, pin_of(name, buffer->input),
-                     current_multi_io_indexG > 0 ? port_net(TAP_HIZ_PIN) : tap_signal(TAP_HIZ_PIN));
+    // With pads in several modules, a module below the top has no port for the signal yet: the wiring step
+    // adds it and joins the buffer.
+    if (is_new && current_multi_io_indexG <= 0)
+        edit_connect(fp, pin_of(name, buffer->input), tap_signal(TAP_HIZ_PIN));
 }
 
 namespace {

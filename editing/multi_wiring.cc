@@ -1,9 +1,11 @@
 #include "editing/multi_wiring.hh"
 
+#include "editing/cell_routines.hh"
 #include "editing/multi_chain.hh"
 #include "editing/multi_modules.hh"
 #include "editing/wiring.hh"
 #include "planning/balance_groups.hh"
+#include "planning/tap_state.hh"
 
 namespace {
 
@@ -48,6 +50,9 @@ void add_control_ports(EDIT_FILE *fp, int32_t module) {
         take_port_name(module, name);
         edit_add_port(fp, name, EDIT_INPUT);
     }
+    for (const auto &[owner, group] : emission.highz_buffers)
+        if (owner == module)
+            edit_connect(fp, pin_of(highz_buffer_name(group), HIZ_BUF->input), port_net(TAP_HIZ_PIN));
 }
 
 } // namespace
