@@ -46,6 +46,16 @@ constexpr const char *TWO_DOWN_PINS = R"(
 10 TDO tdo *
 )";
 
+constexpr const char *NO_BIDIR_PINS = R"(
+1 A a *
+2 Y y *
+6 TDI tdi *
+7 TMS tms *
+8 TCK tck *
+9 CK ck *
+10 TDO tdo *
+)";
+
 constexpr const char *BARE_PINS = R"(
 1 A a *
 2 N -n *
@@ -123,6 +133,13 @@ const LAYOUT LAYOUTS[] = {
     {"ports_without_pads", "no_pads", "TAP", "-add_tap -no_pad", BARE_PINS, {"chip_jtag"}, PAD_CELLS},
     {"tap_exists", "tap_exists", "TAP", "", PAD_MODULE_PINS, {"pads_bs", "chip_jtag"}},
     {"tap_exists_in_top", "tap_exists_in_top", "TAP", "", TOP_TAP_PINS, {"chip_jtag"}},
+    {"tap_exists_below",
+     "tap_exists_below",
+     "top_a.b.tap",
+     "",
+     NO_BIDIR_PINS,
+     {"B_bs", "A_bs", "pads_bs", "chip_jtag"}},
+    {"tap_exists_with_pads", "tap_exists_with_pads", "p.tap", "", NO_BIDIR_PINS, {"pads_bs", "chip_jtag"}},
 };
 
 /// A TAP that stands in the design already.
