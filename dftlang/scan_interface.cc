@@ -219,7 +219,8 @@ const char *read_top_file(const char *path, const std::string &base, const std::
     in_file_name = keep_text(path);
     if (found == nullptr)
         error_handler(in_file_name, 0, MESSAGE_CANNOT_OPEN, name);
-    SL_CORE_LIST = nullptr;
+    static auto *const earlier_lists = new std::vector<SL_CORE_ROW *>; // configurations stay to the exit
+    earlier_lists->push_back(std::exchange(SL_CORE_LIST, nullptr));
     append_row(SL_CORE_LIST, {in_file_name, keep_text(base), nullptr, nullptr});
     parse_file(name, in_file_name, DFT_FILE_KIND);
     return name;
