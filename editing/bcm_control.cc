@@ -102,8 +102,7 @@ void make_control_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
     // A cell inside the pad holds the enable itself.
     if (row.pad == nullptr || row.pad->control_bcell != nullptr)
         return;
-    bool is_differential = row.pad->kind == BUFFER_DIFF_VOLTAGE || row.pad->kind == BUFFER_DIFF_CURRENT;
-    if (!is_differential || row.control_driver != 0)
+    if (!leaves_shared_enable(row))
         drive_enable(fp, index, PLAIN);
 }
 

@@ -25,6 +25,9 @@ void add_control_of_row(EDIT_FILE *fp, int32_t row, const char *name);
 EDIT_OPERAND enable_source(const OPIN_ROW &row, const char *enable, bool is_oe);
 /// The enable hangs on the high-impedance command, through the buffer of the row's group.
 void drive_by_highz(EDIT_FILE *fp, OPIN_ROW &row, const char *enable);
+/// True for a differential pad that is not the first on its enable: its enable stays as it is. The user is
+/// told.
+bool leaves_shared_enable(const OPIN_ROW &row);
 std::string highz_buffer_name(int32_t group);
 
 /// Writes the `add` line of the newest SCAN_TAB row and lets the OPIN_TAB row point at it.

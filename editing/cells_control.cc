@@ -77,6 +77,23 @@ EDIT_OPERAND enable_source(const OPIN_ROW &row, const char *enable, bool is_oe) 
     return node_operand(node);
 }
 
+bool leaves_shared_enable(const OPIN_ROW &row) {
+    bool is_differential = row.pad->kind == BUFFER_DIFF_VOLTAGE || row.pad->kind == BUFFER_DIFF_CURRENT;
+    if (!is_differential || row.control_driver != 0)
+        return false;
+    // The register would seem to hold the pad, which follows the core.
+    if (row.control > 0)
+        vmr_printf("WARNING: the enable of differential pad '%s' is shared with another pad:\n"
+                   "         it won't be connected to the control scan cell.\n"
+                   "         Please use option -dont_share_control, or an enable net of its own.\n\n",
+                   row.pad_instance);
+    else if (row.control < 0)
+        vmr_printf("WARNING: the enable of differential pad '%s' won't be connected\n"
+                   "         to the high impedance command of the TAP.\n\n",
+                   row.pad_instance);
+    return true;
+}
+
 std::string highz_buffer_name(int32_t group) {
     return format_text("highz_buf%d", group);
 }
@@ -160,10 +177,8 @@ void add_control_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
     const OPIN_ROW &row = OPIN_TAB[index];
     if (row.pad == nullptr || row.pad->control_bcell != nullptr)
         return;
-    bool is_differential = row.pad->kind == BUFFER_DIFF_VOLTAGE || row.pad->kind == BUFFER_DIFF_CURRENT;
-    if (is_differential && row.control_driver == 0)
-        return;
-    drive_enable(fp, index, PLAIN, nullptr);
+    if (!leaves_shared_enable(row))
+        drive_enable(fp, index, PLAIN, nullptr);
 }
 
 void add_oe_control_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index, const char *name) {

@@ -187,7 +187,7 @@ TEST(Multi, TheTdoPadIsReachedAndFreed) {
         bool warned;
     };
     const DRIVEN cases[] = {
-        {"nothing", "", "", "", "", "connect po{I} vmr_tap_tdo \nconnect po{OEN} TDO_EN \n",
+        {"nothing", "n", "m", "", "", "connect po{I} vmr_tap_tdo \nconnect po{OEN} TDO_EN \n",
          "connect r{vmr_tap_tdo} vmr_tap_tdo \nconnect r{TDO_EN} TDO_EN \n",
          "connect fr{vmr_tap_tdo} TAP{TDO}\nconnect fr{TDO_EN} TAP{TDO_EN}\n", false},
         {"constants", "1'b0", "1'b1", "", "", "disconnect po{I}\ndisconnect po{OEN}\n",
