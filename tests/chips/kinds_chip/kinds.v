@@ -40,10 +40,10 @@ module kinds_core (clk, rst_n, x, s);
 endmodule
 
 module kinds (clk, rst_n, d0, d1, dn, bf, fti, dip, dim, bsi, mxi, mck, q0, q1, q2, t0, t1, th, tp, tk,
-              od, os, io0, io1, ioh, iof, iog, dop, dom, dtp, dtm, bst, mxo, mxt, mxe, fto, mxb, mxc,
-              tdi, tms, tck, trst_n, tdo);
+              od, os, io0, io1, ioh, iof, iog, dop, dom, dtp, dtm, dup, dum, bst, mxo, mxt, mxe, fto,
+              mxb, mxc, tdi, tms, tck, trst_n, tdo);
     input clk, rst_n, d0, d1, dn, bf, fti, dip, dim, bsi, mxi, mck, tdi, tms, tck, trst_n;
-    output q0, q1, q2, t0, t1, th, tp, tk, od, os, dop, dom, dtp, dtm, bst, mxo, mxt, mxe, fto, tdo;
+    output q0, q1, q2, t0, t1, th, tp, tk, od, os, dop, dom, dtp, dtm, dup, dum, bst, mxo, mxt, mxe, fto, tdo;
     inout io0, io1, ioh, iof, iog, mxb, mxc;
     wire tdi_c, tms_c, tck_c, trst_n_c, clk_c, rst_n_c, d0_p, d1_c, bf_c, ft, q1_p, glue, q2_i;
     wire [12:0] x;
@@ -90,6 +90,7 @@ module kinds (clk, rst_n, d0, d1, dn, bf, fti, dip, dim, bsi, mxi, mck, q0, q1, 
     // differential outputs, and a pad with its cell inside
     DOPAD p_do (.I(s[4]), .PP(dop), .PM(dom));
     DTPAD p_dt (.I(s[5]), .OEN(s[13]), .PP(dtp), .PM(dtm));
+    DTPAD p_du (.I(s[6]), .OEN(s[13]), .PP(dup), .PM(dum));
     BSTPAD p_bst (.I(s[6]), .OEN(s[14]), .PAD(bst));
 
     // pads with a mux: th's enable serves mxt with the other polarity
