@@ -9,6 +9,8 @@
 
 namespace {
 
+constexpr STANDARD_PORT PORT_ORDER[] = {PORT_TDI, PORT_TMS, PORT_TCK, PORT_TDO, PORT_TRST};
+
 void free_pin(EDIT_FILE *fp, int32_t net, const char *pin) {
     if (pin != nullptr && is_constant_net(net))
         edit_disconnect(fp, pin_of(TAP_INSTANCE_NAME, pin));
@@ -17,6 +19,23 @@ void free_pin(EDIT_FILE *fp, int32_t net, const char *pin) {
 void lift(EDIT_FILE *fp, const char *inst, const char *pin, EDIT_PORT direction) {
     edit_add_port(fp, pin, direction);
     edit_connect(fp, pin_of(inst, pin), port_net(pin));
+}
+
+bool run_wires_port(STANDARD_PORT port) {
+    // Without a pad module the wires of the standard ports are the design's own affair.
+    return PAD_MODULE_EXIST != 0 && port_is_used(port) && TAP_PORT[port].row != nullptr &&
+           !design_wires_port(port);
+}
+
+/// A constant on a pin that the run joins to its port.
+void free_standard_pin(EDIT_FILE *fp, STANDARD_PORT port) {
+    const STANDARD_PORT_STATE &state = TAP_PORT[port];
+    if (state.tap_constant < 0 || !run_wires_port(port))
+        return;
+    vmr_printf("WARNING: Pin '%s' of TAP '%s' was connected to %s.\n"
+               "         '%s' will be disconnected.\n",
+               state.tap_pin, TAP_INSTANCE_NAME, state.tap_constant == 0 ? "GND" : "VCC", state.tap_pin);
+    edit_disconnect(fp, pin_of(TAP_INSTANCE_NAME, state.tap_pin));
 }
 
 } // namespace
@@ -30,7 +49,7 @@ bool design_wires_port(STANDARD_PORT port) {
 }
 
 void warn_of_unwired_ports() {
-    for (STANDARD_PORT port : {PORT_TDI, PORT_TMS, PORT_TCK, PORT_TDO, PORT_TRST})
+    for (STANDARD_PORT port : PORT_ORDER)
         if (port_is_used(port) && TAP_PORT[port].tap_pin != nullptr && TAP_PORT[port].tap_net == nullptr)
             vmr_printf("WARNING: Pin '%s' of TAP '%s' is not connected in the design.\n"
                        "         It won't be connected to port '%s'.\n",
@@ -38,6 +57,8 @@ void warn_of_unwired_ports() {
 }
 
 void free_existing_tap(EDIT_FILE *fp) {
+    for (STANDARD_PORT port : PORT_ORDER)
+        free_standard_pin(fp, port);
     for (CONTROL_SIGNAL signal : BORDER_ORDER)
         if (signal_is_used(signal))
             free_pin(fp, TAP_FLAG.control[signal], TAP_PIN[signal]);
@@ -49,10 +70,8 @@ void free_existing_tap(EDIT_FILE *fp) {
 }
 
 void lift_existing_tap_ports(EDIT_FILE *fp, const char *inst) {
-    // Without a pad module the wires of the standard ports are the design's own affair.
-    for (STANDARD_PORT port : {PORT_TDI, PORT_TMS, PORT_TCK, PORT_TDO, PORT_TRST})
-        if (PAD_MODULE_EXIST != 0 && port_is_used(port) && TAP_PORT[port].row != nullptr &&
-            !design_wires_port(port))
+    for (STANDARD_PORT port : PORT_ORDER)
+        if (run_wires_port(port))
             lift(fp, inst, TAP_PORT[port].tap_pin, port == PORT_TDO ? EDIT_OUTPUT : EDIT_INPUT);
     for (const char *pin : crossing_signals())
         lift(fp, inst, pin, EDIT_OUTPUT);

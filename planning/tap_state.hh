@@ -57,8 +57,10 @@ struct STANDARD_PORT_STATE {
     const char *tap_pin; ///< TAP_TDI_PIN and its sisters: the TAP's pin without '-', null when not needed
     OPIN_ROW *row;       ///< TAP_TDI_PIN_PTR and its sisters: the port's row when the design has the port
     int32_t pin_index;   ///< tdi_pin_indexG and its sisters: the row number, -1 before it is known
-    const char *tap_net =
-        nullptr; ///< net of the pin of an existing TAP, when the design has more on that net
+    /// Net of the pin of an existing TAP, when the design has more on that net.
+    const char *tap_net = nullptr;
+    /// 0 or 1 when the design ties that pin to a constant, else -1.
+    int32_t tap_constant = -1;
 };
 extern STANDARD_PORT_STATE TAP_PORT[STANDARD_PORT_COUNT];
 

@@ -263,10 +263,13 @@ void check_tap_pins(FIELD_CHECK &check) {
 void note_tap_nets(int32_t tap_obj) {
     for (STANDARD_PORT_STATE &port : TAP_PORT) {
         port.tap_net = nullptr;
+        port.tap_constant = -1;
         int32_t node = find_pin_node(tap_obj, port.tap_pin);
         int32_t net = node < 0 ? -1 : node_tab[node].net;
         if (net >= 0 && !is_constant_net(net) && find_adjacent_node(node) >= 0)
             port.tap_net = keep_text_or_null(SDB_net_name(sdb, net));
+        else if (net >= 0 && is_constant_net(net))
+            port.tap_constant = net;
     }
 }
 

@@ -161,7 +161,7 @@ def add_tap(design, layout, path):
     unwired one the enable is not joined to the pad either, which then drives always."""
     wires = {"TDI": "tdi_c", "TMS": "tms_c", "TCK": "tck_c", "TRST_N": "trst_n_c", "TDO": "tdo_i"}
     if layout.unwired:
-        design.add(path, "jtag_tap", "u_tap", BSR_SO="1'b0")
+        design.add(path, "jtag_tap", "u_tap", TMS="1'b1", TCK="1'b0", BSR_SO="1'b0")
         return
     if layout.buffered:
         for pin, net in wires.items():
