@@ -144,12 +144,13 @@ TEST(GuideFiles, EndOfInputAnywhere) {
         std::vector<std::string> answers = lines_of(beside_the_tests(name));
         std::string input;
         guide_folder guide;
-        for (size_t count = 0; count < answers.size(); count += 3) {
+        size_t stride = answers.size() / 16 + 1;
+        for (size_t count = 0; count < answers.size(); count += stride) {
             run_result result = guide.session(input);
             EXPECT_EQ(result.status, 255) << name << " " << count << result.err;
             ASSERT_TRUE(holds(result.out, "can't find BSC file 'chip.bsc'")) << name << " " << count;
             EXPECT_TRUE(description_files(guide).empty());
-            for (size_t i = count; i < count + 3 && i < answers.size(); ++i)
+            for (size_t i = count; i < count + stride && i < answers.size(); ++i)
                 input += answers[i];
         }
     }
@@ -180,11 +181,19 @@ TEST(GuideFiles, FilesThatCannotBeWritten) {
     }
     {
         guide_folder guide;
+        run_result result = guide.answer({"6", "1", "/dev/full", "2", "1", "A", "", "", "3", "9"});
+        EXPECT_EQ(result.status, 255);
+        EXPECT_TRUE(holds(result.out, "ERROR: can't write file '/dev/full'")) << result.out;
+    }
+    {
+        guide_folder guide; // no room for the file: the earlier one stays, and nothing lies beside it
         lay_out_description(guide);
-        guide.scratch.run(
-            "mkdir full; mv chip.lib full; ln -s /dev/full chip.out; sed -i 's/chip.pin/chip.out/' chip.bsc; "
-            "mv full/chip.lib .; rmdir full");
-        run_result result = guide.answer({"6", "1", "chip.out", "2", "1", "A", "", "", "3", "9"});
-        EXPECT_EQ(result.status, 255) << result.out;
+        auto before = description_files(guide);
+        run_result result = guide.scratch.run(
+            "(trap '' XFSZ; ulimit -f 1; " + guide.command("-add_tap_only") + "; echo \"status $?\") | cat",
+            "1\n1\nnew\n6\n9\n");
+        EXPECT_TRUE(holds(result.out, "status 255")) << result.out;
+        EXPECT_TRUE(holds(result.out, "ERROR: can't write file './chip.bsc'")) << result.out;
+        EXPECT_EQ(description_files(guide), before);
     }
 }
