@@ -45,9 +45,15 @@ VARIANTS = {  # group items of the TAP, cells of bidirectional pads, options, ex
     "own_controls_pairs": (GROUPS_OF_3, "", "-dont_share_control", "  ** Add 14 CONTROL SCAN Cells: BC_CTL"),
     "oe_controls": (GROUPS_OF_3, ONE_CELL + " %CONTROL_OE_SCAN BC_CTLX;", "",
                     "  ** Add total  44 Boundary Scan Cells:"),
+    "inverting": ("%GROUP_SIZE 3; %INV_BUFFER INV;", ONE_CELL, "",
+                  "  ** Using buffer 'INV' for signal 'CLOCK_DR'"),
     "highz": (GROUPS_OF_3, ONE_CELL, "", "     TAP highz       : HIGHZ"),
 }
 
+# Of the variant inverting: TAP pins that reach the cells inverted, and what makes the cells fit for that.
+INVERTING_PINS = ["SHIFT_DR", "CLOCK_DR", "UPDATE_DR", "RESET_N"]
+INVERTED_CELLS = {"SE ?": "!SE ?", "posedge CK": "negedge CK", "posedge UP": "negedge UP",
+                  "negedge RN": "posedge RN", "if (!RN)": "if (RN)"}
 OE_CELLS = {"t0": "BC_OUTX", "t1": "BC_OUTX", "io0": "BC_BIDX"}     # of the variant oe_controls
 
 # Output pads: what a pad shows for data d and enable e, then the nets that feed both before the insertion.
@@ -391,6 +397,16 @@ def intest(chip, register, rng, look_before, play_new):
 
 # ---- building and proving -------------------------------------------------------------------------------
 
+def invert_signals(work):
+    library, cells = (work / "kinds.lib").read_text(), (work / "gated.v").read_text()
+    for pin in INVERTING_PINS:
+        library = library.replace(f" {pin};", f" -{pin};")
+    for word, inverse in INVERTED_CELLS.items():
+        cells = cells.replace(word, inverse)
+    (work / "kinds.lib").write_text(library)
+    (work / "gated.v").write_text(cells)
+
+
 def build(variant, bin_dir, work):
     group, bidir, options, expected = VARIANTS[variant]
     shutil.rmtree(work, ignore_errors=True)
@@ -413,6 +429,8 @@ def build(variant, bin_dir, work):
         for word, value in fill.items():
             body = body.replace(word, value)
         (work / name).write_text(head + "*/" + body)
+    if variant == "inverting":
+        invert_signals(work)
     run([str(bin_dir / "kalmverin"), "-lib", *cells, "-opath", "lib"], work, "reading the cells")
     run([str(bin_dir / "kalmverin"), "kinds.v"], work, "reading the chip")
     output = run([str(bin_dir / "rimweave"), "kinds", "-add_tap", *options.split()], work, "inserting")
