@@ -265,6 +265,18 @@ void warn_extra_pins() {
                    TAP_MODULE_NAME);
 }
 
+/// The generated outputs are active high. Only the reset is active low by itself.
+void warn_active_low_outputs() {
+    for (CONTROL_SIGNAL signal :
+         {SIG_SHIFT, SIG_CLOCK, SIG_UPDATE, SIG_HIGHZ, SIG_MODE1, SIG_MODE2, SIG_MODE3}) {
+        const CONTROL_SIGNAL_INFO &info = CONTROL_SIGNALS[signal];
+        if (TAP_PIN[signal] != nullptr && is_active_low(TAP_CONTR->*info.tap_field))
+            vmr_printf("WARNING: (%s) %s '%s' of %%TAP_CONTROLLER %s is active low,\n"
+                       "         but the generated TAP drives it active high.\n\n",
+                       JTAG_LIB_FILE, info.keyword, TAP_PIN[signal], TAP_MODULE_NAME);
+    }
+}
+
 void warn_clamp(RTL_LANGUAGE language) {
     if (language == VHDL && has_instruction(KNOWN_CLAMP) && BCELL_HAS[SIG_UPDATE])
         vmr_printf("WARNING: (%s) CLAMP doesn't block %%UPDATE_DR in VHDL.\n\n", JTAG_BSC_FILE);
@@ -288,6 +300,7 @@ void warn_about_rtl() {
     warn_undriven_registers();
     warn_enable_pins(language);
     warn_extra_pins();
+    warn_active_low_outputs();
     warn_clamp(language);
     for (const ENABLE_PIN &pin : rows(INST_ENABLE_PIN))
         if (enable_width(pin.value) > 0)
