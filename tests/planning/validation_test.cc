@@ -14,11 +14,13 @@ module PI(PAD, Y); input PAD; output Y; endmodule
 module PO(A, PAD); input A; output PAD; endmodule
 module BUF8(A, Z); input A; output Z; endmodule
 module INV1(A, Z); input A; output Z; endmodule
+module tapm(tdi, tdo, tms, tck, first, last, shift, clock, update, mode); input tdi, tms, tck, last;
+output tdo, first, shift, clock, update, mode; endmodule
 )";
 
 constexpr const char *CHIP = R"(
 module chip(a, y); input a; output y; wire n, m;
-PI pa(.PAD(a), .Y(n)); INV1 u1(.A(n), .Z(m)); PO py(.A(m), .PAD(y));
+PI pa(.PAD(a), .Y(n)); INV1 u1(.A(n), .Z(m)); tapm OLD(.last(1'b0)); PO py(.A(m), .PAD(y));
 endmodule
 )";
 
@@ -44,7 +46,8 @@ constexpr const char *BSC = R"(
 
 constexpr const char *PINS = "%PACKAGE_TYPE p 2;\n1 A a IN\n2 Y y OUT\n";
 
-// One fault: in `file` the first `from` becomes `to`; the console must hold `message`.
+// One fault: in `file` the first `from` becomes `to`; the console must hold `message`. Options "existing"
+// stands for the TAP that the design has.
 struct FAULT_CASE {
     const char *file, *from, *to, *options, *message;
 };
@@ -106,6 +109,44 @@ const FAULT_CASE FAULTS[] = {
     {"bsc", "%PIN_LIST { %FILE_NAME chip.pin; }", "", "-add_tap",
      "ERROR: (./chip.bsc) Please specify the following field:\n\n        %PIN_LIST {\n            "
      "%FILE_NAME\n        }\n\n"},
+    // An existing TAP.
+    {"bsc", "%GLOBAL_TCK tck;", "%GLOBAL_TCK tck; %GLOBAL_TRST trst;", "existing",
+     "ERROR: (./chip.lib) can't find %TRST in %TAP_CONTROLLER tapm to match\n       %GLOBAL_TRST 'trst' in "
+     "./chip.bsc.\n"},
+    {"lib", "%FIRST_BCELL first;", "", "existing",
+     "ERROR: (./chip.lib) can't find %FIRST_BCELL in %TAP_CONTROLLER tapm.\n"},
+    {"lib", "%UPDATE_DR update;", "", "existing",
+     "ERROR: (./chip.lib) can't find %UPDATE_DR in %TAP_CONTROLLER tapm.\n"},
+    {"lib", "%DATA_OUT po; }", "%DATA_OUT po; %HIGHZ tck; %RST oe; %MODE_2 sp; %MODE_3 sp; }", "existing",
+     "ERROR: (./chip.lib) can't find %HIGHZ_COMMANDin %TAP_CONTROLLER tapm.\n"
+     "ERROR: (./chip.lib) can't find %TAP_RESET in %TAP_CONTROLLER tapm.\n"
+     "ERROR: (./chip.lib) can't find %MODE_2 in %TAP_CONTROLLER tapm.\n"
+     "ERROR: (./chip.lib) can't find %MODE_3 in %TAP_CONTROLLER tapm.\n\n"},
+    {"lib", "%DATA_OUT po; }", "%DATA_OUT po; %EXTRA_1 sp; }", "existing",
+     "ERROR: (./chip.lib) scan cell has more extra pins than %TAP_CONTROLLER tapm.\n"},
+    {"lib", "%TMS tms;", "", "existing",
+     "WARNING: Pin %LAST_BCELL 'last' of TAP 'OLD' was connected to GND.\n"
+     "         %LAST_BCELL 'last' will be disconnected.\n"},
+    // The TAP's buffers and the default pads.
+    {"lib", "%MODE_1 mode;", "%MODE_1 mode; %DF_GROUP_SIZE 8; %DF_SIGNAL_BUFFER NOPE;", "-add_tap",
+     "ERROR: (./chip.lib) void declare %DF_SIGNAL_BUFFER 'NOPE'\n       in %TAP_CONTROLLER.\n"
+     "       Can't find definition of 'NOPE' in './chip.lib'.\n\n"},
+    {"lib", "%BUFFER BUF8 { %INPUT A; %OUTPUT Z; }",
+     "%BUFFER BUF8 { %INPUT A; }\n%BUFFER OTHER { %INPUT A; %OUTPUT Z; }", "-add_tap %SIGNAL_BUFFER=BUF8",
+     "ERROR: (./chip.lib) can't find %OUTPUT in BUF8.\n"},
+    {"lib", "%BUFFER BUF8 { %INPUT A; %OUTPUT Z; }", "%BUFFER BUF8 { %INPUT A; %OUTPUT Q; }",
+     "-add_tap %SIGNAL_BUFFER=BUF8",
+     "ERROR: (./chip.lib) %OUTPUT Q specified in %BUFFER BUF8.\n       can't be found in file "
+     "'./BUF8.sdb'.\n"},
+    {"lib", "%BUFFER BUF8 { %INPUT A; %OUTPUT Z; }", "%BUFFER GONE { %INPUT A; %OUTPUT Z; }",
+     "-add_tap %INV_BUFFER=GONE", "ERROR: can't find SDB file 'GONE.sdb' in default searching path.\n\n"},
+    {"bsc", "%GLOBAL_TCK tck;", "%GLOBAL_TCK tck; %OUTPUT_BUFFER NOPE; %INOUT_BUFFER NADA;", "-add_tap",
+     "ERROR: void declare %OUTPUT_BUFFER  NOPE in file './chip.bsc'.\n"
+     "       Can't find the definition of 'NOPE' in file './chip.lib'.\n"
+     "ERROR: void declare %INOUT_BUFFER  NADA in file './chip.bsc'.\n"
+     "       Can't find the definition of 'NADA' in file './chip.lib'.\n"},
+    {"pin", "1 A a IN\n2 Y y OUT\n", "", "-add_tap",
+     "ERROR: (chip.pin) empty file. Can't find non skip pin.\n\n"},
 };
 
 std::string with_change(std::string text, const FAULT_CASE &fault, const char *file) {
@@ -128,13 +169,28 @@ TEST(Validation, FaultsAreReportedWholeAndEndTheRun) {
     scratch.write("cells.v", CELLS);
     scratch.write("chip.v", CHIP);
     ASSERT_EQ(scratch.run(RW_BIN_DIR "/kalmverin -lib cells.v && " RW_BIN_DIR "/kalmverin chip.v").status, 0);
-    scratch.write("chip.pin", PINS);
     for (const FAULT_CASE &fault : FAULTS) {
         SCOPED_TRACE(std::string(fault.options) + " " + fault.file + ": '" + fault.from + "' -> '" +
                      fault.to + "'");
-        scratch.write("chip.lib", with_change(LIB, fault, "lib"));
-        scratch.write("chip.bsc", with_change(BSC, fault, "bsc"));
-        run_result result = scratch.run(std::string(RW_BIN_DIR "/rimweave chip -no_expand ") + fault.options);
+        std::string options = fault.options;
+        std::string lib = with_change(LIB, fault, "lib");
+        std::string bsc = with_change(BSC, fault, "bsc");
+        if (options == "existing") {
+            options.clear();
+            bsc.replace(bsc.find("%INSTANCE_NAME TAP"), 18, "%INSTANCE_NAME OLD");
+        }
+        // "%KEYWORD=cell" among the options adds that item to the TAP cell.
+        if (size_t at = options.find(" %"); at != std::string::npos) {
+            std::string item = options.substr(at + 1);
+            item[item.find('=')] = ' ';
+            lib.replace(lib.find("%MODE_1 mode;"), 13, "%MODE_1 mode; " + item + ";");
+            options.resize(at);
+        }
+        scratch.write("chip.lib", lib);
+        scratch.write("chip.bsc", bsc);
+        scratch.write("chip.pin", with_change(PINS, fault, "pin"));
+        std::filesystem::remove_all(scratch.dir / "rimweave_lib");
+        run_result result = scratch.run(std::string(RW_BIN_DIR "/rimweave chip -no_expand ") + options);
         bool is_warning = fault.message != nullptr && std::string(fault.message).rfind("WARNING", 0) == 0;
         if (fault.message == nullptr) {
             EXPECT_EQ(result.status, 0) << result.out << result.err;
