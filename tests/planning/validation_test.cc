@@ -10,6 +10,7 @@ namespace {
 constexpr const char *CELLS = R"(
 module BC(si, so, sh, ck, up, md, di, po, sp, tck, oe); input si, sh, ck, up, md, di, sp, tck; output so, po; inout oe;
 endmodule
+module MX(si, so, sh, ck, up, md, di, po); input si, sh, ck, up, md, di; output so, po; endmodule
 module PI(PAD, Y); input PAD; output Y; endmodule
 module PO(A, PAD); input A; output PAD; endmodule
 module BUF8(A, Z); input A; output Z; endmodule
@@ -28,6 +29,7 @@ constexpr const char *LIB = R"(
 %TAP_CONTROLLER tapm { %TDI tdi; %TDO tdo; %TMS tms; %TCK tck; %FIRST_BCELL first; %LAST_BCELL last;
   %SHIFT_DR shift; %CLOCK_DR clock; %UPDATE_DR update; %MODE_1 mode; }
 %SCAN_CELL BC { %TDI si; %TDO so; %SHIFT_DR sh; %CLOCK_DR ck; %UPDATE_DR up; %MODE_1 md; %DATA_IN di; %DATA_OUT po; }
+%SCAN_CELL MX { %TDI si; %TDO so; %SHIFT_DR sh; %CLOCK_DR ck; %UPDATE_DR up; %UPDATE_DR_OUT po; %DATA_IN di; %MODE_1 md; }
 %SCAN_CELL MUX { %TDI si; %TDO so; %SHIFT_DR sh; %CLOCK_DR ck; }
 %BUFFER PI { %INPUT PAD; %OUTPUT Y; }
 %BUFFER PO { %INPUT A; %OUTPUT PAD; }
@@ -109,6 +111,13 @@ const FAULT_CASE FAULTS[] = {
     {"bsc", "%PIN_LIST { %FILE_NAME chip.pin; }", "", "-add_tap",
      "ERROR: (./chip.bsc) Please specify the following field:\n\n        %PIN_LIST {\n            "
      "%FILE_NAME\n        }\n\n"},
+    {"bsc", "%OUTPUT_SCAN BC;", "%OUTPUT_SCAN BC; %INPUT_MUX_SCAN MX;", "",
+     "WARNING: (./chip.lib) %MODE signals in INPUT MUX SCAN 'MX'.\n         But %MODE signals won't be "
+     "connected.\n\n"},
+    {"bsc", "%INSTANCE_NAME TAP;", "%INSTANCE_NAME a..b;", "-add_tap",
+     "ERROR: (./chip.bsc) TAP %INSTANCE_NAME 'a..b' has an empty component.\n\n"},
+    {"bsc", "%GLOBAL_TCK tck;", "%GLOBAL_TCK tck; %INVERTER NOPE;", "-add_tap -inverted",
+     "ERROR: can't find the definition of buffer 'NOPE' in file './chip.lib'.\n\n"},
     // An existing TAP.
     {"bsc", "%GLOBAL_TCK tck;", "%GLOBAL_TCK tck; %GLOBAL_TRST trst;", "existing",
      "ERROR: (./chip.lib) can't find %TRST in %TAP_CONTROLLER tapm to match\n       %GLOBAL_TRST 'trst' in "
@@ -188,7 +197,12 @@ TEST(Validation, FaultsAreReportedWholeAndEndTheRun) {
         }
         scratch.write("chip.lib", lib);
         scratch.write("chip.bsc", bsc);
-        scratch.write("chip.pin", with_change(PINS, fault, "pin"));
+        std::string pins = with_change(PINS, fault, "pin");
+        if (size_t at = options.find(" -inverted"); at != std::string::npos) {
+            pins.replace(pins.find(" a "), 3, " -a ");
+            options.resize(at);
+        }
+        scratch.write("chip.pin", pins);
         std::filesystem::remove_all(scratch.dir / "rimweave_lib");
         run_result result = scratch.run(std::string(RW_BIN_DIR "/rimweave chip -no_expand ") + options);
         bool is_warning = fault.message != nullptr && std::string(fault.message).rfind("WARNING", 0) == 0;
@@ -203,6 +217,31 @@ TEST(Validation, FaultsAreReportedWholeAndEndTheRun) {
         if (!is_warning && std::string(fault.options).find("-add_tap") == std::string::npos) {
             EXPECT_FALSE(scratch.has("rimweave_lib/chip_jtag.cmd"));
         }
+    }
+}
+
+// The boundary order file can't be written: the user says whether the run goes on without it.
+TEST(Validation, BoundaryOrderFileThatCantBeWritten) {
+    scratch_folder scratch;
+    scratch.write("cells.v", CELLS);
+    scratch.write("chip.v", CHIP);
+    scratch.write("chip.lib", LIB);
+    scratch.write("chip.bsc", BSC);
+    scratch.write("chip.pin", PINS);
+    std::filesystem::create_directory(scratch.dir / "chip.bso");
+    ASSERT_EQ(scratch.run(RW_BIN_DIR "/kalmverin -lib cells.v && " RW_BIN_DIR "/kalmverin chip.v").status, 0);
+    for (const char *answer : {"y\n", "Y\n", "n\n", "yes\n", ""}) {
+        run_result result = scratch.run(RW_BIN_DIR "/rimweave chip -no_expand -add_tap", answer);
+        const char *warning = "WARNING: can't open file 'chip.bso' to output information of pins.\n\n";
+        EXPECT_NE(result.out.find(std::string(warning) + "         Continue excuting? (y/n) : "),
+                  std::string::npos);
+        EXPECT_NE(scratch.read("chip.rwv.rpt").find(warning), std::string::npos);
+        EXPECT_EQ(scratch.read("chip.rwv.rpt").find("Continue"), std::string::npos);
+        EXPECT_EQ(result.status, answer[0] == 'y' && answer[1] == '\n' ? 0
+                                 : answer[0] == 'Y'                    ? 0
+                                                                       : 255)
+            << answer;
+        EXPECT_EQ(result.out.find("Boundary-scan Pin List"), std::string::npos);
     }
 }
 
