@@ -12,21 +12,8 @@
 
 namespace {
 
-/// What differs between the two kinds of control cell.
-struct CONTROL_KIND {
-    CONTROL_ROW **table;
-    int32_t OPIN_ROW::*field;
-    const char **role;
-    CELL_COUNTER counter;
-    const char *keyword;
-    bool is_oe;
-    EDIT_BLANKS blanks; ///< of the cell's `connect` lines
-};
-const CONTROL_KIND PLAIN = {&CONTROL_TAB, &OPIN_ROW::control, &CONTROL_SCAN, COUNT_CONTROL, "%CONTROL_SCAN",
-                            false,        EDIT_PLAIN};
-const CONTROL_KIND OE = {&CONTROL_OE_TAB,  &OPIN_ROW::oe_control, &CONTROL_OE_SCAN,
-                         COUNT_CONTROL_OE, "%CONTROL_OE_SCAN",    true,
-                         EDIT_WIDE_SECOND};
+/// The blanks in the `connect` lines of a cell.
+constexpr EDIT_BLANKS BLANKS[CONTROL_KIND_COUNT] = {EDIT_PLAIN, EDIT_WIDE_SECOND};
 
 /// The cells in <top>_BCM by their row of a control table.
 std::map<const CONTROL_ROW *, std::string> bcm_controls;
@@ -35,18 +22,15 @@ const char *enable_of(const OPIN_ROW &row) {
     return row.pad->en_l != nullptr ? row.pad->en_l : row.pad->en_h;
 }
 
-bool ties_oe_mode(const OPIN_ROW &row, const CONTROL_KIND &kind) {
-    return kind.is_oe && row.scan_cell->oe_mode_type != 0;
+bool ties_oe_mode(const OPIN_ROW &row, CONTROL_KIND_ID kind) {
+    return kind == CONTROL_OE && row.scan_cell->oe_mode_type != 0;
 }
 
-void make_cell(EDIT_FILE *fp, int32_t index, const CONTROL_KIND &kind, CONTROL_ROW &entry) {
+void make_cell(EDIT_FILE *fp, int32_t index, CONTROL_KIND_ID kind, CONTROL_ROW &entry) {
     OPIN_ROW &row = OPIN_TAB[index];
-    const SCAN_CELL *cell = get_scan_cell(*kind.role);
-    if (cell == nullptr)
-        vmr_fail("ERROR: can't find %s in file '%s'.\n\n", kind.keyword,
-                 JTAG_BSC_FILE == nullptr ? "" : JTAG_BSC_FILE);
+    const SCAN_CELL *cell = entry.scan_cell;
     const char *name = add_scan_tab(cell, index, false, true);
-    SCAN_COUNT[kind.counter]++;
+    SCAN_COUNT[CONTROL_KINDS[kind].counter]++;
     std::string data_cell = last_bcm_cell();
     std::string control = next_bcm_cell();
     const char *enable = enable_of(row);
@@ -54,17 +38,17 @@ void make_cell(EDIT_FILE *fp, int32_t index, const CONTROL_KIND &kind, CONTROL_R
     // The first other node of the net is the source, a reader too: it is on the same net.
     EDIT_OPERAND source = enable_source(row, enable, true);
     cut_pin(fp, row.pad_instance, enable, data_in);
-    edit_connect(fp, data_in, source, kind.blanks);
-    edit_connect(fp, bcm_port(control, "OUT"), pin_of(row.pad_instance, enable), kind.blanks);
+    edit_connect(fp, data_in, source, BLANKS[kind]);
+    edit_connect(fp, bcm_port(control, "OUT"), pin_of(row.pad_instance, enable), BLANKS[kind]);
     if (ties_oe_mode(row, kind) && cell->oe_mode_type != 2)
         edit_connect(fp, bcm_port(control, "OUT"), bcm_port(data_cell, "OE"), EDIT_WIDE_SECOND);
-    entry.inst = kind.is_oe ? keep_text(control) : name;
+    entry.inst = kind == CONTROL_OE ? keep_text(control) : name;
     entry.data_out = cell->data_out;
     bcm_controls[&entry] = control;
     count_bcm_cell();
 }
 
-void share_cell(EDIT_FILE *fp, const OPIN_ROW &row, const CONTROL_KIND &kind, const CONTROL_ROW &entry) {
+void share_cell(EDIT_FILE *fp, const OPIN_ROW &row, CONTROL_KIND_ID kind, const CONTROL_ROW &entry) {
     const char *enable = enable_of(row);
     auto known = bcm_controls.find(&entry);
     if (known == bcm_controls.end()) {
@@ -79,16 +63,16 @@ void share_cell(EDIT_FILE *fp, const OPIN_ROW &row, const CONTROL_KIND &kind, co
         edit_connect(fp, bcm_port(control, "OUT"), bcm_port(last_bcm_cell(), "OE"));
 }
 
-void drive_enable(EDIT_FILE *fp, int32_t index, const CONTROL_KIND &kind) {
+void drive_enable(EDIT_FILE *fp, int32_t index, CONTROL_KIND_ID kind) {
     OPIN_ROW &row = OPIN_TAB[index];
-    int32_t control = row.*kind.field;
+    int32_t control = row.*CONTROL_KINDS[kind].field;
     if (control == 0 || row.pad == nullptr)
         return;
     if (control < 0) {
         drive_by_highz(fp, row, enable_of(row));
         return;
     }
-    CONTROL_ROW &entry = (*kind.table)[control - 1];
+    CONTROL_ROW &entry = (*CONTROL_KINDS[kind].table)[control - 1];
     if (entry.inst == nullptr)
         make_cell(fp, index, kind, entry);
     else
@@ -103,19 +87,19 @@ void make_control_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
     if (row.pad == nullptr || row.pad->control_bcell != nullptr)
         return;
     if (!leaves_shared_enable(row))
-        drive_enable(fp, index, PLAIN);
+        drive_enable(fp, index, CONTROL_PLAIN);
 }
 
 void make_oe_control_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
-    drive_enable(fp, index, OE);
+    drive_enable(fp, index, CONTROL_OE);
 }
 
 void add_control_beside_bcm(EDIT_FILE *fp, int32_t index, const char *name, bool may_be_oe) {
     const OPIN_ROW &row = OPIN_TAB[index];
     bool is_oe = may_be_oe && row.scan_cell->oe_mode != nullptr;
-    const CONTROL_KIND &kind = is_oe ? OE : PLAIN;
-    int32_t control = row.*kind.field;
-    if (control > 0 && bcm_controls.contains(&(*kind.table)[control - 1]))
+    CONTROL_KIND_ID kind = is_oe ? CONTROL_OE : CONTROL_PLAIN;
+    int32_t control = row.*CONTROL_KINDS[kind].field;
+    if (control > 0 && bcm_controls.contains(&(*CONTROL_KINDS[kind].table)[control - 1]))
         drive_enable(fp, index, kind);
     else if (is_oe)
         add_oe_control_scan_cell_in_cmd(fp, index, name);

@@ -79,14 +79,6 @@ constexpr MUX_PIN_INFO MUX_PINS[] = {
 
 } // namespace
 
-bool row_gets_cells(const OPIN_ROW &row) {
-    if (row.scan_cell == nullptr || row.kind < 0 || row.kind >= CELL_KIND_COUNT)
-        return false;
-    // A pair of cells without a pad stands on a pad of its own, or nowhere.
-    bool stands = row.kind != CELL_INOUT || row.pad_instance != nullptr || option(OPT_ADD_PAD);
-    return stands && STEPS[row.kind].routine != nullptr;
-}
-
 void add_scan_cells_in_cmd_file(EDIT_FILE *fp, int32_t row) {
     int32_t kind = OPIN_TAB[row].kind;
     if (kind < 0 || kind >= CELL_KIND_COUNT || STEPS[kind].routine == nullptr)

@@ -8,6 +8,3 @@
 /// that it needs. The SDB of the module that holds the pad must be open. Appends to SCAN_TAB; sets `order`
 /// and `scan_cell_name` of the row. Kinds without a step write nothing. Ends the run on a floating pad.
 void add_scan_cells_in_cmd_file(EDIT_FILE *fp, int32_t row);
-
-/// True when the row's kind has a step that inserts a cell.
-bool row_gets_cells(const OPIN_ROW &row);

@@ -20,20 +20,6 @@ namespace {
 /// Bits of a net's flag word that mark a net driven by a supply.
 constexpr int32_t SUPPLY_NET_BITS = 0x30000000;
 
-/// What differs between the two kinds of control cell.
-struct CONTROL_KIND {
-    CONTROL_ROW **table;
-    int32_t OPIN_ROW::*field;
-    const char **role;
-    CELL_COUNTER counter;
-    const char *keyword;
-    bool is_oe;
-};
-const CONTROL_KIND PLAIN = {&CONTROL_TAB,  &OPIN_ROW::control, &CONTROL_SCAN,
-                            COUNT_CONTROL, "%CONTROL_SCAN",    false};
-const CONTROL_KIND OE = {&CONTROL_OE_TAB,  &OPIN_ROW::oe_control, &CONTROL_OE_SCAN,
-                         COUNT_CONTROL_OE, "%CONTROL_OE_SCAN",    true};
-
 [[noreturn]] void fail_no_source(const OPIN_ROW &row) {
     vmr_fail("ERROR: Can not find the source of enable pin '%s' to connect to BCELL.\n", row.port_name);
 }
@@ -127,30 +113,27 @@ void tie_oe_mode(EDIT_FILE *fp, const OPIN_ROW &row, const char *enable, const c
     edit_connect(fp, pin_of(control, control_pin), pin_of(name, own));
 }
 
-void add_control_cell(EDIT_FILE *fp, int32_t index, const char *enable, const CONTROL_KIND &kind,
+void add_control_cell(EDIT_FILE *fp, int32_t index, const char *enable, CONTROL_KIND_ID kind,
                       CONTROL_ROW &entry, const char *own_name) {
     OPIN_ROW &row = OPIN_TAB[index];
-    const SCAN_CELL *cell = get_scan_cell(*kind.role);
-    if (cell == nullptr)
-        vmr_fail("ERROR: can't find %s in file '%s'.\n\n", kind.keyword,
-                 JTAG_BSC_FILE == nullptr ? "" : JTAG_BSC_FILE);
+    const SCAN_CELL *cell = entry.scan_cell;
     const char *name = add_scan_tab(cell, index, false, true);
-    SCAN_COUNT[kind.counter]++;
+    SCAN_COUNT[CONTROL_KINDS[kind].counter]++;
     edit_add_instance(fp, name, cell->name);
     EDIT_OPERAND data_in = pin_of(name, cell->data_in);
-    EDIT_OPERAND source = enable_source(row, enable, kind.is_oe);
+    EDIT_OPERAND source = enable_source(row, enable, kind == CONTROL_OE);
     cut_pin(fp, row.pad_instance, enable, data_in);
     edit_connect(fp, data_in, source);
     edit_connect(fp, pin_of(name, cell->data_out), pin_of(row.pad_instance, enable));
-    if (kind.is_oe && cell->oe_mode_type != 2)
+    if (kind == CONTROL_OE && cell->oe_mode_type != 2)
         tie_oe_mode(fp, row, enable, name, cell->oe_mode, own_name);
     entry.inst = name;
     entry.data_out = cell->data_out;
 }
 
-void drive_enable(EDIT_FILE *fp, int32_t index, const CONTROL_KIND &kind, const char *own_name) {
+void drive_enable(EDIT_FILE *fp, int32_t index, CONTROL_KIND_ID kind, const char *own_name) {
     OPIN_ROW &row = OPIN_TAB[index];
-    int32_t control = row.*kind.field;
+    int32_t control = row.*CONTROL_KINDS[kind].field;
     if (control == 0 || row.pad == nullptr)
         return;
     bool is_low;
@@ -159,7 +142,7 @@ void drive_enable(EDIT_FILE *fp, int32_t index, const CONTROL_KIND &kind, const 
         drive_by_highz(fp, row, enable);
         return;
     }
-    CONTROL_ROW &entry = (*kind.table)[control - 1];
+    CONTROL_ROW &entry = (*CONTROL_KINDS[kind].table)[control - 1];
     if (entry.inst == nullptr) {
         add_control_cell(fp, index, enable, kind, entry, own_name);
         return;
@@ -167,7 +150,7 @@ void drive_enable(EDIT_FILE *fp, int32_t index, const CONTROL_KIND &kind, const 
     // The net of the enable, should others still hang on it, is reached through the control cell's own input.
     cut_pin(fp, row.pad_instance, enable, pin_of(entry.inst, entry.scan_cell->data_in));
     edit_connect(fp, pin_of(entry.inst, entry.data_out), pin_of(row.pad_instance, enable));
-    if (kind.is_oe)
+    if (kind == CONTROL_OE)
         tie_oe_mode(fp, row, enable, entry.inst, entry.scan_cell->oe_mode, own_name);
 }
 
@@ -178,9 +161,9 @@ void add_control_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
     if (row.pad == nullptr || row.pad->control_bcell != nullptr)
         return;
     if (!leaves_shared_enable(row))
-        drive_enable(fp, index, PLAIN, nullptr);
+        drive_enable(fp, index, CONTROL_PLAIN, nullptr);
 }
 
 void add_oe_control_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index, const char *name) {
-    drive_enable(fp, index, OE, name);
+    drive_enable(fp, index, CONTROL_OE, name);
 }

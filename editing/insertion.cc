@@ -23,16 +23,7 @@
 #include "support/console.hh"
 #include "support/run_state.hh"
 
-#include <algorithm>
-
 namespace {
-
-int32_t first_row_with_cell() {
-    for (int32_t row = 0; row < DYNA_count(OPIN_TAB); row++)
-        if (OPIN_TAB[row].scan_cell != nullptr)
-            return row;
-    return -1;
-}
 
 void write_cells(EDIT_FILE *fp, int32_t first) {
     reset_emission();
@@ -95,7 +86,7 @@ void plan_cells() {
 }
 
 void check_cells_exist() {
-    if (std::ranges::none_of(rows(OPIN_TAB), row_gets_cells))
+    if (first_row_with_cells() < 0)
         vmr_fail("ERROR: no port of '%s' gets a boundary cell.\n       Please check the pin list in file "
                  "'%s'.\n\n",
                  TOP_MODULE, JTAG_BSC_FILE == nullptr ? "" : JTAG_BSC_FILE);
@@ -114,7 +105,7 @@ void add_scan_cell() {
         return;
     }
     vmr_printf(" - Synthesizing Boundary Registers in gate level ...\n\n");
-    int32_t first = first_row_with_cell();
+    int32_t first = first_row_with_cells();
     if (DYNA_count(OPIN_TAB[first].hier_classes) == 0)
         emit_in_top(first);
     else
@@ -152,7 +143,7 @@ void add_boundary_scan_module() {
     open_sdb_file(MODULE_SDB);
     make_top_sdb();
     begin_bcm_cells();
-    for (int32_t row = first_row_with_cell(); row < DYNA_count(OPIN_TAB); row++)
+    for (int32_t row = first_row_with_cells(); row < DYNA_count(OPIN_TAB); row++)
         if (OPIN_TAB[row].scan_cell != nullptr)
             make_scan_cells_in_cmd_file(TAP_FP, row);
     close_design();

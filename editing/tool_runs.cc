@@ -43,14 +43,6 @@ void collect_module(const char *module, const char *suffix) {
         copy_side_file(module, edited, ".inf");
 }
 
-/// The row whose pad path is the design's: the first with a cell.
-const OPIN_ROW *first_row_with_cell() {
-    for (const OPIN_ROW &row : rows(OPIN_TAB))
-        if (row.scan_cell != nullptr)
-            return &row;
-    return nullptr;
-}
-
 std::string netlist_command(const char *extension) {
     std::string netlist = shell_word(format_text("%s/%s_jtag.%s", OPATH, TOP_MODULE, extension));
     std::string design = format_text("%s_jtag.sdb", TOP_MODULE);
@@ -64,8 +56,7 @@ std::string netlist_command(const char *extension) {
 } // namespace
 
 void do_kalmedit() {
-    const OPIN_ROW *row = first_row_with_cell();
-    const char **classes = row == nullptr ? nullptr : row->hier_classes;
+    const char **classes = OPIN_TAB[first_row_with_cells()].hier_classes;
     for (const char *module : rows(classes))
         run_editor(std::string(module) + "_bs");
     run_editor(std::string(TOP_MODULE) + "_jtag");

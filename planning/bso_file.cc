@@ -38,7 +38,7 @@ const char *input_cell_of_pair(int32_t kind) {
 std::string cell_type(const OPIN_ROW &row) {
     if (row.scan_cell == nullptr)
         return "*";
-    if (row.kind >= 0 && row.kind < CELL_KIND_COUNT && CELL_KINDS[row.kind].is_pair)
+    if (row.kind >= 0 && row.kind < CELL_KIND_COUNT && CELL_KINDS[row.kind].cells == CELL_PAIR)
         return format_text("%s,%s", input_cell_of_pair(row.kind), row.scan_cell->name);
     return row.scan_cell->name;
 }
@@ -104,8 +104,7 @@ std::string boundary_order_text() {
             continue;
         append_control_block(text, CONTR_PIN[k]);
         ++k;
-        if (k < count)
-            largest = largest_of(k);
+        largest = k < count ? largest_of(k) : -1;
     }
     return text;
 }

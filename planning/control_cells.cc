@@ -23,18 +23,6 @@
 
 namespace {
 
-/// The two control tables. They differ in what is written here alone.
-struct CONTROL_KIND {
-    CONTROL_ROW **table;
-    int32_t OPIN_ROW::*field;
-    const char **role; ///< name of the cell that it is made of
-};
-enum { PLAIN, OE, CONTROL_KIND_COUNT };
-const CONTROL_KIND CONTROL_KINDS[CONTROL_KIND_COUNT] = {
-    {&CONTROL_TAB, &OPIN_ROW::control, &CONTROL_SCAN},
-    {&CONTROL_OE_TAB, &OPIN_ROW::oe_control, &CONTROL_OE_SCAN},
-};
-
 /// Row of each table that stands on a net, the first one where enables are not shared.
 std::unordered_map<int32_t, int32_t> row_of_net[CONTROL_KIND_COUNT];
 
@@ -54,8 +42,8 @@ int32_t find_or_make_control(int32_t which, const BUFFER_CELL *pad, int32_t row_
     const char *enable = chosen_enable_pin(pad, PIN_TABLE[row.pin_index], &is_low);
     SCAN_CELL *cell = declared_cell(*kind.role, nullptr);
     if (cell == nullptr)
-        vmr_fail(which == OE ? "ERROR: Please specify %%CONTROL_OE_SCAN in file '%s'.\n\n"
-                             : "ERROR: can't find %%CONTROL_SCAN in file '%s'.\n\n",
+        vmr_fail(which == CONTROL_OE ? "ERROR: Please specify %%CONTROL_OE_SCAN in file '%s'.\n\n"
+                                     : "ERROR: can't find %%CONTROL_SCAN in file '%s'.\n\n",
                  JTAG_BSC_FILE);
     int32_t net = search_inet_connected_to_obj(row.pad_obj, enable, DIR_INPUT);
     if (net < 0)
@@ -172,18 +160,18 @@ void mark_highz_drivers() {
 } // namespace
 
 int32_t save_contr_tab(const BUFFER_CELL *pad, int32_t row) {
-    return find_or_make_control(PLAIN, pad, row);
+    return find_or_make_control(CONTROL_PLAIN, pad, row);
 }
 
 int32_t save_oe_contr_tab(const BUFFER_CELL *pad, int32_t row) {
-    return find_or_make_control(OE, pad, row);
+    return find_or_make_control(CONTROL_OE, pad, row);
 }
 
 void save_enable_control(const BUFFER_CELL *pad, int32_t row_index) {
     OPIN_ROW &row = OPIN_TAB[row_index];
     if (row.scan_cell == nullptr || pad == nullptr)
         return;
-    int32_t which = row.scan_cell->oe_mode != nullptr ? OE : PLAIN;
+    int32_t which = row.scan_cell->oe_mode != nullptr ? CONTROL_OE : CONTROL_PLAIN;
     int32_t index = pad->control_bcell != nullptr ? -1 : find_or_make_control(which, pad, row_index);
     int32_t &field = row.*CONTROL_KINDS[which].field;
     field = index;
@@ -219,8 +207,8 @@ void setup_driving_control_cell_and_highz_buf() {
         sizes = split_into_groups(HIGHZ_CNT, limit);
     }
     HIGHZ_GROUPS groups = {sizes};
-    groups.number_rows(CONTROL_KINDS[PLAIN], 0);
-    groups.number_rows(CONTROL_KINDS[OE], 1);
+    groups.number_rows(CONTROL_KINDS[CONTROL_PLAIN], 0);
+    groups.number_rows(CONTROL_KINDS[CONTROL_OE], 1);
     mark_highz_drivers();
     DYNA_free(&sizes);
 }

@@ -23,24 +23,29 @@ const char **BUFFER_REPORT = nullptr;
 const char *BSO_FILE = nullptr;
 int32_t SCAN_COUNT[CELL_COUNTER_COUNT];
 
+const CONTROL_KIND CONTROL_KINDS[CONTROL_KIND_COUNT] = {
+    {&CONTROL_TAB, &OPIN_ROW::control, &CONTROL_SCAN, COUNT_CONTROL},
+    {&CONTROL_OE_TAB, &OPIN_ROW::oe_control, &CONTROL_OE_SCAN, COUNT_CONTROL_OE},
+};
+
 const CELL_KIND_INFO CELL_KINDS[CELL_KIND_COUNT] = {
-    {"clock", false},    // CELL_CLOCK
-    {"input", false},    // CELL_INPUT
-    {"output2", false},  // CELL_OUTPUT2
-    {"output3", false},  // CELL_OUTPUT3
-    {"output3", false},  // CELL_OUTPUT_EN
-    {"bidir", false},    // CELL_BIDIR
-    {"inout", true},     // CELL_INOUT
-    {"internal", false}, // CELL_INTERNAL
-    {"clock", false},    // CELL_MUX_CLOCK
-    {"input", false},    // CELL_MUX_INPUT
-    {"output2", false},  // CELL_MUX_OUTPUT2
-    {"output3", false},  // CELL_MUX_OUTPUT3
-    {"  *", false},      // CELL_MUX_OUTPUT_EN: such a port gets no cell
-    {"bidir", false},    // CELL_MUX_BIDIR
-    {"bidir", false},    // CELL_MUX2_BIDIR
-    {"inout", true},     // CELL_MUX_INOUT
-    {"inout", true},     // CELL_MUX2_INOUT
+    {"clock", ONE_CELL},    // CELL_CLOCK
+    {"input", ONE_CELL},    // CELL_INPUT
+    {"output2", ONE_CELL},  // CELL_OUTPUT2
+    {"output3", ONE_CELL},  // CELL_OUTPUT3
+    {"output3", ONE_CELL},  // CELL_OUTPUT_EN
+    {"bidir", ONE_CELL},    // CELL_BIDIR
+    {"inout", CELL_PAIR},   // CELL_INOUT
+    {"internal", ONE_CELL}, // CELL_INTERNAL
+    {"clock", NO_CELLS},    // CELL_MUX_CLOCK
+    {"input", ONE_CELL},    // CELL_MUX_INPUT
+    {"output2", ONE_CELL},  // CELL_MUX_OUTPUT2
+    {"output3", ONE_CELL},  // CELL_MUX_OUTPUT3
+    {"  *", NO_CELLS},      // CELL_MUX_OUTPUT_EN: such a port gets no cell
+    {"bidir", ONE_CELL},    // CELL_MUX_BIDIR
+    {"bidir", ONE_CELL},    // CELL_MUX2_BIDIR
+    {"inout", CELL_PAIR},   // CELL_MUX_INOUT
+    {"inout", CELL_PAIR},   // CELL_MUX2_INOUT
 };
 
 namespace {
@@ -88,6 +93,20 @@ bool is_internal_pin(const PIN_ENTRY *pin) {
 
 bool is_observe_pin(const PIN_ENTRY *pin) {
     return same_text(pin->package_name, "OBSERVE") || same_text(pin->package_name, "OBSERVE_ONLY");
+}
+
+bool row_gets_cells(const OPIN_ROW &row) {
+    if (row.scan_cell == nullptr || row.kind < 0 || row.kind >= CELL_KIND_COUNT)
+        return false;
+    // A pair of cells without a pad stands on a pad of its own, or nowhere.
+    bool stands = row.kind != CELL_INOUT || row.pad_instance != nullptr || option(OPT_ADD_PAD);
+    return stands && CELL_KINDS[row.kind].cells != NO_CELLS;
+}
+
+int32_t first_row_with_cells() {
+    auto table = rows(OPIN_TAB);
+    auto found = std::find_if(table.begin(), table.end(), row_gets_cells);
+    return found == table.end() ? -1 : static_cast<int32_t>(found - table.begin());
 }
 
 void rimweave_init() {

@@ -6,8 +6,8 @@
 
 #include <cstdint>
 
-/// Cell kinds. The values are fixed: the emission and the function words of the boundary order file are tables
-/// indexed by them.
+/// Cell kinds. The values are fixed: the emission and the function words of the boundary order file are
+/// tables indexed by them.
 enum CELL_KIND : int32_t {
     CELL_NONE = -1,
     CELL_CLOCK = 0,
@@ -32,14 +32,14 @@ enum CELL_KIND : int32_t {
 
 /// One row per pin-list entry that has a top name. A row has a cell exactly when `scan_cell` is set.
 struct OPIN_ROW {
-    int32_t order;               ///< sort key; after emission the SCAN_TAB index of the row's cell
-    int32_t pin_index;           ///< row of PIN_TABLE
-    const char *pin_num;         ///< INTERNAL, OBSERVE or the package pin's number
-    const char *port_name;       ///< top name without '-'; instance{pin} for an internal pin
-    const char *pad_input;       ///< pad pin that the core drives, or null
-    const char *pad_output;      ///< pad pin that drives the core, or null
-    const char *net_name;        ///< net at the core side of the pad; "out,in" for a bidirectional port
-    const char *pad_class;       ///< class of the cell next to the port, or "*UNDEF*"; null when nothing is known
+    int32_t order;          ///< sort key; after emission the SCAN_TAB index of the row's cell
+    int32_t pin_index;      ///< row of PIN_TABLE
+    const char *pin_num;    ///< INTERNAL, OBSERVE or the package pin's number
+    const char *port_name;  ///< top name without '-'; instance{pin} for an internal pin
+    const char *pad_input;  ///< pad pin that the core drives, or null
+    const char *pad_output; ///< pad pin that drives the core, or null
+    const char *net_name;   ///< net at the core side of the pad; "out,in" for a bidirectional port
+    const char *pad_class;  ///< class of the cell next to the port, or "*UNDEF*"; null when nothing is known
     const char *pad_instance;    ///< its instance name without hierarchy
     const char *scan_cell_name;  ///< BSC(...) name; after emission the instance names of the inserted cells
     const char **hier_classes;   ///< table: modules above the pad, innermost first
@@ -53,32 +53,34 @@ struct OPIN_ROW {
     int32_t highz_group;         ///< number of the row's highz_buf
     int32_t pad_obj;             ///< object of the cell next to the port, -1 none
     int32_t mode_net[3];         ///< net at the pad's %MODE_1..3, -1 when not traced, 0 GND, 1 VCC
-    int32_t mux_in1_net, mux_in2_net, mux_out_net; ///< nets at %MUX_IN1, %MUX_IN2, %MUX_OUT, -1 when not traced
-    int32_t io_module;           ///< row of MULTI_IO_TAB, -1 until traced
-    BUFFER_CELL *pad;            ///< description of pad_class, or null
-    SCAN_CELL *scan_cell;        ///< the chosen cell, or null
+    int32_t mux_in1_net, mux_in2_net,
+        mux_out_net;      ///< nets at %MUX_IN1, %MUX_IN2, %MUX_OUT, -1 when not traced
+    int32_t io_module;    ///< row of MULTI_IO_TAB, -1 until traced
+    BUFFER_CELL *pad;     ///< description of pad_class, or null
+    SCAN_CELL *scan_cell; ///< the chosen cell, or null
 };
 
 /// One row per control cell (CONTROL_TAB) or OE control cell (CONTROL_OE_TAB).
 struct CONTROL_ROW {
-    int32_t net;           ///< the enable's net: the sharing key
-    int32_t io_module;     ///< module of the first port, -1 with one I/O module
+    int32_t net;       ///< the enable's net: the sharing key
+    int32_t io_module; ///< module of the first port, -1 with one I/O module
     const char *net_name;
     const char *bsdl_type; ///< "controlr" or "control"
     SCAN_CELL *scan_cell;
-    const char *inst;      ///< set when the cell is emitted
-    const char *data_out;  ///< set when the cell is emitted
+    const char *inst;     ///< set when the cell is emitted
+    const char *data_out; ///< set when the cell is emitted
 };
 
 /// One row per inserted cell, in the order of insertion; row 0 is the cell nearest TDO.
 struct SCAN_ROW {
     const char *inst;
     const char *tdi_pin, *tdo_pin;
-    const char *pins[SIGNAL_COUNT]; ///< control pins, null where the cell has none; [SIG_BCLK] is the %TCK pin
-    const char **extra_pins;        ///< table: the cell's %EXTRA_n pins
-    int32_t mux_row;                ///< OPIN_TAB row whose pad's mode pins need driving, or -1
-    int32_t io_module;              ///< -1 with one I/O module
-    int32_t module_seq;             ///< running number in its module from 1, -1 with one I/O module
+    const char
+        *pins[SIGNAL_COUNT]; ///< control pins, null where the cell has none; [SIG_BCLK] is the %TCK pin
+    const char **extra_pins; ///< table: the cell's %EXTRA_n pins
+    int32_t mux_row;         ///< OPIN_TAB row whose pad's mode pins need driving, or -1
+    int32_t io_module;       ///< -1 with one I/O module
+    int32_t module_seq;      ///< running number in its module from 1, -1 with one I/O module
 };
 
 /// A port to add to a module, and a connection to make in it (several I/O modules).
@@ -108,18 +110,18 @@ struct MULTI_IO_NODE {
     MULTI_IO_NODE *children; ///< table
 };
 
-extern OPIN_ROW *OPIN_TAB;        ///< filled by the classification, sorted by the scan order
-extern CONTROL_ROW *CONTROL_TAB;  ///< filled by save_contr_tab; emission sets inst and data_out
+extern OPIN_ROW *OPIN_TAB;       ///< filled by the classification, sorted by the scan order
+extern CONTROL_ROW *CONTROL_TAB; ///< filled by save_contr_tab; emission sets inst and data_out
 extern CONTROL_ROW *CONTROL_OE_TAB;
-extern SCAN_ROW *SCAN_TAB;        ///< filled by add_scan_tab during emission
-extern MULTI_IO_ROW *MULTI_IO_TAB; ///< row 0 made by the driver, the rest by the tracing
-extern MULTI_IO_NODE MULTI_IO_HIER; ///< its root is row 0
-extern int32_t multi_io_module_flagG; ///< 1 when the cells do not all lie in one module
+extern SCAN_ROW *SCAN_TAB;              ///< filled by add_scan_tab during emission
+extern MULTI_IO_ROW *MULTI_IO_TAB;      ///< row 0 made by the driver, the rest by the tracing
+extern MULTI_IO_NODE MULTI_IO_HIER;     ///< its root is row 0
+extern int32_t multi_io_module_flagG;   ///< 1 when the cells do not all lie in one module
 extern int32_t current_multi_io_indexG; ///< module being emitted, -1 outside that
-extern int32_t PAD_MODULE_EXIST;  ///< 0 when the first cell's pad lies in the top module, else 255; set by emission
-extern int32_t HIGHZ_CNT;         ///< planning: outputs on the high-impedance signal whose cell has %HIGHZ
+extern int32_t PAD_MODULE_EXIST;   ///< 0 when the first cell's pad lies in the top, else 255; set by emission
+extern int32_t HIGHZ_CNT;          ///< planning: outputs on the high-impedance signal whose cell has %HIGHZ
 extern const char **BUFFER_REPORT; ///< table: lines of the buffer report in the order written
-extern const char *BSO_FILE;      ///< name of the boundary order file, null when none was written
+extern const char *BSO_FILE;       ///< name of the boundary order file, null when none was written
 
 /// Inserted cells by the declared name that they come from.
 enum CELL_COUNTER : int32_t {
@@ -138,17 +140,35 @@ enum CELL_COUNTER : int32_t {
 };
 extern int32_t SCAN_COUNT[CELL_COUNTER_COUNT]; ///< CLK_SCAN_COUNT and its sisters; counted by emission
 
+/// The two control tables, and all that differs between them.
+enum CONTROL_KIND_ID : int32_t { CONTROL_PLAIN, CONTROL_OE, CONTROL_KIND_COUNT };
+struct CONTROL_KIND {
+    CONTROL_ROW **table;
+    int32_t OPIN_ROW::*field; ///< the rows' reference to it
+    const char **role;        ///< name of the cell that it is made of
+    CELL_COUNTER counter;
+};
+extern const CONTROL_KIND CONTROL_KINDS[CONTROL_KIND_COUNT];
+
+/// Data cells that a kind puts into the chain.
+enum CELL_NUMBER : int32_t { NO_CELLS, ONE_CELL, CELL_PAIR };
+
 /// What is fixed of one cell kind.
 struct CELL_KIND_INFO {
-    const char *bso_word;  ///< function word of the boundary order file
-    bool is_pair;          ///< two data cells in the chain
+    const char *bso_word; ///< function word of the boundary order file
+    CELL_NUMBER cells;    ///< data cells in the chain
 };
 extern const CELL_KIND_INFO CELL_KINDS[CELL_KIND_COUNT];
 
-/// What the package column of a pin says: a signal inside the core with a cell of its own (INTERNAL), or one that a
-/// cell only watches (OBSERVE or OBSERVE_ONLY, which mean the same).
+/// What the package column of a pin says: a signal inside the core with a cell of its own (INTERNAL), or one
+/// that a cell only watches (OBSERVE or OBSERVE_ONLY, which mean the same).
 bool is_internal_pin(const PIN_ENTRY *pin);
 bool is_observe_pin(const PIN_ENTRY *pin);
+
+/// True when emission puts a cell into the chain for the row: it has one, and its kind has a step for it.
+bool row_gets_cells(const OPIN_ROW &row);
+/// The first row of OPIN_TAB that gets a cell, whose pad gives the place of the chain; -1 when there is none.
+int32_t first_row_with_cells();
 
 /// Resets the tables and counters for a run.
 void rimweave_init();

@@ -210,12 +210,9 @@ void get_hier_class_and_inst_name(int32_t row_index, int32_t obj) {
 void settle_io_modules() {
     // A port without a described pad has its cell at the port itself, in the top module.
     auto module_of = [](const OPIN_ROW &row) { return row.io_module < 0 ? 0 : row.io_module; };
-    auto has_cell = [](const OPIN_ROW &row) {
-        return row.scan_cell != nullptr && row.kind != CELL_MUX_CLOCK && row.kind != CELL_MUX_OUTPUT_EN;
-    };
     const OPIN_ROW *first = nullptr;
     for (const OPIN_ROW &row : rows(OPIN_TAB)) {
-        if (!has_cell(row))
+        if (!row_gets_cells(row))
             continue;
         if (first == nullptr)
             first = &row;
