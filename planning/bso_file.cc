@@ -2,6 +2,7 @@
 // control cell the range of outputs that it governs.
 #include "planning/report.hh"
 
+#include "planning/cell_choice.hh"
 #include "planning/planning.hh"
 #include "planning/port_table.hh"
 #include "support/console.hh"
@@ -11,6 +12,7 @@
 
 #include <cstdio>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -89,22 +91,28 @@ void append_control_block(std::string &text, const CONTR_PIN_ROW &entry) {
     text += format_text("             *                  [%s]\n", cell);
 }
 
+/// The row of CONTR_PIN for each control cell: plain ones by their CONTROL_TAB reference, OE ones behind
+/// them.
+std::vector<const CONTR_PIN_ROW *> entries_by_control() {
+    int32_t plain = DYNA_count(CONTROL_TAB);
+    std::vector<const CONTR_PIN_ROW *> entries(plain + DYNA_count(CONTROL_OE_TAB));
+    for (const CONTR_PIN_ROW &entry : rows(CONTR_PIN))
+        if (DYNA_count(entry.orders) > 0)
+            entries[entry.control > 0 ? entry.control - 1 : plain + entry.oe_control - 1] = &entry;
+    return entries;
+}
+
 std::string boundary_order_text() {
     std::string text = HEADER;
-    int32_t k = 0;
-    auto largest_of = [](int32_t index) {
-        const int32_t *orders = CONTR_PIN[index].orders;
-        return orders[DYNA_count(orders) - 1];
-    };
-    int32_t count = DYNA_count(CONTR_PIN);
-    int32_t largest = count > 0 ? largest_of(0) : -1;
+    std::vector<const CONTR_PIN_ROW *> entries = entries_by_control();
     for (const OPIN_ROW &row : rows(OPIN_TAB)) {
         append_port_lines(text, row);
-        if (largest == -1 || row.order != largest)
+        if (row.control <= 0 && row.oe_control <= 0)
             continue;
-        append_control_block(text, CONTR_PIN[k]);
-        ++k;
-        largest = k < count ? largest_of(k) : -1;
+        int32_t control = row.control > 0 ? row.control - 1 : DYNA_count(CONTROL_TAB) + row.oe_control - 1;
+        const int32_t *orders = entries[control]->orders;
+        if (row.order == orders[DYNA_count(orders) - 1])
+            append_control_block(text, *entries[control]);
     }
     return text;
 }
@@ -115,6 +123,17 @@ void release_contr_pin() {
     if (CONTR_PIN != nullptr)
         DYNA_free(&CONTR_PIN);
     CONTR_PIN = nullptr;
+}
+
+// A cell inside an input or bidirectional pad keeps the sort key of its port as its order, which is no place
+// in the chain and can hide the blocks of control cells. Who reads the file has to know.
+void warn_of_cells_in_pads(const std::string &name) {
+    for (const OPIN_ROW &row : rows(OPIN_TAB))
+        if (is_bs_buffer(row.pad) && row.chain_place >= 0 && row.order != row.chain_place)
+            vmr_printf("WARNING: (%s) the scan cell of port '%s' is inside its pad '%s'.\n"
+                       "         Its place in the chain is %d, not its scan order %d.\n\n",
+                       name.c_str(), row.port_name, text_or(row.pad_instance, "*UNDEF*"), row.chain_place,
+                       row.order);
 }
 
 // The file cannot be written: the user says whether the run goes on without it.
@@ -138,5 +157,7 @@ void print_bso_file() {
     if (!written) {
         ask_to_continue(name);
         BSO_FILE = nullptr;
+        return;
     }
+    warn_of_cells_in_pads(name);
 }

@@ -149,6 +149,7 @@ int32_t create_an_entry_of_OPIN_TAB(int32_t pin_index, const char *core_name) {
     row.scan_cell_name = pin.bsc_name;
     row.kind = CELL_NONE;
     row.pad_obj = -1;
+    row.chain_place = -1;
     std::fill(std::begin(row.mode_net), std::end(row.mode_net), -1);
     row.mux_in1_net = row.mux_in2_net = row.mux_out_net = -1;
     row.io_module = -1;

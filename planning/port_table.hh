@@ -33,6 +33,7 @@ enum CELL_KIND : int32_t {
 /// One row per pin-list entry that has a top name. A row has a cell exactly when `scan_cell` is set.
 struct OPIN_ROW {
     int32_t order;          ///< sort key; after emission the SCAN_TAB index of the row's cell
+    int32_t chain_place;    ///< SCAN_TAB index of the row's first cell, -1 before it has one
     int32_t pin_index;      ///< row of PIN_TABLE
     const char *pin_num;    ///< INTERNAL, OBSERVE or the package pin's number
     const char *port_name;  ///< top name without '-'; instance{pin} for an internal pin

@@ -40,8 +40,10 @@ void count_pad_modes(const OPIN_ROW &row, MULTI_IO_ROW *module) {
 } // namespace
 
 const char *add_scan_tab(const SCAN_CELL *cell, int32_t row_index, bool mux, bool is_control) {
-    const OPIN_ROW &row = OPIN_TAB[row_index];
+    OPIN_ROW &row = OPIN_TAB[row_index];
     int32_t index = DYNA_count(SCAN_TAB);
+    if (row.chain_place < 0)
+        row.chain_place = index;
     SCAN_ROW scan = {};
     scan.mux_row = mux ? row_index : -1;
     if (is_bs_buffer(row.pad) && !is_control)

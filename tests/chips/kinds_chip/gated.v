@@ -1,5 +1,5 @@
 // Boundary cells on the gated clocks of the TAP: CK rises to capture or shift, UP rises to update. TCK is not
-// looked at. The pads with a cell inside count an unwired MODE as 0.
+// looked at; for -synch the proof makes cells of these that are clocked by it. The pads with a cell inside count an unwired MODE as 0.
 
 `timescale 1ns / 1ps
 
@@ -94,5 +94,17 @@ module BSTPAD (I, OEN, MODE, PAD, SO, SI, SE, CK, UP, TCK);
     always @(posedge CK) SO <= #1 SE ? SI : I;
     always @(posedge UP) held <= #1 SO;
     assign PAD = OEN ? 1'bz : MODE === 1'b1 ? held : I;
+endmodule
+
+// bidirectional pad with its data cell inside; takes the pin, in INTEST the core
+module BSBPAD (I, OEN, MODE1, MODE2, C, PAD, SO, SI, SE, CK, UP, TCK);
+    input I, OEN, MODE1, MODE2, SI, SE, CK, UP, TCK;
+    output C, SO;
+    inout PAD;
+    reg SO, held;
+    always @(posedge CK) SO <= #1 SE ? SI : (MODE2 === 1'b1 ? I : PAD);
+    always @(posedge UP) held <= #1 SO;
+    assign PAD = OEN ? 1'bz : MODE1 === 1'b1 ? held : I;
+    assign C = MODE2 === 1'b1 ? held : PAD;
 endmodule
 `endcelldefine

@@ -5,9 +5,9 @@
 
 module kinds_core (clk, rst_n, x, s);
     input clk, rst_n;
-    input [12:0] x;
+    input [13:0] x;
     output [15:0] s;
-    wire [12:0] m;
+    wire [13:0] m;
     XOR2 m0 (.A(s[15]), .B(x[0]), .Z(m[0]));
     XOR2 m1 (.A(s[0]), .B(x[1]), .Z(m[1]));
     XOR2 m2 (.A(s[1]), .B(x[2]), .Z(m[2]));
@@ -21,6 +21,7 @@ module kinds_core (clk, rst_n, x, s);
     XOR2 m10 (.A(s[9]), .B(x[10]), .Z(m[10]));
     XOR2 m11 (.A(s[10]), .B(x[11]), .Z(m[11]));
     XOR2 m12 (.A(s[11]), .B(x[12]), .Z(m[12]));
+    XOR2 m13 (.A(s[12]), .B(x[13]), .Z(m[13]));
     DFFR f0 (.D(m[0]), .CK(clk), .RN(rst_n), .Q(s[0]));
     DFFR f1 (.D(m[1]), .CK(clk), .RN(rst_n), .Q(s[1]));
     DFFR f2 (.D(m[2]), .CK(clk), .RN(rst_n), .Q(s[2]));
@@ -34,19 +35,19 @@ module kinds_core (clk, rst_n, x, s);
     DFFR f10 (.D(m[10]), .CK(clk), .RN(rst_n), .Q(s[10]));
     DFFR f11 (.D(m[11]), .CK(clk), .RN(rst_n), .Q(s[11]));
     DFFR f12 (.D(m[12]), .CK(clk), .RN(rst_n), .Q(s[12]));
-    DFFR f13 (.D(s[12]), .CK(clk), .RN(rst_n), .Q(s[13]));
+    DFFR f13 (.D(m[13]), .CK(clk), .RN(rst_n), .Q(s[13]));
     DFFR f14 (.D(s[13]), .CK(clk), .RN(rst_n), .Q(s[14]));
     DFFR f15 (.D(s[14]), .CK(clk), .RN(rst_n), .Q(s[15]));
 endmodule
 
 module kinds (clk, rst_n, d0, d1, dn, bf, fti, dip, dim, bsi, mxi, mck, q0, q1, q2, t0, t1, th, tp, tk,
               od, os, io0, io1, ioh, iof, iog, dop, dom, dtp, dtm, dup, dum, bst, mxo, mxt, mxe, fto,
-              mxb, mxc, tdi, tms, tck, trst_n, tdo);
+              mxb, mxc, bsb, tdi, tms, tck, trst_n, tdo);
     input clk, rst_n, d0, d1, dn, bf, fti, dip, dim, bsi, mxi, mck, tdi, tms, tck, trst_n;
     output q0, q1, q2, t0, t1, th, tp, tk, od, os, dop, dom, dtp, dtm, dup, dum, bst, mxo, mxt, mxe, fto, tdo;
-    inout io0, io1, ioh, iof, iog, mxb, mxc;
+    inout io0, io1, ioh, iof, iog, mxb, mxc, bsb;
     wire tdi_c, tms_c, tck_c, trst_n_c, clk_c, rst_n_c, d0_p, d1_c, bf_c, ft, q1_p, glue, q2_i;
-    wire [12:0] x;
+    wire [13:0] x;
     wire [15:0] s;
 
     kinds_core u_core (.clk(clk_c), .rst_n(rst_n_c), .x(x), .s(s));
@@ -87,11 +88,12 @@ module kinds (clk, rst_n, d0, d1, dn, bf, fti, dip, dim, bsi, mxi, mck, q0, q1, 
     BPAD p_iof (.I(s[3]), .OEN(s[11]), .PAD(iof));
     BPAD p_iog (.OEN(1'b1), .C(x[10]), .PAD(iog));
 
-    // differential outputs, and a pad with its cell inside
+    // differential outputs, and pads with their cell inside
     DOPAD p_do (.I(s[4]), .PP(dop), .PM(dom));
     DTPAD p_dt (.I(s[5]), .OEN(s[13]), .PP(dtp), .PM(dtm));
     DTPAD p_du (.I(s[6]), .OEN(s[13]), .PP(dup), .PM(dum));
     BSTPAD p_bst (.I(s[6]), .OEN(s[14]), .PAD(bst));
+    BSBPAD p_bsb (.I(s[7]), .OEN(s[1]), .C(x[13]), .PAD(bsb));
 
     // pads with a mux: th's enable serves mxt with the other polarity
     MOPAD p_mxo (.I(s[7]), .PAD(mxo));
