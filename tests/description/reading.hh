@@ -9,34 +9,11 @@
 #include "support/text.hh"
 #include "tests/support/scratch.hh"
 
-#include <cstdio>
-#include <filesystem>
-#include <functional>
 #include <vector>
 
 /// The shortest files that the readers accept: one cell, and one word that means nothing.
 inline const char *const SHORT_LIB = "%SCAN_CELL BC { %TDI si; }\n%TAP_CONTROLLER TAP { %TDI tdi; }\n";
 inline const char *const SHORT_BSC = "nothing\n";
-
-/// Runs `action` in a child, with the scratch folder as its working directory.
-inline run_result run_child(const scratch_folder &scratch, const std::function<void()> &action) {
-    scratch_folder streams;
-    std::fflush(nullptr);
-    pid_t child = fork();
-    if (child == 0) {
-        std::filesystem::current_path(scratch.dir);
-        if (std::freopen(streams.path("out").c_str(), "w", stdout) == nullptr ||
-            std::freopen(streams.path("err").c_str(), "w", stderr) == nullptr)
-            _exit(99);
-        action();
-        std::fflush(nullptr);
-        _exit(0);
-    }
-    int raw = 0;
-    waitpid(child, &raw, 0);
-    int status = WIFEXITED(raw) ? WEXITSTATUS(raw) : 128 + WTERMSIG(raw);
-    return {status, streams.read("out"), streams.read("err")};
-}
 
 /// The line counters go on counting from reading to reading; a test that looks at lines starts them anew.
 inline void restart_line_counters() {

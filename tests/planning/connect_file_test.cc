@@ -26,14 +26,7 @@ const char *const instruction_table = R"(%INSTRUCTION_TABLE {
 run_result connect(const scratch_folder &scratch, const std::string &bist, const char *path = nullptr) {
     scratch.write("chip.lib", "%SCAN_CELL BC { %TDI si; }\n%TAP_CONTROLLER TAP { %TDI tdi; }\n");
     scratch.write("chip.bsc", instruction_table + bist);
-    scratch_folder streams;
-    std::fflush(nullptr);
-    pid_t child = fork();
-    if (child == 0) {
-        std::filesystem::current_path(scratch.dir);
-        if (std::freopen(streams.path("out").c_str(), "w", stdout) == nullptr ||
-            std::freopen(streams.path("err").c_str(), "w", stderr) == nullptr)
-            _exit(99);
+    return run_child(scratch, [&] {
         TOP_MODULE = "chip";
         JTAG_OPTION[OPT_OPATH] = path != nullptr;
         OPATH = path;
@@ -43,13 +36,7 @@ run_result connect(const scratch_folder &scratch, const std::string &bist, const
         TAP_PIN[SIG_SHIFT] = "shift_dr";
         org_tap_instance_nameG = "u_core.u_tap";
         rwv_write_connect_file();
-        std::fflush(nullptr);
-        _exit(0);
-    }
-    int raw = 0;
-    waitpid(child, &raw, 0);
-    int status = WIFEXITED(raw) ? WEXITSTATUS(raw) : 128 + WTERMSIG(raw);
-    return {status, streams.read("out"), streams.read("err")};
+    });
 }
 
 struct connection {

@@ -14,22 +14,6 @@
 
 namespace {
 
-/// Runs `steps` in a child process with the folder as its working directory.
-run_result in_child(const scratch_folder &scratch, const std::function<void()> &steps) {
-    std::fflush(nullptr);
-    pid_t child = ::fork();
-    if (child == 0) {
-        if (::chdir(scratch.dir.c_str()) != 0 || std::freopen("../out", "w", stdout) == nullptr)
-            ::_exit(99);
-        steps();
-        std::fflush(stdout);
-        ::_exit(0);
-    }
-    int raw = 0;
-    ::waitpid(child, &raw, 0);
-    return {WIFEXITED(raw) ? WEXITSTATUS(raw) : 128 + WTERMSIG(raw), scratch.read("../out"), ""};
-}
-
 /// A scratch folder with an inner one to work in, so that streams and commands stay apart from the run's
 /// files.
 struct work_folder {
@@ -52,7 +36,7 @@ struct work_folder {
 
 run_result initialize(const tap_case &tap) {
     work_folder folder;
-    return in_child(folder.outer, [&] {
+    return run_child(folder.outer, [&] {
         set_up_tap(tap);
         jtag_init();
     });
@@ -105,7 +89,7 @@ TEST(tap_init, tables_of_registers_and_enable_pins) {
 
 TEST(tap_init, every_name_that_the_library_does_not_give_has_a_default) {
     work_folder folder;
-    run_result result = in_child(folder.outer, [] {
+    run_result result = run_child(folder.outer, [] {
         set_up_tap({"", LARGE_TABLE, "trst rst update highz mode1 mode2 mode3 extra2"});
         TAP_MODULE_NAME = TAP_INSTANCE_NAME = nullptr;
         jtag_init();
@@ -141,7 +125,7 @@ TEST(tap_init, every_name_that_the_library_does_not_give_has_a_default) {
 
 TEST(tap_init, active_low_names_and_gaps_among_the_extra_pins) {
     work_folder folder;
-    run_result result = in_child(folder.outer, [] {
+    run_result result = run_child(folder.outer, [] {
         set_up_tap({"", SMALL_TABLE, "extra3"});
         TAP_CONTR = nullptr;
         jtag_init(); // finds the cell; its fields change below
@@ -164,7 +148,7 @@ TEST(tap_init, active_low_names_and_gaps_among_the_extra_pins) {
 
 run_result build(
     const work_folder &folder, const tap_case &tap, const std::function<void()> &change = [] {}) {
-    return in_child(folder.outer, [&] {
+    return run_child(folder.outer, [&] {
         set_up_tap(tap);
         change();
         jtag_init();

@@ -6,9 +6,11 @@
 //   EXPECT_EQ(result.status, 255);
 #pragma once
 
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <gtest/gtest.h>
 #include <iterator>
 #include <string>
@@ -72,3 +74,24 @@ struct scratch_folder {
         return {status, streams.read("out"), streams.read("err")};
     }
 };
+
+/// Runs `action` in a child process with the folder as working directory, so that it starts fresh, may end
+/// the run, and its streams and status can be looked at.
+inline run_result run_child(const scratch_folder &scratch, const std::function<void()> &action) {
+    scratch_folder streams;
+    std::fflush(nullptr);
+    pid_t child = ::fork();
+    if (child == 0) {
+        std::filesystem::current_path(scratch.dir);
+        if (std::freopen(streams.path("out").c_str(), "w", stdout) == nullptr ||
+            std::freopen(streams.path("err").c_str(), "w", stderr) == nullptr)
+            ::_exit(99);
+        action();
+        std::fflush(nullptr);
+        ::_exit(0);
+    }
+    int raw = 0;
+    ::waitpid(child, &raw, 0);
+    int status = WIFEXITED(raw) ? WEXITSTATUS(raw) : 128 + WTERMSIG(raw);
+    return {status, streams.read("out"), streams.read("err")};
+}

@@ -15,12 +15,7 @@ std::string answers(const std::string &text, std::initializer_list<const char *>
                     const char *section = nullptr, const char *file = ".velmora.def") {
     scratch_folder scratch;
     scratch.write(file, text);
-    int ends[2];
-    if (::pipe(ends) != 0)
-        return "no pipe";
-    pid_t child = ::fork();
-    if (child == 0) {
-        std::filesystem::current_path(scratch.dir);
+    run_result result = run_child(scratch, [&] {
         CMD_set_path(nullptr, ".", nullptr);
         std::string out = RC_load("velmora", section) == 0 ? "" : "unread ";
         for (const char *pattern : patterns) {
@@ -30,18 +25,9 @@ std::string answers(const std::string &text, std::initializer_list<const char *>
                 out += std::string(value) + "|";
             out += "]";
         }
-        [[maybe_unused]] ssize_t written = ::write(ends[1], out.data(), out.size());
-        ::_exit(0);
-    }
-    ::close(ends[1]);
-    std::string out;
-    char part[4096];
-    for (ssize_t length; (length = ::read(ends[0], part, sizeof part)) > 0;)
-        out.append(part, static_cast<size_t>(length));
-    ::close(ends[0]);
-    int status = 0;
-    ::waitpid(child, &status, 0);
-    return status == 0 ? out : "died";
+        std::fputs(out.c_str(), stdout);
+    });
+    return result.status == 0 ? result.out : "died";
 }
 
 } // namespace
