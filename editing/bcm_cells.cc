@@ -1,6 +1,7 @@
 #include "editing/bcm_cells.hh"
 
 #include "editing/cells.hh"
+#include "planning/cell_choice.hh"
 #include "planning/planning.hh"
 #include "planning/tracing.hh"
 #include "support/console.hh"
@@ -31,7 +32,7 @@ void join(EDIT_FILE *fp, const char *suffix, const EDIT_OPERAND &pin, EDIT_BLANK
 
 /// A cell that is built into the pad has no place in <top>_BCM.
 bool is_inside_pad(const OPIN_ROW &row, const char *name) {
-    if (row.pad == nullptr || row.pad->kind != BUFFER_BS)
+    if (!is_bs_buffer(row.pad))
         return false;
     warn_of_unwired_cell(row, name);
     return true;
@@ -42,10 +43,9 @@ void name_row(OPIN_ROW &row, int32_t index) {
     row.scan_cell_name = SCAN_TAB[row.order].inst;
 }
 
-void make_input_clock_cell_in_cmd(EDIT_FILE *fp, int32_t index, bool is_input) {
+void make_input_clock_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
     OPIN_ROW &row = OPIN_TAB[index];
-    bool is_clock_cell = CLOCK_SCAN != nullptr && (!is_input || INPUT_SCAN == nullptr);
-    SCAN_COUNT[is_clock_cell ? COUNT_CLOCK : COUNT_INPUT]++;
+    SCAN_COUNT[counter_of_row(row)]++;
     const char *name = add_scan_tab(row.scan_cell, index, false, false);
     if (is_inside_pad(row, name))
         return;
@@ -67,7 +67,7 @@ void make_input_clock_cell_in_cmd(EDIT_FILE *fp, int32_t index, bool is_input) {
 
 void make_output_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
     OPIN_ROW &row = OPIN_TAB[index];
-    SCAN_COUNT[COUNT_OUTPUT]++;
+    SCAN_COUNT[counter_of_row(row)]++;
     const char *name = add_scan_tab(row.scan_cell, index, false, false);
     name_row(row, index);
     if (is_inside_pad(row, name))
@@ -109,7 +109,7 @@ void make_bidi_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
     const char *name = add_scan_tab(row.scan_cell, index, false, false);
     if (is_inside_pad(row, name))
         return;
-    SCAN_COUNT[COUNT_BIDIR]++;
+    SCAN_COUNT[counter_of_row(row)]++;
     name_row(row, index);
     cut_pad_input(fp, row, "DATA_IN", "PAD_OUT", EDIT_WIDE_SECOND);
     SAVED_SIDE saved = begin_side(row, SIDE_OUTPUT, PAD_WORD_BIDIRECTIONAL);
@@ -163,7 +163,7 @@ void join_mode_pin(EDIT_FILE *fp, OPIN_ROW &row, int32_t mode, const char *suffi
 
 void make_mux_input_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
     OPIN_ROW &row = OPIN_TAB[index];
-    SCAN_COUNT[COUNT_INPUT_MUX]++;
+    SCAN_COUNT[counter_of_row(row)]++;
     add_scan_tab(row.scan_cell, index, true, false);
     name_row(row, index);
     join_mux_pin(fp, row, MUX_IN2, "UPD_OUT");
@@ -181,7 +181,7 @@ void make_mux_input_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
 
 void make_mux_output_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
     OPIN_ROW &row = OPIN_TAB[index];
-    SCAN_COUNT[COUNT_OUTPUT_MUX]++;
+    SCAN_COUNT[counter_of_row(row)]++;
     add_scan_tab(row.scan_cell, index, true, false);
     name_row(row, index);
     join_mux_pin(fp, row, MUX_IN1, "UPD_OUT");
@@ -194,7 +194,7 @@ void make_mux_output_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
 void make_mux_bidi_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
     OPIN_ROW &row = OPIN_TAB[index];
     const SCAN_CELL *cell = row.scan_cell;
-    SCAN_COUNT[COUNT_BIDIR_MUX]++;
+    SCAN_COUNT[counter_of_row(row)]++;
     add_scan_tab(cell, index, true, false);
     name_row(row, index);
     if (cell->sys_in != nullptr)
@@ -212,11 +212,8 @@ void make_mux_bidi_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
 // Routines in the form of the dispatch table.
 using CELL_ROUTINE = void (*)(EDIT_FILE *fp, int32_t row);
 
-void make_clock_cell(EDIT_FILE *fp, int32_t row) {
-    make_input_clock_cell_in_cmd(fp, row, false);
-}
-void make_input_cell(EDIT_FILE *fp, int32_t row) {
-    make_input_clock_cell_in_cmd(fp, row, true);
+void add_internal_cell(EDIT_FILE *fp, int32_t row) {
+    add_internal_scan_cell_in_cmd(fp, row);
 }
 void add_mux_output_with_control(EDIT_FILE *fp, int32_t row) {
     add_control_beside_bcm(fp, row, add_mux_output_scan_cell_in_cmd(fp, row), true);
@@ -239,14 +236,14 @@ struct KIND_STEPS {
 
 /// Indexed by CELL_KIND.
 constexpr KIND_STEPS STEPS[CELL_KIND_COUNT] = {
-    /* CELL_CLOCK         */ {make_clock_cell, NO_CONTROL, false},
-    /* CELL_INPUT         */ {make_input_cell, NO_CONTROL, false},
+    /* CELL_CLOCK         */ {make_input_clock_cell_in_cmd, NO_CONTROL, false},
+    /* CELL_INPUT         */ {make_input_clock_cell_in_cmd, NO_CONTROL, false},
     /* CELL_OUTPUT2       */ {make_output_scan_cell_in_cmd, NO_CONTROL, false},
     /* CELL_OUTPUT3       */ {make_output_scan_cell_in_cmd, CONTROL_BY_CELL, false},
     /* CELL_OUTPUT_EN     */ {make_output_scan_cell_in_cmd, NO_CONTROL, false},
     /* CELL_BIDIR         */ {make_bidi_scan_cell_in_cmd, CONTROL_BY_CELL, false},
     /* CELL_INOUT         */ {make_in_out_scan_cell_in_cmd, PLAIN_CONTROL, false},
-    /* CELL_INTERNAL      */ {add_internal_scan_cell_in_cmd, NO_CONTROL, true},
+    /* CELL_INTERNAL      */ {add_internal_cell, NO_CONTROL, true},
     /* CELL_MUX_CLOCK     */ {nullptr, NO_CONTROL, false},
     /* CELL_MUX_INPUT     */ {make_mux_input_cell_in_cmd, NO_CONTROL, false},
     /* CELL_MUX_OUTPUT2   */ {make_mux_output_scan_cell_in_cmd, NO_CONTROL, false},

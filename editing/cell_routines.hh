@@ -4,12 +4,12 @@
 
 #include "editing/pad_sides.hh"
 
-void add_input_clock_cell_in_cmd(EDIT_FILE *fp, int32_t row, bool is_input);
+const char *add_input_clock_cell_in_cmd(EDIT_FILE *fp, int32_t row);
 const char *add_output_scan_cell_in_cmd(EDIT_FILE *fp, int32_t row);
 const char *add_bidi_scan_cell_in_cmd(EDIT_FILE *fp, int32_t row);
-void add_in_out_scan_cell_in_cmd(EDIT_FILE *fp, int32_t row);
-void add_internal_scan_cell_in_cmd(EDIT_FILE *fp, int32_t row);
-void add_mux_input_cell_in_cmd(EDIT_FILE *fp, int32_t row);
+const char *add_in_out_scan_cell_in_cmd(EDIT_FILE *fp, int32_t row);
+const char *add_internal_scan_cell_in_cmd(EDIT_FILE *fp, int32_t row);
+const char *add_mux_input_cell_in_cmd(EDIT_FILE *fp, int32_t row);
 const char *add_mux_output_scan_cell_in_cmd(EDIT_FILE *fp, int32_t row);
 const char *add_mux_bidi_scan_cell_in_cmd(EDIT_FILE *fp, int32_t row);
 const char *add_mux1_in_out_scan_cell_in_cmd(EDIT_FILE *fp, int32_t row);

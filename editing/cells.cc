@@ -22,41 +22,19 @@ struct KIND_STEPS {
     CONTROL_STEP control;
 };
 
-// Routines without a name of their own, in the form of the others.
-const char *clock_cell(EDIT_FILE *fp, int32_t row) {
-    add_input_clock_cell_in_cmd(fp, row, false);
-    return nullptr;
-}
-const char *input_cell(EDIT_FILE *fp, int32_t row) {
-    add_input_clock_cell_in_cmd(fp, row, true);
-    return nullptr;
-}
-const char *in_out_cells(EDIT_FILE *fp, int32_t row) {
-    add_in_out_scan_cell_in_cmd(fp, row);
-    return nullptr;
-}
-const char *internal_cell(EDIT_FILE *fp, int32_t row) {
-    add_internal_scan_cell_in_cmd(fp, row);
-    return nullptr;
-}
-const char *mux_input_cell(EDIT_FILE *fp, int32_t row) {
-    add_mux_input_cell_in_cmd(fp, row);
-    return nullptr;
-}
-
 /// Indexed by CELL_KIND. A mux clock and a mux output with an enable alone keep their rows and get no cell;
 /// the pair of input and output cells has its control cell between the two.
 constexpr KIND_STEPS STEPS[CELL_KIND_COUNT] = {
-    /* CELL_CLOCK         */ {clock_cell, NO_CONTROL},
-    /* CELL_INPUT         */ {input_cell, NO_CONTROL},
+    /* CELL_CLOCK         */ {add_input_clock_cell_in_cmd, NO_CONTROL},
+    /* CELL_INPUT         */ {add_input_clock_cell_in_cmd, NO_CONTROL},
     /* CELL_OUTPUT2       */ {add_output_scan_cell_in_cmd, NO_CONTROL},
     /* CELL_OUTPUT3       */ {add_output_scan_cell_in_cmd, CONTROL_BY_CELL},
     /* CELL_OUTPUT_EN     */ {add_output_scan_cell_in_cmd, NO_CONTROL},
     /* CELL_BIDIR         */ {add_bidi_scan_cell_in_cmd, CONTROL_BY_CELL},
-    /* CELL_INOUT         */ {in_out_cells, NO_CONTROL},
-    /* CELL_INTERNAL      */ {internal_cell, NO_CONTROL},
+    /* CELL_INOUT         */ {add_in_out_scan_cell_in_cmd, NO_CONTROL},
+    /* CELL_INTERNAL      */ {add_internal_scan_cell_in_cmd, NO_CONTROL},
     /* CELL_MUX_CLOCK     */ {nullptr, NO_CONTROL},
-    /* CELL_MUX_INPUT     */ {mux_input_cell, NO_CONTROL},
+    /* CELL_MUX_INPUT     */ {add_mux_input_cell_in_cmd, NO_CONTROL},
     /* CELL_MUX_OUTPUT2   */ {add_mux_output_scan_cell_in_cmd, NO_CONTROL},
     /* CELL_MUX_OUTPUT3   */ {add_mux_output_scan_cell_in_cmd, CONTROL_BY_CELL},
     /* CELL_MUX_OUTPUT_EN */ {nullptr, NO_CONTROL},

@@ -6,6 +6,7 @@
 #include "description/lookups.hh"
 #include "editing/cell_routines.hh"
 #include "editing/tap_place.hh"
+#include "planning/cell_choice.hh"
 #include "planning/planning.hh"
 #include "planning/tap_state.hh"
 #include "planning/tracing.hh"
@@ -64,8 +65,7 @@ EDIT_OPERAND enable_source(const OPIN_ROW &row, const char *enable, bool is_oe) 
 }
 
 bool leaves_shared_enable(const OPIN_ROW &row) {
-    bool is_differential = row.pad->kind == BUFFER_DIFF_VOLTAGE || row.pad->kind == BUFFER_DIFF_CURRENT;
-    if (!is_differential || row.control_driver != 0)
+    if (!is_differential(row.pad) || row.control_driver != 0)
         return false;
     // The register would seem to hold the pad, which follows the core.
     if (row.control > 0)

@@ -120,7 +120,7 @@ void add_with_new_pad(EDIT_FILE *fp, int32_t index, IN_OUT_PAIR &pair) {
 
 } // namespace
 
-void add_in_out_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
+const char *add_in_out_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
     const OPIN_ROW &row = OPIN_TAB[index];
     ROLE_CELL in = cell_of_roles(INPUT_SCAN, COUNT_INPUT, CLOCK_SCAN, COUNT_CLOCK, row);
     ROLE_CELL out = cell_of_roles(OUTPUT_SCAN, COUNT_OUTPUT, nullptr, COUNT_OUTPUT, row);
@@ -131,4 +131,5 @@ void add_in_out_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
         add_on_pad(fp, index, pair);
     else if (option(OPT_ADD_PAD))
         add_with_new_pad(fp, index, pair);
+    return pair.out_name;
 }

@@ -1,5 +1,6 @@
 // Input and clock cells.
 #include "editing/cell_routines.hh"
+#include "planning/cell_choice.hh"
 #include "planning/planning.hh"
 #include "support/run_state.hh"
 #include "support/text.hh"
@@ -56,13 +57,12 @@ void add_behind_port(EDIT_FILE *fp, const OPIN_ROW &row, const char *name) {
 
 } // namespace
 
-void add_input_clock_cell_in_cmd(EDIT_FILE *fp, int32_t index, bool is_input) {
+const char *add_input_clock_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
     OPIN_ROW &row = OPIN_TAB[index];
-    bool is_clock_cell = CLOCK_SCAN != nullptr && (!is_input || INPUT_SCAN == nullptr);
-    SCAN_COUNT[is_clock_cell ? COUNT_CLOCK : COUNT_INPUT]++;
+    SCAN_COUNT[counter_of_row(row)]++;
     const char *name = add_scan_tab(row.scan_cell, index, false, false);
-    if (row.pad != nullptr && row.pad->kind == BUFFER_BS)
-        return;
+    if (is_bs_buffer(row.pad))
+        return name;
     place_cell(fp, index, name, row.scan_cell);
     if (row.pad_instance == nullptr && option(OPT_ADD_PAD))
         add_behind_new_pad(fp, row, name);
@@ -70,4 +70,5 @@ void add_input_clock_cell_in_cmd(EDIT_FILE *fp, int32_t index, bool is_input) {
         add_behind_port(fp, row, name);
     else
         add_behind_pad(fp, row, name);
+    return name;
 }

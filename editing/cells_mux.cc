@@ -37,18 +37,19 @@ void connect_pair_data(EDIT_FILE *fp, OPIN_ROW &row, const MUX_PAIR &pair) {
 
 } // namespace
 
-void add_mux_input_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
+const char *add_mux_input_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
     OPIN_ROW &row = OPIN_TAB[index];
-    SCAN_COUNT[COUNT_INPUT_MUX]++;
+    SCAN_COUNT[counter_of_row(row)]++;
     const char *name = add_scan_tab(row.scan_cell, index, true, false);
     place_cell(fp, index, name, row.scan_cell);
     mux_pin_step(fp, row, MUX_IN2, name, row.scan_cell->update_dr_out);
     connect_data_in(fp, row, name, row.scan_cell->data_in);
+    return name;
 }
 
 const char *add_mux_output_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
     OPIN_ROW &row = OPIN_TAB[index];
-    SCAN_COUNT[COUNT_OUTPUT_MUX]++;
+    SCAN_COUNT[counter_of_row(row)]++;
     const char *name = add_scan_tab(row.scan_cell, index, true, false);
     place_cell(fp, index, name, row.scan_cell);
     mux_pin_step(fp, row, MUX_IN1, name, row.scan_cell->update_dr_out);
@@ -60,7 +61,7 @@ const char *add_mux_output_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
 const char *add_mux_bidi_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
     OPIN_ROW &row = OPIN_TAB[index];
     const SCAN_CELL *cell = row.scan_cell;
-    SCAN_COUNT[COUNT_BIDIR_MUX]++;
+    SCAN_COUNT[counter_of_row(row)]++;
     const char *name = add_scan_tab(cell, index, true, false);
     place_cell(fp, index, name, cell);
     if (cell->sys_in != nullptr) {

@@ -1,6 +1,7 @@
 // Output cells, bidirectional cells and cells in the core.
 #include "description/lookups.hh"
 #include "editing/cell_routines.hh"
+#include "planning/cell_choice.hh"
 #include "planning/planning.hh"
 #include "planning/tracing.hh"
 #include "support/console.hh"
@@ -63,9 +64,9 @@ void add_at_port(EDIT_FILE *fp, OPIN_ROW &row, const char *name) {
 
 const char *add_output_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
     OPIN_ROW &row = OPIN_TAB[index];
-    SCAN_COUNT[COUNT_OUTPUT]++;
+    SCAN_COUNT[counter_of_row(row)]++;
     const char *name = add_scan_tab(row.scan_cell, index, false, false);
-    if (row.pad != nullptr && row.pad->kind == BUFFER_BS) {
+    if (is_bs_buffer(row.pad)) {
         // The cell is the pad.
         set_order_to_last(index);
         row.scan_cell_name = name;
@@ -83,9 +84,9 @@ const char *add_bidi_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
     OPIN_ROW &row = OPIN_TAB[index];
     const SCAN_CELL *cell = row.scan_cell;
     const char *name = add_scan_tab(cell, index, false, false);
-    if (row.pad != nullptr && row.pad->kind == BUFFER_BS)
+    if (is_bs_buffer(row.pad))
         return name;
-    SCAN_COUNT[COUNT_BIDIR]++;
+    SCAN_COUNT[counter_of_row(row)]++;
     place_cell(fp, index, name, cell);
     cut_pad_input(fp, row, name, PAD_WORD_BIDIRECTIONAL, false);
 
@@ -101,10 +102,10 @@ const char *add_bidi_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
     return name;
 }
 
-void add_internal_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
+const char *add_internal_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
     OPIN_ROW &row = OPIN_TAB[index];
     const SCAN_CELL *cell = row.scan_cell;
-    SCAN_COUNT[COUNT_INTERNAL]++;
+    SCAN_COUNT[counter_of_row(row)]++;
     const char *name = add_scan_tab(cell, index, false, false);
     place_cell(fp, index, name, cell);
     PAD_SIDE side = row.pad_output != nullptr ? SIDE_OUTPUT : SIDE_INPUT;
@@ -112,7 +113,7 @@ void add_internal_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
     EDIT_OPERAND data_in = pin_of(name, cell->data_in);
     if (cell->data_out == nullptr) {
         edit_connect(fp, data_in, pin);
-        return;
+        return name;
     }
     EDIT_OPERAND data_out = pin_of(name, cell->data_out);
     int32_t node =
@@ -128,7 +129,7 @@ void add_internal_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
     if (side == SIDE_OUTPUT) {
         edit_connect(fp, data_out, far);
         edit_connect(fp, data_in, pin);
-        return;
+        return name;
     }
     // The line for %DATA_IN stands first when the far end is a port.
     if (at_port)
@@ -136,4 +137,5 @@ void add_internal_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
     edit_connect(fp, data_out, pin);
     if (!at_port)
         edit_connect(fp, data_in, far);
+    return name;
 }

@@ -158,6 +158,7 @@ enum CELL_NUMBER : int32_t { NO_CELLS, ONE_CELL, CELL_PAIR };
 struct CELL_KIND_INFO {
     const char *bso_word; ///< function word of the boundary order file
     CELL_NUMBER cells;    ///< data cells in the chain
+    CELL_COUNTER counter; ///< counter of the row's scan_cell
 };
 extern const CELL_KIND_INFO CELL_KINDS[CELL_KIND_COUNT];
 
@@ -166,6 +167,9 @@ extern const CELL_KIND_INFO CELL_KINDS[CELL_KIND_COUNT];
 bool is_internal_pin(const PIN_ENTRY *pin);
 bool is_observe_pin(const PIN_ENTRY *pin);
 
+/// The counter of the row's scan_cell. An input or clock port counts under the declared role that its cell
+/// was taken from.
+CELL_COUNTER counter_of_row(const OPIN_ROW &row);
 /// True when emission puts a cell into the chain for the row: it has one, and its kind has a step for it.
 bool row_gets_cells(const OPIN_ROW &row);
 /// The first row of OPIN_TAB that gets a cell, whose pad gives the place of the chain; -1 when there is none.

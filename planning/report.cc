@@ -63,41 +63,33 @@ void print_tap_pins() {
     vmr_printf("%s", RULE);
 }
 
-// The sections of the report, in order. A role that is not declared shows the cell that the pin file named
-// for it: the first row of one of the kinds.
+// The sections of the report, in order.
 struct CELL_SECTION {
     CELL_COUNTER counter;
     const char *word;
     const char **declared;
-    CELL_KIND kinds[5]; // ended by CELL_NONE
 };
 
 const CELL_SECTION SECTIONS[] = {
-    {COUNT_CLOCK, "CLOCK", &CLOCK_SCAN, {CELL_CLOCK, CELL_INPUT, CELL_NONE}},
-    {COUNT_INPUT, "INPUT", &INPUT_SCAN, {CELL_INPUT, CELL_CLOCK, CELL_NONE}},
-    {COUNT_INPUT_MUX, "INPUT MUX", &INPUT_MUX_SCAN, {CELL_MUX_INPUT, CELL_NONE}},
-    {COUNT_OUTPUT,
-     "OUTPUT",
-     &OUTPUT_SCAN,
-     {CELL_OUTPUT2, CELL_OUTPUT3, CELL_OUTPUT_EN, CELL_INOUT, CELL_NONE}},
-    {COUNT_OUTPUT_MUX,
-     "OUTPUT MUX",
-     &OUTPUT_MUX_SCAN,
-     {CELL_MUX_OUTPUT2, CELL_MUX_OUTPUT3, CELL_MUX_INOUT, CELL_MUX2_INOUT, CELL_NONE}},
-    {COUNT_BIDIR, "BIDIRECTIONAL", &BIDIR_SCAN, {CELL_BIDIR, CELL_NONE}},
-    {COUNT_BIDIR_MUX, "BIDIRECTIONAL MUX", &BIDIR_MUX_SCAN, {CELL_MUX_BIDIR, CELL_MUX2_BIDIR, CELL_NONE}},
-    {COUNT_CONTROL, "CONTROL", &CONTROL_SCAN, {CELL_NONE}},
-    {COUNT_CONTROL_OE, "CONTROL OE", &CONTROL_OE_SCAN, {CELL_NONE}},
-    {COUNT_INTERNAL, "INTERNAL", &INTERNAL_SCAN, {CELL_INTERNAL, CELL_NONE}},
+    {COUNT_CLOCK, "CLOCK", &CLOCK_SCAN},
+    {COUNT_INPUT, "INPUT", &INPUT_SCAN},
+    {COUNT_INPUT_MUX, "INPUT MUX", &INPUT_MUX_SCAN},
+    {COUNT_OUTPUT, "OUTPUT", &OUTPUT_SCAN},
+    {COUNT_OUTPUT_MUX, "OUTPUT MUX", &OUTPUT_MUX_SCAN},
+    {COUNT_BIDIR, "BIDIRECTIONAL", &BIDIR_SCAN},
+    {COUNT_BIDIR_MUX, "BIDIRECTIONAL MUX", &BIDIR_MUX_SCAN},
+    {COUNT_CONTROL, "CONTROL", &CONTROL_SCAN},
+    {COUNT_CONTROL_OE, "CONTROL OE", &CONTROL_OE_SCAN},
+    {COUNT_INTERNAL, "INTERNAL", &INTERNAL_SCAN},
 };
 
+// A role that is not declared shows the cell that the pin file named for it.
 const SCAN_CELL *cell_of_section(const CELL_SECTION &section) {
     if (*section.declared != nullptr)
         return get_scan_cell(*section.declared);
     for (const OPIN_ROW &row : rows(OPIN_TAB))
-        for (const CELL_KIND *kind = section.kinds; *kind != CELL_NONE; ++kind)
-            if (row.scan_cell != nullptr && row.kind == *kind)
-                return row.scan_cell;
+        if (row.scan_cell != nullptr && counter_of_row(row) == section.counter)
+            return row.scan_cell;
     return nullptr;
 }
 

@@ -2,6 +2,7 @@
 #include "planning/validation.hh"
 
 #include "description/lookups.hh"
+#include "planning/cell_choice.hh"
 #include "planning/tap_state.hh"
 #include "planning/tracing.hh"
 #include "sdb/navigation.hh"
@@ -430,7 +431,7 @@ void look_at_mode_pins(const char *name) {
     for (int32_t n = 0; n < 3; ++n)
         if (modes[n] != nullptr)
             BCELL_HAS[MODE_SIGNALS[n]] = 1;
-    const SCAN_CELL *inside = buffer->kind == BUFFER_BS ? get_scan_cell(buffer->name) : nullptr;
+    const SCAN_CELL *inside = is_bs_buffer(buffer) ? get_scan_cell(buffer->name) : nullptr;
     if (inside != nullptr)
         note_control_pins(*inside);
 }
