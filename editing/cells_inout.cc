@@ -66,11 +66,16 @@ const BUFFER_CELL *bidirectional_pad_cell(const OPIN_ROW &row, const char *&name
     return buffer;
 }
 
-/// True when the node takes its value from its net.
-bool node_reads(int32_t node) {
+/// True when the node takes its value from its net. A pin that does both is taken for one that drives.
+bool node_reads(const OPIN_ROW &row, int32_t node) {
     if (is_port_node(node))
         return (port_tab[node_tab[node].pin].flags & SDB_DIRECTION_MASK) == SDB_OUTPUT;
-    return (pin_tab[node_tab[node].pin].direction & SDB_DIRECTION_MASK) == SDB_INPUT;
+    int32_t direction = pin_tab[node_tab[node].pin].direction & SDB_DIRECTION_MASK;
+    if (direction == SDB_BIDIRECTIONAL)
+        vmr_printf("WARNING: bidirectional port '%s' leads to bidirectional pin '%s' of '%s'.\n"
+                   "         The core will drive the pad through that pin, and can't read it.\n\n",
+                   row.port_name, node_pin_name(node), node_operand(node).instance.c_str());
+    return direction == SDB_INPUT;
 }
 
 /// The control cell of an added pad: a constant enables the direction in which the core uses the port.
@@ -98,7 +103,7 @@ void add_with_new_pad(EDIT_FILE *fp, int32_t index, IN_OUT_PAIR &pair) {
     const BUFFER_CELL *buffer = bidirectional_pad_cell(row, pad_cell);
     std::string pad = format_text("B_PAD%d", ADD_BUF_COUNT++);
     int32_t node = get_node_connected_to_portnode(find_iport(row.port_name));
-    bool core_reads = !is_constant_net(node) && node_reads(node);
+    bool core_reads = !is_constant_net(node) && node_reads(row, node);
     EDIT_OPERAND far = node_operand(node);
     EDIT_OPERAND pad_output = pin_of(pad, buffer->output);
     EDIT_OPERAND data_out =

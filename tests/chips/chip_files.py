@@ -70,7 +70,12 @@ def read_bso(path):
                 raise ProofError(f"{path}: cannot make columns of '{line.rstrip()}'")
             order, _, port, _, _, function, instance = words
             cell = None
-            if instance != "*":
+            if function == "inout":     # on an added pad: output cell, input cell, control cell
+                place = int(order)
+                cell = Cell(place - 1, "output3", instance.split(",")[1], port, control=Cell(place + 1, "control", "*"))
+                for part in (cell, Cell(place, "input", instance.split(",")[0], port), cell.control):
+                    add(part)
+            elif instance != "*":
                 cell = Cell(int(order), function, instance, port)
                 add(cell)
             ports.append((port, cell))
@@ -111,7 +116,7 @@ def read_chip(bso, bsc, lib):
     enables = read_pad_enables(lib)
     for cell in chip.cells:
         if cell.control:
-            cell.control.on = enables[cell.pad]
+            cell.control.on = enables.get(cell.pad, 0)      # added pads are turned on by a 0
     return chip
 
 

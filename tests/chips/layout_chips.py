@@ -34,7 +34,8 @@ class Layout:
     tap: str = "u_tap"              # path of the TAP's instance
     exists: bool = False            # the design holds the TAP already
     options: str = ""               # besides -add_tap
-    bare: bool = False              # no pads but the clock's: inputs and 2-state outputs alone, no test ports
+    bare: bool = False              # no pads but the clock's, and no test ports; with -add_pad two ports, one read
+                                    # and one driven by the core, are bidirectional
     top_pads: tuple = ()            # ports whose pads stand in the top all the same
     reach: tuple = ()               # (test net, module): how far up the design leads a test pad's core side
     unwired: bool = False           # the TAP that the design holds is not joined to the test pads
@@ -101,7 +102,8 @@ class Design:
             if {inside(use[0]) for use in places} == {True, False}:
                 driven = any(inside(use[0]) and (use[2] in OUTPUT_PINS or
                                                  use[3] in DRIVEN_PADS and use[2] == "PAD") for use in places)
-                nets[net] = self.ports.get(net, "output" if driven else "input")
+                pad = any(inside(use[0]) and use[3] == "BPAD" and use[2] == "PAD" for use in places)
+                nets[net] = "inout" if pad else "output" if driven else "input"
         return nets
 
     def verilog(self):
@@ -181,6 +183,9 @@ def make_design(layout):
         design.ports.update(y="output", v="output")
         design.add("", "CKPAD", "pad_clk", PAD="clk", C="clk_c")
         design.add("u_core", "XOR2", "out_v", A="q3", B="q5", Z="v")
+        if "-add_pad" in layout.options:
+            design.ports.update(w="inout", u="inout")
+            design.add("u_core", "XOR2", "out_u", A="q2", B="q4", Z="u")
     else:
         add_pads(design, layout)
     design.reach = [(path, net) for net, path in layout.reach]
