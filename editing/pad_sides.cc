@@ -36,6 +36,15 @@ const char *shown(const char *text) {
              PAD_WORDS[word], shown(row.pad_instance), shown(row.port_name));
 }
 
+/// True when the net of the node has pins of these two instances alone. A transparent buffer belongs to the
+/// pad only then: behind it, or before it, the cell would get between other pins of that net.
+bool joins_only(int32_t node, int32_t obj, int32_t other) {
+    for (int32_t on_net = net_tab[node_tab[node].net].first_node; on_net >= 0; on_net = node_tab[on_net].next)
+        if (node_tab[on_net].obj != obj && node_tab[on_net].obj != other)
+            return false;
+    return true;
+}
+
 void note_cut(int32_t node, const EDIT_OPERAND &successor) {
     if (node >= 0)
         emission.cut_pins.insert_or_assign(cut_key(node), successor);
@@ -110,6 +119,12 @@ SAVED_SIDE begin_side(OPIN_ROW &row, PAD_SIDE side, PAD_WORD word) {
     const char *class_name = object_class_name(obj);
     if (!trans_buffer(class_name))
         return saved;
+    if (!joins_only(node, obj, SDB_nl_search_obj(row.pad_instance))) {
+        vmr_printf("WARNING: transparent buffer '%s' shares its net at pad '%s' with other pins.\n"
+                   "         Boundary scan cell of port '%s' will be inserted next to the pad.\n\n",
+                   shown(SDB_obj_name(sdb, obj)), shown(row.pad_instance), shown(row.port_name));
+        return saved;
+    }
     const BUFFER_CELL *buffer = get_buffer(class_name);
     if (buffer == nullptr)
         vmr_fail("FATAL: can't find the definition of buffer '%s' ", class_name);
