@@ -1,5 +1,7 @@
 #include "tests/editing/chip_case.hh"
 
+#include <algorithm>
+
 namespace {
 
 std::string read_whole(const std::string &path) {
@@ -32,7 +34,77 @@ constexpr const char *BSC = R"(
 %INSTRUCTION_CAPTURE (001);
 )";
 
+void apply(const CHANGE &change, std::string &text) {
+    size_t at = text.find(change.from);
+    ASSERT_NE(at, std::string::npos) << change.from;
+    text.replace(at, std::string(change.from).size(), change.to);
+}
+
+bool is_of_design(const CHANGE &change) {
+    return std::string_view(change.file) == "chip.v";
+}
+
+CHIP_INPUT input_of(const CHIP_ROW &row) {
+    CHIP_INPUT input = row.input;
+    if (input.design.empty())
+        input.design = test_file(std::string("designs/") + row.design + ".v");
+    if (input.pins.empty())
+        input.pins = USUAL_PINS;
+    input.cells = test_file("designs/more_cells.v") + input.cells;
+    input.library = test_file("designs/more.lib") + input.library;
+    for (const CHANGE &change : row.changes)
+        if (is_of_design(change))
+            apply(change, input.design);
+    return input;
+}
+
+/// All command files, each of which has to be whole.
+std::string whole_command_files(const chip_case &chip) {
+    std::vector<std::string> names;
+    for (const auto &file : std::filesystem::directory_iterator(chip.scratch.dir / "rimweave_lib"))
+        if (file.path().extension() == ".cmd" && file.is_regular_file())
+            names.push_back(file.path().stem());
+    std::ranges::sort(names);
+    std::string lines;
+    for (const std::string &name : names) {
+        lines += chip.scratch.read("rimweave_lib/" + name + ".cmd");
+        EXPECT_TRUE(lines.ends_with("save\nquit\n")) << name;
+    }
+    return lines;
+}
+
+void run_row(const CHIP_ROW &row) {
+    SCOPED_TRACE(row.what);
+    chip_case chip(input_of(row));
+    for (const CHANGE &change : row.changes) {
+        if (is_of_design(change))
+            continue;
+        std::string text = chip.scratch.read(change.file);
+        apply(change, text);
+        chip.scratch.write(change.file, text);
+    }
+    run_result made_ready = chip.scratch.run("PATH=" RW_BIN_DIR ":$PATH; " + std::string(row.before));
+    EXPECT_EQ(made_ready.status, 0) << made_ready.err;
+    std::string before = chip.scratch.read("chip.sdb");
+    run_result result = chip.run(row.options);
+    EXPECT_EQ(result.status, row.status) << result.out << result.err;
+    EXPECT_NE((result.out + result.err).find(row.expected), std::string::npos) << result.out << result.err;
+    EXPECT_EQ(chip.scratch.read("chip.sdb"), before);
+    std::string lines = whole_command_files(chip);
+    EXPECT_NE(lines.find(row.lines), std::string::npos) << row.lines << "is not in\n" << lines;
+    if (row.status != 0)
+        return;
+    std::filesystem::remove_all(chip.scratch.dir / "tools");
+    result = chip.run(row.options);
+    EXPECT_EQ(result.status, 0) << result.out << result.err;
+}
+
 } // namespace
+
+void run_rows(std::span<const CHIP_ROW> table) {
+    for (const CHIP_ROW &row : table)
+        run_row(row);
+}
 
 chip_case::chip_case(const CHIP_INPUT &input) {
     scratch.write("cells.v", test_file("designs/cells.v") + input.cells);

@@ -5,22 +5,23 @@
 
 #include "tests/support/scratch.hh"
 
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
 /// What is different from the usual chip.
 struct CHIP_INPUT {
-    std::string design;       ///< Verilog
-    std::string cells;        ///< further cells, as Verilog
-    std::string tap_items;    ///< further items of the TAP cell in the .lib file
-    std::string library;      ///< further .lib blocks
-    std::string tap = "TAP";  ///< %INSTANCE_NAME
-    std::string roles;        ///< further items of %SCAN_CELLS; a repeated role wins
-    std::string settings;     ///< further .bsc statements
-    std::string pins;         ///< rows of the pin file
-    std::string instructions; ///< further items of %INSTRUCTION_TABLE
-    bool bidir_cell = true;   ///< %BIDIR_SCAN is declared
+    std::string design = {};       ///< Verilog
+    std::string cells = {};        ///< further cells, as Verilog
+    std::string tap_items = {};    ///< further items of the TAP cell in the .lib file
+    std::string library = {};      ///< further .lib blocks
+    std::string tap = "TAP";       ///< %INSTANCE_NAME
+    std::string roles = {};        ///< further items of %SCAN_CELLS; a repeated role wins
+    std::string settings = {};     ///< further .bsc statements
+    std::string pins = {};         ///< rows of the pin file
+    std::string instructions = {}; ///< further items of %INSTRUCTION_TABLE
+    bool bidir_cell = true;        ///< %BIDIR_SCAN is declared
 };
 
 class chip_case {
@@ -36,6 +37,30 @@ class chip_case {
 
     scratch_folder scratch;
 };
+
+/// One replacement in a file of the chip's folder.
+struct CHANGE {
+    const char *file, *from, *to;
+};
+
+constexpr const char *USUAL_PINS = "1 PA a *\n2 PY y *\n3 PZ z *\n4 PB b *\n9 CK ck *\n";
+
+/// A chip, what is changed in it, and what a run of it prints and writes.
+struct CHIP_ROW {
+    const char *what;
+    const char *design = "usual"; ///< of tests/editing/designs, where the input brings none
+    CHIP_INPUT input = {};        ///< USUAL_PINS where it brings none
+    std::vector<CHANGE> changes = {};
+    const char *options = "-add_tap";
+    const char *before = "true"; ///< shell commands ahead of the run
+    const char *expected = "";   ///< part of what is printed
+    int status = 255;
+    const char *lines = ""; ///< part of the command files, one behind the other by name
+};
+
+/// Runs each row. A command file has to be whole or absent, the design stays as it was, and the bundled tools
+/// have to carry out what a run without a fault has written.
+void run_rows(std::span<const CHIP_ROW> table);
 
 /// A file of tests/editing.
 std::string test_file(const std::string &name);

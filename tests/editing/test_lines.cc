@@ -1,0 +1,405 @@
+// The lines of the rarer cells, pads and places of the TAP: one row each, on a small chip that the row
+// changes.
+#include "tests/editing/chip_case.hh"
+
+namespace {
+
+constexpr const char *READS = "module chip(inout b, input ck); INV g(.A(b)); endmodule\n";
+constexpr const char *DRIVES = "module chip(inout b, input ck); FF f(.CK(ck), .Q(b)); endmodule\n";
+constexpr const char *B_PINS = "1 B b *\n9 CK ck *\n", *BBH_PINS = "1 B b * PAD(BBH)\n9 CK ck *\n";
+constexpr const char *DEFAULT_PADS = "%INPUT_BUFFER IBUF; %OUTPUT_BUFFER OBUF; %INOUT_BUFFER BBUF;";
+
+const CHIP_ROW ADDED_PADS[] = {
+    {.what = "the core reads the port",
+     .input = {.design = READS, .settings = DEFAULT_PADS, .pins = B_PINS},
+     .options = "-add_tap -add_pad",
+     .expected = "WARNING: TDO pin use 2-output PAD.\n",
+     .status = 0,
+     .lines = R"(add tdo output
+add TDO_PAD OBUF
+connect TDO_PAD{PAD} tdo
+connect TDO_PAD{I} TAP{TDO}
+add B_PAD0 BBUF
+disconnect b
+connect B_PAD0{PAD} b
+add BCELL1 BC_IN
+add BCELL0 BC_OUT
+connect BCELL1{DO} g{A}
+connect B_PAD0{C} BCELL1{DI}
+connect BCELL0{DO} B_PAD0{I}
+connect BCELL0{DI} VCC
+add BCELL2 BC_CTL
+connect BCELL2{DI} VCC
+connect BCELL2{DO} B_PAD0{OEN}
+)"},
+    {.what = "the core drives the port",
+     .input = {.design = DRIVES, .settings = DEFAULT_PADS, .pins = B_PINS},
+     .options = "-add_tap -add_pad",
+     .status = 0,
+     .lines = R"(connect B_PAD0{C} BCELL1{DI}
+connect BCELL0{DO} B_PAD0{I}
+connect BCELL0{DI} f{Q}
+add BCELL2 BC_CTL
+connect BCELL2{DI} GND
+connect BCELL2{DO} B_PAD0{OEN}
+)"},
+    {.what = "the core reads, the port's own cell has a high enable",
+     .input = {.design = READS, .settings = DEFAULT_PADS, .pins = BBH_PINS},
+     .options = "-add_tap -add_pad",
+     .status = 0,
+     .lines = R"(add B_PAD0 BBH
+disconnect b
+connect B_PAD0{PAD} b
+add BCELL1 BC_IN
+add BCELL0 BC_OUT
+connect BCELL1{DO} g{A}
+connect B_PAD0{C} BCELL1{DI}
+connect BCELL0{DO} B_PAD0{I}
+connect BCELL0{DI} VCC
+add BCELL2 BC_CTL
+connect BCELL2{DI} GND
+connect BCELL2{DO} B_PAD0{EN}
+)"},
+    {.what = "the core drives, the port's own cell has a high enable",
+     .input = {.design = DRIVES, .settings = DEFAULT_PADS, .pins = BBH_PINS},
+     .options = "-add_tap -add_pad",
+     .status = 0,
+     .lines = "connect BCELL0{DI} f{Q}\nadd BCELL2 BC_CTL\nconnect BCELL2{DI} VCC\n"
+              "connect BCELL2{DO} B_PAD0{EN}\n"},
+    {.what = "the core reads, and the input cell only observes",
+     .input = {.design = READS, .roles = "%INPUT_SCAN BC_OBS;", .settings = DEFAULT_PADS, .pins = B_PINS},
+     .options = "-add_tap -add_pad",
+     .status = 0,
+     .lines = "add BCELL1 BC_OBS\nadd BCELL0 BC_OUT\nconnect B_PAD0{C} g{A}\nconnect B_PAD0{C} BCELL1{DI}\n"
+              "connect BCELL0{DO} B_PAD0{I}\nconnect BCELL0{DI} VCC\n"},
+    {.what = "the port feeds another port",
+     .input = {.design = "module chip(inout b, output z, input ck); assign z = b; endmodule\n",
+               .settings = DEFAULT_PADS,
+               .pins = "1 B b *\n2 Z z *\n9 CK ck *\n"},
+     .options = "-add_tap -add_pad",
+     .status = 0,
+     .lines = "connect BCELL1{DO} z\nconnect B_PAD0{C} BCELL1{DI}\nconnect BCELL0{DO} B_PAD0{I}\nconnect "
+              "BCELL0{DI} VCC\n"
+              "add BCELL2 BC_CTL\nconnect BCELL2{DI} VCC\nconnect BCELL2{DO} B_PAD0{OEN}\nadd BCELL3 BC_OUT\n"
+              "add B_PAD1 OBUF\ndisconnect z\nconnect B_PAD1{PAD} z\nconnect BCELL3{DO} B_PAD1{I}\n"
+              "connect BCELL3{DI} BCELL1{DO}\n"},
+    {.what = "the port leads to a pin of both directions",
+     .input = {.design = "module chip(inout b, input ck); MACRO g(.IO(b)); endmodule\n",
+               .settings = DEFAULT_PADS,
+               .pins = B_PINS},
+     .options = "-add_tap -add_pad",
+     .expected = "WARNING: bidirectional port 'b' leads to bidirectional pin 'IO' of 'g'.\n"
+                 "         The core will drive the pad through that pin, and can't read it.\n\n",
+     .status = 0,
+     .lines = "connect BCELL0{DI} g{IO}\nadd BCELL2 BC_CTL\nconnect BCELL2{DI} GND\n"},
+    {.what = "the enable of an added TDO pad is tied when the TAP has none",
+     .input = {.design = READS,
+               .settings = "%INPUT_BUFFER IBUF; %OUTPUT_BUFFER TBUF; %INOUT_BUFFER BBUF;",
+               .pins = B_PINS},
+     .changes = {{"chip.lib", "%TDO_EN TDO_EN; ", ""}},
+     .options = "-add_tap -add_pad",
+     .status = 0,
+     .lines = "connect TDO_PAD{I} TAP{TDO}\nconnect TDO_PAD{OEN} GND\n"},
+};
+
+const CHIP_ROW CELL_LINES[] = {
+    {.what = "output cell, control cell, input cell",
+     .input = {.bidir_cell = false},
+     .status = 0,
+     .lines = R"(add BCELL5 BC_IN
+add BCELL4 BC_OUT
+disconnect pb{C}
+connect BCELL5{DO} e{D}
+connect BCELL5{DI} pb{C}
+disconnect pb{I}
+connect BCELL4{DI} f{Q}
+connect BCELL4{DO} pb{I}
+)"},
+    {.what = "the %OE_MODE pin of the output cell is tied to the control cell",
+     .input = {.roles = "%OUTPUT_SCAN BC_OE; %CONTROL_OE_SCAN BC_COE;", .bidir_cell = false},
+     .changes = {{"chip.pin", "3 PZ z *\n", ""}},
+     .status = 0,
+     .lines = R"(add BCELL2 BC_OE
+add BCELL3 BC_COE
+disconnect pb{OEN}
+connect BCELL3{DI} e{Q}
+connect BCELL3{DO} pb{OEN}
+connect BCELL3{OM} BCELL2{OM}
+add BCELL4 BC_IN
+disconnect pb{C}
+connect BCELL4{DO} e{D}
+connect BCELL4{DI} pb{C}
+disconnect pb{I}
+connect BCELL2{DI} f{Q}
+connect BCELL2{DO} pb{I}
+)"},
+    {.what = "a shared control cell is tied to the %OE_MODE pins of both cells",
+     .input = {.roles = "%OUTPUT_SCAN BC_OE; %CONTROL_OE_SCAN BC_COE;", .bidir_cell = false},
+     .status = 0,
+     .lines =
+         "connect BCELL3{DO} pz{OEN}\nconnect BCELL3{OM} BCELL2{OM}\nadd BCELL4 BC_OE\ndisconnect pb{OEN}\n"
+         "connect BCELL3{DO} pb{OEN}\nconnect BCELL3{OM} BCELL4{OM}\nadd BCELL5 BC_IN\n"},
+    {.what = "a mux pad with an input and an output cell",
+     .input = {.roles = "%OUTPUT_MUX_SCAN BC_MI;", .bidir_cell = false},
+     .changes = {{"chip.v", "BBUF pb(", "MXB pb("}},
+     .status = 0,
+     .lines = "add BCELL4 BC_MI\nadd BCELL5 BC_IN\nconnect BCELL5{DI} pb{C}\nconnect BCELL4{DI} pb{I}\n"
+              "connect BCELL4{UO} pb{T}\ndisconnect pb{OEN}\nconnect BCELL3{DO} pb{OEN}\n"},
+    {.what = "a pad with two muxes, an input and an output cell",
+     .input = {.tap_items = "%MODE_2 mode2; ",
+               .roles = "%OUTPUT_MUX_SCAN BC_MI; %INPUT_MUX_SCAN BC_MI;",
+               .bidir_cell = false},
+     .changes = {{"chip.v", "BBUF pb(", "MX2 pb(.T2(1'b1), .N(c), "}},
+     .expected = "WARNING: Pin %MUX_IN2 of pad 'pb'(MX2) connected to VCC.\n"
+                 "         %MUX_IN2 'T2' will be disconnected and reconnected\n"
+                 "         to scan cell 'BCELL5'.\n",
+     .status = 0,
+     .lines = "add BCELL4 BC_MI\nadd BCELL5 BC_MI\ndisconnect pb{T2}\nconnect BCELL5{UO} pb{T2}\nconnect "
+              "BCELL5{DI} pb{C}\n"
+              "connect BCELL4{DI} pb{I}\nconnect BCELL4{UO} pb{T}\ndisconnect pb{OEN}\nconnect BCELL3{DO} "
+              "pb{OEN}\n"},
+    {.what = "a bidirectional pad with its cell inside, the control cell outside",
+     .input = {.bidir_cell = false},
+     .changes = {{"chip.v", "BBUF pb(", "BSB pb("}, {"chip.pin", "3 PZ z *\n", ""}},
+     .status = 0,
+     .lines = "add BCELL3 BC_CTL\ndisconnect pb{OEN}\nconnect BCELL3{DI} e{Q}\nconnect BCELL3{DO} pb{OEN}\n"
+              "connect BCELL0{SO} TAP{BC_LAST}\n"},
+    {.what = "both cells of a pad stand inside",
+     .input = {.bidir_cell = false},
+     .changes = {{"chip.v", "BBUF pb(", "BSB pb("}, {"chip.lib", "BSB {", "BSB { %CONTROL_BCELL BC_CTL;"}},
+     .status = 0,
+     .lines = "connect BCELL3{DO} pz{OEN}\nconnect BCELL0{SO} TAP{BC_LAST}\n"},
+    {.what = "a free %MUX_OUT pin, and tied ones",
+     .input = {.roles = "%BIDIR_MUX_SCAN BC_MB;"},
+     .changes = {{"chip.v", "BBUF pb(", "MXB pb(.T(1'b0), .M(1'b1), "}},
+     .expected = "WARNING: Pin %MUX_IN1 of pad 'pb'(MXB) connected to GND.\n"
+                 "         %MUX_IN1 'T' will be disconnected and reconnected\n"
+                 "         to scan cell 'BCELL4'.\n",
+     .status = 0,
+     .lines =
+         "connect BCELL4{SP} pb{C}\nconnect BCELL4{DI} pb{I}\ndisconnect pb{T}\nconnect BCELL4{UO} pb{T}\n"
+         "connect BCELL4{MI} pb{X}\n"},
+    {.what = "mux pins on working nets stay there",
+     .input = {.roles = "%BIDIR_MUX_SCAN BC_MB;"},
+     .changes = {{"chip.v", "BBUF pb(", "INV r(.A(open)); MXB pb(.T(c), .M(c), .X(open), "}},
+     .status = 0,
+     .lines = "connect BCELL4{SP} pb{C}\nconnect BCELL4{DI} pb{I}\ndisconnect pb{OEN}\n"},
+    {.what = "an internal pin that is floating",
+     .input = {.roles = "%INTERNAL_SCAN BC_IN;"},
+     .changes = {{"chip.v", "endmodule", "INV n(.A(c)); endmodule"},
+                 {"chip.pin", "9 CK", "10 INTERNAL n{Z} *\n9 CK"}},
+     .expected = "ERROR: pin 'n{Z}' is floating.\n"},
+    {.what = "internal pins at ports and on a constant",
+     .input = {.roles = "%INTERNAL_SCAN BC_IN;"},
+     .changes = {{"chip.v", "input ck", "input ck, d, output x"},
+                 {"chip.v", "endmodule", "INV n(.A(d), .Z(x)); INV m(.A(1'b0)); endmodule"},
+                 {"chip.pin", "9 CK", "10 INTERNAL n{Z} *\n11 INTERNAL n{A} *\n12 INTERNAL m{A} *\n9 CK"}},
+     .expected = "WARNING:  'n{Z}' connect to output port 'x' directly.\n\n"
+                 "WARNING:  'n{A}' connect to input port 'd' directly.\n\n",
+     .status = 0,
+     .lines =
+         "disconnect n{Z}\nconnect BCELL5{DO} x\nconnect BCELL5{DI} n{Z}\nadd BCELL6 BC_IN\ndisconnect n{A}\n"
+         "connect BCELL6{DI} d\nconnect BCELL6{DO} n{A}\nadd BCELL7 BC_IN\ndisconnect m{A}\n"
+         "connect BCELL7{DO} m{A}\nconnect BCELL7{DI} GND\n"},
+};
+
+constexpr const char *PAD_MODULE_PINS =
+    "1 A a *\n2 Y y *\n8 TCK tck *\n6 TDI tdi *\n10 TDO tdo *\n9 CK ck *\n";
+
+const CHIP_ROW PLACES[] = {
+    {.what = "a new port whose name is taken",
+     .design = "pad_module",
+     .input = {.pins = PAD_MODULE_PINS},
+     .changes = {{"chip.v", "pads(input a", "pads(input chain_in, a"}},
+     .expected =
+         "ERROR: module 'pads' has a port 'chain_in' already, so that the signal of that name\n"
+         "       can't be led into it. Please rename the port of the module or the pin of the TAP.\n\n"},
+    {.what = "the TDO pad stands in a module beside the pads",
+     .design = "pad_module",
+     .input = {.pins = PAD_MODULE_PINS},
+     .status = 0,
+     .lines = "replace p pads_bs\nconnect x{ti} TAP{TDI}\nconnect pk{C} TAP{TCK}\nconnect x{to} TAP{TDO}\n"
+              "connect x{te} TAP{TDO_EN}\nconnect p{shiftDR} TAP{shiftDR}\n"},
+    {.what = "the enable of the TDO pad does not leave its module",
+     .design = "pad_module",
+     .input = {.pins = PAD_MODULE_PINS},
+     .changes = {{"chip.v", ".OEN(te)", ".OEN(1'b0)"}},
+     .expected =
+         "ERROR: the signal of port 'tdo' does not leave module 'io', which is not on the way to the pads\n"
+         "       of the boundary cells, so that it can't be joined to the TAP.\n\n"},
+    {.what = "the TDO pad is reached from the pads' module, and freed in the top",
+     .design = "pad_module",
+     .input = {.tap = "p.tap", .pins = PAD_MODULE_PINS},
+     .changes = {{"chip.v", ".tdo(tdo));", ".tdo(tdo), .to(c), .te(1'b1));"}},
+     .expected = "WARNING: Pin 'to' of 'x' is driven by the design.\n"
+                 "         It will be disconnected and reconnected to TAP.\n",
+     .status = 0,
+     .lines =
+         "add tms input\nreplace p pads_bs\nconnect p{TDI} x{ti}\nconnect p{TMS} tms\nconnect p{TCK} pk{C}\n"
+         "disconnect x{to}\nconnect p{TDO} x{to}\ndisconnect x{te}\nconnect p{TDO_EN} x{te}\nsave\n"},
+    {.what = "connections of the user with the TAP among the pads",
+     .design = "pad_module",
+     .input = {.tap = "p.tap",
+               .settings = "%CONNECTION_TABLE { %CONNECT f{CK} TO ck; }",
+               .pins = PAD_MODULE_PINS},
+     .expected = "WARNING: the connections of %CONNECTION_TABLE are not made, because the TAP lies\n"
+                 "         in the modules of the pads.\n\n",
+     .status = 0},
+    {.what = "the cells stand in the top, the pads of TDI and TDO below",
+     .design = "pad_module",
+     .input = {.pins = PAD_MODULE_PINS},
+     .changes = {{"chip.v", "module pads(", "module unused(); endmodule\nmodule cells("},
+                 {"chip.v", "pads p(.a(a), .c(c), .q(q), .y(y));",
+                  "cells n(); unused u(); IBUF pa(.PAD(a), .C(c)); OBUF py(.I(q), .PAD(y));"}},
+     .status = 0,
+     .lines =
+         "add TAP tapm\nconnect x{ti} TAP{TDI}\nadd tms input\nconnect tms TAP{TMS}\nconnect pk{C} TAP{TCK}\n"
+         "connect x{to} TAP{TDO}\nconnect x{te} TAP{TDO_EN}\n"},
+    {.what = "what the top drives onto a TDO pad without an enable is cut",
+     .input =
+         {.design =
+              "module pads(input a, output c, input t, output tdo); IBUF pa(.PAD(a), .C(c));\n"
+              "OBUF po(.I(t), .PAD(tdo)); endmodule\n"
+              "module chip(input a, ck, output tdo); wire c, q; pads p(.a(a), .c(c), .t(q), .tdo(tdo));\n"
+              "FF f(.D(c), .CK(ck), .Q(q)); endmodule\n",
+          .pins = "1 A a *\n10 TDO tdo *\n9 CK ck *\n"},
+     .expected = "WARNING: Pin 't' of 'p' is driven by the design.\n",
+     .status = 0,
+     .lines = "replace p pads_bs\ndisconnect p{t}\nconnect p{t} TAP{TDO}\nconnect p{TDO_EN} TAP{TDO_EN}\n"},
+    {.what = "the TDO enable leaves the pads' module by its own port",
+     .input = {.design = "module pads(input a, output c, input t, e, output tdo); IBUF pa(.PAD(a), .C(c));\n"
+                         "TBUF po(.I(t), .OEN(e), .PAD(tdo)); endmodule\n"
+                         "module chip(input a, ck, output tdo); wire c; pads p(.a(a), .c(c), .tdo(tdo));\n"
+                         "FF f(.D(c), .CK(ck)); endmodule\n",
+               .pins = "1 A a *\n10 TDO tdo *\n9 CK ck *\n"},
+     .status = 0,
+     .lines = "replace p pads_bs\nconnect p{t} TAP{TDO}\nconnect p{e} TAP{TDO_EN}\nconnect p{shiftDR} "
+              "TAP{shiftDR}\n"},
+    {.what = "standard ports without pads beside a pad module",
+     .input =
+         {.design =
+              "module pads(input a, output c); IBUF pa(.PAD(a), .C(c)); endmodule\n"
+              "module chip(input a, ck, tdi, output tdo); wire c; pads p(.a(a), .c(c)); INV g(.A(tdi));\n"
+              "FF f(.D(c), .CK(ck)); INV h(.A(tdo)); endmodule\n",
+          .pins = "1 A a *\n6 TDI tdi *\n10 TDO tdo *\n9 CK ck *\n"},
+     .options = "-add_tap -no_pad",
+     .status = 0,
+     .lines =
+         "replace p pads_bs\nconnect tdi TAP{TDI}\nconnect tdo TAP{TDO}\nconnect p{shiftDR} TAP{shiftDR}\n"},
+    {.what = "standard ports without pads, the cells in the top",
+     .input = {.design = "module chip(input a, ck, tdi, output tdo); INV g(.A(tdi)); INV h(.A(tdo)); FF "
+                         "f(.D(a), .CK(ck));\n"
+                         "endmodule\n",
+               .pins = "1 A a *\n6 TDI tdi *\n10 TDO tdo *\n9 CK ck *\n"},
+     .options = "-add_tap -no_pad",
+     .status = 0,
+     .lines = "add TAP tapm\nconnect tdi TAP{TDI}\n"},
+    {.what = "the TAP stands with the pads of TDI, that of TMS one level up",
+     .input =
+         {.design =
+              "module pads(input a, output c, input t); IBUF pa(.PAD(a), .C(c)); IBUF pt(.PAD(t)); "
+              "endmodule\n"
+              "module AA(input a, output c, input t, m); IBUF pm(.PAD(m)); pads p(.a(a), .c(c), .t(t));\n"
+              "endmodule\n"
+              "module chip(input a, tdi, tms, tck, ck); wire c; AA A(.a(a), .c(c), .t(tdi), .m(tms));\n"
+              "IBUF pk(.PAD(tck)); FF f(.D(c), .CK(ck)); endmodule\n",
+          .tap = "A.p.tap",
+          .pins = "1 A a *\n6 TDI tdi *\n8 TCK tck *\n7 TMS tms *\n9 CK ck *\n"},
+     .status = 0,
+     .lines = "edit AA_bs\nadd TCK input\nadd TDO output\nreplace p pads_bs\nconnect pm{C} p{TMS}\nconnect "
+              "p{TCK} TCK\n"
+              "connect p{TDO} TDO\nsave\n"},
+    {.what = "a standard port that is new, the TAP two levels above the pads",
+     .design = "three_down",
+     .input = {.tap_items = "%HIGHZ_COMMAND highz; %SIGNAL_BUFFER BUFX; %EXTRA_1 xtra; ",
+               .tap = "k.tap",
+               .roles = "%INPUT_SCAN BC_X; %OUTPUT_SCAN BC_X;",
+               .pins = "1 A a *\n2 Z z *\n9 CK ck *\n",
+               .instructions = "%INSTRUCTION HIGHZ = (011) ACCESS BYPASS;"},
+     .options = "-add_tap -synch",
+     .status = 0,
+     .lines = R"(replace p pads_bs
+connect shiftDR p{shiftDR}
+connect clockDR p{clockDR}
+connect updateDR p{updateDR}
+connect highz p{highz}
+connect mode1 p{mode1}
+connect xtra p{xtra}
+connect chain_in p{chain_in}
+connect chain_out p{chain_out}
+connect BCELL_TCK p{BCELL_TCK}
+save
+quit
+edit L2_bs
+add tap tapm
+add TDI input
+add TMS input
+add TCK input
+add TDO output
+replace l L1_bs
+connect tap{TDI} TDI
+connect tap{TMS} TMS
+connect tap{TCK} TCK
+connect tap{TDO} TDO
+connect l{shiftDR} tap{shiftDR}
+connect l{clockDR} tap{clockDR}
+connect l{updateDR} tap{updateDR}
+connect l{highz} tap{highz}
+connect l{mode1} tap{mode1}
+connect l{xtra} tap{xtra}
+connect l{chain_in} tap{BC_FIRST}
+connect l{chain_out} tap{BC_LAST}
+connect l{BCELL_TCK} tap{BCELL_TCK}
+save
+quit
+edit chip_jtag
+path ./rimweave_lib 
+add tdi input
+add tms input
+add tck input
+add tdo output
+replace k L2_bs
+connect k{TDI} tdi
+)"},
+    {.what = "trees in a module two levels down, extra pins too",
+     .design = "three_down",
+     .input = {.tap_items = "%GROUP_SIZE 4; %SIGNAL_BUFFER BUFX; %EXTRA_1 xtra; ",
+               .roles = "%INPUT_SCAN BC_X; %OUTPUT_SCAN BC_X;",
+               .pins = "1 A a *\n2 Z z *\n9 CK ck *\n"},
+     .options = "-add_tap -synch",
+     .expected = "  ** Using buffer 'BUFX' for signal 'xtra'\n"
+                 "  ...............................................\n"
+                 "     Level 1: TAP controller drives  1 buffers\n"
+                 "     Level 2:   1 buffers    drive   2 scan cells\n"
+                 "  -------------------------------------\n"
+                 "====================================================\n",
+     .status = 0,
+     .lines = "add extra1_buf_1_1 BUFX\nconnect extra1_buf_1_1{A} xtra\nconnect BCELL0{SO} chain_out\n"
+              "connect BCELL0{CK} clock_buf_1_1{Z}\nconnect BCELL0{TK} bclk_buf_1_1{Z}\n"},
+    {.what = "the path of the TAP names no instance",
+     .input = {.tap = "none.tap"},
+     .expected = "ERROR: can not find the instance none in chip.sdb file.\n"},
+    {.what = "no port gets a cell",
+     .input = {.pins = "9 CK ck *\n"},
+     .expected = "ERROR: no port of 'chip' gets a boundary cell.\n"},
+    {.what = "the pad of TDI stands in a module that it does not leave",
+     .input = {.design = "module sub(input tdi); IBUF pi(.PAD(tdi)); endmodule\n"
+                         "module chip(input a, input tdi, input ck); wire w; IBUF pa(.PAD(a), .C(w));\n"
+                         "FF f(.D(w), .CK(ck)); sub s(.tdi(tdi)); endmodule\n",
+               .pins = "1 PA a *\n2 CK ck *\n3 TDI tdi *\n"},
+     .expected = "ERROR: the signal of port 'tdi' does not leave module 'sub'"},
+};
+
+} // namespace
+
+TEST(Lines, OfAddedPads) {
+    run_rows(ADDED_PADS);
+}
+
+TEST(Lines, OfCells) {
+    run_rows(CELL_LINES);
+}
+
+TEST(Lines, OfPlaces) {
+    run_rows(PLACES);
+}

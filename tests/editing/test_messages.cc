@@ -1,0 +1,360 @@
+// What the emission of the lines refuses or warns of: one row each, on a small chip that the row changes.
+#include "sdb/navigation.hh"
+#include "sdb/sdb_writer.hh"
+#include "tests/editing/chip_case.hh"
+
+namespace {
+
+constexpr const char *READS = "module chip(inout b, input ck); INV g(.A(b)); endmodule\n";
+constexpr const char *B_PINS = "1 B b *\n9 CK ck *\n";
+constexpr const char *DEFAULT_PADS = "%INPUT_BUFFER IBUF; %OUTPUT_BUFFER OBUF; %INOUT_BUFFER BBUF;";
+constexpr const char *HIGHZ = "%HIGHZ_COMMAND highz; %SIGNAL_BUFFER BUFX; ";
+constexpr const char *HIGHZ_OPCODE = "%INSTRUCTION HIGHZ = (011) ACCESS BYPASS;";
+constexpr const char *TRB_BUFFER = "%BUFFER TRB { %INPUT A; %OUTPUT Z; }";
+/// A transparent buffer stands behind the input pad and one before the output pad.
+const CHIP_INPUT TRANSPARENT = {
+    .design = "module chip(input a, output y, input ck); wire c, t, q, u; IBUF pa(.PAD(a), .C(t)); TRB "
+              "ta(.A(t), .Z(c));\n"
+              "FF f(.D(c), .CK(ck), .Q(q)); TRB ty(.A(q), .Z(u)); OBUF py(.I(u), .PAD(y)); endmodule\n",
+    .settings = "%TRANSPARENT_BUFFER { TRB; }",
+    .pins = "1 PA a *\n2 PY y *\n9 CK ck *\n"};
+
+const CHIP_ROW PADS[] = {
+    {.what = "an input pad that nothing reads",
+     .changes = {{"chip.v", "FF f(.D(c)", "FF f(.D(q)"}},
+     .expected = "ERROR: Input Pad 'pa' is floating.\n"
+                 "       Please correct your SDB or specify pin 'a' as skip signal.\n\n"},
+    {.what = "an output pad that nothing feeds",
+     .changes = {{"chip.v", "py(.I(q)", "py(.I(open)"}},
+     .expected = "ERROR: Output Pad 'py' is floating.\n"
+                 "       Please correct your SDB or specify pin 'y' as skip signal.\n\n"},
+    {.what = "a bidirectional pad that nothing reads",
+     .changes = {{"chip.v", "e(.D(bc)", "e(.D(c)"}},
+     .expected = "ERROR: Bidirectional Pad 'pb' is floating.\n"
+                 "       Please correct your SDB or specify pin 'b' as skip signal.\n\n"},
+    {.what = "an output pad on a constant",
+     .changes = {{"chip.v", "py(.I(q)", "py(.I(1'b1)"}},
+     .status = 0,
+     .lines = "disconnect py{I}\nconnect BCELL1{DO} py{I}\nconnect BCELL1{DI} VCC\n"},
+    {.what = "transparent buffers",
+     .input = TRANSPARENT,
+     .status = 0,
+     .lines = "disconnect ta{Z}\nconnect BCELL0{DO} f{D}\nconnect BCELL0{DI} ta{Z}\nadd BCELL1 BC_OUT\n"
+              "disconnect ty{A}\nconnect BCELL1{DO} ty{A}\nconnect BCELL1{DI} f{Q}\n"},
+    {.what = "a transparent buffer that is not described",
+     .input = TRANSPARENT,
+     .changes = {{"chip.lib", TRB_BUFFER, ""}},
+     .expected = "FATAL: can't find the definition of buffer 'TRB' "},
+    {.what = "a transparent buffer without %OUTPUT",
+     .input = TRANSPARENT,
+     .changes = {{"chip.lib", TRB_BUFFER, "%BUFFER TRB { %INPUT A; }"}},
+     .expected = "ERROR: (./chip.lib) can't find %OUTPUT in %BUFFER TRB\n\n"},
+    {.what = "a transparent buffer without the %INPUT that is described",
+     .input = TRANSPARENT,
+     .changes = {{"chip.lib", TRB_BUFFER, "%BUFFER TRB { %INPUT Q; %OUTPUT Z; }"}},
+     .expected = "ERROR: (./chip.lib) %INPUT Q specified in %BUFFER TRB\n"
+                 "       can't be found in file './chip.c.sdb'"},
+    {.what = "the pad cell of an input port is not described",
+     .input = {.design = "module chip(input a, ck); INV g(.A(a)); endmodule\n",
+               .settings = DEFAULT_PADS,
+               .pins = "1 A a * PAD(NONE)\n"},
+     .options = "-add_tap -add_pad",
+     .expected = "ERROR: void declare %INPUT_BUFFER  NONE in file './chip.bsc'.\n"
+                 "       Can't find the definition of 'NONE' in file './chip.lib'.\n"},
+    {.what = "the pad cell of an input port",
+     .input = {.design = "module chip(input a, ck); INV g(.A(a)); endmodule\n",
+               .cells = "module IB2(input P, output Q); endmodule\n",
+               .library = "%BUFFER IB2 { %INPUT P; %OUTPUT Q; }",
+               .settings = DEFAULT_PADS,
+               .pins = "1 A a * PAD(IB2)\n"},
+     .options = "-add_tap -add_pad",
+     .status = 0,
+     .lines = "add B_PAD0 IB2\ndisconnect a\nconnect B_PAD0{P} a\nconnect g{A} BCELL0{DO}\n"
+              "connect BCELL0{DI} B_PAD0{Q}\n"},
+    {.what = "the pad cell of a bidirectional port has no %INOUT",
+     .input = {.design = READS, .settings = DEFAULT_PADS, .pins = "1 B b * PAD(TBUF)\n9 CK ck *\n"},
+     .options = "-add_tap -add_pad",
+     .expected = "ERROR: (./chip.lib) can't find %INOUT in %BUFFER TBUF.\n"},
+    {.what = "no pad cell for a bidirectional port",
+     .input = {.design = READS, .settings = "%INPUT_BUFFER IBUF; %OUTPUT_BUFFER OBUF;", .pins = B_PINS},
+     .options = "-add_tap -add_pad",
+     .expected = "ERROR: (./chip.lib) can't find %EN_L or %EN_H in %BUFFER %INOUT_BUFFER\n"
+                 "       to add a bidirectional pad to port 'b'.\n\n"},
+    {.what = "no control cell for an added pad",
+     .input = {.design = READS, .settings = DEFAULT_PADS, .pins = B_PINS},
+     .changes = {{"chip.bsc", "%CONTROL_SCAN BC_CTL;", ""}},
+     .options = "-add_tap -add_pad",
+     .expected = "ERROR: (./chip.bsc) can't find the scan cells for port 'b' in %SCAN_CELLS.\n\n"},
+};
+
+const CHIP_ROW ENABLES[] = {
+    {.what = "an enable with readers alone",
+     .changes = {{"chip.v", ".Q(en)", ""}, {"chip.v", ".CK(ck), )", ".CK(ck))"}},
+     .expected = "ERROR: Can not find the source of enable pin 'z' to connect to BCELL.\n"},
+    {.what = "an enable that is alone on its net",
+     .changes = {{"chip.v", "pz(.I(q), .OEN(en)", "pz(.I(q), .OEN(open)"}},
+     .expected = "ERROR: Can not find the source of enable pin 'z' to connect to BCELL.\n"},
+    {.what = "an enable with further readers",
+     .changes = {{"chip.v", "endmodule", "INV r(.A(en)); INV s(.A(en)); endmodule"}},
+     .status = 0,
+     .lines = "disconnect pz{OEN}\nconnect BCELL3{DI} e{Q}\nconnect BCELL3{DO} pz{OEN}\n"},
+    {.what = "a constant enable stays as it is without the command for high impedance",
+     .changes = {{"chip.v", "pz(.I(q), .OEN(en)", "pz(.I(q), .OEN(1'b0)"}},
+     .status = 0,
+     .lines = "connect BCELL2{DO} pz{I}\nconnect BCELL2{DI} f{Q}\nadd BCELL3 BC_BI\n"},
+    {.what = "the command for high impedance has no instruction",
+     .input = {.tap_items = HIGHZ},
+     .changes = {{"chip.v", "pz(.I(q), .OEN(en)", "pz(.I(q), .OEN(1'b0)"}},
+     .expected = "ERROR: (./chip.bsc) pad 'pz' needs the high impedance command of the TAP,\n"
+                 "       which the TAP has only with an instruction HIGHZ in %INSTRUCTION_TABLE.\n\n"},
+    {.what = "differential pads on one enable",
+     .changes = {{"chip.v", "output z,", "output z, zm, x, xm,"},
+                 {"chip.v", "TBUF pz(.I(q), .OEN(en), .PAD(z))",
+                  "DTB pz(.I(q), .OEN(en), .PP(z), .PM(zm)); DTB px(.I(q), .OEN(en), .PP(x), .PM(xm))"},
+                 {"chip.pin", "4 PB", "5 ZM zm *\n6 PX x *\n7 XM xm *\n4 PB"}},
+     .expected = "WARNING: the enable of differential pad 'px' is shared with another pad:\n"
+                 "         it won't be connected to the control scan cell.\n"
+                 "         Please use option -dont_share_control, or an enable net of its own.\n\n",
+     .status = 0,
+     .lines = "connect BCELL3{DO} pz{OEN}\nadd BCELL4 BC_OUT\ndisconnect px{I}\nconnect BCELL4{DO} px{I}\n"
+              "connect BCELL4{DI} f{Q}\nadd BCELL5 BC_BI\n"},
+    {.what = "differential pads on the command for high impedance",
+     .input = {.tap_items = HIGHZ, .instructions = HIGHZ_OPCODE},
+     .changes = {{"chip.v", "output z,", "output z, zm, x, xm,"},
+                 {"chip.v", "TBUF pz(.I(q), .OEN(en), .PAD(z))",
+                  "DTB pz(.I(q), .OEN(1'b0), .PP(z), .PM(zm)); DTB px(.I(q), .OEN(1'b0), .PP(x), .PM(xm))"},
+                 {"chip.pin", "4 PB", "5 ZM zm *\n6 PX x *\n7 XM xm *\n4 PB"}},
+     .expected = "WARNING: the enable of differential pad 'px' won't be connected\n"
+                 "         to the high impedance command of the TAP.\n\n",
+     .status = 0,
+     .lines = "add highz_buf0 BUFX\ndisconnect pz{OEN}\nconnect highz_buf0{Z} pz{OEN}\n"
+              "connect highz_buf0{A} TAP{highz}\nadd BCELL3 BC_OUT\n"},
+};
+
+/// A cell that the pin file names for one port alone.
+constexpr const char *M2_PINS = "1 PA a * BSC(BC_M2)\n2 PY y *\n3 PZ z *\n4 PB b *\n9 CK ck *\n";
+constexpr const char *WITH_TAP_PINS =
+    "1 A a *\n6 TDI tdi *\n7 TMS tms *\n8 TCK tck *\n10 TDO tdo *\n9 CK ck *\n";
+
+const CHIP_ROW SIGNALS[] = {
+    {.what = "no inverter for an active-low signal",
+     .input = {.tap_items = "%MODE_2 -mode2; ", .pins = M2_PINS},
+     .expected = "ERROR: (./chip.lib) can't find %INV_BUFFER in %TAP_CONTROLLER\n"
+                 "       to bring the active low signal 'mode2' to the boundary cells.\n\n"},
+    {.what = "no inverting buffer for a tree",
+     .input = {.tap_items = "%MODE_2 -mode2; %GROUP_SIZE 4; %SIGNAL_BUFFER BUFX; ", .pins = M2_PINS},
+     .expected = "ERROR: (./chip.lib) no buffer cell is named in %TAP_CONTROLLER for signal 'mode2'.\n\n"},
+    {.what = "the TAP has no such signal",
+     .input = {.pins = M2_PINS},
+     .expected =
+         "ERROR: (./chip.lib) %TAP_CONTROLLER has no pin for the mode2 signal of the boundary cells.\n\n"},
+    {.what = "a TAP down a path, with the clock of the cells",
+     .design = "tap_in_module",
+     .input = {.tap = "b.t", .pins = WITH_TAP_PINS},
+     .options = "-synch",
+     .status = 0,
+     .lines =
+         "add BCELL_TCK output\nconnect t{BCELL_TCK} BCELL_TCK\nadd BC_FIRST output\nconnect t{BC_FIRST} "
+         "BC_FIRST\n"
+         "add BC_LAST input\nconnect t{BC_LAST} BC_LAST\nsave\nquit\nedit chip_jtag\npath ./rimweave_lib \n"
+         "replace b B_bs\nreplace p pads_bs\nconnect p{shiftDR} b{shiftDR}\n"},
+    {.what = "a constant on a standard pin of the TAP beside a pad module",
+     .input = {.design =
+                   "module pads(input a, output c); IBUF pa(.PAD(a), .C(c)); endmodule\n"
+                   "module chip(input a, tdi, ck); wire c; pads p(.a(a), .c(c)); FF f(.D(c), .CK(ck));\n"
+                   "IBUF pi(.PAD(tdi)); tapm TAP(.TDI(1'b0)); endmodule\n",
+               .pins = "1 A a *\n6 TDI tdi *\n9 CK ck *\n"},
+     .options = "",
+     .expected =
+         "WARNING: Pin 'TDI' of TAP 'TAP' was connected to GND.\n         'TDI' will be disconnected.\n",
+     .status = 0,
+     .lines = "disconnect TAP{TDI}\nreplace p pads_bs\nconnect pi{C} TAP{TDI}\n"},
+    {.what = "a pin of the TAP that the design leaves open, and an extra pin",
+     .input =
+         {.design =
+              "module chip(input a, tms, ck); wire c, m; IBUF pa(.PAD(a), .C(c)); FF f(.D(c), .CK(ck));\n"
+              "IBUF pm(.PAD(tms), .C(m)); INV n(.A(m)); tapm TAP(.BC_LAST(1'b1)); endmodule\n",
+          .tap_items = "%EXTRA_1 xtra; ",
+          .roles = "%INPUT_SCAN BC_X;",
+          .pins = "1 A a *\n7 TMS tms *\n9 CK ck *\n"},
+     .options = "",
+     .expected = "WARNING: Pin 'TMS' of TAP 'TAP' is not connected in the design.\n"
+                 "         It won't be connected to port 'tms'.\n",
+     .status = 0,
+     .lines = "disconnect TAP{BC_LAST}\nadd BCELL0 BC_X\n"},
+};
+
+constexpr const char *SIBLING_PINS = "1 A a *\n2 B b *\n6 TDI tdi *\n10 TDO tdo *\n9 CK ck *\n";
+const CHIP_INPUT IN_ONE_MODULE = {
+    .design = "module pads(input a, output k, input tdi, output t); IBUF i(.PAD(a), .C(k));\n"
+              "IBUF j(.PAD(tdi), .C(t)); endmodule\n"
+              "module chip(input a, tdi, ck); wire c, t; INV g(.A(t));\n"
+              "pads p(.a(a), .k(c), .tdi(tdi), .t(t)); FF f(.D(c), .CK(ck)); endmodule\n",
+    .pins = "1 A a *\n6 TDI tdi *\n9 CK ck *\n"};
+/// A module that was read again since, without its pad j.
+constexpr const char *READ_AGAIN_1 =
+    "echo 'module pads(input a, output k, input tdi, output t); IBUF i(.PAD(a), .C(k));"
+    " INV n(.A(tdi), .Z(t)); endmodule' >pads.v; kalmverin pads.v";
+constexpr const char *READ_AGAIN_2 =
+    "echo 'module pa(input p, output k, input tdi, output t); IBUF i(.PAD(p), .C(k));"
+    " INV n(.A(tdi), .Z(t)); endmodule' >pa.v; kalmverin pa.v";
+
+/// A cp that does something of its own for one copy.
+#define CP_THAT(condition, action)                                                                           \
+    "printf '#!/bin/sh\n[ $2 = " condition " ] && " action                                                   \
+    "\nexec /bin/cp \"$@\"\n' >tools/cp; chmod +x tools/cp"
+
+const CHIP_ROW FILES[] = {
+    {.what = "a TAP path with pads in several modules",
+     .design = "siblings",
+     .input = {.tap = "u.TAP", .pins = SIBLING_PINS},
+     .expected = "ERROR: Can not support hierarchic TAP controller for multiple IO-PAD modules.\n\n"},
+    {.what = "a module is missing",
+     .design = "siblings",
+     .input = {.pins = SIBLING_PINS},
+     .before = "rm pb.sdb",
+     .expected = "ERROR: Can not find \"pb.sdb\" file.\n\n"},
+    {.what = "a port name is taken",
+     .design = "siblings",
+     .input = {.pins = SIBLING_PINS},
+     .changes = {{"chip.v", "module pb(input p", "module pb(input shiftDR, p"}},
+     .expected = "ERROR: module 'pb' has a port 'shiftDR' already"},
+    {.what = "a module can't be copied",
+     .design = "siblings",
+     .input = {.pins = SIBLING_PINS},
+     .before = CP_THAT("pb_bs0.sdb", "exit 3"),
+     .expected = "\nERROR: can not copy file \"./pb.sdb\" to file \"pb_bs0.sdb\".\n       Perhaps permission "
+                 "deny ...\n\n"},
+    {.what = "a command file can't be begun",
+     .design = "siblings",
+     .input = {.pins = SIBLING_PINS},
+     .before = "mkdir -p rimweave_lib/pa_bs0.cmd/x",
+     .expected = "ERROR: can't open command file \"./rimweave_lib/pa_bs0.cmd\" to update SDB.\n"},
+    {.what = "a command file can't be written at its end",
+     .design = "siblings",
+     .input = {.pins = SIBLING_PINS},
+     .before = CP_THAT("pb_bs0.sdb", "mkdir rimweave_lib/pa_bs0.cmd"),
+     .expected = "ERROR: can't open command file \"./rimweave_lib/pa_bs0.cmd\" to update SDB.\n"},
+    {.what = "the top's command file can't be begun",
+     .before = "mkdir -p rimweave_lib/chip_jtag.cmd/x",
+     .expected = "ERROR: can't open ./rimweave_lib/chip_jtag.cmd to update sdb.\n\n"},
+    {.what = "the pads' command file can't be begun",
+     .input = IN_ONE_MODULE,
+     .before = "mkdir -p rimweave_lib/pads_bs.cmd/x",
+     .expected = "ERROR: can't open command file './rimweave_lib/pads_bs.cmd' to update SDB.\n\n"},
+    {.what = "the command file of the TAP's path can't be begun",
+     .design = "tap_in_module",
+     .input = {.tap = "b.t", .pins = WITH_TAP_PINS},
+     .options = "",
+     .before = "mkdir -p rimweave_lib/B_bs.cmd/x",
+     .expected = "ERROR: can't open command file \"./rimweave_lib/B_bs.cmd\" to update SDB.\n"},
+    {.what = "the module of the pads is missing",
+     .input = IN_ONE_MODULE,
+     .before = "rm pads.sdb",
+     .expected = "ERROR: Can't find file pads.sdb.\n\n"},
+    {.what = "a module is lost on the way",
+     .design = "three_down",
+     .input = {.pins = "1 A a *\n2 Z z *\n9 CK ck *\n"},
+     .before = CP_THAT("L2_bs.sdb", "rm L1.sdb"),
+     .expected = "ERROR: Can't find file L1.sdb.\n\n"},
+    {.what = "a module of the TAP's path is missing",
+     .design = "tap_in_module",
+     .input = {.tap = "b.t", .pins = WITH_TAP_PINS},
+     .options = "",
+     .before = "rm B.sdb",
+     .expected = "ERROR: Can not find \"B.sdb\" file.\n\n"},
+    {.what = "the pads' module was read again, without a pad",
+     .input = IN_ONE_MODULE,
+     .before = READ_AGAIN_1,
+     .expected = "ERROR: pin 'C' of 'j' on the way of port 'tdi' can't be found in module 'pads'.\n\n"},
+    {.what = "one of several modules was read again, without a pad",
+     .design = "siblings",
+     .input = {.pins = SIBLING_PINS},
+     .before = READ_AGAIN_2,
+     .expected = "ERROR: pin 'C' of 'j' on the way of port 'tdi' can't be found in module 'pa'.\n\n"},
+    {.what = "a 2-state TDO pad in one of several modules is freed",
+     .design = "siblings",
+     .input = {.pins = SIBLING_PINS},
+     .expected = "WARNING: Pin 'I' of 'po' is driven by the design.\n"
+                 "         It will be disconnected and reconnected to TAP.\n",
+     .status = 0,
+     .lines = "edit pb_bs0\npath ./rimweave_lib \ndisconnect po{I}\nadd BCELL1 BC_IN\n"},
+    {.what = "pads in several modules, and a TAP that stands there already",
+     .design = "siblings",
+     .input = {.pins = SIBLING_PINS},
+     .changes = {{"chip.v", "wire v, w, t;", "wire v, w, t, o; tapm TAP(.TDI(t), .TDO(o));"},
+                 {"chip.v", ".d(t)", ".d(o)"},
+                 {"chip.v", "po(.I(g)", "po(.I(d)"},
+                 {"chip.v", "IBUF j(.PAD(tdi), .C(t))", "IBUF j(.PAD(tdi)); INV h(.A(k), .Z(t))"}},
+     .options = "",
+     .status = 0,
+     .lines = "edit pb_bs0\npath ./rimweave_lib \nadd BCELL1 BC_IN\n"},
+};
+
+/// Changes the design's two files as another program may have written them.
+template <typename CHANGE_OF_PIN>
+void change_pin(const chip_case &chip, const char *instance, const char *pin, CHANGE_OF_PIN change_of_pin) {
+    for (const char *file : {"chip.sdb", "chip.c.sdb"}) {
+        SDB_HANDLE *design = SDB_setup(SDB_open(chip.scratch.path(file).c_str(), "r+", 0));
+        change_of_pin(design, SDB_nl_search_node(instance, pin));
+        SDB_close(design, 1);
+        SDB_clear_current();
+    }
+}
+
+} // namespace
+
+TEST(Messages, OfPads) {
+    run_rows(PADS);
+}
+
+TEST(Messages, OfEnables) {
+    run_rows(ENABLES);
+}
+
+TEST(Messages, OfSignals) {
+    run_rows(SIGNALS);
+}
+
+TEST(Messages, OfFiles) {
+    run_rows(FILES);
+}
+
+TEST(Messages, ASupplyNetIsNamedAsTheSourceOfAnEnable) {
+    CHIP_INPUT input;
+    input.design = test_file("designs/usual.v");
+    input.pins = USUAL_PINS;
+    chip_case chip(input);
+    change_pin(chip, "pz", "OEN",
+               [](SDB_HANDLE *, int32_t node) { net_tab[node_tab[node].net].flags |= 0x10000000; });
+    run_result result = chip.run("-add_tap");
+    EXPECT_EQ(result.status, 0) << result.out << result.err;
+    EXPECT_NE(chip.commands({"chip_jtag"}).find("disconnect pz{OEN}\nconnect BCELL3{DI} en\n"),
+              std::string::npos);
+}
+
+TEST(Messages, ConstantsOnTheOutputsOfAnExistingTapAreCut) {
+    CHIP_INPUT input;
+    input.design = "module chip(input a, ck); wire c; IBUF pa(.PAD(a), .C(c)); FF f(.D(c), .CK(ck));\n"
+                   "tapm TAP(.BC_LAST(1'b1)); endmodule\n";
+    input.cells = test_file("designs/more_cells.v");
+    input.library = test_file("designs/more.lib");
+    input.roles = "%INPUT_SCAN BC_X;";
+    input.tap_items = "%EXTRA_1 xtra; ";
+    input.pins = "1 A a *\n9 CK ck *\n";
+    chip_case chip(input);
+    for (const char *pin : {"clockDR", "mode1", "xtra", "BC_FIRST"})
+        change_pin(chip, "TAP", pin,
+                   [](SDB_HANDLE *design, int32_t node) { SDB_connect(design, node, SDB_NET_VCC); });
+    run_result result = chip.run("");
+    EXPECT_EQ(result.status, 0) << result.out << result.err;
+    EXPECT_NE(result.out.find("WARNING: Pin %CLOCK_DR 'clockDR' of TAP 'TAP' was connected to VCC.\n"
+                              "         %CLOCK_DR 'clockDR' will be disconnected.\n"),
+              std::string::npos)
+        << result.out;
+    EXPECT_NE(chip.commands({"chip_jtag"})
+                  .find("disconnect TAP{clockDR}\ndisconnect TAP{mode1}\ndisconnect TAP{xtra}\n"
+                        "disconnect TAP{BC_FIRST}\ndisconnect TAP{BC_LAST}\nadd BCELL0"),
+              std::string::npos)
+        << chip.commands({"chip_jtag"});
+}
