@@ -142,25 +142,7 @@ const LAYOUT LAYOUTS[] = {
     {"tap_exists_with_pads", "tap_exists_with_pads", "p.tap", "", NO_BIDIR_PINS, {"pads_bs", "chip_jtag"}},
 };
 
-/// A TAP that stands in the design already.
-constexpr const char *TAP_CELL_VERILOG = "module tapm(input TDI, TMS, TCK, BC_LAST, output TDO, TDO_EN, "
-                                         "clockDR, shiftDR, updateDR, mode1, BC_FIRST); "
-                                         "endmodule\n";
-
 } // namespace
-
-TEST(Layouts, ANewPortWhoseNameIsTakenIsRefused) {
-    CHIP_INPUT input;
-    input.design =
-        "module pads(input a, output a_c, input chain_in); IBUF pa(.PAD(a), .C(a_c)); endmodule\n"
-        "module chip(input a, input ck); wire w; pads p(.a(a), .a_c(w)); FF f(.D(w), .CK(ck)); endmodule\n";
-    input.pins = "1 PA a *\n2 CK ck *\n";
-    chip_case chip(input);
-    run_result result = chip.run("-add_tap");
-    EXPECT_EQ(result.status, 255);
-    EXPECT_NE(result.out.find("ERROR: module 'pads' has a port 'chain_in' already"), std::string::npos)
-        << result.out;
-}
 
 TEST(Layouts, WhatDrivesTdoIsCut) {
     struct DRIVEN {
@@ -200,7 +182,7 @@ TEST(Layouts, CommandFiles) {
         input.pins = layout.pins;
         input.settings = layout.settings;
         if (std::string(layout.name).starts_with("tap_exists"))
-            input.cells = TAP_CELL_VERILOG;
+            input.cells = test_file("designs/more_cells.v");
         chip_case chip(input);
         run_result result = chip.run(layout.options);
         EXPECT_EQ(result.status, 0) << result.out << result.err;

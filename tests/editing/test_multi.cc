@@ -252,35 +252,6 @@ TEST(Multi, ChainPortsOfCellsInPadsDiffer) {
     expect_carried_out(chip, "-add_tap");
 }
 
-TEST(Multi, Refusals) {
-    struct REFUSAL {
-        const char *what, *tap, *remove, *message;
-        bool port_is_taken;
-    };
-    const REFUSAL cases[] = {
-        {"a TAP in the hierarchy", "u.TAP", "",
-         "ERROR: Can not support hierarchic TAP controller for multiple IO-PAD modules.\n\n", false},
-        {"a module is missing", "TAP", "pb.sdb", "ERROR: Can not find \"pb.sdb\" file.\n\n", false},
-        {"a port name is taken", "TAP", "", "ERROR: module 'pb' has a port 'shiftDR' already", true},
-    };
-    for (const REFUSAL &each : cases) {
-        SCOPED_TRACE(each.what);
-        std::string design = SIBLINGS;
-        if (each.port_is_taken)
-            design.replace(design.find("module pb(input p"), 17, "module pb(input shiftDR, input p");
-        CHIP_INPUT input = small_input(design, "1 PA a *\n2 PB b *\n3 CK ck *\n");
-        input.tap = each.tap;
-        chip_case chip(input);
-        if (*each.remove != '\0')
-            std::filesystem::remove(chip.scratch.dir / each.remove);
-        run_result result = chip.run("-add_tap");
-        EXPECT_EQ(result.status, 255);
-        EXPECT_NE((result.out + result.err).find(each.message), std::string::npos)
-            << result.out << result.err;
-        EXPECT_FALSE(chip.scratch.has("rimweave_lib/chip_jtag.cmd"));
-    }
-}
-
 TEST(Multi, AnExistingTapIsFreedOfConstants) {
     CHIP_INPUT input =
         small_input("module pa(input p, output k); IBUF i(.PAD(p), .C(k)); endmodule\n"

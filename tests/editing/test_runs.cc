@@ -145,28 +145,6 @@ TEST(Runs, AFailureEndsTheRunAndTheNextOneWorks) {
     }
 }
 
-TEST(Runs, AModuleFileThatIsMissing) {
-    struct MISSING {
-        bool tap_path;
-        const char *file, *message;
-    };
-    const MISSING cases[] = {
-        {false, "pads.sdb", "ERROR: Can't find file pads.sdb.\n\n"},
-        {true, "A.sdb", "ERROR: Can not find \"A.sdb\" file.\n\n"},
-        {true, "B.sdb", "ERROR: Can not find \"B.sdb\" file.\n\n"},
-    };
-    for (const MISSING &each : cases) {
-        SCOPED_TRACE(each.file);
-        chip_case chip(each.tap_path ? chip_with_tap_path() : small_chip());
-        std::filesystem::rename(chip.scratch.dir / each.file, chip.scratch.dir / "away");
-        run_result result = chip.run("-add_tap");
-        EXPECT_EQ(result.status, 255);
-        EXPECT_NE(result.out.find(each.message), std::string::npos) << result.out;
-        std::filesystem::rename(chip.scratch.dir / "away", chip.scratch.dir / each.file);
-        EXPECT_EQ(chip.run("-add_tap").status, 0);
-    }
-}
-
 TEST(Runs, AToolThatIsNotThere) {
     struct TOOL {
         const char *name, *message;
@@ -209,52 +187,6 @@ TEST(Runs, AFullDisk) {
     }
     EXPECT_EQ(chip.run("-add_tap").status, 0);
     EXPECT_TRUE(chip.scratch.has("chip_jtag_flat.v"));
-}
-
-TEST(Runs, AFileThatCanNotBeCreated) {
-    struct BLOCKED {
-        const char *file, *message;
-    };
-    const BLOCKED blocked[] = {
-        {"rimweave_lib/chip_jtag.cmd/x", "ERROR: can't open ./rimweave_lib/chip_jtag.cmd to update sdb.\n\n"},
-        {"rimweave_lib/pads_bs.cmd/x",
-         "ERROR: can't open command file './rimweave_lib/pads_bs.cmd' to update SDB.\n\n"},
-    };
-    for (const BLOCKED &each : blocked) {
-        chip_case chip(small_chip());
-        chip.scratch.write(each.file, "");
-        run_result result = chip.run("-add_tap");
-        EXPECT_EQ(result.status, 255);
-        EXPECT_NE(result.out.find(each.message), std::string::npos) << result.out;
-    }
-}
-
-TEST(Runs, AnEmptyChainIsRefusedBeforeAnythingIsWritten) {
-    CHIP_INPUT input = small_chip();
-    input.pins = "2 CK ck *\n";
-    chip_case chip(input);
-    run_result result = chip.run("-add_tap");
-    EXPECT_EQ(result.status, 255);
-    EXPECT_NE(result.out.find("ERROR: no port of 'chip' gets a boundary cell.\n"), std::string::npos)
-        << result.out;
-    EXPECT_FALSE(chip.scratch.has("rimweave_lib/chip_jtag.cmd"));
-    EXPECT_FALSE(chip.scratch.has("chip_jtag.sdb"));
-}
-
-TEST(Runs, SignalsWithoutAWayToTheTapAreRefused) {
-    // The cells' pads stand in the top, that of TDI in a module that it does not leave.
-    CHIP_INPUT input;
-    input.design =
-        "module sub(input tdi); IBUF pi(.PAD(tdi)); endmodule\n"
-        "module chip(input a, input tdi, input ck); wire w; IBUF pa(.PAD(a), .C(w)); FF f(.D(w), .CK(ck));\n"
-        "sub s(.tdi(tdi)); endmodule\n";
-    input.pins = "1 PA a *\n2 CK ck *\n3 TDI tdi *\n";
-    chip_case chip(input);
-    run_result result = chip.run("-add_tap");
-    EXPECT_EQ(result.status, 255);
-    EXPECT_NE(result.out.find("ERROR: the signal of port 'tdi' does not leave module 'sub'"),
-              std::string::npos)
-        << result.out;
 }
 
 TEST(Runs, ADesignNameIsNeverAShellCommand) {

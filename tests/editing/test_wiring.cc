@@ -155,11 +155,8 @@ TEST(Wiring, APadsModePinIsWiredInEveryForm) {
         input.design = "module chip(input m, output y, input ck); wire c, q; MUXI pm(.PAD(m), .T(1'b0), "
                        ".M(1'b1), .C(c));\n"
                        "FF f(.D(c), .CK(ck), .Q(q)); OBUF py(.I(q), .PAD(y)); endmodule\n";
-        input.cells = "module MUXI(input PAD, T, M, output C); endmodule\n"
-                      "module BC_MI(input DI, SI, SE, CK, UP, TK, output UO, SO); endmodule\n";
-        input.library = "%BUFFER MUXI { %INPUT PAD; %OUTPUT C; %MUX_IN2 T; %MODE_2 M; }\n"
-                        "%SCAN_CELL BC_MI { %DATA_IN DI; %UPDATE_DR_OUT UO; %TDI SI; %TDO SO; %CLOCK_DR CK; "
-                        "%SHIFT_DR SE; %UPDATE_DR UP; }\n";
+        input.cells = test_file("designs/more_cells.v");
+        input.library = test_file("designs/more.lib");
         input.roles = "%INPUT_MUX_SCAN BC_MI;";
         input.tap_items = std::string("%MODE_2 mode2; ") + form.tap_items;
         input.pins = "1 PM m *\n2 PY y *\n3 CK ck *\n";

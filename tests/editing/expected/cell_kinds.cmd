@@ -96,6 +96,7 @@ connect BCELL19{SY} g7{D}
 connect BCELL19{SP} pmb{C}
 connect BCELL19{DI} pmb{I}
 connect BCELL19{UO} pmb{T}
+connect BCELL19{MI} pmb{X}
 disconnect pmb{OEN}
 connect BCELL9{DO} pmb{OEN}
 add BCELL20 BC_IN
