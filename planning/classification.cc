@@ -5,6 +5,7 @@
 
 #include "description/lookups.hh"
 #include "planning/cell_choice.hh"
+#include "planning/io_modules.hh"
 #include "planning/standard_ports.hh"
 #include "planning/tap_state.hh"
 #include "planning/tracing.hh"

@@ -34,8 +34,6 @@ std::unordered_map<int32_t, int32_t> row_of_net[CONTROL_KIND_COUNT];
 }
 
 int32_t find_or_make_control(int32_t which, const BUFFER_CELL *pad, int32_t row_index) {
-    if (pad == nullptr)
-        return -1;
     const CONTROL_KIND &kind = CONTROL_KINDS[which];
     const OPIN_ROW &row = OPIN_TAB[row_index];
     bool is_low = false;
@@ -169,11 +167,11 @@ int32_t save_oe_contr_tab(const BUFFER_CELL *pad, int32_t row) {
 
 void save_enable_control(const BUFFER_CELL *pad, int32_t row_index) {
     OPIN_ROW &row = OPIN_TAB[row_index];
-    if (row.scan_cell == nullptr || pad == nullptr)
-        return;
-    int32_t which = row.scan_cell->oe_mode != nullptr ? CONTROL_OE : CONTROL_PLAIN;
-    int32_t index = pad->control_bcell != nullptr ? -1 : find_or_make_control(which, pad, row_index);
-    int32_t &field = row.*CONTROL_KINDS[which].field;
+    bool is_oe = row.scan_cell->oe_mode != nullptr;
+    int32_t index = -1;
+    if (pad->control_bcell == nullptr)
+        index = is_oe ? save_oe_contr_tab(pad, row_index) : save_contr_tab(pad, row_index);
+    int32_t &field = is_oe ? row.oe_control : row.control;
     field = index;
     if (index != -1)
         return;

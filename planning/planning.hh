@@ -5,6 +5,15 @@
 
 #include <cstdint>
 
+/// Resets the tables and counters for a run.
+void rimweave_init();
+
+/// Makes row 0 of MULTI_IO_TAB and the root of MULTI_IO_HIER: the top module.
+void init_multi_io_tables();
+
+/// Releases the planning tables and nulls their handles.
+void free_planning_tables();
+
 /// Walks the pin list, makes the OPIN_TAB rows and classifies each port on the open design; closes the design.
 void produce_opin_control_tab();
 

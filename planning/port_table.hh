@@ -175,14 +175,5 @@ bool row_gets_cells(const OPIN_ROW &row);
 /// The first row of OPIN_TAB that gets a cell, whose pad gives the place of the chain; -1 when there is none.
 int32_t first_row_with_cells();
 
-/// Resets the tables and counters for a run.
-void rimweave_init();
-
-/// Makes row 0 of MULTI_IO_TAB and the root of MULTI_IO_HIER: the top module.
-void init_multi_io_tables();
-
 /// Appends a row for the pin and returns its index. `core_name` is the pin's top name, with its '-'.
 int32_t create_an_entry_of_OPIN_TAB(int32_t pin_index, const char *core_name);
-
-/// Releases the planning tables and nulls their handles.
-void free_planning_tables();

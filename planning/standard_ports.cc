@@ -2,6 +2,7 @@
 
 #include "description/lookups.hh"
 #include "planning/cell_choice.hh"
+#include "planning/io_modules.hh"
 #include "planning/planning.hh"
 #include "planning/tracing.hh"
 #include "sdb/navigation.hh"

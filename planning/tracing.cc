@@ -10,7 +10,6 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
-#include <vector>
 
 namespace {
 
@@ -64,64 +63,6 @@ const char *direction_words(int32_t direction) {
     constexpr std::array<const char *, 4> words = {"an output pin", "a bidirectional pin", "an input pin",
                                                    "a pin of unknown direction"};
     return words[direction];
-}
-
-/// The modules met so far. A row of MULTI_IO_TAB is found by its parent, class and instance.
-struct IO_MODULES {
-    struct PLACE {
-        int32_t row;   // of MULTI_IO_TAB
-        int32_t child; // in the parent's node
-    };
-    int32_t reference_row = -1; // OPIN_TAB row that the next hierarchical pad is compared with
-    std::unordered_map<std::string, PLACE> places;
-    std::unordered_map<std::string, int32_t> copies; // rows of each class
-};
-IO_MODULES io_modules;
-
-/// The row of a module below the module of `cursor`, made when it is new; moves the cursor to it.
-///
-/// The parent belongs to the key: two modules of one class may carry one instance name below different
-/// parents, and their cells must not be mixed.
-int32_t enter_module(MULTI_IO_NODE *&cursor, const char *class_name, const char *inst_name) {
-    std::string key = std::to_string(cursor->row) + '\0' + class_name + '\0' + inst_name;
-    auto [place, is_new] = io_modules.places.try_emplace(key);
-    if (is_new) {
-        MULTI_IO_ROW module = {};
-        module.class_name = class_name;
-        module.inst_name = inst_name;
-        module.copy = io_modules.copies[class_name]++;
-        module.parent = cursor->row;
-        module.added_ports = DYNA_init<ADDED_PORT>();
-        module.added_conns = DYNA_init<ADDED_CONN>();
-        append_row(MULTI_IO_TAB, module);
-        append_row(cursor->children, {DYNA_count(MULTI_IO_TAB) - 1, nullptr});
-        place->second = {DYNA_count(MULTI_IO_TAB) - 1, DYNA_count(cursor->children) - 1};
-    }
-    cursor = &cursor->children[place->second.child];
-    return place->second.row;
-}
-
-/// Fills the hierarchy fields of a row from the parents of its cell's name, innermost first.
-void take_parents(OPIN_ROW &row, int32_t prefix_row) {
-    const char *instance = SDB_prefix_instance_name(sdb, prefix_row);
-    row.pad_instance = keep_text(instance != nullptr ? instance : UNDEFINED);
-    for (int32_t up = prefix_tab[prefix_row].parent; up >= 0; up = prefix_tab[up].parent) {
-        const char *class_name = SDB_prefix_class_name(sdb, up);
-        const char *inst_name = SDB_prefix_instance_name(sdb, up);
-        append_row(row.hier_classes, keep_text(class_name != nullptr ? class_name : UNDEFINED));
-        append_row(row.hier_instances, keep_text(inst_name != nullptr ? inst_name : UNDEFINED));
-    }
-}
-
-bool in_same_module(const OPIN_ROW &a, const OPIN_ROW &b) {
-    int32_t depth = DYNA_count(a.hier_classes);
-    if (depth != DYNA_count(b.hier_classes))
-        return false;
-    for (int32_t i = 0; i < depth; ++i)
-        if (!same_text(a.hier_classes[i], b.hier_classes[i]) ||
-            !same_text(a.hier_instances[i], b.hier_instances[i]))
-            return false;
-    return true;
 }
 
 } // namespace
@@ -183,51 +124,6 @@ int32_t search_inet_connected_to_obj(int32_t obj, const char *pin_name, int32_t 
 const char *verify_obj_pin_name(int32_t obj, const char *pin_name, int32_t direction) {
     int32_t net = search_inet_connected_to_obj(obj, pin_name, direction);
     return net < 0 ? nullptr : SDB_net_name(sdb, net);
-}
-
-void get_hier_class_and_inst_name(int32_t row_index, int32_t obj) {
-    OPIN_ROW &row = OPIN_TAB[row_index];
-    if (io_modules.reference_row < 0)
-        io_modules.reference_row = row_index;
-    int32_t prefix_row = SDB_obj_prefix_row(sdb, obj);
-    if (prefix_row < 0) {
-        const char *name = SDB_obj_name(sdb, obj);
-        row.pad_instance = keep_text(name != nullptr ? name : UNDEFINED);
-        row.io_module = 0;
-        io_modules.reference_row = -1;
-        return;
-    }
-    take_parents(row, prefix_row);
-    if (!in_same_module(row, OPIN_TAB[io_modules.reference_row]))
-        multi_io_module_flagG = 1;
-
-    MULTI_IO_NODE *cursor = &MULTI_IO_HIER;
-    row.io_module = 0;
-    for (int32_t i = DYNA_count(row.hier_classes) - 1; i >= 0; --i)
-        row.io_module = enter_module(cursor, row.hier_classes[i], row.hier_instances[i]);
-}
-
-void settle_io_modules() {
-    // A port without a described pad has its cell at the port itself, in the top module.
-    auto module_of = [](const OPIN_ROW &row) { return row.io_module < 0 ? 0 : row.io_module; };
-    const OPIN_ROW *first = nullptr;
-    for (const OPIN_ROW &row : rows(OPIN_TAB)) {
-        if (!row_gets_cells(row))
-            continue;
-        if (first == nullptr)
-            first = &row;
-        if (module_of(row) != module_of(*first))
-            multi_io_module_flagG = 1;
-    }
-    if (multi_io_module_flagG == 0)
-        return;
-    for (OPIN_ROW &row : rows(OPIN_TAB))
-        if (row.scan_cell != nullptr)
-            row.io_module = module_of(row);
-}
-
-void forget_io_modules() {
-    io_modules = {};
 }
 
 void open_sdb_file(const char *path) {

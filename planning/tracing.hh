@@ -24,13 +24,6 @@ int32_t search_inode_connected_to_obj(int32_t obj, const char *pin_name, int32_t
 int32_t search_inet_connected_to_obj(int32_t obj, const char *pin_name, int32_t direction);
 /// The name of the net on the pin, in a static buffer of the design layer; null when missing or unconnected.
 const char *verify_obj_pin_name(int32_t obj, const char *pin_name, int32_t direction);
-/// Fills pad_instance, hierarchy and io_module of an OPIN_TAB row, and MULTI_IO_TAB.
-void get_hier_class_and_inst_name(int32_t row, int32_t obj);
-/// Sets multi_io_module_flagG also where the rows that have a cell lie in more than one module without the tracing of
-/// neighbours having seen it. Runs once, when all rows are classified.
-void settle_io_modules();
-/// Forgets the modules met so far; MULTI_IO_TAB is about to be made anew.
-void forget_io_modules();
 /// Opens the design file into `sdb` and makes it current. Ends the run when it cannot be opened.
 void open_sdb_file(const char *path);
 

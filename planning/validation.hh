@@ -20,6 +20,8 @@ bool check_control_oe_scan_cell(const char *name);
 bool check_control_oe_low_scan_cell(const char *name);
 bool check_control_oe_high_scan_cell(const char *name);
 
+/// Reports a missing name of the TAP's module or instance. True when one is missing.
+bool check_tap_names();
 /// Splits a dotted TAP_INSTANCE_NAME into the path of a hierarchical TAP.
 void rwv_check_hier_tap_ctrl_instance();
 /// Notes in BCELL_HAS and BCELL_EXTRA which control signals a cell wants; no flag is ever taken back.

@@ -7,7 +7,7 @@
 #include "editing/insertion.hh"
 #include "guide/guide.hh"
 #include "planning/connect_file.hh"
-#include "planning/port_table.hh"
+#include "planning/planning.hh"
 #include "planning/validation.hh"
 #include "rtl/tap_build.hh"
 #include "run/banner.hh"

@@ -1,6 +1,7 @@
 // Splitting the loads of control signals into buffer groups.
 #include "planning/balance_groups.hh"
-#include "planning/port_table.hh"
+#include "planning/planning.hh"
+#include "planning/planning.hh"
 #include "planning/tap_state.hh"
 #include "support/run_state.hh"
 

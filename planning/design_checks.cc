@@ -1,0 +1,112 @@
+// The looks at the design that the descriptions are held against: the pads that it has, and the cells of the
+// TAP's buffers.
+#include "planning/validation.hh"
+
+#include "description/lookups.hh"
+#include "planning/cell_choice.hh"
+#include "planning/tap_state.hh"
+#include "planning/tracing.hh"
+#include "sdb/navigation.hh"
+#include "sdb/sdb.hh"
+#include "support/console.hh"
+#include "support/fnm.hh"
+#include "support/run_state.hh"
+#include "support/text.hh"
+
+#include <string>
+
+namespace {
+
+// One of the TAP's buffers held against the cell in its SDB file. Every fault ends the run.
+void check_buffer_cell(const char *keyword, const char *name) {
+    if (name == nullptr)
+        return;
+    const BUFFER_CELL *buffer = get_buffer(name);
+    if (buffer == nullptr)
+        vmr_fail("ERROR: (%s) void declare %s '%s'\n       in %%TAP_CONTROLLER.\n"
+                 "       Can't find definition of '%s' in '%s'.\n\n",
+                 JTAG_LIB_FILE, keyword, name, name, JTAG_LIB_FILE);
+    std::string file = std::string(PATH) + name + ".sdb";
+    const char *path = FNM_find_input(file);
+    if (path == nullptr)
+        vmr_fail("ERROR: can't find SDB file '%s' in default searching path.\n\n", file.c_str());
+    const struct {
+        const char *keyword, *pin;
+    } pins[] = {{"%OUTPUT", buffer->output}, {"%INPUT", buffer->input}};
+    for (const auto &pin : pins)
+        if (pin.pin == nullptr)
+            vmr_fail("ERROR: (%s) can't find %s in %s.\n", JTAG_LIB_FILE, pin.keyword, name);
+    SDB_HANDLE *design = sdb;
+    open_sdb_file(path);
+    for (const auto &pin : pins)
+        if (SDB_nl_search_port(pin.pin) == -1)
+            vmr_fail("ERROR: (%s) %s %s specified in %%BUFFER %s.\n       can't be found in file '%s'.\n",
+                     JTAG_LIB_FILE, pin.keyword, pin.pin, name, path);
+    SDB_close(sdb, 0);
+    sdb = nullptr;
+    SDB_setup(design);
+}
+
+// Notes an active-low enable on the TDO port's pad, which -add_pad adds when the design has no such port.
+// `pin` is null for a port that the pin file does not name.
+void look_at_tdo_pad(const PIN_ENTRY *pin) {
+    const BUFFER_CELL *buffer = nullptr;
+    int32_t port = SDB_nl_search_port(without_minus(GLOBAL_TDO));
+    if (port >= 0 && pin != nullptr)
+        buffer = get_buffer(object_class_name(node_tab[get_node_connected_to_portnode(port)].obj));
+    else if (port < 0 && option(OPT_ADD_PAD))
+        buffer = get_buffer(pin != nullptr && pin->pad_name != nullptr ? pin->pad_name : OUTPUT_BUFFER);
+    PIN_ENTRY unnamed = {};
+    unnamed.pad_enable = -1;
+    bool is_low = false;
+    if (buffer != nullptr && chosen_enable_pin(buffer, pin != nullptr ? pin : &unnamed, &is_low) != nullptr)
+        TDO_EN_LOW = is_low;
+}
+
+// Notes the mode pins of a mux pad, and all that the cell inside a pad wants: the TAP must then have them,
+// though no declared cell does.
+void look_at_mode_pins(const char *name) {
+    int32_t node = get_node_connected_to_portnode(find_iport(name));
+    const BUFFER_CELL *buffer = get_buffer(object_class_name(node_tab[node].obj));
+    if (buffer == nullptr)
+        return;
+    const char *modes[3] = {buffer->mode_1, buffer->mode_2, buffer->mode_3};
+    for (int32_t n = 0; n < 3; ++n)
+        if (modes[n] != nullptr)
+            BCELL_HAS[MODE_SIGNALS[n]] = 1;
+    const SCAN_CELL *inside = is_bs_buffer(buffer) ? get_scan_cell(buffer->name) : nullptr;
+    if (inside != nullptr)
+        note_control_pins(*inside);
+}
+
+} // namespace
+
+void check_connect_pad() {
+    open_sdb_file(MODULE_C_SDB);
+    TDO_EN_LOW = 0;
+    const PIN_ENTRY *tdo = nullptr;
+    for (const PIN_ENTRY *pin : rows(PIN_TABLE)) {
+        const char *name = pin->top_name;
+        if (name == nullptr || is_internal_pin(pin) || is_observe_pin(pin))
+            continue;
+        if (same_text(name, GLOBAL_TDO))
+            tdo = pin;
+        if (!skip_signal(name))
+            look_at_mode_pins(name);
+    }
+    if (GLOBAL_TDO != nullptr)
+        look_at_tdo_pad(tdo);
+    SDB_close(sdb, 0);
+    sdb = nullptr;
+}
+
+void check_pin_signal_inv_buf() {
+    if (TAP_CONTR == nullptr)
+        TAP_CONTR = get_tap_cell(TAP_MODULE_NAME);
+    if (TAP_CONTR == nullptr) {
+        check_tap_names();
+        vmr_fail("\n");
+    }
+    check_buffer_cell("%SIGNAL_BUFFER", TAP_CONTR->signal_buffer);
+    check_buffer_cell("%INV_BUFFER", TAP_CONTR->inv_buffer);
+}
