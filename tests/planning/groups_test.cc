@@ -1,7 +1,6 @@
 // Splitting the loads of control signals into buffer groups.
 #include "planning/balance_groups.hh"
 #include "planning/planning.hh"
-#include "planning/planning.hh"
 #include "planning/tap_state.hh"
 #include "support/run_state.hh"
 

@@ -1,7 +1,7 @@
 // Small chips for the planning tests: Verilog, the description files and a pin file go through the real
-// programs in a scratch folder. The tools behind the editor are replaced by ones that only say yes, so that a
-// case costs two processes and shows what planning decided: messages, report, edit commands and boundary
-// order file.
+// programs in a scratch folder, and what planning decided is shown as the user sees it: messages, report,
+// edit commands and boundary order file. The editor runs them, so commands that do not fit the netlist end a
+// case.
 #pragma once
 
 #include "tests/support/scratch.hh"

@@ -31,7 +31,7 @@ namespace {
     "ERROR: can't find " keyword " in file './chip.bsc'.\n       Need " need " to connect to " port ".\n\n"
 #define LACKS(pin, word, cell)                                                                               \
     LIB "can't find " pin " in %SCAN_CELL " cell ".\n       " word " '" cell "' should have " pin " signal." \
-                                                                                                  "\n"
+        "\n"
 #define NO_MODES(word, cell)                                                                                 \
     "WARNING: (./chip.lib) can't find %MODE signals in " word " '" cell "'.\n"                               \
     "         %MODE signals won't be connected.\n\n"
@@ -298,6 +298,12 @@ const PLANNED_CHIP TAPS_AND_OPTIONS[] = {
      .message = LIB "can't find %SIGNAL_BUFFER in %TAP_CONTROLLER.\n"
                     "       Need it to connect %HIGHZ_COMMAND to the enable of port 'y'.\n\n",
      .tap_items = "%HIGHZ_COMMAND hz;"},
+    {.name = "",
+     .design = IN,
+     .pins = A,
+     .message = LIB "can't find %INPUT in %BUFFER GATE.\n\n" LIB "can't find %OUTPUT in %BUFFER GATE.\n\n\n",
+     .library = "%BUFFER GATE { %FUNCTION none; }",
+     .tap_items = "%DF_GROUP_SIZE 8; %DF_SIGNAL_BUFFER GATE;"},
     // Inverted pins.
     {"", IN, "1 A -a *\n",
      "ERROR: can't find %INV_BUFFER of %TAP_CONTROLLER in file './chip.lib'\n"
@@ -370,14 +376,23 @@ TEST(Refusals, EnableOnANamelessNet) {
 // The message of a group size below two goes to the console alone, and the status is 0.
 TEST(Refusals, GroupSizesBelowTwo) {
     planning_folder folder;
-    std::string design = whole(IN);
-    const std::pair<const char *, const char *> sizes[] = {
-        {"-add_tap", "%GROUP_SIZE 1; %SIGNAL_BUFFER PLAIN;"},
-        {"-add_tap -df_speed -synch", "%DF_GROUP_SIZE 1; %SIGNAL_BUFFER PLAIN;"},
+    std::string input = whole(IN), core = whole(CORE);
+    const char *few = "%DF_GROUP_SIZE 1; %SIGNAL_BUFFER PLAIN;";
+    const PLANNED_CHIP chips[] = {
+        {.name = "", .design = input.c_str(), .pins = A, .tap_items = "%GROUP_SIZE 1; %SIGNAL_BUFFER PLAIN;"},
+        {.name = "", .design = input.c_str(), .pins = A, .options = "-add_tap -df_speed", .tap_items = few},
+        // A cell that has the boundary clock alone.
+        {.name = "",
+         .design = core.c_str(),
+         .pins = "1 OBSERVE u{A} *\n",
+         .options = "-add_tap -df_speed -synch",
+         .roles = "%OBSERVE_ONLY_SCAN BC_TK;",
+         .settings = "%SKIP_SIGNAL_NAMES { a; }",
+         .library = "%SCAN_CELL BC_TK { %TDI si; %TDO so; %TCK tk; %DATA_IN di; }",
+         .tap_items = few},
     };
-    for (auto [options, items] : sizes) {
-        run_result result = folder.run(
-            {.name = "", .design = design.c_str(), .pins = A, .options = options, .tap_items = items});
+    for (const PLANNED_CHIP &chip : chips) {
+        run_result result = folder.run(chip);
         EXPECT_EQ(result.status, 0);
         EXPECT_EQ(messages_of(result.out), "ERROR: Can't group 1 with max size 1 !\n");
         EXPECT_EQ(folder.scratch.read("chip.rwv.rpt").find("group"), std::string::npos);

@@ -10,6 +10,7 @@ module BBUF(input I, OEN, inout PAD, output C); endmodule
 module DINP(input PP, PM, PX, output C); endmodule
 module DOUT(input I, OEN, output PP, PM, PX); endmodule
 module BSIN(input PAD, si, sh, ck, di, m2, output C, so); endmodule
+module BSOU(input I, si, sh, ck, up, m, di, output PAD, so, do); endmodule
 module BSOE(input I, OEN, si, sh, ck, up, m, di, output PAD, so, do); endmodule
 module BSCE(input I, OEN, si, sh, ck, up, m, di, output PAD, so, do); endmodule
 module BSIO(input I, OEN, si, sh, ck, up, m, di, sp, inout PAD, output C, so, do); endmodule
