@@ -139,6 +139,18 @@ connect BCELL2{DO} pb{I}
      .lines =
          "connect BCELL3{DO} pz{OEN}\nconnect BCELL3{OM} BCELL2{OM}\nadd BCELL4 BC_OE\ndisconnect pb{OEN}\n"
          "connect BCELL3{DO} pb{OEN}\nconnect BCELL3{OM} BCELL4{OM}\nadd BCELL5 BC_IN\n"},
+    {.what = "an %OE_MODE pin that the cell drives is left alone",
+     .input = {.roles = "%OUTPUT_SCAN BC_COE; %CONTROL_OE_SCAN BC_COE;", .bidir_cell = false},
+     .status = 0,
+     .lines =
+         "connect BCELL3{DO} pz{OEN}\nadd BCELL4 BC_COE\ndisconnect pb{OEN}\nconnect BCELL3{DO} pb{OEN}\n"
+         "add BCELL5 BC_IN\n"},
+    {.what = "a clock port on a mux pad gets no cell",
+     .input = {.tap_items = "%MODE_2 mode2; ", .roles = "%INPUT_MUX_SCAN BC_MI;"},
+     .changes = {{"chip.v", "IBUF pa(", "MUXI pa(.T(q), .M(q), "},
+                 {"chip.lib", "%BUFFER MUXI {", "%BUFFER MUXI { %FUNCTION CLOCK;"}},
+     .status = 0,
+     .lines = "connect tdo TAP{TDO}\nadd BCELL0 BC_OUT\ndisconnect py{I}\n"},
     {.what = "a mux pad with an input and an output cell",
      .input = {.roles = "%OUTPUT_MUX_SCAN BC_MI;", .bidir_cell = false},
      .changes = {{"chip.v", "BBUF pb(", "MXB pb("}},

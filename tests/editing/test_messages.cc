@@ -24,6 +24,9 @@ const CHIP_ROW PADS[] = {
      .changes = {{"chip.v", "FF f(.D(c)", "FF f(.D(q)"}},
      .expected = "ERROR: Input Pad 'pa' is floating.\n"
                  "       Please correct your SDB or specify pin 'a' as skip signal.\n\n"},
+    {.what = "an input pad with an open pin",
+     .changes = {{"chip.v", ".PAD(a), .C(c)", ".PAD(a)"}},
+     .expected = "ERROR: Input Pad 'pa' is floating.\n"},
     {.what = "an output pad that nothing feeds",
      .changes = {{"chip.v", "py(.I(q)", "py(.I(open)"}},
      .expected = "ERROR: Output Pad 'py' is floating.\n"
@@ -41,6 +44,13 @@ const CHIP_ROW PADS[] = {
      .status = 0,
      .lines = "disconnect ta{Z}\nconnect BCELL0{DO} f{D}\nconnect BCELL0{DI} ta{Z}\nadd BCELL1 BC_OUT\n"
               "disconnect ty{A}\nconnect BCELL1{DO} ty{A}\nconnect BCELL1{DI} f{Q}\n"},
+    {.what = "a transparent buffer whose net has other readers",
+     .input = TRANSPARENT,
+     .changes = {{"chip.v", "OBUF py", "INV n(.A(t)); OBUF py"}},
+     .expected = "WARNING: transparent buffer 'ta' shares its net at pad 'pa' with other pins.\n"
+                 "         Boundary scan cell of port 'a' will be inserted next to the pad.\n\n",
+     .status = 0,
+     .lines = "disconnect pa{C}\nconnect BCELL0{DO} ta{A}\nconnect BCELL0{DI} pa{C}\n"},
     {.what = "a transparent buffer that is not described",
      .input = TRANSPARENT,
      .changes = {{"chip.lib", TRB_BUFFER, ""}},
