@@ -462,6 +462,10 @@ class Variant:
     expected: str = ""      # in the report
     rng: random.Random = None
     joins: bool = False     # some output pads hang on input pads
+    places: tuple = ()      # of a random one: the modules of the pads, None for the top
+    frame: bool = False     # one of them stands in a module of its own
+    internals: bool = True  # cells in the core too; with pads in a module they make it two modules
+    tap: str = "u_tap"
 
     def highz(self):
         return "highz" in self.name or self.items == HIGHZ_CELLS
@@ -491,7 +495,16 @@ def random_variant(seed):
     sizes = sizes if items == HIGHZ_CELLS or rng.random() < .8 else []
     variant = Variant(f"random {seed}", " ".join(sizes), items, options, "", rng)
     variant.joins = rng.random() < .6
-    variant.places = rng.choice([[None], ["ring"], ["west", "east"], [None, "west", "east"], ["west", "south", None]])
+    variant.frame = rng.random() < .5
+    variant.places = rng.choice([[None], ["ring"], ["ring"], ["west", "east"], [None, "west", "east"],
+                                 ["west", "south", None]])
+    if variant.places == ["ring"]:      # one module: the TAP may stand anywhere
+        variant.internals = rng.random() < .3
+        ring = "u_frame.u_ring" if variant.frame else "u_ring"
+        paths = ["u_tap"] if variant.internals else ["u_tap", "u_core.u_tap", f"{ring}.u_tap", "u_frame.u_tap"]
+        variant.tap = rng.choice(paths[:None if variant.frame else 3])
+    elif variant.places == [None]:
+        variant.tap = rng.choice(["u_tap", "u_core.u_tap"])
     return variant
 
 
@@ -501,7 +514,8 @@ def describe(variant, work):
     command = f"%HIGHZ_COMMAND HIGHZ;{extra}" if variant.highz() else ""
     instruction = "%INSTRUCTION HIGHZ = (0101) ACCESS BYPASS;" if variant.highz() else ""
     for name, fill in (("kinds.lib", {"@GROUP": variant.group, "@HIGHZ": command}),
-                       ("kinds.bsc", {"@BIDIR": variant.items, "@HIGHZ": instruction})):
+                       ("kinds.bsc", {"@BIDIR": variant.items, "@HIGHZ": instruction,
+                                      "%INSTANCE_NAME u_tap": f"%INSTANCE_NAME {variant.tap}"})):
         (work / name).write_text((HERE / name).read_text().split("*/", 1)[1])
         change_file(work / name, fill)
     if "inverting" in variant.name:
@@ -510,7 +524,7 @@ def describe(variant, work):
     if variant.items == OE_CONTROLS:
         for port, cell in OE_CELLS.items():
             pins = re.sub(rf"( {port} .*)", rf"\1  BSC({cell})", pins)
-    if "in_ring" in variant.name:       # a cell in the core would make it two modules
+    if not variant.internals:
         pins = re.sub(r"^\w+ +(INTERNAL|OBSERVE) .*\n", "", pins, flags=re.M)
     if variant.rng:
         rows = pins.splitlines()
@@ -547,7 +561,7 @@ def write_chip(variant, work):
     if variant.joins:
         text = join_pads(text, variant.rng)
     text = pads_in_modules(text, "kinds", cells, variant.module)
-    if variant.rng and variant.rng.random() < .5:
+    if variant.frame:
         text = pads_in_modules(text, "kinds", cells + text,
                                lambda instance: "frame" if instance in ("u_west", "u_ring") else None)
     (work / "kinds.v").write_text(text)
@@ -628,7 +642,7 @@ def main():
     options.add_argument("--work", required=True, type=pathlib.Path, help="scratch folder, emptied first")
     given = options.parse_args()
     name, _, seed = given.variant.partition(":")
-    variant = random_variant(int(seed)) if seed else Variant(name, *VARIANTS[name])
+    variant = random_variant(int(seed)) if seed else Variant(name, *VARIANTS[name], internals="in_ring" not in name)
     try:
         cells, output = build(variant, given.bin.resolve(), given.work)
         faults, count, steps = prove(given.work.resolve(), cells, output)
