@@ -25,11 +25,6 @@ TEST(Groups, AsFewAsPossibleAndEven) {
         EXPECT_EQ(groups_of(split_into_groups(c.n, c.size)), c.expected) << c.n << " by " << c.size;
 }
 
-TEST(Groups, SizeBelowTwoEndsTheRunWithStatusZero) {
-    // The message goes to the console, which a death test does not look at; the status is what a script sees.
-    EXPECT_EXIT(split_into_groups(3, 1), testing::ExitedWithCode(0), "");
-}
-
 // Group sizes of the clock, boundary clock, shift and first extra pin for 10 cells.
 struct GROUP_CASE {
     const char *what;
