@@ -62,6 +62,31 @@ TEST(Cells, EachKindWritesItsLines) {
     EXPECT_EQ(result.status, 0) << result.out << result.err;
 }
 
+TEST(Cells, MuxPadsAndPadsWithCellsInsideWithAllOtherCellsInOneModule) {
+    chip_case chip(kinds_input());
+    run_result result = chip.run("-add_bcm");
+    EXPECT_EQ(result.status, 0) << result.out << result.err;
+    for (const char *cell : {"'pbsi' of port 'bsi'", "'BCELL15' of port 'mt'", "'BCELL20' of port 'g0{Q}'"})
+        EXPECT_NE(
+            result.out.find(std::string("WARNING: cell ") + cell +
+                            " does not stand in chip_BCM:\n         option -add_bcm leaves its chain and "
+                            "control pins unconnected.\n\n"),
+            std::string::npos)
+            << cell << result.out;
+    std::string text = chip.commands({"chip_jtag"});
+    for (const char *lines :
+         {"disconnect pmi{T}\nconnect chip_BCM{BCELL4_UPD_OUT} pmi{T}\nconnect chip_BCM{BCELL4_IN} pmi{C}\n"
+          "connect chip_BCM{BCELL4_MODE2} pmi{M}\n",
+          "disconnect pmo{T}\nconnect chip_BCM{BCELL14_UPD_OUT} pmo{T}\nconnect chip_BCM{BCELL14_IN} pmo{I}\n"
+          "connect chip_BCM{BCELL14_MODE1} pmo{M}\n",
+          "add BCELL15 BC_MI\nconnect BCELL15{UO} pmt{T}\nconnect BCELL15{DI} pmt{I}\ndisconnect pmt{OEN}\n",
+          "disconnect pmb{C}\nconnect chip_BCM{BCELL18_DATA_OUT} g7{D}\nconnect chip_BCM{BCELL18_PAD_IN} "
+          "pmb{C}\n"
+          "connect chip_BCM{BCELL18_DATA_IN} pmb{I}\nconnect chip_BCM{BCELL18_UPD_OUT} pmb{T}\n"
+          "connect chip_BCM{BCELL18_MUX_DATA_IN} pmb{X}\nconnect chip_BCM{BCELL18_MODE1} pmb{M}\n"})
+        EXPECT_NE(text.find(lines), std::string::npos) << lines << "is not in\n" << text;
+}
+
 TEST(Cells, TwoRowsOnOneNetMeetInEitherOrder) {
     // An input pad that feeds an output pad and an enable: whichever row comes first, each wire has one
     // driver.
