@@ -321,6 +321,54 @@ const CHIP_ROW PLACES[] = {
      .lines = "edit AA_bs\nadd TCK input\nadd TDO output\nreplace p pads_bs\nconnect pm{C} p{TMS}\nconnect "
               "p{TCK} TCK\n"
               "connect p{TDO} TDO\nsave\n"},
+    {.what = "all standard ports in the pads' module, TRST too, TDO on a bidirectional pad",
+     .input =
+         {.design =
+              "module pads(input a, tdi, tms, tck, trst, output c, i, input t, inout tdo); IBUF pa(.PAD(a), "
+              ".C(c));\n"
+              "IBUF pi(.PAD(tdi), .C(i)); IBUF pm(.PAD(tms)); IBUF pk(.PAD(tck)); IBUF pr(.PAD(trst));\n"
+              "BBUF po(.I(t), .OEN(1'b1), .PAD(tdo)); endmodule\n"
+              "module chip(input a, ck, tdi, tms, tck, trst, inout tdo); wire c;\n"
+              "pads p(.a(a), .c(c), .tdi(tdi), .tms(tms), .tck(tck), .trst(trst), .tdo(tdo));\n"
+              "FF f(.D(c), .CK(ck)); endmodule\n",
+          .tap_items = "%TRST TRST; ",
+          .pins =
+              "1 A a *\n6 TDI tdi *\n7 TMS tms *\n8 TCK tck *\n11 TRST trst *\n10 TDO tdo *\n9 CK ck *\n"},
+     .changes = {{"chip.bsc", "%GLOBAL_TCK tck;", "%GLOBAL_TCK tck; %GLOBAL_TRST trst;"},
+                 {"chip.bsc", "tck, ck;", "tck, ck, trst;"}},
+     .status = 0,
+     .lines = R"(replace p pads_bs
+connect p{i} TAP{TDI}
+connect p{vmr_tap_tms} TAP{TMS}
+connect p{vmr_tap_tck} TAP{TCK}
+connect p{t} TAP{TDO}
+connect p{TDO_EN} TAP{TDO_EN}
+connect p{vmr_tap_trst} TAP{TRST}
+connect p{shiftDR} TAP{shiftDR}
+connect p{clockDR} TAP{clockDR}
+connect p{updateDR} TAP{updateDR}
+connect p{mode1} TAP{mode1}
+connect p{chain_in} TAP{BC_FIRST}
+connect p{chain_out} TAP{BC_LAST}
+save
+quit
+edit pads_bs
+add vmr_tap_tms output
+add vmr_tap_tck output
+add vmr_tap_trst output
+add shiftDR input
+add clockDR input
+add updateDR input
+add mode1 input
+add chain_in input
+add chain_out output
+add TDO_EN input
+connect pm{C} vmr_tap_tms
+connect pk{C} vmr_tap_tck
+connect pr{C} vmr_tap_trst
+disconnect po{OEN}
+connect po{OEN} TDO_EN
+)"},
     {.what = "a standard port that is new, the TAP two levels above the pads",
      .design = "three_down",
      .input = {.tap_items = "%HIGHZ_COMMAND highz; %SIGNAL_BUFFER BUFX; %EXTRA_1 xtra; ",
