@@ -80,7 +80,7 @@ void make_output_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
     EDIT_OPERAND data_in = bcm_port(name, "IN");
     cut_pin(fp, row.pad_instance, row.pad_input, data_in, EDIT_WIDE);
     edit_connect(fp, bcm_port(name, "OUT"), side_operand(row, SIDE_INPUT), EDIT_WIDE);
-    edit_connect(fp, data_in, far);
+    edit_connect(fp, data_in, far, EDIT_WIDE_SECOND);
     count_bcm_cell();
 }
 
@@ -293,7 +293,6 @@ void warn_of_unwired_cell(const OPIN_ROW &row, const char *name) {
 }
 
 void begin_bcm_cells() {
-    reset_emission();
     bcm_cells = {};
     level_count = 0;
 }

@@ -48,17 +48,16 @@ void connect_tdo() {
     if (driven)
         warn_of_cut({row->pad_instance, row->pad_input});
     if (tied || driven)
-        edit_disconnect(TAP_FP, row_operand(PORT_TDO));
+        take_pin_for_tap(TAP_FP, -1, row->pad_instance, row->pad_input);
     connect_port(PORT_TDO);
     const char *enable = row->pad == nullptr         ? nullptr
                          : row->pad->en_l != nullptr ? row->pad->en_l
                                                      : row->pad->en_h;
     if (TAP_TDO_EN_PIN == nullptr || enable == nullptr)
         return;
-    EDIT_OPERAND pin = pin_of(row->pad_instance, enable);
     if (TAP_FLAG.tdo_en != -1)
-        edit_disconnect(TAP_FP, pin);
-    edit_connect(TAP_FP, pin, tap_port(TAP_TDO_EN_PIN));
+        take_pin_for_tap(TAP_FP, -1, row->pad_instance, enable);
+    edit_connect(TAP_FP, pin_of(row->pad_instance, enable), tap_port(TAP_TDO_EN_PIN));
 }
 
 } // namespace

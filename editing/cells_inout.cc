@@ -102,7 +102,7 @@ void add_with_new_pad(EDIT_FILE *fp, int32_t index, IN_OUT_PAIR &pair) {
     const char *pad_cell;
     const BUFFER_CELL *buffer = bidirectional_pad_cell(row, pad_cell);
     std::string pad = format_text("B_PAD%d", ADD_BUF_COUNT++);
-    int32_t node = get_node_connected_to_portnode(find_iport(row.port_name));
+    int32_t node = port_far_node(row);
     bool core_reads = !is_constant_net(node) && node_reads(row, node);
     EDIT_OPERAND far = node_operand(node);
     EDIT_OPERAND pad_output = pin_of(pad, buffer->output);
@@ -115,7 +115,8 @@ void add_with_new_pad(EDIT_FILE *fp, int32_t index, IN_OUT_PAIR &pair) {
     edit_connect(fp, pin_of(pad, buffer->inout), port_net(row.port_name));
     edit_add_instance(fp, pair.in_name, pair.in->name);
     edit_add_instance(fp, pair.out_name, pair.out->name);
-    if (core_reads || pair.in->data_out == nullptr)
+    // A core that drives the port has nothing to be driven by.
+    if (core_reads)
         edit_connect(fp, data_out, far);
     edit_connect(fp, pad_output, pin_of(pair.in_name, pair.in->data_in));
     edit_connect(fp, pin_of(pair.out_name, pair.out->data_out), pin_of(pad, buffer->input));

@@ -31,7 +31,8 @@ MUX_PAIR place_mux_pair(EDIT_FILE *fp, int32_t index, const ROLE_CELL &in, bool 
 
 void connect_pair_data(EDIT_FILE *fp, OPIN_ROW &row, const MUX_PAIR &pair) {
     edit_connect(fp, pin_of(pair.in_name, pair.in->data_in), side_operand(row, SIDE_OUTPUT));
-    edit_connect(fp, pin_of(pair.out_name, pair.out->data_in), side_operand(row, SIDE_INPUT));
+    if (pair.out->data_in != nullptr)
+        edit_connect(fp, pin_of(pair.out_name, pair.out->data_in), side_operand(row, SIDE_INPUT));
     mux_pin_step(fp, row, MUX_IN1, pair.out_name, pair.out->update_dr_out);
 }
 

@@ -59,9 +59,10 @@ void warn_of_unwired_ports() {
 void free_existing_tap(EDIT_FILE *fp) {
     for (STANDARD_PORT port : PORT_ORDER)
         free_standard_pin(fp, port);
-    for (CONTROL_SIGNAL signal : BORDER_ORDER)
-        if (signal_is_used(signal))
-            free_pin(fp, TAP_FLAG.control[signal], TAP_PIN[signal]);
+    for (CONTROL_SIGNAL signal : BORDER_ORDER) {
+        bool is_command = signal == SIG_HIGHZ && !signal_is_used(signal);
+        free_pin(fp, is_command ? TAP_FLAG.hiz : TAP_FLAG.control[signal], pin_in_use(signal));
+    }
     for (int32_t i = 0; i < BCELL_EXTRA && i < DYNA_count(TAP_EXTRA_PIN); i++)
         if (i < DYNA_count(TAP_FLAG.extras))
             free_pin(fp, TAP_FLAG.extras[i], TAP_EXTRA_PIN[i]);

@@ -26,7 +26,6 @@
 namespace {
 
 void write_cells(EDIT_FILE *fp, int32_t first) {
-    reset_emission();
     for (int32_t row = first; row < DYNA_count(OPIN_TAB); row++)
         if (OPIN_TAB[row].scan_cell != nullptr)
             add_scan_cells_in_cmd_file(fp, row);
@@ -97,6 +96,7 @@ void add_scan_cell() {
     if (multi_io_module_flagG != 0 && rwv_hier_tap_ctrlG != 0)
         vmr_fail("ERROR: Can not support hierarchic TAP controller for multiple IO-PAD modules.\n\n");
     check_cells_exist();
+    reset_emission();
     if (multi_io_module_flagG != 0) {
         open_multi_io_modules();
         bs_hier_search_tap_ports();
@@ -141,6 +141,7 @@ void add_boundary_scan_module() {
     vmr_printf(" - Synthesizing Boundary Registers in gate level ...\n\n");
     PAD_MODULE_EXIST = 0;
     open_sdb_file(MODULE_SDB);
+    reset_emission();
     make_top_sdb();
     begin_bcm_cells();
     for (int32_t row = first_row_with_cells(); row < DYNA_count(OPIN_TAB); row++)

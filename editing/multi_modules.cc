@@ -110,7 +110,6 @@ void open_multi_io_modules() {
 }
 
 void emit_multi_io_cells() {
-    reset_emission();
     // The port warnings of the cell lines are those of a top module.
     PAD_MODULE_EXIST = 0;
     int32_t open = -1;

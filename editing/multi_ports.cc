@@ -1,6 +1,7 @@
 #include "editing/multi_ports.hh"
 
 #include "editing/multi_modules.hh"
+#include "editing/pad_sides.hh"
 #include "editing/standard_ports.hh"
 #include "editing/tap_top.hh"
 #include "planning/tracing.hh"
@@ -28,23 +29,6 @@ struct SIGNAL {
 
 int32_t node_of(const SIGNAL_PLACE &place) {
     return find_pin_node(SDB_nl_search_obj(place.instance), place.pin);
-}
-
-/// The port by which the signal passes the border of the open module, or null. A port that runs the other way
-/// belongs to something else on the net.
-const char *border_port(int32_t node, bool to_pad) {
-    int32_t net = node_tab[node].net;
-    if (net < 0 || is_constant_net(net))
-        return nullptr;
-    int32_t wanted = to_pad ? DIR_INPUT : DIR_OUTPUT;
-    for (int32_t other = net_tab[net].first_node; other >= 0; other = node_tab[other].next) {
-        if (!is_port_node(other))
-            continue;
-        int32_t direction = port_tab[node_tab[other].pin].flags & SDB_DIRECTION_MASK;
-        if (direction == wanted || direction == DIR_BIDIR)
-            return keep_text(node_pin_name(other));
-    }
-    return nullptr;
 }
 
 /// The row of MULTI_IO_TAB of each level of the row's pad, innermost first.
@@ -78,7 +62,7 @@ void stop_at(const OPIN_ROW &row, const std::vector<int32_t> &modules, size_t le
     if (signal.to_pad && pin_is_driven(node)) {
         if (!is_constant_net(node_tab[node].net))
             warn_of_cut(place);
-        edit_disconnect(IO_MODULES[modules[level]].file, pin_of(place.instance, place.pin));
+        take_pin_for_tap(IO_MODULES[modules[level]].file, modules[level], place.instance, place.pin);
     }
     bs_add_tap_port_to_cmd_file(row, modules, level, place, signal);
 }
@@ -106,15 +90,17 @@ bool lead_up(const OPIN_ROW &row, SIGNAL_PLACE &place, const SIGNAL &signal) {
     return false;
 }
 
-/// True when the top module has something on a pin that the TAP is to drive. `net` is what planning found on
-/// the pad.
-bool is_taken_in_top(const SIGNAL_PLACE &place, int32_t net) {
+/// True when the top module has something on a pin or port that the TAP is to drive: the pin is taken then.
+/// `net` is what planning found on the pad.
+bool take_in_top(const SIGNAL_PLACE &place, int32_t net) {
     if (!option(OPT_ADD_TAP))
         return false;
     open_sdb_file(MODULE_SDB);
-    bool taken = is_constant_net(net) || tdo_has_driver(place);
+    bool taken = is_constant_net(net) || tdo_has_driver(place, net);
     SDB_close(sdb, 0);
     SDB_clear_current();
+    if (taken)
+        note_pin_of_tap(0, place.instance, place.pin);
     return taken;
 }
 
@@ -128,7 +114,7 @@ SIGNAL_PLACE search_port(STANDARD_PORT port, OPIN_ROW &row) {
     if (is_new)
         row.mode_net[0] = 1;
     if (port == PORT_TDO)
-        tdo_data = {place, !is_new && is_taken_in_top(place, TAP_FLAG.tdo)};
+        tdo_data = {place, !is_new && take_in_top(place, TAP_FLAG.tdo)};
     return place;
 }
 
@@ -142,7 +128,10 @@ void search_tdo_enable(OPIN_ROW &row) {
     bool is_new = lead_up(row, place, {row.port_name, TAP_WORDS[PORT_TDO], TAP_TDO_EN_PIN, true});
     if (is_new)
         row.mode_net[1] = 1;
-    bool cut = !is_new && (in_module ? is_taken_in_top(place, TAP_FLAG.tdo_en) : TAP_FLAG.tdo_en != -1);
+    // A pad in the top has been looked at by planning.
+    bool cut = !is_new && (in_module ? take_in_top(place, TAP_FLAG.tdo_en) : TAP_FLAG.tdo_en != -1);
+    if (cut && !in_module)
+        note_pin_of_tap(0, place.instance, place.pin);
     tdo_enable = {place, cut};
     if (in_module)
         row.pad_output = place.pin;
@@ -164,6 +153,10 @@ void bs_hier_search_tap_ports() {
     tdo_data = tdo_enable = {};
     for (STANDARD_PORT port : {PORT_TDI, PORT_TMS, PORT_TCK, PORT_TDO, PORT_TRST}) {
         OPIN_ROW *row = TAP_PORT[port].row;
+        if (row != nullptr && row->pad_instance == nullptr && port == PORT_TDO) {
+            SIGNAL_PLACE bare = {nullptr, row->port_name};
+            tdo_data = {bare, take_in_top(bare, TAP_FLAG.tdo)};
+        }
         if (row == nullptr || row->pad_instance == nullptr || row_pin(*row, port) == nullptr)
             continue;
         SIGNAL_PLACE top = search_port(port, *row);

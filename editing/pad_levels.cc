@@ -1,6 +1,7 @@
 #include "editing/pad_levels.hh"
 
 #include "editing/existing_tap.hh"
+#include "editing/pad_sides.hh"
 #include "editing/tap_hierarchy.hh"
 #include "editing/tap_place.hh"
 #include "editing/tap_top.hh"
@@ -162,12 +163,20 @@ EDIT_OPERAND tap_here(const char *pin) {
     return pin_of(TAP_INSTANCE_NAME, pin);
 }
 
+/// Takes the design off a pin that the TAP drives. The cells stand at level 0.
+void free_place(int32_t level, const SIGNAL_PLACE &place) {
+    if (level == 0)
+        take_pin_for_tap(PAD_FP, -1, place.instance, place.pin);
+    else
+        edit_disconnect(PAD_FP, place_operand(place));
+}
+
 /// Where the signal stops it is joined to its new port, freed of what the design has on it.
 void connect_stop(const SIGNAL_ROUTE &route, const std::string &port) {
-    EDIT_OPERAND pin = place_operand(route.steps[route.stop].place);
+    const SIGNAL_PLACE &place = route.steps[route.stop].place;
     if (route.cut)
-        edit_disconnect(PAD_FP, pin);
-    edit_connect(PAD_FP, pin, port_net(port.c_str()));
+        free_place(route.stop, place);
+    edit_connect(PAD_FP, place_operand(place), port_net(port.c_str()));
 }
 
 /// The signal's wire at a level that passes it up to the TAP.
@@ -199,7 +208,7 @@ void connect_in_tap_module(const SIGNAL_ROUTE &route, const PAD_LEVEL &level, co
     EDIT_OPERAND pad = place_operand(step.place);
     // What comes in from above by a port is cut off: the TAP drives the pin now.
     if (step.driven || (route.cut && route.stop == level.number))
-        edit_disconnect(PAD_FP, pad);
+        free_place(level.number, step.place);
     if (level.number == 0)
         edit_connect(PAD_FP, tap_here(pin), pad);
     else
@@ -282,6 +291,13 @@ void set_level_match(const PAD_LEVEL &level) {
 
 // ---- the top module
 
+/// The pin or port in the top module that carries the signal, freed of what the design has on it.
+void connect_in_top(const SIGNAL_ROUTE &route, const EDIT_OPERAND &tap) {
+    if (route.cut_in_top)
+        edit_disconnect(TAP_FP, place_operand(route.top));
+    edit_connect(TAP_FP, place_operand(route.top), tap);
+}
+
 void connect_top_port(STANDARD_PORT port, const char *inst) {
     const SIGNAL_ROUTE &route = PORT_ROUTES[port];
     EDIT_OPERAND tap = pin_of(TAP_INSTANCE_NAME, tap_pin(port));
@@ -289,9 +305,7 @@ void connect_top_port(STANDARD_PORT port, const char *inst) {
         edit_connect(TAP_FP, pin_of(inst, tap_port_name(port).c_str()), tap);
         return;
     }
-    if (route.cut_in_top)
-        edit_disconnect(TAP_FP, place_operand(route.top));
-    edit_connect(TAP_FP, place_operand(route.top), tap);
+    connect_in_top(route, tap);
 }
 
 void connect_top_enable(const char *inst) {
@@ -300,7 +314,7 @@ void connect_top_enable(const char *inst) {
     if (TDO_EN_ROUTE.stop >= 0)
         edit_connect(TAP_FP, pin_of(inst, TAP_TDO_EN_PIN), tap);
     else if (TDO_EN_ROUTE.top.pin != nullptr)
-        edit_connect(TAP_FP, place_operand(TDO_EN_ROUTE.top), tap);
+        connect_in_top(TDO_EN_ROUTE, tap);
     else if (has_enable_port(DYNA_count(row.hier_classes)))
         edit_connect(TAP_FP, pin_of(inst, TAP_TDO_EN_PIN), tap);
 }

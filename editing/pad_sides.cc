@@ -45,6 +45,28 @@ bool joins_only(int32_t node, int32_t obj, int32_t other) {
     return true;
 }
 
+/// The node of a pin of an instance, names of pins compared without regard to case, or of a port.
+int32_t node_of(const char *instance, const char *pin) {
+    if (instance != nullptr)
+        return find_pin_node(SDB_nl_search_obj(instance), pin);
+    int32_t port = SDB_nl_search_port(pin);
+    return port < 0 ? -1 : port_tab[port].node;
+}
+
+bool is_taken(int32_t node) {
+    for (const EMISSION_STATE::TAKEN_PIN &taken : emission.taken_pins)
+        if (taken.module == current_multi_io_indexG && node_of(taken.instance, taken.pin) == node)
+            return true;
+    return false;
+}
+
+/// The first node of the list that is neither `own`, nor of the object, nor taken by the TAP; -1 for none.
+int32_t first_other_node(int32_t node, int32_t own, int32_t obj) {
+    while (node >= 0 && (node == own || (obj >= 0 && node_tab[node].obj == obj) || is_taken(node)))
+        node = node_tab[node].next;
+    return node;
+}
+
 void note_cut(int32_t node, const EDIT_OPERAND &successor) {
     if (node >= 0)
         emission.cut_pins.insert_or_assign(cut_key(node), successor);
@@ -54,6 +76,15 @@ void note_cut(int32_t node, const EDIT_OPERAND &successor) {
 
 void reset_emission() {
     emission = {};
+}
+
+void note_pin_of_tap(int32_t module, const char *instance, const char *pin) {
+    emission.taken_pins.push_back({module, instance, pin});
+}
+
+void take_pin_for_tap(EDIT_FILE *fp, int32_t module, const char *instance, const char *pin) {
+    edit_disconnect(fp, instance != nullptr ? pin_of(instance, pin) : port_net(pin));
+    note_pin_of_tap(module, instance, pin);
 }
 
 const char *&side_pin(OPIN_ROW &row, PAD_SIDE side) {
@@ -71,10 +102,7 @@ int32_t far_end(const char *instance, const char *pin, int32_t direction) {
     int32_t net = search_inet_connected_to_obj(obj, pin, direction);
     if (net < 0)
         return -1;
-    int32_t node = net_tab[net].first_node;
-    while (node >= 0 && node_tab[node].obj == obj)
-        node = node_tab[node].next;
-    return node;
+    return first_other_node(net_tab[net].first_node, -1, obj);
 }
 
 int32_t far_end_of_side(OPIN_ROW &row, PAD_SIDE side, PAD_WORD word) {
@@ -95,14 +123,23 @@ EDIT_OPERAND node_operand(int32_t node) {
     return pin_of(SDB_obj_name(sdb, node_tab[node].obj), node_pin_name(node));
 }
 
+int32_t port_far_node(const OPIN_ROW &row) {
+    int32_t own = port_tab[find_iport(row.port_name)].node;
+    int32_t net = node_tab[own].net;
+    int32_t node = net < 0 ? -1 : first_other_node(net_tab[net].first_node, own, -1);
+    if (node < 0)
+        vmr_fail("ERROR: port '%s' is floating.\n\n", row.port_name);
+    return node;
+}
+
 EDIT_OPERAND port_far_operand(const OPIN_ROW &row) {
-    return node_operand(get_node_connected_to_portnode(find_iport(row.port_name)));
+    return node_operand(port_far_node(row));
 }
 
 void cut_pin(EDIT_FILE *fp, const char *instance, const char *pin, const EDIT_OPERAND &successor,
              EDIT_BLANKS blanks) {
     edit_disconnect(fp, pin_of(instance, pin), blanks);
-    note_cut(SDB_nl_search_node(instance, pin), successor);
+    note_cut(node_of(instance, pin), successor);
 }
 
 void cut_port(EDIT_FILE *fp, const OPIN_ROW &row, const EDIT_OPERAND &successor) {

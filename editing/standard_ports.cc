@@ -35,17 +35,6 @@ void close_module(SDB_HANDLE *before) {
         SDB_setup(before);
 }
 
-/// The port by which the net of a pin leaves the open module, or null. Constant nets leave by no port.
-const char *exit_port(int32_t node) {
-    int32_t net = node_tab[node].net;
-    if (net < 0 || is_constant_net(net))
-        return nullptr;
-    for (int32_t other = net_tab[net].first_node; other >= 0; other = node_tab[other].next)
-        if (is_port_node(other))
-            return keep_text(node_pin_name(other));
-    return nullptr;
-}
-
 bool drives_its_net(int32_t node) {
     if (is_port_node(node))
         return (port_tab[node_tab[node].pin].flags & SDB_DIRECTION_MASK) == SDB_INPUT;
@@ -61,20 +50,20 @@ int32_t common_levels(const OPIN_ROW &a, const OPIN_ROW &b) {
     return common;
 }
 
-[[noreturn]] void fail_no_way(const char *port, const char *module) {
-    vmr_fail(
-        "ERROR: the signal of port '%s' does not leave module '%s', which is not on the way to the pads\n"
-        "       of the boundary cells, so that it can't be joined to the TAP.\n\n",
-        port, module);
+[[noreturn]] void fail_no_way(const char *signal, const char *port, const char *module) {
+    vmr_fail("ERROR: the %s of port '%s' does not leave module '%s', which is not on the way to the pads\n"
+             "       of the boundary cells, so that it can't be joined to the TAP.\n\n",
+             signal, port, module);
 }
 
 /// Takes a place one level up through a port of the open module; false when there is none.
-bool leave_module(SIGNAL_PLACE &place, const char *instance, const char *port, const char *module) {
+bool leave_module(SIGNAL_PLACE &place, bool to_pad, const char *instance, const char *port,
+                  const char *module) {
     int32_t node = SDB_nl_search_node(place.instance, place.pin);
     if (node < 0)
         vmr_fail("ERROR: pin '%s' of '%s' on the way of port '%s' can't be found in module '%s'.\n\n",
                  place.pin, place.instance, port, module);
-    const char *exit = exit_port(node);
+    const char *exit = border_port(node, to_pad);
     if (exit != nullptr)
         place = {instance, exit};
     return exit != nullptr;
@@ -89,14 +78,16 @@ void start_route(SIGNAL_ROUTE &route, int32_t levels, int32_t start) {
 }
 
 /// Leads a pad that stands beside the path, in a module below it, up to the path.
-void walk_foreign_levels(const OPIN_ROW &row, int32_t levels, SIGNAL_PLACE &place, SIGNAL_PLACE &enable) {
+void walk_foreign_levels(STANDARD_PORT port, int32_t levels, SIGNAL_PLACE &place, SIGNAL_PLACE &enable) {
+    const OPIN_ROW &row = *TAP_PORT[port].row;
+    bool to_pad = port == PORT_TDO;
     for (int32_t k = 0; k < levels; k++) {
         SDB_HANDLE *before = open_module(row.hier_classes[k]);
-        if (!leave_module(place, row.hier_instances[k], row.port_name, row.hier_classes[k]))
-            fail_no_way(row.port_name, row.hier_classes[k]);
+        if (!leave_module(place, to_pad, row.hier_instances[k], row.port_name, row.hier_classes[k]))
+            fail_no_way("signal", row.port_name, row.hier_classes[k]);
         if (enable.pin != nullptr &&
-            !leave_module(enable, row.hier_instances[k], row.port_name, row.hier_classes[k]))
-            fail_no_way(row.port_name, row.hier_classes[k]);
+            !leave_module(enable, true, row.hier_instances[k], row.port_name, row.hier_classes[k]))
+            fail_no_way("enable", row.port_name, row.hier_classes[k]);
         close_module(before);
     }
 }
@@ -110,7 +101,7 @@ void follow_level(SIGNAL_ROUTE &route, SIGNAL_PLACE &place, int32_t level, const
     int32_t node = SDB_nl_search_node(place.instance, place.pin);
     bool driven = to_pad && node >= 0 && pin_is_driven(node);
     route.steps[level] = {place, driven};
-    if (!tied && leave_module(place, path.hier_instances[level], port, path.hier_classes[level]))
+    if (!tied && leave_module(place, to_pad, path.hier_instances[level], port, path.hier_classes[level]))
         return;
     route.stop = level;
     route.cut = tied || driven;
@@ -123,19 +114,35 @@ SIGNAL_PLACE start_place(STANDARD_PORT port) {
     return {row.pad_instance, row_pin(row, port)};
 }
 
-/// The top module may drive the pin by which the TDO signal goes down to its pad.
+/// The top module may drive the pins by which the TDO signal and its enable go to their pad.
 void look_at_tdo_in_top() {
-    SIGNAL_ROUTE &route = PORT_ROUTES[PORT_TDO];
-    if (!option(OPT_ADD_TAP) || TAP_PORT[PORT_TDO].row == nullptr || route.stop >= 0 ||
-        route.top.instance == nullptr)
+    if (!option(OPT_ADD_TAP) || TAP_PORT[PORT_TDO].row == nullptr)
         return;
     SDB_HANDLE *before = sdb;
     open_sdb_file(MODULE_SDB);
-    route.cut_in_top = tdo_has_driver(route.top);
+    SIGNAL_ROUTE &data = PORT_ROUTES[PORT_TDO];
+    data.cut_in_top = data.stop < 0 && tdo_has_driver(data.top, TAP_FLAG.tdo);
+    TDO_EN_ROUTE.cut_in_top = TDO_EN_ROUTE.stop < 0 && TDO_EN_ROUTE.top.pin != nullptr &&
+                              tdo_has_driver(TDO_EN_ROUTE.top, TAP_FLAG.tdo_en);
     close_module(before);
 }
 
 } // namespace
+
+const char *border_port(int32_t node, bool to_pad) {
+    int32_t net = node_tab[node].net;
+    if (net < 0 || is_constant_net(net))
+        return nullptr;
+    int32_t wanted = to_pad ? DIR_INPUT : DIR_OUTPUT;
+    for (int32_t other = net_tab[net].first_node; other >= 0; other = node_tab[other].next) {
+        if (!is_port_node(other))
+            continue;
+        int32_t direction = port_tab[node_tab[other].pin].flags & SDB_DIRECTION_MASK;
+        if (direction == wanted || direction == DIR_BIDIR)
+            return keep_text(node_pin_name(other));
+    }
+    return nullptr;
+}
 
 bool pin_is_driven(int32_t node) {
     int32_t net = node_tab[node].net;
@@ -148,9 +155,11 @@ bool pin_is_driven(int32_t node) {
 }
 
 void warn_of_cut(const SIGNAL_PLACE &place) {
-    vmr_printf("WARNING: Pin '%s' of '%s' is driven by the design.\n"
-               "         It will be disconnected and reconnected to TAP.\n",
-               place.pin, place.instance);
+    if (place.instance != nullptr)
+        vmr_printf("WARNING: Pin '%s' of '%s' is driven by the design.\n", place.pin, place.instance);
+    else
+        vmr_printf("WARNING: Port '%s' is driven by the design.\n", place.pin);
+    vmr_printf("         It will be disconnected and reconnected to TAP.\n");
 }
 
 std::string tap_port_name(STANDARD_PORT port) {
@@ -194,18 +203,22 @@ void walk_to_top(STANDARD_PORT port, SIGNAL_PLACE &enable) {
     int32_t levels = DYNA_count(row.hier_classes);
     if (place.instance == nullptr || levels == 0)
         return;
-    walk_foreign_levels(row, levels, place, enable);
+    walk_foreign_levels(port, levels, place, enable);
     row.pad_instance = place.instance;
     row_pin(row, port) = place.pin;
 }
 
-bool tdo_has_driver(const SIGNAL_PLACE &place) {
-    if (!option(OPT_ADD_TAP) || place.instance == nullptr)
+bool tdo_has_driver(const SIGNAL_PLACE &place, int32_t told) {
+    if (!option(OPT_ADD_TAP) || place.pin == nullptr)
         return false;
-    int32_t node = SDB_nl_search_node(place.instance, place.pin);
+    int32_t port = place.instance == nullptr ? SDB_nl_search_port(place.pin) : -1;
+    int32_t node = place.instance != nullptr ? SDB_nl_search_node(place.instance, place.pin)
+                   : port >= 0               ? port_tab[port].node
+                                             : -1;
     if (node < 0 || !pin_is_driven(node))
         return false;
-    warn_of_cut(place);
+    if (!is_constant_net(node_tab[node].net) || !is_constant_net(told))
+        warn_of_cut(place);
     return true;
 }
 
@@ -225,7 +238,7 @@ void bs_search_standard_ports(int32_t index) {
         SIGNAL_PLACE port_enable = {};
         if (port == PORT_TDO && TAP_TDO_EN_PIN != nullptr)
             port_enable = {row->pad_instance, tdo_enable_pin()};
-        walk_foreign_levels(*row, DYNA_count(row->hier_classes) - common, place[port], port_enable);
+        walk_foreign_levels(port, DYNA_count(row->hier_classes) - common, place[port], port_enable);
         PORT_ROUTES[port].start = levels - common;
         if (port == PORT_TDO) {
             enable = port_enable;

@@ -30,7 +30,7 @@ struct SIGNAL_ROUTE {
     ROUTE_STEP *steps; ///< table: by level; null places outside the way
     SIGNAL_PLACE top;  ///< the pin or port that carries it in the top module, when it reaches that
     bool cut;          ///< where it stops, the pin is to be freed of what the design has on it
-    bool cut_in_top;   ///< the same for the pin in the top module
+    bool cut_in_top;   ///< the same for the pin or port in the top module
 };
 
 /// Routes of the five ports, and of the enable of the TDO pad. Set by bs_search_standard_ports.
@@ -56,12 +56,17 @@ bool port_is_used(STANDARD_PORT port);
 /// a message that names the port when the signal does not leave a module.
 void walk_to_top(STANDARD_PORT port, SIGNAL_PLACE &enable);
 
+/// The port by which the signal of a pin passes the border of the open module, or null: one that runs towards
+/// the pad when the TAP drives the signal, else away from it. A port that runs the other way belongs to
+/// something else on the net; constant nets leave by no port.
+const char *border_port(int32_t node, bool to_pad);
 /// True when something in the open module drives the net of a pin that the TAP is to drive.
 bool pin_is_driven(int32_t node);
 /// Warns that such a pin is freed.
 void warn_of_cut(const SIGNAL_PLACE &place);
-/// True when the design drives a pin of the open module that an added TAP is to drive; warns of it.
-bool tdo_has_driver(const SIGNAL_PLACE &place);
+/// True when the design drives a pin or port of the open module that an added TAP is to drive. A constant is
+/// only warned of where the user has not been told of it: `told` is the word of TAP_FLAG for the signal.
+bool tdo_has_driver(const SIGNAL_PLACE &place, int32_t told);
 
 /// Follows the standard ports up the pad path of OPIN_TAB row `row` and fills the routes; the rows then name
 /// the signals' places in the top module.

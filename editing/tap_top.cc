@@ -36,17 +36,6 @@ const char *mode_pin_of_pads(int32_t mode) {
     return nullptr;
 }
 
-const char *border_pin(CONTROL_SIGNAL signal) {
-    if (signal_is_used(signal))
-        return TAP_PIN[signal];
-    if (signal == SIG_HIGHZ && highz_buffers_exist())
-        return TAP_HIZ_PIN;
-    for (int32_t mode = 0; mode < 3; mode++)
-        if (signal == MODE_SIGNALS[mode])
-            return mode_pin_of_pads(mode);
-    return nullptr;
-}
-
 /// The wire between the chip's side of a signal and the TAP. A TAP in the pads' path gets its pins with the
 /// `replace` line of that path, so the wire is then left to replace_cell_in_top.
 void connect_to_tap(const SIGNAL_PLACE &chip_side, const char *tap_pin, SIGNAL_PLACE &left_for_later) {
@@ -109,13 +98,14 @@ void connect_tdo_in_top() {
     SIGNAL_PLACE enable;
     walk_to_top(PORT_TDO, enable);
     EDIT_OPERAND data = row_operand(PORT_TDO);
-    if (is_constant_net(TAP_FLAG.tdo) || tdo_has_driver({row.pad_instance, row.pad_input}))
-        edit_disconnect(TAP_FP, data);
+    const char *pin = row.pad_instance != nullptr ? row.pad_input : row.port_name;
+    if (is_constant_net(TAP_FLAG.tdo) || tdo_has_driver({row.pad_instance, pin}, TAP_FLAG.tdo))
+        take_pin_for_tap(TAP_FP, -1, row.pad_instance, pin);
     edit_connect(TAP_FP, data, pin_of(TAP_INSTANCE_NAME, TAP_PORT[PORT_TDO].tap_pin));
     if (TAP_TDO_EN_PIN == nullptr || enable.pin == nullptr)
         return;
-    if (TAP_FLAG.tdo_en != -1)
-        edit_disconnect(TAP_FP, place_operand(enable));
+    if (TAP_FLAG.tdo_en != -1 || tdo_has_driver(enable, TAP_FLAG.tdo_en))
+        take_pin_for_tap(TAP_FP, -1, enable.instance, enable.pin);
     edit_connect(TAP_FP, place_operand(enable), pin_of(TAP_INSTANCE_NAME, TAP_TDO_EN_PIN));
 }
 
@@ -182,6 +172,17 @@ bool signal_is_used(CONTROL_SIGNAL signal) {
            (signal == SIG_SHIFT || signal == SIG_CLOCK || BCELL_HAS[signal] != 0);
 }
 
+const char *pin_in_use(CONTROL_SIGNAL signal) {
+    if (signal_is_used(signal))
+        return TAP_PIN[signal];
+    if (signal == SIG_HIGHZ && highz_buffers_exist())
+        return TAP_HIZ_PIN;
+    for (int32_t mode = 0; mode < 3; mode++)
+        if (signal == MODE_SIGNALS[mode])
+            return mode_pin_of_pads(mode);
+    return nullptr;
+}
+
 int copy_file(const std::string &from, const std::string &to) {
     return run_shell("cp " + shell_word(from) + " " + shell_word(to));
 }
@@ -194,7 +195,7 @@ std::vector<const char *> crossing_signals() {
             pins.push_back(pin);
     };
     for (CONTROL_SIGNAL signal : BORDER_ORDER)
-        add(border_pin(signal));
+        add(pin_in_use(signal));
     for (int32_t i = 0; i < BCELL_EXTRA && i < DYNA_count(TAP_EXTRA_PIN); i++)
         add(TAP_EXTRA_PIN[i]);
     return pins;

@@ -82,8 +82,9 @@ void append_control_block(std::string &text, const CONTR_PIN_ROW &entry) {
     const char *function = control != nullptr ? text_or(control->bsdl_type, "*") : "*";
     const char *cell = control != nullptr && control->scan_cell != nullptr ? control->scan_cell->name : "*";
     const char *net = control != nullptr ? text_or(control->net_name, "*") : "*";
-    text += format_text("   [CONTROL SCAN CELL]    %-22s %-6c  %-11s %-11s\n", net, '*', function,
-                        SCAN_TAB[first + 1].inst);
+    // The place of a port whose cell is inside its pad is none: the cell's own name is right all the same.
+    const char *inst = control != nullptr ? text_or(control->inst, SCAN_TAB[first + 1].inst) : "*";
+    text += format_text("   [CONTROL SCAN CELL]    %-22s %-6c  %-11s %-11s\n", net, '*', function, inst);
     if (DYNA_count(entry.orders) == 1)
         text += format_text("   [OE RANGE] %3d                   ", first);
     else

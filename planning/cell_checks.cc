@@ -2,6 +2,7 @@
 #include "planning/validation.hh"
 
 #include "description/lookups.hh"
+#include "planning/port_table.hh"
 #include "planning/tap_state.hh"
 #include "planning/tracing.hh"
 #include "sdb/navigation.hh"
@@ -225,6 +226,25 @@ bool check_control_oe_high_scan_cell(const char *name) {
     return check_cell(CONTROL_OE_HIGH_CHECK, name);
 }
 
+namespace {
+
+/// The cells that the pin file names for its pins, and those of pins inside the core, have no role that is
+/// checked here; the TAP must have what they want all the same.
+void note_cells_of_pins() {
+    for (const PIN_ENTRY *pin : rows(PIN_TABLE)) {
+        if (pin->top_name == nullptr || skip_signal(pin->top_name))
+            continue;
+        const char *inside = is_internal_pin(pin)  ? INTERNAL_SCAN
+                             : is_observe_pin(pin) ? OBSERVE_ONLY_SCAN
+                                                   : nullptr;
+        for (const char *name : {pin->bsc_name, pin->bsc_kind == BSC_I ? pin->bsc_i : nullptr, inside})
+            if (const SCAN_CELL *cell = get_scan_cell(name); cell != nullptr)
+                note_control_pins(*cell);
+    }
+}
+
+} // namespace
+
 void check_scan_cells() {
     for (int32_t &flag : BCELL_HAS)
         flag = 0;
@@ -255,4 +275,5 @@ void check_scan_cells() {
             fault |= role.check(role.name);
     if (fault)
         vmr_fail("\n");
+    note_cells_of_pins();
 }

@@ -3,6 +3,8 @@
 #include "description/lookups.hh"
 #include "planning/tap_state.hh"
 #include "planning/tracing.hh"
+#include "planning/validation.hh"
+#include "sdb/sdb.hh"
 #include "support/console.hh"
 #include "support/run_state.hh"
 #include "support/text.hh"
@@ -29,6 +31,20 @@ const char *builtin_cell_name(const OPIN_ROW &row) {
     return get_scan_cell(row.pad_class) != nullptr ? row.pad_class : row.pad->name;
 }
 
+void note_tap_net(int32_t signal, const char *tap_pin) {
+    int32_t tap_obj = find_tap_instance();
+    if (tap_obj < 0 || tap_pin == nullptr)
+        return;
+    int32_t net = search_inet_connected_to_obj(tap_obj, tap_pin, DIR_OUTPUT);
+    TAP_FLAG.control[signal] = net;
+    if (!is_constant_net(net))
+        return;
+    const char *keyword = CONTROL_SIGNALS[signal].keyword;
+    vmr_printf("WARNING: Pin %s '%s' of TAP '%s' was connected to %s.\n", keyword, tap_pin, TAP_INSTANCE_NAME,
+               net == SDB_NET_GND ? "GND" : "VCC");
+    vmr_printf("         %s '%s' will be disconnected.\n", keyword, tap_pin);
+}
+
 SCAN_CELL *builtin_cell(const OPIN_ROW &row) {
     SCAN_CELL *cell = get_scan_cell(builtin_cell_name(row));
     if (cell == nullptr)
@@ -46,6 +62,7 @@ SCAN_CELL *builtin_cell(const OPIN_ROW &row) {
                      JTAG_LIB_FILE, info.keyword, text_or_undefined(TAP_MODULE_NAME), row.pad_class);
         BCELL_HAS[signal] = 1;
         TAP_PIN[signal] = without_minus(TAP_CONTR->*info.tap_field);
+        note_tap_net(signal, TAP_PIN[signal]);
     }
     return cell;
 }

@@ -34,6 +34,10 @@ SCAN_CELL *declared_cell(const char *first, const char *second);
 /// that covers it.
 const char *builtin_cell_name(const OPIN_ROW &row);
 
+/// Looks up what an existing TAP has on its pin of a signal, when that comes to be needed after the field
+/// checks. A constant there is warned of: the run takes it away.
+void note_tap_net(int32_t signal, const char *tap_pin);
+
 /// The cell inside a %BS_BUFFER pad. Ends the run when the library has none. What that cell needs of the TAP
 /// is noted: it was not among the declared cells when the TAP's pins were looked up.
 SCAN_CELL *builtin_cell(const OPIN_ROW &row);

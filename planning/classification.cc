@@ -43,7 +43,7 @@ void save_bidir_port(BUFFER_CELL *pad, int32_t row, int32_t port) {
 
 /// The TAP's pin of a mode signal, looked up behind each port, since a cell inside a pad can be the first
 /// that needs it; and the net that an existing TAP has on it.
-void resolve_mode_pin(int32_t signal, int32_t tap_obj) {
+void resolve_mode_pin(int32_t signal) {
     const CONTROL_SIGNAL_INFO &info = CONTROL_SIGNALS[signal];
     const char *field = TAP_CONTR != nullptr ? TAP_CONTR->*info.tap_field : nullptr;
     TAP_PIN[signal] = nullptr;
@@ -54,15 +54,22 @@ void resolve_mode_pin(int32_t signal, int32_t tap_obj) {
     } else if (BCELL_HAS[signal] != 0) {
         TAP_PIN[signal] = without_minus(field);
     }
-    if (tap_obj < 0 || TAP_PIN[signal] == nullptr)
+    note_tap_net(signal, TAP_PIN[signal]);
+}
+
+/// The mode pins of a mux pad that no working net drives will hang on the TAP, whose pins have to be free for
+/// that.
+void note_modes_of_pad(const OPIN_ROW &row) {
+    constexpr const char *BUFFER_CELL::*MODES[] = {&BUFFER_CELL::mode_1, &BUFFER_CELL::mode_2,
+                                                   &BUFFER_CELL::mode_3};
+    if (row.pad == nullptr || row.kind < CELL_MUX_INPUT || TAP_CONTR == nullptr)
         return;
-    int32_t net = search_inet_connected_to_obj(tap_obj, TAP_PIN[signal], DIR_OUTPUT);
-    TAP_FLAG.control[signal] = net;
-    if (!is_constant_net(net))
-        return;
-    vmr_printf("WARNING: Pin %s '%s' of TAP '%s' was connected to %s.\n", info.keyword, TAP_PIN[signal],
-               TAP_INSTANCE_NAME, net == SDB_NET_GND ? "GND" : "VCC");
-    vmr_printf("         %s '%s' will be disconnected.\n", info.keyword, TAP_PIN[signal]);
+    for (int32_t i = 0; i < 3; ++i) {
+        int32_t signal = MODE_SIGNALS[i];
+        bool hangs_on_tap = row.pad->*MODES[i] != nullptr && row.mode_net[i] < 2;
+        if (hangs_on_tap && TAP_PIN[signal] == nullptr && TAP_FLAG.control[signal] < 0)
+            note_tap_net(signal, without_minus(TAP_CONTR->*CONTROL_SIGNALS[signal].tap_field));
+    }
 }
 
 void save_OPIN_TAB_for_adding_scan_cell(int32_t row_index) {
@@ -92,9 +99,9 @@ void save_OPIN_TAB_for_adding_scan_cell(int32_t row_index) {
     else
         vmr_fail("FATAL: can't identify function of port '%s'.\n\n", row.port_name);
 
-    int32_t tap_obj = SDB_nl_search_obj(TAP_INSTANCE_NAME);
     for (int32_t signal : {SIG_MODE2, SIG_MODE3})
-        resolve_mode_pin(signal, tap_obj);
+        resolve_mode_pin(signal);
+    note_modes_of_pad(row);
 }
 
 void choose_internal_cell(OPIN_ROW &row) {

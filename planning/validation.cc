@@ -105,17 +105,6 @@ bool misses_tap_name(const char *keyword, const char *name) {
     return true;
 }
 
-// The existing TAP: by its instance name, else, for a TAP down the hierarchy, by its whole path.
-int32_t find_tap_instance() {
-    int32_t obj = SDB_nl_search_obj(TAP_INSTANCE_NAME);
-    if (obj != -1 || rwv_hier_tap_ctrlG == 0)
-        return obj;
-    std::string path;
-    for (const TAP_PATH_ROW &row : rows(rwv_hier_tap_ctrl_name_tabG))
-        path += (path.empty() ? "" : std::string(1, sdb_hier_dot)) + row.inst;
-    return SDB_nl_search_obj(path.c_str());
-}
-
 void check_tap_instance(FIELD_CHECK &check) {
     check.error |= check_tap_names();
     if (TAP_INSTANCE_NAME == nullptr || option(OPT_ADD_TAP) || option(OPT_ADD_BCM))
@@ -370,6 +359,16 @@ void check_pin_list(FIELD_CHECK &check) {
 }
 
 } // namespace
+
+int32_t find_tap_instance() {
+    int32_t obj = SDB_nl_search_obj(TAP_INSTANCE_NAME);
+    if (obj != -1 || rwv_hier_tap_ctrlG == 0)
+        return obj;
+    std::string path;
+    for (const TAP_PATH_ROW &row : rows(rwv_hier_tap_ctrl_name_tabG))
+        path += (path.empty() ? "" : std::string(1, sdb_hier_dot)) + row.inst;
+    return SDB_nl_search_obj(path.c_str());
+}
 
 bool check_tap_names() {
     bool fault = misses_tap_name("%MODULE_NAME", TAP_MODULE_NAME);

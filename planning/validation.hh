@@ -26,6 +26,9 @@ bool check_tap_names();
 void rwv_check_hier_tap_ctrl_instance();
 /// Notes in BCELL_HAS and BCELL_EXTRA which control signals a cell wants; no flag is ever taken back.
 void note_control_pins(const SCAN_CELL &cell);
+/// The instance of a TAP that the open design holds: by its name, else, for one down a path, by the whole path; -1
+/// for none.
+int32_t find_tap_instance();
 /// Checks every declared scan cell role and sets BCELL_HAS and BCELL_EXTRA. Ends the run on a fault.
 void check_scan_cells();
 /// Looks at the pads of the design for the TAP's sake: mode pins, TDO enable. Opens and closes MODULE_C_SDB.

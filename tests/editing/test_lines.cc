@@ -72,6 +72,12 @@ connect BCELL2{DO} B_PAD0{EN}
      .status = 0,
      .lines = "add BCELL1 BC_OBS\nadd BCELL0 BC_OUT\nconnect B_PAD0{C} g{A}\nconnect B_PAD0{C} BCELL1{DI}\n"
               "connect BCELL0{DO} B_PAD0{I}\nconnect BCELL0{DI} VCC\n"},
+    {.what = "the core drives, and the input cell only observes",
+     .input = {.design = DRIVES, .roles = "%INPUT_SCAN BC_OBS;", .settings = DEFAULT_PADS, .pins = B_PINS},
+     .options = "-add_tap -add_pad",
+     .status = 0,
+     .lines = "add BCELL1 BC_OBS\nadd BCELL0 BC_OUT\nconnect B_PAD0{C} BCELL1{DI}\n"
+              "connect BCELL0{DO} B_PAD0{I}\nconnect BCELL0{DI} f{Q}\n"},
     {.what = "the port feeds another port",
      .input = {.design = "module chip(inout b, output z, input ck); assign z = b; endmodule\n",
                .settings = DEFAULT_PADS,
@@ -215,6 +221,96 @@ connect BCELL2{DO} pb{I}
          "connect BCELL7{DO} m{A}\nconnect BCELL7{DI} GND\n"},
 };
 
+/// A TDO pad in the top, beside the module of the pads.
+constexpr const char *TDO_BESIDE_PADS =
+    "module pads(input a, output c); IBUF pa(.PAD(a), .C(c)); endmodule\n"
+    "module chip(input a, ck, output tdo); wire c, t; pads p(.a(a), .c(c)); FF f(.D(c), .CK(ck), .Q(t));\n"
+    "TBUF po(.I(t), .OEN(1'b0), .PAD(tdo)); endmodule\n";
+/// One of the TAP's outputs is tied where its module is placed.
+constexpr const char *TIED_TAP =
+    "module M(input g, l); tapm t(.xtra(g), .BC_LAST(l)); endmodule\n"
+    "module chip(input a, ck); wire c; IBUF pa(.PAD(a), .C(c)); FF f(.D(c), .CK(ck));\n"
+    "M m(.g(1'b0), .l(1'b1)); endmodule\n";
+constexpr const char *A_PINS = "1 A a *\n9 CK ck *\n", *TDO_PINS = "1 A a *\n10 TDO tdo *\n9 CK ck *\n";
+
+/// What the design has on a pin that is to hang on the other side from now on.
+const CHIP_ROW TAKEN_PINS[] = {
+    {.what = "a tied enable of a TDO pad beside the pads' module",
+     .input = {.design = TDO_BESIDE_PADS, .pins = TDO_PINS},
+     .expected = "WARNING: Pin 'I' of 'po' is driven by the design.\n",
+     .status = 0,
+     .lines = "disconnect po{I}\nconnect po{I} TAP{TDO}\ndisconnect po{OEN}\nconnect po{OEN} TAP{TDO_EN}\n"},
+    {.what = "a driven enable of a TDO pad beside the pads' module",
+     .input = {.design = TDO_BESIDE_PADS, .pins = TDO_PINS},
+     .changes = {{"chip.v", ".OEN(1'b0)", ".OEN(c)"}},
+     .expected = "WARNING: Pin 'OEN' of 'po' is driven by the design.\n",
+     .status = 0,
+     .lines = "disconnect po{OEN}\nconnect po{OEN} TAP{TDO_EN}\n"},
+    {.what = "an enable that is tied above the module of the TDO pad",
+     .input = {.design = "module io(input t, e, output tdo); TBUF po(.I(t), .OEN(e), .PAD(tdo)); endmodule\n"
+                         "module chip(input a, ck, output tdo); wire c, q; IBUF pa(.PAD(a), .C(c));\n"
+                         "FF f(.D(c), .CK(ck), .Q(q)); io x(.t(q), .e(1'b0), .tdo(tdo)); endmodule\n",
+               .pins = TDO_PINS},
+     .status = 0,
+     .lines = "disconnect x{t}\nconnect x{t} TAP{TDO}\ndisconnect x{e}\nconnect x{e} TAP{TDO_EN}\n"},
+    {.what = "a cell in the core does not reach its net by a pin that the TAP has taken",
+     .input = {.design =
+                   "module chip(input a, ck, output tdo); wire c, q; IBUF pa(.PAD(a), .C(c)); INV n(.A(q));\n"
+                   "FF f(.D(c), .CK(ck), .Q(q)); OBUF po(.I(q), .PAD(tdo)); endmodule\n",
+               .roles = "%INTERNAL_SCAN BC_IN;",
+               .pins = "2 INTERNAL f{Q} *\n1 A a *\n10 TDO tdo *\n9 CK ck *\n"},
+     .status = 0,
+     .lines = "disconnect f{Q}\nconnect BCELL1{DO} n{A}\nconnect BCELL1{DI} f{Q}\n"},
+    {.what = "nor does an input cell, in the pads' module",
+     .input = {.design = "module pads(input a, output c, input t, output tdo); IBUF pa(.PAD(a), .C(c));\n"
+                         "TBUF po(.I(t), .OEN(c), .PAD(tdo)); endmodule\n"
+                         "module chip(input a, ck, output tdo); wire c; pads p(.a(a), .c(c), .tdo(tdo));\n"
+                         "FF f(.D(c), .CK(ck)); endmodule\n",
+               .pins = TDO_PINS},
+     .changes = {{"chip.lib", "%OUTPUT PAD; %EN_L OEN; }", "%FUNCTION out; %OUTPUT PAD; %EN_L OEN; }"}},
+     .status = 0,
+     .lines = "disconnect pa{C}\nconnect BCELL0{DO} c\nconnect BCELL0{DI} pa{C}\n"},
+    {.what = "a TDO port without a pad that the core drives",
+     .input = {.design = "module chip(input a, ck, output tdo); wire q; FF f(.D(a), .CK(ck), .Q(q));\n"
+                         "INV g(.A(q), .Z(tdo)); endmodule\n",
+               .pins = TDO_PINS},
+     .options = "-add_tap -no_pad",
+     .expected = "WARNING: Port 'tdo' is driven by the design.\n"
+                 "         It will be disconnected and reconnected to TAP.\n",
+     .status = 0,
+     .lines = "disconnect tdo\nconnect tdo TAP{TDO}\n"},
+    {.what = "a tied output of a TAP down a path that the cell inside a pad needs",
+     .input = {.design = TIED_TAP, .tap_items = "%MODE_2 xtra; ", .tap = "m.t", .pins = A_PINS},
+     .changes = {{"chip.v", "IBUF pa", "BSIN pa"},
+                 {"chip.lib", "%MODE_1 MD; }\n%BS_BUFFER BSOUT", "%MODE_2 MD; }\n%BS_BUFFER BSOUT"}},
+     .options = "",
+     .expected = "WARNING: Pin %MODE_2 'xtra' of TAP 't' was connected to GND.\n"
+                 "         %MODE_2 'xtra' will be disconnected.\n",
+     .status = 0,
+     .lines = "disconnect t{xtra}\n"},
+    {.what = "a tied output of a TAP that the multiplexer of a pad needs",
+     .input = {.design = TIED_TAP,
+               .tap_items = "%MODE_2 xtra; ",
+               .tap = "m.t",
+               .roles = "%INPUT_MUX_SCAN BC_MI;",
+               .pins = A_PINS},
+     .changes = {{"chip.v", "IBUF pa", "MUXI pa"}},
+     .options = "",
+     .expected = "WARNING: Pin %MODE_2 'xtra' of TAP 't' was connected to GND.\n",
+     .status = 0,
+     .lines = "disconnect t{xtra}\n"},
+    {.what = "a tied output of a TAP that a high-impedance buffer needs",
+     .input = {.design = TIED_TAP,
+               .tap_items = "%HIGHZ_COMMAND xtra; %SIGNAL_BUFFER BUFX; ",
+               .tap = "m.t",
+               .pins = "1 A a *\n2 Z z *\n9 CK ck *\n"},
+     .changes = {{"chip.v", "chip(input a", "chip(output z, input a"},
+                 {"chip.v", "IBUF pa", "TBUF pz(.I(c), .OEN(1'b0), .PAD(z)); IBUF pa"}},
+     .options = "",
+     .status = 0,
+     .lines = "disconnect t{xtra}\n"},
+};
+
 constexpr const char *PAD_MODULE_PINS =
     "1 A a *\n2 Y y *\n8 TCK tck *\n6 TDI tdi *\n10 TDO tdo *\n9 CK ck *\n";
 
@@ -237,7 +333,7 @@ const CHIP_ROW PLACES[] = {
      .input = {.pins = PAD_MODULE_PINS},
      .changes = {{"chip.v", ".OEN(te)", ".OEN(1'b0)"}},
      .expected =
-         "ERROR: the signal of port 'tdo' does not leave module 'io', which is not on the way to the pads\n"
+         "ERROR: the enable of port 'tdo' does not leave module 'io', which is not on the way to the pads\n"
          "       of the boundary cells, so that it can't be joined to the TAP.\n\n"},
     {.what = "the TDO pad is reached from the pads' module, and freed in the top",
      .design = "pad_module",
@@ -451,6 +547,10 @@ connect k{TDI} tdi
 };
 
 } // namespace
+
+TEST(Lines, OfPinsThatTheTapTakes) {
+    run_rows(TAKEN_PINS);
+}
 
 TEST(Lines, OfAddedPads) {
     run_rows(ADDED_PADS);

@@ -146,18 +146,39 @@ constexpr const char *M2_PINS = "1 PA a * BSC(BC_M2)\n2 PY y *\n3 PZ z *\n4 PB b
 constexpr const char *WITH_TAP_PINS =
     "1 A a *\n6 TDI tdi *\n7 TMS tms *\n8 TCK tck *\n10 TDO tdo *\n9 CK ck *\n";
 
+constexpr const char *A_PINS = "1 A a *\n9 CK ck *\n";
+constexpr const char *OLD_TAP =
+    "module chip(input a, ck); wire c; IBUF pa(.PAD(a), .C(c)); FF f(.D(c), .CK(ck));\n"
+    "tapm TAP(.BC_LAST(1'b1)); endmodule\n";
+constexpr const char *MUX_PAD_ON_OLD_TAP =
+    "module chip(input a, ck); wire c; MUXI pa(.PAD(a), .C(c)); FF f(.D(c), .CK(ck));\n"
+    "tapm TAP(.BC_LAST(1'b1)); endmodule\n";
+constexpr const char *MUX_ROLE = "%INPUT_MUX_SCAN BC_MI;";
+
 const CHIP_ROW SIGNALS[] = {
-    {.what = "no inverter for an active-low signal",
-     .input = {.tap_items = "%MODE_2 -mode2; ", .pins = M2_PINS},
+    {.what = "no inverter for an active-low signal that a pad alone needs",
+     .input =
+         {.design = MUX_PAD_ON_OLD_TAP, .tap_items = "%MODE_2 -mode2; ", .roles = MUX_ROLE, .pins = A_PINS},
+     .options = "",
      .expected = "ERROR: (./chip.lib) can't find %INV_BUFFER in %TAP_CONTROLLER\n"
                  "       to bring the active low signal 'mode2' to the boundary cells.\n\n"},
     {.what = "no inverting buffer for a tree",
-     .input = {.tap_items = "%MODE_2 -mode2; %GROUP_SIZE 4; %SIGNAL_BUFFER BUFX; ", .pins = M2_PINS},
+     .input = {.design = MUX_PAD_ON_OLD_TAP,
+               .tap_items = "%MODE_2 -mode2; %GROUP_SIZE 4; %SIGNAL_BUFFER BUFX; ",
+               .roles = MUX_ROLE,
+               .pins = A_PINS},
+     .options = "",
      .expected = "ERROR: (./chip.lib) no buffer cell is named in %TAP_CONTROLLER for signal 'mode2'.\n\n"},
     {.what = "the TAP has no such signal",
-     .input = {.pins = M2_PINS},
+     .input =
+         {.design = OLD_TAP, .tap_items = "%EXTRA_2 xtra; ", .roles = "%INPUT_SCAN BC_X;", .pins = A_PINS},
+     .options = "",
      .expected =
-         "ERROR: (./chip.lib) %TAP_CONTROLLER has no pin for the mode2 signal of the boundary cells.\n\n"},
+         "ERROR: (./chip.lib) %TAP_CONTROLLER has no pin for the extra1 signal of the boundary cells.\n\n"},
+    {.what = "a signal that no cell but one of the pin file has",
+     .input = {.tap_items = "%MODE_2 mode2; ", .pins = M2_PINS},
+     .status = 0,
+     .lines = "connect BCELL0{M2} TAP{mode2}\n"},
     {.what = "a TAP down a path, with the clock of the cells",
      .design = "tap_in_module",
      .input = {.tap = "b.t", .pins = WITH_TAP_PINS},
@@ -345,13 +366,12 @@ TEST(Messages, ASupplyNetIsNamedAsTheSourceOfAnEnable) {
 
 TEST(Messages, ConstantsOnTheOutputsOfAnExistingTapAreCut) {
     CHIP_INPUT input;
-    input.design = "module chip(input a, ck); wire c; IBUF pa(.PAD(a), .C(c)); FF f(.D(c), .CK(ck));\n"
-                   "tapm TAP(.BC_LAST(1'b1)); endmodule\n";
+    input.design = OLD_TAP;
     input.cells = test_file("designs/more_cells.v");
     input.library = test_file("designs/more.lib");
     input.roles = "%INPUT_SCAN BC_X;";
     input.tap_items = "%EXTRA_1 xtra; ";
-    input.pins = "1 A a *\n9 CK ck *\n";
+    input.pins = A_PINS;
     chip_case chip(input);
     for (const char *pin : {"clockDR", "mode1", "xtra", "BC_FIRST"})
         change_pin(chip, "TAP", pin,

@@ -18,16 +18,16 @@ connect  chip_BCM{BCELL1_IN_OUT}  g{D}
 connect chip_BCM{BCELL1_IN_IN}  pn{C}
 disconnect  py{I}
 connect  chip_BCM{BCELL2_OUT}  py{I}
-connect chip_BCM{BCELL2_IN} f{Q}
+connect chip_BCM{BCELL2_IN}  f{Q}
 disconnect  pz0{I}
 connect  chip_BCM{BCELL3_OUT}  pz0{I}
-connect chip_BCM{BCELL3_IN} k{Q}
+connect chip_BCM{BCELL3_IN}  k{Q}
 disconnect pz0{OEN}
 connect chip_BCM{BCELL4_IN} g{Q}
 connect chip_BCM{BCELL4_OUT} pz0{OEN}
 disconnect  pz1{I}
 connect  chip_BCM{BCELL5_OUT}  pz1{I}
-connect chip_BCM{BCELL5_IN} f{Q}
+connect chip_BCM{BCELL5_IN}  f{Q}
 disconnect pz1{OEN}
 connect chip_BCM{BCELL4_OUT} pz1{OEN}
 disconnect pb{I}
