@@ -1,5 +1,6 @@
 #include "editing/standard_ports.hh"
 
+#include "editing/tap_place.hh"
 #include "planning/tracing.hh"
 #include "sdb/navigation.hh"
 #include "support/console.hh"
@@ -114,9 +115,11 @@ SIGNAL_PLACE start_place(STANDARD_PORT port) {
     return {row.pad_instance, row_pin(row, port)};
 }
 
-/// The top module may drive the pins by which the TDO signal and its enable go to their pad.
-void look_at_tdo_in_top() {
-    if (!option(OPT_ADD_TAP) || TAP_PORT[PORT_TDO].row == nullptr)
+/// The top module may drive the pins by which the TDO signal and its enable go to their pad. A TAP among the
+/// pads' modules meets the signals of their pads there.
+void look_at_tdo_in_top(int32_t levels) {
+    if (!option(OPT_ADD_TAP) || TAP_PORT[PORT_TDO].row == nullptr ||
+        (rwv_hier_same_instance_iopadG >= 0 && PORT_ROUTES[PORT_TDO].start < levels))
         return;
     SDB_HANDLE *before = sdb;
     open_sdb_file(MODULE_SDB);
@@ -134,14 +137,17 @@ const char *border_port(int32_t node, bool to_pad) {
     if (net < 0 || is_constant_net(net))
         return nullptr;
     int32_t wanted = to_pad ? DIR_INPUT : DIR_OUTPUT;
+    const char *found = nullptr;
     for (int32_t other = net_tab[net].first_node; other >= 0; other = node_tab[other].next) {
-        if (!is_port_node(other))
-            continue;
-        int32_t direction = port_tab[node_tab[other].pin].flags & SDB_DIRECTION_MASK;
-        if (direction == wanted || direction == DIR_BIDIR)
-            return keep_text(node_pin_name(other));
+        int32_t direction =
+            is_port_node(other) ? port_tab[node_tab[other].pin].flags & SDB_DIRECTION_MASK : -1;
+        bool passes = direction == wanted || direction == DIR_BIDIR;
+        if (passes && found == nullptr)
+            found = node_pin_name(other);
+        else if (to_pad && other != node)
+            return nullptr;
     }
-    return nullptr;
+    return keep_text_or_null(found);
 }
 
 bool pin_is_driven(int32_t node) {
@@ -275,7 +281,7 @@ void bs_search_standard_ports(int32_t index) {
     }
     if (enable.pin != nullptr)
         TDO_EN_ROUTE.top = enable;
-    look_at_tdo_in_top();
+    look_at_tdo_in_top(levels);
     if (TDO_EN_ROUTE.stop >= 0)
         TAP_PORT[PORT_TDO].row->mode_net[1] = 1;
     else if (TDO_EN_ROUTE.start < levels && enable.pin != nullptr)

@@ -34,7 +34,7 @@ def module_text(name, instances, outside, cells):
         written = []
         for pin, net in connections(pins):
             written.append(f".{pin}({port_name(net)})")
-            if "'" not in net:
+            if net and "'" not in net:
                 directions.setdefault(net, set()).add(cells[cell][pin])
         lines.append(f"    {cell} {instance} ({', '.join(written)});")
     ports = [net for net in directions if net in outside]
