@@ -3,6 +3,8 @@
 #include "siblings/netlist_sdb.hh"
 #include "siblings/tool.hh"
 
+#include <strings.h>
+
 namespace {
 
 NL_MODULE &edited(EDIT_NETLIST &edit) {
@@ -46,6 +48,22 @@ void put_on(EDIT_NETLIST &edit, const EDIT_PLACE &place, int32_t net) {
 int32_t pin_net_name(EDIT_NETLIST &edit, const NL_INSTANCE &instance, int32_t pin) {
     return NL_name(edit.design.names,
                    NL_string(edit.design.names, instance.name) + "_" + NL_string(edit.design.names, pin));
+}
+
+// The commands may hold the spelling of a library description, which knows pins without regard to case. Two
+// pins that differ by case alone are told apart by their exact names only.
+int32_t only_port_in_other_case(const EDIT_NETLIST &edit, const NL_MODULE &def, std::string_view pin) {
+    std::string wanted(pin);
+    int32_t found = NL_NONE;
+    for (size_t port = 0; port < def.ports.size(); port++) {
+        std::string name(NL_string(edit.design.names, def.ports[port].name));
+        if (strcasecmp(name.c_str(), wanted.c_str()) != 0)
+            continue;
+        if (found != NL_NONE)
+            return NL_NONE;
+        found = static_cast<int32_t>(port);
+    }
+    return found;
 }
 
 void index_names(EDIT_NETLIST &edit) {
@@ -94,7 +112,10 @@ bool EDIT_find_pin(EDIT_NETLIST &edit, int32_t instance_index, std::string_view 
     int32_t name = NL_find_name(edit.design.names, pin);
     int32_t port = name == NL_NONE ? NL_NONE : NL_find_port(def, name);
     if (port == NL_NONE)
+        port = only_port_in_other_case(edit, def, pin);
+    if (port == NL_NONE)
         return false;
+    name = def.ports[static_cast<size_t>(port)].name;
     place.net = &edited(edit).pins[static_cast<size_t>(instance.first_pin + port)];
     place.drives = def.ports[static_cast<size_t>(port)].direction == NL_OUTPUT;
     place.name = pin_net_name(edit, instance, name);

@@ -68,6 +68,8 @@ const edit_case edits[] = {
      "path more \nconnect k{o} X_NET\nreplace k box_bs\nconnect k{si} v[1]\n",
      "k box_bs i=a o=X_NET si=v[1] so=-\n"},
     {"replace drops the others", "path none\npath more\nreplace k less\n", "k less o=- x=-\n"},
+    {"a pin in another case, as a library may write it", "disconnect u2{z}\ndisconnect u2{a}\n",
+     "output y y\nu2 INV A=- Z=-\n"},
     {"connecting what is connected", "connect u2{A} u3{A}\nconnect u2{A} n\n", ""},
 };
 
