@@ -231,6 +231,12 @@ constexpr const char *TIED_TAP =
     "module M(input g, l); tapm t(.xtra(g), .BC_LAST(l)); endmodule\n"
     "module chip(input a, ck); wire c; IBUF pa(.PAD(a), .C(c)); FF f(.D(c), .CK(ck));\n"
     "M m(.g(1'b0), .l(1'b1)); endmodule\n";
+constexpr const char *PADS_IN_TWO_MODULES =
+    "module pa(input a, output c); IBUF p(.PAD(a), .C(c)); endmodule\n"
+    "module py(input i, output y); OBUF p(.I(i), .PAD(y)); endmodule\n"
+    "module io(input t, e, output tdo); TBUF po(.I(t), .OEN(e), .PAD(tdo)); endmodule\n"
+    "module chip(input a, ck, output y, tdo); wire c, q; pa u(.a(a), .c(c)); py v(.i(q), .y(y));\n"
+    "FF f(.D(c), .CK(ck), .Q(q)); io x(.t(q), .e(1'b0), .tdo(tdo)); endmodule\n";
 constexpr const char *A_PINS = "1 A a *\n9 CK ck *\n", *TDO_PINS = "1 A a *\n10 TDO tdo *\n9 CK ck *\n";
 
 /// What the design has on a pin that is to hang on the other side from now on.
@@ -279,6 +285,23 @@ const CHIP_ROW TAKEN_PINS[] = {
                  "         It will be disconnected and reconnected to TAP.\n",
      .status = 0,
      .lines = "disconnect tdo\nconnect tdo TAP{TDO}\n"},
+    {.what = "a port that feeds nothing but such a port",
+     .input = {.design = "module chip(input a, ck, output tdo); FF f(.CK(ck)); assign tdo = a; endmodule\n",
+               .pins = TDO_PINS},
+     .options = "-add_tap -no_pad",
+     .expected = "ERROR: port 'a' is floating.\n\n"},
+    {.what = "a TDO port without a pad beside pads in two modules",
+     .input = {.design = PADS_IN_TWO_MODULES, .pins = "1 A a *\n2 Y y *\n10 TDO tdo *\n9 CK ck *\n"},
+     .changes = {{"chip.v", "io x(.t(q), .e(1'b0), .tdo(tdo));", "INV g(.A(q), .Z(tdo)); io x();"}},
+     .options = "-add_tap -no_pad",
+     .expected = "WARNING: Port 'tdo' is driven by the design.\n",
+     .status = 0,
+     .lines = "disconnect tdo\nconnect tdo TAP{TDO}\n"},
+    {.what = "a TDO pad below the top, fed and tied there, beside pads in two modules",
+     .input = {.design = PADS_IN_TWO_MODULES, .pins = "1 A a *\n2 Y y *\n10 TDO tdo *\n9 CK ck *\n"},
+     .expected = "WARNING: Pin 't' of 'x' is driven by the design.\n",
+     .status = 0,
+     .lines = "disconnect x{t}\nconnect x{t} TAP{TDO}\ndisconnect x{e}\nconnect x{e} TAP{TDO_EN}\n"},
     {.what = "a tied output of a TAP down a path that the cell inside a pad needs",
      .input = {.design = TIED_TAP, .tap_items = "%MODE_2 xtra; ", .tap = "m.t", .pins = A_PINS},
      .changes = {{"chip.v", "IBUF pa", "BSIN pa"},
