@@ -67,32 +67,81 @@ TEST(Bcm, PairsOfCellsAndSharedControls) {
     }
 }
 
-TEST(Bcm, PadsBelowTheTopAreRefused) {
-    constexpr const char *PADS = "module pads(input p, output k); IBUF i(.PAD(p), .C(k)); endmodule\n";
-    const struct {
-        const char *what, *design, *message;
-    } cases[] = {
-        {"one module",
-         "module chip(input a, ck); wire v; pads u(.p(a), .k(v)); FF f(.D(v), .CK(ck)); endmodule\n",
-         "ERROR: the pad of port 'a' lies in module 'pads'.\n"
-         "       Option -add_bcm needs all pads in the top module.\n\n"},
-        {"a test port",
-         "module chip(input a, ck, tdi); wire v, w; IBUF i(.PAD(a), .C(v)); pads u(.p(tdi), .k(w));\n"
-         "FF f(.D(v), .CK(ck)); FF g(.D(w), .CK(ck)); endmodule\n",
-         "ERROR: the pad of port 'tdi' lies in module 'pads'.\n"},
-    };
-    for (const auto &each : cases) {
-        SCOPED_TRACE(each.what);
-        CHIP_INPUT input;
-        input.design = std::string(PADS) + each.design;
-        input.pins = "1 PA a *\n2 CK ck *\n3 TDI tdi *\n";
-        if (std::string(each.what) == "one module")
-            input.pins = "1 PA a *\n2 CK ck *\n";
-        chip_case chip(input);
-        run_result result = chip.run("-add_bcm");
-        EXPECT_EQ(result.status, 255);
-        EXPECT_NE(result.out.find(each.message), std::string::npos) << result.out;
-        EXPECT_FALSE(chip.scratch.has("rimweave_lib/chip_jtag.cmd"));
-        EXPECT_FALSE(chip.scratch.has("chip_jtag.sdb"));
-    }
+namespace {
+
+constexpr const char *CK_PINS = "1 PA a *\n2 CK ck *\n3 TDI tdi *\n10 TDO tdo *\n";
+/// The user's module of all cells, as far as these chips reach it.
+constexpr const char *BCM = "module chip_BCM(input BCELL0_IN, BCM_TDI, BCM_TMS, BCM_TCK, BCELL1_IN, "
+                            "BCELL2_IN, output BCELL0_OUT, BCM_TDO,"
+                            " BCM_TDO_EN, BCELL2_OUT); endmodule\n";
+
+const CHIP_ROW ROWS[] = {
+    {.what = "a pad below the top",
+     .input = {.design = "module pads(input p, output k); IBUF i(.PAD(p), .C(k)); endmodule\n"
+                         "module chip(input a, ck); pads u(.p(a), .k(v)); FF f(.D(v), .CK(ck)); endmodule\n",
+               .pins = CK_PINS},
+     .options = "-add_bcm",
+     .expected = "ERROR: the pad of port 'a' lies in module 'pads'.\n"
+                 "       Option -add_bcm needs all pads in the top module.\n\n"},
+    {.what = "the pad of a test port below the top",
+     .input = {.design = "module pads(input p, output k); IBUF i(.PAD(p), .C(k)); endmodule\n"
+                         "module chip(input a, ck, tdi); IBUF i(.PAD(a), .C(v)); pads u(.p(tdi), .k(w));\n"
+                         "FF f(.D(v), .CK(ck)); FF g(.D(w), .CK(ck)); endmodule\n",
+               .pins = CK_PINS},
+     .options = "-add_bcm",
+     .expected = "ERROR: the pad of port 'tdi' lies in module 'pads'.\n"},
+    {.what = "pads without cells in two modules",
+     .input = {.design = "module pa(input p, output k); MUXC i(.PAD(p), .C(k)); endmodule\n"
+                         "module pb(input p, output k); MUXC i(.PAD(p), .C(k)); endmodule\n"
+                         "module chip(input a, c, d, ck); IBUF i(.PAD(a), .C(v)); pa u(.p(c), .k(w));\n"
+                         "pb x(.p(d), .k(y)); FF f(.D(v), .CK(w)); FF g(.D(v), .CK(y)); endmodule\n",
+               .cells = "module MUXC(input PAD, T, S, output C); endmodule\n",
+               .tap_items = "%MODE_2 mode2; ",
+               .library = "%BUFFER MUXC { %FUNCTION CLOCK; %INPUT PAD; %OUTPUT C; %MUX_IN2 T; %MODE_2 S; }\n",
+               .roles = "%INPUT_MUX_SCAN BC_MI;",
+               .pins = "1 C0 c *\n4 D0 d *\n3 PA a *\n2 CK ck *\n"},
+     .options = "-add_bcm",
+     .expected = "ERROR: Option -add_bcm can not support multiple IO-PAD modules.\n\n"},
+    {.what = "a port without a pad",
+     .input = {.design = "module chip(input a, ck); FF f(.D(a), .CK(ck)); endmodule\n", .pins = CK_PINS},
+     .options = "-add_bcm -no_pad",
+     .expected = "ERROR: port 'a' has no pad. Option -add_bcm needs a pad at each port with a cell.\n\n"},
+    {.what = "what is cut and what is left out",
+     .input =
+         {.design =
+              "module chip(input a, ck, output tdo); IBUF i(.PAD(a), .C(v)); FF f(.D(v), .CK(ck), .Q(q));\n"
+              "OBUF po(.I(q), .PAD(tdo)); INV n(.A(q)); endmodule\n",
+          .cells = BCM,
+          .settings = "%CONNECTION_TABLE { %CONNECT f{CK} TO ck; }",
+          .pins = CK_PINS},
+     .options = "-add_bcm",
+     .expected = "WARNING: option -add_bcm does not carry out %CONNECTION_TABLE.\n\n"
+                 " - Synthesizing Boundary Registers in gate level ...\n\n"
+                 "    .Editing command file    ./rimweave_lib/chip_jtag.cmd ...\n"
+                 "WARNING: Pin 'I' of 'po' is driven by the design.\n",
+     .status = 0,
+     .lines = "disconnect po{I}\nconnect po{I} chip_BCM{BCM_TDO}\ndisconnect  i{C}\n"},
+    {.what = "an input with an inverter and a mux, and a mode pin that is tied",
+     .input =
+         {.design =
+              "module chip(input a, ck); MUXI i(.PAD(a), .C(v), .M(1'b0)); FF f(.D(v), .CK(ck)); endmodule\n",
+          .cells = "module chip_BCM(input BCELL0_IN, BCM_TDI, BCM_TMS, BCM_TCK, output BCELL0_UPD_OUT, "
+                   "BCELL0_MODE2,"
+                   " BCM_TDO, BCM_TDO_EN); endmodule\n",
+          .tap_items = "%MODE_2 mode2; ",
+          .library = "%BUFFER INV { %INPUT A; %OUTPUT Z; }\n",
+          .roles = "%INPUT_MUX_SCAN BC_MI;",
+          .settings = "%INVERTER INV; %INPUT_BUFFER IBUF;",
+          .pins = "1 PA -a *\n2 CK ck *\n"},
+     .options = "-add_bcm",
+     .status = 0,
+     .lines =
+         "connect chip_BCM{BCELL0_UPD_OUT} i{T}\nadd B_PAD_INV0 INV\nconnect B_PAD_INV0{A} i{C}\n"
+         "connect B_PAD_INV0{Z} chip_BCM{BCELL0_IN}\ndisconnect i{M}\nconnect chip_BCM{BCELL0_MODE2} i{M}\n"},
+};
+
+} // namespace
+
+TEST(Bcm, RefusalsAndWarnings) {
+    run_rows(ROWS);
 }

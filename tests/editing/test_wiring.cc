@@ -126,21 +126,6 @@ TEST(Wiring, ShiftReachesTheCells) {
     }
 }
 
-TEST(Wiring, EveryLevelOfATreeIsReported) {
-    CHIP_INPUT input = outputs(10);
-    input.tap_items = "%GROUP_SIZE 3; %SIGNAL_BUFFER BUFX;";
-    chip_case chip(input);
-    run_result result = chip.run("-add_tap");
-    EXPECT_NE(result.out.find("  ** Using buffer 'BUFX' for signal 'shiftDR'\n"
-                              "  ...............................................\n"
-                              "     Level 1: TAP controller drives  2 buffers\n"
-                              "     Level 2:   2 buffers    drive   4 buffers\n"
-                              "     Level 3:   4 buffers    drive  10 scan cells\n"
-                              "  -----------------------------------------------\n"),
-              std::string::npos)
-        << result.out;
-}
-
 TEST(Wiring, APadsModePinIsWiredInEveryForm) {
     struct FORM {
         const char *tap_items, *options, *expected;
