@@ -42,7 +42,7 @@ void connect_tdo() {
         connect_port(PORT_TDO);
         return;
     }
-    int32_t node = SDB_nl_search_node(row->pad_instance, row->pad_input);
+    int32_t node = find_place_node(row->pad_instance, row->pad_input);
     bool tied = is_constant_net(TAP_FLAG.tdo);
     bool driven = !tied && node >= 0 && pin_is_driven(node);
     if (driven)

@@ -27,10 +27,6 @@ struct SIGNAL {
     bool to_pad; ///< the TAP drives it
 };
 
-int32_t node_of(const SIGNAL_PLACE &place) {
-    return find_pin_node(SDB_nl_search_obj(place.instance), place.pin);
-}
-
 /// The row of MULTI_IO_TAB of each level of the row's pad, innermost first.
 std::vector<int32_t> modules_of(const OPIN_ROW &row, const char *word) {
     std::vector<int32_t> modules;
@@ -72,7 +68,7 @@ bool lead_up(const OPIN_ROW &row, SIGNAL_PLACE &place, const SIGNAL &signal) {
     std::vector<int32_t> modules = modules_of(row, signal.word);
     for (size_t level = 0; level < modules.size(); level++) {
         open_sdb_file(IO_MODULES[modules[level]].sdb_path);
-        int32_t node = node_of(place);
+        int32_t node = find_place_node(place.instance, place.pin);
         if (node < 0)
             vmr_fail("ERROR: pin '%s' of '%s' on the way of port '%s' can't be found in module '%s'.\n\n",
                      place.pin, place.instance, signal.port, row.hier_classes[level]);

@@ -45,17 +45,9 @@ bool joins_only(int32_t node, int32_t obj, int32_t other) {
     return true;
 }
 
-/// The node of a pin of an instance, names of pins compared without regard to case, or of a port.
-int32_t node_of(const char *instance, const char *pin) {
-    if (instance != nullptr)
-        return find_pin_node(SDB_nl_search_obj(instance), pin);
-    int32_t port = SDB_nl_search_port(pin);
-    return port < 0 ? -1 : port_tab[port].node;
-}
-
 bool is_taken(int32_t node) {
     for (const EMISSION_STATE::TAKEN_PIN &taken : emission.taken_pins)
-        if (taken.module == current_multi_io_indexG && node_of(taken.instance, taken.pin) == node)
+        if (taken.module == current_multi_io_indexG && find_place_node(taken.instance, taken.pin) == node)
             return true;
     return false;
 }
@@ -139,7 +131,7 @@ EDIT_OPERAND port_far_operand(const OPIN_ROW &row) {
 void cut_pin(EDIT_FILE *fp, const char *instance, const char *pin, const EDIT_OPERAND &successor,
              EDIT_BLANKS blanks) {
     edit_disconnect(fp, pin_of(instance, pin), blanks);
-    note_cut(node_of(instance, pin), successor);
+    note_cut(find_place_node(instance, pin), successor);
 }
 
 void cut_port(EDIT_FILE *fp, const OPIN_ROW &row, const EDIT_OPERAND &successor) {

@@ -60,7 +60,7 @@ int32_t common_levels(const OPIN_ROW &a, const OPIN_ROW &b) {
 /// Takes a place one level up through a port of the open module; false when there is none.
 bool leave_module(SIGNAL_PLACE &place, bool to_pad, const char *instance, const char *port,
                   const char *module) {
-    int32_t node = SDB_nl_search_node(place.instance, place.pin);
+    int32_t node = find_place_node(place.instance, place.pin);
     if (node < 0)
         vmr_fail("ERROR: pin '%s' of '%s' on the way of port '%s' can't be found in module '%s'.\n\n",
                  place.pin, place.instance, port, module);
@@ -99,7 +99,7 @@ void follow_level(SIGNAL_ROUTE &route, SIGNAL_PLACE &place, int32_t level, const
                   bool to_pad, const char *port) {
     if (route.stop >= 0 || level < route.start || place.pin == nullptr)
         return;
-    int32_t node = SDB_nl_search_node(place.instance, place.pin);
+    int32_t node = find_place_node(place.instance, place.pin);
     bool driven = to_pad && node >= 0 && pin_is_driven(node);
     route.steps[level] = {place, driven};
     if (!tied && leave_module(place, to_pad, path.hier_instances[level], port, path.hier_classes[level]))
@@ -217,10 +217,7 @@ void walk_to_top(STANDARD_PORT port, SIGNAL_PLACE &enable) {
 bool tdo_has_driver(const SIGNAL_PLACE &place, int32_t told) {
     if (!option(OPT_ADD_TAP) || place.pin == nullptr)
         return false;
-    int32_t port = place.instance == nullptr ? SDB_nl_search_port(place.pin) : -1;
-    int32_t node = place.instance != nullptr ? SDB_nl_search_node(place.instance, place.pin)
-                   : port >= 0               ? port_tab[port].node
-                                             : -1;
+    int32_t node = find_place_node(place.instance, place.pin);
     if (node < 0 || !pin_is_driven(node))
         return false;
     if (!is_constant_net(node_tab[node].net) || !is_constant_net(told))

@@ -103,6 +103,13 @@ int32_t find_pin_node(int32_t obj, const char *pin_name) {
     return -1;
 }
 
+int32_t find_place_node(const char *instance, const char *pin_name) {
+    if (instance != nullptr)
+        return find_pin_node(SDB_nl_search_obj(instance), pin_name);
+    int32_t port = SDB_nl_search_port(pin_name);
+    return port < 0 ? -1 : port_tab[port].node;
+}
+
 int32_t search_inode_connected_to_obj(int32_t obj, const char *pin_name, int32_t direction) {
     int32_t node = find_pin_node(obj, pin_name);
     if (node < 0)

@@ -1,5 +1,6 @@
-// Small read-only walks through the open design, on which classification and emission rest. Each is also the check
-// that the description fits the netlist. Node, net, port and object ids are those of the current design; -1 is none.
+// Small read-only walks through the open design, on which classification and emission rest. Each is also the
+// check that the description fits the netlist. Node, net, port and object ids are those of the current
+// design; -1 is none.
 #pragma once
 
 #include "planning/port_table.hh"
@@ -9,7 +10,8 @@
 /// Direction codes of ports and pins.
 enum DIRECTION : int32_t { DIR_OUTPUT = 0, DIR_BIDIR = 1, DIR_INPUT = 2 };
 
-/// The port of that name without '-', or the one bit of a one-bit bus of that name. Ends the run when unknown.
+/// The port of that name without '-', or the one bit of a one-bit bus of that name. Ends the run when
+/// unknown.
 int32_t find_iport(const char *name);
 /// The node at the far end of the port's net. Ends the run when the port floats.
 int32_t get_node_connected_to_portnode(int32_t port);
@@ -17,8 +19,10 @@ int32_t get_node_connected_to_portnode(int32_t port);
 int32_t find_adjacent_node(int32_t node);
 /// The node of the object's pin whatever its direction, names compared without regard to case; -1 for none.
 int32_t find_pin_node(int32_t obj, const char *pin_name);
-/// The node of the object's pin, names compared without regard to case; -1 when the object has no such pin. Ends
-/// the run when the pin's direction is another one.
+/// The same by the instance's name, or the node of a port when `instance` is null; -1 for none.
+int32_t find_place_node(const char *instance, const char *pin_name);
+/// The node of the object's pin, names compared without regard to case; -1 when the object has no such pin.
+/// Ends the run when the pin's direction is another one.
 int32_t search_inode_connected_to_obj(int32_t obj, const char *pin_name, int32_t direction);
 /// The net of that node, or -1.
 int32_t search_inet_connected_to_obj(int32_t obj, const char *pin_name, int32_t direction);
@@ -33,5 +37,6 @@ const char *object_class_name(int32_t obj);
 const char *node_pin_name(int32_t node);
 /// True when the node is a port's own node.
 bool is_port_node(int32_t node);
-/// The enable pin of the row's pad: %EN_L, else %EN_H, as PAD_EN_L and PAD_EN_H of the pin file choose. May be null.
+/// The enable pin of the row's pad: %EN_L, else %EN_H, as PAD_EN_L and PAD_EN_H of the pin file choose. May
+/// be null.
 const char *chosen_enable_pin(const BUFFER_CELL *pad, const PIN_ENTRY *pin, bool *is_low);
