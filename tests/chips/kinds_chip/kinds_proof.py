@@ -90,7 +90,7 @@ class Trials:
             for index, (role, name) in self.register.cells.items():
                 if role in ("in", "both"):
                     want = new(captured, name)
-                    want = INVERTED[want] if name == "dn" else want
+                    want = INVERTED[want] if name == "dn" and self.register.inverts else want
                 elif role == "control":
                     want = old(captured, name.split()[0])
                 elif role == "internal":
@@ -200,7 +200,7 @@ def intest(chip, register, rng, look_before, play_new):
     answers = look_before(old.session.steps)
 
     new = fresh(chip, register, rng)
-    direct = ["dn", "mck", "bf", "fti", *register.merged] + (["mxb"] if "in" in register.of_port["mxb"] else [])
+    direct = ["dn", "dim", "mck", "bf", "fti", *register.merged] + (["mxb"] if "in" in register.of_port["mxb"] else [])
     new.session.load("SAMPLE")
     new.session.label = "INTEST"
     scans = []
@@ -249,9 +249,10 @@ def values(answers, place):
     return lambda step, name: name[-1] if name.startswith("1'b") else answers[step][place[name]]
 
 
-def prove(work, cells, output, tap):
+def prove(variant, work, cells, output, tap):
     register = Register(work / "kinds.bso", output)
     register.highz_cells = "highz_cells.v" in cells
+    register.inverts = "-no_pad" not in variant.options      # a cell at the port itself gets no inverter
     kinds = {"in": "input", "out": "output2", "both": "bidir", "control": "control", "internal": "internal"}
     chip = Chip(cells=[Cell(i, kinds[register.cells[i][0]], "", register.cells[i][1])
                        for i in range(len(register.cells))])
@@ -298,7 +299,7 @@ def main():
     variant = random_variant(int(seed)) if seed else Variant(name, *VARIANTS[name], internals="in_ring" not in name)
     try:
         cells, output, tap = build(variant, given.bin.resolve(), given.work)
-        faults, count, steps = prove(given.work.resolve(), cells, output, tap)
+        faults, count, steps = prove(variant, given.work.resolve(), cells, output, tap)
     except ProofError as fault:
         sys.exit(f"PROOF FAILED: {fault}")
     for fault in faults[:proof.FAULTS_SHOWN]:

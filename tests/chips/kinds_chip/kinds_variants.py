@@ -83,6 +83,7 @@ class Variant:
     internals: bool = True  # cells in the core too; with pads in a module they make it two modules
     tap: str = "u_tap"
     exists: bool = False    # the TAP stands in the design, joined to the test pads
+    bare: tuple = ()        # ports without their pads
 
     def highz(self):
         return "highz" in self.name or self.items == HIGHZ_CELLS
@@ -123,6 +124,11 @@ def random_variant(seed):
     elif variant.places == [None]:
         variant.tap = rng.choice(["u_tap", "u_core.u_tap"])
     variant.exists = variant.tap == "u_tap" and rng.random() < .3
+    if rng.random() < .3:
+        variant.options += rng.choice([" -add_pad", " -no_pad"])
+        variant.bare = [port for port in BARE_PORTS if rng.random() < .6]
+        # Cells at bare ports are in the top: several modules take no TAP down a path.
+        variant.tap = "u_tap" if variant.bare and variant.places == ["ring"] else variant.tap
     return variant
 
 
@@ -151,13 +157,23 @@ def describe(variant, work):
     (work / "kinds.pin").write_text(head + "\n\n" + pins)
 
 
+# Ports that may stand without their pads, by what is left of these.
+BARE_PORTS = {"d1": "assign d1_c = d1;", "q0": "assign q0 = s[0];", "q2": "assign q2 = q2_i;"}
+
+
+def take_pads_away(text, ports):
+    for port in ports:
+        text = re.sub(rf"^    [IO]PAD p_{port} \(.*$", "    " + BARE_PORTS[port], text, flags=re.M)
+    return text
+
+
 def join_pads(text, rng):
     """Lets some output pads take their data or enable straight from an input pad, or a constant for data."""
     for port, (shows, data, enable) in OUTPUTS.items():
         if port == "bsb":       # the file shows its control cell nowhere, its net tells which it is
             continue
         pad = next((pad for pad, name in PORT_OF_PAD.items() if name == port), port)
-        row = next(row for row in text.splitlines() if f" p_{pad} (" in row)
+        row = next((row for row in text.splitlines() if f" p_{pad} (" in row), "")
         changed = row
         data_pin = re.search(rf"\.(I|OEN?)\({re.escape(data)}\)", row)
         if data_pin and rng.random() < .25:
@@ -168,7 +184,7 @@ def join_pads(text, rng):
             enable = rng.choice(INPUT_NETS)
             changed = changed.replace(enable_pin[0], f".{enable_pin[1]}({enable})")
         OUTPUTS[port] = (shows, data, enable)
-        text = text.replace(row, changed)
+        text = text.replace(row, changed) if row else text
     return text
 
 
@@ -189,6 +205,7 @@ def write_chip(variant, work):
     """The chip with its pads in their modules; a module may stand in another one of no cells of its own."""
     cells = "".join((work / name).read_text() for name in variant.cell_files())
     text = (HERE / "kinds.v").read_text()
+    text = take_pads_away(text, variant.bare)
     if variant.joins:
         text = join_pads(text, variant.rng)
     if variant.exists:
