@@ -2,7 +2,7 @@
 """Proves a chip whose pads lie in several modules, or whose cells live in one module chip_BCM: as proof.py does,
 and formally with Yosys.
 
-    module_chips.py --chip pads_in_halves --bin build/bin --work DIR
+    module_chips.py --chip pads_on_three_levels --bin build/bin --work DIR
 
 The chip's folder has its netlist, its pin file and its plan; library and settings are those of the example.
 """
