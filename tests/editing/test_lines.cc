@@ -276,6 +276,20 @@ const CHIP_ROW TAKEN_PINS[] = {
      .changes = {{"chip.lib", "%OUTPUT PAD; %EN_L OEN; }", "%FUNCTION out; %OUTPUT PAD; %EN_L OEN; }"}},
      .status = 0,
      .lines = "disconnect pa{C}\nconnect BCELL0{DO} c\nconnect BCELL0{DI} pa{C}\n"},
+    {.what = "a TDO pad that nothing drives",
+     .input = {.design = "module chip(input a, ck, output tdo); wire c, t; IBUF pa(.PAD(a), .C(c));\n"
+                         "FF f(.D(c), .CK(ck)); OBUF po(.I(t), .PAD(tdo)); endmodule\n",
+               .pins = TDO_PINS},
+     .status = 0,
+     .lines = "add tck input\nconnect tck TAP{TCK}\nconnect po{I} TAP{TDO}\n"},
+    {.what = "a TDO pad in the top that a constant drives",
+     .input = {.design = "module chip(input a, ck, output tdo); wire c; IBUF pa(.PAD(a), .C(c));\n"
+                         "FF f(.D(c), .CK(ck)); OBUF po(.I(1'b0), .PAD(tdo)); endmodule\n",
+               .pins = TDO_PINS},
+     .expected =
+         "WARNING: Pin %TDO 'tdo' was connected to GND or VCC.\n         I of po will be disconnected.\n",
+     .status = 0,
+     .lines = "disconnect po{I}\nconnect po{I} TAP{TDO}\n"},
     {.what = "a TDO port without a pad that the core drives",
      .input = {.design = "module chip(input a, ck, output tdo); wire q; FF f(.D(a), .CK(ck), .Q(q));\n"
                          "INV g(.A(q), .Z(tdo)); endmodule\n",
