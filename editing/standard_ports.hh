@@ -58,8 +58,8 @@ void walk_to_top(STANDARD_PORT port, SIGNAL_PLACE &enable);
 
 /// The port by which the signal of a pin passes the border of the open module, or null: one that runs towards
 /// the pad when the TAP drives the signal, else away from it. A port that runs the other way belongs to
-/// something else on the net; constant nets leave by no port. Nor does a signal of the TAP pass by a port that
-/// has more to drive than the pin.
+/// something else on the net; constant nets leave by no port. Nor does a signal of the TAP pass by a port
+/// that has more to drive than the pin.
 const char *border_port(int32_t node, bool to_pad);
 /// True when something in the open module drives the net of a pin that the TAP is to drive.
 bool pin_is_driven(int32_t node);

@@ -17,7 +17,8 @@ constexpr CONTROL_SIGNAL BORDER_ORDER[] = {SIG_SHIFT, SIG_CLOCK, SIG_UPDATE, SIG
                                            SIG_RST,   SIG_MODE1, SIG_MODE2,  SIG_MODE3};
 /// True for a signal that a declared cell has a pin for.
 bool signal_is_used(CONTROL_SIGNAL signal);
-/// The TAP's pin of a signal that cells, pads with a multiplexer or high-impedance buffers hang on; null for none.
+/// The TAP's pin of a signal that cells, pads with a multiplexer or high-impedance buffers hang on; null for
+/// none.
 const char *pin_in_use(CONTROL_SIGNAL signal);
 
 /// Signals that a module with cells gets from outside, by the TAP pins' names, in the order of their lines:

@@ -1,7 +1,7 @@
 // The control signals of the boundary register, as one table.
 //
-// Everything that is done per control signal (counting loads, grouping, building trees, wiring cells, adding ports,
-// reporting) walks this table, so that a signal is one line and not a copy of the code.
+// Everything that is done per control signal (counting loads, grouping, building trees, wiring cells, adding
+// ports, reporting) walks this table, so that a signal is one line and not a copy of the code.
 #pragma once
 
 #include "description/tables.hh"
@@ -24,10 +24,10 @@ enum CONTROL_SIGNAL : int32_t {
 
 /// What is fixed of one control signal.
 struct CONTROL_SIGNAL_INFO {
-    const char *prefix;                ///< word in the names of its buffers: "shift" in shift_buf_1_2
-    const char *keyword;               ///< keyword of the TAP cell's field: "%SHIFT_DR"
-    const char *SCAN_CELL::*cell_pin;  ///< the cell's pin
-    const char *TAP_CELL::*tap_field;  ///< the TAP cell's field; null for bclk
+    const char *prefix;               ///< word in the names of its buffers: "shift" in shift_buf_1_2
+    const char *keyword;              ///< keyword of the TAP cell's field: "%SHIFT_DR"
+    const char *SCAN_CELL::*cell_pin; ///< the cell's pin
+    const char *TAP_CELL::*tap_field; ///< the TAP cell's field; null for bclk
 };
 
 extern const CONTROL_SIGNAL_INFO CONTROL_SIGNALS[SIGNAL_COUNT];
@@ -47,7 +47,7 @@ struct BUFFER_TREE {
 };
 
 extern BUFFER_TREE TREES[SIGNAL_COUNT]; ///< one tree per control signal
-extern BUFFER_TREE *EXTRA_TREES;        ///< table: one tree per %EXTRA_n position; row n-1 belongs to %EXTRA_n
+extern BUFFER_TREE *EXTRA_TREES; ///< table: one tree per %EXTRA_n position; row n-1 belongs to %EXTRA_n
 
 /// The mode signals in order, for loops over %MODE_1 to %MODE_3.
 constexpr CONTROL_SIGNAL MODE_SIGNALS[3] = {SIG_MODE1, SIG_MODE2, SIG_MODE3};

@@ -14,7 +14,8 @@ void init_multi_io_tables();
 /// Releases the planning tables and nulls their handles.
 void free_planning_tables();
 
-/// Walks the pin list, makes the OPIN_TAB rows and classifies each port on the open design; closes the design.
+/// Walks the pin list, makes the OPIN_TAB rows and classifies each port on the open design; closes the
+/// design.
 void produce_opin_control_tab();
 
 /// Per direction: fills one row (input and clock ports, outputs, bidirectional ports). `pad` may be null.
@@ -27,8 +28,8 @@ int32_t save_contr_tab(const BUFFER_CELL *pad, int32_t row);
 int32_t save_oe_contr_tab(const BUFFER_CELL *pad, int32_t row);
 /// Ties the enable of a row with its chosen cell to one of the two control tables.
 void save_enable_control(const BUFFER_CELL *pad, int32_t row);
-/// Gives every I/O module control cells of its own: rows of both tables are split by the module of their ports. Runs
-/// once, when all rows are classified and the design turned out to have several I/O modules.
+/// Gives every I/O module control cells of its own: rows of both tables are split by the module of their
+/// ports. Runs once, when all rows are classified and the design turned out to have several I/O modules.
 void split_control_cells_by_module();
 /// Forgets which enable nets have a control cell; the tables are about to be made anew.
 void forget_control_sharing();

@@ -1,5 +1,5 @@
-// The checks that stand between the hand-written description files and everything after them. A run reports every
-// missing field that it can reach and ends after the last of them.
+// The checks that stand between the hand-written description files and everything after them. A run reports
+// every missing field that it can reach and ends after the last of them.
 #pragma once
 
 #include "description/tables.hh"
@@ -26,8 +26,8 @@ bool check_tap_names();
 void rwv_check_hier_tap_ctrl_instance();
 /// Notes in BCELL_HAS and BCELL_EXTRA which control signals a cell wants; no flag is ever taken back.
 void note_control_pins(const SCAN_CELL &cell);
-/// The instance of a TAP that the open design holds: by its name, else, for one down a path, by the whole path; -1
-/// for none.
+/// The instance of a TAP that the open design holds: by its name, else, for one down a path, by the whole
+/// path; -1 for none.
 int32_t find_tap_instance();
 /// Checks every declared scan cell role and sets BCELL_HAS and BCELL_EXTRA. Ends the run on a fault.
 void check_scan_cells();
@@ -35,11 +35,12 @@ void check_scan_cells();
 void check_connect_pad();
 /// Holds the TAP's signal and inverting buffers against their SDB cells. Ends the run on a fault.
 void check_pin_signal_inv_buf();
-/// Checks the .bsc file, the TAP cell and the pad buffers, and fills the TAP pin names. Ends the run on a fault.
-/// The design must be open.
+/// Checks the .bsc file, the TAP cell and the pad buffers, and fills the TAP pin names. Ends the run on a
+/// fault. The design must be open.
 void check_necessary_fields();
 
-/// Checks of a pad cell that the pin file names for one pin; they fill SPEC_BUFFER_PINS and end the run on a fault.
+/// Checks of a pad cell that the pin file names for one pin; they fill SPEC_BUFFER_PINS and end the run on a
+/// fault.
 void bs_check_input_buf_fields(const char *name);
 void bs_check_output_buf_fields(const char *name);
 void bs_check_inout_buf_fields(const char *name);

@@ -1,8 +1,8 @@
 // A netlist in memory: what the sibling tools read into, change and write from.
 //
-// Everything is an id: a name in the names table, a module in the design, a net in its module. Nets are single
-// bits; a vector is a run of ports or nets with names of the form base[index]. Net 0 of every module is the
-// constant zero and net 1 the constant one.
+// Everything is an id: a name in the names table, a module in the design, a net in its module. Nets are
+// single bits; a vector is a run of ports or nets with names of the form base[index]. Net 0 of every module
+// is the constant zero and net 1 the constant one.
 #pragma once
 
 #include "siblings/names.hh"
@@ -85,7 +85,8 @@ int32_t NL_module(NL_DESIGN &design, int32_t name);
 /// Appends a net.
 int32_t NL_add_net(NL_MODULE &module, int32_t name, int32_t scope = NL_NONE);
 
-/// Fills the groups and the searches by name from the ports. False when two ports share a name; `twice` is it.
+/// Fills the groups and the searches by name from the ports. False when two ports share a name; `twice` is
+/// it.
 bool NL_close_ports(NL_DESIGN &design, NL_MODULE &module, int32_t &twice);
 
 /// The port of that name, or -1.
@@ -107,11 +108,11 @@ void NL_union_join(NL_UNION &sets, int32_t a, int32_t b);
 /// places.
 void NL_merge_nets(NL_MODULE &module, NL_UNION &sets);
 
-/// Gives each net that is on a port the name of its first port, and every other net that had this name one of its
-/// own.
+/// Gives each net that is on a port the name of its first port, and every other net that had this name one of
+/// its own.
 void NL_name_port_nets(NL_DESIGN &design, NL_MODULE &module);
 
-/// A name with `stem` in front that no net, port or instance of the module has. `taken` holds those names; it is
-/// filled when it is empty, and the new name is added.
+/// A name with `stem` in front that no net, port or instance of the module has. `taken` holds those names; it
+/// is filled when it is empty, and the new name is added.
 int32_t NL_new_name(NL_DESIGN &design, const NL_MODULE &module, std::unordered_set<int32_t> &taken,
                     std::string_view stem);

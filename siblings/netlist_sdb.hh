@@ -1,7 +1,7 @@
 // Modules from and to SDB files.
 //
-// In a design that is written, objects 0 and 1 are the sources of the constants, so that nodes 0 and 1 are the
-// first nodes of nets 0 and 1. A library cell is told by its having no object at all. Ports are sorted by
+// In a design that is written, objects 0 and 1 are the sources of the constants, so that nodes 0 and 1 are
+// the first nodes of nets 0 and 1. A library cell is told by its having no object at all. Ports are sorted by
 // direction in the file; their own order is kept beside them and taken up again by the reader.
 #pragma once
 

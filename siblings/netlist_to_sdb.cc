@@ -15,7 +15,8 @@ struct CONSTANT_SOURCE {
     const char *object;
 };
 // In the order of the constant nets.
-constexpr CONSTANT_SOURCE constant_sources[] = {{NL_SOURCE_CLASS_0, "_FORCED_0"}, {NL_SOURCE_CLASS_1, "_FORCED_1"}};
+constexpr CONSTANT_SOURCE constant_sources[] = {{NL_SOURCE_CLASS_0, "_FORCED_0"},
+                                                {NL_SOURCE_CLASS_1, "_FORCED_1"}};
 
 // The file in work, and where things of the module are in it.
 struct WRITER {
@@ -48,8 +49,8 @@ int32_t add_class(WRITER &writer, const NL_MODULE &def) {
                          def.is_cell ? SDB_KIND_CELL : SDB_KIND_DESIGN, pins);
 }
 
-// Drivers stand first on a net, so that a walk from any other pin meets the driver. The sources of the constants
-// are put on their nets before all else and stay first.
+// Drivers stand first on a net, so that a walk from any other pin meets the driver. The sources of the
+// constants are put on their nets before all else and stay first.
 void put_on_net(WRITER &writer, int32_t node, int32_t net, int32_t direction, bool is_port) {
     if (net == NL_NONE)
         return;
@@ -119,7 +120,8 @@ void add_instances(WRITER &writer) {
         if (class_id < 0)
             class_id = add_class(writer, def);
         int32_t scope = scope_of_instance[i];
-        int32_t entry = scope != NL_NONE ? SDB_prefix_name(scope) : name_entry(writer, instance.name, instance.scope);
+        int32_t entry =
+            scope != NL_NONE ? SDB_prefix_name(scope) : name_entry(writer, instance.name, instance.scope);
         int32_t obj = SDB_add_obj(writer.file, entry, class_id);
         if (instance.first_pin == NL_NONE || def.ports.empty())
             continue;

@@ -77,8 +77,8 @@ void take_class_ports(NL_DESIGN &design, const SDB_HANDLE *handle, const SDB_CLA
     const SDB_PIN *pins = SDB_table<SDB_PIN>(handle, SDB_PIN_TAB);
     for (int32_t i = 0; i < row.pin_count; i++) {
         const SDB_PIN &pin = pins[row.first_pin + i];
-        def.ports.push_back({symbol_name(design, handle, pin.name, path), pin.direction & SDB_DIRECTION_MASK,
-                             NL_NONE});
+        def.ports.push_back(
+            {symbol_name(design, handle, pin.name, path), pin.direction & SDB_DIRECTION_MASK, NL_NONE});
     }
     def.defined = true;
     def.is_cell = row.type != SDB_KIND_DESIGN;
@@ -111,7 +111,8 @@ CLASS_MAP map_class(NL_DESIGN &design, const SDB_HANDLE *handle, int32_t class_i
 // The sources stand first of all objects.
 bool is_constant_source(const SDB_HANDLE *handle, int32_t obj) {
     const char *class_name = obj < 2 ? SDB_obj_class_name(handle, obj) : nullptr;
-    return class_name != nullptr && (same_text(class_name, NL_SOURCE_CLASS_0) || same_text(class_name, NL_SOURCE_CLASS_1));
+    return class_name != nullptr &&
+           (same_text(class_name, NL_SOURCE_CLASS_0) || same_text(class_name, NL_SOURCE_CLASS_1));
 }
 
 void read_instance(NL_DESIGN &design, const SDB_HANDLE *handle, NL_MODULE &module, int32_t obj,

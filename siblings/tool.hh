@@ -5,16 +5,16 @@
 #include <string_view>
 #include <vector>
 
-/// Ends the program with "ERROR: file:line: text" on the error stream and status 255; the line is left out when
-/// it is 0, the file when it is empty.
+/// Ends the program with "ERROR: file:line: text" on the error stream and status 255; the line is left out
+/// when it is 0, the file when it is empty.
 [[noreturn]] void TOOL_fail(std::string_view file, int line, const char *format, ...)
     __attribute__((format(printf, 3, 4)));
 
 /// Sets the search list of input files from the environment, as the main program does.
 void TOOL_set_search_path();
 
-/// Reads a whole file; a fault ends the program. `from_file` and `from_line` say who asked for it, empty and 0
-/// for the command line.
+/// Reads a whole file; a fault ends the program. `from_file` and `from_line` say who asked for it, empty and
+/// 0 for the command line.
 std::string TOOL_read_file(const std::string &path, std::string_view from_file = {}, int from_line = 0);
 
 /// The word behind a switch; ends the program when there is none.

@@ -1,7 +1,8 @@
-// The reader of Verilog netlists: modules with their ports, nets and instances, from the tokens of the scanner.
+// The reader of Verilog netlists: modules with their ports, nets and instances, from the tokens of the
+// scanner.
 //
-// Reading goes in two steps. VLOG_read takes the files in; what an instance connects to is kept by name or place,
-// as its module may stand further on. VLOG_link then looks every module and pin up.
+// Reading goes in two steps. VLOG_read takes the files in; what an instance connects to is kept by name or
+// place, as its module may stand further on. VLOG_link then looks every module and pin up.
 #pragma once
 
 #include "siblings/netlist.hh"
@@ -45,12 +46,12 @@ struct VLOG_MODULE {
     int64_t assign_count = 0;
     std::vector<VLOG_INSTANCE> instances;
     std::vector<VLOG_CONNECTION> connections;
-    std::vector<int32_t> bits; ///< nets, or NL_NONE for a bit left open
+    std::vector<int32_t> bits;                       ///< nets, or NL_NONE for a bit left open
     std::vector<std::pair<int32_t, int32_t>> joined; ///< nets that an assign or a supply makes one
 };
 
-/// Scratch of the module that is being read. The searches by name id need no clearing between modules: an entry
-/// counts when the row that it leads to has that name.
+/// Scratch of the module that is being read. The searches by name id need no clearing between modules: an
+/// entry counts when the row that it leads to has that name.
 struct VLOG_SCRATCH {
     std::vector<VLOG_DECLARATION> declarations;
     std::vector<int32_t> declaration_of_name;
@@ -75,8 +76,8 @@ struct VLOG {
 /// Reads one file. The names table of the design holds the reserved words (VLOG_put_words).
 void VLOG_read(VLOG &reader, const std::string &path);
 
-/// Finds the module of every instance and connects the pins. `find_cell` fills a module that no file defines and
-/// returns false when there is none.
+/// Finds the module of every instance and connects the pins. `find_cell` fills a module that no file defines
+/// and returns false when there is none.
 void VLOG_link(VLOG &reader, const std::function<bool(NL_MODULE &)> &find_cell);
 
 // Between the files of the reader.
@@ -97,7 +98,8 @@ bool VLOG_range(VLOG &reader, int32_t &left, int32_t &right);
 bool VLOG_expression(VLOG &reader, std::vector<int32_t> &bits);
 
 VLOG_DECLARATION *VLOG_find_declaration(VLOG &reader, int32_t name);
-VLOG_DECLARATION &VLOG_declare(VLOG &reader, int32_t name, bool vector, int32_t left, int32_t right, bool implicit);
+VLOG_DECLARATION &VLOG_declare(VLOG &reader, int32_t name, bool vector, int32_t left, int32_t right,
+                               bool implicit);
 int32_t VLOG_width(const VLOG_DECLARATION &declaration);
 int32_t VLOG_unknown_net(VLOG &reader);
 

@@ -6,7 +6,8 @@
 #include <cstdint>
 #include <string_view>
 
-/// Words with a meaning to the reader; in a names table that was opened with VLOG_put_words their ids are these.
+/// Words with a meaning to the reader; in a names table that was opened with VLOG_put_words their ids are
+/// these.
 enum VLOG_WORD : int32_t {
     WORD_MODULE,
     WORD_MACROMODULE,

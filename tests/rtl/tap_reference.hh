@@ -1,5 +1,5 @@
-// A reference TAP after IEEE 1149.1, written for the tests: it knows the state diagram, the registers and what each
-// instruction of LARGE_TABLE does, and nothing of how the generated logic does it.
+// A reference TAP after IEEE 1149.1, written for the tests: it knows the state diagram, the registers and
+// what each instruction of LARGE_TABLE does, and nothing of how the generated logic does it.
 #pragma once
 
 #include <set>
@@ -7,7 +7,8 @@
 #include <utility>
 #include <vector>
 
-/// Outputs of one cycle, sampled in the low phase of TCK behind its falling edge; the benches pack them in this order.
+/// Outputs of one cycle, sampled in the low phase of TCK behind its falling edge; the benches pack them in
+/// this order.
 enum reference_output {
     OUT_TDO_DRIVEN, // TDO is not at high impedance, or its enable port says so
     OUT_TDO,
@@ -31,17 +32,19 @@ enum reference_output {
     OUTPUT_COUNT
 };
 
-/// Inputs of one cycle: TMS, TDI, TRST (high when there is none), the outputs of the boundary and of the two user
-/// registers.
+/// Inputs of one cycle: TMS, TDI, TRST (high when there is none), the outputs of the boundary and of the two
+/// user registers.
 constexpr int INPUT_COUNT = 6;
 
-/// The stimulus with its expected outputs, a line per cycle: inputs, expected values, mask of the values that count.
+/// The stimulus with its expected outputs, a line per cycle: inputs, expected values, mask of the values that
+/// count.
 struct reference_run {
     std::string vectors;
     int cycles = 0;
     std::set<std::pair<int, int>> arcs; ///< state and TMS of every transition taken
 };
 
-/// Resets in both ways, walks all arcs, and scans every opcode with a data register scan behind it. `has_trst` tells
-/// whether the TAP has a reset port, `clamp_holds` whether CLAMP blocks the update of the boundary register.
+/// Resets in both ways, walks all arcs, and scans every opcode with a data register scan behind it.
+/// `has_trst` tells whether the TAP has a reset port, `clamp_holds` whether CLAMP blocks the update of the
+/// boundary register.
 reference_run make_reference_run(bool has_trst, bool clamp_holds);
