@@ -4,6 +4,7 @@
 
 #include "description/lookups.hh"
 #include "planning/planning.hh"
+#include "planning/tracing.hh"
 #include "support/console.hh"
 #include "support/run_state.hh"
 #include "support/text.hh"
@@ -18,22 +19,17 @@ constexpr EDIT_BLANKS BLANKS[CONTROL_KIND_COUNT] = {EDIT_PLAIN, EDIT_WIDE_SECOND
 /// The cells in <top>_BCM by their row of a control table.
 std::map<const CONTROL_ROW *, std::string> bcm_controls;
 
-const char *enable_of(const OPIN_ROW &row) {
-    return row.pad->en_l != nullptr ? row.pad->en_l : row.pad->en_h;
-}
-
 bool ties_oe_mode(const OPIN_ROW &row, CONTROL_KIND_ID kind) {
     return kind == CONTROL_OE && row.scan_cell->oe_mode_type != 0;
 }
 
-void make_cell(EDIT_FILE *fp, int32_t index, CONTROL_KIND_ID kind, CONTROL_ROW &entry) {
+void make_cell(EDIT_FILE *fp, int32_t index, const char *enable, CONTROL_KIND_ID kind, CONTROL_ROW &entry) {
     OPIN_ROW &row = OPIN_TAB[index];
     const SCAN_CELL *cell = entry.scan_cell;
     const char *name = add_scan_tab(cell, index, false, true);
     SCAN_COUNT[CONTROL_KINDS[kind].counter]++;
     std::string data_cell = last_bcm_cell();
     std::string control = next_bcm_cell();
-    const char *enable = enable_of(row);
     EDIT_OPERAND data_in = bcm_port(control, "IN");
     // The first other node of the net is the source, a reader too: it is on the same net.
     EDIT_OPERAND source = enable_source(row, enable, true);
@@ -48,8 +44,8 @@ void make_cell(EDIT_FILE *fp, int32_t index, CONTROL_KIND_ID kind, CONTROL_ROW &
     count_bcm_cell();
 }
 
-void share_cell(EDIT_FILE *fp, const OPIN_ROW &row, CONTROL_KIND_ID kind, const CONTROL_ROW &entry) {
-    const char *enable = enable_of(row);
+void share_cell(EDIT_FILE *fp, const OPIN_ROW &row, const char *enable, CONTROL_KIND_ID kind,
+                const CONTROL_ROW &entry) {
     auto known = bcm_controls.find(&entry);
     if (known == bcm_controls.end()) {
         cut_pin(fp, row.pad_instance, enable, pin_of(entry.inst, entry.scan_cell->data_in));
@@ -68,18 +64,30 @@ void drive_enable(EDIT_FILE *fp, int32_t index, CONTROL_KIND_ID kind) {
     int32_t control = row.*CONTROL_KINDS[kind].field;
     if (control == 0 || row.pad == nullptr)
         return;
+    const char *enable = bcm_enable(row);
     if (control < 0) {
-        drive_by_highz(fp, row, enable_of(row));
+        drive_by_highz(fp, row, enable);
         return;
     }
     CONTROL_ROW &entry = (*CONTROL_KINDS[kind].table)[control - 1];
     if (entry.inst == nullptr)
-        make_cell(fp, index, kind, entry);
+        make_cell(fp, index, enable, kind, entry);
     else
-        share_cell(fp, row, kind, entry);
+        share_cell(fp, row, enable, kind, entry);
 }
 
 } // namespace
+
+const char *bcm_enable(const OPIN_ROW &row) {
+    const char *enable = row.pad->en_l != nullptr ? row.pad->en_l : row.pad->en_h;
+    const char *chosen = chosen_enable_pin(row.pad, PIN_TABLE[row.pin_index], nullptr);
+    if (chosen != nullptr && !same_text(enable, chosen))
+        vmr_printf("WARNING: the pin list chooses enable '%s' of pad '%s' of port '%s'.\n"
+                   "         Option -add_bcm drives its enable '%s' all the same.\n"
+                   "         Please use a pad cell with one enable.\n\n",
+                   chosen, row.pad_instance, row.port_name, enable);
+    return enable;
+}
 
 void make_control_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
     const OPIN_ROW &row = OPIN_TAB[index];

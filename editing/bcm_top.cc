@@ -50,10 +50,8 @@ void connect_tdo() {
     if (tied || driven)
         take_pin_for_tap(TAP_FP, -1, row->pad_instance, row->pad_input);
     connect_port(PORT_TDO);
-    const char *enable = row->pad == nullptr         ? nullptr
-                         : row->pad->en_l != nullptr ? row->pad->en_l
-                                                     : row->pad->en_h;
-    if (TAP_TDO_EN_PIN == nullptr || enable == nullptr)
+    const char *enable = TAP_TDO_EN_PIN == nullptr || row->pad == nullptr ? nullptr : bcm_enable(*row);
+    if (enable == nullptr)
         return;
     if (TAP_FLAG.tdo_en != -1)
         take_pin_for_tap(TAP_FP, -1, row->pad_instance, enable);

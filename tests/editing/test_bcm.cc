@@ -121,6 +121,22 @@ const CHIP_ROW ROWS[] = {
                  "WARNING: Pin 'I' of 'po' is driven by the design.\n",
      .status = 0,
      .lines = "disconnect po{I}\nconnect po{I} chip_BCM{BCM_TDO}\ndisconnect  i{C}\n"},
+    {.what = "two enables, of which the pin list chooses the other",
+     .input =
+         {.design =
+              "module chip(output z, input ck, output tdo); FF f(.CK(ck), .Q(q)); FF e(.CK(ck), .Q(w));\n"
+              "TB2 pz(.I(q), .OEN(q), .EN(w), .PAD(z)); TB2 po(.I(q), .PAD(tdo)); endmodule\n",
+          .cells = "module TB2(input I, OEN, EN, output PAD); endmodule\n"
+                   "module chip_BCM(input BCELL0_IN, BCELL1_IN, BCM_TDI, BCM_TMS, BCM_TCK, "
+                   "output BCELL0_OUT, BCELL1_OUT, BCM_TDO, BCM_TDO_EN); endmodule\n",
+          .library = "%BUFFER TB2 { %INPUT I; %OUTPUT PAD; %EN_L OEN; %EN_H EN; }\n",
+          .pins = "1 Z z * PAD_EN_H\n2 CK ck *\n10 TDO tdo * PAD_EN_H\n"},
+     .options = "-add_bcm",
+     .expected = "WARNING: the pin list chooses enable 'EN' of pad 'pz' of port 'z'.\n"
+                 "         Option -add_bcm drives its enable 'OEN' all the same.\n"
+                 "         Please use a pad cell with one enable.\n\n",
+     .status = 0,
+     .lines = "disconnect pz{OEN}\n"},
     {.what = "an input with an inverter and a mux, and a mode pin that is tied",
      .input =
          {.design =
