@@ -54,8 +54,8 @@ struct OPIN_ROW {
     int32_t highz_group;         ///< number of the row's highz_buf
     int32_t pad_obj;             ///< object of the cell next to the port, -1 none
     int32_t mode_net[3];         ///< net at the pad's %MODE_1..3, -1 when not traced, 0 GND, 1 VCC
-    int32_t mux_in1_net, mux_in2_net,
-        mux_out_net;      ///< nets at %MUX_IN1, %MUX_IN2, %MUX_OUT, -1 when not traced
+    /// Nets at %MUX_IN1, %MUX_IN2, %MUX_OUT, -1 when not traced.
+    int32_t mux_in1_net, mux_in2_net, mux_out_net;
     int32_t io_module;    ///< row of MULTI_IO_TAB, -1 until traced
     BUFFER_CELL *pad;     ///< description of pad_class, or null
     SCAN_CELL *scan_cell; ///< the chosen cell, or null
@@ -76,8 +76,8 @@ struct CONTROL_ROW {
 struct SCAN_ROW {
     const char *inst;
     const char *tdi_pin, *tdo_pin;
-    const char
-        *pins[SIGNAL_COUNT]; ///< control pins, null where the cell has none; [SIG_BCLK] is the %TCK pin
+    /// Control pins, null where the cell has none; [SIG_BCLK] is the %TCK pin.
+    const char *pins[SIGNAL_COUNT];
     const char **extra_pins; ///< table: the cell's %EXTRA_n pins
     int32_t mux_row;         ///< OPIN_TAB row whose pad's mode pins need driving, or -1
     int32_t io_module;       ///< -1 with one I/O module
