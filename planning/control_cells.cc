@@ -65,6 +65,24 @@ int32_t find_or_make_control(int32_t which, const BUFFER_CELL *pad, int32_t row_
     return DYNA_count(*kind.table);
 }
 
+/// What the user must know of a pad with two enables of which the pin list chooses none: %EN_L gets the
+/// control cell, and the pad may follow the core by the other one in test mode.
+void check_other_enable(const BUFFER_CELL *pad, const OPIN_ROW &row) {
+    const char *other = pad->en_l != nullptr ? pad->en_h : nullptr;
+    if (PIN_TABLE[row.pin_index]->pad_enable >= 0 || other == nullptr ||
+        same_text_no_case(other, pad->en_l) || same_text_no_case(other, pad->input))
+        return;
+    int32_t node = find_pin_node(row.pad_obj, other);
+    int32_t net = node < 0 ? -1 : node_tab[node].net;
+    if (net < 0 || is_constant_net(net))
+        return;
+    vmr_printf("WARNING: enable '%s' of pad '%s' of port '%s' stays on net '%s':\n"
+               "         only its enable '%s' gets a control scan cell.\n"
+               "         Please choose one by PAD_EN_L or PAD_EN_H in the pin list.\n\n",
+               other, text_or_undefined(row.pad_instance), row.port_name,
+               text_or_undefined(SDB_net_name(sdb, net)), pad->en_l);
+}
+
 /// True when the high-impedance signal drives the enable of a row. A cell inside the pad holds the enable
 /// itself.
 bool is_driven_by_highz(const OPIN_ROW &row) {
@@ -173,8 +191,10 @@ void save_enable_control(const BUFFER_CELL *pad, int32_t row_index) {
         index = is_oe ? save_oe_contr_tab(pad, row_index) : save_contr_tab(pad, row_index);
     int32_t &field = is_oe ? row.oe_control : row.control;
     field = index;
-    if (index != -1)
+    if (index != -1) {
+        check_other_enable(pad, row);
         return;
+    }
     if (TAP_CONTR == nullptr || TAP_CONTR->highz_command == nullptr) {
         field = 0;
         return;

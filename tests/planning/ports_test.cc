@@ -41,10 +41,11 @@ GATE v(.Z(n_z)); GATE w(.Z(n_e)); GATE x(.Z(n_s)); GATE g(.Z(n_d)); endmodule)",
 DOUT pz(.I(n_z), .OEN(n_e), .PP(zp), .PM(zm)); GATE u(.Z(n_y)); GATE v(.Z(n_z)); GATE w(.Z(n_e)); endmodule)",
      .pins = "1 YP yp *\n2 YM ym *\n3 ZP zp *\n4 ZM zm *\n"},
     {.name = "pin_chooses_the_enable",
-     .design = R"(module chip(output a, b);
+     .design = R"(module chip(output a, b, c);
 TBUF pa(.I(n_a), .OEN(n_l), .EN(n_h), .PAD(a)); TBUF pb(.I(n_b), .OEN(n_l), .EN(n_h), .PAD(b));
-GATE l(.Z(n_l)); GATE h(.Z(n_h)); GATE u(.Z(n_a)); GATE v(.Z(n_b)); endmodule)",
-     .pins = "1 A a * PAD_EN_H\n2 B b * PAD_EN_L\n"},
+TBUF pc(.I(n_c), .OEN(n_l), .EN(n_h), .PAD(c)); GATE l(.Z(n_l)); GATE h(.Z(n_h)); GATE u(.Z(n_a)); GATE v(.Z(n_b));
+GATE w(.Z(n_c)); endmodule)",
+     .pins = "1 A a * PAD_EN_H\n2 B b * PAD_EN_L\n3 C0 c *\n"},
     {.name = "bidirectional_as_one_cell",
      .design =
          R"(module chip(inout b); BBUF pb(.I(n_o), .OEN(n_e), .PAD(b), .C(n_i)); PLAIN p(.A(n_i), .Z(n_p));
