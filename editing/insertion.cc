@@ -31,11 +31,6 @@ void write_cells(EDIT_FILE *fp, int32_t first) {
             add_scan_cells_in_cmd_file(fp, row);
 }
 
-void close_design() {
-    SDB_close(sdb, 0);
-    SDB_clear_current();
-}
-
 /// The cells' pads stand in the top module.
 void emit_in_top(int32_t first) {
     PAD_MODULE_EXIST = 0;
@@ -47,7 +42,7 @@ void emit_in_top(int32_t first) {
     open_and_modify_top_sdb();
     write_cells(TAP_FP, first);
     rwv_do_connection_table(TAP_FP);
-    close_design();
+    close_sdb_file();
 }
 
 /// The cells' pads stand in a module below the top.
@@ -69,7 +64,7 @@ void emit_in_pad_module(int32_t first) {
     replace_cell_in_top(first);
     open_sdb_file(write_pad_levels(first));
     write_cells(PAD_FP, first);
-    close_design();
+    close_sdb_file();
 }
 
 /// Planning, in its fixed order: each step needs the one before.
@@ -147,7 +142,7 @@ void add_boundary_scan_module() {
     for (int32_t row = first_row_with_cells(); row < DYNA_count(OPIN_TAB); row++)
         if (OPIN_TAB[row].scan_cell != nullptr)
             make_scan_cells_in_cmd_file(TAP_FP, row);
-    close_design();
+    close_sdb_file();
     edit_end_file(TAP_FP);
     print_bso_file();
     do_kalmedit();

@@ -29,17 +29,12 @@ const char *find_module(const char *class_name) {
     return keep_text(found);
 }
 
-void close_design() {
-    SDB_close(sdb, 0);
-    SDB_clear_current();
-}
-
 void note_ports(IO_MODULE &module) {
     open_sdb_file(module.sdb_path);
     for (int32_t port = 0; port < port_count; port++)
         if (const char *name = SYM_get(sym_tab, port_tab[port].name); name != nullptr)
             module.ports.insert(name);
-    close_design();
+    close_sdb_file();
 }
 
 void begin_module(int32_t index) {
@@ -112,22 +107,26 @@ void open_multi_io_modules() {
 void emit_multi_io_cells() {
     // The port warnings of the cell lines are those of a top module.
     PAD_MODULE_EXIST = 0;
-    int32_t open = -1;
+    // Neighbours in the ring may stand in different modules: each module is opened once, for all its cells.
+    std::vector<SDB_HANDLE *> designs(IO_MODULES.size());
     for (int32_t index = 0; index < DYNA_count(OPIN_TAB); index++) {
         if (OPIN_TAB[index].scan_cell == nullptr)
             continue;
         current_multi_io_indexG = OPIN_TAB[index].io_module;
-        if (current_multi_io_indexG != open) {
-            if (open >= 0)
-                close_design();
-            open = current_multi_io_indexG;
-            open_sdb_file(IO_MODULES[open].sdb_path);
+        IO_MODULE &module = IO_MODULES[current_multi_io_indexG];
+        SDB_HANDLE *&design = designs[current_multi_io_indexG];
+        if (design == nullptr) {
+            open_sdb_file(module.sdb_path);
+            design = sdb;
+        } else if (design != sdb) {
+            SDB_setup(design);
         }
-        PAD_FP = IO_MODULES[open].file;
+        PAD_FP = module.file;
         add_scan_cells_in_cmd_file(PAD_FP, index);
     }
-    if (open >= 0)
-        close_design();
+    for (SDB_HANDLE *design : designs)
+        SDB_close(design, 0);
+    SDB_clear_current();
     count_further_needs();
 }
 

@@ -75,8 +75,7 @@ bool lead_up(const OPIN_ROW &row, SIGNAL_PLACE &place, const SIGNAL &signal) {
         const char *port = border_port(node, signal.to_pad);
         if (port == nullptr)
             stop_at(row, modules, level, place, signal, node);
-        SDB_close(sdb, 0);
-        SDB_clear_current();
+        close_sdb_file();
         if (port == nullptr) {
             place = {row.hier_instances[modules.size() - 1], signal.new_port};
             return true;
@@ -93,8 +92,7 @@ bool take_in_top(const SIGNAL_PLACE &place, int32_t net) {
         return false;
     open_sdb_file(MODULE_SDB);
     bool taken = is_constant_net(net) || tdo_has_driver(place, net);
-    SDB_close(sdb, 0);
-    SDB_clear_current();
+    close_sdb_file();
     if (taken)
         note_pin_of_tap(0, place.instance, place.pin);
     return taken;

@@ -152,8 +152,7 @@ const char *open_and_modify_hierarchy_sdb(const PAD_LEVEL &level) {
         add_control_ports(level);
     else
         add_entering_ports(level);
-    SDB_close(sdb, 0);
-    SDB_clear_current();
+    close_sdb_file();
     return found;
 }
 

@@ -30,8 +30,7 @@ SDB_HANDLE *open_module(const char *class_name) {
 }
 
 void close_module(SDB_HANDLE *before) {
-    SDB_close(sdb, 0);
-    SDB_clear_current();
+    close_sdb_file();
     if (before != nullptr)
         SDB_setup(before);
 }

@@ -75,8 +75,7 @@ void rwv_hier_find_tap_instance() {
         if (obj < 0)
             vmr_fail("ERROR: can not find the instance %s in %s.sdb file.\n", path[i].inst, parent);
         path[i].module = keep_text(object_class_name(obj));
-        SDB_close(sdb, 0);
-        SDB_clear_current();
+        close_sdb_file();
     }
 }
 

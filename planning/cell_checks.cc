@@ -142,8 +142,7 @@ void check_scan_oe_mode_type(SCAN_CELL &cell, const char *name) {
         vmr_fail("ERROR: (%s) can't find port '%s' in SDB '%s' for SCAN_CELL '%s'.\n\n", JTAG_LIB_FILE,
                  oe_mode, path, name);
     cell.oe_mode_type = port_tab[port].flags & 3;
-    SDB_close(sdb, 0);
-    sdb = nullptr;
+    close_sdb_file();
     SDB_setup(design);
 }
 

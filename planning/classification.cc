@@ -245,7 +245,6 @@ void produce_opin_control_tab() {
     settle_io_modules();
     if (multi_io_module_flagG != 0)
         split_control_cells_by_module();
-    SDB_close(sdb, 0);
-    SDB_clear_current();
+    close_sdb_file();
     check_inv_signal();
 }

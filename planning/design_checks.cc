@@ -42,8 +42,7 @@ void check_buffer_cell(const char *keyword, const char *name) {
         if (SDB_nl_search_port(pin.pin) == -1)
             vmr_fail("ERROR: (%s) %s %s specified in %%BUFFER %s.\n       can't be found in file '%s'.\n",
                      JTAG_LIB_FILE, pin.keyword, pin.pin, name, path);
-    SDB_close(sdb, 0);
-    sdb = nullptr;
+    close_sdb_file();
     SDB_setup(design);
 }
 
@@ -96,8 +95,7 @@ void check_connect_pad() {
     }
     if (GLOBAL_TDO != nullptr)
         look_at_tdo_pad(tdo);
-    SDB_close(sdb, 0);
-    sdb = nullptr;
+    close_sdb_file();
 }
 
 void check_pin_signal_inv_buf() {

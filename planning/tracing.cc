@@ -141,6 +141,11 @@ void open_sdb_file(const char *path) {
     sdb = SDB_setup(design);
 }
 
+void close_sdb_file() {
+    SDB_close(sdb, 0);
+    SDB_clear_current();
+}
+
 const char *object_class_name(int32_t obj) {
     const char *name = obj < 0 ? nullptr : SDB_obj_class_name(sdb, obj);
     return name != nullptr ? name : UNDEFINED;

@@ -30,6 +30,8 @@ int32_t search_inet_connected_to_obj(int32_t obj, const char *pin_name, int32_t 
 const char *verify_obj_pin_name(int32_t obj, const char *pin_name, int32_t direction);
 /// Opens the design file into `sdb` and makes it current. Ends the run when it cannot be opened.
 void open_sdb_file(const char *path);
+/// Closes the current design; none is current afterwards.
+void close_sdb_file();
 
 /// Class name of an object as text, "*UNDEF*" for none.
 const char *object_class_name(int32_t obj);

@@ -5,6 +5,7 @@
 #include "support/console.hh"
 #include "support/dyna.hh"
 #include "support/fnm.hh"
+#include "support/text.hh"
 
 #include <algorithm>
 #include <cstdarg>
@@ -315,13 +316,9 @@ void sdb_log_error(int severity, const char *format, ...) {
     (severity == 3 ? SDB_num_warningG : SDB_num_errorG)++;
     va_list values;
     va_start(values, format);
-    char *text = nullptr;
-    int length = vasprintf(&text, format, values);
+    std::string text = severity_words[severity - 1] + format_list(format, values);
     va_end(values);
-    if (length < 0)
-        return;
-    console_printf("SDB %s%s\n", severity_words[severity - 1], text);
+    console_printf("SDB %s\n", text.c_str());
     if (sdb_log_stream != nullptr)
-        std::fprintf(sdb_log_stream, "SDB %s%s\n", severity_words[severity - 1], text);
-    std::free(text);
+        std::fprintf(sdb_log_stream, "SDB %s\n", text.c_str());
 }

@@ -2,6 +2,7 @@
 
 #include "support/console.hh"
 #include "support/fnm.hh"
+#include "support/text.hh"
 
 #include <cerrno>
 #include <cstdarg>
@@ -14,14 +15,12 @@
 void TOOL_fail(std::string_view file, int line, const char *format, ...) {
     va_list args;
     va_start(args, format);
-    char *text = nullptr;
-    if (vasprintf(&text, format, args) < 0)
-        text = nullptr;
+    std::string text = format_list(format, args);
     va_end(args);
     std::string place(file);
     if (line > 0)
         place += ":" + std::to_string(line);
-    error_fail("ERROR: %s%s%s\n", place.c_str(), place.empty() ? "" : ": ", text ? text : "out of memory");
+    error_fail("ERROR: %s%s%s\n", place.c_str(), place.empty() ? "" : ": ", text.c_str());
 }
 
 void TOOL_set_search_path() {

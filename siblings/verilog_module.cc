@@ -3,7 +3,6 @@
 #include "siblings/verilog_reader.hh"
 #include "siblings/verilog_words.hh"
 
-#include <algorithm>
 #include <cstdlib>
 
 namespace {
@@ -71,6 +70,7 @@ void ansi_ports(VLOG &reader) {
             int32_t name = VLOG_take_name(reader, "a port");
             give_direction(reader, VLOG_declare(reader, name, vector, left, right, false), direction);
             reader.scratch.port_order.push_back(name);
+            reader.scratch.header_names.insert(name);
             skip_first_value(reader);
             if (VLOG_is_symbol(reader, ')'))
                 return;
@@ -92,6 +92,7 @@ void header_ports(VLOG &reader) {
             if (VLOG_is_symbol(reader, '.') || VLOG_is_symbol(reader, '{'))
                 VSCAN_fail(reader.scan, "a port that is an expression can't be read.");
             reader.scratch.port_order.push_back(VLOG_take_name(reader, "a port"));
+            reader.scratch.header_names.insert(reader.scratch.port_order.back());
             if (VLOG_is_symbol(reader, '['))
                 VSCAN_fail(reader.scan, "a port that is a part of a vector can't be read.");
             if (!VLOG_is_symbol(reader, ','))
@@ -155,12 +156,10 @@ void port_declaration(VLOG &reader) {
     bool vector = VLOG_range(reader, left, right);
     for (;;) {
         int32_t name = VLOG_take_name(reader, "a port");
-        const auto &order = reader.scratch.port_order;
         VLOG_DECLARATION *earlier = VLOG_find_declaration(reader, name);
-        if (earlier == nullptr || earlier->direction == NL_NONE)
-            if (std::find(order.begin(), order.end(), name) == order.end())
-                VSCAN_fail(reader.scan, "'%s' is not in the list of ports.",
-                           shown_name(reader, name).c_str());
+        bool is_new = earlier == nullptr || earlier->direction == NL_NONE;
+        if (is_new && !reader.scratch.header_names.contains(name))
+            VSCAN_fail(reader.scan, "'%s' is not in the list of ports.", shown_name(reader, name).c_str());
         give_direction(reader, VLOG_declare(reader, name, vector, left, right, false), direction);
         skip_first_value(reader);
         if (!VLOG_is_symbol(reader, ','))
@@ -299,6 +298,7 @@ void parse_module(VLOG &reader) {
     VLOG_SCRATCH &scratch = reader.scratch;
     scratch.declarations.clear();
     scratch.port_order.clear();
+    scratch.header_names.clear();
     scratch.parameters.clear();
     scratch.joined.clear();
     scratch.assigned.clear();

@@ -10,6 +10,7 @@
 
 #include <functional>
 #include <unordered_map>
+#include <unordered_set>
 
 /// One connection of an instance: `count` entries of VLOG_MODULE::bits, the leftmost first.
 struct VLOG_CONNECTION {
@@ -56,7 +57,8 @@ struct VLOG_SCRATCH {
     std::vector<VLOG_DECLARATION> declarations;
     std::vector<int32_t> declaration_of_name;
     std::vector<int32_t> instance_of_name;
-    std::vector<int32_t> port_order; ///< names in the header
+    std::vector<int32_t> port_order;          ///< names in the header
+    std::unordered_set<int32_t> header_names; ///< the same, for lookups
     std::unordered_map<int32_t, int64_t> parameters;
     std::vector<std::pair<int32_t, int32_t>> joined; ///< nets that an assign or a supply makes one
     std::vector<bool> assigned;

@@ -1,6 +1,7 @@
 #include "siblings/verilog_scan.hh"
 
 #include "siblings/tool.hh"
+#include "support/text.hh"
 
 #include <array>
 #include <cstdarg>
@@ -281,11 +282,9 @@ const std::string &VSCAN_file(const VSCAN &scan) {
 void VSCAN_fail(const VSCAN &scan, const char *format, ...) {
     va_list args;
     va_start(args, format);
-    char *text = nullptr;
-    if (vasprintf(&text, format, args) < 0)
-        text = nullptr;
+    std::string text = format_list(format, args);
     va_end(args);
-    TOOL_fail(VSCAN_file(scan), scan.token.line, "%s", text ? text : "out of memory");
+    TOOL_fail(VSCAN_file(scan), scan.token.line, "%s", text.c_str());
 }
 
 std::string VSCAN_shown(const VSCAN &scan) {
