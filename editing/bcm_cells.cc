@@ -151,8 +151,7 @@ void join_mux_pin(EDIT_FILE *fp, OPIN_ROW &row, MUX_PIN which, const char *suffi
 
 /// The pad's mode pin is driven through <top>_BCM, unless it stands on a working net.
 void join_mode_pin(EDIT_FILE *fp, OPIN_ROW &row, int32_t mode, const char *suffix) {
-    constexpr const char *BUFFER_CELL::*PINS[] = {&BUFFER_CELL::mode_1, &BUFFER_CELL::mode_2};
-    const char *pin = row.pad == nullptr ? nullptr : row.pad->*PINS[mode];
+    const char *pin = row.pad == nullptr ? nullptr : row.pad->*PAD_MODES[mode];
     int32_t net = row.mode_net[mode];
     if (pin == nullptr || net > 1)
         return;

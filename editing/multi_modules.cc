@@ -141,12 +141,7 @@ void set_hier_common_net(int32_t index, const MULTI_IO_NODE *children) {
 std::vector<const char *> signals_into_module(int32_t module) {
     const MULTI_IO_ROW &row = MULTI_IO_TAB[module];
     std::vector<const char *> names;
-    // Two signals may share a pin of the TAP, and so a port.
-    auto add = [&names](const char *name) {
-        if (name != nullptr &&
-            std::ranges::none_of(names, [name](const char *known) { return same_text(name, known); }))
-            names.push_back(name);
-    };
+    auto add = [&names](const char *name) { add_crossing_pin(names, name); };
     for (int32_t signal = 0; signal < SIG_BCLK; signal++) {
         if (row.need[signal] > 0)
             add(TAP_PIN[signal]);
@@ -164,10 +159,7 @@ std::vector<const char *> signals_into_module(int32_t module) {
 
 void take_port_name(int32_t module, const std::string &name) {
     if (!IO_MODULES[module].ports.insert(name).second)
-        vmr_fail(
-            "ERROR: module '%s' has a port '%s' already, so that the signal of that name\n"
-            "       can't be led into it. Please rename the port of the module or the pin of the TAP.\n\n",
-            MULTI_IO_TAB[module].class_name, name.c_str());
+        fail_taken_port(MULTI_IO_TAB[module].class_name, name.c_str());
 }
 
 void record_port(int32_t module, const char *name, EDIT_PORT direction) {

@@ -76,10 +76,7 @@ bool has_enable_port(int32_t level) {
 /// A new port of the level's module, whose SDB is open. A name that is taken can't be given again.
 void add_port(const PAD_LEVEL &level, const char *name, EDIT_PORT direction) {
     if (SDB_nl_search_port(name) >= 0)
-        vmr_fail(
-            "ERROR: module '%s' has a port '%s' already, so that the signal of that name\n"
-            "       can't be led into it. Please rename the port of the module or the pin of the TAP.\n\n",
-            level.module, name);
+        fail_taken_port(level.module, name);
     edit_add_port(PAD_FP, name, direction);
 }
 

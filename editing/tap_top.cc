@@ -27,11 +27,9 @@ bool highz_buffers_exist() {
 
 /// The pads of mux cells may need a mode signal that no cell has a pin for.
 const char *mode_pin_of_pads(int32_t mode) {
-    constexpr const char *BUFFER_CELL::*pins[] = {&BUFFER_CELL::mode_1, &BUFFER_CELL::mode_2,
-                                                  &BUFFER_CELL::mode_3};
     for (const OPIN_ROW &row : rows(OPIN_TAB))
         if (row.scan_cell != nullptr && row.kind >= CELL_MUX_INPUT && row.pad != nullptr &&
-            row.pad->*pins[mode] != nullptr && row.mode_net[mode] < 2)
+            row.pad->*PAD_MODES[mode] != nullptr && row.mode_net[mode] < 2)
             return without_minus(TAP_CONTR->*CONTROL_SIGNALS[MODE_SIGNALS[mode]].tap_field);
     return nullptr;
 }
@@ -77,11 +75,8 @@ ADDED_TAP_PAD added_tap_pad(STANDARD_PORT port) {
 /// The enable of an added TDO pad: driven by the TAP, else tied so that the pad drives.
 void connect_added_tdo_enable(const ADDED_TAP_PAD &added) {
     const BUFFER_CELL *buffer = get_buffer(added.pad.cell);
-    const char *low = buffer == nullptr ? nullptr : buffer->en_l;
-    const char *high = buffer == nullptr ? nullptr : buffer->en_h;
-    int32_t chosen = added.pin == nullptr ? -1 : added.pin->pad_enable;
-    bool is_low = chosen == 0 || (chosen != 1 && low != nullptr);
-    const char *enable = is_low ? low : high;
+    bool is_low = false;
+    const char *enable = buffer == nullptr ? nullptr : chosen_enable_pin(buffer, added.pin, &is_low);
     if (TAP_TDO_EN_PIN != nullptr && enable == nullptr)
         vmr_printf("WARNING: TDO pin use 2-output PAD.\n");
     else if (TAP_TDO_EN_PIN != nullptr)
@@ -187,17 +182,24 @@ int copy_file(const std::string &from, const std::string &to) {
     return run_shell("cp " + shell_word(from) + " " + shell_word(to));
 }
 
+void add_crossing_pin(std::vector<const char *> &pins, const char *pin) {
+    if (pin != nullptr &&
+        std::ranges::none_of(pins, [pin](const char *known) { return same_text(pin, known); }))
+        pins.push_back(pin);
+}
+
+void fail_taken_port(const char *module, const char *port) {
+    vmr_fail("ERROR: module '%s' has a port '%s' already, so that the signal of that name\n"
+             "       can't be led into it. Please rename the port of the module or the pin of the TAP.\n\n",
+             module, port);
+}
+
 std::vector<const char *> crossing_signals() {
     std::vector<const char *> pins;
-    auto add = [&pins](const char *pin) {
-        if (pin != nullptr &&
-            std::ranges::none_of(pins, [pin](const char *known) { return same_text(pin, known); }))
-            pins.push_back(pin);
-    };
     for (CONTROL_SIGNAL signal : BORDER_ORDER)
-        add(pin_in_use(signal));
+        add_crossing_pin(pins, pin_in_use(signal));
     for (int32_t i = 0; i < BCELL_EXTRA && i < DYNA_count(TAP_EXTRA_PIN); i++)
-        add(TAP_EXTRA_PIN[i]);
+        add_crossing_pin(pins, TAP_EXTRA_PIN[i]);
     return pins;
 }
 

@@ -21,6 +21,11 @@ bool signal_is_used(CONTROL_SIGNAL signal);
 /// none.
 const char *pin_in_use(CONTROL_SIGNAL signal);
 
+/// Adds a pin to the signals that cross a module's border: null is none, and two signals may share a pin of
+/// the TAP, and so a port.
+void add_crossing_pin(std::vector<const char *> &pins, const char *pin);
+/// Ends the run: a signal is to enter the module by a port whose name is taken.
+[[noreturn]] void fail_taken_port(const char *module, const char *port);
 /// Signals that a module with cells gets from outside, by the TAP pins' names, in the order of their lines:
 /// the control signals that are in use and the extra pins, each name once.
 std::vector<const char *> crossing_signals();

@@ -130,9 +130,6 @@ EDIT_OPERAND next_source(const WIRED_SIGNAL &signal) {
     return pin_of(buffer, tree.buffer->output);
 }
 
-constexpr const char *BUFFER_CELL::*PAD_MODES[] = {&BUFFER_CELL::mode_1, &BUFFER_CELL::mode_2,
-                                                   &BUFFER_CELL::mode_3};
-
 /// The mode pins of a mux pad hang on the signals of the cells. A pin on a working net is left as it is.
 void connect_pad_modes(EDIT_FILE *fp, const OPIN_ROW &row) {
     for (int32_t i = 0; i < 3; i++) {

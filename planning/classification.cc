@@ -60,13 +60,11 @@ void resolve_mode_pin(int32_t signal) {
 /// The mode pins of a mux pad that no working net drives will hang on the TAP, whose pins have to be free for
 /// that.
 void note_modes_of_pad(const OPIN_ROW &row) {
-    constexpr const char *BUFFER_CELL::*MODES[] = {&BUFFER_CELL::mode_1, &BUFFER_CELL::mode_2,
-                                                   &BUFFER_CELL::mode_3};
     if (row.pad == nullptr || row.kind < CELL_MUX_INPUT || TAP_CONTR == nullptr)
         return;
     for (int32_t i = 0; i < 3; ++i) {
         int32_t signal = MODE_SIGNALS[i];
-        bool hangs_on_tap = row.pad->*MODES[i] != nullptr && row.mode_net[i] < 2;
+        bool hangs_on_tap = row.pad->*PAD_MODES[i] != nullptr && row.mode_net[i] < 2;
         if (hangs_on_tap && TAP_PIN[signal] == nullptr && TAP_FLAG.control[signal] < 0)
             note_tap_net(signal, without_minus(TAP_CONTR->*CONTROL_SIGNALS[signal].tap_field));
     }

@@ -51,3 +51,6 @@ extern BUFFER_TREE *EXTRA_TREES; ///< table: one tree per %EXTRA_n position; row
 
 /// The mode signals in order, for loops over %MODE_1 to %MODE_3.
 constexpr CONTROL_SIGNAL MODE_SIGNALS[3] = {SIG_MODE1, SIG_MODE2, SIG_MODE3};
+/// The mode pins of a pad, in the same order.
+constexpr const char *BUFFER_CELL::*PAD_MODES[3] = {&BUFFER_CELL::mode_1, &BUFFER_CELL::mode_2,
+                                                    &BUFFER_CELL::mode_3};

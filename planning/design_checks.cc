@@ -55,10 +55,8 @@ void look_at_tdo_pad(const PIN_ENTRY *pin) {
         buffer = get_buffer(object_class_name(node_tab[get_node_connected_to_portnode(port)].obj));
     else if (port < 0 && option(OPT_ADD_PAD))
         buffer = get_buffer(pin != nullptr && pin->pad_name != nullptr ? pin->pad_name : OUTPUT_BUFFER);
-    PIN_ENTRY unnamed = {};
-    unnamed.pad_enable = -1;
     bool is_low = false;
-    if (buffer != nullptr && chosen_enable_pin(buffer, pin != nullptr ? pin : &unnamed, &is_low) != nullptr)
+    if (buffer != nullptr && chosen_enable_pin(buffer, pin, &is_low) != nullptr)
         TDO_EN_LOW = is_low;
 }
 
@@ -69,9 +67,8 @@ void look_at_mode_pins(const char *name) {
     const BUFFER_CELL *buffer = get_buffer(object_class_name(node_tab[node].obj));
     if (buffer == nullptr)
         return;
-    const char *modes[3] = {buffer->mode_1, buffer->mode_2, buffer->mode_3};
     for (int32_t n = 0; n < 3; ++n)
-        if (modes[n] != nullptr)
+        if (buffer->*PAD_MODES[n] != nullptr)
             BCELL_HAS[MODE_SIGNALS[n]] = 1;
     const SCAN_CELL *inside = is_bs_buffer(buffer) ? get_scan_cell(buffer->name) : nullptr;
     if (inside != nullptr)

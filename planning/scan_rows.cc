@@ -9,9 +9,6 @@
 
 namespace {
 
-constexpr const char *BUFFER_CELL::*PAD_MODES[3] = {&BUFFER_CELL::mode_1, &BUFFER_CELL::mode_2,
-                                                    &BUFFER_CELL::mode_3};
-
 void count_load(int32_t signal, MULTI_IO_ROW *module) {
     ++TREES[signal].need;
     if (module != nullptr)

@@ -164,7 +164,8 @@ bool is_port_node(int32_t node) {
 }
 
 const char *chosen_enable_pin(const BUFFER_CELL *pad, const PIN_ENTRY *pin, bool *is_low) {
-    bool low = pin->pad_enable == 0 || (pin->pad_enable != 1 && pad->en_l != nullptr);
+    int32_t chosen = pin == nullptr ? -1 : pin->pad_enable;
+    bool low = chosen == 0 || (chosen != 1 && pad->en_l != nullptr);
     if (is_low != nullptr)
         *is_low = low;
     return low ? pad->en_l : pad->en_h;

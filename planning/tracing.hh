@@ -39,6 +39,6 @@ const char *object_class_name(int32_t obj);
 const char *node_pin_name(int32_t node);
 /// True when the node is a port's own node.
 bool is_port_node(int32_t node);
-/// The enable pin of the row's pad: %EN_L, else %EN_H, as PAD_EN_L and PAD_EN_H of the pin file choose. May
-/// be null.
+/// The enable pin of a pad: %EN_L, else %EN_H, as PAD_EN_L and PAD_EN_H of the pin file choose; null for
+/// none. `pin` is null for a port that the pin file does not name, `is_low` where it is not asked for.
 const char *chosen_enable_pin(const BUFFER_CELL *pad, const PIN_ENTRY *pin, bool *is_low);
