@@ -35,15 +35,6 @@ void place_cell(EDIT_FILE *fp, int32_t row, const char *name, const SCAN_CELL *c
 /// Sets `order` to the last SCAN_TAB row.
 void set_order_to_last(int32_t row);
 
-/// A cell by its role, with the counter that it counts in.
-struct ROLE_CELL {
-    const SCAN_CELL *cell;
-    CELL_COUNTER counter;
-};
-/// The cell of the first role when that is declared, else of the second. Ends the run when neither is known.
-ROLE_CELL cell_of_roles(const char *first, CELL_COUNTER first_counter, const char *second,
-                        CELL_COUNTER second_counter, const OPIN_ROW &row);
-
 /// The far end of pad pin or internal pin as an operand. A port there that belongs to the chip is warned of.
 EDIT_OPERAND far_operand_with_warning(OPIN_ROW &row, int32_t node);
 /// Joins the cell's data pin to the pad pin, through an inverter when the row is inverted.

@@ -85,16 +85,6 @@ void set_order_to_last(int32_t row) {
     OPIN_TAB[row].order = DYNA_count(SCAN_TAB) - 1;
 }
 
-ROLE_CELL cell_of_roles(const char *first, CELL_COUNTER first_counter, const char *second,
-                        CELL_COUNTER second_counter, const OPIN_ROW &row) {
-    const char *role = first != nullptr ? first : second;
-    const SCAN_CELL *cell = get_scan_cell(role);
-    if (cell == nullptr)
-        vmr_fail("ERROR: (%s) can't find the scan cells for port '%s' in %%SCAN_CELLS.\n\n",
-                 JTAG_BSC_FILE == nullptr ? "" : JTAG_BSC_FILE, row.port_name);
-    return {cell, first != nullptr ? first_counter : second_counter};
-}
-
 EDIT_OPERAND far_operand_with_warning(OPIN_ROW &row, int32_t node) {
     if (!is_constant_net(node) && is_port_node(node) && PAD_MODULE_EXIST == 0)
         vmr_printf("WARNING: Input Pad '%s' connect to output port '%s' directly.\n\n", row.pad_instance,

@@ -1,6 +1,7 @@
 // Bidirectional ports with an input cell and an output cell.
 #include "description/lookups.hh"
 #include "editing/cell_routines.hh"
+#include "planning/cell_choice.hh"
 #include "planning/planning.hh"
 #include "planning/tracing.hh"
 #include "planning/validation.hh"
@@ -82,7 +83,7 @@ bool node_reads(const OPIN_ROW &row, int32_t node) {
 void add_constant_control(EDIT_FILE *fp, int32_t index, const std::string &pad, const BUFFER_CELL *buffer,
                           bool core_reads) {
     const OPIN_ROW &row = OPIN_TAB[index];
-    const SCAN_CELL *control = cell_of_roles(CONTROL_SCAN, COUNT_CONTROL, nullptr, COUNT_CONTROL, row).cell;
+    const SCAN_CELL *control = required_cell(row, declared_cell(COUNT_CONTROL)).cell;
     const char *name = add_scan_tab(control, index, false, true);
     SCAN_COUNT[COUNT_CONTROL]++;
     edit_add_instance(fp, name, control->name);
@@ -128,11 +129,9 @@ void add_with_new_pad(EDIT_FILE *fp, int32_t index, IN_OUT_PAIR &pair) {
 
 const char *add_in_out_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
     const OPIN_ROW &row = OPIN_TAB[index];
-    ROLE_CELL in = cell_of_roles(INPUT_SCAN, COUNT_INPUT, CLOCK_SCAN, COUNT_CLOCK, row);
-    ROLE_CELL out = cell_of_roles(OUTPUT_SCAN, COUNT_OUTPUT, nullptr, COUNT_OUTPUT, row);
-    SCAN_COUNT[in.counter]++;
-    SCAN_COUNT[out.counter]++;
-    IN_OUT_PAIR pair = {in.cell, out.cell, nullptr, nullptr};
+    SCAN_COUNT[row.input_cell.counter]++;
+    SCAN_COUNT[row.counter]++;
+    IN_OUT_PAIR pair = {row.input_cell.cell, row.scan_cell, nullptr, nullptr};
     if (row.pad_instance != nullptr)
         add_on_pad(fp, index, pair);
     else if (option(OPT_ADD_PAD))

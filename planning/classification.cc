@@ -102,14 +102,15 @@ void save_OPIN_TAB_for_adding_scan_cell(int32_t row_index) {
     note_modes_of_pad(row);
 }
 
-void choose_internal_cell(OPIN_ROW &row) {
+void take_internal_cell(OPIN_ROW &row) {
     bool observes = is_observe_pin(PIN_TABLE[row.pin_index]);
-    row.scan_cell = declared_cell(observes ? OBSERVE_ONLY_SCAN : INTERNAL_SCAN, nullptr);
-    if (row.scan_cell == nullptr)
+    SCAN_CELL *cell = get_scan_cell(observes ? OBSERVE_ONLY_SCAN : INTERNAL_SCAN);
+    if (cell == nullptr)
         vmr_fail(
             "ERROR: can't find %s in file '%s'.\n       Need %s SCAN to connect to internal port '%s'.\n\n",
             observes ? "%OBSERVE_ONLY_SCAN" : "%INTERNAL_SCAN", JTAG_BSC_FILE,
             observes ? "OBSERVE_ONLY" : "INTERNAL", row.port_name);
+    take_cell(row, CELL_INTERNAL, {cell, COUNT_INTERNAL});
 }
 
 void save_OPIN_TAB_for_adding_scan_cell_internal(int32_t row_index) {
@@ -133,7 +134,6 @@ void save_OPIN_TAB_for_adding_scan_cell_internal(int32_t row_index) {
         vmr_fail("ERROR: can not find port '%s' in instance '%s'.\n", pin_name, instance.c_str());
     get_hier_class_and_inst_name(row_index, row.pad_obj);
     row.direction = bs_pin_direction(row.pin_index);
-    row.kind = CELL_INTERNAL;
     row.net_name = keep_text_or_null(SDB_net_name(sdb, node_tab[node].net));
     switch (pin_tab[node_tab[node].pin].direction & SDB_DIRECTION_MASK) {
     case SDB_INPUT:
@@ -145,7 +145,7 @@ void save_OPIN_TAB_for_adding_scan_cell_internal(int32_t row_index) {
     default:
         vmr_fail("ERROR: can't support inout port '%s' now.\n", row.port_name);
     }
-    choose_internal_cell(row);
+    take_internal_cell(row);
 }
 
 /// Two rows that would cut one wire spoil each other's cell: two ports on one pad, or one port under two

@@ -21,12 +21,14 @@ GATE u(.A(n_a), .B(n_ck), .Z(n_y)); GATE v(.A(n_d), .B(n_a)); OBUF py(.I(n_y), .
      .design = "module chip(input a); CBUF pa(.PAD(a), .C(n)); GATE v(.A(n)); endmodule",
      .pins = "1 A a *\n",
      .roles = "%INPUT_SCAN BC_IN;"},
-    // A cell named for the pin, an input cell alone in a list, and a list that leaves the input to the roles.
+    // Cells named for the pin, an input cell alone in a list, and a list that leaves the input to the roles.
+    // Each counts as the cell that it is.
     {.name = "cells_of_the_pin_file",
-     .design = R"(module chip(input a, b, ck, output y);
+     .design = R"(module chip(input a, b, ck, c, output y);
 IBUF pa(.PAD(a), .C(n_a)); IBUF pb(.PAD(b), .C(n_b)); CBUF pc(.PAD(ck), .C(n_ck)); OBUF py(.I(n_y), .PAD(y));
-GATE u(.A(n_a), .B(n_b), .Z(n_y)); GATE v(.A(n_ck)); endmodule)",
-     .pins = "1 A a * BSC(BC_IN)\n2 B b * BSC(I:BC_OUT)\n3 Y y * BSC(BC_OUT)\n4 CK ck * BSC(IO:BC_OUT)\n",
+CBUF pd(.PAD(c), .C(n_c)); GATE u(.A(n_a), .B(n_b), .Z(n_y)); GATE v(.A(n_ck), .B(n_c)); endmodule)",
+     .pins = "1 A a * BSC(BC_CLK)\n2 B b * BSC(I:BC_OUT)\n3 Y y * BSC(BC_OUT)\n4 CK ck * BSC(I_ONLY:BC_IN)\n"
+             "5 C0 c * BSC(BC_IN)\n",
      .roles = "%CLOCK_SCAN BC_CLK; %INPUT_SCAN BC_IN; %BIDIR_SCAN BC_BI;",
      .shows = NO_CMD},
     {.name = "output_states",

@@ -1,4 +1,5 @@
 // The report and the boundary order file, to the blank.
+#include "planning/cell_choice.hh"
 #include "planning/planning.hh"
 #include "planning/port_table.hh"
 #include "planning/report.hh"
@@ -36,8 +37,7 @@ OPIN_ROW port_row(int32_t order, const char *number, const char *port, int32_t k
     row.order = order;
     row.pin_num = number;
     row.port_name = port;
-    row.kind = kind;
-    row.scan_cell = cell;
+    take_cell(row, kind, {cell, COUNT_OUTPUT});
     return row;
 }
 
@@ -49,7 +49,6 @@ class ReportTest : public testing::Test {
     void SetUp() override {
         rimweave_init();
         TOP_MODULE = "chip";
-        INPUT_SCAN = "BC_IN";
         OPIN_ROW tdo = port_row(-1, "2", "tdo", CELL_OUTPUT3, nullptr);
         tdo.pad_instance = "po";
         tdo.pad_class = "TBUF";
@@ -67,6 +66,7 @@ class ReportTest : public testing::Test {
             append_row(OPIN_TAB, row);
         }
         OPIN_ROW pair = port_row(3, "5", "b", CELL_INOUT, &out);
+        pair.input_cell = {&in, COUNT_INPUT};
         pair.net_name = "bo,bi";
         pair.pad_instance = "pb";
         pair.pad_class = "BBUF";
