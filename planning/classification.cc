@@ -9,6 +9,7 @@
 #include "planning/standard_ports.hh"
 #include "planning/tap_state.hh"
 #include "planning/tracing.hh"
+#include "planning/validation.hh"
 #include "sdb/navigation.hh"
 #include "sdb/sdb.hh"
 #include "support/console.hh"
@@ -239,6 +240,7 @@ void produce_opin_control_tab() {
     }
     point_standard_ports_at_rows();
     check_no_wire_is_cut_twice();
+    warn_of_missing_pins();
     warn_of_unlisted_ports();
     settle_io_modules();
     if (multi_io_module_flagG != 0)

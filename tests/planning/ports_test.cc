@@ -102,6 +102,17 @@ GATE u(.Z(n_c)); GATE f(.Z(n_d)); GATE g(.Z(n_e)); endmodule)",
      .design = R"(module M(input B); GATE u2(.B(B)); endmodule
 module chip(); GATE u1(.A(n_a), .Z(n_z)); GATE u3(.A(n_z), .Z(n_a)); M m(.B(n_a)); endmodule)",
      .pins = "1 INTERNAL u1{Z} *\n2 INTERNAL u1{A} *\n3 OBSERVE_ONLY u3{A} *\n4 OBSERVE u3{Z} *\n"},
+    // Each class is warned of once; what is left of such a cell is wired.
+    {.name = "chain_cells_that_lack_pins",
+     .design = R"(module chip(input a, b); BS_1 pa(.PAD(a), .C(n_a)); BS_1 pb(.PAD(b), .C(n_b));
+GATE u(.A(n_a), .Z(n_z)); GATE v(.A(n_b), .B(n_z)); endmodule)",
+     .pins = "1 A a *\n2 B b *\n3 INTERNAL u{A} *\n4 OBSERVE u{Z} *\n5 OBSERVE v{B} *\n",
+     .options = "-add_tap -synch",
+     .roles = "%INTERNAL_SCAN BC_1; %OBSERVE_ONLY_SCAN BC_2;",
+     .library = "%SCAN_CELL BC_1 { %TDI si; %TDO so; %SHIFT_DR sh; %TCK tk; %DATA_IN di; %DATA_OUT do; }\n"
+                "%SCAN_CELL BC_2 { %TDI si; %TDO so; %CLOCK_DR ck; %TCK tk; %DATA_IN di; }\n"
+                "%BS_BUFFER BS_1 { %TDI si; %TDO so; %INPUT PAD; %OUTPUT C; }\n",
+     .shows = WHOLE_CMD},
     {.name = "buses_of_one_bit_and_inverted_pins",
      .design =
          R"(module chip(input [0:0] a, input b, output y); IBUF pa(.PAD(a[0]), .C(n_a)); IBUF pb(.PAD(b), .C(n_b));

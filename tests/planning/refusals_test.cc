@@ -268,6 +268,17 @@ const PLANNED_CHIP TAPS_AND_OPTIONS[] = {
     {"", "(inout tdo); XPAD p(.PAD(tdo));", TDO,
      "ERROR: option -add_pad requires to declare %OUTPUT_BUFFER\n       in file './chip.bsc'.\n\n",
      "-add_tap -no_pad"},
+    // A cell of a pin in the core that the editor can't wire.
+    {.name = "",
+     .design = CORE,
+     .pins = "1 OBSERVE u{A} *\n",
+     .message = "WARNING: (./chip.lib) can't find %TDI in %SCAN_CELL BC_2.\n"
+                "WARNING: (./chip.lib) can't find %TDO in %SCAN_CELL BC_2.\n"
+                "WARNING: (./chip.lib) can't find %DATA_IN in %SCAN_CELL BC_2.\n"
+                "         OBSERVE_ONLY SCAN 'BC_2' should have %DATA_IN signal.\n\n",
+     .roles = "%OBSERVE_ONLY_SCAN BC_2;",
+     .settings = "%SKIP_SIGNAL_NAMES { a; }",
+     .library = "%SCAN_CELL BC_2 { %SHIFT_DR si; %CLOCK_DR ck; }\n"},
     // An existing TAP without a pin that a pad needs.
     {.name = "",
      .design = "(output y); BSOE p(.PAD(y), .I(n), .OEN(e));" CORE_OE WITH_TAP,
