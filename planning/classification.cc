@@ -150,11 +150,11 @@ void save_OPIN_TAB_for_adding_scan_cell_internal(int32_t row_index) {
 }
 
 /// Two rows that would cut one wire spoil each other's cell: two ports on one pad, or one port under two
-/// names.
+/// names. The cell inside a pad serves one port, although it cuts no wire.
 void check_no_wire_is_cut_twice() {
-    std::unordered_map<int32_t, const OPIN_ROW *> cuts; // by node
-    auto cut = [&](const OPIN_ROW &row, int32_t node) {
-        auto [known, is_new] = cuts.try_emplace(node, &row);
+    std::unordered_map<int32_t, const OPIN_ROW *> cuts, pads; // by node; by the object of such a pad
+    auto take = [](auto &places, int32_t place, const OPIN_ROW &row) {
+        auto [known, is_new] = places.try_emplace(place, &row);
         if (!is_new && known->second != &row)
             vmr_fail("ERROR: (%s) '%s' and '%s' need a boundary scan cell at the same place.\n"
                      "       Please correct your SDB or specify one of them as skip signal.\n\n",
@@ -165,10 +165,12 @@ void check_no_wire_is_cut_twice() {
         if (row.scan_cell == nullptr || (is_internal && row.scan_cell->data_out == nullptr))
             continue; // a cell that only observes cuts nothing
         if (row.pad == nullptr && !is_internal)
-            cut(row, port_tab[find_iport(row.port_name)].node);
+            take(cuts, port_tab[find_iport(row.port_name)].node, row);
+        if (is_bs_buffer(row.pad))
+            take(pads, row.pad_obj, row);
         for (const char *pin : {row.pad_input, row.pad_output})
             if (pin != nullptr)
-                cut(row, find_pin_node(row.pad_obj, pin));
+                take(cuts, find_pin_node(row.pad_obj, pin), row);
     }
 }
 

@@ -96,6 +96,8 @@ const struct {
      SAME_PLACE("a", "a[0]")},
     {"(input a, b); GATE p(.A(a), .B(b), .Z(n)); PLAIN u(.A(n));", "1 A a *\n2 B b *\n",
      "%BUFFER GATE { %OUTPUT Z; }", SAME_PLACE("a", "b")},
+    {"(input a, output z); BSIN p(.PAD(a), .C(z));", "1 A a *\n2 Z z *\n", "", SAME_PLACE("a", "z")},
+    {"(input a, output y); BSOU p(.I(a), .PAD(y));", "1 Y y *\n2 A a *\n", "", SAME_PLACE("y", "a")},
     // Pins that face another way than described, in all words.
     {IN_X, A, "%BUFFER XPAD { %OUTPUT PAD; }", FACES("PAD", "a bidirectional", "XPAD", "an output")},
     {OUT_GATE, Y, "%BUFFER GATE { %INPUT Z; }", FACES("Z", "an output", "GATE", "an input")},
