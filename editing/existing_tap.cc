@@ -22,7 +22,7 @@ void lift(EDIT_FILE *fp, const char *inst, const char *pin, EDIT_PORT direction)
 }
 
 bool run_wires_port(STANDARD_PORT port) {
-    // Without a pad module the wires of the standard ports are the design's own affair.
+    // Without a pad module, and with several, the wires of the standard ports are the design's own affair.
     return PAD_MODULE_EXIST != 0 && port_is_used(port) && TAP_PORT[port].row != nullptr &&
            !design_wires_port(port);
 }
@@ -50,7 +50,8 @@ bool design_wires_port(STANDARD_PORT port) {
 
 void warn_of_unwired_ports() {
     for (STANDARD_PORT port : PORT_ORDER)
-        if (port_is_used(port) && TAP_PORT[port].tap_pin != nullptr && TAP_PORT[port].tap_net == nullptr)
+        if (port_is_used(port) && TAP_PORT[port].tap_pin != nullptr && TAP_PORT[port].tap_net == nullptr &&
+            !run_wires_port(port))
             vmr_printf("WARNING: Pin '%s' of TAP '%s' is not connected in the design.\n"
                        "         It won't be connected to port '%s'.\n",
                        TAP_PORT[port].tap_pin, TAP_INSTANCE_NAME, chip_port_name(port));

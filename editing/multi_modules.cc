@@ -58,6 +58,7 @@ void begin_top() {
     TAP_FP = IO_MODULES[0].file;
     if (!option(OPT_ADD_TAP)) {
         free_existing_tap(TAP_FP);
+        warn_of_unwired_ports();
         return;
     }
     edit_add_instance(TAP_FP, TAP_INSTANCE_NAME, TAP_MODULE_NAME);

@@ -241,6 +241,6 @@ void open_and_modify_top_sdb() {
         free_existing_tap(TAP_FP);
     else
         replace_tap_path();
-    if (!option(OPT_ADD_TAP) && PAD_MODULE_EXIST == 0)
+    if (!option(OPT_ADD_TAP))
         warn_of_unwired_ports();
 }

@@ -197,7 +197,9 @@ const CHIP_ROW SIGNALS[] = {
                .pins = "1 A a *\n6 TDI tdi *\n9 CK ck *\n"},
      .options = "",
      .expected =
-         "WARNING: Pin 'TDI' of TAP 'TAP' was connected to GND.\n         'TDI' will be disconnected.\n",
+         "WARNING: Pin 'TDI' of TAP 'TAP' was connected to GND.\n         'TDI' will be disconnected.\n"
+         "WARNING: Pin 'TMS' of TAP 'TAP' is not connected in the design.\n"
+         "         It won't be connected to port 'tms'.\n",
      .status = 0,
      .lines = "disconnect TAP{TDI}\nreplace p pads_bs\nconnect pi{C} TAP{TDI}\n"},
     {.what = "a pin of the TAP that the design leaves open, and an extra pin",
@@ -318,6 +320,9 @@ const CHIP_ROW FILES[] = {
                  {"chip.v", "po(.I(g)", "po(.I(d)"},
                  {"chip.v", "IBUF j(.PAD(tdi), .C(t))", "IBUF j(.PAD(tdi)); INV h(.A(k), .Z(t))"}},
      .options = "",
+     .expected = "WARNING: Pin 'TMS' of TAP 'TAP' is not connected in the design.\n"
+                 "         It won't be connected to port 'tms'.\n"
+                 "WARNING: Pin 'TCK' of TAP 'TAP' is not connected in the design.\n",
      .status = 0,
      .lines = "edit pb_bs0\npath ./rimweave_lib \nadd BCELL1 BC_IN\n"},
 };
