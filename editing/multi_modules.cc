@@ -71,7 +71,7 @@ void count_further_needs() {
         std::vector<int32_t> &need = IO_MODULES[row.io_module].extra_need;
         need.resize(std::max<size_t>(need.size(), DYNA_count(row.extra_pins)));
         for (int32_t i = 0; i < DYNA_count(row.extra_pins); i++)
-            need[i]++;
+            need[i] += row.extra_pins[i] != nullptr ? 1 : 0;
     }
     for (const auto &[module, group] : emission.highz_buffers)
         IO_MODULES[std::max(module, 0)].highz_buffer = true;

@@ -172,6 +172,8 @@ void build_control_trees(EDIT_FILE *fp, bool with_report) {
     }
     for (int32_t i = 0; i < DYNA_count(EXTRA_TREES); i++) {
         WIRED_SIGNAL signal = extra_signal(i);
+        if (signal.tree->need == 0)
+            continue;
         build_tree(fp, signal);
         if (!with_report || wire_form(*signal.tree) == WIRE_DIRECT)
             continue;
