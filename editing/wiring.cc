@@ -44,6 +44,12 @@ WIRED_SIGNAL extra_signal(int32_t position) {
     return {format_text("extra%d", position + 1), &EXTRA_TREES[position], pin, is_active_low(field)};
 }
 
+/// A mode that a cell inside a pad wants and the TAP does not have: the user has been told, and the pins stay
+/// open.
+bool tap_lacks_mode(CONTROL_SIGNAL signal) {
+    return (signal == SIG_MODE2 || signal == SIG_MODE3) && TAP_PIN[signal] == nullptr;
+}
+
 /// A signal without groups is wired directly, whatever the sizes of the other signals' groups.
 WIRE_FORM wire_form(const BUFFER_TREE &tree) {
     if (tree.group == nullptr)
@@ -186,7 +192,7 @@ void connect_control_signal(EDIT_FILE *fp, int32_t index) {
     const SCAN_ROW &row = SCAN_TAB[index];
     for (CONTROL_SIGNAL id : WIRE_ORDER) {
         const char *pin = row.pins[id];
-        if (pin == nullptr || (id == SIG_BCLK && !option(OPT_SYNCH)))
+        if (pin == nullptr || (id == SIG_BCLK && !option(OPT_SYNCH)) || tap_lacks_mode(id))
             continue;
         edit_connect(fp, pin_of(row.inst, pin), next_source(control_signal(id)));
     }

@@ -290,14 +290,6 @@ const PLANNED_CHIP TAPS_AND_OPTIONS[] = {
      .roles = "%INPUT_SCAN BC_IN;",
      .tap_pins = ""},
     {.name = "",
-     .design = "(input a); BSIN p(.PAD(a), .C(n));" CORE_I WITH_TAP,
-     .pins = A,
-     .message = LIB "can't find %MODE_2 in %TAP_CONTROLLER oldtap.\n" TAP_UNWIRED LIB
-                    "%TAP_CONTROLLER has no pin for the mode2 signal of the boundary cells.\n\n",
-     .options = "",
-     .roles = "%INPUT_SCAN BC_IN;",
-     .tap_pins = ""},
-    {.name = "",
      .design = "(output y); MUXO p(.PAD(y), .I(n), .S(1'b0));" CORE_O WITH_TAP,
      .pins = Y,
      .message = TAP_UNWIRED LIB "can't find %MODE_1 in %TAP_CONTROLLER oldtap.\n"
