@@ -151,11 +151,9 @@ void join_mux_pin(EDIT_FILE *fp, OPIN_ROW &row, MUX_PIN which, const char *suffi
 /// The pad's mode pin is driven through <top>_BCM, unless it stands on a working net.
 void join_mode_pin(EDIT_FILE *fp, OPIN_ROW &row, int32_t mode, const char *suffix) {
     const char *pin = row.pad == nullptr ? nullptr : row.pad->*PAD_MODES[mode];
-    int32_t net = row.mode_net[mode];
-    if (pin == nullptr || net > 1)
+    if (pin == nullptr || row.mode_net[mode] > 1)
         return;
-    if (is_constant_net(net))
-        edit_disconnect(fp, pin_of(row.pad_instance, pin));
+    free_pad_mode(fp, row, mode);
     join(fp, suffix, pin_of(row.pad_instance, pin), EDIT_PLAIN);
 }
 

@@ -37,7 +37,8 @@ void add_on_pad(EDIT_FILE *fp, int32_t index, IN_OUT_PAIR &pair) {
         int32_t node = far_end_of_side(row, SIDE_OUTPUT, PAD_WORD_BIDIRECTIONAL);
         EDIT_OPERAND data_out = pin_of(pair.in_name, pair.in->data_out);
         cut_pin(fp, row.pad_instance, row.pad_output, data_out);
-        edit_connect(fp, data_out, far_operand_with_warning(row, node));
+        warn_of_port_at_pad(row, node);
+        edit_connect(fp, data_out, node_operand(node));
     }
     edit_connect(fp, pin_of(pair.in_name, pair.in->data_in), side_operand(row, SIDE_OUTPUT));
     end_side(row, SIDE_OUTPUT, saved);

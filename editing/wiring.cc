@@ -2,6 +2,7 @@
 
 #include "description/lookups.hh"
 #include "editing/buffer_trees.hh"
+#include "editing/cell_routines.hh"
 #include "editing/tap_place.hh"
 #include "support/console.hh"
 #include "support/run_state.hh"
@@ -140,17 +141,10 @@ EDIT_OPERAND next_source(const WIRED_SIGNAL &signal) {
 void connect_pad_modes(EDIT_FILE *fp, const OPIN_ROW &row) {
     for (int32_t i = 0; i < 3; i++) {
         const char *pin = row.pad == nullptr ? nullptr : row.pad->*PAD_MODES[i];
-        int32_t net = row.mode_net[i];
-        if (pin == nullptr || net > 1)
+        if (pin == nullptr || row.mode_net[i] > 1)
             continue;
-        EDIT_OPERAND pad_pin = pin_of(row.pad_instance, pin);
-        if (is_constant_net(net)) {
-            vmr_printf("WARNING: Pin %%MODE_%d of pad '%s'(%s) connected to %s.\n"
-                       "         %%MODE_%d '%s' will be disconnected and reconnected to TAP.\n",
-                       i + 1, row.pad_instance, row.pad_class, net == 0 ? "GND" : "VCC", i + 1, pin);
-            edit_disconnect(fp, pad_pin);
-        }
-        edit_connect(fp, pad_pin, next_source(control_signal(MODE_SIGNALS[i])));
+        free_pad_mode(fp, row, i);
+        edit_connect(fp, pin_of(row.pad_instance, pin), next_source(control_signal(MODE_SIGNALS[i])));
     }
 }
 
