@@ -84,9 +84,10 @@ bool node_reads(const OPIN_ROW &row, int32_t node) {
 void add_constant_control(EDIT_FILE *fp, int32_t index, const std::string &pad, const BUFFER_CELL *buffer,
                           bool core_reads) {
     const OPIN_ROW &row = OPIN_TAB[index];
-    const SCAN_CELL *control = required_cell(row, declared_cell(COUNT_CONTROL)).cell;
+    CHOSEN_CELL chosen = required_cell(row, declared_cell(COUNT_CONTROL));
+    const SCAN_CELL *control = chosen.cell;
     const char *name = add_scan_tab(control, index, false, true);
-    SCAN_COUNT[COUNT_CONTROL]++;
+    SCAN_COUNT[chosen.counter]++;
     edit_add_instance(fp, name, control->name);
     bool is_low;
     const char *enable = chosen_enable_pin(buffer, PIN_TABLE[row.pin_index], &is_low);

@@ -14,9 +14,11 @@ GATE u(.A(n_a), .B(n_ck), .Z(n_y)); GATE v(.A(n_d), .B(n_a)); OBUF py(.I(n_y), .
      .options = "-add_tap -synch",
      .shows = WHOLE_REPORT | WHOLE_CMD},
     {.name = "clock_cell_for_an_input",
-     .design = "module chip(input a); IBUF pa(.PAD(a), .C(n)); PLAIN u(.A(n)); GATE v(.A(n)); endmodule",
+     .design = "module chip(input a); A_PAD_OF_24_CHARACTERS_X pa(.PAD(a), .C(n)); PLAIN u(.A(n)); GATE "
+               "v(.A(n)); endmodule",
      .pins = "1 A a *\n",
-     .roles = "%CLOCK_SCAN BC_CLK;"},
+     .roles = "%CLOCK_SCAN BC_CLK;",
+     .library = "%BUFFER A_PAD_OF_24_CHARACTERS_X { %INPUT PAD; %OUTPUT C; }"},
     {.name = "input_cell_for_a_clock",
      .design = "module chip(input a); CBUF pa(.PAD(a), .C(n)); GATE v(.A(n)); endmodule",
      .pins = "1 A a *\n",

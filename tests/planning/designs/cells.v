@@ -1,5 +1,6 @@
 // Pads.
 module IBUF(input PAD, output C); endmodule
+module A_PAD_OF_24_CHARACTERS_X(input PAD, output C); endmodule
 module CBUF(input PAD, output C); endmodule
 module OBUF(input I, output PAD); endmodule
 module TBUF(input I, OEN, EN, output PAD); endmodule
