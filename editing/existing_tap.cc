@@ -54,7 +54,7 @@ void warn_of_unwired_ports() {
             !run_wires_port(port))
             vmr_printf("WARNING: Pin '%s' of TAP '%s' is not connected in the design.\n"
                        "         It won't be connected to port '%s'.\n",
-                       TAP_PORT[port].tap_pin, TAP_INSTANCE_NAME, chip_port_name(port));
+                       TAP_PORT[port].tap_pin, org_tap_instance_nameG, chip_port_name(port));
 }
 
 void free_existing_tap(EDIT_FILE *fp) {

@@ -87,6 +87,7 @@ bool is_merged(const OPIN_ROW &row, const BUFFER_CELL *pad, int32_t node) {
 void take_mux_cell(OPIN_ROW &row, const BUFFER_CELL *pad, bool is_clock) {
     CELL_COUNTER own = is_clock ? COUNT_CLOCK_MUX : COUNT_INPUT_MUX;
     CHOSEN_CELL chosen = named_cell(row, own);
+    // The report has no section for clock cells of mux pads: an input port's cell is found among its own.
     if (chosen.cell == nullptr)
         chosen.cell = declared_cell(own, is_clock ? COUNT_INPUT_MUX : COUNT_CLOCK_MUX).cell;
     if (chosen.cell == nullptr)
