@@ -125,8 +125,8 @@ chip_case::chip_case(const CHIP_INPUT &input) {
         make_tool(tool, "exit 0");
 }
 
-run_result chip_case::run(const std::string &options) const {
-    return scratch.run("PATH=$PWD/tools:$PATH " RW_BIN_DIR "/rimweave chip " + options);
+run_result chip_case::run(const std::string &options, std::string_view input) const {
+    return scratch.run("PATH=$PWD/tools:$PATH " RW_BIN_DIR "/rimweave chip " + options, input);
 }
 
 void chip_case::make_tool(const std::string &name, const std::string &text) const {

@@ -1,4 +1,5 @@
 // The runs of the tools: their command lines, what is printed beside them, and what a failure leaves.
+#include "support/text.hh"
 #include "tests/editing/chip_case.hh"
 
 namespace {
@@ -21,13 +22,14 @@ CHIP_INPUT chip_with_tap_path() {
     return input;
 }
 
-/// Tools that note how they were called; kalmedit leaves the module that it was to edit as it is.
+/// Tools that note how they were called and what they read on standard input; kalmedit leaves the module that
+/// it was to edit as it is.
 void note_calls(const chip_case &chip) {
     for (const char *tool : {"kalmedit", "kalmlist", "kalmflat", "mv", "cp"}) {
         std::string real = std::string(tool) == "mv" || std::string(tool) == "cp"
                                ? "exec /bin/" + std::string(tool) + " \"$@\""
                                : "";
-        chip.make_tool(tool, "echo $(basename $0) \"$@\" >>calls\n" + real);
+        chip.make_tool(tool, "echo $(basename $0) \"$@\" $(cat) >>calls\n" + real);
     }
 }
 
@@ -68,7 +70,7 @@ TEST(Runs, CommandLines) {
         std::filesystem::create_directories(chip.scratch.dir / "out/deep");
         chip.scratch.write("pads.inf", "");
         note_calls(chip);
-        run_result result = chip.run(run.options);
+        run_result result = chip.run(run.options, "an answer that no tool may take\n");
         EXPECT_EQ(result.status, 0) << result.out << result.err;
         EXPECT_EQ(after(chip.scratch.read("calls"), "cp ./chip.sdb"), edits + run.expected);
         EXPECT_FALSE(chip.scratch.has("bs_kalmlist.log"));
@@ -189,42 +191,46 @@ TEST(Runs, AFullDisk) {
     EXPECT_TRUE(chip.scratch.has("chip_jtag_flat.v"));
 }
 
-TEST(Runs, ADesignNameIsNeverAShellCommand) {
-    struct NAME {
-        const char *name;
+TEST(Runs, ANameIsNeverAShellCommandOrASwitch) {
+    struct NAMES {
+        const char *design, *module, *folder; // as Verilog and the command line have them
         int status;
         const char *message;
+        const char *argument = ""; // the design's, where it is not the name itself
     };
-    const NAME names[] = {
-        {"a;touch$IFS+pwned", 0, "END TIME"},
+    const NAMES names[] = {
+        {"a;touch$IFS+pwned", "p;touch$IFS+pwned", "o;touch pwned", 0, "END TIME"},
+        {"-f", "-i", "-v", 0, "END TIME", "./-f"},
         // The edit language parts its words at blanks.
-        {"a;touch pwned", 255, "ERROR: the name 'a;touch pwned_jtag' can't stand in command file"},
+        {"a;touch pwned", "p", "o", 255, "ERROR: the name 'a;touch pwned_jtag' can't stand in command file"},
     };
-    for (const NAME &each : names) {
-        chip_case chip(small_chip());
-        for (const char *ext : {".sdb", ".c.sdb", ".lib", ".bsc"})
-            std::filesystem::copy(chip.scratch.dir / (std::string("chip") + ext),
-                                  chip.scratch.dir / (std::string(each.name) + ext));
-        run_result result = chip.scratch.run("PATH=$PWD/tools:$PATH " RW_BIN_DIR "/rimweave '" +
-                                             std::string(each.name) + "' -add_tap");
-        EXPECT_EQ(result.status, each.status) << result.out << result.err;
-        EXPECT_NE(result.out.find(each.message), std::string::npos) << result.out;
-        EXPECT_FALSE(chip.scratch.has("pwned") || chip.scratch.has("+pwned"));
+    for (const NAMES &each : names) {
+        for (std::string language : {"v", "vhd"}) {
+            SCOPED_TRACE(each.design + std::string(" in ") + language);
+            CHIP_INPUT input;
+            input.design =
+                format_text("module \\%s (input a, output a_c); IBUF pa(.PAD(a), .C(a_c)); endmodule\n"
+                            "module chip(input a, input ck); wire w; \\%s p(.a(a), .a_c(w));\n"
+                            "FF f(.D(w), .CK(ck)); endmodule\n",
+                            each.module, each.module);
+            input.pins = "1 PA a *\n2 CK ck *\n";
+            chip_case chip(input);
+            std::filesystem::remove_all(chip.scratch.dir / "tools");
+            std::filesystem::create_directory(chip.scratch.dir / each.folder);
+            for (const char *ext : {".sdb", ".c.sdb", ".lib", ".bsc"})
+                std::filesystem::rename(chip.scratch.path(std::string("chip") + ext),
+                                        chip.scratch.path(std::string(each.design) + ext));
+            run_result result =
+                chip.scratch.run(format_text(RW_BIN_DIR "/rimweave '%s' -add_tap -opath '%s'%s",
+                                             *each.argument ? each.argument : each.design, each.folder,
+                                             language == "vhd" ? " -vhdl" : ""));
+            EXPECT_EQ(result.status, each.status) << result.out << result.err;
+            EXPECT_NE(result.out.find(each.message), std::string::npos) << result.out;
+            EXPECT_FALSE(chip.scratch.has("pwned") || chip.scratch.has("+pwned"));
+            EXPECT_EQ(
+                chip.scratch.has(format_text("%s/%s_jtag.%s", each.folder, each.design, language.c_str())),
+                each.status == 0);
+            EXPECT_EQ(chip.scratch.has(format_text("rimweave_lib/%s_bs.sdb", each.module)), each.status == 0);
+        }
     }
-}
-
-TEST(Runs, ModulesAndFoldersAreNeverShellCommands) {
-    CHIP_INPUT input;
-    input.design = "module \\p;touch$IFS+pwned (input a, output a_c); IBUF pa(.PAD(a), .C(a_c)); endmodule\n"
-                   "module chip(input a, input ck); wire w; \\p;touch$IFS+pwned p(.a(a), .a_c(w));\n"
-                   "FF f(.D(w), .CK(ck)); endmodule\n";
-    input.pins = "1 PA a *\n2 CK ck *\n";
-    chip_case chip(input);
-    std::filesystem::remove_all(chip.scratch.dir / "tools");
-    std::filesystem::create_directory(chip.scratch.dir / "o;touch pwned");
-    run_result result = chip.run("-add_tap -opath 'o;touch pwned'");
-    EXPECT_EQ(result.status, 0) << result.out << result.err;
-    EXPECT_FALSE(chip.scratch.has("pwned") || chip.scratch.has("+pwned"));
-    EXPECT_TRUE(chip.scratch.has("o;touch pwned/chip_jtag.v"));
-    EXPECT_TRUE(chip.scratch.has("rimweave_lib/p;touch$IFS+pwned_bs.sdb"));
 }

@@ -76,12 +76,13 @@ TEST(MessageDeath, Layout) {
 TEST(Shell, WordsReachTheCommandAsTheyAre) {
     scratch_folder scratch;
     for (const char *name : {"chip", "dir/chip_TAP.v", "a;b", "a b", "it's", "$HOME", "`id`", "a&b|c", "*",
-                             "-x", "", "\\n", "\"q\"", "~", "#c", "new\nline", "A=b", "chip[3]", "!x"}) {
+                             "", "\\n", "\"q\"", "~", "#c", "new\nline", "A=b", "chip[3]", "!x"}) {
         std::string word = shell_word(name);
         EXPECT_EQ(scratch.run("touch marker; printf '<%s>' " + word).out, "<" + std::string(name) + ">")
             << word;
     }
     EXPECT_EQ(shell_word("./rimweave_lib/chip.c.sdb"), "./rimweave_lib/chip.c.sdb");
+    EXPECT_EQ(shell_word("-a b"), "'./-a b'"); // no switch
 }
 
 TEST(Shell, OwnFolderComesLastOnPath) {
