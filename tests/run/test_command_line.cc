@@ -184,7 +184,8 @@ TEST(CommandLine, WorkingFolderThatCannotBeMade) {
     scratch_folder scratch;
     scratch.write("rimweave_lib", "a file");
     run_result result = scratch.run(rimweave + " chip");
-    EXPECT_EQ(result.out, "\nERROR: can't open default directory .\\'rimweave_lib'.\n\n");
+    EXPECT_EQ(without_banner(result.out),
+              "<banner>\n\nERROR: can't open default directory .\\'rimweave_lib'.\n\n");
     EXPECT_EQ(result.status, 255);
     EXPECT_EQ(scratch.read("rimweave_lib"), "a file");
 }
