@@ -1,6 +1,7 @@
 #include "support/shell.hh"
 
 #include "support/console.hh"
+#include "support/temporary_file.hh"
 
 #include <cctype>
 #include <cerrno>
@@ -147,8 +148,8 @@ bool write_text_file(const std::string &path, std::string_view text) {
     if (exists && ::access(path.c_str(), W_OK) != 0)
         return false;
     std::string target = exists ? resolved(path) : path;
-    std::string temporary = folder_of(target) + ".rw-XXXXXX";
-    int file = ::mkostemp(temporary.data(), O_CLOEXEC);
+    std::string temporary;
+    int file = make_temporary_file(folder_of(target), temporary);
     if (file < 0)
         return false;
     int reason = write_all(file, text);
