@@ -8,7 +8,6 @@
 #include "planning/tracing.hh"
 #include "sdb/navigation.hh"
 #include "support/console.hh"
-#include "support/fnm.hh"
 #include "support/run_state.hh"
 #include "support/text.hh"
 
@@ -129,10 +128,9 @@ bool needs_library_path() {
 }
 
 const char *open_and_modify_hierarchy_sdb(const PAD_LEVEL &level) {
-    std::string file = format_text("%s%s.sdb", PATH, level.module);
-    const char *found = FNM_find_input(file);
+    const char *found = find_design_file(format_text("%s.sdb", level.module));
     if (found == nullptr)
-        console_fail("ERROR: Can't find file %s.\n\n", file.c_str());
+        console_fail("ERROR: Can't find file %s%s.sdb.\n\n", PATH, level.module);
     std::string edited = std::string(level.module) + "_bs";
     if (copy_file(found, edited + ".sdb") != 0)
         vmr_fail("\nERROR: can't copy file '%s' to file '%s/%s.sdb'.\n       Perhaps permission deny ...\n\n",

@@ -7,7 +7,6 @@
 #include "planning/tracing.hh"
 #include "sdb/navigation.hh"
 #include "support/console.hh"
-#include "support/fnm.hh"
 #include "support/run_state.hh"
 #include "support/text.hh"
 
@@ -15,7 +14,7 @@ namespace {
 
 const char *found_module_file(const char *module) {
     std::string file = std::string(module) + ".sdb";
-    const char *found = FNM_find_input(file);
+    const char *found = find_design_file(file);
     if (found == nullptr)
         console_fail("ERROR: Can not find \"%s\" file.\n\n", file.c_str());
     return found;
