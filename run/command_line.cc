@@ -118,7 +118,10 @@ void take_output_directory(int32_t argc, char **argv, int32_t *index_pointer) {
         error_num++;
         return;
     }
-    OPATH = keep_text(argv[*index_pointer]);
+    std::string_view directory = argv[*index_pointer];
+    while (directory.size() > 1 && directory.ends_with('/'))
+        directory.remove_suffix(1);
+    OPATH = keep_text(directory);
 }
 
 void scan_option(int32_t argc, char **argv, int32_t *index_pointer) {

@@ -139,7 +139,7 @@ TEST(CommandLine, NamesOfDesignAndReport) {
         {"chip.v", "chip.v.rwv.rpt", "BSC file 'chip.v.bsc'"},
         {"chip.c.sdb", "chip.c.rwv.rpt", "SDB file 'chip.c.c.sdb'"},
         {"../x/chip.sdb", "chip.rwv.rpt", "SDB file '../x/chip.c.sdb'"},
-        {"-opath out chip", "out/chip.rwv.rpt", "LIB file 'chip.lib'"},
+        {"-opath out/// chip", "out/chip.rwv.rpt", "Selected option:  -opath out.\n"},
         {"'a;touch b'", "a;touch b.rwv.rpt", "BSC file 'a;touch b.bsc'"},
     };
     for (const auto &one : cases) {
