@@ -270,14 +270,10 @@ void bs_search_standard_ports(int32_t index) {
             continue;
         row->pad_instance = place[port].instance;
         row_pin(*row, port) = place[port].pin;
-        if (PORT_ROUTES[port].stop >= 0)
-            row->mode_net[0] = 1;
     }
     if (enable.pin != nullptr)
         TDO_EN_ROUTE.top = enable;
     look_at_tdo_in_top(levels);
-    if (TDO_EN_ROUTE.stop >= 0)
-        TAP_PORT[PORT_TDO].row->mode_net[1] = 1;
-    else if (TDO_EN_ROUTE.start < levels && enable.pin != nullptr)
+    if (TDO_EN_ROUTE.stop < 0 && TDO_EN_ROUTE.start < levels && enable.pin != nullptr)
         TAP_PORT[PORT_TDO].row->pad_output = enable.pin;
 }
