@@ -17,7 +17,7 @@ void free_pin(EDIT_FILE *fp, int32_t net, const char *pin) {
 }
 
 void lift(EDIT_FILE *fp, const char *inst, const char *pin, EDIT_PORT direction) {
-    edit_add_port(fp, pin, direction);
+    add_new_port(fp, pin, direction);
     edit_connect(fp, pin_of(inst, pin), port_net(pin));
 }
 

@@ -8,7 +8,6 @@
 #include "planning/tracing.hh"
 #include "sdb/sdb.hh"
 #include "support/console.hh"
-#include "support/fnm.hh"
 #include "support/run_state.hh"
 #include "support/text.hh"
 
@@ -18,12 +17,9 @@ std::vector<IO_MODULE> IO_MODULES;
 
 namespace {
 
-/// A design given with its directory has its modules there too.
 const char *find_module(const char *class_name) {
     std::string file = format_text("%s.sdb", class_name);
-    const char *found = PATH == nullptr || *PATH == '\0' ? nullptr : FNM_find_input(PATH + file);
-    if (found == nullptr)
-        found = FNM_find_input(file);
+    const char *found = find_design_file(file);
     if (found == nullptr)
         console_fail("ERROR: Can not find \"%s\" file.\n\n", file.c_str());
     return keep_text(found);

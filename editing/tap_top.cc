@@ -8,6 +8,7 @@
 #include "planning/validation.hh"
 #include "sdb/navigation.hh"
 #include "support/console.hh"
+#include "support/fnm.hh"
 #include "support/run_state.hh"
 #include "support/shell.hh"
 #include "support/text.hh"
@@ -192,6 +193,12 @@ void fail_taken_port(const char *module, const char *port) {
     vmr_fail("ERROR: module '%s' has a port '%s' already, so that the signal of that name\n"
              "       can't be led into it. Please rename the port of the module or the pin of the TAP.\n\n",
              module, port);
+}
+
+void add_new_port(EDIT_FILE *fp, const char *name, EDIT_PORT direction) {
+    if (SDB_nl_search_port(name) >= 0)
+        fail_taken_port(FNM_break(sdb->path.c_str(), "b").c_str(), name);
+    edit_add_port(fp, name, direction);
 }
 
 std::vector<const char *> crossing_signals() {

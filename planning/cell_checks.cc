@@ -8,7 +8,6 @@
 #include "sdb/navigation.hh"
 #include "sdb/sdb.hh"
 #include "support/console.hh"
-#include "support/fnm.hh"
 #include "support/run_state.hh"
 #include "support/text.hh"
 
@@ -138,10 +137,9 @@ void warn_of_modes(const CELL_CHECK &check, SCAN_CELL &cell) {
 
 // Every scan cell must exist as an SDB file; the direction of its %OE_MODE port is read from there.
 void check_scan_oe_mode_type(SCAN_CELL &cell, const char *name) {
-    std::string file = std::string(PATH) + name + ".sdb";
-    const char *path = FNM_find_input(file);
+    const char *path = find_design_file(format_text("%s.sdb", name));
     if (path == nullptr)
-        vmr_fail("ERROR: can't find SDB file '%s' in default searching path.\n\n", file.c_str());
+        vmr_fail("ERROR: can't find SDB file '%s%s.sdb' in default searching path.\n\n", PATH, name);
     if (cell.oe_mode == nullptr)
         return;
     SDB_HANDLE *design = sdb;

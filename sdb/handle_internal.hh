@@ -10,8 +10,6 @@
 /// kept.
 struct first_row_index {
     static constexpr int32_t none = -1;
-    static constexpr int32_t unknown =
-        -2;                     ///< the first row lost this symbol: the next search looks through the table
     std::vector<int32_t> first; ///< by symbol id
     int32_t indexed = 0;        ///< rows below are in the index
 };
@@ -20,7 +18,6 @@ struct SDB_NAME_INDEX {
     first_row_index ports;
     first_row_index objs;
     first_row_index nets;
-    first_row_index classes;
 };
 
 /// The handle that SDB_setup made current, or null.
@@ -49,5 +46,3 @@ bool SDB_check_tables(const SDB_HANDLE *handle, std::string *fault);
 /// First row of `symbol` in an index over `count` rows, whose symbols are words at `stride` words apart.
 int32_t SDB_first_row(first_row_index &index, int32_t symbol, const int32_t *names, size_t stride,
                       int32_t count, int32_t symbol_count);
-/// Tells an index that a row changes its symbol; -1 for none.
-void SDB_index_renamed(first_row_index &index, int32_t row, int32_t from, int32_t to);

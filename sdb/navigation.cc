@@ -49,13 +49,14 @@ const char *name_text(const SDB_HANDLE *handle, int32_t index, int32_t id, int32
     return buffer.c_str();
 }
 
-/// The object or net that a hierarchical name's row stands for. The row and the table of names must agree.
-int32_t named_by_row(int32_t row, int32_t id, const int32_t *names, int32_t count) {
-    if (row < 0 || names == nullptr || id >= count)
+/// The object that a hierarchical name's row stands for. The row and the table of names must agree.
+int32_t object_of_row(int32_t row) {
+    int32_t obj = prefix_tab[row].target & ~SDB_OBJ_TARGET;
+    if (sobj_tab == nullptr || obj >= obj_count)
         return -1;
-    if (names[id] != SDB_ENTRY_BASE - row)
+    if (sobj_tab[obj] != SDB_ENTRY_BASE - row)
         fail_inconsistent();
-    return id;
+    return obj;
 }
 
 } // namespace
@@ -72,31 +73,7 @@ int32_t SDB_first_row(first_row_index &index, int32_t symbol, const int32_t *nam
             index.first[static_cast<size_t>(name)] == first_row_index::none)
             index.first[static_cast<size_t>(name)] = index.indexed;
     }
-    int32_t &first = index.first[static_cast<size_t>(symbol)];
-    if (first == first_row_index::unknown) {
-        first = first_row_index::none;
-        for (int32_t row = 0; row < count && first < 0; row++)
-            if (names[static_cast<size_t>(row) * stride] == symbol)
-                first = row;
-    }
-    return first;
-}
-
-void SDB_index_renamed(first_row_index &index, int32_t row, int32_t from, int32_t to) {
-    if (row >= index.indexed)
-        return;
-    auto known = [&](int32_t symbol) {
-        return symbol >= 0 && static_cast<size_t>(symbol) < index.first.size();
-    };
-    if (known(from) && index.first[static_cast<size_t>(from)] == row)
-        index.first[static_cast<size_t>(from)] = first_row_index::unknown;
-    if (to < 0)
-        return;
-    if (!known(to))
-        index.first.resize(static_cast<size_t>(to) + 1, first_row_index::none);
-    int32_t &first = index.first[static_cast<size_t>(to)];
-    if (first == first_row_index::none || first > row)
-        first = row;
+    return index.first[static_cast<size_t>(symbol)];
 }
 
 int32_t SDB_search_port(int32_t symbol) {
@@ -117,14 +94,6 @@ int32_t SDB_search_net(int32_t symbol) {
     SDB_NAME_INDEX *index = current_index();
     return index == nullptr ? -1
                             : SDB_first_row(index->nets, symbol, snet_tab, 1, net_count, SYM_count(sym_tab));
-}
-
-int32_t SDB_search_class(const char *name) {
-    SDB_NAME_INDEX *index = current_index();
-    return index == nullptr || class_tab == nullptr
-               ? -1
-               : SDB_first_row(index->classes, SYM_lookup(sym_tab, name), &class_tab->name,
-                               words(sizeof(SDB_CLASS)), class_count, SYM_count(sym_tab));
 }
 
 int32_t SDB_search_node(int32_t pin_symbol, int32_t obj) {
@@ -151,18 +120,7 @@ int32_t SDB_lookup_obj(const char *name) {
     if (std::strchr(name, sdb_hier_dot) == nullptr)
         return SDB_search_obj(SYM_lookup(sym_tab, name));
     int32_t row = PREFIX_lookup(prefix_tab, name, 1, -1);
-    return row < 0 ? -1 : named_by_row(row, prefix_tab[row].target & ~SDB_OBJ_TARGET, sobj_tab, obj_count);
-}
-
-int32_t SDB_lookup_net(const char *name) {
-    if (name == nullptr)
-        return -1;
-    if (std::strchr(name, sdb_hier_dot) == nullptr)
-        return SDB_search_net(SYM_lookup(sym_tab, name));
-    int32_t row = PREFIX_lookup(prefix_tab, name, 0, -1);
-    if (row < 0 || (prefix_tab[row].target & SDB_OBJ_TARGET) != 0)
-        return -1;
-    return named_by_row(row, prefix_tab[row].target, snet_tab, net_count);
+    return row < 0 ? -1 : object_of_row(row);
 }
 
 int32_t SDB_nl_search_node(const char *obj_name, const char *pin_name) {

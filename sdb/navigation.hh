@@ -19,10 +19,6 @@ int32_t SDB_nl_search_port(const char *name);
 int32_t SDB_nl_search_obj(const char *name);
 /// The object of a plain name or, when `name` holds the separator, of a hierarchical one.
 int32_t SDB_lookup_obj(const char *name);
-/// The net of a plain or hierarchical name.
-int32_t SDB_lookup_net(const char *name);
-/// The class of that name.
-int32_t SDB_search_class(const char *name);
 /// The node of a pin of an object, or of a port when `obj_name` is null or starts with '*'. -2 when the
 /// object is there and `pin_name` is no symbol of the design.
 int32_t SDB_nl_search_node(const char *obj_name, const char *pin_name);

@@ -252,10 +252,6 @@ int32_t SYM_count(const SYM_TABLE *table) {
     return table == nullptr ? 0 : static_cast<int32_t>(table->texts.size());
 }
 
-uint32_t SYM_hash_size(const SYM_TABLE *table) {
-    return table->hash_size;
-}
-
 void SYM_free(SYM_TABLE *table) {
     delete table;
 }

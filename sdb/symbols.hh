@@ -25,8 +25,6 @@ int32_t SYM_setup(SYM_TABLE *table, std::string_view text);
 const char *SYM_get(const SYM_TABLE *table, int32_t id);
 /// Number of symbols; ids are below it.
 int32_t SYM_count(const SYM_TABLE *table);
-/// Number of hash buckets that the file held, or that a new table was made with.
-uint32_t SYM_hash_size(const SYM_TABLE *table);
 void SYM_free(SYM_TABLE *table);
 
 /// A symbol block in memory: reads it, with every number checked, and moves `*position` behind it. The texts

@@ -76,7 +76,8 @@ int LIST_main(int argc, char **argv) {
     std::vector<std::string> directories = {own_directory.empty() ? "." : own_directory};
     directories.insert(directories.end(), arguments.paths.begin(), arguments.paths.end());
     std::string path = arguments.file;
-    if (own_directory.empty() && !TOOL_exists(path))
+    // A name that begins with '-' comes with "./" in front, and is no less a bare name.
+    if ((own_directory.empty() || own_directory == "./") && !TOOL_exists(path))
         path = DEF_find(directories, name);
     if (path.empty() || !TOOL_exists(path))
         TOOL_fail("", 0, "there is no file '%s'.", arguments.file.c_str());

@@ -48,5 +48,8 @@ void FNM_build_full_search_path();
 /// Sets the search list: `default_list`, then `env`, each directory with its subdirectories of `subdirs`
 /// (null for none). Returns the first directory of `env`, or null.
 const char *CMD_set_path(const char *env, const char *default_list, const char *subdirs);
+/// The directories that a lookup walks, as a value of VELMORA_DIRS; in front of them `folder`, which ends in
+/// '/', below each that has it.
+std::string FNM_list_with_folder(const std::string &folder);
 /// 0 when both table entries name the same directory.
 int dir_comp(const void *a, const void *b);

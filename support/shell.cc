@@ -1,6 +1,7 @@
 #include "support/shell.hh"
 
 #include "support/console.hh"
+#include "support/temporary_file.hh"
 
 #include <cctype>
 #include <cerrno>
@@ -60,6 +61,29 @@ mode_t mode_of_new_file() {
     return 0666 & ~mask;
 }
 
+/// Standard input is /dev/null as long as this lives. A command that finds a terminal there may ask, and take
+/// the silence or a stray answer for a "no" that leaves its status at 0.
+struct empty_input {
+    int own = -1;
+    bool is_set = false;
+
+    empty_input() {
+        int nothing = ::open("/dev/null", O_RDONLY | O_CLOEXEC);
+        own = ::fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+        is_set = nothing >= 0 && own >= 0 && ::dup2(nothing, STDIN_FILENO) >= 0;
+        if (nothing >= 0)
+            ::close(nothing);
+    }
+    ~empty_input() {
+        if (is_set)
+            ::dup2(own, STDIN_FILENO);
+        if (own >= 0)
+            ::close(own);
+    }
+    empty_input(const empty_input &) = delete;
+    empty_input &operator=(const empty_input &) = delete;
+};
+
 /// Where the bytes go in the end: behind a link, so that the user's link stays a link.
 std::string resolved(const std::string &path) {
     char *real = ::realpath(path.c_str(), nullptr);
@@ -73,6 +97,8 @@ std::string resolved(const std::string &path) {
 } // namespace
 
 std::string shell_word(std::string_view name) {
+    if (name.starts_with('-')) // a command would take it for a switch
+        return shell_word("./" + std::string(name));
     bool plain = !name.empty();
     for (char c : name)
         plain = plain && is_plain(c);
@@ -90,7 +116,8 @@ std::string shell_word(std::string_view name) {
 
 int run_shell(const std::string &command) {
     std::fflush(nullptr);
-    return std::system(command.c_str());
+    empty_input input;
+    return input.is_set ? std::system(command.c_str()) : -1;
 }
 
 void add_own_folder_to_path() {
@@ -121,8 +148,8 @@ bool write_text_file(const std::string &path, std::string_view text) {
     if (exists && ::access(path.c_str(), W_OK) != 0)
         return false;
     std::string target = exists ? resolved(path) : path;
-    std::string temporary = folder_of(target) + ".rw-XXXXXX";
-    int file = ::mkostemp(temporary.data(), O_CLOEXEC);
+    std::string temporary;
+    int file = make_temporary_file(folder_of(target), temporary);
     if (file < 0)
         return false;
     int reason = write_all(file, text);

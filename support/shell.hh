@@ -4,11 +4,12 @@
 #include <string>
 #include <string_view>
 
-/// `name` as one word of a shell command: as it stands when it is plain, quoted when it holds a blank or a
-/// character that the shell reads.
+/// The file `name` as one word of a shell command: as it stands when it is plain, quoted when it holds a blank
+/// or a character that the shell reads, and with "./" in front when it begins with '-'.
 std::string shell_word(std::string_view name);
 
-/// Flushes the streams, runs the command through `system` and returns its result; 0 is success.
+/// Flushes the streams, runs the command through `system` with an empty standard input, so that it can ask
+/// nobody, and returns its result; 0 is success.
 int run_shell(const std::string &command);
 
 /// Appends the folder of the running executable to PATH, so that the bundled tools serve where the user has

@@ -364,7 +364,8 @@ TEST(Refusals, EnableOnANamelessNet) {
     std::string path = folder.scratch.path("chip.c.sdb");
     SDB_HANDLE *handle = SDB_setup(SDB_open(path.c_str(), "r", 0));
     ASSERT_NE(handle, nullptr);
-    auto place = static_cast<std::streamoff>(handle->tables[SDB_SNET_TAB].offset) + 4 * SDB_lookup_net("e");
+    auto place = static_cast<std::streamoff>(handle->tables[SDB_SNET_TAB].offset) +
+                 4 * SDB_search_net(SYM_lookup(sym_tab, "e"));
     SDB_close(handle, 0);
     SDB_clear_current();
     std::fstream(path, std::ios::in | std::ios::out | std::ios::binary)

@@ -1,6 +1,7 @@
 #include "support/console.hh"
 #include "support/message.hh"
 #include "support/shell.hh"
+#include "support/temporary_file.hh"
 #include "support/text.hh"
 #include "tests/support/scratch.hh"
 
@@ -76,12 +77,13 @@ TEST(MessageDeath, Layout) {
 TEST(Shell, WordsReachTheCommandAsTheyAre) {
     scratch_folder scratch;
     for (const char *name : {"chip", "dir/chip_TAP.v", "a;b", "a b", "it's", "$HOME", "`id`", "a&b|c", "*",
-                             "-x", "", "\\n", "\"q\"", "~", "#c", "new\nline", "A=b", "chip[3]", "!x"}) {
+                             "", "\\n", "\"q\"", "~", "#c", "new\nline", "A=b", "chip[3]", "!x"}) {
         std::string word = shell_word(name);
         EXPECT_EQ(scratch.run("touch marker; printf '<%s>' " + word).out, "<" + std::string(name) + ">")
             << word;
     }
     EXPECT_EQ(shell_word("./rimweave_lib/chip.c.sdb"), "./rimweave_lib/chip.c.sdb");
+    EXPECT_EQ(shell_word("-a b"), "'./-a b'"); // no switch
 }
 
 TEST(Shell, OwnFolderComesLastOnPath) {
@@ -108,6 +110,23 @@ TEST(WriteFile, ReplacesWholeAndKeepsWhatTheUserSet) {
     EXPECT_EQ(scratch.read("real/file"), "through\n");
     EXPECT_EQ(scratch.run("stat -c %a old fresh; ls -A; readlink link").out,
               "640\n640\nfresh\nlink\nold\nreal\nreal/file\n");
+}
+
+TEST(WriteFile, RemovesWhatAKilledProcessLeftAndNothingElse) {
+    scratch_folder scratch;
+    for (const char *name : {".rw-aB3456", ".rw-short", ".rw-longer7", ".rw-a.b.c.", "kept"})
+        scratch.write(name, "");
+    scratch.write(".rw-folder/file", "");
+    ASSERT_EQ(scratch.run("ln -s kept .rw-linked; mkfifo .rw-ispipe").status, 0);
+    std::string busy;
+    int file = make_temporary_file(scratch.path(""), busy);
+    EXPECT_FALSE(scratch.has(".rw-aB3456"));
+    ::close(file); // but not yet renamed
+    scratch.write(".rw-aB3456", "");
+    run_child(scratch, [] { write_text_file("new", ""); }); // a folder is cleared once under one name
+    std::filesystem::rename(busy, scratch.path("renamed"));
+    EXPECT_EQ(scratch.run("ls -A").out, ".rw-a.b.c.\n.rw-folder\n.rw-ispipe\n.rw-linked\n.rw-longer7\n"
+                                        ".rw-short\nkept\nnew\nrenamed\n");
 }
 
 TEST(WriteFile, RefusesWhatCannotBeCreated) {
