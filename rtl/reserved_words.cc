@@ -1,4 +1,5 @@
 // Names that a generated port cannot have.
+#include "rtl/module_names.hh"
 #include "rtl/tap_checks.hh"
 
 #include <algorithm>
@@ -49,8 +50,7 @@ const char *const VHDL_WORDS =
     "procedure process property protected pure range record register reject release rem report restrict "
     "restrict_guarantee return rol ror select sequence severity shared signal sla sll sra srl strong subtype "
     "then to "
-    "transport type unaffected units until use variable vmode vprop vunit wait when while with xnor xor "
-    "ieee std work std_logic std_logic_vector std_logic_1164 rising_edge falling_edge";
+    "transport type unaffected units until use variable vmode vprop vunit wait when while with xnor xor";
 
 bool is_letter(char c) {
     return std::isalpha(static_cast<unsigned char>(c)) != 0;
@@ -76,8 +76,5 @@ bool is_unusable_name(const std::string &word, RTL_LANGUAGE language) {
     static const WORDS verilog = split(VERILOG_WORDS), vhdl = split(VHDL_WORDS);
     if (language == VERILOG)
         return !is_verilog_identifier(word) || verilog.contains(word);
-    std::string lower = word;
-    std::transform(lower.begin(), lower.end(), lower.begin(),
-                   [](unsigned char c) { return std::tolower(c); });
-    return !is_vhdl_identifier(word) || vhdl.contains(lower);
+    return !is_vhdl_identifier(word) || vhdl.contains(name_key(word, VHDL));
 }
