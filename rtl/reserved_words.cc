@@ -19,7 +19,7 @@ WORDS split(const char *text) {
     return words;
 }
 
-// IEEE 1364-2001.
+// IEEE 1364-2001, and what Icarus Verilog takes for a word in that generation too.
 const char *const VERILOG_WORDS = "always and assign automatic begin buf bufif0 bufif1 case casex casez cell "
                                   "cmos config deassign default defparam "
                                   "design disable edge else end endcase endconfig endfunction endgenerate "
@@ -35,7 +35,8 @@ const char *const VERILOG_WORDS = "always and assign automatic begin buf bufif0 
                                   "scalared showcancelled signed small specify specparam strong0 strong1 "
                                   "supply0 supply1 table task time tran tranif0 "
                                   "tranif1 tri tri0 tri1 triand trior trireg unsigned use vectored wait wand "
-                                  "weak0 weak1 while wire wor xnor xor";
+                                  "weak0 weak1 while wire wor xnor xor "
+                                  "bool logic wreal";
 
 // IEEE 1076-1993 and 1076-2008.
 const char *const VHDL_WORDS =

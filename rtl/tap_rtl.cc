@@ -52,7 +52,7 @@ std::string declared(const char *direction, const TAP_MODULE_PORT &port) {
 std::string make_declaration_of_v() {
     save_hier_tap_ports();
     std::string module = TAP_MODULE_NAME;
-    std::string text = "module  " + module + (option(OPT_SYNCH) ? "( " : " ( ");
+    std::string text = "module  " + table_name(module) + (option(OPT_SYNCH) ? "( " : " ( ");
     std::string indent(module.size() + 11, ' ');
     bool first = true;
     for (const TAP_MODULE_PORT &port : tap_ports()) {
