@@ -1,6 +1,7 @@
 #include "guide/save.hh"
 
 #include "description/tables.hh"
+#include "guide/earlier_file.hh"
 #include "support/console.hh"
 #include "support/run_state.hh"
 #include "support/shell.hh"
@@ -32,6 +33,7 @@ bool write_over(const std::string &path, const std::string &text) {
 }
 
 void write_file(const char *path, const std::string &text) {
+    keep_earlier_file(path);
     if (!write_text_file(path, text) && !write_over(path, text))
         console_fail("Can't open %s to write\n", path);
 }

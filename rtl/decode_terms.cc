@@ -1,6 +1,7 @@
 #include "rtl/decode_terms.hh"
 
 #include "planning/tap_state.hh"
+#include "rtl/module_names.hh"
 #include "support/text.hh"
 
 #include <algorithm>
@@ -206,7 +207,7 @@ void add_decoder_values(TEMPLATE_VALUES &values, RTL_LANGUAGE language) {
         bool wide = width > 1;
         std::string vector = format_text("std_logic_vector(%d downto 0)", width - 1);
         pins.push_back({
-            {"PIN", pin.name},
+            {"PIN", table_name(pin.name)},
             {"RANGE", wide ? format_text("[%d:0]", width - 1) : ""},
             {"TYPE", wide ? vector : "std_logic"},
             {"PIN_TERMS", wide ? wide_enable_terms(pin, language) : single_enable_terms(pin, language)},

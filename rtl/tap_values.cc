@@ -1,6 +1,7 @@
 #include "rtl/tap_values.hh"
 
 #include "planning/tap_state.hh"
+#include "rtl/module_names.hh"
 #include "rtl/tap_ports.hh"
 #include "support/run_state.hh"
 #include "support/text.hh"
@@ -130,8 +131,8 @@ std::string gated_text(const ENABLE_PIN &pin, RTL_LANGUAGE language) {
         if (gate.kind == pin.gate_kind) {
             const char *const *part = language == VHDL ? gate.vhdl : gate.verilog;
             std::string second = language == VHDL ? vhdl_gate_signal(pin.gate_signal) : pin.gate_signal;
-            return std::string(part[0]) + pin.name + (language == VHDL ? "_net" : "_wire") + part[1] +
-                   second + part[2];
+            return part[0] + table_name(pin.name) + (language == VHDL ? "_net" : "_wire") + part[1] +
+                   table_name(second) + part[2];
         }
     return "";
 }
@@ -141,7 +142,7 @@ std::string decoder_ports() {
     std::string text = "DR_SELECT, INST";
     auto add = [&](bool exists, const char *name) {
         if (exists)
-            text += std::string(", ") + name;
+            text += ", " + table_name(name);
     };
     add(has_instruction(KNOWN_CHIP_TEST), "CHIP_TEST");
     add(has_highz_port(), TAP_HIZ_PIN);
@@ -150,7 +151,7 @@ std::string decoder_ports() {
     add(has_id_mode(), "IDMODE");
     int32_t count = 0;
     for (const ENABLE_PIN &pin : rows(INST_ENABLE_PIN))
-        text += (count++ % 4 == 0 ? ",\n" + std::string(26, ' ') : ", ") + pin.name +
+        text += (count++ % 4 == 0 ? ",\n" + std::string(26, ' ') : ", ") + table_name(pin.name) +
                 (is_gated(pin) ? "_wire" : "");
     add(has_instruction(KNOWN_VELMORA_ATPG), "velmora_test_mode");
     return text;
@@ -165,11 +166,13 @@ void add_register_values(TEMPLATE_VALUES &values) {
     for (int32_t row = 0; row < count; ++row) {
         std::string name = ACCESS_REG[row], wire = register_wire(row);
         bool last = row == count - 1;
-        outs += (row == 0 ? "" : ", ") + name + "_out";
+        std::string out = table_name(name + "_out");
+        outs += (row == 0 ? "" : ", ") + out;
         wires += (row == 0 ? "" : ", ") + wire;
         if (!is_user_register(row) && !is_register(row, "boundary"))
             inner += ", " + wire;
         registers.push_back({{"REG", name},
+                             {"REG_OUT", out},
                              {"REG12", padded(name, 12)},
                              {"REG8", padded(name, 8)},
                              {"WIRE", wire},
@@ -179,7 +182,7 @@ void add_register_values(TEMPLATE_VALUES &values) {
         if (is_undriven_register(row))
             undriven.push_back({{"WIRE", wire}});
         if (is_user_register(row))
-            user.push_back({{"REG", name}});
+            user.push_back({{"REG_IN", table_name(name + "_in")}});
     }
     values.names["REGISTER_OUTS"] = outs;
     values.names["REGISTER_WIRES"] = wires;
@@ -192,44 +195,53 @@ void add_enable_values(TEMPLATE_VALUES &values, RTL_LANGUAGE language) {
     int32_t row = 0;
     for (const ENABLE_PIN &pin : rows(INST_ENABLE_PIN)) {
         if (is_gated(pin))
-            gated.push_back({{"PIN", pin.name}, {"GATED", gated_text(pin, language)}});
+            gated.push_back({{"PIN", table_name(pin.name)}, {"GATED", gated_text(pin, language)}});
         values.lists['N'][row++]["PIN_NET"] =
-            is_gated(pin) ? std::string(pin.name) + "_net" : inner_name(pin.name);
+            table_name(is_gated(pin) ? std::string(pin.name) + "_net" : inner_name(pin.name));
     }
     for (const std::string &output : read_back_outputs())
-        read_back.push_back({{"PORT", output}});
+        read_back.push_back({{"PORT", table_name(output)}});
 }
 
 void add_port_names(TEMPLATE_NAMES &names) {
     const struct {
         const char *name, *text;
     } table[] = {
-        {"TDI", TAP_PORT[PORT_TDI].tap_pin},     {"TDO", TAP_PORT[PORT_TDO].tap_pin},
-        {"TMS", TAP_PORT[PORT_TMS].tap_pin},     {"TCK", TAP_PORT[PORT_TCK].tap_pin},
-        {"TRST", TAP_PORT[PORT_TRST].tap_pin},   {"TDO_EN", TAP_TDO_EN_PIN},
-        {"SHIFT_DR", TAP_PIN[SIG_SHIFT]},        {"CLOCK_DR", TAP_PIN[SIG_CLOCK]},
-        {"UPDATE_DR", TAP_PIN[SIG_UPDATE]},      {"RESET", TAP_PIN[SIG_RST]},
-        {"MODE1", TAP_PIN[SIG_MODE1]},           {"MODE2", TAP_PIN[SIG_MODE2]},
-        {"MODE3", TAP_PIN[SIG_MODE3]},           {"HIGHZ", TAP_HIZ_PIN},
-        {"FIRST_BCELL", TAP_CONTR->first_bcell}, {"LAST_BCELL", TAP_CONTR->last_bcell},
+        {"TDI", TAP_PORT[PORT_TDI].tap_pin},
+        {"TDO", TAP_PORT[PORT_TDO].tap_pin},
+        {"TMS", TAP_PORT[PORT_TMS].tap_pin},
+        {"TCK", TAP_PORT[PORT_TCK].tap_pin},
+        {"TRST", TAP_PORT[PORT_TRST].tap_pin},
+        {"TDO_EN", TAP_TDO_EN_PIN},
+        {"SHIFT_DR", TAP_PIN[SIG_SHIFT]},
+        {"CLOCK_DR", TAP_PIN[SIG_CLOCK]},
+        {"UPDATE_DR", TAP_PIN[SIG_UPDATE]},
+        {"MODE1", TAP_PIN[SIG_MODE1]},
+        {"MODE2", TAP_PIN[SIG_MODE2]},
+        {"MODE3", TAP_PIN[SIG_MODE3]},
+        {"HIGHZ", TAP_HIZ_PIN},
+        {"FIRST_BCELL", TAP_CONTR->first_bcell},
+        {"LAST_BCELL", TAP_CONTR->last_bcell},
         {"TAP_MODULE", TAP_MODULE_NAME},
     };
+    // A reset that is no port has a name of the logic's own.
+    names["RESET"] = has(SIG_RST) ? table_name(TAP_PIN[SIG_RST]) : text_or_empty(TAP_PIN[SIG_RST]);
     for (auto [name, text] : table)
-        names[name] = text_or_empty(text);
+        names[name] = table_name(text_or_empty(text));
 }
 
 } // namespace
 
 std::string register_wire(int32_t row) {
     if (is_register(row, "boundary"))
-        return TAP_CONTR->last_bcell;
+        return table_name(TAP_CONTR->last_bcell);
     if (is_register(row, "bypass"))
         return "BYPASS_out";
     if (is_register(row, "idcode"))
         return "IDCODE_out";
     if (is_register(row, "usercode"))
         return "USERCODE_out";
-    return std::string(ACCESS_REG[row]) + "_out";
+    return table_name(std::string(ACCESS_REG[row]) + "_out");
 }
 
 bool is_undriven_register(int32_t row) {
@@ -270,10 +282,10 @@ TEMPLATE_VALUES tap_values(RTL_LANGUAGE language) {
     names["DECODER_PORTS"] = decoder_ports();
     names["IDMODE_PORT"] = has_id_mode() ? ", IDMODE" : "";
     names["RESET_NET"] = names["RESET"] + (has(SIG_RST) ? "_net" : "");
-    names["UPDATE_NET"] = inner_name(TAP_PIN[SIG_UPDATE]);
-    names["CHIP_TEST_NET"] = inner_name("CHIP_TEST");
-    names["HIGHZ_NET"] = inner_name(TAP_HIZ_PIN);
+    names["UPDATE_NET"] = table_name(inner_name(TAP_PIN[SIG_UPDATE]));
+    names["CHIP_TEST_NET"] = table_name(inner_name("CHIP_TEST"));
+    names["HIGHZ_NET"] = table_name(inner_name(TAP_HIZ_PIN));
     for (int32_t i = 0; i < 3; ++i)
-        names[format_text("MODE%d_NET", i + 1)] = inner_name(TAP_PIN[MODE_SIGNALS[i]]);
+        names[format_text("MODE%d_NET", i + 1)] = table_name(inner_name(TAP_PIN[MODE_SIGNALS[i]]));
     return values;
 }

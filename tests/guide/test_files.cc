@@ -117,6 +117,36 @@ TEST(GuideFiles, ExistingFilesAreEdited) {
     EXPECT_EQ(lines_of(pin).at(2), "4  RST_N  rst_n  IN\n");
 }
 
+// Only one of the two is there, so that neither is read; a pin file is there that no description names.
+TEST(GuideFiles, AFileThatWasNotReadIsKept) {
+    guide_folder guide;
+    lay_out_description(guide);
+    guide.scratch.run(
+        "rm chip.lib; mv chip.pin pins; echo mine > victim; ln -s victim chip.bsc~; chmod 600 pins");
+    std::string bsc = guide.scratch.read("chip.bsc"), pins = guide.scratch.read("pins");
+    EXPECT_EQ(guide
+                  .answer({"2", "1", "1", "A", "15", "si", "22", "4", "6", "1", "pins", "2", "1", "A", "", "",
+                           "3", "9"})
+                  .status,
+              0);
+    EXPECT_EQ(guide.scratch.read("chip.bsc~"), bsc);
+    EXPECT_EQ(guide.scratch.read("victim"), "mine\n");
+    EXPECT_EQ(guide.scratch.read("pins~"), pins);
+    EXPECT_EQ(guide.scratch.run("stat -c %a pins~").out, "600\n");
+    // Now all three are read.
+    EXPECT_EQ(guide.answer({"9"}).status, 0);
+    EXPECT_EQ(guide.scratch.read("chip.bsc~"), bsc);
+    EXPECT_EQ(guide.scratch.read("pins~"), pins);
+    EXPECT_FALSE(guide.scratch.has("chip.lib~"));
+    // What can't be kept is not written over.
+    guide.scratch.run("rm chip.lib chip.bsc~; mkdir chip.bsc~");
+    bsc = guide.scratch.read("chip.bsc");
+    run_result result = guide.answer({"1", "1", "new", "6", "9"});
+    EXPECT_EQ(result.status, 255);
+    EXPECT_TRUE(result.out.ends_with("Can't open ./chip.bsc~ to write\n")) << result.out;
+    EXPECT_EQ(guide.scratch.read("chip.bsc"), bsc);
+}
+
 // Roles and TAP names that were read or typed, but are in no file, must not reach the run.
 TEST(GuideFiles, NothingButTheFilesReachesTheRun) {
     guide_folder guide;

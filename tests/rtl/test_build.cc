@@ -69,24 +69,6 @@ TEST(tap_init, each_fault_of_the_instruction_table_ends_the_run) {
     }
 }
 
-TEST(tap_init, tables_of_registers_and_enable_pins) {
-    rtl_of({"", LARGE_TABLE, "shared_highz2"});
-    std::string registers, pins;
-    for (const char *name : rows(ACCESS_REG))
-        registers += std::string(name) + " ";
-    for (const ENABLE_PIN &pin : rows(INST_ENABLE_PIN))
-        pins += std::string(pin.name) + "=" + pin.value + (pin.gate_signal ? pin.gate_signal : "") + " ";
-    EXPECT_EQ(registers, "BYPASS BOUNDARY IDCODE USERCODE MYREG USERDR ");
-    EXPECT_EQ(pins, "en_a=1 en_b=101 en_c=1SHIFT_DR ");
-    EXPECT_EQ(DR_SEL_LINE, 3);
-    EXPECT_EQ(HIZ_OVERLAP, 2);
-    rtl_of({"", "EXTEST 00 boundary\nSAMPLE 01 boundary\nBYPASS 11 Bypass\n", ""});
-    EXPECT_EQ(DYNA_count(ACCESS_REG), 2);
-    EXPECT_EQ(DR_SEL_LINE, 1);
-    EXPECT_STREQ(TAP_PIN[SIG_RST], "RESET");
-    EXPECT_EQ(TAP_PORT[PORT_TRST].tap_pin, nullptr);
-}
-
 TEST(tap_init, every_name_that_the_library_does_not_give_has_a_default) {
     work_folder folder;
     run_result result = run_child(folder.outer, [] {

@@ -62,9 +62,7 @@ TEST(tap_rtl, lines_that_follow_from_the_instruction_table) {
         {BASE + "USERCODE 010 usercode\n", "", "UPD_IR <= 3'b010;\n"},
     };
     for (const line_case &one : cases) {
-        testing::internal::CaptureStdout();
-        std::string text = rtl_of({"", one.table, one.needs});
-        testing::internal::GetCapturedStdout();
+        std::string text = quiet_rtl_of({"", one.table, one.needs});
         EXPECT_NE(text.find(one.expected), std::string::npos) << one.table << one.needs << "\n"
                                                               << one.expected;
     }
