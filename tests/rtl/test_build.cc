@@ -208,6 +208,7 @@ TEST(tap_build, tables_that_give_broken_rtl_are_refused_before_any_file_is_writt
         {base + "M 012 bypass\n", "", "'012' is no opcode of INSTRUCTION 'M'"},
         {"EXTEST 0 boundary\nSAMPLE 1 boundary\nBYPASS 1 bypass\n", "",
          "an opcode must have two bits at least"},
+        {base + "M 010 bypass a=2\n", "", "'2' is no value of enable pin 'a' in INSTRUCTION 'M'"},
         {base + "M 010 a.b\n", "", "'a.b_in' can't be a name in the Verilog"},
         {base + "M 010 bypass wire\n", "", "'wire' can't be a name in the Verilog"},
         {base + "M 010 bypass signal\n", "vhdl", "'signal' can't be a name in the VHDL"},
