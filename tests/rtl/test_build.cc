@@ -235,8 +235,12 @@ TEST(tap_build, what_works_otherwise_than_expected_is_told) {
         std::string table, needs, message;
     } cases[] = {
         {base, "nocapture", "can't find %INSTRUCTION_CAPTURE.\n         Using default pattern -> 001.\n\n"},
-        {base + "M 001 bypass\n", "",
-         "opcode '001' of INSTRUCTION 'M' collides with\n"
+        {base + "M 0X1,011 bypass\nN 01X bypass\nO 001 bypass\n", "", // once for each, with the first of them
+         "opcode '0X1' of INSTRUCTION 'M' collides with\n"
+         "         opcode '001' of INSTRUCTION 'SAMPLE', which wins.\n\n"
+         "WARNING: (chip.bsc) opcode '01X' of INSTRUCTION 'N' collides with\n"
+         "         opcode '0X1' of INSTRUCTION 'M', which wins.\n\n"
+         "WARNING: (chip.bsc) opcode '001' of INSTRUCTION 'O' collides with\n"
          "         opcode '001' of INSTRUCTION 'SAMPLE', which wins.\n\n"},
         {base + "USERCODE 010 USERCODE\n", "",
          "nothing drives register 'USERCODE' that INSTRUCTION 'USERCODE' selects"},
