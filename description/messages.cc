@@ -1,4 +1,4 @@
-// The messages of a reading, and the opening of its files.
+// The messages of a reading.
 #include "description/syntax_tree.hh"
 
 #include "support/console.hh"
@@ -6,7 +6,6 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
-#include <sys/stat.h>
 
 void error_msg(const char *file, int32_t line, READER_ERROR code, const char *text) {
     switch (code) {
@@ -45,14 +44,6 @@ void parser_error(const char *file, int32_t line, const char *reason, const char
 void missing_comment_end(const char *file, int32_t line) {
     error_msg(file, line, MISSING_COMMENT_END, nullptr);
     end_run();
-}
-
-std::FILE *open_text_file(const char *name) {
-    // fopen takes a directory, and would wait for ever on a pipe that nobody writes.
-    struct stat status {};
-    if (stat(name, &status) != 0 || !S_ISREG(status.st_mode))
-        return nullptr;
-    return std::fopen(name, "r");
 }
 
 int32_t number_value(const char *file, int32_t line, const char *digits) {

@@ -292,8 +292,5 @@ void print_syntax_error(const char *file, int32_t line, const char *text);
 /// Ends the run with the message for a comment that is opened twice or never closed.
 [[noreturn]] void missing_comment_end(const char *file, int32_t line);
 
-/// Opens a regular file for reading; null when that fails, also for a directory or a device.
-std::FILE *open_text_file(const char *name);
-
 /// Value of a string of digits. Ends the run when it is above 2147483647.
 int32_t number_value(const char *file, int32_t line, const char *digits);

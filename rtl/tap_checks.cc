@@ -149,24 +149,72 @@ void refuse_names() {
     refuse_names_of_logic(ports);
 }
 
-bool overlap(const char *a, const char *b) {
-    auto is_x = [](char c) { return c == 'X' || c == 'x'; };
-    for (; *a != 0 && *b != 0; ++a, ++b)
-        if (*a != *b && !is_x(*a) && !is_x(*b))
-            return false;
-    return true;
+/// The opcodes met so far, as a tree of their characters: '0', '1' and "don't care".
+struct OPCODE_TREE {
+    struct OPCODE {
+        const char *text;
+        const char *instruction;
+    };
+    struct NODE {
+        int32_t below[3] = {-1, -1, -1};
+        int32_t first; ///< the first opcode below
+    };
+    std::vector<OPCODE> opcodes;
+    std::vector<NODE> nodes;
+};
+
+int32_t character_place(char c) {
+    return c == '0' ? 0 : c == '1' ? 1 : 2;
 }
 
-/// Opcodes of two instructions that meet: the first row wins.
+void add_opcode(OPCODE_TREE &tree, const char *text, const char *instruction) {
+    auto number = static_cast<int32_t>(tree.opcodes.size());
+    tree.opcodes.push_back({text, instruction});
+    if (tree.nodes.empty())
+        tree.nodes.push_back({.first = number});
+    size_t node = 0;
+    for (; *text != '\0'; ++text) {
+        int32_t &below = tree.nodes[node].below[character_place(*text)];
+        bool is_new = below < 0;
+        if (is_new)
+            below = static_cast<int32_t>(tree.nodes.size());
+        node = static_cast<size_t>(below);
+        if (is_new)
+            tree.nodes.push_back({.first = number});
+    }
+}
+
+/// The first opcode before `best` that some value of the instruction register has in common with `text`;
+/// `best` when there is none.
+int32_t first_overlap(const OPCODE_TREE &tree, int32_t node, const char *text, int32_t best) {
+    if (node < 0 || tree.nodes[static_cast<size_t>(node)].first >= best)
+        return best;
+    const OPCODE_TREE::NODE &at = tree.nodes[static_cast<size_t>(node)];
+    if (*text == '\0')
+        return at.first;
+    for (int32_t place : {0, 1, 2})
+        if (character_place(*text) == 2 || place == 2 || place == character_place(*text))
+            best = first_overlap(tree, at.below[place], text + 1, best);
+    return best;
+}
+
+/// Opcodes that meet one of an earlier instruction: the earlier row wins.
 void warn_colliding_opcodes() {
-    for (int32_t later = 1; later < DYNA_count(INSTRUCTIONS); ++later)
-        for (int32_t first = 0; first < later; ++first)
-            for (const char *a : rows(INSTRUCTIONS[first].patterns))
-                for (const char *b : rows(INSTRUCTIONS[later].patterns))
-                    if (overlap(a, b))
-                        vmr_printf("WARNING: (%s) opcode '%s' of INSTRUCTION '%s' collides with\n"
-                                   "         opcode '%s' of INSTRUCTION '%s', which wins.\n\n",
-                                   JTAG_BSC_FILE, b, INSTRUCTIONS[later].name, a, INSTRUCTIONS[first].name);
+    OPCODE_TREE tree;
+    for (const INSTRUCTION &instruction : rows(INSTRUCTIONS)) {
+        auto earlier = static_cast<int32_t>(tree.opcodes.size());
+        for (const char *opcode : rows(instruction.patterns)) {
+            int32_t first = earlier == 0 ? earlier : first_overlap(tree, 0, opcode, earlier);
+            if (first < earlier)
+                vmr_printf("WARNING: (%s) opcode '%s' of INSTRUCTION '%s' collides with\n"
+                           "         opcode '%s' of INSTRUCTION '%s', which wins.\n\n",
+                           JTAG_BSC_FILE, opcode, instruction.name,
+                           tree.opcodes[static_cast<size_t>(first)].text,
+                           tree.opcodes[static_cast<size_t>(first)].instruction);
+        }
+        for (const char *opcode : rows(instruction.patterns))
+            add_opcode(tree, opcode, instruction.name);
+    }
 }
 
 /// The decoder compares an X literally, so that such an opcode decodes to nothing in hardware.
@@ -201,18 +249,19 @@ void warn_undriven_registers() {
 }
 
 void warn_enable_pins(RTL_LANGUAGE language) {
+    std::unordered_map<std::string, const char *> spelling;
+    for (const ENABLE_PIN &pin : rows(INST_ENABLE_PIN))
+        spelling.emplace(lower_case(pin.name), pin.name);
     for (const INSTRUCTION &instruction : rows(INSTRUCTIONS))
         for (const char *name : rows(instruction.enable_pins))
-            for (const ENABLE_PIN &pin : rows(INST_ENABLE_PIN))
-                if (same_text_no_case(name, pin.name) && !same_text(name, pin.name))
-                    vmr_printf("WARNING: (%s) enable pin '%s' of INSTRUCTION '%s' is not '%s'\n"
-                               "         of an earlier instruction and won't be raised.\n\n",
-                               JTAG_BSC_FILE, name, instruction.name, pin.name);
-    for (const ENABLE_PIN &pin : rows(INST_ENABLE_PIN))
-        if (pin.gate_kind != GATE_NONE && !is_readable_signal(pin.gate_signal, language))
-            vmr_printf("WARNING: (%s) can't find signal '%s' in the TAP module\n"
-                       "         for the gate of enable pin '%s'.\n\n",
-                       JTAG_BSC_FILE, pin.gate_signal, pin.name);
+            if (const char *first = spelling.at(lower_case(name)); !same_text(name, first))
+                vmr_printf("WARNING: (%s) enable pin '%s' of INSTRUCTION '%s' is not '%s'\n"
+                           "         of an earlier instruction and won't be raised.\n\n",
+                           JTAG_BSC_FILE, name, instruction.name, first);
+    for (const ENABLE_PIN *pin : pins_of_unknown_gates(language))
+        vmr_printf("WARNING: (%s) can't find signal '%s' in the TAP module\n"
+                   "         for the gate of enable pin '%s'.\n\n",
+                   JTAG_BSC_FILE, pin->gate_signal, pin->name);
 }
 
 /// What an extra pin does is the user's logic; the module only has the port.
@@ -259,9 +308,10 @@ void warn_about_rtl() {
     warn_extra_pins();
     warn_active_low_outputs();
     warn_clamp(language);
+    ENABLE_USES uses = enable_uses();
     for (const ENABLE_PIN &pin : rows(INST_ENABLE_PIN))
         if (enable_width(pin.value) > 0)
             vmr_printf("    WARNING: the dafault value of enable pin '%s' from\n"
                        "             tap controller is '%s'.\n",
-                       pin.name, enable_default(pin).c_str());
+                       pin.name, enable_default(pin, uses).c_str());
 }

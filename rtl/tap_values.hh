@@ -15,5 +15,5 @@ std::string register_wire(int32_t row);
 /// True for an identification or user code register that the TAP does not hold and nothing drives.
 bool is_undriven_register(int32_t row);
 
-/// True when the text of a gate can name `signal` in the top module of that language.
-bool is_readable_signal(const char *signal, RTL_LANGUAGE language);
+/// The enable pins whose gate names a signal that can't be read in the top module of that language.
+std::vector<const ENABLE_PIN *> pins_of_unknown_gates(RTL_LANGUAGE language);

@@ -7,6 +7,7 @@
 #include <climits>
 #include <cstdlib>
 #include <cstring>
+#include <fcntl.h>
 #include <pwd.h>
 #include <set>
 #include <string_view>
@@ -141,6 +142,19 @@ std::string FNM_append_ext(const char *name, const char *ext) {
     if (dot != std::string::npos && text.compare(dot, std::string::npos, ext) == 0)
         return text;
     return text + ext;
+}
+
+std::FILE *FNM_open(const char *name) {
+    int descriptor = ::open(name, O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC); // a pipe is not waited for
+    if (descriptor < 0)
+        return nullptr;
+    struct stat known;
+    std::FILE *file = nullptr;
+    if (::fstat(descriptor, &known) == 0 && S_ISREG(known.st_mode))
+        file = ::fdopen(descriptor, "r");
+    if (file == nullptr)
+        ::close(descriptor);
+    return file;
 }
 
 const char *FNM_get_home(const char *name) {

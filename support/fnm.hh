@@ -4,6 +4,7 @@
 // nowhere and is refused with a message where it would be used.
 #pragma once
 
+#include <cstdio>
 #include <string>
 
 /// A file name taken apart; a part that is absent or empty is null. Texts are kept to the exit.
@@ -32,6 +33,10 @@ constexpr int FNM_ON_SEARCH_PATH = 0xff; ///< flag of FNM_search: below each dir
 const char *FNM_search(const char *name, int mode, int flag);
 /// Shorthand for FNM_search(name, 0, FNM_ON_SEARCH_PATH).
 const char *FNM_find_input(const std::string &name);
+
+/// Opens a regular file, or a link to one, for reading. Null when that fails, and for anything else of that
+/// name: a directory holds no text, a pipe or a device may have no end.
+std::FILE *FNM_open(const char *name);
 
 /// Home directory of the user that a name starting with '~' speaks of, with the rest of the name; null for an
 /// unknown user. Kept to the exit.

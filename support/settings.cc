@@ -14,7 +14,6 @@
 #include <cstring>
 #include <string>
 #include <string_view>
-#include <sys/stat.h>
 #include <unordered_map>
 #include <vector>
 
@@ -159,10 +158,7 @@ const char *lookup_file(const char *name) {
 
 int RC_load(const char *name, const char *section) {
     const char *path = lookup_file(name);
-    struct stat state;
-    if (path == nullptr || ::stat(path, &state) != 0 || !S_ISREG(state.st_mode))
-        return -1; // a pipe or a device of that name must not hold up the start
-    std::FILE *file = std::fopen(path, "r");
+    std::FILE *file = path == nullptr ? nullptr : FNM_open(path);
     if (file == nullptr)
         return -1;
     statement current;

@@ -105,6 +105,13 @@ bool same_text_no_case(const char *a, const char *b) {
     return strcasecmp(a, b) == 0;
 }
 
+std::string lower_case(std::string_view text) {
+    std::string lower(text);
+    for (char &c : lower)
+        c = static_cast<char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
+    return lower;
+}
+
 const char *without_minus(const char *name) {
     return is_active_low(name) ? name + 1 : name;
 }

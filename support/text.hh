@@ -29,6 +29,9 @@ bool same_text(const char *a, const char *b);
 /// The same without regard to case; two nulls are equal, one null is not equal to anything else.
 bool same_text_no_case(const char *a, const char *b);
 
+/// The text in lower case: the key of a look-up without regard to case.
+std::string lower_case(std::string_view text);
+
 /// `name` behind its leading '-', which marks an active-low port; null for null.
 const char *without_minus(const char *name);
 

@@ -190,6 +190,7 @@ TEST(tap_build, tables_that_give_broken_rtl_are_refused_before_any_file_is_writt
         {base + "M 012 bypass\n", "", "'012' is no opcode of INSTRUCTION 'M'"},
         {"EXTEST 0 boundary\nSAMPLE 1 boundary\nBYPASS 1 bypass\n", "",
          "an opcode must have two bits at least"},
+        {base + "M 010 bypass a=2\n", "", "'2' is no value of enable pin 'a' in INSTRUCTION 'M'"},
         {base + "M 010 a.b\n", "", "'a.b_in' can't be a name in the Verilog"},
         {base + "M 010 bypass wire\n", "", "'wire' can't be a name in the Verilog"},
         {base + "M 010 bypass signal\n", "vhdl", "'signal' can't be a name in the VHDL"},
@@ -216,8 +217,12 @@ TEST(tap_build, what_works_otherwise_than_expected_is_told) {
         std::string table, needs, message;
     } cases[] = {
         {base, "nocapture", "can't find %INSTRUCTION_CAPTURE.\n         Using default pattern -> 001.\n\n"},
-        {base + "M 001 bypass\n", "",
-         "opcode '001' of INSTRUCTION 'M' collides with\n"
+        {base + "M 0X1,011 bypass\nN 01X bypass\nO 001 bypass\n", "", // once for each, with the first of them
+         "opcode '0X1' of INSTRUCTION 'M' collides with\n"
+         "         opcode '001' of INSTRUCTION 'SAMPLE', which wins.\n\n"
+         "WARNING: (chip.bsc) opcode '01X' of INSTRUCTION 'N' collides with\n"
+         "         opcode '0X1' of INSTRUCTION 'M', which wins.\n\n"
+         "WARNING: (chip.bsc) opcode '001' of INSTRUCTION 'O' collides with\n"
          "         opcode '001' of INSTRUCTION 'SAMPLE', which wins.\n\n"},
         {base + "USERCODE 010 USERCODE\n", "",
          "nothing drives register 'USERCODE' that INSTRUCTION 'USERCODE' selects"},
