@@ -116,8 +116,7 @@ SDB_HANDLE *finish_open(SDB_HANDLE *handle, bool read_aliases) {
 }
 
 SDB_HANDLE *create_handle(const char *path, uint32_t mask) {
-    std::string folder = FNM_break(path, "p");
-    if (access(folder.empty() ? "." : folder.c_str(), W_OK) != 0)
+    if (!can_write_file(path))
         return nullptr;
     SDB_HANDLE *handle = new_handle(path);
     handle->writable = 1;

@@ -3,6 +3,7 @@
 #include "support/console.hh"
 #include "support/fnm.hh"
 #include "support/text.hh"
+#include "support/whole_file.hh"
 
 #include <cerrno>
 #include <cstdarg>
@@ -57,6 +58,17 @@ std::string TOOL_read_file(const std::string &path, std::string_view from_file, 
     if (bad)
         TOOL_fail(from_file, from_line, "can't read file '%s': %s.", path.c_str(), std::strerror(errno));
     return text;
+}
+
+void TOOL_write_file(const std::string &path, std::string_view text) {
+    whole_file file;
+    bool written = begin_file(file, path);
+    if (written) {
+        put_bytes(file, text.data(), text.size());
+        written = finish_file(file);
+    }
+    if (!written)
+        TOOL_fail(path, 0, "this file can't be written: %s.", std::strerror(file.reason));
 }
 
 const char *TOOL_value(int argc, char **argv, int &at) {

@@ -17,6 +17,9 @@ void TOOL_set_search_path();
 /// 0 for the command line.
 std::string TOOL_read_file(const std::string &path, std::string_view from_file = {}, int from_line = 0);
 
+/// Saves a file whole; a fault ends the program.
+void TOOL_write_file(const std::string &path, std::string_view text);
+
 /// The word behind a switch; ends the program when there is none.
 const char *TOOL_value(int argc, char **argv, int &at);
 

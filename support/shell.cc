@@ -1,14 +1,10 @@
 #include "support/shell.hh"
 
-#include "support/console.hh"
-
 #include <cctype>
-#include <cerrno>
 #include <climits>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
@@ -21,53 +17,6 @@ bool is_plain(char c) {
 std::string folder_of(const std::string &path) {
     size_t slash = path.rfind('/');
     return slash == std::string::npos ? std::string() : path.substr(0, slash + 1);
-}
-
-/// Writes all of the text; 0, or the errno of the first failure.
-int write_all(int file, std::string_view text) {
-    while (!text.empty()) {
-        ssize_t done = ::write(file, text.data(), text.size());
-        if (done < 0 && errno == EINTR)
-            continue;
-        if (done < 0)
-            return errno;
-        text.remove_prefix(static_cast<size_t>(done));
-    }
-    return 0;
-}
-
-[[noreturn]] void write_failed(const std::string &path, int reason) {
-    vmr_fail("ERROR: can't write file '%s' (%s).\n\n", path.c_str(), std::strerror(reason));
-}
-
-/// Devices and pipes are written as they stand; there is nothing to keep and nothing to rename.
-bool write_in_place(const std::string &path, std::string_view text) {
-    std::fflush(nullptr); // keeps the order when the file is the console itself
-    int file = ::open(path.c_str(), O_WRONLY | O_CLOEXEC);
-    if (file < 0)
-        return false;
-    int reason = write_all(file, text);
-    if (::close(file) != 0 && reason == 0)
-        reason = errno;
-    if (reason != 0)
-        write_failed(path, reason);
-    return true;
-}
-
-mode_t mode_of_new_file() {
-    mode_t mask = ::umask(0);
-    ::umask(mask);
-    return 0666 & ~mask;
-}
-
-/// Where the bytes go in the end: behind a link, so that the user's link stays a link.
-std::string resolved(const std::string &path) {
-    char *real = ::realpath(path.c_str(), nullptr);
-    if (real == nullptr)
-        return path;
-    std::string target(real);
-    std::free(real);
-    return target;
 }
 
 } // namespace
@@ -109,32 +58,4 @@ void add_own_folder_to_path() {
         list = system_list;
     }
     ::setenv("PATH", (list + ":" + folder).c_str(), 1);
-}
-
-bool write_text_file(const std::string &path, std::string_view text) {
-    struct stat known;
-    bool exists = ::stat(path.c_str(), &known) == 0;
-    if (!exists && errno != ENOENT) // no such file can be made, whatever its temporary name would do
-        return false;
-    if (exists && !S_ISREG(known.st_mode))
-        return write_in_place(path, text);
-    if (exists && ::access(path.c_str(), W_OK) != 0)
-        return false;
-    std::string target = exists ? resolved(path) : path;
-    std::string temporary = folder_of(target) + ".rw-XXXXXX";
-    int file = ::mkostemp(temporary.data(), O_CLOEXEC);
-    if (file < 0)
-        return false;
-    int reason = write_all(file, text);
-    if (reason == 0 && ::fchmod(file, exists ? known.st_mode & 07777 : mode_of_new_file()) != 0)
-        reason = errno;
-    if (::close(file) != 0 && reason == 0)
-        reason = errno;
-    if (reason == 0 && ::rename(temporary.c_str(), target.c_str()) != 0)
-        reason = errno;
-    if (reason != 0) {
-        ::unlink(temporary.c_str());
-        write_failed(path, reason);
-    }
-    return true;
 }
