@@ -2,6 +2,7 @@
 #include "description/syntax_tree.hh"
 
 #include "support/console.hh"
+#include "support/message.hh"
 
 #include <cerrno>
 #include <cstdlib>
@@ -47,12 +48,21 @@ void missing_comment_end(const char *file, int32_t line) {
     end_run();
 }
 
+void scanner_failed(const char *reason) {
+    if (std::strncmp(reason, "out of dynamic memory", 21) == 0)
+        MSG_fatal_error(MSG_NO_MEMORY);
+    if (std::strncmp(reason, "input in", 8) == 0)
+        error_fail("ERROR: a description file can't be read (%s).\n", std::strerror(errno));
+    error_printf("%s\n", reason);
+    std::exit(2);
+}
+
 std::FILE *open_text_file(const char *name) {
     // fopen takes a directory, and would wait for ever on a pipe that nobody writes.
     struct stat status {};
     if (stat(name, &status) != 0 || !S_ISREG(status.st_mode))
         return nullptr;
-    return std::fopen(name, "r");
+    return open_stream(name, "r");
 }
 
 int32_t number_value(const char *file, int32_t line, const char *digits) {

@@ -2,6 +2,7 @@
 #include "sdb/sdb.hh"
 
 #include "support/dyna.hh"
+#include "support/program.hh"
 #include "support/text.hh"
 
 #include <cctype>
@@ -27,7 +28,7 @@ std::unordered_map<const char *, std::unordered_set<const char *>> targets_by_na
 
 std::string read_text(const std::string &path) {
     std::string text;
-    std::FILE *file = std::fopen(path.c_str(), "r");
+    std::FILE *file = open_stream(path.c_str(), "r");
     if (file == nullptr)
         return text;
     char piece[65536];

@@ -6,6 +6,7 @@
 
 #include "support/dyna.hh"
 #include "support/fnm.hh"
+#include "support/program.hh"
 #include "support/text.hh"
 
 #include <algorithm>
@@ -162,7 +163,7 @@ int RC_load(const char *name, const char *section) {
     struct stat state;
     if (path == nullptr || ::stat(path, &state) != 0 || !S_ISREG(state.st_mode))
         return -1; // a pipe or a device of that name must not hold up the start
-    std::FILE *file = std::fopen(path, "r");
+    std::FILE *file = open_stream(path, "r");
     if (file == nullptr)
         return -1;
     statement current;

@@ -1,10 +1,15 @@
 #include "support/shell.hh"
 
+#include "support/console.hh"
+#include "support/message.hh"
+
 #include <cctype>
+#include <cerrno>
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace {
@@ -39,7 +44,12 @@ std::string shell_word(std::string_view name) {
 
 int run_shell(const std::string &command) {
     std::fflush(nullptr);
-    return std::system(command.c_str());
+    int status = std::system(command.c_str());
+    if (status == -1)
+        error_printf("ERROR: can't run '%s' (%s).\n", command.c_str(), std::strerror(errno));
+    else if (WIFSIGNALED(status))
+        error_printf("ERROR: '%s' was ended by signal %d.\n", command.c_str(), WTERMSIG(status));
+    return status;
 }
 
 void add_own_folder_to_path() {
@@ -57,5 +67,6 @@ void add_own_folder_to_path() {
         ::confstr(_CS_PATH, system_list, sizeof system_list);
         list = system_list;
     }
-    ::setenv("PATH", (list + ":" + folder).c_str(), 1);
+    if (::setenv("PATH", (list + ":" + folder).c_str(), 1) != 0)
+        MSG_fatal_error(MSG_NO_MEMORY);
 }

@@ -8,7 +8,8 @@
 /// character that the shell reads.
 std::string shell_word(std::string_view name);
 
-/// Flushes the streams, runs the command through `system` and returns its result; 0 is success.
+/// Flushes the streams, runs the command through `system` and returns its result; 0 is success. A command
+/// that could not be started, or that a signal ended, is told on the error stream.
 int run_shell(const std::string &command);
 
 /// Appends the folder of the running executable to PATH, so that the bundled tools serve where the user has

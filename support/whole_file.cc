@@ -1,7 +1,7 @@
 #include "support/whole_file.hh"
 
 #include "support/console.hh"
-#include "support/message.hh"
+#include "support/temporary_file.hh"
 
 #include <cerrno>
 #include <climits>
@@ -14,7 +14,6 @@
 namespace {
 
 constexpr size_t piece_size = size_t{1} << 20; ///< bytes that are collected for one call of the system
-constexpr size_t longest_kept_name = 200;      ///< with what stands around it, a name of 255 bytes at most
 
 /// Name of the temporary file, for those who must not allocate; empty when there is none. The first character
 /// is set last and cleared first.
@@ -46,7 +45,7 @@ bool resolve(const std::string &path, bool exists, std::string *target) {
     if (exists && ::realpath(path.c_str(), real) == nullptr)
         return false;
     *target = exists ? real : path;
-    return target->size() < PATH_MAX || refuse(ENAMETOOLONG);
+    return true;
 }
 
 bool can_rename_in(const std::string &folder) {
@@ -60,15 +59,13 @@ mode_t mode_of_new_file() {
 }
 
 bool make_temporary(whole_file &file) {
-    std::string folder = folder_of(file.target);
-    file.temporary = folder + unfinished_name_start(file.target.substr(folder.size())) + "XXXXXX";
-    if (file.temporary.size() >= sizeof unfinished)
-        return refuse(ENAMETOOLONG);
-    file.descriptor = ::mkostemp(file.temporary.data(), O_CLOEXEC);
+    file.descriptor = make_temporary_file(folder_of(file.target), file.temporary);
     if (file.descriptor < 0)
         return false;
-    std::memcpy(unfinished + 1, file.temporary.c_str() + 1, file.temporary.size());
-    unfinished[0] = file.temporary[0];
+    if (file.temporary.size() < sizeof unfinished) { // the system takes no longer name
+        std::memcpy(unfinished + 1, file.temporary.c_str() + 1, file.temporary.size());
+        unfinished[0] = file.temporary[0];
+    }
     return true;
 }
 
@@ -146,10 +143,6 @@ bool can_write_file(const std::string &path) {
     if (!look_at(path, &exists, &earlier) || !resolve(path, exists, &target))
         return false;
     return (exists && !S_ISREG(earlier.st_mode)) || can_rename_in(folder_of(target));
-}
-
-std::string unfinished_name_start(std::string_view name) {
-    return ".rw-" + std::string(name.substr(0, longest_kept_name)) + "-";
 }
 
 void discard_unfinished_file() {

@@ -1,14 +1,9 @@
 // Files saved whole: the one way in which the programs write what they leave behind.
 //
-// The bytes go into a temporary file beside their place, which takes the place of an earlier file when all of
-// them are there. So an earlier file is never lost and none is left half written. The temporary file is
-// called
-//
-//     .rw-<name>-XXXXXX
-//
-// after the final name (its first 200 bytes) and six characters that nobody can foretell. It is made anew, so
-// that it follows no link. A run that is killed leaves it; what begins with unfinished_name_start() belongs
-// to no finished file.
+// The bytes go into a temporary file beside their place (support/temporary_file.hh), which takes the place of
+// an earlier file when all of them are there. So an earlier file is never lost and none is left half written.
+// The temporary file is called `.rw-XXXXXX`, with six characters that nobody can foretell; it is made anew,
+// so that it follows no link.
 //
 // A file that is replaced keeps its permissions, a link stays a link, and a file that may not be written is
 // refused even where its folder would permit the renaming. Devices and pipes are written as they stand.
@@ -39,9 +34,6 @@ bool finish_file(whole_file &file);
 
 /// True when begin_file would find nothing against the file `path`; else errno says what. Touches nothing.
 bool can_write_file(const std::string &path);
-
-/// The start of the temporary names of `name`, which has no folder: ".rw-<name>-".
-std::string unfinished_name_start(std::string_view name);
 
 /// Removes the temporary file of the file in the making, if there is one. Allocates nothing and may be called
 /// in a signal handler.
