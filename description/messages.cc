@@ -2,6 +2,7 @@
 #include "description/syntax_tree.hh"
 
 #include "support/console.hh"
+#include "support/message.hh"
 
 #include <cerrno>
 #include <cstdlib>
@@ -44,6 +45,15 @@ void parser_error(const char *file, int32_t line, const char *reason, const char
 void missing_comment_end(const char *file, int32_t line) {
     error_msg(file, line, MISSING_COMMENT_END, nullptr);
     end_run();
+}
+
+void scanner_failed(const char *reason) {
+    if (std::strncmp(reason, "out of dynamic memory", 21) == 0)
+        MSG_fatal_error(MSG_NO_MEMORY);
+    if (std::strncmp(reason, "input in", 8) == 0)
+        error_fail("ERROR: a description file can't be read (%s).\n", std::strerror(errno));
+    error_printf("%s\n", reason);
+    std::exit(2);
 }
 
 int32_t number_value(const char *file, int32_t line, const char *digits) {

@@ -2,6 +2,7 @@
 
 #include "support/console.hh"
 #include "support/dyna.hh"
+#include "support/message.hh"
 #include "support/shell.hh"
 #include "support/text.hh"
 
@@ -72,6 +73,8 @@ ANSWER read_answer() {
         errno = 0;
         length = ::getline(&line, &room, stdin);
     } while (length < 0 && std::ferror(stdin) != 0 && errno == EINTR);
+    if (length < 0 && errno == ENOMEM) // this is no end of the input
+        MSG_fatal_error(MSG_NO_MEMORY);
     ANSWER answer;
     if (length >= 0)
         answer = std::string(line); // a zero byte ends the text, as in every text of the tables

@@ -1,7 +1,7 @@
 #include "guide/earlier_file.hh"
 
 #include "support/console.hh"
-#include "support/shell.hh"
+#include "support/whole_file.hh"
 
 #include <algorithm>
 #include <filesystem>

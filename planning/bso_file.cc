@@ -7,8 +7,8 @@
 #include "planning/port_table.hh"
 #include "support/console.hh"
 #include "support/run_state.hh"
-#include "support/shell.hh"
 #include "support/text.hh"
+#include "support/whole_file.hh"
 
 #include <cstdio>
 #include <string>

@@ -4,6 +4,7 @@
 #include "run/working_folder.hh"
 #include "support/console.hh"
 #include "support/fnm.hh"
+#include "support/program.hh"
 #include "support/run_state.hh"
 #include "support/text.hh"
 
@@ -178,7 +179,7 @@ void open_report() {
         name = format_text("%s/%s", OPATH, name.c_str());
     else
         OPATH = ".";
-    fd = std::fopen(name.c_str(), "we");
+    fd = open_stream(name.c_str(), "we");
     if (fd != nullptr)
         return;
     banner_before_first_diagnostic();

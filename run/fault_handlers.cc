@@ -1,10 +1,10 @@
 #include "run/fault_handlers.hh"
 
 #include "support/console.hh"
+#include "support/whole_file.hh"
 
 #include <csignal>
 #include <cstring>
-#include <fcntl.h>
 #include <unistd.h>
 
 namespace {
@@ -23,21 +23,13 @@ void ignore_signal(int) {}
 
 } // namespace
 
-void open_standard_streams() {
-    int file = 0;
-    do {
-        file = ::open("/dev/null", O_RDWR);
-    } while (file >= 0 && file <= 2);
-    if (file > 2)
-        ::close(file);
-}
-
 // Both sinks are flushed after every text, so that the calls below the streams keep the order. Neither the
 // streams nor the exit handlers are entered: the fault may have struck inside them.
 void dosegv(int) {
     write_now(STDOUT_FILENO, fault_text);
     if (fd != nullptr)
         write_now(::fileno(fd), fault_text);
+    discard_unfinished_file();
     ::_exit(255);
 }
 

@@ -1,10 +1,6 @@
 // What a run does about faults that come from outside its own logic.
 #pragma once
 
-/// Opens /dev/null in place of each standard stream that is closed, so that no file of the run takes its
-/// number.
-void open_standard_streams();
-
 /// Installs the handler of the memory fault, on a stack of its own, and lets a run outlive the reader of its
 /// output.
 void install_fault_handlers();

@@ -32,6 +32,8 @@ int32_t SDB_grow_table(SDB_HANDLE *handle, int32_t index, int32_t n);
 /// Sets a table's count to a lower one.
 void SDB_cut_table(SDB_HANDLE *handle, int32_t index, int32_t count);
 void SDB_free_table(SDB_TABLE *table);
+/// Memory of a handle or of its file; without it the run ends with the message of SDB_open.
+void *SDB_handle_memory(size_t size);
 /// Frees the handle's tables, symbols and the handle itself, but nothing global.
 void SDB_free_handle(SDB_HANDLE *handle);
 

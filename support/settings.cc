@@ -6,6 +6,7 @@
 
 #include "support/dyna.hh"
 #include "support/fnm.hh"
+#include "support/program.hh"
 #include "support/text.hh"
 
 #include <algorithm>

@@ -204,6 +204,15 @@ TEST(GuideFiles, FilesThatCannotBeWritten) {
             << result.out;
     }
     {
+        guide_folder guide;
+        std::filesystem::create_directory(guide.scratch.path("chip.lib"));
+        run_result result = guide.answer({"9"});
+        EXPECT_EQ(result.status, 255);
+        EXPECT_TRUE(result.out.ends_with("File was written to chip.bsc\nCan't open ./chip.lib to write\n"))
+            << result.out;
+        EXPECT_EQ(result.err, "");
+    }
+    {
         guide_folder guide; // nothing to write is no failure; the message stands all the same
         run_result result = guide.answer({"6", "1", "none/p", "3", "9"});
         EXPECT_EQ(result.status, 0);

@@ -197,7 +197,10 @@ TEST(CommandLine, HostileSurroundings) {
         const char *says;
     } const cases[] = {
         {"", " chip >&-", 255, ""},
-        {"", " chip >/dev/full", 255, ""},
+        {"", " -help >/dev/full", 255,
+         "ERROR: not all of the output could be written (No space left on device).\n"},
+        {"ln -s /dev/full chip.rwv.rpt; ", " chip", 255,
+         "ERROR: not all of the report could be written (No space left on device).\n"},
         {"", " chip <&- >&- 2>&-", 255, ""},
         {"mkdir d; cd d; rmdir ../d; ", " chip", 255, "can't open default directory"},
         {"mkdir d; cd d; rmdir ../d; VELMORA=/ ", " chip", 255,

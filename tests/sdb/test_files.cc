@@ -4,10 +4,12 @@
 #include "sdb/symbols.hh"
 #include "support/dyna.hh"
 
+#include <cerrno>
 #include <csignal>
 #include <gtest/gtest.h>
 #include <map>
 #include <sys/resource.h>
+#include <sys/stat.h>
 
 namespace {
 
@@ -211,6 +213,33 @@ TEST(files, failed_save_keeps_the_old_file) {
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(scratch.dir), {}), 1)
         << "no other file is left";
     EXPECT_EQ(SDB_open("/no/such/folder/small.sdb", "w", 0), nullptr);
+}
+
+// A design and its aliases are saved as carefully as a text: what the user set stays, and no name that can be
+// foretold is followed.
+TEST(files, save_keeps_what_the_user_set) {
+    scratch_folder scratch;
+    small_design_bytes(scratch);
+    scratch.write("small.asn", "ASSIGN a b\n");
+    scratch.write("victim", "kept");
+    std::string tail = ".tmp" + std::to_string(::getpid());
+    scratch.run("ln -s victim small.sdb" + tail +
+                "; ln -s victim small.asn.tmp; chmod 640 small.sdb; chmod 604 small.asn; "
+                "mkdir real; mv small.sdb small.asn real; ln -s real/small.sdb small.sdb; ln -s "
+                "real/small.asn small.asn");
+    SDB_HANDLE *design = SDB_open(scratch.path("small.sdb").c_str(), "r+", 0);
+    ASSERT_NE(design, nullptr);
+    ALIAS_add("c", "d");
+    EXPECT_EQ(SDB_close(design, 1), 0);
+    EXPECT_EQ(scratch.read("real/small.asn"), "ASSIGN a b\nASSIGN c d\n");
+    EXPECT_EQ(scratch.read("victim"), "kept");
+    EXPECT_EQ(scratch.run("stat -c %a real/*; ls -A real; readlink small.sdb small.asn").out,
+              "604\n640\nsmall.asn\nsmall.sdb\nreal/small.sdb\nreal/small.asn\n");
+    run_result result = run_bound_child(scratch, [&] {
+        ::chmod("real/small.sdb", 0444); // refused although the folder would let it be replaced
+        std::printf("%d", SDB_open("small.sdb", "w", 0) == nullptr && errno == EACCES);
+    });
+    EXPECT_EQ(result.out, "1");
 }
 
 TEST(files, opening_leaves_the_current_design_alone) {

@@ -3,6 +3,7 @@
 #include "support/shell.hh"
 #include "support/temporary_file.hh"
 #include "support/text.hh"
+#include "support/whole_file.hh"
 #include "tests/support/scratch.hh"
 
 #include <csignal>
@@ -137,6 +138,9 @@ TEST(WriteFile, RefusesWhatCannotBeCreated) {
     EXPECT_FALSE(write_text_file(scratch.path("dir/file/below"), "x"));
     EXPECT_FALSE(write_text_file(scratch.path(std::string(5000, 'n')), "x"));
     EXPECT_FALSE(write_text_file(scratch.path(std::string(300, 'n')), "x"));
+    ASSERT_EQ(scratch.run("chmod 555 dir").status, 0); // the file may be written, but not replaced
+    run_result result = run_bound_child(scratch, [] { std::printf("%d", write_text_file("dir/file", "x")); });
+    EXPECT_EQ(result.out, "0");
     EXPECT_EQ(scratch.read("dir/file"), "kept");
 }
 
