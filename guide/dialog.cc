@@ -26,9 +26,9 @@ size_t behind_escape(std::string_view line, size_t start) {
     char kind = at < line.size() ? line[at++] : 0;
     if (std::string_view("]P^_X").find(kind) != std::string_view::npos) {
         size_t bell = line.find('\a', at), terminator = line.find("\x1b\\", at);
-        return bell < terminator                      ? bell + 1
-               : terminator == std::string_view::npos ? line.size()
-                                                      : terminator + 2;
+        if (bell == terminator) // neither is there: the key was Alt and this one
+            return at;
+        return bell < terminator ? bell + 1 : terminator + 2;
     }
     if (kind == '[')
         while (at < line.size() && !is_within(line[at], 0x40, 0x7e))

@@ -119,8 +119,8 @@ void guideline_handler() {
         note_read_file(JTAG_LIB_FILE);
         note_read_file(JTAG_BSC_FILE);
         get_bs_dft_file(JTAG_LIB_FILE, JTAG_BSC_FILE, 0);
-        if (DYNA_count(PIN_TABLE) >
-            0) // else the name is that of a package list, whose pins are not in the menus
+        // Without pins the name is that of a package list, which is in no menu.
+        if (DYNA_count(PIN_TABLE) > 0)
             note_read_file(PIN_FILE);
     }
     initialize();

@@ -50,7 +50,7 @@ tap_case with_pins(tap_case tap, const std::string &names) {
 
 /// Every word of the text as the name of an enable pin, which stands in the decoder and in the top.
 void sweep_pins(const tap_case &tap, bool vhdl) {
-    std::set<std::string> words = {"U9", "SEL_other", "logic"};
+    std::set<std::string> words = {"U9", "u7", "SEL_other", "logic"};
     for (const char *language : {"", " vhdl"})
         words.merge(words_of(quiet_rtl_of({"", tap.instructions, tap.needs + language})));
     tap_case swept = {"", tap.instructions, tap.needs + (vhdl ? " vhdl" : "")};
