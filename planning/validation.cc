@@ -360,42 +360,9 @@ void check_pin_list(FIELD_CHECK &check) {
 
 } // namespace
 
-int32_t find_tap_instance() {
-    int32_t obj = SDB_nl_search_obj(TAP_INSTANCE_NAME);
-    if (obj != -1 || rwv_hier_tap_ctrlG == 0)
-        return obj;
-    std::string path;
-    for (const TAP_PATH_ROW &row : rows(rwv_hier_tap_ctrl_name_tabG))
-        path += (path.empty() ? "" : std::string(1, sdb_hier_dot)) + row.inst;
-    return SDB_nl_search_obj(path.c_str());
-}
-
 bool check_tap_names() {
     bool fault = misses_tap_name("%MODULE_NAME", TAP_MODULE_NAME);
     return misses_tap_name("%INSTANCE_NAME", TAP_INSTANCE_NAME) || fault;
-}
-
-void rwv_check_hier_tap_ctrl_instance() {
-    rwv_hier_tap_ctrlG = 0;
-    rwv_hier_tap_ctrl_name_tabG = nullptr;
-    org_tap_instance_nameG =
-        TAP_INSTANCE_NAME; // the connection files name the TAP by the path as it was given
-    if (TAP_INSTANCE_NAME == nullptr || std::strchr(TAP_INSTANCE_NAME, '.') == nullptr)
-        return;
-    std::string_view rest = TAP_INSTANCE_NAME;
-    while (true) {
-        size_t dot = rest.find('.');
-        std::string_view part = rest.substr(0, dot);
-        if (part.empty())
-            vmr_fail("ERROR: (%s) TAP %%INSTANCE_NAME '%s' has an empty component.\n\n", bsc(),
-                     TAP_INSTANCE_NAME);
-        append_row(rwv_hier_tap_ctrl_name_tabG, TAP_PATH_ROW{keep_text(part), nullptr});
-        if (dot == std::string_view::npos)
-            break;
-        rest.remove_prefix(dot + 1);
-    }
-    rwv_hier_tap_ctrlG = 1;
-    TAP_INSTANCE_NAME = rows(rwv_hier_tap_ctrl_name_tabG).back().inst;
 }
 
 void check_necessary_fields() {
