@@ -19,7 +19,8 @@ namespace {
     "                  %INPUT\n                  %OUTPUT\n               }\n\n"
 #define SAME_PLACE(one, other)                                                                               \
     "ERROR: (chip.pin) '" one "' and '" other "' need a boundary scan cell at the same place.\n"             \
-    "       Please correct your SDB or specify one of them as skip signal.\n\n"
+    "       Please correct your SDB or specify one of them as skip signal.\n"                                \
+    "       Power and ground ports belong in %SKIP_SIGNAL_NAMES of file './chip.bsc'.\n\n"
 #define FLOATING(pin, cell, side)                                                                            \
     "WARNING: (./chip.lib) " pin " of %BUFFER " cell " which connects to\n"                                  \
     "         port 'b' is floating.\n         " side                                                         \
