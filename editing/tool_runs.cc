@@ -71,7 +71,7 @@ void write_file_list(const char *extension) {
     }
     std::string list(head);
     if (option(OPT_ADD_TAP))
-        list = (option(OPT_OPATH) ? design : std::string(TOP_MODULE)) + "_TAP." + extension + "\n";
+        list += (option(OPT_OPATH) ? design : std::string(TOP_MODULE)) + "_TAP." + extension + "\n";
     list += design + "_jtag." + extension + "\n";
     if (!write_text_file(design + ".f", list))
         vmr_fail("ERROR: can't open file '%s.f'.\n\n", design.c_str());
