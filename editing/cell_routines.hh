@@ -53,12 +53,3 @@ void mux_pin_step(EDIT_FILE *fp, OPIN_ROW &row, MUX_PIN which, const char *name,
 
 /// Frees a mode pin of the row's pad of the constant on it, with a warning.
 void free_pad_mode(EDIT_FILE *fp, const OPIN_ROW &row, int32_t mode);
-
-/// The cell of an added pad, and its pins.
-struct ADDED_PAD {
-    const char *cell;
-    const char *input, *output;
-};
-/// The pad cell that the pin file names for the row's pin, else the default one.
-ADDED_PAD input_pad_cell(const OPIN_ROW &row);
-ADDED_PAD output_pad_cell(const OPIN_ROW &row);

@@ -5,7 +5,6 @@
 #include "editing/cell_routines.hh"
 #include "planning/planning.hh"
 #include "planning/tracing.hh"
-#include "planning/validation.hh"
 #include "support/console.hh"
 #include "support/run_state.hh"
 #include "support/text.hh"
@@ -142,20 +141,4 @@ void free_pad_mode(EDIT_FILE *fp, const OPIN_ROW &row, int32_t mode) {
                "         %%MODE_%d '%s' will be disconnected and reconnected to TAP.\n",
                mode + 1, row.pad_instance, row.pad_class, net == 0 ? "GND" : "VCC", mode + 1, pin);
     edit_disconnect(fp, pin_of(row.pad_instance, pin));
-}
-
-ADDED_PAD input_pad_cell(const OPIN_ROW &row) {
-    const char *own = PIN_TABLE[row.pin_index]->pad_name;
-    if (own == nullptr)
-        return {INPUT_BUFFER, INPUT_BUFFER_PINS.input, INPUT_BUFFER_PINS.output};
-    bs_check_input_buf_fields(own);
-    return {own, SPEC_INPUT_BUFFER_PINS.input, SPEC_INPUT_BUFFER_PINS.output};
-}
-
-ADDED_PAD output_pad_cell(const OPIN_ROW &row) {
-    const char *own = PIN_TABLE[row.pin_index]->pad_name;
-    if (own == nullptr)
-        return {OUTPUT_BUFFER, OUTPUT_BUFFER_PINS.input, OUTPUT_BUFFER_PINS.output};
-    bs_check_output_buf_fields(own);
-    return {own, SPEC_OUTPUT_BUFFER_PINS.input, SPEC_OUTPUT_BUFFER_PINS.output};
 }

@@ -72,7 +72,7 @@ void rwv_hier_find_tap_instance() {
     for (int32_t i = 0; i < DYNA_count(path) - 1; i++) {
         const char *parent = i == 0 ? TOP_MODULE : path[i - 1].module;
         open_sdb_file(found_module_file(parent));
-        int32_t obj = SDB_nl_search_obj(path[i].inst);
+        int32_t obj = SDB_instance_obj(path[i].inst);
         if (obj < 0)
             vmr_fail("ERROR: can not find the instance %s in %s.sdb file.\n", path[i].inst, parent);
         path[i].module = keep_text(object_class_name(obj));

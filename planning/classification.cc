@@ -22,6 +22,7 @@
 #include <string_view>
 #include <strings.h>
 #include <unordered_map>
+#include <vector>
 
 const char *INVERTER_INPUT = nullptr;
 const char *INVERTER_OUTPUT = nullptr;
@@ -114,6 +115,17 @@ void take_internal_cell(OPIN_ROW &row) {
     take_cell(row, CELL_INTERNAL, {cell, COUNT_INTERNAL});
 }
 
+[[noreturn]] void fail_unknown_instance(const std::string &instance) {
+    std::vector<std::string> readings = SDB_obj_readings(instance.c_str());
+    if (readings.size() < 2)
+        vmr_fail("ERROR: can not find instance '%s' in '%s' file.\n", instance.c_str(), MODULE_C_SDB);
+    vmr_printf("ERROR: instance '%s' of pin file is ambiguous in '%s' file.\n       Please write one of:\n",
+               instance.c_str(), MODULE_C_SDB);
+    for (const std::string &reading : readings)
+        vmr_printf("           %s\n", reading.c_str());
+    vmr_fail("\n");
+}
+
 void save_OPIN_TAB_for_adding_scan_cell_internal(int32_t row_index) {
     OPIN_ROW &row = OPIN_TAB[row_index];
     std::string_view name = row.port_name;
@@ -128,7 +140,7 @@ void save_OPIN_TAB_for_adding_scan_cell_internal(int32_t row_index) {
 
     row.pad_obj = SDB_lookup_obj(instance.c_str());
     if (row.pad_obj < 0)
-        vmr_fail("ERROR: can not find instance '%s' in '%s' file.\n", instance.c_str(), MODULE_C_SDB);
+        fail_unknown_instance(instance);
     row.pad_class = keep_text(object_class_name(row.pad_obj));
     int32_t node = find_pin_node(row.pad_obj, pin_name);
     if (node < 0)
@@ -157,8 +169,9 @@ void check_no_wire_is_cut_twice() {
         auto [known, is_new] = places.try_emplace(place, &row);
         if (!is_new && known->second != &row)
             vmr_fail("ERROR: (%s) '%s' and '%s' need a boundary scan cell at the same place.\n"
-                     "       Please correct your SDB or specify one of them as skip signal.\n\n",
-                     PIN_FILE, known->second->port_name, row.port_name);
+                     "       Please correct your SDB or specify one of them as skip signal.\n"
+                     "       Power and ground ports belong in %%SKIP_SIGNAL_NAMES of file '%s'.\n\n",
+                     PIN_FILE, known->second->port_name, row.port_name, JTAG_BSC_FILE);
     };
     for (const OPIN_ROW &row : rows(OPIN_TAB)) {
         bool is_internal = row.kind == CELL_INTERNAL;

@@ -94,6 +94,43 @@ TEST(names, separator_is_a_setting) {
     PREFIX_set_dot('.');
 }
 
+// Verilog names may hold the separator. What a text can mean, and that each object's own text means it.
+TEST(names, separators_inside_components) {
+    scratch_folder scratch;
+    SDB_HANDLE *file = SDB_open(scratch.path("dots.sdb").c_str(), "w", 0);
+    int32_t cell = SDB_add_class(file, "C", SDB_KIND_CELL, {{"A", SDB_INPUT}});
+    int32_t scope_a = SDB_add_prefix(file, "a", -1), scope_ab = SDB_add_prefix(file, "a.b", -1);
+    for (int32_t scope : {scope_a, scope_ab})
+        SDB_add_obj(file, SDB_prefix_name(scope), cell);
+    auto below = [&](int32_t scope, const char *name) {
+        return SDB_add_obj(file, SDB_prefix_name(SDB_add_prefix(file, name, scope)), cell);
+    };
+    struct {
+        int32_t obj;
+        const char *name; ///< by which it is shown and found
+    } const objects[] = {
+        {below(scope_a, "b"), "a.b"},
+        {below(scope_a, "b.c"), "a.b\\.c"},
+        {below(scope_ab, "c"), "a\\.b.c"},
+        {below(scope_ab, "d"), "a.b.d"},
+        {SDB_add_obj(file, SDB_plain_name(file, "g[0].p"), cell), "g[0].p"},
+        {SDB_add_obj(file, SDB_plain_name(file, "a.b.e"), cell), "a.b.e"},
+        {below(scope_a, "x\\"), "a.x\\"},
+        {below(scope_ab, "..."), "a.b...."},
+    };
+    ASSERT_EQ(SDB_close(file, 1), 0);
+    open_design design(scratch.path("dots.sdb"));
+    for (const auto &one : objects) {
+        EXPECT_STREQ(SDB_obj_name(design.handle, one.obj), one.name);
+        EXPECT_EQ(SDB_lookup_obj(one.name), one.obj) << one.name;
+    }
+    EXPECT_EQ(SDB_lookup_obj("a.b.c"), -1);
+    EXPECT_EQ(SDB_obj_readings("a.b.c"), (std::vector<std::string>{"a.b\\.c", "a\\.b.c"}));
+    EXPECT_EQ(SDB_instance_obj("a.b"), 1) << "the instance of exactly this name";
+    EXPECT_EQ(SDB_path_obj({"a.b", "c"}), objects[2].obj);
+    EXPECT_EQ(SDB_path_obj({"a", "c"}), -1);
+}
+
 TEST(names, lowest_id_wins_and_new_ones_are_found) {
     scratch_folder scratch;
     SDB_HANDLE *design = SDB_open(scratch.path("twice.sdb").c_str(), "w", 0);
