@@ -4,8 +4,8 @@
 #include <string>
 #include <string_view>
 
-/// The file `name` as one word of a shell command: as it stands when it is plain, quoted when it holds a blank
-/// or a character that the shell reads, and with "./" in front when it begins with '-'.
+/// The file `name` as one word of a shell command: as it stands when it is plain, quoted when it holds a
+/// blank or a character that the shell reads, and with "./" in front when it begins with '-'.
 std::string shell_word(std::string_view name);
 
 /// Flushes the streams, runs the command through `system` with an empty standard input, so that it can ask

@@ -41,17 +41,6 @@ TEST(Text, KeptTextsAreSharedAndStay) {
     EXPECT_EQ(keep_text_or_null(nullptr), nullptr);
 }
 
-TEST(Text, NullsAndActiveLowNames) {
-    EXPECT_TRUE(same_text(nullptr, nullptr));
-    EXPECT_FALSE(same_text(nullptr, ""));
-    EXPECT_TRUE(same_text_no_case("ExTest", "EXTEST"));
-    EXPECT_FALSE(same_text_no_case("a", nullptr));
-    EXPECT_STREQ(without_minus("-OE"), "OE");
-    EXPECT_STREQ(without_minus("OE-"), "OE-");
-    EXPECT_EQ(without_minus(nullptr), nullptr);
-    EXPECT_FALSE(is_active_low(nullptr));
-}
-
 TEST(Console, BothSinksGetTheWholeText) {
     scratch_folder scratch;
     std::string longer(200000, 'r');
