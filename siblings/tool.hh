@@ -10,6 +10,10 @@
 [[noreturn]] void TOOL_fail(std::string_view file, int line, const char *format, ...)
     __attribute__((format(printf, 3, 4)));
 
+/// Says "WARNING: file:line: text" on the error stream.
+void TOOL_warn(std::string_view file, int line, const char *format, ...)
+    __attribute__((format(printf, 3, 4)));
+
 /// Starts the program, does its work and gives the status to end with. A fault that nothing else tells is
 /// told on the error stream.
 int TOOL_run(int (*work)(int argc, char **argv), int argc, char **argv);
