@@ -1,12 +1,12 @@
 #!/usr/bin/env python3
 """Makes each call of a run of the example chip fail, one after the other, and looks at what is left.
 
-    tests/faults/faults.py --build build
+    python3 tests/faults/faults.py --build build
 
-tries every call of memory, writing, opening, renaming and starting a command, once and from then on, and kills the
-run at every one of the last four (an hour or so on two cores); --points N tries about N calls of each walk, evenly
-spread. A walk is a part of the example, a folder that it starts from, a kind of call and a mode. What is found is
-printed with the walk and the call; --walk "insert older malloc once" --at 123 tries that one alone and keeps its folder.
+tries all of them, which takes an hour or two: each call that asks for memory, writes, opens, renames or starts a
+command fails, once or with all that follow, and the run is killed at each of the last four kinds. --points N tries
+about N calls of each walk, evenly spread. A walk is a part of the example, the folder that it starts from, a kind of
+call and what happens to it; --walk "insert earlier write once" --at 123 tries one call and leaves its folder.
 
 After each run:
   - the inputs are as they were,
@@ -17,6 +17,7 @@ After each run:
 """
 
 import argparse
+import collections
 import concurrent.futures
 import hashlib
 import itertools
@@ -54,17 +55,12 @@ def files_below(folder):
             for path in folder.rglob("*") if path.is_file()}
 
 
-class Part:
-    """A part of the example: its commands, and the changes of its inputs that give earlier outputs to write over."""
-
-    def __init__(self, name, commands, changes):
-        self.name, self.commands, self.changes = name, commands, changes
-
-
+# A part of the example: its commands, and changes of its inputs that give the earlier outputs to write over.
+Part = collections.namedtuple("Part", "name commands changes")
 PARTS = {part.name: part for part in (
     Part("read", ["kalmverin -lib cells.v -opath lib", "kalmverin chip.v"],
          [("cells.v", r"^(module \w+ \([^)]*)\);", r"\1, EARLIER); input EARLIER;"),
-          ("chip.v", r"^endmodule", "wire earlier; endmodule")]),
+          ("chip.v", r"^endmodule", "wire earlier; INV u_earlier (earlier); endmodule")]),
     Part("insert", ["rimweave chip -add_tap"],
          [("chip.lib", r"%GROUP_SIZE +6", "%GROUP_SIZE 4"), ("chip.bsc", r"(%IDCODE_REGISTER +)0", r"\g<1>1")]))}
 STARTS = ("fresh", "earlier")
