@@ -120,8 +120,8 @@ class Driver:
             for name in (*STARTS, "done"):
                 self.known[part, name] = files_below(self.work / part / name)
             self.known[part, "console"] = (self.work / part / "done.console").read_bytes()
-            self.known[part, "outputs"] = {name for name in self.known[part, "done"].keys() - self.known[part, "fresh"].keys()
-                                           if not ABOUT_THE_RUN.fullmatch(name)}
+            made = self.known[part, "done"].keys() - self.known[part, "fresh"].keys()
+            self.known[part, "outputs"] = {name for name in made if not ABOUT_THE_RUN.fullmatch(name)}
 
     def faults_of_files(self, part, start, mode, after):
         before, done, outputs = (self.known[part.name, name] for name in (start, "done", "outputs"))
@@ -164,17 +164,27 @@ class Driver:
             self.proven.add(state)
         return faults
 
-    def try_call(self, part, start, kind, mode, at):
-        """One run with a fault: what is wrong with it, as text; None when it has no such call."""
+    def start_folder(self, part, start):
         folder = self.work / f"try.{os.getpid()}/folder"
         shutil.rmtree(folder.parent, ignore_errors=True)
-        shutil.copytree(self.work / part.name / start, folder)
+        return shutil.copytree(self.work / part.name / start, folder)
+
+    def count_calls(self, part, start, kind):
+        folder = self.start_folder(part, start)
+        result = self.run(part, folder, kind)
+        if result[0] != 0 or self.faults_of_words(part, kind, "count", result, files_below(folder)):
+            sys.exit(f"faults: the library disturbs {part.name} {start}, status {result[0]}\n{result[2].decode()}")
+        return result[3]
+
+    def try_call(self, part, start, kind, mode, at):
+        """One run with a fault: what is wrong with it, as text; empty when nothing is."""
+        folder = self.start_folder(part, start)
         result = self.run(part, folder, kind, mode, at)
-        if result[3] < at:
-            return None
         after = files_below(folder)
         faults = self.faults_of_files(part, start, mode, after) + self.faults_of_words(part, kind, mode, result, after)
         faults += self.faults_of_second_run(part, folder)
+        if result[3] < at:
+            faults.append("the run has no such call")
         if not faults:
             return ""
         said = ["  | " + line for line in result[2].decode(errors="replace").splitlines()[-4:]]
@@ -203,14 +213,12 @@ def chosen_calls(count, wanted):
 
 def walk(pool, jobs, words, arguments):
     """Tries the calls of one walk; the number of those that had faults."""
-    part, start, kind, mode = words
-    count = driver.run(PARTS[part], shutil.copytree(driver.work / part / start, driver.work / "count/folder",
-                                                    dirs_exist_ok=True), kind)[3]
-    shutil.rmtree(driver.work / "count")
+    part, start, kind, _ = words
+    count = driver.count_calls(PARTS[part], start, kind)
     calls = [arguments.at] if arguments.at else chosen_calls(count, arguments.points)
     pieces = [calls[i::jobs * 4] for i in range(jobs * 4)]
-    found = [text for texts in pool.map(try_calls, *zip(*((*words, piece) for piece in pieces))) for text in texts]
-    faulty = [text for text in found if text]
+    tried = pool.map(try_calls, *zip(*((*words, piece) for piece in pieces)))
+    faulty = [text for texts in tried for text in texts if text]
     for text in faulty[:20]:
         print(text)
     print(f"{' '.join(words):32}{len(calls):6} of {count} calls, {len(faulty)} with faults", flush=True)
