@@ -19,8 +19,6 @@ void write_now(int file, const char *text) {
     [[maybe_unused]] ssize_t written = ::write(file, text, std::strlen(text));
 }
 
-void ignore_signal(int) {}
-
 } // namespace
 
 // Both sinks are flushed after every text, so that the calls below the streams keep the order. Neither the
@@ -42,6 +40,4 @@ void install_fault_handlers() {
     action.sa_handler = dosegv;
     action.sa_flags = SA_ONSTACK | static_cast<int>(SA_RESETHAND);
     ::sigaction(SIGSEGV, &action, nullptr);
-    // A handler, where ignoring would do, because the tools that the run starts do not inherit it.
-    std::signal(SIGPIPE, ignore_signal);
 }

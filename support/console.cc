@@ -50,9 +50,9 @@ void put_text(std::FILE *stream, std::string_view text) {
     bool whole = std::fwrite(text.data(), 1, text.size(), stream) == text.size();
     if (std::fflush(stream) == 0 && whole)
         return;
-    int &fault = stream == fd ? report_fault : console_fault;
-    if (stream != stderr && fault == 0)
-        fault = errno;
+    int *fault = stream == stdout ? &console_fault : stream == fd ? &report_fault : nullptr;
+    if (fault != nullptr && *fault == 0)
+        *fault = errno;
 }
 
 void watch_sinks() {

@@ -9,8 +9,9 @@
 namespace {
 
 constexpr const char *fatal_id = "FATAL ";
-constexpr const char *continuation =
-    "           "; ///< as wide as the identifier, a number, a colon and a blank
+/// As wide as the identifier, a message number, its colon and a blank, so that the texts stand below each
+/// other.
+constexpr const char *continuation = "           ";
 
 struct abort_text {
     int code;

@@ -36,7 +36,9 @@ void open_standard_streams() {
 
 void start_program() {
     open_standard_streams();
-    std::signal(SIGXFSZ, ignore_signal); // a handler is not inherited by the tools that a run starts
+    // A handler, where ignoring would do, because the tools that a run starts do not inherit it.
+    for (int signal : {SIGPIPE, SIGXFSZ})
+        std::signal(signal, ignore_signal);
     watch_sinks();
 }
 

@@ -5,9 +5,9 @@
 #include <cstdio>
 
 /// The first call of a program. Opens /dev/null in place of each standard stream that is closed, so that no
-/// file takes its number; lets a write beyond a limit of the system fail instead of ending the process; has
-/// the end watch over the output (support/console.hh). Without memory the program ends with the fatal error
-/// "Not enough memory" from its very start.
+/// file takes its number; lets a write beyond a limit of the system, or to a reader that has gone, fail
+/// instead of ending the process; has the end watch over the output (support/console.hh). Without memory the
+/// program ends with the fatal error "Not enough memory" from its very start.
 void start_program();
 
 /// malloc; ends the run when there is no memory.

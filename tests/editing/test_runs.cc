@@ -163,22 +163,6 @@ TEST(Runs, AFailureEndsTheRunAndTheNextOneWorks) {
     }
 }
 
-TEST(Runs, AFullDisk) {
-    // A file that may not grow past some KiB stands for a disk that has no more.
-    chip_case chip(chip_with_tap_path());
-    std::filesystem::remove_all(chip.scratch.dir / "tools");
-    for (const char *limit : {"1", "4", "8"}) {
-        SCOPED_TRACE(limit);
-        run_result result = chip.scratch.run(std::string("bash -c \"trap '' XFSZ; ulimit -f ") + limit +
-                                             "; " RW_BIN_DIR "/rimweave chip -add_tap\"");
-        EXPECT_EQ(result.status, 255);
-        EXPECT_NE((result.out + result.err).find("ERROR"), std::string::npos) << result.out << result.err;
-        EXPECT_FALSE(chip.scratch.has("chip_jtag_flat.v"));
-    }
-    EXPECT_EQ(chip.run("-add_tap").status, 0);
-    EXPECT_TRUE(chip.scratch.has("chip_jtag_flat.v"));
-}
-
 TEST(Runs, ANameIsNeverAShellCommandOrASwitch) {
     struct NAMES {
         const char *design, *module, *folder; // as Verilog and the command line have them

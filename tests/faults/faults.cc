@@ -15,7 +15,6 @@
 #include <dirent.h>
 #include <dlfcn.h>
 #include <fcntl.h>
-#include <spawn.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
@@ -87,7 +86,6 @@ extern "C" {
 void *__libc_malloc(size_t size);
 void *__libc_calloc(size_t count, size_t size);
 void *__libc_realloc(void *memory, size_t size);
-void *__libc_memalign(size_t alignment, size_t size);
 
 void *malloc(size_t size) {
     return fails(MALLOC, "malloc", ENOMEM) ? nullptr : __libc_malloc(size);
@@ -97,9 +95,6 @@ void *calloc(size_t count, size_t size) {
 }
 void *realloc(void *memory, size_t size) {
     return fails(MALLOC, "realloc", ENOMEM) ? nullptr : __libc_realloc(memory, size);
-}
-void *aligned_alloc(size_t alignment, size_t size) {
-    return fails(MALLOC, "aligned_alloc", ENOMEM) ? nullptr : __libc_memalign(alignment, size);
 }
 
 // A disk that fills up takes the first half of what comes.
@@ -133,18 +128,15 @@ int openat(int folder, const char *path, int flags, ...) {
     return fails(OPEN, path, EIO) ? -1 : static_cast<int>(syscall(SYS_openat, folder, path, flags, bits));
 }
 int open64(const char *path, int flags, ...) __attribute__((alias("open")));
-int openat64(int folder, const char *path, int flags, ...) __attribute__((alias("openat")));
 FILE *fopen(const char *path, const char *mode) {
     return fails(OPEN, path, EIO) ? nullptr : real(fopen, "fopen")(path, mode);
 }
-FILE *fopen64(const char *path, const char *mode) __attribute__((alias("fopen")));
 DIR *opendir(const char *path) {
     return fails(OPEN, path, EIO) ? nullptr : real(opendir, "opendir")(path);
 }
 int mkostemp(char *path, int flags) {
     return fails(OPEN, path, EIO) ? -1 : real(mkostemp, "mkostemp")(path, flags);
 }
-int mkostemp64(char *path, int flags) __attribute__((alias("mkostemp")));
 
 int rename(const char *from, const char *to) noexcept {
     return fails(RENAME, to, EIO) ? -1 : static_cast<int>(syscall(SYS_rename, from, to));

@@ -1,12 +1,12 @@
 #!/usr/bin/env python3
 """Makes each call of a run of the example chip fail, one after the other, and looks at what is left.
 
-    tests/faults/faults.py --build build
+    python3 tests/faults/faults.py --build build
 
-tries every call of memory, writing, opening, renaming and starting a command, once and from then on, and kills the
-run at every one of the last four (an hour or so on two cores); --points N tries about N calls of each walk, evenly
-spread. A walk is a part of the example, a folder that it starts from, a kind of call and a mode. What is found is
-printed with the walk and the call; --walk "insert older malloc once" --at 123 tries that one alone and keeps its folder.
+tries all of them, which takes an hour or two: each call that asks for memory, writes, opens, renames or starts a
+command fails, once or with all that follow, and the run is killed at each of the last four kinds. --points N tries
+about N calls of each walk, evenly spread. A walk is a part of the example, the folder that it starts from, a kind of
+call and what happens to it; --walk "insert earlier write once" --at 123 tries one call and leaves its folder.
 
 After each run:
   - the inputs are as they were,
@@ -17,6 +17,7 @@ After each run:
 """
 
 import argparse
+import collections
 import concurrent.futures
 import hashlib
 import itertools
@@ -54,17 +55,12 @@ def files_below(folder):
             for path in folder.rglob("*") if path.is_file()}
 
 
-class Part:
-    """A part of the example: its commands, and the changes of its inputs that give earlier outputs to write over."""
-
-    def __init__(self, name, commands, changes):
-        self.name, self.commands, self.changes = name, commands, changes
-
-
+# A part of the example: its commands, and changes of its inputs that give the earlier outputs to write over.
+Part = collections.namedtuple("Part", "name commands changes")
 PARTS = {part.name: part for part in (
     Part("read", ["kalmverin -lib cells.v -opath lib", "kalmverin chip.v"],
          [("cells.v", r"^(module \w+ \([^)]*)\);", r"\1, EARLIER); input EARLIER;"),
-          ("chip.v", r"^endmodule", "wire earlier; endmodule")]),
+          ("chip.v", r"^endmodule", "wire earlier; INV u_earlier (earlier); endmodule")]),
     Part("insert", ["rimweave chip -add_tap"],
          [("chip.lib", r"%GROUP_SIZE +6", "%GROUP_SIZE 4"), ("chip.bsc", r"(%IDCODE_REGISTER +)0", r"\g<1>1")]))}
 STARTS = ("fresh", "earlier")
@@ -124,8 +120,8 @@ class Driver:
             for name in (*STARTS, "done"):
                 self.known[part, name] = files_below(self.work / part / name)
             self.known[part, "console"] = (self.work / part / "done.console").read_bytes()
-            self.known[part, "outputs"] = {name for name in self.known[part, "done"].keys() - self.known[part, "fresh"].keys()
-                                           if not ABOUT_THE_RUN.fullmatch(name)}
+            made = self.known[part, "done"].keys() - self.known[part, "fresh"].keys()
+            self.known[part, "outputs"] = {name for name in made if not ABOUT_THE_RUN.fullmatch(name)}
 
     def faults_of_files(self, part, start, mode, after):
         before, done, outputs = (self.known[part.name, name] for name in (start, "done", "outputs"))
@@ -168,17 +164,27 @@ class Driver:
             self.proven.add(state)
         return faults
 
-    def try_call(self, part, start, kind, mode, at):
-        """One run with a fault: what is wrong with it, as text; None when it has no such call."""
+    def start_folder(self, part, start):
         folder = self.work / f"try.{os.getpid()}/folder"
         shutil.rmtree(folder.parent, ignore_errors=True)
-        shutil.copytree(self.work / part.name / start, folder)
+        return shutil.copytree(self.work / part.name / start, folder)
+
+    def count_calls(self, part, start, kind):
+        folder = self.start_folder(part, start)
+        result = self.run(part, folder, kind)
+        if result[0] != 0 or self.faults_of_words(part, kind, "count", result, files_below(folder)):
+            sys.exit(f"faults: the library disturbs {part.name} {start}, status {result[0]}\n{result[2].decode()}")
+        return result[3]
+
+    def try_call(self, part, start, kind, mode, at):
+        """One run with a fault: what is wrong with it, as text; empty when nothing is."""
+        folder = self.start_folder(part, start)
         result = self.run(part, folder, kind, mode, at)
-        if result[3] < at:
-            return None
         after = files_below(folder)
         faults = self.faults_of_files(part, start, mode, after) + self.faults_of_words(part, kind, mode, result, after)
         faults += self.faults_of_second_run(part, folder)
+        if result[3] < at:
+            faults.append("the run has no such call")
         if not faults:
             return ""
         said = ["  | " + line for line in result[2].decode(errors="replace").splitlines()[-4:]]
@@ -207,14 +213,12 @@ def chosen_calls(count, wanted):
 
 def walk(pool, jobs, words, arguments):
     """Tries the calls of one walk; the number of those that had faults."""
-    part, start, kind, mode = words
-    count = driver.run(PARTS[part], shutil.copytree(driver.work / part / start, driver.work / "count/folder",
-                                                    dirs_exist_ok=True), kind)[3]
-    shutil.rmtree(driver.work / "count")
+    part, start, kind, _ = words
+    count = driver.count_calls(PARTS[part], start, kind)
     calls = [arguments.at] if arguments.at else chosen_calls(count, arguments.points)
     pieces = [calls[i::jobs * 4] for i in range(jobs * 4)]
-    found = [text for texts in pool.map(try_calls, *zip(*((*words, piece) for piece in pieces))) for text in texts]
-    faulty = [text for text in found if text]
+    tried = pool.map(try_calls, *zip(*((*words, piece) for piece in pieces)))
+    faulty = [text for texts in tried for text in texts if text]
     for text in faulty[:20]:
         print(text)
     print(f"{' '.join(words):32}{len(calls):6} of {count} calls, {len(faulty)} with faults", flush=True)

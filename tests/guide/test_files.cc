@@ -221,15 +221,4 @@ TEST(GuideFiles, FilesThatCannotBeWritten) {
         EXPECT_EQ(result.status, 255);
         EXPECT_TRUE(holds(result.out, "ERROR: can't write file '/dev/full'")) << result.out;
     }
-    {
-        guide_folder guide; // no room for the file: the earlier one stays, and nothing lies beside it
-        lay_out_description(guide);
-        auto before = description_files(guide);
-        run_result result = guide.scratch.run(
-            "(trap '' XFSZ; ulimit -f 1; " + guide.command("-add_tap_only") + "; echo \"status $?\") | cat",
-            "1\n1\nnew\n6\n9\n");
-        EXPECT_TRUE(holds(result.out, "status 255")) << result.out;
-        EXPECT_TRUE(holds(result.out, "ERROR: can't write file './chip.bsc'")) << result.out;
-        EXPECT_EQ(description_files(guide), before);
-    }
 }

@@ -6,25 +6,10 @@
 #include "support/whole_file.hh"
 #include "tests/support/scratch.hh"
 
-#include <csignal>
 #include <gtest/gtest.h>
 #include <string>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <utility>
-
-namespace {
-
-/// Writes a file larger than the process may; its message comes on the error stream.
-void write_past_the_limit(const std::string &path) {
-    const rlimit small = {1000, 1000};
-    ::setrlimit(RLIMIT_FSIZE, &small);
-    std::signal(SIGXFSZ, SIG_IGN);
-    ::dup2(2, 1);
-    write_text_file(path, std::string(5000, 'x'));
-}
-
-} // namespace
 
 TEST(Text, KeptTextsAreSharedAndStay) {
     std::string changing = "pad_1";
@@ -131,16 +116,4 @@ TEST(WriteFile, RefusesWhatCannotBeCreated) {
     run_result result = run_bound_child(scratch, [] { std::printf("%d", write_text_file("dir/file", "x")); });
     EXPECT_EQ(result.out, "0");
     EXPECT_EQ(scratch.read("dir/file"), "kept");
-}
-
-TEST(WriteFileDeath, FullDiskLeavesTheEarlierFile) {
-    scratch_folder scratch;
-    scratch.write("file", "earlier");
-    testing::internal::CaptureStdout();
-    EXPECT_EXIT(write_past_the_limit(scratch.path("file")), testing::ExitedWithCode(255),
-                "^ERROR: can't write file '.*/file' .File too large.*\n$");
-    EXPECT_EXIT(write_past_the_limit("/dev/full"), testing::ExitedWithCode(255),
-                "^ERROR: can't write file '/dev/full' .No space left on device");
-    testing::internal::GetCapturedStdout();
-    EXPECT_EQ(scratch.run("cat file; ls -A").out, "earlierfile\n");
 }
