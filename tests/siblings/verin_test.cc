@@ -1,7 +1,6 @@
 // kalmverin: Verilog in, SDB files out.
 #include "tests/siblings/design_view.hh"
 
-
 namespace {
 
 struct netlist_case {
