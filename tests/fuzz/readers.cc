@@ -158,7 +158,9 @@ void look_up_all(const SDB_HANDLE *design) {
         SDB_lookup_obj(name);
         SDB_nl_search_node(name, SDB_obj_class_name(design, obj));
         SDB_search_node(2, obj);
+        SDB_search_class(SDB_obj_class_name(design, obj));
         SDB_prefix_class_name(design, SDB_obj_prefix_row(design, obj));
+        SDB_prefix_instance_name(design, SDB_obj_prefix_row(design, obj));
     }
     for (int32_t net = 0; net < net_count; net++) {
         SDB_lookup_net(SDB_net_name(design, net));
@@ -182,13 +184,16 @@ void read_sdb() {
     run_tool<LIST_main>({"kalmlist", "-verilog", "-hierarchy", "-o", "out.v", "chip.sdb"});
     run_tool<LIST_main>({"kalmlist", "-vhdl", "-o", "out.vhd", "chip.sdb"});
     run_tool<FLAT_main>({"kalmflat", "-cellonly", "-keepempty", "chip", "-opath", "."});
-    run_tool<EDIT_main>({"kalmedit", "-nologo", "-b", "edit"});
+    run_tool<EDIT_main>({"kalmedit", "-nologo", "-b", "add"});
+    run_tool<EDIT_main>({"kalmedit", "-nologo", "-b", "change"});
 }
 
 void prepare_sdb() {
     prepare_edits();
     fs::remove("chip.sdb");
-    write_text("edit.cmd",
+    write_text("change.cmd",
+               "edit chip\ndisconnect u1{D}\nconnect u1{D} VCC\nreplace u2 BC_IN\nsave\nquit\n");
+    write_text("add.cmd",
                "edit chip\nadd fuzz_1 INV\nadd fuzz_2 input\nconnect fuzz_1{A} fuzz_2\nsave\nquit\n");
 }
 
