@@ -46,7 +46,7 @@ struct STATEMENT {
     REPETITION repetition;
     SCAN_KIND list; ///< DUMMY: no list node
     bool with_text;
-    const char *needed; ///< name in the warning when it is missing; null: not needed
+    std::string_view needed; ///< name in the warning when it is missing; empty: not needed
 };
 
 constexpr size_t most_statements = 64; ///< of one block; the width of a block's flags

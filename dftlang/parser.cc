@@ -204,8 +204,9 @@ void finish_statement(FRAME &frame, size_t place, SCAN_AST *node, int32_t line) 
 void check_missing(const FRAME &frame, int32_t line) {
     const BLOCK &block = *frame.block;
     for (size_t i = 0; i < block.statements.size(); i++) {
-        if (block.statements[i].needed != nullptr && !frame.stands.test(i))
-            error_handler(in_file_name, line, MESSAGE_MISSING, block.statements[i].needed);
+        if (!block.statements[i].needed.empty() && !frame.stands.test(i))
+            error_handler(in_file_name, line, MESSAGE_MISSING,
+                          std::string(block.statements[i].needed).c_str());
     }
     for (const PAIR_CHECK &check : block.pairs) {
         bool a = frame.stands.test(check.statement_a);
