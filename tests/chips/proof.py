@@ -49,14 +49,13 @@ def build(plan, bin_dir, work):
 
 def accept(plan, netlists, work):
     """Yosys and Verilator read each netlist; every cell of it must be known to them."""
-    for top_file in netlists:
-        top = pathlib.Path(top_file).stem if top_file.endswith("_flat.v") is False else None
-        sources = [top_file, f"{plan['design']}_TAP.v", *plan["cells"]]
-        flag = f"-top {top}" if top else "-auto-top"
-        run(["yosys", "-q", "-p", f"read_verilog {' '.join(sources)}; hierarchy -check {flag}; proc; check"],
+    top = f"{plan['design']}_jtag"
+    for netlist in netlists:
+        sources = [netlist, f"{plan['design']}_TAP.v", *plan["cells"]]
+        run(["yosys", "-q", "-p", f"read_verilog {' '.join(sources)}; hierarchy -check -top {top}; proc; check"],
             work, "yosys")
-        command = ["verilator", "--lint-only", "--no-timing", "-Wno-lint", "-Wno-style", "-Wno-TIMESCALEMOD"]
-        run(command + (["--top-module", top] if top else ["-Wno-MULTITOP"]) + sources, work, "verilator")
+        run(["verilator", "--lint-only", "--no-timing", "-Wno-lint", "-Wno-style", "-Wno-TIMESCALEMOD",
+             "--top-module", top, *sources], work, "verilator")
 
 
 def compare_runs(session, before, after, pins, test_ports):
@@ -107,7 +106,7 @@ def prove(plan, work, simulate_only):
     session = Session(chip, plan.get("tdo_always_driven", False))
     later = checks.whole_session(chip, session, plan, random.Random(plan.get("seed", 1)))
     before_player = Player(work, "before", plan["netlist"] + plan.get("before", []) + plan["cells"],
-                           plan["netlist"][-1], pins)
+                           design, pins, chip.skipped)
     before = before_player.play(session.steps)
 
     faults, counts = [], []
@@ -116,7 +115,8 @@ def prove(plan, work, simulate_only):
         if vhdl:
             player = VhdlPlayer(work, tag, ["cells.vhd", f"{design}_TAP.vhd", netlist], f"{design}_jtag", pins)
         else:
-            player = Player(work, tag, [netlist, f"{design}_TAP.v", *plan["cells"]], netlist, pins)
+            player = Player(work, tag, [netlist, f"{design}_TAP.v", *plan["cells"]], f"{design}_jtag", pins,
+                            chip.skipped)
         after = player.play(session.steps)
         found = check_tdo(session, after, place[chip.test_ports["tdo"]])
         for check in later:
