@@ -1,6 +1,8 @@
 """What is tried on a chip. Each trial adds its steps to the session and gives checks for later: functions
 that take the answers of a run and give the faults that they see."""
 
+import random
+
 from tap_driver import Session
 
 
@@ -248,43 +250,41 @@ def whole_session(chip, session, plan, rng):
 
 
 def prove_intest(chip, plan, before_player, after_player, place):
-    """The core runs on values that come through the register, and its answers leave through it. The same
-    values go straight to the pins of the old chip, and both must answer alike."""
-    import random
+    """The core runs on values that come through the register, and its answers leave through it. The old chip
+    goes first: what its pins show before each clock is what the register of the new one takes."""
     rng = random.Random(plan.get("seed", 1) + 1)
     old, new = start(chip, plan), start(chip, plan)
-    hold = plan.get("intest_hold", {})
-    loaded = {pin: new.pins[pin] for pin in ring_inputs(chip) + weak_pins(chip)}
-
-    def pattern():
-        return [loaded.get(cell.port, "0") if cell.kind in ("input", "bidir") else
-                str(1 - cell.on) if cell.kind == "control" else "0" for cell in chip.cells]
-
-    new.load("SAMPLE")
-    new.scan(pattern())
-    new.load("INTEST")
-    faults, scans, answers = [], [], []
+    rounds = []
     for _ in range(24):
         set_inputs(chip, old, plan, rng)
-        old.pins.update(hold)
-        loaded = {pin: old.pins[pin] for pin in ring_inputs(chip) + weak_pins(chip)}
-        scans.append(new.scan(pattern()))
+        old.pins.update(plan.get("intest_hold", {}))
+        before = old.step()
         clock(chip, old)
+        rounds.append((before, old.step(), probe(chip, old)))
+    seen = before_player.play(old.steps)
+
+    def load(step):
+        return new.scan([str(1 - cell.on) if cell.kind == "control" else
+                         "1" if cell.kind in ("input", "bidir") and seen[step][place[cell.port]] == "1" else "0"
+                         for cell in chip.cells])
+
+    new.load("SAMPLE")
+    load(rounds[0][0])
+    new.load("INTEST")
+    scans = []
+    for before, _, _ in rounds:
+        scans.append(load(before))
         clock(chip, new)
         new.step()
-        resting = old.step()
-        answers.append((resting, probe(chip, old)))
-        for pin in weak_pins(chip):
-            old.pins[pin] = loaded[pin]
-    scans.append(new.scan(pattern()))
+    scans.append(load(0))
 
-    old_answers, new_answers = before_player.play(old.steps), after_player.play(new.steps)
-    for (resting, probed), (_, where) in zip(answers, scans[1:]):
+    answers, faults = after_player.play(new.steps), []
+    for (_, resting, probed), (_, where) in zip(rounds, scans[1:]):
         for cell, step in zip(chip.cells, where):
             if cell.kind not in ("output2", "output3", "control"):
                 continue
-            want = expected_capture(chip, old_answers, place, cell, resting, probed)
-            got = new_answers[step][place[chip.test_ports["tdo"]]]
+            want = expected_capture(chip, seen, place, cell, resting, probed)
+            got = answers[step][place[chip.test_ports["tdo"]]]
             if want is not None and got != want:
                 faults.append(f"INTEST: cell {cell.index} ({cell.kind} {cell.port or cell.instance}) captured "
                               f"{got}, the old chip has {want}")

@@ -64,14 +64,12 @@ class Player:
         wires, connections, known = [], [], {}
         for number, (name, port) in enumerate(ports.items()):
             bits = bits_of(name, port)
-            if not set(bits) & set(self.pins) and {name, *bits} & set(skipped):
-                continue
             wires.append(f"    wire [{len(bits) - 1}:0] p{number};")
             connections.append(f".{name if re.fullmatch(r'[A-Za-z_][A-Za-z0-9_]*', name) else chr(92) + name + ' '}"
                                f"(p{number})")
             for place, bit in enumerate(reversed(bits)):
                 known[bit] = (f"p{number}[{place}]", port[0])
-        unknown = [bit for bit in known if bit not in self.pins]
+        unknown = [bit for bit in known if bit not in self.pins and bit not in skipped]
         if unknown:
             raise ProofError(f"{self.tag}: ports without a pin: {' '.join(unknown)}")
         sampled = []

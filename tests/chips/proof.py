@@ -32,16 +32,26 @@ from tap_driver import Session  # noqa: E402
 from vhdl_player import VhdlPlayer  # noqa: E402
 
 FAULTS_SHOWN = 12
+FILES = ("cells", "netlist", "files")
+
+
+def read_plan(path):
+    """The plan, with its files as paths in "sources" and their names as they stand in the scratch folder."""
+    plan = json.loads(path.read_text())
+    folder = path.resolve().parent / plan.get("folder", ".")
+    plan["sources"] = [folder / name for kind in FILES for name in plan[kind]]
+    plan.update({kind: [pathlib.Path(name).name for name in plan[kind]] for kind in FILES})
+    return plan
 
 
 def build(plan, bin_dir, work):
     """Runs the tools as a user would, in the scratch folder."""
     shutil.rmtree(work, ignore_errors=True)
     (work / "lib").mkdir(parents=True)
-    for name in plan["cells"] + plan["netlist"] + plan["files"]:
-        shutil.copy(plan["folder"] / name, work)
+    for file in plan["sources"]:
+        shutil.copy(file, work)
     run([str(bin_dir / "kalmverin"), "-lib", *plan["cells"], "-opath", "lib"], work, "reading the cells")
-    run([str(bin_dir / "kalmverin"), *plan["netlist"]], work, "reading the chip")
+    run([str(bin_dir / "kalmverin"), *plan.get("read", []), *plan["netlist"]], work, "reading the chip")
     output = run([str(bin_dir / "rimweave"), plan["design"], *plan.get("options", ["-add_tap"])], work,
                  "inserting")
     (work / "rimweave.out").write_text(output)
@@ -55,7 +65,7 @@ def accept(plan, netlists, work):
         run(["yosys", "-q", "-p", f"read_verilog {' '.join(sources)}; hierarchy -check -top {top}; proc; check"],
             work, "yosys")
         run(["verilator", "--lint-only", "--no-timing", "-Wno-lint", "-Wno-style", "-Wno-TIMESCALEMOD",
-             "--top-module", top, *sources], work, "verilator")
+             "-Wno-ASSIGNIN", "--top-module", top, *sources], work, "verilator")
 
 
 def compare_runs(session, before, after, pins, test_ports):
@@ -141,8 +151,7 @@ def main():
     given = options.parse_args()
     if not given.built and not given.bin:
         options.error("give --bin, or --built")
-    plan = json.loads(given.plan.read_text())
-    plan["folder"] = given.plan.resolve().parent / plan["folder"]
+    plan = read_plan(given.plan)
     try:
         if not given.built:
             build(plan, given.bin.resolve(), given.work)
