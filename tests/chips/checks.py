@@ -188,6 +188,7 @@ def try_extest(chip, session, plan, rng, rounds):
     for number in range(rounds + len(fixed)):
         session.label = f"EXTEST {number}"
         set_inputs(chip, session, plan, rng)
+        session.pins.update({pin: rng.choice("01") for pin in plan["resets"]})      # the core has no say
         probed = probe(chip, session)
         checks.append(pins_check(chip, pattern, probed, session.label))
         set_inputs(chip, session, plan, rng)
@@ -208,6 +209,7 @@ def try_extest(chip, session, plan, rng, rounds):
         session.load("HIGHZ")
         checks.append(pins_check(chip, None, probe(chip, session), session.label))
     session.reset_by_tms()
+    reset_core(chip, session, plan)
     session.diverging = False
     return checks
 
@@ -224,11 +226,12 @@ def released_after_reset(chip, probed, label):
 
 
 def start(chip, plan):
-    """A session with the TAP in reset and the core in reset, as a board brings them up."""
+    """A session with the TAP in reset and the core past its own, as a board brings them up."""
     session = Session(chip, plan.get("tdo_always_driven", False))
     session.diverging = True
     session.reset_by_trst() if "trst" in chip.test_ports else session.reset_by_tms()
     reset_core(chip, session, plan)
+    clock(chip, session)
     session.diverging = False
     return session
 

@@ -41,6 +41,24 @@ module BI_DM (A, OE, DM, PAD, Y, DVDD, DVSS, VDD, VSS);             // DM: 3 bot
     assign Y = DM[0] & PAD;
 endmodule
 
+// Pads that the core turns on, each in a module that turns it on by ON as well. ON is open before the insertion.
+module BI_IE_TEST (A, OE, IE, ON, PAD, Y, DVDD, DVSS, VDD, VSS);
+    input A, OE, IE, ON;
+    output Y;
+    inout PAD, DVDD, DVSS, VDD, VSS;
+    BI_IE pad (.A(A), .OE(OE), .IE(IE | ON === 1'b1), .PAD(PAD), .Y(Y),
+        .DVDD(DVDD), .DVSS(DVSS), .VDD(VDD), .VSS(VSS));
+endmodule
+
+module BI_DM_TEST (A, OE, DM, ON, PAD, Y, DVDD, DVSS, VDD, VSS);
+    input A, OE, ON;
+    input [1:0] DM;
+    output Y;
+    inout PAD, DVDD, DVSS, VDD, VSS;
+    BI_DM pad (.A(A), .OE(OE), .DM(DM | {2{ON === 1'b1}}), .PAD(PAD), .Y(Y),
+        .DVDD(DVDD), .DVSS(DVSS), .VDD(VDD), .VSS(VSS));
+endmodule
+
 module ANA (PAD, CORE, DVDD, DVSS, VDD, VSS);                       // analog: a wire
     inout PAD, CORE, DVDD, DVSS, VDD, VSS;
 endmodule

@@ -37,6 +37,7 @@ module ring_chip (clk_PAD, rst_n_PAD, input_PAD, out_PAD, bidir_PAD, analog_PAD,
  wire zero;
  wire [3:0] one;
  wire out_net;
+ wire \u_cfg.on ;
 
  assign IOVSS = VSS;
  assign out_net = \u_core.cnt[5] ;
@@ -49,6 +50,7 @@ module ring_chip (clk_PAD, rst_n_PAD, input_PAD, out_PAD, bidir_PAD, analog_PAD,
  FILL FILLER_0_2 (.VDD(VDD), .VSS(VSS));
  TIEL \tie[0].lo (.Z(zero), .VDD(VDD), .VSS(VSS));
  TIEH tie_hi [3:0] (.Z(one), .VDD(VDD), .VSS(VSS));
+ DFFR \u_cfg.on_reg (.D(one[3]), .CK(\clk_buf[0].leaf ), .RN(rst_n), .Q(\u_cfg.on ), .VDD(VDD), .VSS(VSS));
  BUF \clk_buf[0].u (.A(clk), .Z(\clk_buf[0].leaf ), .VDD(VDD), .VSS(VSS));
 
  mixer \u_core.g[0].mix (.a({\u_core.cnt[3] , \u_core.cnt[2] , \u_core.cnt[1] , \u_core.cnt[0] , \u_core.cnt[5] }),
@@ -64,7 +66,7 @@ module ring_chip (clk_PAD, rst_n_PAD, input_PAD, out_PAD, bidir_PAD, analog_PAD,
     .clk(clk), .rst_n(rst_n), .y(pin), .out({out_net, \u_core.cnt[0] }),
     .a({zero, \u_core.cnt[5] , \u_core.cnt[4] , \u_core.cnt[3] , \u_core.cnt[2] , \u_core.cnt[1] }),
     .oe({zero, \u_core.cnt[0] , \u_core.cnt[4] , \u_core.cnt[3] , \u_core.cnt[2] , \u_core.cnt[2] }),
-    .ie(one[0]), .dm(one[2:1]), .bias(\bias[0].core ),
+    .ie(one[0]), .cfg_ie(\u_cfg.on ), .cfg_dm({\u_cfg.on , one[1]}), .bias(\bias[0].core ),
     .IOVDD(IOVDD), .IOVSS(IOVSS), .VDD(VDD), .VSS(VSS));
 endmodule
 
@@ -81,7 +83,7 @@ module mixer (a, b, z, VDD, VSS);
 endmodule
 
 module pad_ring (clk_PAD, rst_n_PAD, input_PAD, out_PAD, bidir_PAD, analog_PAD, tdi, tms, tck, trst_n, tdo,
-    clk, rst_n, y, out, a, oe, ie, dm, bias, IOVDD, IOVSS, VDD, VSS);
+    clk, rst_n, y, out, a, oe, ie, cfg_ie, cfg_dm, pads_on, bias, IOVDD, IOVSS, VDD, VSS);
  inout clk_PAD;
  inout rst_n_PAD;
  inout [1:0] input_PAD;
@@ -100,7 +102,9 @@ module pad_ring (clk_PAD, rst_n_PAD, input_PAD, out_PAD, bidir_PAD, analog_PAD, 
  input [5:0] a;
  input [5:0] oe;
  input ie;
- input [1:0] dm;
+ input cfg_ie;
+ input [1:0] cfg_dm;
+ input pads_on;
  inout bias;
  inout IOVDD;
  inout IOVSS;
@@ -125,9 +129,9 @@ module pad_ring (clk_PAD, rst_n_PAD, input_PAD, out_PAD, bidir_PAD, analog_PAD, 
     .DVDD(IOVDD), .DVSS(IOVSS), .VDD(VDD), .VSS(VSS));
  BI_IE \bidir[1].pad (.A(a[1]), .OE(oe[1]), .IE(ie), .PAD(bidir_PAD[1]), .Y(y[2]),
     .DVDD(IOVDD), .DVSS(IOVSS), .VDD(VDD), .VSS(VSS));
- BI_IE \bidir[2].pad (.A(a[2]), .OE(oe[2]), .IE(ie), .PAD(bidir_PAD[2]), .Y(y[3]),
+ BI_IE_TEST \bidir[2].pad (.A(a[2]), .OE(oe[2]), .IE(cfg_ie), .ON(pads_on), .PAD(bidir_PAD[2]), .Y(y[3]),
     .DVDD(IOVDD), .DVSS(IOVSS), .VDD(VDD), .VSS(VSS));
- BI_DM \bidir[3].pad (.A(a[3]), .OE(oe[3]), .DM(dm), .PAD(bidir_PAD[3]), .Y(y[4]),
+ BI_DM_TEST \bidir[3].pad (.A(a[3]), .OE(oe[3]), .DM(cfg_dm), .ON(pads_on), .PAD(bidir_PAD[3]), .Y(y[4]),
     .DVDD(IOVDD), .DVSS(IOVSS), .VDD(VDD), .VSS(VSS));
  BI_DM \bidir[4].pad (.A(a[4]), .OE(oe[4]), .DM(2'b11), .PAD(bidir_PAD[4]), .Y(\bidir2CORE[4] ),
     .DVDD(IOVDD), .DVSS(IOVSS), .VDD(VDD), .VSS(VSS));
