@@ -57,12 +57,3 @@ void mux_pin_step(EDIT_FILE *fp, OPIN_ROW &row, MUX_PIN which, const char *name,
 /// The same with the cell's pin as an operand; `name` is for the warning.
 void mux_pin_step(EDIT_FILE *fp, OPIN_ROW &row, MUX_PIN which, const char *name,
                   const EDIT_OPERAND &cell_pin);
-
-/// The cell of an added pad, and its pins.
-struct ADDED_PAD {
-    const char *cell;
-    const char *input, *output;
-};
-/// The pad cell that the pin file names for the row's pin, else the default one.
-ADDED_PAD input_pad_cell(const OPIN_ROW &row);
-ADDED_PAD output_pad_cell(const OPIN_ROW &row);

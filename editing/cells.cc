@@ -5,7 +5,6 @@
 #include "editing/cell_routines.hh"
 #include "planning/planning.hh"
 #include "planning/tracing.hh"
-#include "planning/validation.hh"
 #include "support/console.hh"
 #include "support/run_state.hh"
 #include "support/text.hh"
@@ -135,20 +134,4 @@ void mux_pin_step(EDIT_FILE *fp, OPIN_ROW &row, MUX_PIN which, const char *name,
         edit_disconnect(fp, pad_pin);
     }
     edit_connect(fp, cell_pin, pad_pin);
-}
-
-ADDED_PAD input_pad_cell(const OPIN_ROW &row) {
-    const char *own = PIN_TABLE[row.pin_index]->pad_name;
-    if (own == nullptr)
-        return {INPUT_BUFFER, INPUT_BUFFER_PINS.input, INPUT_BUFFER_PINS.output};
-    bs_check_input_buf_fields(own);
-    return {own, SPEC_INPUT_BUFFER_PINS.input, SPEC_INPUT_BUFFER_PINS.output};
-}
-
-ADDED_PAD output_pad_cell(const OPIN_ROW &row) {
-    const char *own = PIN_TABLE[row.pin_index]->pad_name;
-    if (own == nullptr)
-        return {OUTPUT_BUFFER, OUTPUT_BUFFER_PINS.input, OUTPUT_BUFFER_PINS.output};
-    bs_check_output_buf_fields(own);
-    return {own, SPEC_OUTPUT_BUFFER_PINS.input, SPEC_OUTPUT_BUFFER_PINS.output};
 }

@@ -1,4 +1,5 @@
 // Input and clock cells.
+#include "editing/added_pads.hh"
 #include "editing/cell_routines.hh"
 #include "planning/cell_choice.hh"
 #include "planning/planning.hh"
@@ -27,6 +28,7 @@ void add_behind_new_pad(EDIT_FILE *fp, OPIN_ROW &row, const char *name) {
     const char *data_out = row.scan_cell->data_out;
     EDIT_OPERAND source = pin_of(instance, pad.output);
     edit_add_instance(fp, instance, pad.cell);
+    note_added_pad(pad.cell, {pad.input, pad.output});
     EDIT_OPERAND far = port_far_operand(row);
     // The inverter of an added pad takes the pad's number.
     std::string inverter = format_text("B_PAD_INV%d", ADD_BUF_COUNT - 1);

@@ -1,6 +1,7 @@
 #include "editing/tap_top.hh"
 
 #include "description/lookups.hh"
+#include "editing/added_pads.hh"
 #include "editing/cell_routines.hh"
 #include "editing/existing_tap.hh"
 #include "editing/tap_place.hh"
@@ -73,16 +74,18 @@ ADDED_TAP_PAD added_tap_pad(STANDARD_PORT port) {
 }
 
 /// The enable of an added TDO pad: driven by the TAP, else tied so that the pad drives.
-void connect_added_tdo_enable(const ADDED_TAP_PAD &added) {
-    const BUFFER_CELL *buffer = get_buffer(added.pad.cell);
-    bool is_low = false;
-    const char *enable = buffer == nullptr ? nullptr : chosen_enable_pin(buffer, added.pin, &is_low);
+void connect_added_tdo_enable(const ADDED_TAP_PAD &added, const char *enable, bool is_low) {
     if (TAP_TDO_EN_PIN != nullptr && enable == nullptr)
         vmr_printf("WARNING: TDO pin use 2-output PAD.\n");
     else if (TAP_TDO_EN_PIN != nullptr)
         connect_to_tap({added.instance, enable}, TAP_TDO_EN_PIN, TDO_EN_ROUTE.top);
     else if (enable != nullptr)
         edit_connect(TAP_FP, pin_of(added.instance, enable), is_low ? constant_zero() : constant_one());
+}
+
+const char *enable_of_added_pad(const ADDED_TAP_PAD &added, bool &is_low) {
+    const BUFFER_CELL *buffer = get_buffer(added.pad.cell);
+    return buffer == nullptr ? nullptr : chosen_enable_pin(buffer, added.pin, &is_low);
 }
 
 /// The TDO port stands in the design, and the cells stand in the top module.
@@ -158,8 +161,11 @@ void add_standard_port(STANDARD_PORT port) {
     edit_add_instance(TAP_FP, added.instance, added.pad.cell);
     edit_connect(TAP_FP, pin_of(added.instance, chip_pin), port_net(name));
     connect_to_tap({added.instance, core_pin}, tap_pin, PORT_ROUTES[port].top);
+    bool is_low = false;
+    const char *enable = port == PORT_TDO ? enable_of_added_pad(added, is_low) : nullptr;
+    note_added_pad(added.pad.cell, {added.pad.input, added.pad.output, enable});
     if (port == PORT_TDO)
-        connect_added_tdo_enable(added);
+        connect_added_tdo_enable(added, enable, is_low);
 }
 
 bool signal_is_used(CONTROL_SIGNAL signal) {

@@ -168,8 +168,9 @@ void check_no_wire_is_cut_twice() {
         auto [known, is_new] = cuts.try_emplace(node, &row);
         if (!is_new && known->second != &row)
             vmr_fail("ERROR: (%s) '%s' and '%s' need a boundary scan cell at the same place.\n"
-                     "       Please correct your SDB or specify one of them as skip signal.\n\n",
-                     PIN_FILE, known->second->port_name, row.port_name);
+                     "       Please correct your SDB or specify one of them as skip signal.\n"
+                     "       Power and ground ports belong in %%SKIP_SIGNAL_NAMES of file '%s'.\n\n",
+                     PIN_FILE, known->second->port_name, row.port_name, JTAG_BSC_FILE);
     };
     for (const OPIN_ROW &row : rows(OPIN_TAB)) {
         bool is_internal = row.kind == CELL_INTERNAL;

@@ -1,7 +1,7 @@
 // The path of a TAP that stands below the top: its text against the design.
 //
-// The path is split at its dots. Where the design has no instances of these names, a dot may belong to a name,
-// as in the Verilog names `\core[0].u `: the one reading that the design has is taken then.
+// The path is split at its dots. Where the design has no instances of these names, a dot may belong to a
+// name, as in the Verilog names `\core[0].u `: the one reading that the design has is taken then.
 #include "planning/validation.hh"
 
 #include "planning/tap_state.hh"

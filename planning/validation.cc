@@ -49,6 +49,18 @@ bool misses_pad_pin(const char *keyword, const char *pin, const char *name) {
     return true;
 }
 
+// A pad of both ways has its bond pad on %INOUT, which an added input or output pad would leave open. True
+// after an error.
+bool is_bidirectional_pad(PAD_ROLE role, const BUFFER_CELL &buffer) {
+    if (buffer.inout == nullptr && !same_text_no_case(buffer.function, "inout"))
+        return false;
+    vmr_printf("ERROR: (%s) %s '%s' is a bidirectional pad, which -add_pad can't use for one direction.\n"
+               "       Please wrap it in a module with one input and one output, describe that module\n"
+               "       in a %%BUFFER of file '%s' and name it instead.\n",
+               bsc(), PAD_KEYWORD[role], buffer.name, lib());
+    return true;
+}
+
 // Checks one pad cell. A fault is printed; with `ends` the first one ends the run. True when there was one.
 bool check_pad_cell(PAD_ROLE role, const char *name, PAD_PINS *pins, bool ends) {
     bool fault = false;
@@ -69,6 +81,8 @@ bool check_pad_cell(PAD_ROLE role, const char *name, PAD_PINS *pins, bool ends) 
         *pins = {buffer->input, buffer->output};
     if (role == PAD_INOUT)
         note(misses_pad_pin("%INOUT", buffer->inout, name));
+    else if (option(OPT_ADD_PAD))
+        note(is_bidirectional_pad(role, *buffer));
     note(misses_pad_pin("%INPUT", buffer->input, name));
     note(misses_pad_pin("%OUTPUT", buffer->output, name));
     if (role == PAD_INOUT && buffer->en_l == nullptr && buffer->en_h == nullptr) {

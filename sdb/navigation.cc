@@ -102,7 +102,9 @@ int32_t lookup(const NAME_KIND &kind, const char *name) {
     if (exact >= 0)
         return exact;
     std::vector<int32_t> found = readings(kind, name);
-    return found.size() == 1 ? found.front() : found.empty() ? find_path(kind, PREFIX_split_marked(name, sdb_hier_dot)) : -1;
+    return found.size() == 1 ? found.front()
+           : found.empty()   ? find_path(kind, PREFIX_split_marked(name, sdb_hier_dot))
+                             : -1;
 }
 
 /// True when a component of the name holds the separator, so that the text has more than one reading.

@@ -17,9 +17,9 @@ int32_t SDB_search_node(int32_t pin_symbol, int32_t obj);
 
 int32_t SDB_nl_search_port(const char *name);
 int32_t SDB_nl_search_obj(const char *name);
-/// The object of a plain name or, when `name` holds the separator, of a hierarchical one: the exact path first;
-/// then the one reading in which separators belong to components, as in a Verilog name `\a.b `; then the name
-/// with a backslash in front of each such separator. -1 also for a name with several readings.
+/// The object of a plain name or, when `name` holds the separator, of a hierarchical one: the exact path
+/// first; then the one reading in which separators belong to components, as in a Verilog name `\a.b `; then
+/// the name with a backslash in front of each such separator. -1 also for a name with several readings.
 int32_t SDB_lookup_obj(const char *name);
 /// The readings of a name that holds the separator, each with its inner separators marked, for a message.
 std::vector<std::string> SDB_obj_readings(const char *name);

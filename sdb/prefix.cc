@@ -254,7 +254,8 @@ std::vector<int32_t> PREFIX_readings(const SDB_PREFIX *table, std::string_view n
 
 std::vector<std::string> PREFIX_components(const SDB_PREFIX *table, int32_t row) {
     std::vector<std::string> components;
-    for (prefix_binding *binding = find_binding(table); binding != nullptr && row >= 0; row = table[row].parent)
+    for (prefix_binding *binding = find_binding(table); binding != nullptr && row >= 0;
+         row = table[row].parent)
         components.emplace_back(SYM_get(binding->symbols, PREFIX_symbol(table, row)));
     std::reverse(components.begin(), components.end());
     return components;

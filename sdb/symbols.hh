@@ -52,14 +52,14 @@ const char *PREFIX_get(const SDB_PREFIX *table, int32_t row);
 int32_t PREFIX_lookup(const SDB_PREFIX *table, const char *name, int32_t kind, int32_t parent);
 /// The row of the one component `symbol` below the row `parent` (-1 for the top), or -1; kinds as above.
 int32_t PREFIX_child(const SDB_PREFIX *table, int32_t symbol, int32_t kind, int32_t parent);
-/// All rows whose full name is `name` when any `separator` in it may also belong to a component, as in a Verilog
-/// name `\a.b `. Kinds as above; the exact path is among them.
+/// All rows whose full name is `name` when any `separator` in it may also belong to a component, as in a
+/// Verilog name `\a.b `. Kinds as above; the exact path is among them.
 std::vector<int32_t> PREFIX_readings(const SDB_PREFIX *table, std::string_view name, int32_t kind,
                                      char separator);
 /// The components of a row's name, outermost first.
 std::vector<std::string> PREFIX_components(const SDB_PREFIX *table, int32_t row);
-// The marked form of a name has a backslash in front of each separator that belongs to a component, so that it
-// has one reading only.
+// The marked form of a name has a backslash in front of each separator that belongs to a component, so that
+// it has one reading only.
 std::string PREFIX_join_marked(const std::vector<std::string> &components, char separator);
 std::vector<std::string> PREFIX_split_marked(std::string_view name, char separator);
 /// The symbol id of a row's own component, through its redirections. Ends the run with a message on a bad

@@ -44,6 +44,7 @@ class Layout:
     tied_tdo: bool = False          # the TDO pad's pins are tied to constants beside the pad
     cells: str = ""                 # further items of the .bsc file
     bcm: tuple = ()                 # the file of the module that the cells stand in
+    dotted: bool = False            # instance names as generate loops make them, with a dot and brackets inside
 
 
 LAYOUTS = {
@@ -63,13 +64,14 @@ LAYOUTS = {
     "tap_path": Layout(tap="u_sys.u_debug.u_tap", options="-external_idcode"),
     "tap_path_exists": Layout(tap="u_sys.u_debug.u_tap", exists=True),
     "tap_path_beside_pads": Layout(pads="u_frame.u_ring", tap="u_sys.u_tap", reach=(("tms_c", ""),)),
-    "tap_path_exists_beside_pads": Layout(pads="u_ring", tap="u_sys.u_debug.u_tap", exists=True),
+    "tap_path_exists_beside_pads": Layout(pads="u_ring", tap="u_sys.u_debug.u_tap", exists=True, dotted=True),
     "tap_path_exists_unwired": Layout(pads="u_ring", tap="u_sys.u_debug.u_tap", exists=True, unwired=True),
     "tap_with_pads_unwired": Layout(pads="u_ring", tap="u_ring.u_tap", exists=True, unwired=True),
     "tap_with_pads": Layout(pads="u_frame.u_ring", tap="u_frame.u_ring.u_tap", places={"tck": "", "tdo": ""}),
     "tap_with_pads_exists": Layout(pads="u_ring", tap="u_ring.u_tap", exists=True),
     "tap_above_pads": Layout(pads="u_frame.u_ring", tap="u_frame.u_tap", reach=(("tdi_c", "u_frame"),)),
-    "tap_off_the_pads_path": Layout(pads="u_frame.u_ring", tap="u_frame.u_side.u_tap", places={"tdi": ""}),
+    "tap_off_the_pads_path": Layout(pads="u_frame.u_ring", tap="u_frame.u_side.u_tap", places={"tdi": ""},
+                                    dotted=True),
     "ports_get_pads": Layout(bare=True, options="-add_pad",
                              cells="%INPUT_BUFFER IPAD; %OUTPUT_BUFFER TPAD; %INOUT_BUFFER BPAD;"),
     "ports_without_pads": Layout(bare=True, options="-no_pad"),
@@ -79,11 +81,15 @@ INPUTS = ["clk", "rst_n", "a", "b"]
 TEST_INPUTS = ["tdi", "tms", "tck", "trst_n"]
 
 
+def dotted(name):
+    return f"{name}.x[0]"
+
+
 class Design:
     """Instances by path. Gives the Verilog of all modules, bottom up."""
 
-    def __init__(self):
-        self.instances, self.ports, self.reach = [], {}, []
+    def __init__(self, dotted):
+        self.instances, self.ports, self.reach, self.dotted = [], {}, [], dotted
 
     def add(self, path, cell, name, **pins):
         self.instances.append((path, cell, name, pins))
@@ -113,17 +119,20 @@ class Design:
                 nets[net] = "inout" if pad else "output" if driven else "input"
         return nets
 
+    def written(self, name):
+        return f"\\{dotted(name)} " if self.dotted else name
+
     def verilog(self):
         text = ""
         for path in self.paths():
             ports = self.module_ports(path) if path else self.ports
-            body = [f"    {cell} {name} ({', '.join(f'.{pin}({net})' for pin, net in pins.items())});\n"
+            body = [f"    {cell} {self.written(name)} ({', '.join(f'.{pin}({net})' for pin, net in pins.items())});\n"
                     for place, cell, name, pins in self.instances if place == path]
             for child in self.paths():
                 if child and child.rpartition(".")[0] == path:
                     name = child.rpartition(".")[2]
                     nets = ", ".join(f".{net}({net})" for net in self.module_ports(child))
-                    body.append(f"    {name[2:]} {name} ({nets});\n")
+                    body.append(f"    {name[2:]} {self.written(name)} ({nets});\n")
             name = path.rpartition(".")[2][2:] if path else "chip"
             declared = ", ".join(f"{direction} {net}" for net, direction in ports.items())
             wires = sorted(set(re.findall(r"\.\w+\((\w+)\)", "".join(body))) - set(ports))
@@ -182,7 +191,7 @@ def add_tap(design, layout, path):
 
 
 def make_design(layout):
-    design = Design()
+    design = Design(layout.dotted)
     tap_parent = layout.tap.rpartition(".")[0]
     add_core(design, tap_parent or "u_core", layout.bare)
     if layout.bare:
@@ -208,7 +217,10 @@ def write_files(layout, design, work):
         shutil.copy(file, work)
     (work / "chip.v").write_text(design.verilog())
     bsc = (EXAMPLE / "chip.bsc").read_text()
-    bsc = bsc.replace("%INSTANCE_NAME    u_tap;", f"%INSTANCE_NAME    {layout.tap};")
+    path = layout.tap.split(".")
+    if layout.dotted:                   # the name of a new TAP is the user's
+        path = [dotted(name) for name in path[:-1]] + [dotted(path[-1]) if layout.exists else path[-1]]
+    bsc = bsc.replace("%INSTANCE_NAME    u_tap;", f"%INSTANCE_NAME    {'.'.join(path)};")
     bsc = bsc.replace("%SCAN_CELLS", layout.cells + "\n%SCAN_CELLS", 1)
     (work / "chip.bsc").write_text(bsc)
     pins = list(design.ports) + [port for port in TEST_INPUTS + ["tdo"] if port not in design.ports]

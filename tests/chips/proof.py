@@ -44,10 +44,15 @@ def read_plan(path):
     return plan
 
 
+def empty_folder(work):
+    shutil.rmtree(work, ignore_errors=True)
+    work.mkdir(parents=True)
+    return work.resolve()
+
+
 def build(plan, bin_dir, work):
     """Runs the tools as a user would, in the scratch folder."""
-    shutil.rmtree(work, ignore_errors=True)
-    (work / "lib").mkdir(parents=True)
+    (empty_folder(work) / "lib").mkdir()
     for file in plan["sources"]:
         shutil.copy(file, work)
     run([str(bin_dir / "kalmverin"), "-lib", *plan["cells"], "-opath", "lib"], work, "reading the cells")

@@ -73,14 +73,23 @@ const CHIP_ROW PADS[] = {
                  "       Can't find the definition of 'NONE' in file './chip.lib'.\n"},
     {.what = "the pad cell of an input port",
      .input = {.design = "module chip(input a, ck); INV g(.A(a)); endmodule\n",
-               .cells = "module IB2(input P, output Q); endmodule\n",
+               .cells = "module IB2(input P, IE, inout VDD, output Q); endmodule\n",
                .library = "%BUFFER IB2 { %INPUT P; %OUTPUT Q; }",
                .settings = DEFAULT_PADS,
                .pins = "1 A a * PAD(IB2)\n"},
      .options = "-add_tap -add_pad",
+     .expected = "WARNING: these pins of added pads are not connected:\n         IB2: VDD, IE\n"
+                 "         Please connect them in the netlist, or wrap the pad in a module that does.\n\n",
      .status = 0,
      .lines = "add B_PAD0 IB2\ndisconnect a\nconnect B_PAD0{P} a\nconnect g{A} BCELL0{DO}\n"
               "connect BCELL0{DI} B_PAD0{Q}\n"},
+    {.what = "a bidirectional cell for the output pads",
+     .input = {.design = READS, .settings = "%INPUT_BUFFER IBUF; %OUTPUT_BUFFER BBUF;", .pins = B_PINS},
+     .options = "-add_tap -add_pad",
+     .expected =
+         "ERROR: (./chip.bsc) %OUTPUT_BUFFER 'BBUF' is a bidirectional pad, which -add_pad can't use for one "
+         "direction.\n       Please wrap it in a module with one input and one output, describe that "
+         "module\n       in a %BUFFER of file './chip.lib' and name it instead.\n"},
     {.what = "the pad cell of a bidirectional port has no %INOUT",
      .input = {.design = READS, .settings = DEFAULT_PADS, .pins = "1 B b * PAD(TBUF)\n9 CK ck *\n"},
      .options = "-add_tap -add_pad",

@@ -41,6 +41,7 @@ std::string after(const std::string &text, const std::string &mark) {
 TEST(Runs, CommandLines) {
     struct RUN {
         const char *options, *expected;
+        const char *list_name, *list; ///< the list of files to compile
     };
     const std::string edits = "cp ./chip.sdb chip_jtag.sdb\n"
                               "cp ./pads.sdb pads_bs.sdb\n"
@@ -48,19 +49,23 @@ TEST(Runs, CommandLines) {
                               "kalmedit -nologo -b ./rimweave_lib/chip_jtag\n"
                               "mv pads_bs.sdb ./rimweave_lib\n";
     const RUN runs[] = {
-        {"-add_tap", "mv chip_jtag.sdb ./rimweave_lib\n"
-                     "kalmlist -verilog -hierarchy -o ./chip_jtag.v rimweave_lib/chip_jtag.sdb\n"
-                     "kalmflat -cellonly -keepempty rimweave_lib/chip_jtag -opath .\n"},
-        {"-add_tap -no_expand", "mv chip_jtag.sdb ./rimweave_lib\n"},
+        {"-add_tap",
+         "mv chip_jtag.sdb ./rimweave_lib\n"
+         "kalmlist -verilog -hierarchy -o ./chip_jtag.v rimweave_lib/chip_jtag.sdb\n"
+         "kalmflat -cellonly -keepempty rimweave_lib/chip_jtag -opath .\n",
+         "chip.f", "chip_TAP.v\n./chip_jtag.v\n"},
+        {"-add_tap -no_expand", "mv chip_jtag.sdb ./rimweave_lib\n", "chip.f", ""},
         {"-add_tap -opath out/deep",
          "mv chip_jtag.sdb ./rimweave_lib\n"
          "kalmlist -verilog -hierarchy -o out/deep/chip_jtag.v rimweave_lib/chip_jtag.sdb\n"
-         "kalmflat -cellonly -keepempty rimweave_lib/chip_jtag -opath out/deep\n"},
+         "kalmflat -cellonly -keepempty rimweave_lib/chip_jtag -opath out/deep\n",
+         "out/deep/chip.f", "out/deep/chip_TAP.v\nout/deep/chip_jtag.v\n"},
         {"-add_tap -vhdl",
          "cp ./pads.inf ./rimweave_lib/pads_bs.inf\n"
          "mv chip_jtag.sdb ./rimweave_lib\n"
          "kalmlist -vhdl -hierarchy -o ./chip_jtag.vhd chip_jtag.sdb -add_path ./rimweave_lib\n"
-         "kalmflat -cellonly -keepempty rimweave_lib/chip_jtag -opath .\n"},
+         "kalmflat -cellonly -keepempty rimweave_lib/chip_jtag -opath .\n",
+         "chip.f", "chip_TAP.vhd\n./chip_jtag.vhd\n"},
     };
     for (const RUN &run : runs) {
         SCOPED_TRACE(run.options);
@@ -72,11 +77,14 @@ TEST(Runs, CommandLines) {
         EXPECT_EQ(result.status, 0) << result.out << result.err;
         EXPECT_EQ(after(chip.scratch.read("calls"), "cp ./chip.sdb"), edits + run.expected);
         EXPECT_FALSE(chip.scratch.has("bs_kalmlist.log"));
+        const char *head = "// What rimweave has written, in the order to compile it.\n";
+        EXPECT_EQ(chip.scratch.read(run.list_name), *run.list == '\0' ? "" : std::string(head) + run.list);
     }
 }
 
 TEST(Runs, WhatIsPrinted) {
     chip_case chip(small_chip());
+    chip.scratch.write("chip.f", "-y own\n");
     run_result result = chip.run("-add_tap");
     std::string text = after(result.out, " - Synthesizing Boundary");
     EXPECT_EQ(text.substr(0, text.find("====")), R"( - Synthesizing Boundary Registers in gate level ...
@@ -92,11 +100,14 @@ TEST(Runs, WhatIsPrinted) {
     .Modified sdb files were stored in directory ./rimweave_lib.
 
     .Modified netlist file was stored in file ./chip_jtag.v.
+WARNING: file './chip.f' is none that rimweave has written. It stays as it is.
+
     .Expanding modified netlist ...
 
 
 
 )");
+    EXPECT_EQ(chip.scratch.read("chip.f"), "-y own\n");
 }
 
 TEST(Runs, AFailureEndsTheRunAndTheNextOneWorks) {

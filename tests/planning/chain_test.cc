@@ -117,9 +117,9 @@ module N(input a, output n); P p(.a(a), .n(n)); endmodule
 module chip(input a, b); M m(.a(a), .n(na)); N n(.a(b), .n(nb)); GATE u(.A(na), .B(nb)); endmodule)",
      .pins = "1 A a *\n2 B b *\n"},
     {.name = "internal_signal_in_a_module",
-     .design = R"(module M(input a); GATE u(.A(a)); endmodule
-module chip(input a); IBUF pa(.PAD(a), .C(na)); M m(.a(na)); endmodule)",
-     .pins = "1 A a *\n2 INTERNAL m.u{A} *\n"},
+     .design = R"(module M(input a); GATE \u.y[1] (.A(a)); endmodule
+module chip(input a); IBUF \p[3].a (.PAD(a), .C(na)); M \m.x[0] (.a(na)); endmodule)",
+     .pins = "1 A a *\n2 INTERNAL m.x[0].u.y[1]{A} *\n"},
 };
 
 void expect_outcomes(const PLANNED_CHIP *begin, const PLANNED_CHIP *end) {

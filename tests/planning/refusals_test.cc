@@ -19,7 +19,8 @@ namespace {
     "                  %INPUT\n                  %OUTPUT\n               }\n\n"
 #define SAME_PLACE(one, other)                                                                               \
     "ERROR: (chip.pin) '" one "' and '" other "' need a boundary scan cell at the same place.\n"             \
-    "       Please correct your SDB or specify one of them as skip signal.\n\n"
+    "       Please correct your SDB or specify one of them as skip signal.\n"                                \
+    "       Power and ground ports belong in %SKIP_SIGNAL_NAMES of file './chip.bsc'.\n\n"
 #define FLOATING(pin, cell, side)                                                                            \
     "WARNING: (./chip.lib) " pin " of %BUFFER " cell " which connects to\n"                                  \
     "         port 'b' is floating.\n         " side                                                         \
@@ -65,6 +66,10 @@ constexpr const char *BI_NONE = "(inout b); BBUF p(.OEN(e), .PAD(b));" CORE_IO;
 constexpr const char *BI_MUX = "(inout b); MXB1 p(.I(o), .C(i), .OEN(e), .PAD(b));" CORE_IO;
 constexpr const char *BI_MUX_IN = "(inout b); MXB2 p(.C(i), .OEN(e), .PAD(b));" CORE_IO;
 constexpr const char *BI_MUX_OUT = "(inout b); MXB2 p(.I(o), .OEN(e), .PAD(b));" CORE_IO;
+/// The modules stand behind the chip, whose end the test adds.
+constexpr const char *TWO_PATHS = "(input a); M a(.i(n)); N \\a.b (.i(n)); endmodule\n"
+                                  "module M(input i); GATE \\b.c (.A(i)); endmodule\n"
+                                  "module N(input i); GATE c(.A(i));";
 constexpr const char *CORE = "(input a); GATE u(.A(n)); GATE v(.Z(n)); XPAD x(.PAD(m));";
 constexpr const char *A = "1 A a *\n", *B = "1 B b *\n", *Y = "1 Y y *\n";
 constexpr const char *TDI = "1 DI tdi *\n", *TDO = "1 DO tdo *\n";
@@ -206,6 +211,9 @@ const struct {
     {CORE, "1 INTERNAL uA *\n", "", "ERROR: can not get instance name or pin name in 'uA' of pin file.\n"},
     {CORE, "1 INTERNAL u{ *\n", "", "ERROR: can not get instance name or pin name in 'u{' of pin file.\n"},
     {CORE, "1 INTERNAL w{A} *\n", "", "ERROR: can not find instance 'w' in './chip.c.sdb' file.\n"},
+    {TWO_PATHS, "1 INTERNAL a.b.c{A} *\n", "",
+     "ERROR: instance 'a.b.c' of pin file is ambiguous in './chip.c.sdb' file.\n       Please write one of:\n"
+     "           a.b\\.c\n           a\\.b.c\n\n"},
     {CORE, "1 OBSERVE u{Q} *\n", "", "ERROR: can not find port 'Q' in instance 'u'.\n"},
     {CORE, "1 OBSERVE x{PAD} *\n", "", "ERROR: can't support inout port 'x{PAD}' now.\n"},
     {IN, NAMED("a"), "", LACKS("%DATA_IN", "INPUT SCAN", "BC_BAD") "\n\n"},

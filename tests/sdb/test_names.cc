@@ -110,11 +110,14 @@ TEST(names, separators_inside_components) {
         int32_t obj;
         const char *name; ///< by which it is shown and found
     } const objects[] = {
-        {below(scope_a, "b"), "a.b"},        {below(scope_a, "b.c"), "a.b\\.c"},
-        {below(scope_ab, "c"), "a\\.b.c"},   {below(scope_ab, "d"), "a.b.d"},
+        {below(scope_a, "b"), "a.b"},
+        {below(scope_a, "b.c"), "a.b\\.c"},
+        {below(scope_ab, "c"), "a\\.b.c"},
+        {below(scope_ab, "d"), "a.b.d"},
         {SDB_add_obj(file, SDB_plain_name(file, "g[0].p"), cell), "g[0].p"},
         {SDB_add_obj(file, SDB_plain_name(file, "a.b.e"), cell), "a.b.e"},
-        {below(scope_a, "x\\"), "a.x\\"},    {below(scope_ab, "..."), "a.b...."},
+        {below(scope_a, "x\\"), "a.x\\"},
+        {below(scope_ab, "..."), "a.b...."},
     };
     ASSERT_EQ(SDB_close(file, 1), 0);
     open_design design(scratch.path("dots.sdb"));

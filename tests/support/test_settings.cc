@@ -43,8 +43,9 @@ TEST(Settings, Statements) {
         {"hier_dot_more = -;\n", "[-|]"},
         {"# a\nhier_dot = /\n",
          "WARNING: (./.velmora.def) line 2: setting 'hier_dot' doesn't end with ';' and is ignored.\n\n[-]"},
-        {"hier_dot = /\na = 1;\n", "WARNING: (./.velmora.def) line 1: setting 'hier_dot' doesn't end with ';' and "
-                                   "takes the next line into its value.\n\n[\na = 1|]"},
+        {"hier_dot = /\na = 1;\n",
+         "WARNING: (./.velmora.def) line 1: setting 'hier_dot' doesn't end with ';' and "
+         "takes the next line into its value.\n\n[\na = 1|]"},
         {"  # hier_dot = -;\nhier_dot = /;", "[/|]"}, // a comment, with blanks before it
         {"hier_dot =\n# gone\n x;", "[x|]"},          // also inside a statement
         {"hier_dot = '/';", "['/'|]"},                // quotes mean something in lists alone
