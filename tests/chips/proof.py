@@ -57,9 +57,13 @@ def build(plan, bin_dir, work):
         shutil.copy(file, work)
     run([str(bin_dir / "kalmverin"), "-lib", *plan["cells"], "-opath", "lib"], work, "reading the cells")
     run([str(bin_dir / "kalmverin"), *plan.get("read", []), *plan["netlist"]], work, "reading the chip")
-    output = run([str(bin_dir / "rimweave"), plan["design"], *plan.get("options", ["-add_tap"])], work,
-                 "inserting")
-    (work / "rimweave.out").write_text(output)
+    insert = [str(bin_dir / "rimweave"), plan["design"], *plan.get("options", ["-add_tap"])]
+    if plan.get("vhdl_too"):
+        (work / "vhdl").mkdir()
+        run([*insert, "-vhdl", "-opath", "vhdl"], work, "inserting, in VHDL")
+        run(["ghdl", "-a", "-fexplicit", f"{plan['design']}_TAP.vhd", f"{plan['design']}_jtag.vhd"], work / "vhdl",
+            "ghdl")
+    (work / "rimweave.out").write_text(run(insert, work, "inserting"))
 
 
 def accept(plan, netlists, work):

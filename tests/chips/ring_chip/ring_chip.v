@@ -5,39 +5,21 @@
 
 module ring_chip (clk_PAD, rst_n_PAD, input_PAD, out_PAD, bidir_PAD, analog_PAD, tdi, tms, tck, trst_n, tdo,
     IOVDD, IOVSS, VDD, VSS);
- inout clk_PAD;
- inout rst_n_PAD;
+ inout clk_PAD, rst_n_PAD;
  inout [1:0] input_PAD;
  output [1:0] out_PAD;
  inout [5:0] bidir_PAD;
  inout [1:0] analog_PAD;
- input tdi;
- input tms;
- input tck;
- input trst_n;
+ input tdi, tms, tck, trst_n;
  output tdo;
- inout IOVDD;
- inout IOVSS;
- inout VDD;
- inout VSS;
+ inout IOVDD, IOVSS, VDD, VSS;
 
- wire clk;
- wire \clk_buf[0].leaf ;
- wire rst_n;
- wire [4:0] pin;
- wire [4:0] \u_core.next ;
- wire \u_core.cnt[0] ;
- wire \u_core.cnt[1] ;
- wire \u_core.cnt[2] ;
- wire \u_core.cnt[3] ;
- wire \u_core.cnt[4] ;
- wire \u_core.cnt[5] ;
- wire \u_core.last_n ;
- wire \bias[0].core ;
- wire zero;
+ wire clk, \clk_buf[0].leaf , rst_n;
+ wire [4:0] pin, \u_core.next ;
+ wire \u_core.cnt[0] , \u_core.cnt[1] , \u_core.cnt[2] , \u_core.cnt[3] , \u_core.cnt[4] , \u_core.cnt[5] ;
+ wire \u_core.last_n , \bias[0].core , zero;
  wire [3:0] one;
- wire out_net;
- wire \u_cfg.on ;
+ wire out_net, \u_cfg.on ;
 
  assign IOVSS = VSS;
  assign out_net = \u_core.cnt[5] ;
@@ -71,11 +53,9 @@ module ring_chip (clk_PAD, rst_n_PAD, input_PAD, out_PAD, bidir_PAD, analog_PAD,
 endmodule
 
 module mixer (a, b, z, VDD, VSS);
- input [4:0] a;
- input [4:0] b;
+ input [4:0] a, b;
  output [4:0] z;
- inout VDD;
- inout VSS;
+ inout VDD, VSS;
  wire \spare[0] ;
 
  XOR2 \m.x [4:0] (.A(a), .B(b), .Z(z), .VDD(VDD), .VSS(VSS));
@@ -84,40 +64,22 @@ endmodule
 
 module pad_ring (clk_PAD, rst_n_PAD, input_PAD, out_PAD, bidir_PAD, analog_PAD, tdi, tms, tck, trst_n, tdo,
     clk, rst_n, y, out, a, oe, ie, cfg_ie, cfg_dm, pads_on, bias, IOVDD, IOVSS, VDD, VSS);
- inout clk_PAD;
- inout rst_n_PAD;
+ inout clk_PAD, rst_n_PAD;
  inout [1:0] input_PAD;
  output [1:0] out_PAD;
  inout [5:0] bidir_PAD;
  inout [1:0] analog_PAD;
- input tdi;
- input tms;
- input tck;
- input trst_n;
- output tdo;
- output clk;
- output rst_n;
+ input tdi, tms, tck, trst_n;
+ output tdo, clk, rst_n;
  output [4:0] y;
  input [1:0] out;
- input [5:0] a;
- input [5:0] oe;
- input ie;
- input cfg_ie;
+ input [5:0] a, oe;
+ input ie, cfg_ie;
  input [1:0] cfg_dm;
  input pads_on;
- inout bias;
- inout IOVDD;
- inout IOVSS;
- inout VDD;
- inout VSS;
+ inout bias, IOVDD, IOVSS, VDD, VSS;
 
- wire \bidir2CORE[4] ;
- wire \bidir2CORE[5] ;
- wire unused_Y;
- wire \jtag.tdi_Y ;
- wire \jtag.tms_Y ;
- wire \jtag.tck_Y ;
- wire \jtag.trst_n_Y ;
+ wire \bidir2CORE[4] , \bidir2CORE[5] , unused_Y, \jtag.tdi_Y , \jtag.tms_Y , \jtag.tck_Y , \jtag.trst_n_Y ;
 
  BOND \bond[1] (.PAD(bidir_PAD[1]));
  IN_CK \clk_pad[0].pad (.PAD(clk_PAD), .Y(clk), .DVDD(IOVDD), .DVSS(IOVSS), .VDD(VDD), .VSS(VSS));
