@@ -32,31 +32,49 @@ from tap_driver import Session  # noqa: E402
 from vhdl_player import VhdlPlayer  # noqa: E402
 
 FAULTS_SHOWN = 12
+FILES = ("cells", "netlist", "files")
+
+
+def read_plan(path):
+    """The plan, with its files as paths in "sources" and their names as they stand in the scratch folder."""
+    plan = json.loads(path.read_text())
+    folder = path.resolve().parent / plan.get("folder", ".")
+    plan["sources"] = [folder / name for kind in FILES for name in plan[kind]]
+    plan.update({kind: [pathlib.Path(name).name for name in plan[kind]] for kind in FILES})
+    return plan
+
+
+def empty_folder(work):
+    shutil.rmtree(work, ignore_errors=True)
+    work.mkdir(parents=True)
+    return work.resolve()
 
 
 def build(plan, bin_dir, work):
     """Runs the tools as a user would, in the scratch folder."""
-    shutil.rmtree(work, ignore_errors=True)
-    (work / "lib").mkdir(parents=True)
-    for name in plan["cells"] + plan["netlist"] + plan["files"]:
-        shutil.copy(plan["folder"] / name, work)
+    (empty_folder(work) / "lib").mkdir()
+    for file in plan["sources"]:
+        shutil.copy(file, work)
     run([str(bin_dir / "kalmverin"), "-lib", *plan["cells"], "-opath", "lib"], work, "reading the cells")
-    run([str(bin_dir / "kalmverin"), *plan["netlist"]], work, "reading the chip")
-    output = run([str(bin_dir / "rimweave"), plan["design"], *plan.get("options", ["-add_tap"])], work,
-                 "inserting")
-    (work / "rimweave.out").write_text(output)
+    run([str(bin_dir / "kalmverin"), *plan.get("read", []), *plan["netlist"]], work, "reading the chip")
+    insert = [str(bin_dir / "rimweave"), plan["design"], *plan.get("options", ["-add_tap"])]
+    if plan.get("vhdl_too"):
+        (work / "vhdl").mkdir()
+        run([*insert, "-vhdl", "-opath", "vhdl"], work, "inserting, in VHDL")
+        run(["ghdl", "-a", "-fexplicit", f"{plan['design']}_TAP.vhd", f"{plan['design']}_jtag.vhd"], work / "vhdl",
+            "ghdl")
+    (work / "rimweave.out").write_text(run(insert, work, "inserting"))
 
 
 def accept(plan, netlists, work):
     """Yosys and Verilator read each netlist; every cell of it must be known to them."""
-    for top_file in netlists:
-        top = pathlib.Path(top_file).stem if top_file.endswith("_flat.v") is False else None
-        sources = [top_file, f"{plan['design']}_TAP.v", *plan["cells"]]
-        flag = f"-top {top}" if top else "-auto-top"
-        run(["yosys", "-q", "-p", f"read_verilog {' '.join(sources)}; hierarchy -check {flag}; proc; check"],
+    top = f"{plan['design']}_jtag"
+    for netlist in netlists:
+        sources = [netlist, f"{plan['design']}_TAP.v", *plan["cells"]]
+        run(["yosys", "-q", "-p", f"read_verilog {' '.join(sources)}; hierarchy -check -top {top}; proc; check"],
             work, "yosys")
-        command = ["verilator", "--lint-only", "--no-timing", "-Wno-lint", "-Wno-style", "-Wno-TIMESCALEMOD"]
-        run(command + (["--top-module", top] if top else ["-Wno-MULTITOP"]) + sources, work, "verilator")
+        run(["verilator", "--lint-only", "--no-timing", "-Wno-lint", "-Wno-style", "-Wno-TIMESCALEMOD",
+             "-Wno-ASSIGNIN", "--top-module", top, *sources], work, "verilator")
 
 
 def compare_runs(session, before, after, pins, test_ports):
@@ -107,7 +125,7 @@ def prove(plan, work, simulate_only):
     session = Session(chip, plan.get("tdo_always_driven", False))
     later = checks.whole_session(chip, session, plan, random.Random(plan.get("seed", 1)))
     before_player = Player(work, "before", plan["netlist"] + plan.get("before", []) + plan["cells"],
-                           plan["netlist"][-1], pins)
+                           design, pins, chip.skipped)
     before = before_player.play(session.steps)
 
     faults, counts = [], []
@@ -116,7 +134,8 @@ def prove(plan, work, simulate_only):
         if vhdl:
             player = VhdlPlayer(work, tag, ["cells.vhd", f"{design}_TAP.vhd", netlist], f"{design}_jtag", pins)
         else:
-            player = Player(work, tag, [netlist, f"{design}_TAP.v", *plan["cells"]], netlist, pins)
+            player = Player(work, tag, [netlist, f"{design}_TAP.v", *plan["cells"]], f"{design}_jtag", pins,
+                            chip.skipped)
         after = player.play(session.steps)
         found = check_tdo(session, after, place[chip.test_ports["tdo"]])
         for check in later:
@@ -141,8 +160,7 @@ def main():
     given = options.parse_args()
     if not given.built and not given.bin:
         options.error("give --bin, or --built")
-    plan = json.loads(given.plan.read_text())
-    plan["folder"] = given.plan.resolve().parent / plan["folder"]
+    plan = read_plan(given.plan)
     try:
         if not given.built:
             build(plan, given.bin.resolve(), given.work)

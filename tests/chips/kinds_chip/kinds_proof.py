@@ -268,11 +268,12 @@ def prove(variant, work, cells, output, tap):
     session = Session(chip)
     trials = Trials(chip, register, session, random.Random(1))
     trials.whole()
-    before = Player(work, "before", ["kinds.v", *tap, *cells], "kinds.v", pins, {net: f"dut.{net}" for net in nets})
+    before = Player(work, "before", ["kinds.v", *tap, *cells], "kinds", pins,
+                    probes={net: f"dut.{net}" for net in nets})
     old = before.play(session.steps)
     faults = []
     for netlist in netlists:
-        player = Player(work, pathlib.Path(netlist).stem, [netlist, "kinds_TAP.v", *cells], netlist, pins)
+        player = Player(work, pathlib.Path(netlist).stem, [netlist, "kinds_TAP.v", *cells], "kinds_jtag", pins)
         new = player.play(session.steps)
         found = proof.check_tdo(session, new, place["tdo"])
         for check in trials.found:
