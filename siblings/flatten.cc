@@ -155,17 +155,53 @@ NL_MODULE NL_flatten(NL_DESIGN &design, int32_t top) {
     return std::move(work.flat);
 }
 
-void NL_open_lone_pins(NL_MODULE &flat) {
-    enum : uint8_t { FREE, ONE, SEVERAL };
-    std::vector<uint8_t> uses(flat.nets.size(), FREE);
-    uses[NL_GND] = uses[NL_VCC] = SEVERAL;
+namespace {
+
+// What stands on a net of a flat design.
+enum NET_COMPANY : uint8_t { NO_PIN, ONE_PIN, SEVERAL_PINS, WITH_PORT };
+
+std::vector<uint8_t> company_of_nets(const NL_MODULE &flat) {
+    std::vector<uint8_t> company(flat.nets.size(), NO_PIN);
+    company[NL_GND] = company[NL_VCC] = SEVERAL_PINS;
     for (const NL_PORT &port : flat.ports)
-        if (port.net != NL_NONE)
-            uses[static_cast<size_t>(port.net)] = SEVERAL;
+        if (port.net > NL_VCC)
+            company[static_cast<size_t>(port.net)] = WITH_PORT;
     for (int32_t net : flat.pins)
-        if (net != NL_NONE && uses[static_cast<size_t>(net)] != SEVERAL)
-            uses[static_cast<size_t>(net)]++;
-    for (int32_t &net : flat.pins)
-        if (net != NL_NONE && uses[static_cast<size_t>(net)] == ONE)
-            net = NL_NONE;
+        if (net != NL_NONE && company[static_cast<size_t>(net)] < SEVERAL_PINS)
+            company[static_cast<size_t>(net)]++;
+    return company;
+}
+
+// How an instance stands between the ports and the core.
+struct SURROUNDINGS {
+    bool on_port = false;    // a pin that may drive is on a port's net
+    bool feeds_core = false; // an output has company on a net without a port
+};
+
+} // namespace
+
+void NL_open_lone_pins(const NL_DESIGN &design, NL_MODULE &flat) {
+    std::vector<uint8_t> company = company_of_nets(flat);
+    auto is_on = [&](int32_t net, NET_COMPANY wanted) {
+        return net > NL_VCC && company[static_cast<size_t>(net)] == wanted;
+    };
+    for (const NL_INSTANCE &instance : flat.instances) {
+        if (instance.first_pin == NL_NONE)
+            continue;
+        const auto &ports = design.modules[static_cast<size_t>(instance.def)].ports;
+        int32_t *nets = flat.pins.data() + instance.first_pin;
+        SURROUNDINGS around;
+        for (size_t i = 0; i < ports.size(); i++) {
+            around.on_port |= ports[i].direction != NL_INPUT && is_on(nets[i], WITH_PORT);
+            around.feeds_core |= ports[i].direction == NL_OUTPUT && is_on(nets[i], SEVERAL_PINS);
+        }
+        for (size_t i = 0; i < ports.size(); i++) {
+            if (!is_on(nets[i], ONE_PIN))
+                continue;
+            bool dont_care = (flat.nets[static_cast<size_t>(nets[i])].marks & NL_MARK_DONT_CARE) != 0;
+            bool open = around.on_port ? around.feeds_core : !dont_care;
+            if (open || ports[i].direction != NL_INPUT)
+                nets[i] = NL_NONE;
+        }
+    }
 }
