@@ -33,8 +33,11 @@ const CHIP_ROW PADS[] = {
                  "       Please correct your SDB or specify pin 'y' as skip signal.\n\n"},
     {.what = "a bidirectional pad that nothing reads",
      .changes = {{"chip.v", "e(.D(bc)", "e(.D(c)"}},
-     .expected = "ERROR: Bidirectional Pad 'pb' is floating.\n"
-                 "       Please correct your SDB or specify pin 'b' as skip signal.\n\n"},
+     .expected = "WARNING: (./chip.lib) %OUTPUT C of %BUFFER BBUF which connects to\n"
+                 "         port 'b' is floating.\n"
+                 "         Input boundary scan cell won't be inserted on this port.\n\n",
+     .status = 0,
+     .lines = "disconnect pb{I}\n"},
     {.what = "an output pad on a constant",
      .changes = {{"chip.v", "py(.I(q)", "py(.I(1'b1)"}},
      .status = 0,
