@@ -25,7 +25,7 @@ class Cell:
 @dataclass
 class Chip:
     cells: list = field(default_factory=list)
-    ports: list = field(default_factory=list)       # every port of the pin file, bit by bit
+    ports: list = field(default_factory=list)       # every port of the pin file, bit by bit, and the test port
     test_ports: dict = field(default_factory=dict)  # "tdi" and the like to the port's name
     skipped: set = field(default_factory=set)       # ports that may lack a row in the pin file
     opcodes: dict = field(default_factory=dict)
@@ -172,6 +172,7 @@ def read_chip(bso, bsc, lib):
     rows, controls = read_bso(bso)
     chip = Chip(cells=make_register(bso, rows, controls, read_pad_enables(lib)), ports=[row.port for row in rows if "{" not in row.port])
     read_bsc(bsc, chip)
+    chip.ports += [port for port in chip.test_ports.values() if port not in chip.ports]
     return chip
 
 

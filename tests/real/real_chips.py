@@ -109,20 +109,17 @@ def check_session(chip, register, netlist, work):
     power = "|".join(map(re.escape, register.skipped - set(TEST_PORTS)))
     (work / f"open_{netlist}").write_text(re.sub(rf"\(\s*(?:{power})\s*\)", "()", (work / netlist).read_text()))
     session = Session(register, tdo_always_driven=True)         # no pad stands at the test port
-    session.diverging = True
-    session.reset_by_tms()
-    plan, rng = {"resets": {}}, random.Random(1)
-    checks.try_resets(register, session)
-    checks.try_registers(register, session, rng)
-    later = checks.try_extest(register, session, plan, rng, 4)
-    pins = register.ports
+    trials = checks.Trials(register, session, {"resets": {}}, random.Random(1))
+    trials.start()
+    trials.resets()
+    trials.registers()
+    trials.extest(4)
     player = Player(work, pathlib.Path(netlist).stem, [f"open_{netlist}", f"{chip.top}_TAP.v", "models.v", "bscells.v"],
-                    f"{chip.top}_jtag", pins, register.skipped)
-    answers = player.play(session.steps)
-    place = {pin: index for index, pin in enumerate(pins)}
-    yield from proof.check_tdo(session, answers, place["tdo"])
-    for check in later:
-        yield from check(answers, place)
+                    f"{chip.top}_jtag", register.ports, register.skipped)
+    value = checks.values(player.play(session.steps), register.ports)
+    yield from proof.check_tdo(trials, value)
+    for check in trials.found:
+        yield from check(value, None)
 
 
 def prove(chip, tool, work):
