@@ -74,6 +74,7 @@ int FLAT_main(int argc, char **argv) {
     NL_MODULE flat = NL_flatten(design, top);
     std::string text;
     VLOG_write_modules(text, design, {&flat});
+    NL_open_lone_pins(flat);
     NL_write_sdb(design, flat, TOOL_join(arguments.output_directory, name + ".c.sdb"));
     std::string netlist = TOOL_join(arguments.output_directory, name + "_flat.v");
     errno = 0;

@@ -7,3 +7,7 @@
 /// name. Names keep their place in the hierarchy by their scopes; each module instance on the way stays as an
 /// instance without connections. Ends the program on a module that contains itself.
 NL_MODULE NL_flatten(NL_DESIGN &design, int32_t top);
+
+/// Takes every pin off its net that is alone there, on a net without a port: what walks the flat design finds
+/// an open pin. The nets stay.
+void NL_open_lone_pins(NL_MODULE &flat);

@@ -12,15 +12,32 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+namespace {
+
+// "file:line: ", or as much of it as there is.
+std::string shown_place(std::string_view file, int line) {
+    std::string place(file);
+    if (line > 0)
+        place += ":" + std::to_string(line);
+    return place.empty() ? place : place + ": ";
+}
+
+} // namespace
+
 void TOOL_fail(std::string_view file, int line, const char *format, ...) {
     va_list args;
     va_start(args, format);
     std::string text = format_list(format, args);
     va_end(args);
-    std::string place(file);
-    if (line > 0)
-        place += ":" + std::to_string(line);
-    error_fail("ERROR: %s%s%s\n", place.c_str(), place.empty() ? "" : ": ", text.c_str());
+    error_fail("ERROR: %s%s\n", shown_place(file, line).c_str(), text.c_str());
+}
+
+void TOOL_warn(std::string_view file, int line, const char *format, ...) {
+    va_list args;
+    va_start(args, format);
+    std::string text = format_list(format, args);
+    va_end(args);
+    error_printf("WARNING: %s%s\n", shown_place(file, line).c_str(), text.c_str());
 }
 
 void TOOL_set_search_path() {

@@ -10,6 +10,10 @@
 [[noreturn]] void TOOL_fail(std::string_view file, int line, const char *format, ...)
     __attribute__((format(printf, 3, 4)));
 
+/// Says "WARNING: file:line: text" on the error stream.
+void TOOL_warn(std::string_view file, int line, const char *format, ...)
+    __attribute__((format(printf, 3, 4)));
+
 /// Sets the search list of input files from the environment, as the main program does.
 void TOOL_set_search_path();
 
