@@ -13,6 +13,7 @@ The plan names the chip's files. What is proven comes from the .bso, .bsc and .l
   - CLAMP holds the pins, HIGHZ releases them, INTEST runs the core on shifted data, where they exist
   - in all other time the chip does, step by step, what it did before the insertion
   - Yosys and Verilator accept the netlist
+  - with the boundary cells as wires the netlist is that of the chip, pin by pin and name by name
 
 Ends with status 0 and a line of counts, or with status 1 and the first faults.
 """
@@ -26,7 +27,8 @@ import sys
 
 sys.dont_write_bytecode = True
 import checks  # noqa: E402
-from chip_files import ProofError, read_chip  # noqa: E402
+import compare  # noqa: E402
+from chip_files import ProofError, read_chip, read_wires  # noqa: E402
 from player import Player, run  # noqa: E402
 from tap_driver import Session  # noqa: E402
 from vhdl_player import VhdlPlayer  # noqa: E402
@@ -77,6 +79,19 @@ def accept(plan, netlists, work):
              "-Wno-ASSIGNIN", "--top-module", top, *sources], work, "verilator")
 
 
+def check_structure(chip, plan, netlists, work, macros=()):
+    """With the boundary cells as wires the netlists are that of the plan, but for a test port that is new."""
+    through, drop, taken = read_wires(work / f"{plan['design']}.lib")
+    cells = [work / name for name in (*plan["cells"], f"{plan['design']}_TAP_empty.v")]
+    known = compare.Reader(cells, set(macros), bodies=False).modules
+    def flat(names):
+        return compare.Flat(compare.Reader([work / name for name in names], set(macros)), known, through, drop)
+    old = flat(plan["netlist"])
+    added = set(chip.test_ports.values()) - set(old.top.ports)
+    for name in netlists:
+        yield from (f"{name}: {fault}" for fault in compare.differences(old, flat([name]), added, taken))
+
+
 def check_tdo(trials, value):
     return [f"step {step} ({trials.session.labels[step]}): TDO is {value(step, trials.tdo)}, not {expected}"
             for step, expected in trials.session.expect.items() if value(step, trials.tdo) != expected]
@@ -117,6 +132,7 @@ def prove(plan, work, simulate_only):
     netlists = [f"{design}_jtag.vhd"] if vhdl else [f"{design}_jtag.v", f"{design}_jtag_flat.v"]
     if not simulate_only and not vhdl:
         accept(plan, netlists, work)
+    structure = list(check_structure(chip, plan, netlists, work)) if plan.get("structure", not vhdl) else []
 
     def player(netlist):
         tag = pathlib.Path(netlist).stem
@@ -129,7 +145,8 @@ def prove(plan, work, simulate_only):
 
     before = Player(work, "before", plan["netlist"] + plan.get("before", []) + plan["cells"], design, pins,
                     chip.skipped)
-    return len(chip.cells), *judge(make_trials, before, {name: player(name) for name in netlists}, pins)
+    faults, counts = judge(make_trials, before, {name: player(name) for name in netlists}, pins)
+    return len(chip.cells), structure + faults, counts
 
 
 def main():
