@@ -2,10 +2,10 @@
 #include "dftlang/grammar.hh"
 
 #include "dftlang/messages.hh"
-#include "support/text.hh"
 
 #include <algorithm>
 #include <cctype>
+#include <utility>
 
 namespace {
 
@@ -162,7 +162,7 @@ SHAPE SHAPE_READER::choice() {
         made.parts.push_back(sequence());
     while (take("|"));
     if (made.parts.size() == 1)
-        return made.parts[0];
+        return std::move(made.parts[0]);
     add_first(made);
     return made;
 }
@@ -183,7 +183,7 @@ SHAPE SHAPE_READER::element() {
     rest.remove_prefix(1);
     SHAPE repeat;
     repeat.kind = SHAPE_REPEAT;
-    repeat.parts.push_back(made);
+    repeat.parts.push_back(std::move(made));
     add_first(repeat);
     return repeat;
 }
@@ -270,16 +270,15 @@ void add_statement(int32_t block, std::string_view line) {
     SHAPE_READER reader{line.substr(0, marks_at)};
     reader.skip_blanks();
     STATEMENT made = {};
-    made.keyword = reader.word();
+    std::string_view keyword = reader.word();
+    made.keyword = keyword;
     int32_t token = word_token_number(made.keyword);
-    if (reader.rest.starts_with(" %")) {
-        reader.skip_blanks();
-        made.second_token = word_token_number(reader.word());
-    }
     MARK as = find_mark(marks, "#as");
     std::string own_kind = made.keyword.substr(made.keyword[0] == '%' ? 1 : 0) + "_NODE";
     made.kind = kind_of(as.stands ? as.text : std::string_view(own_kind));
-    made.shape = reader.choice();
+    made.shape = reader.sequence();
+    if (!reader.rest.empty())
+        tree_error();
     MARK list = find_mark(marks, "#list");
     bool collects = find_mark(marks, "#n").stands;
     made.repetition = collects                        ? REPEATS_INTO_LIST
@@ -289,7 +288,7 @@ void add_statement(int32_t block, std::string_view line) {
     made.with_text = find_mark(marks, "#text").stands;
     MARK needed = find_mark(marks, "#need");
     if (needed.stands)
-        made.needed = keep_text(needed.text.empty() ? std::string_view(made.keyword) : needed.text);
+        made.needed = needed.text.empty() ? keyword : needed.text;
     BLOCK &owner = compiler().blocks[static_cast<size_t>(block)];
     owner.is_checked = owner.is_checked || needed.stands;
     owner.by_token[token].push_back(owner.statements.size());

@@ -2,6 +2,7 @@
 #include "description/lookups.hh"
 #include "editing/added_pads.hh"
 #include "editing/cell_routines.hh"
+#include "planning/cell_choice.hh"
 #include "planning/planning.hh"
 #include "planning/tracing.hh"
 #include "planning/validation.hh"
@@ -37,7 +38,8 @@ void add_on_pad(EDIT_FILE *fp, int32_t index, IN_OUT_PAIR &pair) {
         int32_t node = far_end_of_side(row, SIDE_OUTPUT, PAD_WORD_BIDIRECTIONAL);
         EDIT_OPERAND data_out = pin_of(pair.in_name, pair.in->data_out);
         cut_pin(fp, row.pad_instance, row.pad_output, data_out);
-        edit_connect(fp, data_out, far_operand_with_warning(row, node));
+        warn_of_port_at_pad(row, node);
+        edit_connect(fp, data_out, node_operand(node));
     }
     edit_connect(fp, pin_of(pair.in_name, pair.in->data_in), side_operand(row, SIDE_OUTPUT));
     end_side(row, SIDE_OUTPUT, saved);
@@ -83,9 +85,10 @@ bool node_reads(const OPIN_ROW &row, int32_t node) {
 void add_constant_control(EDIT_FILE *fp, int32_t index, const EDIT_OPERAND &enable, bool is_low,
                           bool core_reads) {
     const OPIN_ROW &row = OPIN_TAB[index];
-    const SCAN_CELL *control = cell_of_roles(CONTROL_SCAN, COUNT_CONTROL, nullptr, COUNT_CONTROL, row).cell;
+    CHOSEN_CELL chosen = required_cell(row, declared_cell(COUNT_CONTROL));
+    const SCAN_CELL *control = chosen.cell;
     const char *name = add_scan_tab(control, index, false, true);
-    SCAN_COUNT[COUNT_CONTROL]++;
+    SCAN_COUNT[chosen.counter]++;
     edit_add_instance(fp, name, control->name);
     edit_connect(fp, pin_of(name, control->data_in), is_low == core_reads ? constant_one() : constant_zero());
     edit_connect(fp, pin_of(name, control->data_out), enable);
@@ -130,11 +133,9 @@ void add_with_new_pad(EDIT_FILE *fp, int32_t index, IN_OUT_PAIR &pair) {
 
 const char *add_in_out_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
     const OPIN_ROW &row = OPIN_TAB[index];
-    ROLE_CELL in = cell_of_roles(INPUT_SCAN, COUNT_INPUT, CLOCK_SCAN, COUNT_CLOCK, row);
-    ROLE_CELL out = cell_of_roles(OUTPUT_SCAN, COUNT_OUTPUT, nullptr, COUNT_OUTPUT, row);
-    SCAN_COUNT[in.counter]++;
-    SCAN_COUNT[out.counter]++;
-    IN_OUT_PAIR pair = {in.cell, out.cell, nullptr, nullptr};
+    SCAN_COUNT[row.input_cell.counter]++;
+    SCAN_COUNT[row.counter]++;
+    IN_OUT_PAIR pair = {row.input_cell.cell, row.scan_cell, nullptr, nullptr};
     if (row.pad_instance != nullptr)
         add_on_pad(fp, index, pair);
     else if (option(OPT_ADD_PAD))

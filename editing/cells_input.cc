@@ -61,7 +61,7 @@ void add_behind_port(EDIT_FILE *fp, const OPIN_ROW &row, const char *name) {
 
 const char *add_input_clock_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
     OPIN_ROW &row = OPIN_TAB[index];
-    SCAN_COUNT[counter_of_row(row)]++;
+    SCAN_COUNT[row.counter]++;
     const char *name = add_scan_tab(row.scan_cell, index, false, false);
     if (is_bs_buffer(row.pad))
         return name;

@@ -66,7 +66,7 @@ void add_at_port(EDIT_FILE *fp, OPIN_ROW &row, const char *name) {
 
 const char *add_output_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
     OPIN_ROW &row = OPIN_TAB[index];
-    SCAN_COUNT[counter_of_row(row)]++;
+    SCAN_COUNT[row.counter]++;
     const char *name = add_scan_tab(row.scan_cell, index, false, false);
     if (is_bs_buffer(row.pad)) {
         // The cell is the pad.
@@ -88,7 +88,7 @@ const char *add_bidi_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
     const char *name = add_scan_tab(cell, index, false, false);
     if (is_bs_buffer(row.pad))
         return name;
-    SCAN_COUNT[counter_of_row(row)]++;
+    SCAN_COUNT[row.counter]++;
     place_cell(fp, index, name, cell);
     cut_pad_input(fp, row, name, PAD_WORD_BIDIRECTIONAL, false);
 
@@ -107,7 +107,7 @@ const char *add_bidi_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
 const char *add_internal_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
     OPIN_ROW &row = OPIN_TAB[index];
     const SCAN_CELL *cell = row.scan_cell;
-    SCAN_COUNT[counter_of_row(row)]++;
+    SCAN_COUNT[row.counter]++;
     const char *name = add_scan_tab(cell, index, false, false);
     place_cell(fp, index, name, cell);
     PAD_SIDE side = row.pad_output != nullptr ? SIDE_OUTPUT : SIDE_INPUT;

@@ -114,7 +114,6 @@ void add_scan_cell() {
 void add_boundary_scan_chain() {
     init_multi_io_tables();
     add_scan_cell();
-    HIGHZ_CNT = 0;
     if (multi_io_module_flagG != 0) {
         set_hier_common_net(0, MULTI_IO_HIER.children);
         connect_scan_cell_for_multi_io();

@@ -9,6 +9,7 @@
 #include "planning/validation.hh"
 #include "sdb/navigation.hh"
 #include "support/console.hh"
+#include "support/fnm.hh"
 #include "support/run_state.hh"
 #include "support/shell.hh"
 #include "support/text.hh"
@@ -200,6 +201,12 @@ void fail_taken_port(const char *module, const char *port) {
              module, port);
 }
 
+void add_new_port(EDIT_FILE *fp, const char *name, EDIT_PORT direction) {
+    if (SDB_nl_search_port(name) >= 0)
+        fail_taken_port(FNM_break(sdb->path.c_str(), "b").c_str(), name);
+    edit_add_port(fp, name, direction);
+}
+
 std::vector<const char *> crossing_signals() {
     std::vector<const char *> pins;
     for (CONTROL_SIGNAL signal : BORDER_ORDER)
@@ -247,6 +254,6 @@ void open_and_modify_top_sdb() {
         free_existing_tap(TAP_FP);
     else
         replace_tap_path();
-    if (!option(OPT_ADD_TAP) && PAD_MODULE_EXIST == 0)
+    if (!option(OPT_ADD_TAP))
         warn_of_unwired_ports();
 }

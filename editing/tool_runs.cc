@@ -5,10 +5,10 @@
 #include "planning/port_table.hh"
 #include "planning/tap_state.hh"
 #include "support/console.hh"
-#include "support/fnm.hh"
 #include "support/run_state.hh"
 #include "support/shell.hh"
 #include "support/text.hh"
+#include "support/whole_file.hh"
 
 #include <fstream>
 #include <string_view>
@@ -33,7 +33,7 @@ void move_to_library(const std::string &module) {
 
 /// Copies the side file `<module><ext>` of a module, where there is one, under the edited module's name.
 void copy_side_file(const char *module, const std::string &edited, const char *ext) {
-    const char *found = FNM_find_input(std::string(module) + ext);
+    const char *found = find_design_file(std::string(module) + ext);
     if (found != nullptr && copy_file(found, in_library(edited + ext)) != 0)
         end_run();
 }

@@ -157,31 +157,7 @@ int32_t SDB_first_row(first_row_index &index, int32_t symbol, const int32_t *nam
             index.first[static_cast<size_t>(name)] == first_row_index::none)
             index.first[static_cast<size_t>(name)] = index.indexed;
     }
-    int32_t &first = index.first[static_cast<size_t>(symbol)];
-    if (first == first_row_index::unknown) {
-        first = first_row_index::none;
-        for (int32_t row = 0; row < count && first < 0; row++)
-            if (names[static_cast<size_t>(row) * stride] == symbol)
-                first = row;
-    }
-    return first;
-}
-
-void SDB_index_renamed(first_row_index &index, int32_t row, int32_t from, int32_t to) {
-    if (row >= index.indexed)
-        return;
-    auto known = [&](int32_t symbol) {
-        return symbol >= 0 && static_cast<size_t>(symbol) < index.first.size();
-    };
-    if (known(from) && index.first[static_cast<size_t>(from)] == row)
-        index.first[static_cast<size_t>(from)] = first_row_index::unknown;
-    if (to < 0)
-        return;
-    if (!known(to))
-        index.first.resize(static_cast<size_t>(to) + 1, first_row_index::none);
-    int32_t &first = index.first[static_cast<size_t>(to)];
-    if (first == first_row_index::none || first > row)
-        first = row;
+    return index.first[static_cast<size_t>(symbol)];
 }
 
 int32_t SDB_search_port(int32_t symbol) {
@@ -198,14 +174,6 @@ int32_t SDB_search_obj(int32_t symbol) {
 
 int32_t SDB_search_net(int32_t symbol) {
     return find_plain(NET_NAMES, symbol);
-}
-
-int32_t SDB_search_class(const char *name) {
-    SDB_NAME_INDEX *index = current_index();
-    return index == nullptr || class_tab == nullptr
-               ? -1
-               : SDB_first_row(index->classes, SYM_lookup(sym_tab, name), &class_tab->name,
-                               words(sizeof(SDB_CLASS)), class_count, SYM_count(sym_tab));
 }
 
 int32_t SDB_search_node(int32_t pin_symbol, int32_t obj) {
@@ -244,10 +212,6 @@ int32_t SDB_instance_obj(const char *instance) {
 
 int32_t SDB_path_obj(const std::vector<std::string> &components) {
     return components.empty() ? -1 : find_path(OBJECT_NAMES, components);
-}
-
-int32_t SDB_lookup_net(const char *name) {
-    return lookup(NET_NAMES, name);
 }
 
 int32_t SDB_nl_search_node(const char *obj_name, const char *pin_name) {

@@ -28,10 +28,6 @@ std::vector<std::string> SDB_obj_readings(const char *name);
 int32_t SDB_instance_obj(const char *instance);
 /// The object that is reached through these components, the outermost first.
 int32_t SDB_path_obj(const std::vector<std::string> &components);
-/// The net of a plain or hierarchical name, read in the same way.
-int32_t SDB_lookup_net(const char *name);
-/// The class of that name.
-int32_t SDB_search_class(const char *name);
 /// The node of a pin of an object, or of a port when `obj_name` is null or starts with '*'. -2 when the
 /// object is there and `pin_name` is no symbol of the design.
 int32_t SDB_nl_search_node(const char *obj_name, const char *pin_name);

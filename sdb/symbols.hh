@@ -5,8 +5,8 @@
 #pragma once
 
 #include "sdb/sdb_format.hh"
+#include "support/whole_file.hh"
 
-#include <cstdio>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -26,8 +26,6 @@ int32_t SYM_setup(SYM_TABLE *table, std::string_view text);
 const char *SYM_get(const SYM_TABLE *table, int32_t id);
 /// Number of symbols; ids are below it.
 int32_t SYM_count(const SYM_TABLE *table);
-/// Number of hash buckets that the file held, or that a new table was made with.
-uint32_t SYM_hash_size(const SYM_TABLE *table);
 void SYM_free(SYM_TABLE *table);
 
 /// A symbol block in memory: reads it, with every number checked, and moves `*position` behind it. The texts
@@ -35,9 +33,10 @@ void SYM_free(SYM_TABLE *table);
 /// that ends too early or has another magic, an empty fault).
 SYM_TABLE *SYM_read(const unsigned char *bytes, size_t size, size_t *position, bool swapped,
                     std::string *fault);
-/// Writes a symbol block, with enough buckets for its symbols and a balanced tree in each. 0, or 1 on a
-/// fault.
-int SYM_save(std::FILE *stream, SYM_TABLE *table);
+/// Writes a symbol block, with enough buckets for its symbols and a balanced tree in each.
+void SYM_save(whole_file &file, SYM_TABLE *table);
+/// Bytes of the block that SYM_save writes.
+uint64_t SYM_saved_size(SYM_TABLE *table);
 
 /// Makes an empty table if `table` is null, binds `symbols` to it, and returns it.
 SDB_PREFIX *PREFIX_init(SDB_PREFIX *table, SYM_TABLE *symbols);

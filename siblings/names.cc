@@ -45,7 +45,7 @@ void grow_slots(NL_NAMES &names) {
 std::string_view copy_text(NL_NAMES &names, std::string_view text) {
     if (text.size() > names.free_size) {
         size_t size = text.size() > BLOCK_SIZE ? text.size() : BLOCK_SIZE;
-        names.blocks.push_back(std::make_unique<char[]>(size));
+        names.blocks.push_back(std::make_unique_for_overwrite<char[]>(size));
         names.free_at = names.blocks.back().get();
         names.free_size = size;
     }

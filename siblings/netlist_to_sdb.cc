@@ -245,9 +245,7 @@ void NL_write_sdb(const NL_DESIGN &design, const NL_MODULE &module, const std::s
     }
     MARKS_write(writer.file, module, [&](int32_t name) { return plain_name(writer, name); });
     ALIAS_free();
-    errno = 0;
     if (SDB_save(writer.file) != 0)
-        TOOL_fail(path, 0, "this file can't be written%s%s.", errno != 0 ? ": " : "",
-                  errno != 0 ? std::strerror(errno) : "");
+        TOOL_fail(path, 0, "this file can't be written: %s.", std::strerror(errno));
     SDB_close(writer.file, 0);
 }

@@ -9,11 +9,8 @@
 #include "siblings/verin_arguments.hh"
 
 #include "support/fnm.hh"
-#include "support/shell.hh"
 #include "support/text.hh"
 
-#include <cerrno>
-#include <cstring>
 #include <map>
 
 namespace {
@@ -121,8 +118,7 @@ void write_design(VLOG &reader, const VERIN_ARGUMENTS &arguments) {
             NL_write_sdb(design, flat, paths[i] + ".c.sdb");
     }
     std::string log = FNM_break(arguments.files[0].c_str(), "b") + ".kalmverin.log";
-    if (!write_text_file(log, log_text(reader, &flat)))
-        TOOL_fail(log, 0, "this file can't be written: %s.", std::strerror(errno));
+    TOOL_write_file(log, log_text(reader, &flat));
 }
 
 void write_library(VLOG &reader, const VERIN_ARGUMENTS &arguments) {
@@ -133,8 +129,7 @@ void write_library(VLOG &reader, const VERIN_ARGUMENTS &arguments) {
         NL_write_sdb(reader.design, reader.design.modules[static_cast<size_t>(reader.modules[i].module)],
                      paths[i] + ".sdb");
     std::string log = FNM_break(arguments.files[0].c_str(), "b") + ".kalmverin.log";
-    if (!write_text_file(log, log_text(reader, nullptr)))
-        TOOL_fail(log, 0, "this file can't be written: %s.", std::strerror(errno));
+    TOOL_write_file(log, log_text(reader, nullptr));
 }
 
 } // namespace

@@ -8,6 +8,7 @@
 #include "support/console.hh"
 #include "support/dyna.hh"
 #include "support/fnm.hh"
+#include "support/program.hh"
 #include "support/text.hh"
 
 #include <algorithm>
@@ -16,7 +17,6 @@
 #include <cstring>
 #include <string>
 #include <string_view>
-#include <sys/stat.h>
 #include <unordered_map>
 #include <vector>
 
@@ -176,10 +176,7 @@ const char *lookup_file(const char *name) {
 
 int RC_load(const char *name, const char *section) {
     const char *path = lookup_file(name);
-    struct stat state;
-    if (path == nullptr || ::stat(path, &state) != 0 || !S_ISREG(state.st_mode))
-        return -1; // a pipe or a device of that name must not hold up the start
-    std::FILE *file = std::fopen(path, "r");
+    std::FILE *file = path == nullptr ? nullptr : FNM_open(path);
     if (file == nullptr)
         return -1;
     statement current;

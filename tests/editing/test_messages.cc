@@ -162,6 +162,11 @@ constexpr const char *OLD_TAP =
 constexpr const char *MUX_PAD_ON_OLD_TAP =
     "module chip(input a, ck); wire c; MUXI pa(.PAD(a), .C(c)); FF f(.D(c), .CK(ck));\n"
     "tapm TAP(.BC_LAST(1'b1)); endmodule\n";
+constexpr const char *SIBLING_PINS = "1 A a *\n2 B b *\n6 TDI tdi *\n10 TDO tdo *\n9 CK ck *\n";
+constexpr const char *GAP_CELL = "module BC_G(input DI, SI, SE, CK, XB, output DO, SO); endmodule\n";
+constexpr const char *GAP_LIBRARY =
+    "%SCAN_CELL BC_G { %DATA_IN DI; %DATA_OUT DO; %TDI SI; %TDO SO; %CLOCK_DR CK; "
+    "%SHIFT_DR SE; %EXTRA_2 XB; }\n";
 constexpr const char *MUX_ROLE = "%INPUT_MUX_SCAN BC_MI;";
 
 const CHIP_ROW SIGNALS[] = {
@@ -184,6 +189,27 @@ const CHIP_ROW SIGNALS[] = {
      .options = "",
      .expected =
          "ERROR: (./chip.lib) %TAP_CONTROLLER has no pin for the extra1 signal of the boundary cells.\n\n"},
+    {.what = "a number of the extra pins is left out, with trees",
+     .input = {.design = OLD_TAP,
+               .cells = GAP_CELL,
+               .tap_items = "%EXTRA_2 xtra; %GROUP_SIZE 4; %SIGNAL_BUFFER BUFX; ",
+               .library = GAP_LIBRARY,
+               .roles = "%INPUT_SCAN BC_G;",
+               .pins = A_PINS},
+     .options = "",
+     .status = 0,
+     .lines = "connect TAP{clockDR} clock_buf_1_1{A}\nadd extra2_buf_1_1 BUFX\n"
+              "connect TAP{xtra} extra2_buf_1_1{A}\nconnect BCELL0{SO} TAP{BC_LAST}\n"},
+    {.what = "the same with pads in several modules",
+     .design = "siblings",
+     .input = {.cells = GAP_CELL,
+               .tap_items = "%EXTRA_1 xtra1; %EXTRA_2 xtra; %GROUP_SIZE 4; %SIGNAL_BUFFER BUFX; ",
+               .library = GAP_LIBRARY,
+               .roles = "%INPUT_SCAN BC_G;",
+               .pins = SIBLING_PINS},
+     .status = 0,
+     .lines = "add clock_buf_1_1 BUFX\nconnect clock_buf_1_1{A} clockDR\nadd extra2_buf_1_1 BUFX\n"
+              "connect extra2_buf_1_1{A} xtra\nconnect BCELL0{CK} clock_buf_1_1{Z}\n"},
     {.what = "a signal that no cell but one of the pin file has",
      .input = {.tap_items = "%MODE_2 mode2; ", .pins = M2_PINS},
      .status = 0,
@@ -206,7 +232,9 @@ const CHIP_ROW SIGNALS[] = {
                .pins = "1 A a *\n6 TDI tdi *\n9 CK ck *\n"},
      .options = "",
      .expected =
-         "WARNING: Pin 'TDI' of TAP 'TAP' was connected to GND.\n         'TDI' will be disconnected.\n",
+         "WARNING: Pin 'TDI' of TAP 'TAP' was connected to GND.\n         'TDI' will be disconnected.\n"
+         "WARNING: Pin 'TMS' of TAP 'TAP' is not connected in the design.\n"
+         "         It won't be connected to port 'tms'.\n",
      .status = 0,
      .lines = "disconnect TAP{TDI}\nreplace p pads_bs\nconnect pi{C} TAP{TDI}\n"},
     {.what = "a pin of the TAP that the design leaves open, and an extra pin",
@@ -224,7 +252,6 @@ const CHIP_ROW SIGNALS[] = {
      .lines = "disconnect TAP{BC_LAST}\nadd BCELL0 BC_X\n"},
 };
 
-constexpr const char *SIBLING_PINS = "1 A a *\n2 B b *\n6 TDI tdi *\n10 TDO tdo *\n9 CK ck *\n";
 const CHIP_INPUT IN_ONE_MODULE = {
     .design = "module pads(input a, output k, input tdi, output t); IBUF i(.PAD(a), .C(k));\n"
               "IBUF j(.PAD(tdi), .C(t)); endmodule\n"
@@ -327,6 +354,9 @@ const CHIP_ROW FILES[] = {
                  {"chip.v", "po(.I(g)", "po(.I(d)"},
                  {"chip.v", "IBUF j(.PAD(tdi), .C(t))", "IBUF j(.PAD(tdi)); INV h(.A(k), .Z(t))"}},
      .options = "",
+     .expected = "WARNING: Pin 'TMS' of TAP 'TAP' is not connected in the design.\n"
+                 "         It won't be connected to port 'tms'.\n"
+                 "WARNING: Pin 'TCK' of TAP 'TAP' is not connected in the design.\n",
      .status = 0,
      .lines = "edit pb_bs0\npath ./rimweave_lib \nadd BCELL1 BC_IN\n"},
 };

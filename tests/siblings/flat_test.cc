@@ -107,5 +107,7 @@ TEST(Flat, Refusals) {
         folder.refused(std::string("kalmflat ") + one.arguments, one.text);
     EXPECT_EQ(folder.read("top.c.sdb"), flat);
     EXPECT_FALSE(folder.has("top_flat.v"));
+    std::filesystem::create_directory(folder.path("top_flat.v"));
+    folder.refused("kalmflat top", "top_flat.v: this file can't be written: Is a directory");
     EXPECT_FALSE(folder.has("solo_flat.v"));
 }

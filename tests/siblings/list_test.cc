@@ -377,7 +377,8 @@ TEST(List, Refusals) {
         {"-verilog -o out.v loop/ring.sdb", "the module 'ring' contains itself"},
         {"-verilog -o out.v less/user.sdb", "'part' has no port 'b', which its instances here have as a pin"},
         {"-verilog -o none/out.v top.sdb", "none/out.v: this file can't be written"},
-        {"-verilog -o lib top.sdb", "lib"},
+        {"-verilog -o lib top.sdb", "lib: this file can't be written: Is a directory"},
+        {"-verilog -o /dev/full top.sdb", "/dev/full: this file can't be written: No space left on device"},
     };
     for (const auto &one : cases)
         folder.refused(std::string("kalmlist ") + one.arguments, one.text);
