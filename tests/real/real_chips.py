@@ -71,13 +71,12 @@ def netlists_of(chip, work):
 
 
 def check_structure(chip, netlists, work):
-    known = compare.Reader([work / name for name in [*CELLS, f"{chip.top}_TAP_empty.v"]], set(chip.macros),
-                           bodies=False).modules
-    def flat(names):
-        return compare.Flat(compare.Reader([work / name for name in names], set()), known, THROUGH, DROP)
-    old = flat(chip.netlist)
+    cells = [*CELLS, f"{chip.top}_TAP_empty.v"]
+    old = compare.Flat(work, chip.netlist, chip.top, cells, chip.macros)
     for name in (*netlists, "as_read.v"):
-        for fault in compare.differences(old, flat([name]), [] if name == "as_read.v" else list(TEST_PORTS)):
+        top, extra = (chip.top, []) if name == "as_read.v" else (f"{chip.top}_jtag", list(TEST_PORTS))
+        new = compare.Flat(work, [name], top, cells, chip.macros, THROUGH, DROP)
+        for fault in compare.differences(old, new, extra):
             yield f"{name}: {fault}"
 
 
