@@ -158,7 +158,8 @@ A9
 
 TEST(WildCards, HighestScoreWinsAndADrawStops) {
     scratch_folder scratch;
-    scratch.write("chip.lib", "%BUFFER A*, *B, *_X, *Y_X, IBUF_*, IBUF_A*, IBUF_A1, a*bb*b, ab*bc { %INPUT I; }");
+    scratch.write("chip.lib",
+                  "%BUFFER A*, *B, *_X, *Y_X, IBUF_*, IBUF_A*, IBUF_A1, a*bb*b, ab*bc { %INPUT I; }");
     scratch.write("chip.bsc", SHORT_BSC);
     auto look_up = [&](const char *name) {
         return run_child(scratch, [&] {
