@@ -22,7 +22,6 @@ constexpr const char *MUX_BESIDE_INPUTS =
 IBUF pc(.PAD(c), .C(nc)); IBUF pd(.PAD(d), .C(nd)); MUXI pm(.PAD(m), .C(nm));
 GATE u(.A(na), .B(nb)); GATE v(.A(nc), .B(nd)); GATE w(.A(nm)); endmodule)";
 constexpr const char *MUX_PINS = "1 A a *\n2 B b *\n3 C0 c *\n4 D d *\n5 M m *\n";
-constexpr const char *FOUR_PINS = "1 A a *\n2 B b *\n3 C0 c *\n4 D d *\n5 DO tdo *\n";
 constexpr const char *XYZ = "1 X x *\n2 Y y *\n3 Z z *\n";
 constexpr const char *TAP_WITH_HIGHZ = "%HIGHZ_COMMAND hz; %SIGNAL_BUFFER PLAIN; %GROUP_SIZE 2;";
 
@@ -95,7 +94,7 @@ GATE u(.A(na), .B(nb)); oldtap TAP(); endmodule)",
      .shows = WHOLE_CMD},
     {.name = "chains_of_buffers",
      .design = FOUR_INPUTS,
-     .pins = FOUR_PINS,
+     .pins = "1 A a *\n2 B b *\n3 C0 c *\n4 D d *\n5 DO tdo *\n",
      .options = "-add_tap -synch -df_speed",
      .settings = "%SKIP_SIGNAL_NAMES { e; }",
      .library = "%BUFFER WILD* { %INPUT A; %OUTPUT Z; }",
@@ -106,13 +105,6 @@ GATE u(.A(na), .B(nb)); oldtap TAP(); endmodule)",
      .pins = MUX_PINS,
      .options = "-add_tap -synch -df_speed",
      .tap_items = "%GROUP_SIZE 2; %DF_GROUP_SIZE 3; %SIGNAL_BUFFER PLAIN;",
-     .shows = TREE_LINES},
-    {.name = "size_of_the_clocks_alone",
-     .design = FOUR_INPUTS,
-     .pins = FOUR_PINS,
-     .options = "-add_tap -synch",
-     .settings = "%SKIP_SIGNAL_NAMES { e; }",
-     .tap_items = "%DF_GROUP_SIZE 3; %SIGNAL_BUFFER PLAIN;",
      .shows = TREE_LINES},
 };
 
