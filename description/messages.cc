@@ -1,12 +1,12 @@
-// The messages of a reading, and the opening of its files.
+// The messages of a reading.
 #include "description/syntax_tree.hh"
 
 #include "support/console.hh"
+#include "support/message.hh"
 
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
-#include <sys/stat.h>
 
 void error_msg(const char *file, int32_t line, READER_ERROR code, const char *text) {
     switch (code) {
@@ -47,12 +47,13 @@ void missing_comment_end(const char *file, int32_t line) {
     end_run();
 }
 
-std::FILE *open_text_file(const char *name) {
-    // fopen takes a directory, and would wait for ever on a pipe that nobody writes.
-    struct stat status {};
-    if (stat(name, &status) != 0 || !S_ISREG(status.st_mode))
-        return nullptr;
-    return std::fopen(name, "r");
+void scanner_failed(const char *reason) {
+    if (std::strncmp(reason, "out of dynamic memory", 21) == 0)
+        MSG_fatal_error(MSG_NO_MEMORY);
+    if (std::strncmp(reason, "input in", 8) == 0)
+        error_fail("ERROR: a description file can't be read (%s).\n", std::strerror(errno));
+    error_printf("%s\n", reason);
+    std::exit(2);
 }
 
 int32_t number_value(const char *file, int32_t line, const char *digits) {

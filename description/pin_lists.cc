@@ -3,6 +3,7 @@
 #include "description/pin_rows.hh"
 #include "description/save_tables.hh"
 #include "support/console.hh"
+#include "support/fnm.hh"
 #include "support/text.hh"
 
 #include <string_view>
@@ -14,9 +15,12 @@ const char *without_here(const char *name) {
     return std::string_view(name).starts_with("./") ? name + 2 : name;
 }
 
+int first_lineL = 1; // of each pin file of the reading under way
+
 void parse_pin_file(std::FILE *file) {
     clear_pin_names();
     make_pin_keyword_hash();
+    pin_yylineno = first_lineL;
     current_line = &pin_yylineno;
     pin_yyrestart(file);
     pin_yyparse();
@@ -49,7 +53,7 @@ bool in_package_table(const char *file) {
 
 void read_package(const char *name) {
     PIN_FILE = name;
-    std::FILE *file = open_text_file(name);
+    std::FILE *file = FNM_open(name);
     if (file == nullptr)
         console_fail("Error: can't open pin file '%s' in default searching path.\n\n", name);
     PIN_FILE = without_here(PIN_FILE);
@@ -67,11 +71,15 @@ void read_package(const char *name) {
 
 } // namespace
 
+void begin_pin_files() {
+    first_lineL = pin_yylineno;
+}
+
 void save_pin_list(const AST_NODE &node) {
     const char *name = first_text(*node.first_child);
     PIN_FLAG = PIN_OF_LIST;
     PIN_FILE = name;
-    std::FILE *file = open_text_file(name);
+    std::FILE *file = FNM_open(name);
     if (file == nullptr)
         console_fail("Error: (%s) can't open pin file '%s' in default searching path.\n\n", DFT_FILE, name);
     PIN_FILE = without_here(PIN_FILE);

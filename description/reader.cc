@@ -2,12 +2,13 @@
 
 #include "description/save_tables.hh"
 #include "support/console.hh"
+#include "support/fnm.hh"
 #include "support/text.hh"
 
 namespace {
 
 std::FILE *open_or_fail(const char *kind, const char *name) {
-    std::FILE *file = open_text_file(name);
+    std::FILE *file = FNM_open(name);
     if (file == nullptr)
         error_fail("Error: Can't open %s file %s\n", kind, name);
     return file;
@@ -25,6 +26,7 @@ void get_bs_dft_file(const char *lib_file, const char *bsc_file, int32_t /*dump_
         error_fail("Error: dft file is a null string\n");
     std::FILE *lib = open_or_fail("lib", lib_file);
     std::FILE *dft = open_or_fail("dft", bsc_file);
+    begin_pin_files();
 
     LIB_FILE = keep_text(lib_file);
     make_lib_keyword_hash();

@@ -29,9 +29,11 @@ bool patterns_collide(const char *a, const char *b) {
     return true;
 }
 
-// An enable drives a signal of the chip: it has a level for each bit, and "don't care" is none.
+// An enable drives a signal of the chip: it has a level for each bit, and "don't care" is none. A text that
+// is no pattern has been told by the parser and stays; who builds with it may refuse it.
 const char *enable_value(const AST_NODE &pattern, const char *signal) {
-    if (pattern.text[std::strspn(pattern.text, "01")] != '\0')
+    bool is_pattern = pattern.text[std::strspn(pattern.text, "01Xx")] == '\0';
+    if (is_pattern && std::strpbrk(pattern.text, "Xx") != nullptr)
         console_fail("\"%s\", line %d: Enable pattern '%s' of '%s' may hold 0 and 1 only\n", DFT_FILE,
                      pattern.line, pattern.text, signal);
     return pattern.text;

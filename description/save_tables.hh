@@ -29,6 +29,10 @@ void save_connect_table(const AST_NODE &node);
 void bl_save_mbist_table(const AST_NODE &node);
 void bl_save_lbist_table(const AST_NODE &node);
 
+/// Begins a reading of the descriptions: the lines of each of its pin files count on from where the files of
+/// an earlier reading ended.
+void begin_pin_files();
+
 /// 1 when the pattern may join the table. Prints the reason on the error stream and returns 0 when its length
 /// differs from an earlier one's, or when some value fits both; 'X' and 'x' fit '0' and '1'.
 int32_t check_pattern_list(const AST_NODE &pattern, const char **table);

@@ -6,9 +6,11 @@
 #pragma once
 
 #include "description/hash_tables.hh"
+#include "support/program.hh"
 
 #include <cstdint>
 #include <cstdio>
+#include <cstdlib>
 #include <span>
 #include <string>
 
@@ -292,8 +294,14 @@ void print_syntax_error(const char *file, int32_t line, const char *text);
 /// Ends the run with the message for a comment that is opened twice or never closed.
 [[noreturn]] void missing_comment_end(const char *file, int32_t line);
 
-/// Opens a regular file for reading; null when that fails, also for a directory or a device.
-std::FILE *open_text_file(const char *name);
+/// The scanners' way out: prints the generator's `reason` on the error stream and ends the run, with status 2
+/// for a token that is too long.
+[[noreturn]] void scanner_failed(const char *reason);
+
+// In place of what the generators would define.
+#define YY_FATAL_ERROR(reason) scanner_failed(reason)
+#define YYMALLOC checked_malloc
+#define YYFREE std::free
 
 /// Value of a string of digits. Ends the run when it is above 2147483647.
 int32_t number_value(const char *file, int32_t line, const char *digits);

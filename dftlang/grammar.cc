@@ -273,14 +273,12 @@ void add_statement(int32_t block, std::string_view line) {
     std::string_view keyword = reader.word();
     made.keyword = keyword;
     int32_t token = word_token_number(made.keyword);
-    if (reader.rest.starts_with(" %")) {
-        reader.skip_blanks();
-        made.second_token = word_token_number(reader.word());
-    }
     MARK as = find_mark(marks, "#as");
     std::string own_kind = made.keyword.substr(made.keyword[0] == '%' ? 1 : 0) + "_NODE";
     made.kind = kind_of(as.stands ? as.text : std::string_view(own_kind));
-    made.shape = reader.choice();
+    made.shape = reader.sequence();
+    if (!reader.rest.empty())
+        tree_error();
     MARK list = find_mark(marks, "#list");
     bool collects = find_mark(marks, "#n").stands;
     made.repetition = collects                        ? REPEATS_INTO_LIST

@@ -41,9 +41,8 @@ enum REPETITION : int32_t { REPEATS_SILENTLY, REPEATS_WITH_WARNING, REPEATS_INTO
 
 struct STATEMENT {
     std::string keyword;
-    int32_t second_token; ///< token of a second keyword that belongs to the statement's name, or 0
     SCAN_KIND kind;
-    SHAPE shape;
+    SHAPE shape; ///< of what stands behind the keyword: a sequence
     REPETITION repetition;
     SCAN_KIND list; ///< DUMMY: no list node
     bool with_text;

@@ -12,7 +12,8 @@
 //     ( a | b )  one of     [ a ]  at most once     a*  any number of times
 //     <KIND a>   a node of that kind around a       {BLOCK}  a body in braces, always last
 //
-// %WORD_# is the numbered block word %WORD_<n>. Marks:
+// %WORD_# is the numbered block word %WORD_<n>. Statements of one keyword are told apart by the first place
+// in which they differ, and each counts for itself. Marks:
 //
 //     #1          a further one is warned of; look-ups find the first
 //     #n          repetition is meant; statements of one kind are collected in one list node
@@ -254,7 +255,8 @@ block FILE_NAME
     %FILE_NAME = string ;
 block CONNECT_SCAN
     %SCAN_DELAY {SCAN_DELAY} #1
-    %SCAN_PORT [name] {SCAN_PORT} #1
+    %SCAN_PORT {SCAN_PORT} #1
+    %SCAN_PORT name {SCAN_PORT} #1
     %SCAN_SELECT_# {SCAN_SELECT} #n #as(SCAN_SELECT_NODE) #text
     %SCAN_CLOCK {SCAN_CLOCK} #n #text
     %SCAN_INSTANCES '{' names-or-name ( , names-or-name )* ; '}' #1
@@ -277,8 +279,19 @@ block SCAN_CLOCK
     %NAME = name ;
     %INSTANCE_NAME = name ;
     %PIN_NAME = name ;
-    %CLOCK ({SCAN_CLOCK} | = name ;) #1
-    %GLOBAL_CLOCK = name ['{' name '}'] ; #1
+    %CLOCK {INNER_CLOCK} #1
+    %CLOCK = name ; #1
+    %GLOBAL_CLOCK = name ; #1
+    %GLOBAL_CLOCK = name '{' name '}' ; #1
+    %CLOCK_POLARITY = name ; #1
+block INNER_CLOCK
+    %NAME = name ;
+    %INSTANCE_NAME = name ;
+    %PIN_NAME = name ;
+    %CLOCK {INNER_CLOCK}
+    %CLOCK = name ; #1
+    %GLOBAL_CLOCK = name ; #1
+    %GLOBAL_CLOCK = name '{' name '}' ; #1
     %CLOCK_POLARITY = name ; #1
 block SCAN_PAD
     %SDI_PAD_NAME = name ;
@@ -440,12 +453,16 @@ block FORCE_NET
     %HOLD = pattern ; #1
     %CAPTURE = pattern ; #1
 block SCAN_DECODER
-    %SCAN_MODE ({DECODER_PORT} | = name ;) #1
-    %TEST_MODE ({DECODER_PORT} | = name ;) #1
+    %SCAN_MODE {DECODER_PORT} #1
+    %SCAN_MODE = name ; #1
+    %TEST_MODE {DECODER_PORT} #1
+    %TEST_MODE = name ; #1
     %FS_MODE {FS_MODE} #1
     %SCAN_CLK = name ;
-    %OVERRIDE_MODE ({DECODER_PORT} | = name ;) #1
-    %RAM_WRITE ({DECODER_PORT} | = name ;) #1
+    %OVERRIDE_MODE {DECODER_PORT} #1
+    %OVERRIDE_MODE = name ; #1
+    %RAM_WRITE {DECODER_PORT} #1
+    %RAM_WRITE = name ; #1
     %SCAN_MODE_OUT {DECODER_PIN} #1
     %SCAN_MODE_INV_OUT {DECODER_PIN} #1
     %TEST_MODE_OUT {DECODER_PIN} #1
@@ -462,7 +479,8 @@ block DECODER_PORT
     %PORT_NAME = name ; #1 #as(DECODER_PORT_NAME_NODE)
     %PAD_NAME = name ; #1 #as(DECODER_PAD_NAME_NODE)
     %PAD_OUT = name ; #1 #as(DECODER_PAD_OUT_NODE)
-    %POLARITY [= name] ; #1 #as(DECODER_POLARITY_NODE)
+    %POLARITY = name ; #1 #as(DECODER_POLARITY_NODE)
+    %POLARITY ; #1 #as(DECODER_POLARITY_NODE)
 block FS_MODE
     %PORT_NAME (name = integer | = name) ; #as(DECODER_PORT_NAME_NODE)
     %PAD_NAME = name ; #1 #as(DECODER_PAD_NAME_NODE)
@@ -472,7 +490,8 @@ block DECODER_PIN
     %INSTANCE_NAME = name ; #1
     %PIN_NAME = name ; #1
 block CLOCK_PERIOD
-    %CLOCK name = (integer | real) ; #1
+    %CLOCK name = integer ; #1
+    %CLOCK name = real ; #1
 block TEST_FILES
     %MBIST_FILE = name ; #1
     %LBIST_FILE = name ; #1
@@ -548,7 +567,7 @@ block GUI
     %INIT_CONFLICT = string ;
     %UNKNOWN = string ;
 block HOOKUP
-    %CLOCK ({SCAN_CLOCK} | = name ;)
+    %CLOCK ({INNER_CLOCK} | = name ;)
 block CAPTURE_CLOCK
     %CLOCK name = pattern ;
 block WRAPPER

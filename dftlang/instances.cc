@@ -5,6 +5,7 @@
 #include "dftlang/scan_interface.hh"
 #include "dftlang/side_files.hh"
 #include "support/console.hh"
+#include "support/fnm.hh"
 #include "support/text.hh"
 
 #include <cstdlib>
@@ -216,7 +217,7 @@ CONNECT_ROW connect_row(SCAN_AST &block, const CONNECT_KINDS &kinds) {
 void append_file_words(const char *file, const char **&words) {
     constexpr size_t longest_word = 1023;
     const char *name = resolve_side_file(file);
-    std::FILE *stream = std::fopen(name, "r");
+    std::FILE *stream = FNM_open(name);
     if (stream == nullptr) {
         error_printf("WARNING : Can not open input file - '%s'.\n", name);
         has_error = 1;

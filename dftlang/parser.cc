@@ -252,35 +252,44 @@ void refuse_in_path_file() {
     }
 }
 
-/// Place of the statement that starts here. A keyword shared by several statements is told by its second one.
-size_t statement_place() {
-    const BLOCK &block = *frames.back().block;
+/// The statements that start with the token, by their places.
+const std::vector<size_t> &statement_places(const BLOCK &block) {
     auto found = block.by_token.find(token);
     if (found == block.by_token.end()) {
         refuse_in_path_file();
         scan_yyerror();
     }
-    if (block.statements[found->second[0]].second_token == 0)
-        return found->second[0];
-    next();
-    for (size_t place : found->second) {
-        if (block.statements[place].second_token == token)
-            return place;
+    return found->second;
+}
+
+/// Which one of several statements of a keyword it is. What they have in common in front is read; `part` is
+/// then the place in which they differ.
+size_t told_apart(const BLOCK &block, std::vector<size_t> places, SCAN_AST *node, size_t &part) {
+    for (;; part++) {
+        auto shape = [&](size_t place) -> const SHAPE & { return block.statements[place].shape.parts[part]; };
+        std::erase_if(places, [&](size_t place) { return !starts_here(shape(place)); });
+        if (places.empty())
+            scan_yyerror();
+        if (places.size() == 1)
+            return places[0];
+        match(shape(places[0]), node);
     }
-    scan_yyerror();
 }
 
 void parse_statement() {
-    int32_t line = scan_yylineno;
-    const char *text = scan_yylval.text;
-    size_t place = statement_place();
-    const STATEMENT &statement = frames.back().block->statements[place];
-    SCAN_AST *node = SCAN_MAKE_AST(statement.kind, line);
-    if (statement.with_text)
-        SCAN_APPEND_CHILD(node, SCAN_MAKE_LEAF(IDENT_NODE, line, text));
+    const BLOCK &block = *frames.back().block;
+    const std::vector<size_t> &places = statement_places(block);
+    SCAN_AST *node = SCAN_MAKE_AST(block.statements[places[0]].kind, scan_yylineno);
+    if (block.statements[places[0]].with_text)
+        SCAN_APPEND_CHILD(node, SCAN_MAKE_LEAF(IDENT_NODE, scan_yylineno, scan_yylval.text));
     next();
     body_block = -1;
-    match(statement.shape, node);
+    size_t part = 0;
+    size_t place = places.size() == 1 ? places[0] : told_apart(block, places, node, part);
+    const STATEMENT &statement = block.statements[place];
+    node->kind = statement.kind;
+    for (; part < statement.shape.parts.size(); part++)
+        match(statement.shape.parts[part], node);
     if (body_block < 0)
         return finish_statement(frames.back(), place, node, previous_line);
     if (frames.size() > deepest_block)

@@ -52,13 +52,6 @@ struct READ_STATE {
 };
 READ_STATE state;
 
-std::string lower_case(const char *text) {
-    std::string lower(text);
-    for (char &c : lower)
-        c = static_cast<char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
-    return lower;
-}
-
 /// What tells a file from others whatever name it is reached by; empty when it is not there.
 std::string file_identity(const char *name) {
     struct stat known;

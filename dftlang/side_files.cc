@@ -6,8 +6,6 @@
 #include "support/fnm.hh"
 #include "support/text.hh"
 
-#include <sys/stat.h>
-#include <unistd.h>
 #include <utility>
 
 int32_t print_scan_trees = 0;
@@ -23,10 +21,7 @@ const char *resolve_side_file(const char *name) {
 }
 
 bool parse_file_if_there(const char *file_name, const char *shown_name, SCAN_FILE_KIND kind) {
-    struct stat known;
-    if (::stat(file_name, &known) != 0 || !S_ISREG(known.st_mode)) // a device or a pipe may have no end
-        return false;
-    scan_yyin = std::fopen(file_name, "r");
+    scan_yyin = FNM_open(file_name);
     if (scan_yyin == nullptr)
         return false;
     const char *outer_name = std::exchange(in_file_name, shown_name);

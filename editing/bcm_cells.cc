@@ -45,7 +45,7 @@ void name_row(OPIN_ROW &row, int32_t index) {
 
 void make_input_clock_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
     OPIN_ROW &row = OPIN_TAB[index];
-    SCAN_COUNT[counter_of_row(row)]++;
+    SCAN_COUNT[row.counter]++;
     const char *name = add_scan_tab(row.scan_cell, index, false, false);
     if (is_inside_pad(row, name))
         return;
@@ -67,7 +67,7 @@ void make_input_clock_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
 
 void make_output_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
     OPIN_ROW &row = OPIN_TAB[index];
-    SCAN_COUNT[counter_of_row(row)]++;
+    SCAN_COUNT[row.counter]++;
     const char *name = add_scan_tab(row.scan_cell, index, false, false);
     name_row(row, index);
     if (is_inside_pad(row, name))
@@ -109,7 +109,7 @@ void make_bidi_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
     const char *name = add_scan_tab(row.scan_cell, index, false, false);
     if (is_inside_pad(row, name))
         return;
-    SCAN_COUNT[counter_of_row(row)]++;
+    SCAN_COUNT[row.counter]++;
     name_row(row, index);
     cut_pad_input(fp, row, "DATA_IN", "PAD_OUT", EDIT_WIDE_SECOND);
     SAVED_SIDE saved = begin_side(row, SIDE_OUTPUT, PAD_WORD_BIDIRECTIONAL);
@@ -123,17 +123,16 @@ void make_bidi_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
 /// Both data cells are reached as a plain input and a plain output cell: IN and OUT.
 void make_in_out_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
     OPIN_ROW &row = OPIN_TAB[index];
-    ROLE_CELL in = cell_of_roles(INPUT_SCAN, COUNT_INPUT, CLOCK_SCAN, COUNT_CLOCK, row);
-    ROLE_CELL out = cell_of_roles(OUTPUT_SCAN, COUNT_OUTPUT, nullptr, COUNT_OUTPUT, row);
-    SCAN_COUNT[in.counter]++;
-    SCAN_COUNT[out.counter]++;
-    const char *out_name = add_scan_tab(out.cell, index, false, false);
-    const char *in_name = add_scan_tab(in.cell, index, false, false);
+    const SCAN_CELL *in = row.input_cell.cell;
+    SCAN_COUNT[row.input_cell.counter]++;
+    SCAN_COUNT[row.counter]++;
+    const char *out_name = add_scan_tab(row.scan_cell, index, false, false);
+    const char *in_name = add_scan_tab(in, index, false, false);
     set_order_to_last(index);
     row.scan_cell_name = keep_format("%s,%s", out_name, in_name);
 
     SAVED_SIDE saved = begin_side(row, SIDE_OUTPUT, PAD_WORD_BIDIRECTIONAL);
-    if (in.cell->data_out != nullptr)
+    if (in->data_out != nullptr)
         cut_pad_output(fp, row, "OUT", EDIT_PLAIN);
     join(fp, "IN", side_operand(row, SIDE_OUTPUT), EDIT_PLAIN);
     end_side(row, SIDE_OUTPUT, saved);
@@ -152,17 +151,15 @@ void join_mux_pin(EDIT_FILE *fp, OPIN_ROW &row, MUX_PIN which, const char *suffi
 /// The pad's mode pin is driven through <top>_BCM, unless it stands on a working net.
 void join_mode_pin(EDIT_FILE *fp, OPIN_ROW &row, int32_t mode, const char *suffix) {
     const char *pin = row.pad == nullptr ? nullptr : row.pad->*PAD_MODES[mode];
-    int32_t net = row.mode_net[mode];
-    if (pin == nullptr || net > 1)
+    if (pin == nullptr || row.mode_net[mode] > 1)
         return;
-    if (is_constant_net(net))
-        edit_disconnect(fp, pin_of(row.pad_instance, pin));
+    free_pad_mode(fp, row, mode);
     join(fp, suffix, pin_of(row.pad_instance, pin), EDIT_PLAIN);
 }
 
 void make_mux_input_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
     OPIN_ROW &row = OPIN_TAB[index];
-    SCAN_COUNT[counter_of_row(row)]++;
+    SCAN_COUNT[row.counter]++;
     add_scan_tab(row.scan_cell, index, true, false);
     name_row(row, index);
     join_mux_pin(fp, row, MUX_IN2, "UPD_OUT");
@@ -180,7 +177,7 @@ void make_mux_input_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
 
 void make_mux_output_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
     OPIN_ROW &row = OPIN_TAB[index];
-    SCAN_COUNT[counter_of_row(row)]++;
+    SCAN_COUNT[row.counter]++;
     add_scan_tab(row.scan_cell, index, true, false);
     name_row(row, index);
     join_mux_pin(fp, row, MUX_IN1, "UPD_OUT");
@@ -193,7 +190,7 @@ void make_mux_output_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
 void make_mux_bidi_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
     OPIN_ROW &row = OPIN_TAB[index];
     const SCAN_CELL *cell = row.scan_cell;
-    SCAN_COUNT[counter_of_row(row)]++;
+    SCAN_COUNT[row.counter]++;
     add_scan_tab(cell, index, true, false);
     name_row(row, index);
     if (cell->sys_in != nullptr)

@@ -21,9 +21,6 @@ std::string last_bcm_cell();
 /// A cell that the flow can't reach through <top>_BCM stands without wires of its own: warns of it.
 void warn_of_unwired_cell(const OPIN_ROW &row, const char *name);
 
-/// The enable pin of the row's pad that this flow drives: %EN_L, else %EN_H; null for none. Warns when the
-/// pin list chooses the other one.
-const char *bcm_enable(const OPIN_ROW &row);
 void make_control_scan_cell_in_cmd(EDIT_FILE *fp, int32_t row);
 void make_oe_control_scan_cell_in_cmd(EDIT_FILE *fp, int32_t row);
 /// The control step of a row whose own cell stands in the top module: a control cell that lives in <top>_BCM

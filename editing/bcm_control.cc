@@ -59,6 +59,19 @@ void share_cell(EDIT_FILE *fp, const OPIN_ROW &row, const char *enable, CONTROL_
         edit_connect(fp, bcm_port(control, "OUT"), bcm_port(last_bcm_cell(), "OE"));
 }
 
+/// The enable pin of the row's pad that gets a control cell: %EN_L, else %EN_H; null for none. Warns when the
+/// pin list chooses the other one.
+const char *bcm_enable(const OPIN_ROW &row) {
+    const char *enable = row.pad->en_l != nullptr ? row.pad->en_l : row.pad->en_h;
+    const char *chosen = chosen_enable_pin(row.pad, PIN_TABLE[row.pin_index], nullptr);
+    if (chosen != nullptr && !same_text(enable, chosen))
+        vmr_printf("WARNING: the pin list chooses enable '%s' of pad '%s' of port '%s'.\n"
+                   "         Option -add_bcm drives its enable '%s' all the same.\n"
+                   "         Please use a pad cell with one enable.\n\n",
+                   chosen, row.pad_instance, row.port_name, enable);
+    return enable;
+}
+
 void drive_enable(EDIT_FILE *fp, int32_t index, CONTROL_KIND_ID kind) {
     OPIN_ROW &row = OPIN_TAB[index];
     int32_t control = row.*CONTROL_KINDS[kind].field;
@@ -77,17 +90,6 @@ void drive_enable(EDIT_FILE *fp, int32_t index, CONTROL_KIND_ID kind) {
 }
 
 } // namespace
-
-const char *bcm_enable(const OPIN_ROW &row) {
-    const char *enable = row.pad->en_l != nullptr ? row.pad->en_l : row.pad->en_h;
-    const char *chosen = chosen_enable_pin(row.pad, PIN_TABLE[row.pin_index], nullptr);
-    if (chosen != nullptr && !same_text(enable, chosen))
-        vmr_printf("WARNING: the pin list chooses enable '%s' of pad '%s' of port '%s'.\n"
-                   "         Option -add_bcm drives its enable '%s' all the same.\n"
-                   "         Please use a pad cell with one enable.\n\n",
-                   chosen, row.pad_instance, row.port_name, enable);
-    return enable;
-}
 
 void make_control_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
     const OPIN_ROW &row = OPIN_TAB[index];

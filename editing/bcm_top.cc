@@ -50,7 +50,7 @@ void connect_tdo() {
     if (tied || driven)
         take_pin_for_tap(TAP_FP, -1, row->pad_instance, row->pad_input);
     connect_port(PORT_TDO);
-    const char *enable = TAP_TDO_EN_PIN == nullptr || row->pad == nullptr ? nullptr : bcm_enable(*row);
+    const char *enable = TAP_TDO_EN_PIN == nullptr ? nullptr : tdo_enable_pin();
     if (enable == nullptr)
         return;
     if (TAP_FLAG.tdo_en != -1)

@@ -35,17 +35,10 @@ void place_cell(EDIT_FILE *fp, int32_t row, const char *name, const SCAN_CELL *c
 /// Sets `order` to the last SCAN_TAB row.
 void set_order_to_last(int32_t row);
 
-/// A cell by its role, with the counter that it counts in.
-struct ROLE_CELL {
-    const SCAN_CELL *cell;
-    CELL_COUNTER counter;
-};
-/// The cell of the first role when that is declared, else of the second. Ends the run when neither is known.
-ROLE_CELL cell_of_roles(const char *first, CELL_COUNTER first_counter, const char *second,
-                        CELL_COUNTER second_counter, const OPIN_ROW &row);
-
+/// Warns of a pad whose far end on the core's side is a port.
+void warn_of_port_at_pad(const OPIN_ROW &row, int32_t node);
 /// The far end of pad pin or internal pin as an operand. A port there that belongs to the chip is warned of.
-EDIT_OPERAND far_operand_with_warning(OPIN_ROW &row, int32_t node);
+EDIT_OPERAND far_operand_with_warning(const OPIN_ROW &row, int32_t node);
 /// Joins the cell's data pin to the pad pin, through an inverter when the row is inverted.
 void connect_data_in(EDIT_FILE *fp, OPIN_ROW &row, const char *name, const char *data_in);
 
@@ -58,11 +51,5 @@ void mux_pin_step(EDIT_FILE *fp, OPIN_ROW &row, MUX_PIN which, const char *name,
 void mux_pin_step(EDIT_FILE *fp, OPIN_ROW &row, MUX_PIN which, const char *name,
                   const EDIT_OPERAND &cell_pin);
 
-/// The cell of an added pad, and its pins.
-struct ADDED_PAD {
-    const char *cell;
-    const char *input, *output;
-};
-/// The pad cell that the pin file names for the row's pin, else the default one.
-ADDED_PAD input_pad_cell(const OPIN_ROW &row);
-ADDED_PAD output_pad_cell(const OPIN_ROW &row);
+/// Frees a mode pin of the row's pad of the constant on it, with a warning.
+void free_pad_mode(EDIT_FILE *fp, const OPIN_ROW &row, int32_t mode);

@@ -5,7 +5,6 @@
 #include "editing/cell_routines.hh"
 #include "planning/planning.hh"
 #include "planning/tracing.hh"
-#include "planning/validation.hh"
 #include "support/console.hh"
 #include "support/run_state.hh"
 #include "support/text.hh"
@@ -85,20 +84,16 @@ void set_order_to_last(int32_t row) {
     OPIN_TAB[row].order = DYNA_count(SCAN_TAB) - 1;
 }
 
-ROLE_CELL cell_of_roles(const char *first, CELL_COUNTER first_counter, const char *second,
-                        CELL_COUNTER second_counter, const OPIN_ROW &row) {
-    const char *role = first != nullptr ? first : second;
-    const SCAN_CELL *cell = get_scan_cell(role);
-    if (cell == nullptr)
-        vmr_fail("ERROR: (%s) can't find the scan cells for port '%s' in %%SCAN_CELLS.\n\n",
-                 JTAG_BSC_FILE == nullptr ? "" : JTAG_BSC_FILE, row.port_name);
-    return {cell, first != nullptr ? first_counter : second_counter};
-}
-
-EDIT_OPERAND far_operand_with_warning(OPIN_ROW &row, int32_t node) {
-    if (!is_constant_net(node) && is_port_node(node) && PAD_MODULE_EXIST == 0)
+void warn_of_port_at_pad(const OPIN_ROW &row, int32_t node) {
+    if (!is_constant_net(node) && is_port_node(node))
         vmr_printf("WARNING: Input Pad '%s' connect to output port '%s' directly.\n\n", row.pad_instance,
                    node_pin_name(node));
+}
+
+EDIT_OPERAND far_operand_with_warning(const OPIN_ROW &row, int32_t node) {
+    // A port of a module below the top is the way to the core.
+    if (PAD_MODULE_EXIST == 0)
+        warn_of_port_at_pad(row, node);
     return node_operand(node);
 }
 
@@ -137,18 +132,13 @@ void mux_pin_step(EDIT_FILE *fp, OPIN_ROW &row, MUX_PIN which, const char *name,
     edit_connect(fp, cell_pin, pad_pin);
 }
 
-ADDED_PAD input_pad_cell(const OPIN_ROW &row) {
-    const char *own = PIN_TABLE[row.pin_index]->pad_name;
-    if (own == nullptr)
-        return {INPUT_BUFFER, INPUT_BUFFER_PINS.input, INPUT_BUFFER_PINS.output};
-    bs_check_input_buf_fields(own);
-    return {own, SPEC_INPUT_BUFFER_PINS.input, SPEC_INPUT_BUFFER_PINS.output};
-}
-
-ADDED_PAD output_pad_cell(const OPIN_ROW &row) {
-    const char *own = PIN_TABLE[row.pin_index]->pad_name;
-    if (own == nullptr)
-        return {OUTPUT_BUFFER, OUTPUT_BUFFER_PINS.input, OUTPUT_BUFFER_PINS.output};
-    bs_check_output_buf_fields(own);
-    return {own, SPEC_OUTPUT_BUFFER_PINS.input, SPEC_OUTPUT_BUFFER_PINS.output};
+void free_pad_mode(EDIT_FILE *fp, const OPIN_ROW &row, int32_t mode) {
+    int32_t net = row.mode_net[mode];
+    if (!is_constant_net(net))
+        return;
+    const char *pin = row.pad->*PAD_MODES[mode];
+    vmr_printf("WARNING: Pin %%MODE_%d of pad '%s'(%s) connected to %s.\n"
+               "         %%MODE_%d '%s' will be disconnected and reconnected to TAP.\n",
+               mode + 1, row.pad_instance, row.pad_class, net == 0 ? "GND" : "VCC", mode + 1, pin);
+    edit_disconnect(fp, pin_of(row.pad_instance, pin));
 }

@@ -53,7 +53,7 @@ EDIT_OPERAND enable_source(const OPIN_ROW &row, const char *enable, bool is_oe) 
     int32_t net = node_tab[node].net;
     if ((net_tab[net].flags & SUPPLY_NET_BITS) != 0)
         return design_net(net);
-    int32_t obj = SDB_nl_search_obj(row.pad_instance);
+    int32_t obj = SDB_instance_obj(row.pad_instance);
     while (node >= 0 && (node_tab[node].obj == obj || reads_its_net(node)))
         node = node_tab[node].next;
     // Readers alone drive nothing.

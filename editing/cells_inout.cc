@@ -1,6 +1,8 @@
 // Bidirectional ports with an input cell and an output cell.
 #include "description/lookups.hh"
+#include "editing/added_pads.hh"
 #include "editing/cell_routines.hh"
+#include "planning/cell_choice.hh"
 #include "planning/planning.hh"
 #include "planning/tracing.hh"
 #include "planning/validation.hh"
@@ -36,7 +38,8 @@ void add_on_pad(EDIT_FILE *fp, int32_t index, IN_OUT_PAIR &pair) {
         int32_t node = far_end_of_side(row, SIDE_OUTPUT, PAD_WORD_BIDIRECTIONAL);
         EDIT_OPERAND data_out = pin_of(pair.in_name, pair.in->data_out);
         cut_pin(fp, row.pad_instance, row.pad_output, data_out);
-        edit_connect(fp, data_out, far_operand_with_warning(row, node));
+        warn_of_port_at_pad(row, node);
+        edit_connect(fp, data_out, node_operand(node));
     }
     edit_connect(fp, pin_of(pair.in_name, pair.in->data_in), side_operand(row, SIDE_OUTPUT));
     end_side(row, SIDE_OUTPUT, saved);
@@ -79,17 +82,16 @@ bool node_reads(const OPIN_ROW &row, int32_t node) {
 }
 
 /// The control cell of an added pad: a constant enables the direction in which the core uses the port.
-void add_constant_control(EDIT_FILE *fp, int32_t index, const std::string &pad, const BUFFER_CELL *buffer,
+void add_constant_control(EDIT_FILE *fp, int32_t index, const EDIT_OPERAND &enable, bool is_low,
                           bool core_reads) {
     const OPIN_ROW &row = OPIN_TAB[index];
-    const SCAN_CELL *control = cell_of_roles(CONTROL_SCAN, COUNT_CONTROL, nullptr, COUNT_CONTROL, row).cell;
+    CHOSEN_CELL chosen = required_cell(row, declared_cell(COUNT_CONTROL));
+    const SCAN_CELL *control = chosen.cell;
     const char *name = add_scan_tab(control, index, false, true);
-    SCAN_COUNT[COUNT_CONTROL]++;
+    SCAN_COUNT[chosen.counter]++;
     edit_add_instance(fp, name, control->name);
-    bool is_low;
-    const char *enable = chosen_enable_pin(buffer, PIN_TABLE[row.pin_index], &is_low);
     edit_connect(fp, pin_of(name, control->data_in), is_low == core_reads ? constant_one() : constant_zero());
-    edit_connect(fp, pin_of(name, control->data_out), pin_of(pad, enable));
+    edit_connect(fp, pin_of(name, control->data_out), enable);
 }
 
 void add_with_new_pad(EDIT_FILE *fp, int32_t index, IN_OUT_PAIR &pair) {
@@ -110,7 +112,10 @@ void add_with_new_pad(EDIT_FILE *fp, int32_t index, IN_OUT_PAIR &pair) {
         pair.in->data_out != nullptr ? pin_of(pair.in_name, pair.in->data_out) : pad_output;
     EDIT_OPERAND out_data_in = pin_of(pair.out_name, pair.out->data_in);
 
+    bool is_low;
+    const char *enable = chosen_enable_pin(buffer, PIN_TABLE[row.pin_index], &is_low);
     edit_add_instance(fp, pad, pad_cell);
+    note_added_pad(pad_cell, {buffer->inout, buffer->input, buffer->output, enable});
     cut_port(fp, row, core_reads ? data_out : out_data_in);
     edit_connect(fp, pin_of(pad, buffer->inout), port_net(row.port_name));
     edit_add_instance(fp, pair.in_name, pair.in->name);
@@ -121,18 +126,16 @@ void add_with_new_pad(EDIT_FILE *fp, int32_t index, IN_OUT_PAIR &pair) {
     edit_connect(fp, pad_output, pin_of(pair.in_name, pair.in->data_in));
     edit_connect(fp, pin_of(pair.out_name, pair.out->data_out), pin_of(pad, buffer->input));
     edit_connect(fp, out_data_in, core_reads ? constant_one() : far);
-    add_constant_control(fp, index, pad, buffer, core_reads);
+    add_constant_control(fp, index, pin_of(pad, enable), is_low, core_reads);
 }
 
 } // namespace
 
 const char *add_in_out_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
     const OPIN_ROW &row = OPIN_TAB[index];
-    ROLE_CELL in = cell_of_roles(INPUT_SCAN, COUNT_INPUT, CLOCK_SCAN, COUNT_CLOCK, row);
-    ROLE_CELL out = cell_of_roles(OUTPUT_SCAN, COUNT_OUTPUT, nullptr, COUNT_OUTPUT, row);
-    SCAN_COUNT[in.counter]++;
-    SCAN_COUNT[out.counter]++;
-    IN_OUT_PAIR pair = {in.cell, out.cell, nullptr, nullptr};
+    SCAN_COUNT[row.input_cell.counter]++;
+    SCAN_COUNT[row.counter]++;
+    IN_OUT_PAIR pair = {row.input_cell.cell, row.scan_cell, nullptr, nullptr};
     if (row.pad_instance != nullptr)
         add_on_pad(fp, index, pair);
     else if (option(OPT_ADD_PAD))

@@ -1,4 +1,5 @@
 // Input and clock cells.
+#include "editing/added_pads.hh"
 #include "editing/cell_routines.hh"
 #include "planning/cell_choice.hh"
 #include "planning/planning.hh"
@@ -27,6 +28,7 @@ void add_behind_new_pad(EDIT_FILE *fp, OPIN_ROW &row, const char *name) {
     const char *data_out = row.scan_cell->data_out;
     EDIT_OPERAND source = pin_of(instance, pad.output);
     edit_add_instance(fp, instance, pad.cell);
+    note_added_pad(pad.cell, {pad.input, pad.output});
     EDIT_OPERAND far = port_far_operand(row);
     // The inverter of an added pad takes the pad's number.
     std::string inverter = format_text("B_PAD_INV%d", ADD_BUF_COUNT - 1);
@@ -59,7 +61,7 @@ void add_behind_port(EDIT_FILE *fp, const OPIN_ROW &row, const char *name) {
 
 const char *add_input_clock_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
     OPIN_ROW &row = OPIN_TAB[index];
-    SCAN_COUNT[counter_of_row(row)]++;
+    SCAN_COUNT[row.counter]++;
     const char *name = add_scan_tab(row.scan_cell, index, false, false);
     if (is_bs_buffer(row.pad))
         return name;

@@ -13,19 +13,17 @@ struct MUX_PAIR {
     const char *in_name, *out_name;
 };
 
-MUX_PAIR place_mux_pair(EDIT_FILE *fp, int32_t index, const ROLE_CELL &in, bool mux_is_input) {
+MUX_PAIR place_mux_pair(EDIT_FILE *fp, int32_t index, bool mux_is_input) {
     OPIN_ROW &row = OPIN_TAB[index];
-    const SCAN_CELL *out =
-        cell_of_roles(OUTPUT_MUX_SCAN, COUNT_OUTPUT_MUX, nullptr, COUNT_OUTPUT_MUX, row).cell;
-    MUX_PAIR pair = {in.cell, out, nullptr, nullptr};
-    pair.out_name = add_scan_tab(out, index, !mux_is_input, false);
-    pair.in_name = add_scan_tab(in.cell, index, mux_is_input, false);
-    SCAN_COUNT[COUNT_OUTPUT_MUX]++;
-    SCAN_COUNT[in.counter]++;
+    MUX_PAIR pair = {row.input_cell.cell, row.scan_cell, nullptr, nullptr};
+    pair.out_name = add_scan_tab(pair.out, index, !mux_is_input, false);
+    pair.in_name = add_scan_tab(pair.in, index, mux_is_input, false);
+    SCAN_COUNT[row.counter]++;
+    SCAN_COUNT[row.input_cell.counter]++;
     set_order_to_last(index);
     row.scan_cell_name = keep_format("%s,%s", pair.out_name, pair.in_name);
-    edit_add_instance(fp, pair.out_name, out->name);
-    edit_add_instance(fp, pair.in_name, in.cell->name);
+    edit_add_instance(fp, pair.out_name, pair.out->name);
+    edit_add_instance(fp, pair.in_name, pair.in->name);
     return pair;
 }
 
@@ -40,7 +38,7 @@ void connect_pair_data(EDIT_FILE *fp, OPIN_ROW &row, const MUX_PAIR &pair) {
 
 const char *add_mux_input_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
     OPIN_ROW &row = OPIN_TAB[index];
-    SCAN_COUNT[counter_of_row(row)]++;
+    SCAN_COUNT[row.counter]++;
     const char *name = add_scan_tab(row.scan_cell, index, true, false);
     place_cell(fp, index, name, row.scan_cell);
     mux_pin_step(fp, row, MUX_IN2, name, row.scan_cell->update_dr_out);
@@ -50,7 +48,7 @@ const char *add_mux_input_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
 
 const char *add_mux_output_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
     OPIN_ROW &row = OPIN_TAB[index];
-    SCAN_COUNT[counter_of_row(row)]++;
+    SCAN_COUNT[row.counter]++;
     const char *name = add_scan_tab(row.scan_cell, index, true, false);
     place_cell(fp, index, name, row.scan_cell);
     mux_pin_step(fp, row, MUX_IN1, name, row.scan_cell->update_dr_out);
@@ -62,7 +60,7 @@ const char *add_mux_output_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
 const char *add_mux_bidi_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
     OPIN_ROW &row = OPIN_TAB[index];
     const SCAN_CELL *cell = row.scan_cell;
-    SCAN_COUNT[counter_of_row(row)]++;
+    SCAN_COUNT[row.counter]++;
     const char *name = add_scan_tab(cell, index, true, false);
     place_cell(fp, index, name, cell);
     if (cell->sys_in != nullptr) {
@@ -82,16 +80,14 @@ const char *add_mux_bidi_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
 
 const char *add_mux1_in_out_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
     OPIN_ROW &row = OPIN_TAB[index];
-    ROLE_CELL in = cell_of_roles(INPUT_SCAN, COUNT_INPUT, CLOCK_SCAN, COUNT_CLOCK, row);
-    MUX_PAIR pair = place_mux_pair(fp, index, in, true);
+    MUX_PAIR pair = place_mux_pair(fp, index, true);
     connect_pair_data(fp, row, pair);
     return pair.out_name;
 }
 
 const char *add_mux2_in_out_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
     OPIN_ROW &row = OPIN_TAB[index];
-    ROLE_CELL in = cell_of_roles(INPUT_MUX_SCAN, COUNT_INPUT_MUX, CLOCK_MUX_SCAN, COUNT_CLOCK_MUX, row);
-    MUX_PAIR pair = place_mux_pair(fp, index, in, false);
+    MUX_PAIR pair = place_mux_pair(fp, index, false);
     if (pair.in->update_dr_out != nullptr)
         mux_pin_step(fp, row, MUX_IN2, pair.in_name, pair.in->update_dr_out);
     connect_pair_data(fp, row, pair);

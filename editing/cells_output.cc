@@ -1,5 +1,6 @@
 // Output cells, bidirectional cells and cells in the core.
 #include "description/lookups.hh"
+#include "editing/added_pads.hh"
 #include "editing/cell_routines.hh"
 #include "planning/cell_choice.hh"
 #include "planning/planning.hh"
@@ -29,13 +30,14 @@ void cut_pad_input(EDIT_FILE *fp, OPIN_ROW &row, const char *name, PAD_WORD word
 }
 
 /// A two-state output on a pad with an enable: the pad drives always.
-void enable_added_pad(EDIT_FILE *fp, const OPIN_ROW &row, const char *cell) {
-    const BUFFER_CELL *buffer = get_buffer(cell);
+void enable_added_pad(EDIT_FILE *fp, const OPIN_ROW &row, const ADDED_PAD &pad) {
+    const BUFFER_CELL *buffer = get_buffer(pad.cell);
     bool is_low = false;
     const char *enable =
         buffer == nullptr ? nullptr : chosen_enable_pin(buffer, PIN_TABLE[row.pin_index], &is_low);
     if (enable != nullptr)
         edit_connect(fp, pin_of(row.pad_instance, enable), is_low ? constant_zero() : constant_one());
+    note_added_pad(pad.cell, {pad.input, pad.output, enable});
 }
 
 /// Between the core and the port, with a pad of its own when one is to be added.
@@ -52,7 +54,7 @@ void add_at_port(EDIT_FILE *fp, OPIN_ROW &row, const char *name) {
         row.pad_instance = instance;
         row.pad_input = pad.input;
         driven = side_operand(row, SIDE_INPUT);
-        enable_added_pad(fp, row, pad.cell);
+        enable_added_pad(fp, row, pad);
     } else {
         cut_port(fp, row, data_in);
     }
@@ -64,7 +66,7 @@ void add_at_port(EDIT_FILE *fp, OPIN_ROW &row, const char *name) {
 
 const char *add_output_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
     OPIN_ROW &row = OPIN_TAB[index];
-    SCAN_COUNT[counter_of_row(row)]++;
+    SCAN_COUNT[row.counter]++;
     const char *name = add_scan_tab(row.scan_cell, index, false, false);
     if (is_bs_buffer(row.pad)) {
         // The cell is the pad.
@@ -86,7 +88,7 @@ const char *add_bidi_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
     const char *name = add_scan_tab(cell, index, false, false);
     if (is_bs_buffer(row.pad))
         return name;
-    SCAN_COUNT[counter_of_row(row)]++;
+    SCAN_COUNT[row.counter]++;
     place_cell(fp, index, name, cell);
     cut_pad_input(fp, row, name, PAD_WORD_BIDIRECTIONAL, false);
 
@@ -105,7 +107,7 @@ const char *add_bidi_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
 const char *add_internal_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
     OPIN_ROW &row = OPIN_TAB[index];
     const SCAN_CELL *cell = row.scan_cell;
-    SCAN_COUNT[counter_of_row(row)]++;
+    SCAN_COUNT[row.counter]++;
     const char *name = add_scan_tab(cell, index, false, false);
     place_cell(fp, index, name, cell);
     PAD_SIDE side = row.pad_output != nullptr ? SIDE_OUTPUT : SIDE_INPUT;

@@ -3,11 +3,7 @@
 #include "sdb/navigation.hh"
 #include "support/console.hh"
 #include "support/run_state.hh"
-#include "support/shell.hh"
-
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
+#include "support/whole_file.hh"
 
 EDIT_FILE *TAP_FP = nullptr;
 EDIT_FILE *PAD_FP = nullptr;
@@ -71,20 +67,8 @@ std::string operand_text(const EDIT_OPERAND &operand) {
     return operand.name;
 }
 
-bool can_create_file(const std::string &path) {
-    struct stat status;
-    bool existed = lstat(path.c_str(), &status) == 0;
-    int descriptor = open(path.c_str(), O_WRONLY | O_CREAT | O_NONBLOCK, 0666);
-    if (descriptor < 0)
-        return false;
-    close(descriptor);
-    if (!existed)
-        unlink(path.c_str());
-    return true;
-}
-
 EDIT_FILE *edit_begin_file(const std::string &path, const std::string &module, bool with_path) {
-    if (!can_create_file(path))
+    if (!can_write_file(path))
         return nullptr;
     auto *file = new EDIT_FILE{path, {}};
     check_word(file, module);

@@ -69,6 +69,3 @@ void edit_disconnect(EDIT_FILE *file, const EDIT_OPERAND &operand, EDIT_BLANKS b
 void edit_connect(EDIT_FILE *file, const EDIT_OPERAND &a, const EDIT_OPERAND &b,
                   EDIT_BLANKS blanks = EDIT_PLAIN);
 void edit_replace(EDIT_FILE *file, const char *instance, const std::string &module);
-
-/// True when a file can be created or overwritten at `path`.
-bool can_create_file(const std::string &path);

@@ -17,12 +17,12 @@ void free_pin(EDIT_FILE *fp, int32_t net, const char *pin) {
 }
 
 void lift(EDIT_FILE *fp, const char *inst, const char *pin, EDIT_PORT direction) {
-    edit_add_port(fp, pin, direction);
+    add_new_port(fp, pin, direction);
     edit_connect(fp, pin_of(inst, pin), port_net(pin));
 }
 
 bool run_wires_port(STANDARD_PORT port) {
-    // Without a pad module the wires of the standard ports are the design's own affair.
+    // Without a pad module, and with several, the wires of the standard ports are the design's own affair.
     return PAD_MODULE_EXIST != 0 && port_is_used(port) && TAP_PORT[port].row != nullptr &&
            !design_wires_port(port);
 }
@@ -50,10 +50,11 @@ bool design_wires_port(STANDARD_PORT port) {
 
 void warn_of_unwired_ports() {
     for (STANDARD_PORT port : PORT_ORDER)
-        if (port_is_used(port) && TAP_PORT[port].tap_pin != nullptr && TAP_PORT[port].tap_net == nullptr)
+        if (port_is_used(port) && TAP_PORT[port].tap_pin != nullptr && TAP_PORT[port].tap_net == nullptr &&
+            !run_wires_port(port))
             vmr_printf("WARNING: Pin '%s' of TAP '%s' is not connected in the design.\n"
                        "         It won't be connected to port '%s'.\n",
-                       TAP_PORT[port].tap_pin, TAP_INSTANCE_NAME, chip_port_name(port));
+                       TAP_PORT[port].tap_pin, org_tap_instance_nameG, chip_port_name(port));
 }
 
 void free_existing_tap(EDIT_FILE *fp) {

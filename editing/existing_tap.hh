@@ -15,7 +15,7 @@ void warn_of_unwired_ports();
 /// that the TAP stands in.
 void free_existing_tap(EDIT_FILE *fp);
 
-/// Gives the edited module a port for each signal between `inst`, which is the TAP or leads to it, and what
-/// lies outside, and joins both: the signals of the cells, the ends of the chain, and the standard ports that
-/// the design does not wire.
+/// Gives the edited module, whose SDB is open, a port for each signal between `inst`, which is the TAP or
+/// leads to it, and what lies outside, and joins both: the signals of the cells, the ends of the chain, and
+/// the standard ports that the design does not wire.
 void lift_existing_tap_ports(EDIT_FILE *fp, const char *inst);

@@ -1,6 +1,7 @@
 // The drivers: planning, emission of the cells, wiring, and the runs of the tools.
 #include "editing/insertion.hh"
 
+#include "editing/added_pads.hh"
 #include "editing/bcm_flow.hh"
 #include "editing/cells.hh"
 #include "editing/multi_modules.hh"
@@ -113,16 +114,17 @@ void add_scan_cell() {
 void add_boundary_scan_chain() {
     init_multi_io_tables();
     add_scan_cell();
-    HIGHZ_CNT = 0;
     if (multi_io_module_flagG != 0) {
         set_hier_common_net(0, MULTI_IO_HIER.children);
         connect_scan_cell_for_multi_io();
         hier_replace_io_module(0, MULTI_IO_HIER.children);
+        warn_of_open_pad_pins();
         hier_do_kalmedit(0, MULTI_IO_HIER.children);
         print_closing_lines();
     } else {
         built_bus_balance_group_tab_for_control_signal();
         connect_scan_cell_in_cmd(PAD_MODULE_EXIST != 0 ? PAD_FP : TAP_FP);
+        warn_of_open_pad_pins();
         do_kalmedit();
     }
     print_report();

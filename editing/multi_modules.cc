@@ -8,7 +8,6 @@
 #include "planning/tracing.hh"
 #include "sdb/sdb.hh"
 #include "support/console.hh"
-#include "support/fnm.hh"
 #include "support/run_state.hh"
 #include "support/text.hh"
 
@@ -18,12 +17,9 @@ std::vector<IO_MODULE> IO_MODULES;
 
 namespace {
 
-/// A design given with its directory has its modules there too.
 const char *find_module(const char *class_name) {
     std::string file = format_text("%s.sdb", class_name);
-    const char *found = PATH == nullptr || *PATH == '\0' ? nullptr : FNM_find_input(PATH + file);
-    if (found == nullptr)
-        found = FNM_find_input(file);
+    const char *found = find_design_file(file);
     if (found == nullptr)
         console_fail("ERROR: Can not find \"%s\" file.\n\n", file.c_str());
     return keep_text(found);
@@ -58,6 +54,7 @@ void begin_top() {
     TAP_FP = IO_MODULES[0].file;
     if (!option(OPT_ADD_TAP)) {
         free_existing_tap(TAP_FP);
+        warn_of_unwired_ports();
         return;
     }
     edit_add_instance(TAP_FP, TAP_INSTANCE_NAME, TAP_MODULE_NAME);
@@ -70,7 +67,7 @@ void count_further_needs() {
         std::vector<int32_t> &need = IO_MODULES[row.io_module].extra_need;
         need.resize(std::max<size_t>(need.size(), DYNA_count(row.extra_pins)));
         for (int32_t i = 0; i < DYNA_count(row.extra_pins); i++)
-            need[i]++;
+            need[i] += row.extra_pins[i] != nullptr ? 1 : 0;
     }
     for (const auto &[module, group] : emission.highz_buffers)
         IO_MODULES[std::max(module, 0)].highz_buffer = true;

@@ -105,8 +105,6 @@ SIGNAL_PLACE search_port(STANDARD_PORT port, OPIN_ROW &row) {
     SIGNAL_PLACE place = {row.pad_instance, row_pin(row, port)};
     SIGNAL signal = {row.port_name, TAP_WORDS[port], keep_text(tap_port_name(port)), port == PORT_TDO};
     bool is_new = lead_up(row, place, signal);
-    if (is_new)
-        row.mode_net[0] = 1;
     if (port == PORT_TDO)
         tdo_data = {place, !is_new && take_in_top(place, TAP_FLAG.tdo)};
     return place;
@@ -120,8 +118,6 @@ void search_tdo_enable(OPIN_ROW &row) {
     SIGNAL_PLACE place = {row.pad_instance, enable};
     bool in_module = DYNA_count(row.hier_classes) > 0;
     bool is_new = lead_up(row, place, {row.port_name, TAP_WORDS[PORT_TDO], TAP_TDO_EN_PIN, true});
-    if (is_new)
-        row.mode_net[1] = 1;
     // A pad in the top has been looked at by planning.
     bool cut = !is_new && (in_module ? take_in_top(place, TAP_FLAG.tdo_en) : TAP_FLAG.tdo_en != -1);
     if (cut && !in_module)

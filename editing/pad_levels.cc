@@ -8,7 +8,6 @@
 #include "planning/tracing.hh"
 #include "sdb/navigation.hh"
 #include "support/console.hh"
-#include "support/fnm.hh"
 #include "support/run_state.hh"
 #include "support/text.hh"
 
@@ -73,26 +72,19 @@ bool has_enable_port(int32_t level) {
 
 // ---- the `add` lines of a level
 
-/// A new port of the level's module, whose SDB is open. A name that is taken can't be given again.
-void add_port(const PAD_LEVEL &level, const char *name, EDIT_PORT direction) {
-    if (SDB_nl_search_port(name) >= 0)
-        fail_taken_port(level.module, name);
-    edit_add_port(PAD_FP, name, direction);
-}
-
 void add_control_ports(const PAD_LEVEL &level) {
     for (STANDARD_PORT port : PORT_ORDER)
         if (port_exists(port) && TAP_PORT[port].row != nullptr &&
             has_tap_port(PORT_ROUTES[port], level.number))
-            add_port(level, tap_port_name(port).c_str(), port == PORT_TDO ? EDIT_INPUT : EDIT_OUTPUT);
+            add_new_port(PAD_FP, tap_port_name(port).c_str(), port == PORT_TDO ? EDIT_INPUT : EDIT_OUTPUT);
     for (const char *pin : crossing_signals())
-        add_port(level, pin, EDIT_INPUT);
-    add_port(level, "chain_in", EDIT_INPUT);
-    add_port(level, "chain_out", EDIT_OUTPUT);
+        add_new_port(PAD_FP, pin, EDIT_INPUT);
+    add_new_port(PAD_FP, "chain_in", EDIT_INPUT);
+    add_new_port(PAD_FP, "chain_out", EDIT_OUTPUT);
     if (option(OPT_SYNCH))
-        add_port(level, BCELL_TCK, EDIT_INPUT);
+        add_new_port(PAD_FP, BCELL_TCK, EDIT_INPUT);
     if (has_enable_port(level.number))
-        add_port(level, TAP_TDO_EN_PIN, EDIT_INPUT);
+        add_new_port(PAD_FP, TAP_TDO_EN_PIN, EDIT_INPUT);
 }
 
 /// The TAP stands in this module or below it: the standard ports enter from above.
@@ -100,10 +92,10 @@ void add_entering_ports(const PAD_LEVEL &level) {
     for (STANDARD_PORT port : PORT_ORDER) {
         if (!port_exists(port) || !comes_from_above(PORT_ROUTES[port], level))
             continue;
-        add_port(level, tap_pin(port), port == PORT_TDO ? EDIT_OUTPUT : EDIT_INPUT);
+        add_new_port(PAD_FP, tap_pin(port), port == PORT_TDO ? EDIT_OUTPUT : EDIT_INPUT);
         // The TAP drives its TDO enable, so this signal leaves.
         if (port == PORT_TDO && tdo_enable_exists())
-            add_port(level, TAP_TDO_EN_PIN, EDIT_OUTPUT);
+            add_new_port(PAD_FP, TAP_TDO_EN_PIN, EDIT_OUTPUT);
     }
 }
 
@@ -129,10 +121,9 @@ bool needs_library_path() {
 }
 
 const char *open_and_modify_hierarchy_sdb(const PAD_LEVEL &level) {
-    std::string file = format_text("%s%s.sdb", PATH, level.module);
-    const char *found = FNM_find_input(file);
+    const char *found = find_design_file(format_text("%s.sdb", level.module));
     if (found == nullptr)
-        console_fail("ERROR: Can't find file %s.\n\n", file.c_str());
+        console_fail("ERROR: Can't find file %s%s.sdb.\n\n", PATH, level.module);
     std::string edited = std::string(level.module) + "_bs";
     if (copy_file(found, edited + ".sdb") != 0)
         vmr_fail("\nERROR: can't copy file '%s' to file '%s/%s.sdb'.\n       Perhaps permission deny ...\n\n",

@@ -88,7 +88,7 @@ EDIT_OPERAND side_operand(OPIN_ROW &row, PAD_SIDE side) {
 }
 
 int32_t far_end(const char *instance, const char *pin, int32_t direction) {
-    int32_t obj = SDB_nl_search_obj(instance);
+    int32_t obj = SDB_instance_obj(instance);
     if (obj < 0 || pin == nullptr)
         return -1;
     int32_t net = search_inet_connected_to_obj(obj, pin, direction);
@@ -148,7 +148,7 @@ SAVED_SIDE begin_side(OPIN_ROW &row, PAD_SIDE side, PAD_WORD word) {
     const char *class_name = object_class_name(obj);
     if (!trans_buffer(class_name))
         return saved;
-    if (!joins_only(node, obj, SDB_nl_search_obj(row.pad_instance))) {
+    if (!joins_only(node, obj, SDB_instance_obj(row.pad_instance))) {
         vmr_printf("WARNING: transparent buffer '%s' shares its net at pad '%s' with other pins.\n"
                    "         Boundary scan cell of port '%s' will be inserted next to the pad.\n\n",
                    shown(SDB_obj_name(sdb, obj)), shown(row.pad_instance), shown(row.port_name));

@@ -4,7 +4,6 @@
 #include "planning/tracing.hh"
 #include "sdb/navigation.hh"
 #include "support/console.hh"
-#include "support/fnm.hh"
 #include "support/run_state.hh"
 #include "support/text.hh"
 
@@ -21,10 +20,9 @@ constexpr STANDARD_PORT SEARCH_ORDER[] = {PORT_TDI, PORT_TMS, PORT_TCK, PORT_TDO
 /// Opens the SDB of a module and returns the handle that was current before.
 SDB_HANDLE *open_module(const char *class_name) {
     SDB_HANDLE *before = sdb;
-    std::string file = std::string(PATH) + class_name + ".sdb";
-    const char *found = FNM_find_input(file);
+    const char *found = find_design_file(format_text("%s.sdb", class_name));
     if (found == nullptr)
-        console_fail("ERROR: Can't find file %s.\n\n", file.c_str());
+        console_fail("ERROR: Can't find file %s%s.sdb.\n\n", PATH, class_name);
     open_sdb_file(found);
     return before;
 }
@@ -272,14 +270,10 @@ void bs_search_standard_ports(int32_t index) {
             continue;
         row->pad_instance = place[port].instance;
         row_pin(*row, port) = place[port].pin;
-        if (PORT_ROUTES[port].stop >= 0)
-            row->mode_net[0] = 1;
     }
     if (enable.pin != nullptr)
         TDO_EN_ROUTE.top = enable;
     look_at_tdo_in_top(levels);
-    if (TDO_EN_ROUTE.stop >= 0)
-        TAP_PORT[PORT_TDO].row->mode_net[1] = 1;
-    else if (TDO_EN_ROUTE.start < levels && enable.pin != nullptr)
+    if (TDO_EN_ROUTE.stop < 0 && TDO_EN_ROUTE.start < levels && enable.pin != nullptr)
         TAP_PORT[PORT_TDO].row->pad_output = enable.pin;
 }

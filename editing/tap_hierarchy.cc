@@ -7,7 +7,6 @@
 #include "planning/tracing.hh"
 #include "sdb/navigation.hh"
 #include "support/console.hh"
-#include "support/fnm.hh"
 #include "support/run_state.hh"
 #include "support/text.hh"
 
@@ -15,7 +14,7 @@ namespace {
 
 const char *found_module_file(const char *module) {
     std::string file = std::string(module) + ".sdb";
-    const char *found = FNM_find_input(file);
+    const char *found = find_design_file(file);
     if (found == nullptr)
         console_fail("ERROR: Can not find \"%s\" file.\n\n", file.c_str());
     return found;
@@ -45,10 +44,12 @@ void write_path_file(int32_t level, bool holds_tap) {
     } else {
         free_existing_tap(fp);
     }
+    open_sdb_file(found_module_file(path[level].module));
     if (option(OPT_ADD_TAP))
         rwv_added_tap_ctrl_ports_into_parent(fp, TAP_INSTANCE_NAME);
     else
         lift_existing_tap_ports(fp, TAP_INSTANCE_NAME);
+    close_sdb_file();
     edit_end_file(fp);
 }
 
@@ -71,7 +72,7 @@ void rwv_hier_find_tap_instance() {
     for (int32_t i = 0; i < DYNA_count(path) - 1; i++) {
         const char *parent = i == 0 ? TOP_MODULE : path[i - 1].module;
         open_sdb_file(found_module_file(parent));
-        int32_t obj = SDB_nl_search_obj(path[i].inst);
+        int32_t obj = SDB_instance_obj(path[i].inst);
         if (obj < 0)
             vmr_fail("ERROR: can not find the instance %s in %s.sdb file.\n", path[i].inst, parent);
         path[i].module = keep_text(object_class_name(obj));
@@ -101,7 +102,7 @@ void rwv_added_tap_ctrl_ports_into_parent(EDIT_FILE *fp, const char *inst) {
                                                     {5, EDIT_OUTPUT}};
     for (const PORT_GROUP &group : groups)
         for (const char *name : rows(rwv_hier_tap_port_tabG[group.table])) {
-            edit_add_port(fp, name, group.direction);
+            add_new_port(fp, name, group.direction);
             edit_connect(fp, pin_of(inst, name), port_net(name));
         }
 }

@@ -19,6 +19,6 @@ void rwv_hier_find_tap_instance();
 /// ports.
 void rwv_hier_replace_tap_instance(int32_t first);
 
-/// Adds a port for each port of the TAP to the edited module and joins it to the pin of `inst` with the same
-/// name.
+/// Adds a port for each port of the TAP to the edited module, whose SDB is open, and joins it to the pin of
+/// `inst` with the same name.
 void rwv_added_tap_ctrl_ports_into_parent(EDIT_FILE *fp, const char *inst);

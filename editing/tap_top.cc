@@ -1,6 +1,7 @@
 #include "editing/tap_top.hh"
 
 #include "description/lookups.hh"
+#include "editing/added_pads.hh"
 #include "editing/cell_routines.hh"
 #include "editing/existing_tap.hh"
 #include "editing/tap_place.hh"
@@ -8,6 +9,7 @@
 #include "planning/validation.hh"
 #include "sdb/navigation.hh"
 #include "support/console.hh"
+#include "support/fnm.hh"
 #include "support/run_state.hh"
 #include "support/shell.hh"
 #include "support/text.hh"
@@ -73,16 +75,18 @@ ADDED_TAP_PAD added_tap_pad(STANDARD_PORT port) {
 }
 
 /// The enable of an added TDO pad: driven by the TAP, else tied so that the pad drives.
-void connect_added_tdo_enable(const ADDED_TAP_PAD &added) {
-    const BUFFER_CELL *buffer = get_buffer(added.pad.cell);
-    bool is_low = false;
-    const char *enable = buffer == nullptr ? nullptr : chosen_enable_pin(buffer, added.pin, &is_low);
+void connect_added_tdo_enable(const ADDED_TAP_PAD &added, const char *enable, bool is_low) {
     if (TAP_TDO_EN_PIN != nullptr && enable == nullptr)
         vmr_printf("WARNING: TDO pin use 2-output PAD.\n");
     else if (TAP_TDO_EN_PIN != nullptr)
         connect_to_tap({added.instance, enable}, TAP_TDO_EN_PIN, TDO_EN_ROUTE.top);
     else if (enable != nullptr)
         edit_connect(TAP_FP, pin_of(added.instance, enable), is_low ? constant_zero() : constant_one());
+}
+
+const char *enable_of_added_pad(const ADDED_TAP_PAD &added, bool &is_low) {
+    const BUFFER_CELL *buffer = get_buffer(added.pad.cell);
+    return buffer == nullptr ? nullptr : chosen_enable_pin(buffer, added.pin, &is_low);
 }
 
 /// The TDO port stands in the design, and the cells stand in the top module.
@@ -158,8 +162,11 @@ void add_standard_port(STANDARD_PORT port) {
     edit_add_instance(TAP_FP, added.instance, added.pad.cell);
     edit_connect(TAP_FP, pin_of(added.instance, chip_pin), port_net(name));
     connect_to_tap({added.instance, core_pin}, tap_pin, PORT_ROUTES[port].top);
+    bool is_low = false;
+    const char *enable = port == PORT_TDO ? enable_of_added_pad(added, is_low) : nullptr;
+    note_added_pad(added.pad.cell, {added.pad.input, added.pad.output, enable});
     if (port == PORT_TDO)
-        connect_added_tdo_enable(added);
+        connect_added_tdo_enable(added, enable, is_low);
 }
 
 bool signal_is_used(CONTROL_SIGNAL signal) {
@@ -192,6 +199,12 @@ void fail_taken_port(const char *module, const char *port) {
     vmr_fail("ERROR: module '%s' has a port '%s' already, so that the signal of that name\n"
              "       can't be led into it. Please rename the port of the module or the pin of the TAP.\n\n",
              module, port);
+}
+
+void add_new_port(EDIT_FILE *fp, const char *name, EDIT_PORT direction) {
+    if (SDB_nl_search_port(name) >= 0)
+        fail_taken_port(FNM_break(sdb->path.c_str(), "b").c_str(), name);
+    edit_add_port(fp, name, direction);
 }
 
 std::vector<const char *> crossing_signals() {
@@ -241,6 +254,6 @@ void open_and_modify_top_sdb() {
         free_existing_tap(TAP_FP);
     else
         replace_tap_path();
-    if (!option(OPT_ADD_TAP) && PAD_MODULE_EXIST == 0)
+    if (!option(OPT_ADD_TAP))
         warn_of_unwired_ports();
 }

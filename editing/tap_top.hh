@@ -26,6 +26,9 @@ const char *pin_in_use(CONTROL_SIGNAL signal);
 void add_crossing_pin(std::vector<const char *> &pins, const char *pin);
 /// Ends the run: a signal is to enter the module by a port whose name is taken.
 [[noreturn]] void fail_taken_port(const char *module, const char *port);
+/// Adds a port to the module whose SDB is open and whose file is `fp`. A port of that name in the module ends
+/// the run.
+void add_new_port(EDIT_FILE *fp, const char *name, EDIT_PORT direction);
 /// Signals that a module with cells gets from outside, by the TAP pins' names, in the order of their lines:
 /// the control signals that are in use and the extra pins, each name once.
 std::vector<const char *> crossing_signals();

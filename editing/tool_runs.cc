@@ -5,10 +5,13 @@
 #include "planning/port_table.hh"
 #include "planning/tap_state.hh"
 #include "support/console.hh"
-#include "support/fnm.hh"
 #include "support/run_state.hh"
 #include "support/shell.hh"
 #include "support/text.hh"
+#include "support/whole_file.hh"
+
+#include <fstream>
+#include <string_view>
 
 namespace {
 
@@ -30,7 +33,7 @@ void move_to_library(const std::string &module) {
 
 /// Copies the side file `<module><ext>` of a module, where there is one, under the edited module's name.
 void copy_side_file(const char *module, const std::string &edited, const char *ext) {
-    const char *found = FNM_find_input(std::string(module) + ext);
+    const char *found = find_design_file(std::string(module) + ext);
     if (found != nullptr && copy_file(found, in_library(edited + ext)) != 0)
         end_run();
 }
@@ -51,6 +54,27 @@ std::string netlist_command(const char *extension) {
                shell_word(RIMWEAVE_OPATH) + " > bs_kalmlist.log";
     return "kalmlist -verilog -hierarchy -o " + netlist + " " + shell_word("rimweave_lib/" + design) +
            " > bs_kalmlist.log";
+}
+
+/// `<design>.f` beside the netlist: the files that the run wrote, for a simulator's -f. The TAP comes first,
+/// since a netlist may set `default_nettype none, which would hold for all that is read behind it. A file of
+/// that name that the user has made stays.
+void write_file_list(const char *extension) {
+    constexpr std::string_view head = "// What rimweave has written, in the order to compile it.\n";
+    std::string design = format_text("%s/%s", OPATH, TOP_MODULE);
+    std::string first(head.size(), '\0');
+    std::ifstream old(design + ".f");
+    if (old.is_open() && (!old.read(first.data(), head.size()) || first != head)) {
+        vmr_printf("WARNING: file '%s.f' is none that rimweave has written. It stays as it is.\n\n",
+                   design.c_str());
+        return;
+    }
+    std::string list(head);
+    if (option(OPT_ADD_TAP))
+        list += (option(OPT_OPATH) ? design : std::string(TOP_MODULE)) + "_TAP." + extension + "\n";
+    list += design + "_jtag." + extension + "\n";
+    if (!write_text_file(design + ".f", list))
+        vmr_fail("ERROR: can't open file '%s.f'.\n\n", design.c_str());
 }
 
 } // namespace
@@ -101,6 +125,7 @@ void bs_get_and_expand_netlist_with_jtag() {
     vmr_printf("    .Modified netlist file was stored in file %s/%s_jtag.%s.\n", OPATH, TOP_MODULE,
                extension);
     run_shell("rm -f bs_kalmlist.log");
+    write_file_list(extension);
     vmr_printf("    .Expanding modified netlist ...\n\n");
     std::string design = shell_word(format_text("rimweave_lib/%s_jtag", TOP_MODULE));
     if (run_shell("kalmflat -cellonly -keepempty " + design + " -opath " + shell_word(OPATH) +

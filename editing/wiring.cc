@@ -2,6 +2,7 @@
 
 #include "description/lookups.hh"
 #include "editing/buffer_trees.hh"
+#include "editing/cell_routines.hh"
 #include "editing/tap_place.hh"
 #include "support/console.hh"
 #include "support/run_state.hh"
@@ -42,6 +43,12 @@ WIRED_SIGNAL extra_signal(int32_t position) {
     const char *field = position < DYNA_count(TAP_CONTR->extras) ? TAP_CONTR->extras[position] : nullptr;
     const char *pin = position < DYNA_count(TAP_EXTRA_PIN) ? TAP_EXTRA_PIN[position] : without_minus(field);
     return {format_text("extra%d", position + 1), &EXTRA_TREES[position], pin, is_active_low(field)};
+}
+
+/// A mode that a cell inside a pad wants and the TAP does not have: the user has been told, and the pins stay
+/// open.
+bool tap_lacks_mode(CONTROL_SIGNAL signal) {
+    return (signal == SIG_MODE2 || signal == SIG_MODE3) && TAP_PIN[signal] == nullptr;
 }
 
 /// A signal without groups is wired directly, whatever the sizes of the other signals' groups.
@@ -134,17 +141,10 @@ EDIT_OPERAND next_source(const WIRED_SIGNAL &signal) {
 void connect_pad_modes(EDIT_FILE *fp, const OPIN_ROW &row) {
     for (int32_t i = 0; i < 3; i++) {
         const char *pin = row.pad == nullptr ? nullptr : row.pad->*PAD_MODES[i];
-        int32_t net = row.mode_net[i];
-        if (pin == nullptr || net > 1)
+        if (pin == nullptr || row.mode_net[i] > 1)
             continue;
-        EDIT_OPERAND pad_pin = pin_of(row.pad_instance, pin);
-        if (is_constant_net(net)) {
-            vmr_printf("WARNING: Pin %%MODE_%d of pad '%s'(%s) connected to %s.\n"
-                       "         %%MODE_%d '%s' will be disconnected and reconnected to TAP.\n",
-                       i + 1, row.pad_instance, row.pad_class, net == 0 ? "GND" : "VCC", i + 1, pin);
-            edit_disconnect(fp, pad_pin);
-        }
-        edit_connect(fp, pad_pin, next_source(control_signal(MODE_SIGNALS[i])));
+        free_pad_mode(fp, row, i);
+        edit_connect(fp, pin_of(row.pad_instance, pin), next_source(control_signal(MODE_SIGNALS[i])));
     }
 }
 
@@ -172,6 +172,8 @@ void build_control_trees(EDIT_FILE *fp, bool with_report) {
     }
     for (int32_t i = 0; i < DYNA_count(EXTRA_TREES); i++) {
         WIRED_SIGNAL signal = extra_signal(i);
+        if (signal.tree->need == 0)
+            continue;
         build_tree(fp, signal);
         if (!with_report || wire_form(*signal.tree) == WIRE_DIRECT)
             continue;
@@ -184,7 +186,7 @@ void connect_control_signal(EDIT_FILE *fp, int32_t index) {
     const SCAN_ROW &row = SCAN_TAB[index];
     for (CONTROL_SIGNAL id : WIRE_ORDER) {
         const char *pin = row.pins[id];
-        if (pin == nullptr || (id == SIG_BCLK && !option(OPT_SYNCH)))
+        if (pin == nullptr || (id == SIG_BCLK && !option(OPT_SYNCH)) || tap_lacks_mode(id))
             continue;
         edit_connect(fp, pin_of(row.inst, pin), next_source(control_signal(id)));
     }

@@ -132,6 +132,18 @@ std::string skipped_names() {
 
 /// An instruction without an opcode, which a file may hold, is as good as deleted: no file could be read with
 /// it.
+/// The module name that was given, else that of the only TAP described; a design without one gets it under
+/// its own name.
+std::string tap_module() {
+    if (TAP_MODULE_NAME != nullptr)
+        return TAP_MODULE_NAME;
+    std::vector<std::string> named;
+    for (const TAP_CELL *cell : rows(TAP_CELL_TAB))
+        if (cell->name != nullptr)
+            named.emplace_back(cell->name);
+    return named.size() == 1 ? named[0] : format_text("%s_TAP", TOP_MODULE);
+}
+
 std::vector<TEMPLATE_NAMES> instruction_rows() {
     std::vector<TEMPLATE_NAMES> lines;
     for (const INSTRUCTION &row : rows(INSTRUCTIONS)) {
@@ -170,9 +182,7 @@ std::string bsc_text() {
     instructions = instruction_rows();
     if (!instructions.empty())
         values.letters += 'N';
-    // A design without a TAP yet gets one under its own name.
-    values.names["TAP_MODULE"] =
-        TAP_MODULE_NAME != nullptr ? TAP_MODULE_NAME : format_text("%s_TAP", TOP_MODULE);
+    values.names["TAP_MODULE"] = tap_module();
     values.names["TAP_INSTANCE"] =
         TAP_INSTANCE_NAME != nullptr ? TAP_INSTANCE_NAME : format_text("%s_tap", TOP_MODULE);
     return expand_template(bsc_template, values);

@@ -2,13 +2,59 @@
 
 #include "support/console.hh"
 #include "support/dyna.hh"
+#include "support/message.hh"
 #include "support/shell.hh"
 #include "support/text.hh"
 
+#include <algorithm>
 #include <cerrno>
 #include <charconv>
 #include <cstdarg>
 #include <cstdlib>
+
+namespace {
+
+bool is_within(char c, unsigned char first, unsigned char last) {
+    auto byte = static_cast<unsigned char>(c);
+    return byte >= first && byte <= last;
+}
+
+/// The place behind the escape sequence that starts at `start` (ECMA-48): of a key ("ESC [ ... letter", "ESC
+/// O letter"), of a string (up to BEL or "ESC \\"), of two characters or of three ("ESC ( B").
+size_t behind_escape(std::string_view line, size_t start) {
+    size_t at = start + 1;
+    char kind = at < line.size() ? line[at++] : 0;
+    if (std::string_view("]P^_X").find(kind) != std::string_view::npos) {
+        size_t bell = line.find('\a', at), terminator = line.find("\x1b\\", at);
+        if (bell == terminator) // neither is there: the key was Alt and this one
+            return at;
+        return bell < terminator ? bell + 1 : terminator + 2;
+    }
+    if (kind == '[')
+        while (at < line.size() && !is_within(line[at], 0x40, 0x7e))
+            ++at;
+    else if (kind != 'O' && !is_within(kind, 0x20, 0x2f))
+        return at;
+    return std::min(at + 1, line.size());
+}
+
+std::string without_controls(std::string_view line) {
+    std::string text;
+    for (size_t at = 0; at < line.size();) {
+        bool is_wide = line[at] == '\xc2' && at + 1 < line.size() && is_within(line[at + 1], 0x80, 0x9f);
+        if (line[at] == '\x1b')
+            at = behind_escape(line, at);
+        else if (is_wide) // a control character of two bytes in UTF-8
+            at += 2;
+        else if (char c = line[at++]; c == '\t')
+            text += ' ';
+        else if (!is_within(c, 0, 0x1f) && c != '\x7f')
+            text += c;
+    }
+    return text;
+}
+
+} // namespace
 
 void print_screen(const char *screen, const TEMPLATE_VALUES &values) {
     run_shell("clear");
@@ -27,6 +73,8 @@ ANSWER read_answer() {
         errno = 0;
         length = ::getline(&line, &room, stdin);
     } while (length < 0 && std::ferror(stdin) != 0 && errno == EINTR);
+    if (length < 0 && errno == ENOMEM) // this is no end of the input
+        MSG_fatal_error(MSG_NO_MEMORY);
     ANSWER answer;
     if (length >= 0)
         answer = std::string(line); // a zero byte ends the text, as in every text of the tables
@@ -37,8 +85,15 @@ ANSWER read_answer() {
 }
 
 ANSWER ask(const PROMPT &prompt) {
-    console_printf("%*s%s", prompt.indent, "", prompt.text);
-    return read_answer();
+    for (;;) {
+        console_printf("%*s%s", prompt.indent, "", prompt.text);
+        ANSWER line = read_answer();
+        if (!line || line->empty())
+            return line;
+        std::string value = without_controls(*line);
+        if (!value.empty())
+            return value;
+    }
 }
 
 void error_wait(const char *format, ...) {

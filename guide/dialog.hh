@@ -22,7 +22,10 @@ struct PROMPT {
 /// the cursor stays one blank behind it.
 void print_screen(const char *screen, const TEMPLATE_VALUES &values);
 
+/// The line as it was typed: a command is compared with all of it.
 ANSWER read_answer();
+/// The answer as a value: without control characters and the sequences that a terminal's keys send, and with
+/// a blank for a tab. A line of nothing else is asked for again, since it is no empty answer.
 ANSWER ask(const PROMPT &prompt);
 
 /// Says what is wrong and leaves it on the screen until the user has pressed Enter.

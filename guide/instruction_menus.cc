@@ -145,7 +145,7 @@ MENU_STEP edit_instruction(const std::string &name) {
 void INST_opcode_menu() {
     for (;;) {
         print_INST_opcode_menu();
-        ANSWER name = read_answer();
+        ANSWER name = ask({0, ""});
         if (!name || name->empty() || edit_instruction(*name) == MENU_LEAVE)
             return;
     }

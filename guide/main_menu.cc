@@ -1,5 +1,6 @@
 #include "description/reader.hh"
 #include "description/tables.hh"
+#include "guide/earlier_file.hh"
 #include "guide/guide.hh"
 #include "guide/guide_menus.hh"
 #include "guide/guide_tables.hh"
@@ -114,8 +115,14 @@ void Global_port_menu() {
 
 void guideline_handler() {
     bsdft_init();
-    if (JTAG_LIB_FILE != nullptr && JTAG_BSC_FILE != nullptr)
+    if (JTAG_LIB_FILE != nullptr && JTAG_BSC_FILE != nullptr) {
+        note_read_file(JTAG_LIB_FILE);
+        note_read_file(JTAG_BSC_FILE);
         get_bs_dft_file(JTAG_LIB_FILE, JTAG_BSC_FILE, 0);
+        // Without pins the name is that of a package list, which is in no menu.
+        if (DYNA_count(PIN_TABLE) > 0)
+            note_read_file(PIN_FILE);
+    }
     initialize();
     MENU_PAGE page;
     if (work_menu(main_menu, page) == MENU_END_OF_INPUT)

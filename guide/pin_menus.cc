@@ -93,7 +93,7 @@ void PIN_table_menu() {
         if (start >= DYNA_count(PIN_TABLE))
             start = 0;
         print_PIN_table_menu(start);
-        ANSWER number = read_answer();
+        ANSWER number = ask({0, ""});
         if (!number || number->empty())
             return;
         if (*number == "0") {

@@ -1,38 +1,17 @@
 #include "guide/save.hh"
 
 #include "description/tables.hh"
+#include "guide/earlier_file.hh"
 #include "support/console.hh"
 #include "support/run_state.hh"
-#include "support/shell.hh"
 #include "support/text.hh"
-
-#include <fstream>
-#include <iterator>
+#include "support/whole_file.hh"
 
 namespace {
 
-/// Writes over an earlier file where its folder takes no new one. A failure puts the earlier text back.
-bool write_over(const std::string &path, const std::string &text) {
-    std::string earlier;
-    {
-        std::ifstream file(path, std::ios::binary);
-        if (!file)
-            return false;
-        earlier.assign(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
-    }
-    for (const std::string *content : {&text, static_cast<const std::string *>(&earlier)}) {
-        std::ofstream file(path, std::ios::binary | std::ios::trunc);
-        if (!file)
-            return false;
-        file << *content << std::flush;
-        if (file)
-            return content == &text;
-    }
-    return false;
-}
-
 void write_file(const char *path, const std::string &text) {
-    if (!write_text_file(path, text) && !write_over(path, text))
+    keep_earlier_file(path);
+    if (!write_text_file(path, text))
         console_fail("Can't open %s to write\n", path);
 }
 

@@ -63,11 +63,8 @@ void group_other_signals(int32_t gs) {
         if (signal != SIG_SHIFT || tree.need != 0)
             set_groups(tree, split_into_groups(tree.need, gs));
     }
-    for (BUFFER_TREE &tree : rows(EXTRA_TREES)) {
-        if (tree.need == 0)
-            fail_grouping(0, gs);
+    for (BUFFER_TREE &tree : rows(EXTRA_TREES))
         set_groups(tree, split_into_groups(tree.need, gs));
-    }
 }
 
 // The record of a buffer under the name that was asked for: a record found through a wild card holds the

@@ -114,73 +114,77 @@ void trace_mux_pins(OPIN_ROW &row, const BUFFER_CELL *pad) {
         row.mux_out_net = trace(pad->mux_out, DIR_OUTPUT);
 }
 
-/// Gives the row the cell of a role. Ends the run when the role is not declared; the two words are those of
-/// the message.
-void take_declared_cell(OPIN_ROW &row, int32_t kind, const char *role, const char *keyword,
-                        const char *need) {
-    row.kind = kind;
-    row.scan_cell = declared_cell(role, nullptr);
-    if (row.scan_cell == nullptr)
+/// The cell of a role. Ends the run when the role is not declared; the two words are those of the message.
+CHOSEN_CELL needed_cell(const OPIN_ROW &row, CELL_COUNTER role, const char *keyword, const char *need) {
+    CHOSEN_CELL chosen = declared_cell(role);
+    if (chosen.cell == nullptr)
         vmr_fail("ERROR: can't find %s in file '%s'.\n       Need %s to connect to bidir port '%s'.\n\n",
                  keyword, JTAG_BSC_FILE, need, row.port_name);
+    return chosen;
+}
+
+CHOSEN_CELL needed_output_cell(const OPIN_ROW &row) {
+    return needed_cell(row, COUNT_OUTPUT, "%OUTPUT_SCAN", "OUTPUT_SCAN");
+}
+
+CHOSEN_CELL needed_mux_output_cell(const OPIN_ROW &row) {
+    return needed_cell(row, COUNT_OUTPUT_MUX, "%OUTPUT_MUX_SCAN", "OUTPUT_MUX_SCAN");
 }
 
 void take_builtin_cell(OPIN_ROW &row) {
-    row.kind = CELL_BIDIR;
     if (check_bidir_scan_cell_after_open_sdb(builtin_cell_name(row)))
         vmr_fail("\n");
-    row.scan_cell = builtin_cell(row);
+    take_cell(row, CELL_BIDIR, {builtin_cell(row), COUNT_BIDIR});
 }
 
-void choose_one_sided_cell(OPIN_ROW &row, const BUFFER_CELL *pad, bool is_input) {
+void take_one_sided_cell(OPIN_ROW &row, const BUFFER_CELL *pad, bool is_input) {
     bool is_mux = (is_input ? pad->mux_in2 : pad->mux_in1) != nullptr;
     if (!is_mux && is_bs_buffer(pad))
         take_builtin_cell(row);
     else if (is_input && is_mux)
-        take_declared_cell(row, CELL_MUX_INPUT, INPUT_MUX_SCAN, "%INPUT_MUX_SCAN", "INPUT_MUX_SCAN");
+        take_cell(row, CELL_MUX_INPUT,
+                  needed_cell(row, COUNT_INPUT_MUX, "%INPUT_MUX_SCAN", "INPUT_MUX_SCAN"));
     else if (is_input)
-        take_declared_cell(row, CELL_INPUT, INPUT_SCAN, "%INPUT_SCAN", "INPUT_SCAN");
+        take_cell(row, CELL_INPUT, needed_cell(row, COUNT_INPUT, "%INPUT_SCAN", "INPUT_SCAN"));
     else if (is_mux)
-        take_declared_cell(row, CELL_MUX_OUTPUT3, OUTPUT_MUX_SCAN, "%OUTPUT_MUX_SCAN", "OUTPUT_MUX_SCAN");
+        take_cell(row, CELL_MUX_OUTPUT3, needed_mux_output_cell(row));
     else
-        take_declared_cell(row, CELL_OUTPUT3, OUTPUT_SCAN, "%OUTPUT_SCAN", "OUTPUT_SCAN");
+        take_cell(row, CELL_OUTPUT3, needed_output_cell(row));
 }
 
-void choose_plain_cell(OPIN_ROW &row, const BUFFER_CELL *pad) {
-    row.kind = CELL_BIDIR;
-    row.scan_cell = named_cell(row, check_bidir_scan_cell_after_open_sdb);
-    if (row.scan_cell != nullptr)
-        return;
-    if (is_bs_buffer(pad))
+void take_plain_cell(OPIN_ROW &row, const BUFFER_CELL *pad) {
+    CHOSEN_CELL named = named_cell(row, COUNT_BIDIR);
+    if (named.cell != nullptr)
+        take_cell(row, CELL_BIDIR, named);
+    else if (is_bs_buffer(pad))
         take_builtin_cell(row);
     else if (BIDIR_SCAN == nullptr && INPUT_SCAN != nullptr && OUTPUT_SCAN != nullptr)
-        take_declared_cell(row, CELL_INOUT, OUTPUT_SCAN, "%OUTPUT_SCAN", "OUTPUT_SCAN");
+        take_pair(row, CELL_INOUT, declared_cell(COUNT_OUTPUT), declared_cell(COUNT_INPUT));
     else
-        take_declared_cell(row, CELL_BIDIR, BIDIR_SCAN, "%BIDIR_SCAN", "BIDIR_SCAN");
+        take_cell(row, CELL_BIDIR, needed_cell(row, COUNT_BIDIR, "%BIDIR_SCAN", "BIDIR_SCAN"));
 }
 
-void choose_mux_cell(OPIN_ROW &row, const BUFFER_CELL *pad) {
+void take_mux_cell(OPIN_ROW &row, const BUFFER_CELL *pad) {
     bool two = pad->mux_in2 != nullptr;
-    row.kind = two ? CELL_MUX2_BIDIR : CELL_MUX_BIDIR;
-    row.scan_cell = named_cell(row, check_bidir_mux_scan_cell);
-    if (row.scan_cell != nullptr)
-        return;
-    const char *input_role = two ? INPUT_MUX_SCAN : INPUT_SCAN;
-    if (BIDIR_MUX_SCAN == nullptr && OUTPUT_MUX_SCAN != nullptr && input_role != nullptr)
-        take_declared_cell(row, two ? CELL_MUX2_INOUT : CELL_MUX_INOUT, OUTPUT_MUX_SCAN, "%OUTPUT_MUX_SCAN",
-                           "OUTPUT_MUX_SCAN");
+    int32_t kind = two ? CELL_MUX2_BIDIR : CELL_MUX_BIDIR;
+    CHOSEN_CELL named = named_cell(row, COUNT_BIDIR_MUX);
+    CHOSEN_CELL input = declared_cell(two ? COUNT_INPUT_MUX : COUNT_INPUT);
+    if (named.cell != nullptr)
+        take_cell(row, kind, named);
+    else if (BIDIR_MUX_SCAN == nullptr && OUTPUT_MUX_SCAN != nullptr && input.cell != nullptr)
+        take_pair(row, two ? CELL_MUX2_INOUT : CELL_MUX_INOUT, declared_cell(COUNT_OUTPUT_MUX), input);
     else
-        take_declared_cell(row, row.kind, BIDIR_MUX_SCAN, "%BIDI_MUX_SCAN", "BIDIR_MUX_SCAN");
+        take_cell(row, kind, needed_cell(row, COUNT_BIDIR_MUX, "%BIDI_MUX_SCAN", "BIDIR_MUX_SCAN"));
 }
 
-void choose_cell(OPIN_ROW &row, const BUFFER_CELL *pad, const SIDES &sides) {
+void take_cell_of_sides(OPIN_ROW &row, const BUFFER_CELL *pad, const SIDES &sides) {
     if (sides.in != nullptr && sides.out != nullptr) {
         if (pad->mux_in1 != nullptr)
-            choose_mux_cell(row, pad);
+            take_mux_cell(row, pad);
         else
-            choose_plain_cell(row, pad);
+            take_plain_cell(row, pad);
     } else if (sides.in != nullptr || sides.out != nullptr) {
-        choose_one_sided_cell(row, pad, sides.in != nullptr);
+        take_one_sided_cell(row, pad, sides.in != nullptr);
     }
 }
 
@@ -189,7 +193,7 @@ void choose_cell(OPIN_ROW &row, const BUFFER_CELL *pad, const SIDES &sides) {
 void save_bidir_scan_tab(BUFFER_CELL *pad, int32_t row_index, int32_t) {
     OPIN_ROW &row = OPIN_TAB[row_index];
     if (pad == nullptr) { // a pad will be added, with an input and an output cell
-        take_declared_cell(row, CELL_INOUT, OUTPUT_SCAN, "%OUTPUT_SCAN", "OUTPUT_SCAN");
+        take_pair(row, CELL_INOUT, needed_output_cell(row), declared_cell(COUNT_INPUT, COUNT_CLOCK));
         return;
     }
     check_pad_is_complete(row, pad);
@@ -207,7 +211,7 @@ void save_bidir_scan_tab(BUFFER_CELL *pad, int32_t row_index, int32_t) {
     if (is_input_side_merged(row, sides.in_node))
         sides.in = nullptr;
     trace_mux_pins(row, pad);
-    choose_cell(row, pad, sides);
+    take_cell_of_sides(row, pad, sides);
     bool enable_is_data =
         same_text_no_case(pad->en_l, pad->input) || same_text_no_case(pad->en_h, pad->input);
     if (sides.out != nullptr && !enable_is_data)

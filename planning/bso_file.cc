@@ -7,8 +7,8 @@
 #include "planning/port_table.hh"
 #include "support/console.hh"
 #include "support/run_state.hh"
-#include "support/shell.hh"
 #include "support/text.hh"
+#include "support/whole_file.hh"
 
 #include <cstdio>
 #include <string>
@@ -30,18 +30,11 @@ const char *text_or(const char *text, const char *none) {
     return text != nullptr ? text : none;
 }
 
-// Name of the input cell of a pair, as the emission chooses it.
-const char *input_cell_of_pair(int32_t kind) {
-    if (kind == CELL_MUX2_INOUT)
-        return text_or(INPUT_MUX_SCAN, text_or(CLOCK_MUX_SCAN, "*"));
-    return text_or(INPUT_SCAN, text_or(CLOCK_SCAN, "*"));
-}
-
 std::string cell_type(const OPIN_ROW &row) {
     if (row.scan_cell == nullptr)
         return "*";
-    if (row.kind >= 0 && row.kind < CELL_KIND_COUNT && CELL_KINDS[row.kind].cells == CELL_PAIR)
-        return format_text("%s,%s", input_cell_of_pair(row.kind), row.scan_cell->name);
+    if (row.input_cell.cell != nullptr)
+        return format_text("%s,%s", row.input_cell.cell->name, row.scan_cell->name);
     return row.scan_cell->name;
 }
 

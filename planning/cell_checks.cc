@@ -8,12 +8,12 @@
 #include "sdb/navigation.hh"
 #include "sdb/sdb.hh"
 #include "support/console.hh"
-#include "support/fnm.hh"
 #include "support/run_state.hh"
 #include "support/text.hh"
 
 #include <initializer_list>
 #include <string>
+#include <unordered_set>
 
 namespace {
 
@@ -23,6 +23,13 @@ struct PIN_NEED {
     const char *keyword;
     const char *SCAN_CELL::*field;
 };
+
+// The pins by which each cell hangs in the chain; the last one counts under -synch alone.
+constexpr PIN_NEED CHAIN_PINS[] = {{"%TDI", &SCAN_CELL::tdi},
+                                   {"%TDO", &SCAN_CELL::tdo},
+                                   {"%SHIFT_DR", &SCAN_CELL::shift_dr},
+                                   {"%CLOCK_DR", &SCAN_CELL::clock_dr},
+                                   {"%TCK", &SCAN_CELL::tck}};
 
 constexpr PIN_NEED DATA_IN = {"%DATA_IN", &SCAN_CELL::data_in};
 constexpr PIN_NEED DATA_OUT = {"%DATA_OUT", &SCAN_CELL::data_out};
@@ -71,12 +78,21 @@ constexpr CELL_CHECK CONTROL_OE_HIGH_CHECK = {
     "%CONTROL_OE_HIGH_SCAN",        "CONTROL OE HIGH SCAN",  nullptr,
     {DATA_IN, UPDATE_DR, DATA_OUT}, "%CONRTOL_OE_HIGH_SCAN", NO_WARNING};
 
-// Reports a pin that every scan cell must have. True when it is missing.
-bool misses_common_pin(const SCAN_CELL &cell, const PIN_NEED &need) {
+// Reports a pin that the cell must have, as an "ERROR" or a "WARNING". True when it is missing.
+bool misses_pin(const char *severity, const SCAN_CELL &cell, const PIN_NEED &need) {
     if (cell.*need.field != nullptr)
         return false;
-    vmr_printf("ERROR: (%s) can't find %s in %%SCAN_CELL %s.\n", JTAG_LIB_FILE, need.keyword, cell.name);
+    vmr_printf("%s: (%s) can't find %s in %%SCAN_CELL %s.\n", severity, JTAG_LIB_FILE, need.keyword,
+               cell.name);
     return true;
+}
+
+bool misses_chain_pin(const char *severity, const SCAN_CELL &cell) {
+    bool fault = false;
+    for (const PIN_NEED &need : CHAIN_PINS)
+        if (need.field != &SCAN_CELL::tck || option(OPT_SYNCH))
+            fault |= misses_pin(severity, cell, need);
+    return fault;
 }
 
 bool check_ports_in_scan_cell(SCAN_CELL **cell_out, const char *label, const char *name) {
@@ -84,14 +100,7 @@ bool check_ports_in_scan_cell(SCAN_CELL **cell_out, const char *label, const cha
     if (cell == nullptr)
         vmr_fail("ERROR: can't find scan cell %s '%s' in '%s' file.\n\n", label, name, JTAG_LIB_FILE);
     *cell_out = cell;
-    bool fault = false;
-    for (const PIN_NEED &need :
-         {PIN_NEED{"%TDI", &SCAN_CELL::tdi}, PIN_NEED{"%TDO", &SCAN_CELL::tdo},
-          PIN_NEED{"%SHIFT_DR", &SCAN_CELL::shift_dr}, PIN_NEED{"%CLOCK_DR", &SCAN_CELL::clock_dr}})
-        fault |= misses_common_pin(*cell, need);
-    if (option(OPT_SYNCH))
-        fault |= misses_common_pin(*cell, {"%TCK", &SCAN_CELL::tck});
-    return fault;
+    return misses_chain_pin("ERROR", *cell);
 }
 
 bool misses_pin_of_role(const CELL_CHECK &check, const SCAN_CELL &cell) {
@@ -99,7 +108,7 @@ bool misses_pin_of_role(const CELL_CHECK &check, const SCAN_CELL &cell) {
     for (const PIN_NEED &need : check.pins) {
         if (need.keyword == nullptr)
             break;
-        if (!misses_common_pin(cell, need))
+        if (!misses_pin("ERROR", cell, need))
             continue;
         vmr_printf("       %s '%s' should have %s signal.\n", check.word, cell.name, need.keyword);
         fault = true;
@@ -128,10 +137,9 @@ void warn_of_modes(const CELL_CHECK &check, SCAN_CELL &cell) {
 
 // Every scan cell must exist as an SDB file; the direction of its %OE_MODE port is read from there.
 void check_scan_oe_mode_type(SCAN_CELL &cell, const char *name) {
-    std::string file = std::string(PATH) + name + ".sdb";
-    const char *path = FNM_find_input(file);
+    const char *path = find_design_file(format_text("%s.sdb", name));
     if (path == nullptr)
-        vmr_fail("ERROR: can't find SDB file '%s' in default searching path.\n\n", file.c_str());
+        vmr_fail("ERROR: can't find SDB file '%s%s.sdb' in default searching path.\n\n", PATH, name);
     if (cell.oe_mode == nullptr)
         return;
     SDB_HANDLE *design = sdb;
@@ -243,6 +251,23 @@ void note_cells_of_pins() {
 }
 
 } // namespace
+
+void warn_of_missing_pins() {
+    std::unordered_set<const SCAN_CELL *> known;
+    for (const OPIN_ROW &row : rows(OPIN_TAB)) {
+        if (!row_gets_cells(row) || !known.insert(row.scan_cell).second)
+            continue;
+        bool fault = misses_chain_pin("WARNING", *row.scan_cell);
+        if (row.kind == CELL_INTERNAL && misses_pin("WARNING", *row.scan_cell, DATA_IN)) {
+            vmr_printf("         %s '%s' should have %s signal.\n",
+                       is_observe_pin(PIN_TABLE[row.pin_index]) ? "OBSERVE_ONLY SCAN" : "INTERNAL SCAN",
+                       row.scan_cell->name, DATA_IN.keyword);
+            fault = true;
+        }
+        if (fault)
+            vmr_printf("\n");
+    }
+}
 
 void check_scan_cells() {
     for (int32_t &flag : BCELL_HAS)

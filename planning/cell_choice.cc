@@ -9,22 +9,58 @@
 #include "support/run_state.hh"
 #include "support/text.hh"
 
-SCAN_CELL *checked_cell(const char *name, CELL_CHECK_FUNCTION check) {
-    if (check(name))
+const CELL_ROLE CELL_ROLES[CELL_COUNTER_COUNT] = {
+    /* COUNT_CLOCK      */ {&CLOCK_SCAN, check_clock_scan_cell},
+    /* COUNT_INPUT      */ {&INPUT_SCAN, check_input_scan_cell},
+    /* COUNT_INPUT_MUX  */ {&INPUT_MUX_SCAN, check_input_mux_scan_cell},
+    /* COUNT_OUTPUT     */ {&OUTPUT_SCAN, check_output_scan_cell},
+    /* COUNT_OUTPUT_MUX */ {&OUTPUT_MUX_SCAN, check_output_mux_scan},
+    /* COUNT_BIDIR      */ {&BIDIR_SCAN, check_bidir_scan_cell_after_open_sdb},
+    /* COUNT_BIDIR_MUX  */ {&BIDIR_MUX_SCAN, check_bidir_mux_scan_cell},
+    /* COUNT_CONTROL    */ {&CONTROL_SCAN, nullptr},
+    /* COUNT_CONTROL_OE */ {&CONTROL_OE_SCAN, nullptr},
+    /* COUNT_INTERNAL   */ {&INTERNAL_SCAN, nullptr},
+    /* COUNT_CLOCK_MUX  */ {&CLOCK_MUX_SCAN, check_clock_mux_scan},
+};
+
+CHOSEN_CELL checked_cell(const char *name, CELL_COUNTER role) {
+    if (CELL_ROLES[role].check(name))
         vmr_fail("\n");
-    return get_scan_cell(name);
+    return {get_scan_cell(name), role};
 }
 
-SCAN_CELL *named_cell(OPIN_ROW &row, CELL_CHECK_FUNCTION check) {
+CHOSEN_CELL named_cell(OPIN_ROW &row, CELL_COUNTER role) {
     if (row.scan_cell_name == nullptr)
-        return nullptr;
-    SCAN_CELL *cell = checked_cell(row.scan_cell_name, check);
+        return {nullptr, role};
+    CHOSEN_CELL chosen = checked_cell(row.scan_cell_name, role);
     row.scan_cell_name = nullptr;
-    return cell;
+    return chosen;
 }
 
-SCAN_CELL *declared_cell(const char *first, const char *second) {
-    return get_scan_cell(first != nullptr ? first : second);
+CHOSEN_CELL declared_cell(CELL_COUNTER role) {
+    return {get_scan_cell(*CELL_ROLES[role].declared), role};
+}
+
+CHOSEN_CELL declared_cell(CELL_COUNTER first, CELL_COUNTER second) {
+    return declared_cell(*CELL_ROLES[first].declared != nullptr ? first : second);
+}
+
+CHOSEN_CELL required_cell(const OPIN_ROW &row, const CHOSEN_CELL &chosen) {
+    if (chosen.cell == nullptr)
+        vmr_fail("ERROR: (%s) can't find the scan cells for port '%s' in %%SCAN_CELLS.\n\n",
+                 JTAG_BSC_FILE == nullptr ? "" : JTAG_BSC_FILE, row.port_name);
+    return chosen;
+}
+
+void take_cell(OPIN_ROW &row, int32_t kind, const CHOSEN_CELL &chosen) {
+    row.kind = kind;
+    row.scan_cell = chosen.cell;
+    row.counter = chosen.counter;
+}
+
+void take_pair(OPIN_ROW &row, int32_t kind, const CHOSEN_CELL &output, const CHOSEN_CELL &input) {
+    take_cell(row, kind, required_cell(row, output));
+    row.input_cell = required_cell(row, input);
 }
 
 const char *builtin_cell_name(const OPIN_ROW &row) {

@@ -20,15 +20,31 @@ inline const char *text_or_undefined(const char *text) {
 /// A check of planning/validation.hh: true when the cell has a fault, which has been printed.
 using CELL_CHECK_FUNCTION = bool (*)(const char *name);
 
-/// The cell of that name. Ends the run when the check finds a fault.
-SCAN_CELL *checked_cell(const char *name, CELL_CHECK_FUNCTION check);
+/// One role of %SCAN_CELLS.
+struct CELL_ROLE {
+    const char **declared;     ///< name of the cell that plays it; null when it is not declared
+    CELL_CHECK_FUNCTION check; ///< of a cell that the pin file names in its place; null where it can't
+};
+extern const CELL_ROLE CELL_ROLES[CELL_COUNTER_COUNT]; ///< by CELL_COUNTER
 
-/// The cell that the pin file names for the row's pin, checked, or null when it names none. The name is taken
-/// from the row, so that emission can store the instance name in its place.
-SCAN_CELL *named_cell(OPIN_ROW &row, CELL_CHECK_FUNCTION check);
+/// The cell of that name in a role. Ends the run when the role's check finds a fault.
+CHOSEN_CELL checked_cell(const char *name, CELL_COUNTER role);
 
-/// The cell of the first role that is declared; null when neither is. `second` may be null.
-SCAN_CELL *declared_cell(const char *first, const char *second);
+/// The cell that the pin file names for the row's pin, checked for the role; none when it names none. The
+/// name is taken from the row, so that emission can store the instance name in its place.
+CHOSEN_CELL named_cell(OPIN_ROW &row, CELL_COUNTER role);
+
+/// The cell that a role declares, or none.
+CHOSEN_CELL declared_cell(CELL_COUNTER role);
+/// The cell of the first role when that is declared, else of the second.
+CHOSEN_CELL declared_cell(CELL_COUNTER first, CELL_COUNTER second);
+/// Ends the run when none was chosen for the row.
+CHOSEN_CELL required_cell(const OPIN_ROW &row, const CHOSEN_CELL &chosen);
+
+/// Gives the row its kind and its cell. Nothing else gives a row a cell.
+void take_cell(OPIN_ROW &row, int32_t kind, const CHOSEN_CELL &chosen);
+/// The same for a kind with an output and an input cell.
+void take_pair(OPIN_ROW &row, int32_t kind, const CHOSEN_CELL &output, const CHOSEN_CELL &input);
 
 /// The name under which the library describes the cell inside a %BS_BUFFER pad: the pad's class, or the entry
 /// that covers it.

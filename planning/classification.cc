@@ -9,6 +9,7 @@
 #include "planning/standard_ports.hh"
 #include "planning/tap_state.hh"
 #include "planning/tracing.hh"
+#include "planning/validation.hh"
 #include "sdb/navigation.hh"
 #include "sdb/sdb.hh"
 #include "support/console.hh"
@@ -21,6 +22,7 @@
 #include <string_view>
 #include <strings.h>
 #include <unordered_map>
+#include <vector>
 
 const char *INVERTER_INPUT = nullptr;
 const char *INVERTER_OUTPUT = nullptr;
@@ -102,14 +104,26 @@ void save_OPIN_TAB_for_adding_scan_cell(int32_t row_index) {
     note_modes_of_pad(row);
 }
 
-void choose_internal_cell(OPIN_ROW &row) {
+void take_internal_cell(OPIN_ROW &row) {
     bool observes = is_observe_pin(PIN_TABLE[row.pin_index]);
-    row.scan_cell = declared_cell(observes ? OBSERVE_ONLY_SCAN : INTERNAL_SCAN, nullptr);
-    if (row.scan_cell == nullptr)
+    SCAN_CELL *cell = get_scan_cell(observes ? OBSERVE_ONLY_SCAN : INTERNAL_SCAN);
+    if (cell == nullptr)
         vmr_fail(
             "ERROR: can't find %s in file '%s'.\n       Need %s SCAN to connect to internal port '%s'.\n\n",
             observes ? "%OBSERVE_ONLY_SCAN" : "%INTERNAL_SCAN", JTAG_BSC_FILE,
             observes ? "OBSERVE_ONLY" : "INTERNAL", row.port_name);
+    take_cell(row, CELL_INTERNAL, {cell, COUNT_INTERNAL});
+}
+
+[[noreturn]] void fail_unknown_instance(const std::string &instance) {
+    std::vector<std::string> readings = SDB_obj_readings(instance.c_str());
+    if (readings.size() < 2)
+        vmr_fail("ERROR: can not find instance '%s' in '%s' file.\n", instance.c_str(), MODULE_C_SDB);
+    vmr_printf("ERROR: instance '%s' of pin file is ambiguous in '%s' file.\n       Please write one of:\n",
+               instance.c_str(), MODULE_C_SDB);
+    for (const std::string &reading : readings)
+        vmr_printf("           %s\n", reading.c_str());
+    vmr_fail("\n");
 }
 
 void save_OPIN_TAB_for_adding_scan_cell_internal(int32_t row_index) {
@@ -126,14 +140,13 @@ void save_OPIN_TAB_for_adding_scan_cell_internal(int32_t row_index) {
 
     row.pad_obj = SDB_lookup_obj(instance.c_str());
     if (row.pad_obj < 0)
-        vmr_fail("ERROR: can not find instance '%s' in '%s' file.\n", instance.c_str(), MODULE_C_SDB);
+        fail_unknown_instance(instance);
     row.pad_class = keep_text(object_class_name(row.pad_obj));
     int32_t node = find_pin_node(row.pad_obj, pin_name);
     if (node < 0)
         vmr_fail("ERROR: can not find port '%s' in instance '%s'.\n", pin_name, instance.c_str());
     get_hier_class_and_inst_name(row_index, row.pad_obj);
     row.direction = bs_pin_direction(row.pin_index);
-    row.kind = CELL_INTERNAL;
     row.net_name = keep_text_or_null(SDB_net_name(sdb, node_tab[node].net));
     switch (pin_tab[node_tab[node].pin].direction & SDB_DIRECTION_MASK) {
     case SDB_INPUT:
@@ -145,29 +158,32 @@ void save_OPIN_TAB_for_adding_scan_cell_internal(int32_t row_index) {
     default:
         vmr_fail("ERROR: can't support inout port '%s' now.\n", row.port_name);
     }
-    choose_internal_cell(row);
+    take_internal_cell(row);
 }
 
 /// Two rows that would cut one wire spoil each other's cell: two ports on one pad, or one port under two
-/// names.
+/// names. The cell inside a pad serves one port, although it cuts no wire.
 void check_no_wire_is_cut_twice() {
-    std::unordered_map<int32_t, const OPIN_ROW *> cuts; // by node
-    auto cut = [&](const OPIN_ROW &row, int32_t node) {
-        auto [known, is_new] = cuts.try_emplace(node, &row);
+    std::unordered_map<int32_t, const OPIN_ROW *> cuts, pads; // by node; by the object of such a pad
+    auto take = [](auto &places, int32_t place, const OPIN_ROW &row) {
+        auto [known, is_new] = places.try_emplace(place, &row);
         if (!is_new && known->second != &row)
             vmr_fail("ERROR: (%s) '%s' and '%s' need a boundary scan cell at the same place.\n"
-                     "       Please correct your SDB or specify one of them as skip signal.\n\n",
-                     PIN_FILE, known->second->port_name, row.port_name);
+                     "       Please correct your SDB or specify one of them as skip signal.\n"
+                     "       Power and ground ports belong in %%SKIP_SIGNAL_NAMES of file '%s'.\n\n",
+                     PIN_FILE, known->second->port_name, row.port_name, JTAG_BSC_FILE);
     };
     for (const OPIN_ROW &row : rows(OPIN_TAB)) {
         bool is_internal = row.kind == CELL_INTERNAL;
         if (row.scan_cell == nullptr || (is_internal && row.scan_cell->data_out == nullptr))
             continue; // a cell that only observes cuts nothing
         if (row.pad == nullptr && !is_internal)
-            cut(row, port_tab[find_iport(row.port_name)].node);
+            take(cuts, port_tab[find_iport(row.port_name)].node, row);
+        if (is_bs_buffer(row.pad))
+            take(pads, row.pad_obj, row);
         for (const char *pin : {row.pad_input, row.pad_output})
             if (pin != nullptr)
-                cut(row, find_pin_node(row.pad_obj, pin));
+                take(cuts, find_pin_node(row.pad_obj, pin), row);
     }
 }
 
@@ -239,6 +255,7 @@ void produce_opin_control_tab() {
     }
     point_standard_ports_at_rows();
     check_no_wire_is_cut_twice();
+    warn_of_missing_pins();
     warn_of_unlisted_ports();
     settle_io_modules();
     if (multi_io_module_flagG != 0)

@@ -8,14 +8,12 @@
 #include "support/console.hh"
 #include "support/dyna.hh"
 #include "support/run_state.hh"
-#include "support/shell.hh"
 #include "support/text.hh"
+#include "support/whole_file.hh"
 
 #include <cstdlib>
 #include <cstring>
 #include <strings.h>
-#include <sys/stat.h>
-#include <unistd.h>
 #include <vector>
 
 namespace {
@@ -336,12 +334,7 @@ std::string path_of(const char *name) {
 /// Refuses a file that cannot be written, before anything is.
 void check_writable(const char *name) {
     std::string path = path_of(name);
-    std::string folder = path.substr(0, path.rfind('/') == std::string::npos ? 0 : path.rfind('/') + 1);
-    struct stat known;
-    bool exists = ::stat(path.c_str(), &known) == 0;
-    bool fits = exists ? !S_ISDIR(known.st_mode) && ::access(path.c_str(), W_OK) == 0
-                       : ::access(folder.empty() ? "." : folder.c_str(), W_OK) == 0;
-    if (!fits)
+    if (!can_write_file(path))
         cannot_open(path);
 }
 

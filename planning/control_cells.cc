@@ -38,7 +38,7 @@ int32_t find_or_make_control(int32_t which, const BUFFER_CELL *pad, int32_t row_
     const OPIN_ROW &row = OPIN_TAB[row_index];
     bool is_low = false;
     const char *enable = chosen_enable_pin(pad, PIN_TABLE[row.pin_index], &is_low);
-    SCAN_CELL *cell = declared_cell(*kind.role, nullptr);
+    SCAN_CELL *cell = declared_cell(kind.counter).cell;
     if (cell == nullptr)
         vmr_fail(which == CONTROL_OE ? "ERROR: Please specify %%CONTROL_OE_SCAN in file '%s'.\n\n"
                                      : "ERROR: can't find %%CONTROL_SCAN in file '%s'.\n\n",

@@ -9,7 +9,6 @@
 #include "sdb/navigation.hh"
 #include "sdb/sdb.hh"
 #include "support/console.hh"
-#include "support/fnm.hh"
 #include "support/run_state.hh"
 #include "support/text.hh"
 
@@ -26,10 +25,9 @@ void check_buffer_cell(const char *keyword, const char *name) {
         vmr_fail("ERROR: (%s) void declare %s '%s'\n       in %%TAP_CONTROLLER.\n"
                  "       Can't find definition of '%s' in '%s'.\n\n",
                  JTAG_LIB_FILE, keyword, name, name, JTAG_LIB_FILE);
-    std::string file = std::string(PATH) + name + ".sdb";
-    const char *path = FNM_find_input(file);
+    const char *path = find_design_file(format_text("%s.sdb", name));
     if (path == nullptr)
-        vmr_fail("ERROR: can't find SDB file '%s' in default searching path.\n\n", file.c_str());
+        vmr_fail("ERROR: can't find SDB file '%s%s.sdb' in default searching path.\n\n", PATH, name);
     const struct {
         const char *keyword, *pin;
     } pins[] = {{"%OUTPUT", buffer->output}, {"%INPUT", buffer->input}};

@@ -84,38 +84,49 @@ bool is_merged(const OPIN_ROW &row, const BUFFER_CELL *pad, int32_t node) {
     return true;
 }
 
-void choose_mux_cell(OPIN_ROW &row, const BUFFER_CELL *pad, bool is_clock) {
-    row.kind = is_clock ? CELL_MUX_CLOCK : CELL_MUX_INPUT;
-    row.scan_cell = named_cell(row, is_clock ? check_clock_mux_scan : check_input_mux_scan_cell);
-    if (row.scan_cell == nullptr)
-        row.scan_cell = is_clock ? declared_cell(CLOCK_MUX_SCAN, INPUT_MUX_SCAN)
-                                 : declared_cell(INPUT_MUX_SCAN, CLOCK_MUX_SCAN);
-    if (row.scan_cell == nullptr)
+void take_mux_cell(OPIN_ROW &row, const BUFFER_CELL *pad, bool is_clock) {
+    CELL_COUNTER own = is_clock ? COUNT_CLOCK_MUX : COUNT_INPUT_MUX;
+    CHOSEN_CELL chosen = named_cell(row, own);
+    // The report has no section for clock cells of mux pads: an input port's cell is found among its own.
+    if (chosen.cell == nullptr)
+        chosen.cell = declared_cell(own, is_clock ? COUNT_INPUT_MUX : COUNT_CLOCK_MUX).cell;
+    if (chosen.cell == nullptr)
         vmr_fail("ERROR: can't find %%INPUT_MUX_SCAN in file '%s'.\n"
                  "       Need INPUT_MUX_SCAN to connect to input port '%s'.\n\n",
                  JTAG_BSC_FILE, row.port_name);
+    take_cell(row, is_clock ? CELL_MUX_CLOCK : CELL_MUX_INPUT, chosen);
     row.mode_net[1] = search_inet_connected_to_obj(row.pad_obj, pad->mode_2, DIR_INPUT);
     row.mux_in2_net = search_inet_connected_to_obj(row.pad_obj, pad->mux_in2, DIR_INPUT);
 }
 
-SCAN_CELL *choose_cell(OPIN_ROW &row, const BUFFER_CELL *pad, bool is_clock) {
-    SCAN_CELL *cell = named_cell(row, is_clock ? check_clock_scan_cell : check_input_scan_cell);
-    if (cell != nullptr)
-        return cell;
+/// A cell of the pin file counts as the clock or input cell that it is declared as; one that is neither
+/// counts as its port does.
+CHOSEN_CELL counted_as_declared(CHOSEN_CELL chosen, bool is_clock) {
+    CELL_COUNTER own = is_clock ? COUNT_CLOCK : COUNT_INPUT, other = is_clock ? COUNT_INPUT : COUNT_CLOCK;
+    bool is_other = chosen.cell == declared_cell(other).cell && chosen.cell != declared_cell(own).cell;
+    chosen.counter = is_other ? other : own;
+    return chosen;
+}
+
+CHOSEN_CELL choose_cell(OPIN_ROW &row, const BUFFER_CELL *pad, bool is_clock) {
     const PIN_ENTRY &pin = *PIN_TABLE[row.pin_index];
-    if (pin.bsc_kind == BSC_I)
-        return checked_cell(pin.bsc_i, check_input_scan_cell);
+    CHOSEN_CELL chosen = named_cell(row, is_clock ? COUNT_CLOCK : COUNT_INPUT);
+    if (chosen.cell == nullptr && pin.bsc_kind == BSC_I)
+        chosen = checked_cell(pin.bsc_i, COUNT_INPUT);
+    if (chosen.cell != nullptr)
+        return counted_as_declared(chosen, is_clock);
     // A BSC list that gives the port more than an input cell leaves the input side to the declared input
     // cell.
     bool prefers_clock = is_clock && pin.bsc_kind < BSC_I;
     if (!is_clock && pin.bsc_kind < BSC_I && is_bs_buffer(pad))
-        return builtin_cell(row);
-    cell = prefers_clock ? declared_cell(CLOCK_SCAN, INPUT_SCAN) : declared_cell(INPUT_SCAN, CLOCK_SCAN);
-    if (cell == nullptr)
+        return {builtin_cell(row), COUNT_INPUT};
+    chosen =
+        prefers_clock ? declared_cell(COUNT_CLOCK, COUNT_INPUT) : declared_cell(COUNT_INPUT, COUNT_CLOCK);
+    if (chosen.cell == nullptr)
         vmr_fail("ERROR: can't find %%INPUT_SCAN in file '%s'.\n"
                  "       Need INPUT SCAN to connect to input port '%s'.\n\n",
                  JTAG_BSC_FILE, row.port_name);
-    return cell;
+    return chosen;
 }
 
 } // namespace
@@ -133,9 +144,8 @@ void save_input_clock_tab(BUFFER_CELL *pad, int32_t row_index, int32_t port, int
     if (node < 0 || is_merged(row, pad, node))
         return;
     if (pad != nullptr && has_mux(row, pad->mode_2, pad->mux_in2, INPUT_MUX)) {
-        choose_mux_cell(row, pad, is_clock);
+        take_mux_cell(row, pad, is_clock);
         return;
     }
-    row.kind = is_clock ? CELL_CLOCK : CELL_INPUT;
-    row.scan_cell = choose_cell(row, pad, is_clock);
+    take_cell(row, is_clock ? CELL_CLOCK : CELL_INPUT, choose_cell(row, pad, is_clock));
 }

@@ -72,30 +72,30 @@ bool differential_pad_state(OPIN_ROW &row, BUFFER_CELL *pad, int32_t port, PAD_S
     fail_third_leg(row, leg);
 }
 
-SCAN_CELL *choose_output_cell(OPIN_ROW &row, const BUFFER_CELL *pad) {
-    SCAN_CELL *cell = named_cell(row, check_output_scan_cell);
-    if (cell == nullptr && is_bs_buffer(pad))
-        return builtin_cell(row);
-    if (cell == nullptr)
-        cell = declared_cell(OUTPUT_SCAN, nullptr);
-    if (cell == nullptr)
+CHOSEN_CELL choose_output_cell(OPIN_ROW &row, const BUFFER_CELL *pad) {
+    CHOSEN_CELL chosen = named_cell(row, COUNT_OUTPUT);
+    if (chosen.cell == nullptr && is_bs_buffer(pad))
+        return {builtin_cell(row), COUNT_OUTPUT};
+    if (chosen.cell == nullptr)
+        chosen = declared_cell(COUNT_OUTPUT);
+    if (chosen.cell == nullptr)
         vmr_fail("ERROR: can't find %%OUTPUT_SCAN in file '%s'.\n"
                  "       Need OUTPUT SCAN to connect to output port '%s'.\n\n",
                  JTAG_BSC_FILE, row.port_name);
-    return cell;
+    return chosen;
 }
 
-SCAN_CELL *choose_mux_output_cell(OPIN_ROW &row, const BUFFER_CELL *pad) {
-    SCAN_CELL *cell = named_cell(row, check_output_mux_scan);
-    if (cell == nullptr)
-        cell = declared_cell(OUTPUT_MUX_SCAN, nullptr);
-    if (cell == nullptr)
+CHOSEN_CELL choose_mux_output_cell(OPIN_ROW &row, const BUFFER_CELL *pad) {
+    CHOSEN_CELL chosen = named_cell(row, COUNT_OUTPUT_MUX);
+    if (chosen.cell == nullptr)
+        chosen = declared_cell(COUNT_OUTPUT_MUX);
+    if (chosen.cell == nullptr)
         vmr_fail("ERROR: can't find %%OUTPUT_MUX_SCAN in file '%s'.\n"
                  "       Need OUTPUT_MUX_SCAN to connect to output port '%s'.\n\n",
                  JTAG_BSC_FILE, row.port_name);
     row.mode_net[0] = search_inet_connected_to_obj(row.pad_obj, pad->mode_1, DIR_INPUT);
     row.mux_in1_net = search_inet_connected_to_obj(row.pad_obj, pad->mux_in1, DIR_INPUT);
-    return cell;
+    return chosen;
 }
 
 } // namespace
@@ -113,8 +113,8 @@ void save_output_scan_tab(BUFFER_CELL *pad, int32_t row_index, int32_t port) {
         return;
     }
     bool is_mux = pad != nullptr && has_mux(row, pad->mode_1, pad->mux_in1, OUTPUT_MUX);
-    row.kind = OUTPUT_KIND[is_mux][state];
-    row.scan_cell = is_mux ? choose_mux_output_cell(row, pad) : choose_output_cell(row, pad);
+    take_cell(row, OUTPUT_KIND[is_mux][state],
+              is_mux ? choose_mux_output_cell(row, pad) : choose_output_cell(row, pad));
     if (state == STATE_3)
         save_enable_control(pad, row_index);
 }

@@ -21,28 +21,28 @@ const char *BSO_FILE = nullptr;
 int32_t SCAN_COUNT[CELL_COUNTER_COUNT];
 
 const CONTROL_KIND CONTROL_KINDS[CONTROL_KIND_COUNT] = {
-    {&CONTROL_TAB, &OPIN_ROW::control, &CONTROL_SCAN, COUNT_CONTROL},
-    {&CONTROL_OE_TAB, &OPIN_ROW::oe_control, &CONTROL_OE_SCAN, COUNT_CONTROL_OE},
+    {&CONTROL_TAB, &OPIN_ROW::control, COUNT_CONTROL},
+    {&CONTROL_OE_TAB, &OPIN_ROW::oe_control, COUNT_CONTROL_OE},
 };
 
 const CELL_KIND_INFO CELL_KINDS[CELL_KIND_COUNT] = {
-    {"clock", ONE_CELL, COUNT_CLOCK},        // CELL_CLOCK
-    {"input", ONE_CELL, COUNT_INPUT},        // CELL_INPUT
-    {"output2", ONE_CELL, COUNT_OUTPUT},     // CELL_OUTPUT2
-    {"output3", ONE_CELL, COUNT_OUTPUT},     // CELL_OUTPUT3
-    {"output3", ONE_CELL, COUNT_OUTPUT},     // CELL_OUTPUT_EN
-    {"bidir", ONE_CELL, COUNT_BIDIR},        // CELL_BIDIR
-    {"inout", CELL_PAIR, COUNT_OUTPUT},      // CELL_INOUT
-    {"internal", ONE_CELL, COUNT_INTERNAL},  // CELL_INTERNAL
-    {"clock", NO_CELLS, COUNT_CLOCK_MUX},    // CELL_MUX_CLOCK
-    {"input", ONE_CELL, COUNT_INPUT_MUX},    // CELL_MUX_INPUT
-    {"output2", ONE_CELL, COUNT_OUTPUT_MUX}, // CELL_MUX_OUTPUT2
-    {"output3", ONE_CELL, COUNT_OUTPUT_MUX}, // CELL_MUX_OUTPUT3
-    {"  *", NO_CELLS, COUNT_OUTPUT_MUX},     // CELL_MUX_OUTPUT_EN: such a port gets no cell
-    {"bidir", ONE_CELL, COUNT_BIDIR_MUX},    // CELL_MUX_BIDIR
-    {"bidir", ONE_CELL, COUNT_BIDIR_MUX},    // CELL_MUX2_BIDIR
-    {"inout", CELL_PAIR, COUNT_OUTPUT_MUX},  // CELL_MUX_INOUT
-    {"inout", CELL_PAIR, COUNT_OUTPUT_MUX},  // CELL_MUX2_INOUT
+    {"clock", ONE_CELL},    // CELL_CLOCK
+    {"input", ONE_CELL},    // CELL_INPUT
+    {"output2", ONE_CELL},  // CELL_OUTPUT2
+    {"output3", ONE_CELL},  // CELL_OUTPUT3
+    {"output3", ONE_CELL},  // CELL_OUTPUT_EN
+    {"bidir", ONE_CELL},    // CELL_BIDIR
+    {"inout", CELL_PAIR},   // CELL_INOUT
+    {"internal", ONE_CELL}, // CELL_INTERNAL
+    {"clock", NO_CELLS},    // CELL_MUX_CLOCK
+    {"input", ONE_CELL},    // CELL_MUX_INPUT
+    {"output2", ONE_CELL},  // CELL_MUX_OUTPUT2
+    {"output3", ONE_CELL},  // CELL_MUX_OUTPUT3
+    {"  *", NO_CELLS},      // CELL_MUX_OUTPUT_EN: such a port gets no cell
+    {"bidir", ONE_CELL},    // CELL_MUX_BIDIR
+    {"bidir", ONE_CELL},    // CELL_MUX2_BIDIR
+    {"inout", CELL_PAIR},   // CELL_MUX_INOUT
+    {"inout", CELL_PAIR},   // CELL_MUX2_INOUT
 };
 
 bool is_internal_pin(const PIN_ENTRY *pin) {
@@ -51,13 +51,6 @@ bool is_internal_pin(const PIN_ENTRY *pin) {
 
 bool is_observe_pin(const PIN_ENTRY *pin) {
     return same_text(pin->package_name, "OBSERVE") || same_text(pin->package_name, "OBSERVE_ONLY");
-}
-
-CELL_COUNTER counter_of_row(const OPIN_ROW &row) {
-    if (row.kind != CELL_CLOCK && row.kind != CELL_INPUT)
-        return CELL_KINDS[row.kind].counter;
-    return CLOCK_SCAN != nullptr && (row.kind == CELL_CLOCK || INPUT_SCAN == nullptr) ? COUNT_CLOCK
-                                                                                      : COUNT_INPUT;
 }
 
 bool row_gets_cells(const OPIN_ROW &row) {

@@ -30,6 +30,29 @@ enum CELL_KIND : int32_t {
     CELL_KIND_COUNT = 17
 };
 
+/// What a cell counts as in the report: the roles of %SCAN_CELLS that ports and enables take their cells
+/// from.
+enum CELL_COUNTER : int32_t {
+    COUNT_CLOCK,
+    COUNT_INPUT,
+    COUNT_INPUT_MUX,
+    COUNT_OUTPUT,
+    COUNT_OUTPUT_MUX,
+    COUNT_BIDIR,
+    COUNT_BIDIR_MUX,
+    COUNT_CONTROL,
+    COUNT_CONTROL_OE,
+    COUNT_INTERNAL,
+    COUNT_CLOCK_MUX,
+    CELL_COUNTER_COUNT
+};
+
+/// A cell and what it counts as, which are chosen together (planning/cell_choice.hh).
+struct CHOSEN_CELL {
+    SCAN_CELL *cell; ///< null for none
+    CELL_COUNTER counter;
+};
+
 /// One row per pin-list entry that has a top name. A row has a cell exactly when `scan_cell` is set.
 struct OPIN_ROW {
     int32_t order;          ///< sort key; after emission the SCAN_TAB index of the row's cell
@@ -56,9 +79,11 @@ struct OPIN_ROW {
     int32_t mode_net[3];         ///< net at the pad's %MODE_1..3, -1 when not traced, 0 GND, 1 VCC
     /// Nets at %MUX_IN1, %MUX_IN2, %MUX_OUT, -1 when not traced.
     int32_t mux_in1_net, mux_in2_net, mux_out_net;
-    int32_t io_module;    ///< row of MULTI_IO_TAB, -1 until traced
-    BUFFER_CELL *pad;     ///< description of pad_class, or null
-    SCAN_CELL *scan_cell; ///< the chosen cell, or null
+    int32_t io_module;      ///< row of MULTI_IO_TAB, -1 until traced
+    BUFFER_CELL *pad;       ///< description of pad_class, or null
+    SCAN_CELL *scan_cell;   ///< the chosen cell, or null; set with `kind` and `counter` by take_cell
+    CELL_COUNTER counter;   ///< what scan_cell counts as
+    CHOSEN_CELL input_cell; ///< of a pair, whose output cell is scan_cell; else none
 };
 
 /// One row per control cell (CONTROL_TAB) or OE control cell (CONTROL_OE_TAB).
@@ -124,21 +149,6 @@ extern int32_t HIGHZ_CNT;          ///< planning: outputs on the high-impedance 
 extern const char **BUFFER_REPORT; ///< table: lines of the buffer report in the order written
 extern const char *BSO_FILE;       ///< name of the boundary order file, null when none was written
 
-/// Inserted cells by the declared name that they come from.
-enum CELL_COUNTER : int32_t {
-    COUNT_CLOCK,
-    COUNT_INPUT,
-    COUNT_INPUT_MUX,
-    COUNT_OUTPUT,
-    COUNT_OUTPUT_MUX,
-    COUNT_BIDIR,
-    COUNT_BIDIR_MUX,
-    COUNT_CONTROL,
-    COUNT_CONTROL_OE,
-    COUNT_INTERNAL,
-    COUNT_CLOCK_MUX,
-    CELL_COUNTER_COUNT
-};
 extern int32_t SCAN_COUNT[CELL_COUNTER_COUNT]; ///< CLK_SCAN_COUNT and its sisters; counted by emission
 
 /// The two control tables, and all that differs between them.
@@ -146,8 +156,7 @@ enum CONTROL_KIND_ID : int32_t { CONTROL_PLAIN, CONTROL_OE, CONTROL_KIND_COUNT }
 struct CONTROL_KIND {
     CONTROL_ROW **table;
     int32_t OPIN_ROW::*field; ///< the rows' reference to it
-    const char **role;        ///< name of the cell that it is made of
-    CELL_COUNTER counter;
+    CELL_COUNTER counter;     ///< the role of its cells
 };
 extern const CONTROL_KIND CONTROL_KINDS[CONTROL_KIND_COUNT];
 
@@ -158,7 +167,6 @@ enum CELL_NUMBER : int32_t { NO_CELLS, ONE_CELL, CELL_PAIR };
 struct CELL_KIND_INFO {
     const char *bso_word; ///< function word of the boundary order file
     CELL_NUMBER cells;    ///< data cells in the chain
-    CELL_COUNTER counter; ///< counter of the row's scan_cell
 };
 extern const CELL_KIND_INFO CELL_KINDS[CELL_KIND_COUNT];
 
@@ -167,9 +175,6 @@ extern const CELL_KIND_INFO CELL_KINDS[CELL_KIND_COUNT];
 bool is_internal_pin(const PIN_ENTRY *pin);
 bool is_observe_pin(const PIN_ENTRY *pin);
 
-/// The counter of the row's scan_cell. An input or clock port counts under the declared role that its cell
-/// was taken from.
-CELL_COUNTER counter_of_row(const OPIN_ROW &row);
 /// True when emission puts a cell into the chain for the row: it has one, and its kind has a step for it.
 bool row_gets_cells(const OPIN_ROW &row);
 /// The first row of OPIN_TAB that gets a cell, whose pad gives the place of the chain; -1 when there is none.

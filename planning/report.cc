@@ -1,7 +1,6 @@
 #include "planning/report.hh"
 
-#include "description/lookups.hh"
-#include "planning/port_table.hh"
+#include "planning/cell_choice.hh"
 #include "planning/tap_state.hh"
 #include "support/console.hh"
 #include "support/run_state.hh"
@@ -67,28 +66,27 @@ void print_tap_pins() {
 struct CELL_SECTION {
     CELL_COUNTER counter;
     const char *word;
-    const char **declared;
 };
 
 const CELL_SECTION SECTIONS[] = {
-    {COUNT_CLOCK, "CLOCK", &CLOCK_SCAN},
-    {COUNT_INPUT, "INPUT", &INPUT_SCAN},
-    {COUNT_INPUT_MUX, "INPUT MUX", &INPUT_MUX_SCAN},
-    {COUNT_OUTPUT, "OUTPUT", &OUTPUT_SCAN},
-    {COUNT_OUTPUT_MUX, "OUTPUT MUX", &OUTPUT_MUX_SCAN},
-    {COUNT_BIDIR, "BIDIRECTIONAL", &BIDIR_SCAN},
-    {COUNT_BIDIR_MUX, "BIDIRECTIONAL MUX", &BIDIR_MUX_SCAN},
-    {COUNT_CONTROL, "CONTROL", &CONTROL_SCAN},
-    {COUNT_CONTROL_OE, "CONTROL OE", &CONTROL_OE_SCAN},
-    {COUNT_INTERNAL, "INTERNAL", &INTERNAL_SCAN},
+    {COUNT_CLOCK, "CLOCK"},
+    {COUNT_INPUT, "INPUT"},
+    {COUNT_INPUT_MUX, "INPUT MUX"},
+    {COUNT_OUTPUT, "OUTPUT"},
+    {COUNT_OUTPUT_MUX, "OUTPUT MUX"},
+    {COUNT_BIDIR, "BIDIRECTIONAL"},
+    {COUNT_BIDIR_MUX, "BIDIRECTIONAL MUX"},
+    {COUNT_CONTROL, "CONTROL"},
+    {COUNT_CONTROL_OE, "CONTROL OE"},
+    {COUNT_INTERNAL, "INTERNAL"},
 };
 
 // A role that is not declared shows the cell that the pin file named for it.
 const SCAN_CELL *cell_of_section(const CELL_SECTION &section) {
-    if (*section.declared != nullptr)
-        return get_scan_cell(*section.declared);
+    if (const SCAN_CELL *cell = declared_cell(section.counter).cell; cell != nullptr)
+        return cell;
     for (const OPIN_ROW &row : rows(OPIN_TAB))
-        if (row.scan_cell != nullptr && counter_of_row(row) == section.counter)
+        if (row.scan_cell != nullptr && row.counter == section.counter)
             return row.scan_cell;
     return nullptr;
 }

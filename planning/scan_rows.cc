@@ -75,7 +75,8 @@ const char *add_scan_tab(const SCAN_CELL *cell, int32_t row_index, bool mux, boo
         append_row(scan.extra_pins, pin);
         if (position >= DYNA_count(EXTRA_TREES))
             append_row(EXTRA_TREES);
-        ++EXTRA_TREES[position].need;
+        if (pin != nullptr) // the library may leave numbers out
+            ++EXTRA_TREES[position].need;
     }
     append_row(SCAN_TAB, scan);
     return scan.inst;

@@ -105,7 +105,7 @@ int32_t find_pin_node(int32_t obj, const char *pin_name) {
 
 int32_t find_place_node(const char *instance, const char *pin_name) {
     if (instance != nullptr)
-        return find_pin_node(SDB_nl_search_obj(instance), pin_name);
+        return find_pin_node(SDB_instance_obj(instance), pin_name);
     int32_t port = SDB_nl_search_port(pin_name);
     return port < 0 ? -1 : port_tab[port].node;
 }

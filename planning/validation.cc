@@ -49,6 +49,18 @@ bool misses_pad_pin(const char *keyword, const char *pin, const char *name) {
     return true;
 }
 
+// A pad of both ways has its bond pad on %INOUT, which an added input or output pad would leave open. True
+// after an error.
+bool is_bidirectional_pad(PAD_ROLE role, const BUFFER_CELL &buffer) {
+    if (buffer.inout == nullptr && !same_text_no_case(buffer.function, "inout"))
+        return false;
+    vmr_printf("ERROR: (%s) %s '%s' is a bidirectional pad, which -add_pad can't use for one direction.\n"
+               "       Please wrap it in a module with one input and one output, describe that module\n"
+               "       in a %%BUFFER of file '%s' and name it instead.\n",
+               bsc(), PAD_KEYWORD[role], buffer.name, lib());
+    return true;
+}
+
 // Checks one pad cell. A fault is printed; with `ends` the first one ends the run. True when there was one.
 bool check_pad_cell(PAD_ROLE role, const char *name, PAD_PINS *pins, bool ends) {
     bool fault = false;
@@ -69,6 +81,8 @@ bool check_pad_cell(PAD_ROLE role, const char *name, PAD_PINS *pins, bool ends) 
         *pins = {buffer->input, buffer->output};
     if (role == PAD_INOUT)
         note(misses_pad_pin("%INOUT", buffer->inout, name));
+    else if (option(OPT_ADD_PAD))
+        note(is_bidirectional_pad(role, *buffer));
     note(misses_pad_pin("%INPUT", buffer->input, name));
     note(misses_pad_pin("%OUTPUT", buffer->output, name));
     if (role == PAD_INOUT && buffer->en_l == nullptr && buffer->en_h == nullptr) {
@@ -360,42 +374,9 @@ void check_pin_list(FIELD_CHECK &check) {
 
 } // namespace
 
-int32_t find_tap_instance() {
-    int32_t obj = SDB_nl_search_obj(TAP_INSTANCE_NAME);
-    if (obj != -1 || rwv_hier_tap_ctrlG == 0)
-        return obj;
-    std::string path;
-    for (const TAP_PATH_ROW &row : rows(rwv_hier_tap_ctrl_name_tabG))
-        path += (path.empty() ? "" : std::string(1, sdb_hier_dot)) + row.inst;
-    return SDB_nl_search_obj(path.c_str());
-}
-
 bool check_tap_names() {
     bool fault = misses_tap_name("%MODULE_NAME", TAP_MODULE_NAME);
     return misses_tap_name("%INSTANCE_NAME", TAP_INSTANCE_NAME) || fault;
-}
-
-void rwv_check_hier_tap_ctrl_instance() {
-    rwv_hier_tap_ctrlG = 0;
-    rwv_hier_tap_ctrl_name_tabG = nullptr;
-    org_tap_instance_nameG =
-        TAP_INSTANCE_NAME; // the connection files name the TAP by the path as it was given
-    if (TAP_INSTANCE_NAME == nullptr || std::strchr(TAP_INSTANCE_NAME, '.') == nullptr)
-        return;
-    std::string_view rest = TAP_INSTANCE_NAME;
-    while (true) {
-        size_t dot = rest.find('.');
-        std::string_view part = rest.substr(0, dot);
-        if (part.empty())
-            vmr_fail("ERROR: (%s) TAP %%INSTANCE_NAME '%s' has an empty component.\n\n", bsc(),
-                     TAP_INSTANCE_NAME);
-        append_row(rwv_hier_tap_ctrl_name_tabG, TAP_PATH_ROW{keep_text(part), nullptr});
-        if (dot == std::string_view::npos)
-            break;
-        rest.remove_prefix(dot + 1);
-    }
-    rwv_hier_tap_ctrlG = 1;
-    TAP_INSTANCE_NAME = rows(rwv_hier_tap_ctrl_name_tabG).back().inst;
 }
 
 void check_necessary_fields() {

@@ -31,6 +31,9 @@ void note_control_pins(const SCAN_CELL &cell);
 int32_t find_tap_instance();
 /// Checks every declared scan cell role and sets BCELL_HAS and BCELL_EXTRA. Ends the run on a fault.
 void check_scan_cells();
+/// Warns of the pins that the chain needs and the chosen cells lack: those of pins inside the core and inside
+/// pads play no role that is checked. A pin that is missing gets no wire, or one that the editor refuses.
+void warn_of_missing_pins();
 /// Looks at the pads of the design for the TAP's sake: mode pins, TDO enable. Opens and closes MODULE_C_SDB.
 void check_connect_pad();
 /// Holds the TAP's signal and inverting buffers against their SDB cells. Ends the run on a fault.

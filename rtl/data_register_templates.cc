@@ -177,17 +177,17 @@ const char DR_MUX_V[] = R"(
       |
       |module DR_mux ( DR_out,
       |                DR_SELECT,
-    B |                <REG>_out<PORT_END>
+    B |                <REG_OUT><PORT_END>
       |
       |       output DR_out;
       |
-    B |        input <REG>_out;
+    B |        input <REG_OUT>;
       |        input[<L-1>:0]  DR_SELECT;
       |
     B |        `define  SEL_<REG12> <L>'b<CODE>
       |
       |        assign  DR_out = (
-    B |                ((DR_SELECT == `SEL_<REG>) & <REG>_out)<TERM_END>
+    B |                ((DR_SELECT == `SEL_<REG>) & <REG_OUT>)<TERM_END>
       |
       |endmodule
 )";
@@ -211,7 +211,7 @@ const char DR_MUX_BODY_VHDL[] = R"(
       |    begin
       |        case DR_SELECT is
     B |        when SEL_<REG> =>
-    B |             DR_out <= <REG>_out;
+    B |             DR_out <= <REG_OUT>;
       |        when others =>
       |             DR_out <= '0';
       |        end case;

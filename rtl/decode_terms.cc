@@ -1,6 +1,7 @@
 #include "rtl/decode_terms.hh"
 
 #include "planning/tap_state.hh"
+#include "rtl/module_names.hh"
 #include "support/text.hh"
 
 #include <algorithm>
@@ -84,55 +85,36 @@ std::string id_mode_terms(RTL_LANGUAGE language) {
     return text;
 }
 
-/// One instruction that names an enable pin: its opcodes and the value that it gives.
-struct ENABLE_USE {
-    std::vector<std::string> opcodes;
-    std::string value;
-};
-
-std::vector<ENABLE_USE> enable_uses(const ENABLE_PIN &pin) {
-    std::vector<ENABLE_USE> uses;
-    for (int32_t row = 0; row < DYNA_count(INSTRUCTIONS); ++row) {
-        const INSTRUCTION &instruction = INSTRUCTIONS[row];
-        for (int32_t i = 0; i < DYNA_count(instruction.enable_pins); ++i)
-            if (same_text(instruction.enable_pins[i], pin.name)) {
-                const char *value = instruction.enable_values[i];
-                uses.push_back({instruction_opcodes(row), value ? value : "1"});
-                break;
-            }
-    }
-    return uses;
-}
-
-std::string single_enable_terms(const ENABLE_PIN &pin, RTL_LANGUAGE language) {
+std::string single_enable_terms(const ENABLE_PIN &pin, const ENABLE_USES &uses, RTL_LANGUAGE language) {
     bool active_low = same_text(pin.value, "0");
     std::string text, new_line = " ||\n" + std::string(std::string_view(pin.name).size() + 19, ' ');
-    for (const ENABLE_USE &use : enable_uses(pin))
-        text += (text.empty()       ? ""
-                 : language == VHDL ? " or "
-                                    : new_line) +
-                joined_terms(use.opcodes, language == VHDL ? " or " : " || ", language);
+    for (const ENABLE_USE &use : uses.at(pin.name))
+        text +=
+            (text.empty()       ? ""
+             : language == VHDL ? " or "
+                                : new_line) +
+            joined_terms(instruction_opcodes(use.instruction), language == VHDL ? " or " : " || ", language);
     if (language == VHDL)
         return vhdl_selected(text, active_low ? "0" : "1", active_low ? "1" : "0");
     return active_low ? " ~( " + text + " )" : " " + text;
 }
 
-std::string wide_enable_terms(const ENABLE_PIN &pin, RTL_LANGUAGE language) {
+std::string wide_enable_terms(const ENABLE_PIN &pin, const ENABLE_USES &uses, RTL_LANGUAGE language) {
     size_t name_size = std::string_view(pin.name).size();
     std::string text, indent(name_size + (language == VHDL ? 11 : 19), ' ');
     int32_t width = static_cast<int32_t>(std::string_view(pin.value).size());
-    for (const ENABLE_USE &use : enable_uses(pin))
-        for (const std::string &opcode : use.opcodes) {
+    for (const ENABLE_USE &use : uses.at(pin.name))
+        for (const std::string &opcode : instruction_opcodes(use.instruction)) {
             if (language == VHDL)
                 text += (text.empty() ? "  \"" : indent + " \"") + pattern_text(use.value, VHDL) +
                         "\" when  " + comparison(opcode, VHDL) + " else\n";
             else
                 text += (text.empty() ? " (" : indent + "(") + comparison(opcode, VERILOG) + ") ? " +
-                        format_text("%d'b%s :\n", width, use.value.c_str());
+                        format_text("%d'b%s :\n", width, use.value);
         }
     if (language == VHDL)
-        return text + indent + "\"" + enable_default(pin) + "\"";
-    return text + indent + format_text("%d'b%s", width, enable_default(pin).c_str());
+        return text + indent + "\"" + enable_default(pin, uses) + "\"";
+    return text + indent + format_text("%d'b%s", width, enable_default(pin, uses).c_str());
 }
 
 /// The data register that an instruction selects, in the one spelling that macros and constants have.
@@ -170,9 +152,23 @@ std::string pattern_text(const std::string &pattern, RTL_LANGUAGE language) {
     return text;
 }
 
-std::string enable_default(const ENABLE_PIN &pin) {
+ENABLE_USES enable_uses() {
+    ENABLE_USES uses;
+    for (int32_t row = 0; row < DYNA_count(INSTRUCTIONS); ++row) {
+        const INSTRUCTION &instruction = INSTRUCTIONS[row];
+        for (int32_t i = 0; i < DYNA_count(instruction.enable_pins); ++i) {
+            std::vector<ENABLE_USE> &of_pin = uses[instruction.enable_pins[i]];
+            const char *value = instruction.enable_values[i];
+            if (of_pin.empty() || of_pin.back().instruction != row)
+                of_pin.push_back({row, value ? value : "1"});
+        }
+    }
+    return uses;
+}
+
+std::string enable_default(const ENABLE_PIN &pin, const ENABLE_USES &uses) {
     std::set<std::string> used;
-    for (const ENABLE_USE &use : enable_uses(pin))
+    for (const ENABLE_USE &use : uses.at(pin.name))
         used.insert(use.value);
     auto width = static_cast<int32_t>(std::string_view(pin.value).size());
     std::string pattern;
@@ -200,16 +196,18 @@ void add_decoder_values(TEMPLATE_VALUES &values, RTL_LANGUAGE language) {
     names["CLAMP_TERMS"] = clamp.size() > 1 ? "( " + terms + " )" : terms;
     values.lists['F'] = vhdl_choices();
 
+    ENABLE_USES uses = enable_uses();
     std::vector<TEMPLATE_NAMES> &pins = values.lists['N'];
     for (const ENABLE_PIN &pin : rows(INST_ENABLE_PIN)) {
         auto width = static_cast<int32_t>(std::string_view(pin.value).size());
         bool wide = width > 1;
         std::string vector = format_text("std_logic_vector(%d downto 0)", width - 1);
         pins.push_back({
-            {"PIN", pin.name},
+            {"PIN", table_name(pin.name)},
             {"RANGE", wide ? format_text("[%d:0]", width - 1) : ""},
             {"TYPE", wide ? vector : "std_logic"},
-            {"PIN_TERMS", wide ? wide_enable_terms(pin, language) : single_enable_terms(pin, language)},
+            {"PIN_TERMS",
+             wide ? wide_enable_terms(pin, uses, language) : single_enable_terms(pin, uses, language)},
             {"PIN_GAP", wide ? "\n" : ""},
         });
     }

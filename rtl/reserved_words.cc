@@ -1,4 +1,5 @@
 // Names that a generated port cannot have.
+#include "rtl/module_names.hh"
 #include "rtl/tap_checks.hh"
 
 #include <algorithm>
@@ -18,7 +19,7 @@ WORDS split(const char *text) {
     return words;
 }
 
-// IEEE 1364-2001.
+// IEEE 1364-2001, and what Icarus Verilog takes for a word in that generation too.
 const char *const VERILOG_WORDS = "always and assign automatic begin buf bufif0 bufif1 case casex casez cell "
                                   "cmos config deassign default defparam "
                                   "design disable edge else end endcase endconfig endfunction endgenerate "
@@ -34,7 +35,8 @@ const char *const VERILOG_WORDS = "always and assign automatic begin buf bufif0 
                                   "scalared showcancelled signed small specify specparam strong0 strong1 "
                                   "supply0 supply1 table task time tran tranif0 "
                                   "tranif1 tri tri0 tri1 triand trior trireg unsigned use vectored wait wand "
-                                  "weak0 weak1 while wire wor xnor xor";
+                                  "weak0 weak1 while wire wor xnor xor "
+                                  "bool logic wreal";
 
 // IEEE 1076-1993 and 1076-2008.
 const char *const VHDL_WORDS =
@@ -49,8 +51,7 @@ const char *const VHDL_WORDS =
     "procedure process property protected pure range record register reject release rem report restrict "
     "restrict_guarantee return rol ror select sequence severity shared signal sla sll sra srl strong subtype "
     "then to "
-    "transport type unaffected units until use variable vmode vprop vunit wait when while with xnor xor "
-    "ieee std work std_logic std_logic_vector std_logic_1164 rising_edge falling_edge";
+    "transport type unaffected units until use variable vmode vprop vunit wait when while with xnor xor";
 
 bool is_letter(char c) {
     return std::isalpha(static_cast<unsigned char>(c)) != 0;
@@ -76,8 +77,5 @@ bool is_unusable_name(const std::string &word, RTL_LANGUAGE language) {
     static const WORDS verilog = split(VERILOG_WORDS), vhdl = split(VHDL_WORDS);
     if (language == VERILOG)
         return !is_verilog_identifier(word) || verilog.contains(word);
-    std::string lower = word;
-    std::transform(lower.begin(), lower.end(), lower.begin(),
-                   [](unsigned char c) { return std::tolower(c); });
-    return !is_vhdl_identifier(word) || vhdl.contains(lower);
+    return !is_vhdl_identifier(word) || vhdl.contains(name_key(word, VHDL));
 }

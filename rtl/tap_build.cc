@@ -6,6 +6,7 @@
 #include "support/console.hh"
 #include "support/run_state.hh"
 #include "support/shell.hh"
+#include "support/whole_file.hh"
 
 #include <filesystem>
 #include <string>

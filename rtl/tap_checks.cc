@@ -2,63 +2,18 @@
 
 #include "planning/planning.hh"
 #include "planning/tap_state.hh"
+#include "rtl/module_names.hh"
 #include "rtl/tap_ports.hh"
+#include "rtl/tap_rtl.hh"
 #include "rtl/tap_values.hh"
 
 #include "support/console.hh"
 #include "support/run_state.hh"
 #include "support/text.hh"
 
-#include <algorithm>
-#include <cctype>
-#include <unordered_map>
+#include <unordered_set>
 
 namespace {
-
-/// Names that the generated modules use inside; a port of the same name would meet them.
-constexpr const char *INNER_NAMES[] = {"SELECT_DR",
-                                       "ENABLE",
-                                       "TDOIN",
-                                       "SHIFT_IR",
-                                       "CLOCK_IR",
-                                       "UPDATE_IR",
-                                       "IR_out",
-                                       "DR_out",
-                                       "IDMODE",
-                                       "tap_UPDATE_DR",
-                                       "DR_SELECT",
-                                       "INST",
-                                       "BYPASS_out",
-                                       "IDCODE_out",
-                                       "USERCODE_out",
-                                       "BYPASS_in",
-                                       "BYPASS_cell",
-                                       "ID_cell",
-                                       "TDO_cell",
-                                       "CAP_IR",
-                                       "UPD_IR",
-                                       "EN_reg",
-                                       "RESET_reg",
-                                       "SHIFT_IR_reg",
-                                       "SHIFT_DR_reg",
-                                       "tms_count",
-                                       "STATE",
-                                       "internal_TRST",
-                                       "internal_TRST1",
-                                       "temp_trst",
-                                       "temp_trst_d",
-                                       "TAP",
-                                       "BYP",
-                                       "ID",
-                                       "IR",
-                                       "IRdec",
-                                       "Dmux",
-                                       "IDMUX",
-                                       "TDOreg",
-                                       "velmora_atpg_mode"};
-
-constexpr const char *MODULE_NAMES[] = {"TAP_controller", "BYPASS_reg", "ID_reg",    "IR_reg",
-                                        "IR_dec",         "DR_mux",     "IR_DR_mux", "TDO_reg"};
 
 bool is_pattern(std::string_view text) {
     return !text.empty() && text.find_first_not_of("01Xx") == std::string_view::npos;
@@ -134,82 +89,132 @@ void refuse_highz_without_source() {
                  JTAG_BSC_FILE);
 }
 
-/// The languages in which a name is going to stand: the port-only module is Verilog in any case.
-std::vector<RTL_LANGUAGE> languages() {
-    return option(OPT_VHDL) ? std::vector<RTL_LANGUAGE>{VERILOG, VHDL} : std::vector<RTL_LANGUAGE>{VERILOG};
+RTL_LANGUAGE rtl_language() {
+    return option(OPT_VHDL) ? VHDL : VERILOG;
 }
 
-void refuse_name(const std::string &name) {
-    for (RTL_LANGUAGE language : languages())
-        if (is_unusable_name(name, language))
-            vmr_fail("ERROR: (%s) '%s' can't be a name in the %s of TAP module '%s'.\n\n", JTAG_BSC_FILE,
-                     name.c_str(), language == VHDL ? "VHDL" : "Verilog", TAP_MODULE_NAME);
+void refuse_name(const std::string &name, RTL_LANGUAGE language, bool unusable) {
+    if (unusable)
+        vmr_fail("ERROR: (%s) '%s' can't be a name in the %s of TAP module '%s'.\n\n", JTAG_BSC_FILE,
+                 name.c_str(), language == VHDL ? "VHDL" : "Verilog", TAP_MODULE_NAME);
 }
 
-/// One name for all that the language takes for the same.
-std::string name_key(std::string name) {
-    if (option(OPT_VHDL))
-        std::transform(name.begin(), name.end(), name.begin(),
-                       [](unsigned char c) { return std::tolower(c); });
-    return name;
+/// The port-only module is Verilog in any case.
+void refuse_words(const std::string &name) {
+    for (RTL_LANGUAGE language : {VERILOG, rtl_language()})
+        refuse_name(name, language, is_unusable_name(name, language));
 }
 
-/// The names that are taken before any port has one, with what has them.
-std::unordered_map<std::string, const char *> taken_names() {
-    std::unordered_map<std::string, const char *> taken;
-    auto take = [&taken](const std::string &name) { taken[name_key(name)] = "a name of its own logic"; };
-    for (const char *name : INNER_NAMES)
-        take(name);
-    if (option(OPT_VHDL)) {
-        for (const char *name : MODULE_NAMES)
-            take(name);
-        for (CONTROL_SIGNAL signal : {SIG_SHIFT, SIG_CLOCK, SIG_RST})
-            take(std::string(TAP_PIN[signal]) + "_net");
+/// A VHDL unit can't have the name of a library, nor of a type of its own ports.
+void refuse_module_name() {
+    refuse_words(TAP_MODULE_NAME);
+    for (const char *word : {"ieee", "std", "work", "std_logic", "std_logic_vector"})
+        refuse_name(TAP_MODULE_NAME, VHDL, option(OPT_VHDL) && name_key(TAP_MODULE_NAME, VHDL) == word);
+    if (is_name_of_part(TAP_MODULE_NAME, rtl_language()))
+        vmr_fail("ERROR: (%s) TAP module '%s' has the name of a module inside it.\n\n", JTAG_BSC_FILE,
+                 TAP_MODULE_NAME);
+}
+
+[[noreturn]] void refuse_port(const TAP_MODULE_PORT &port, const char *fault) {
+    vmr_fail("ERROR: (%s) port '%s' of TAP module '%s' has %s.\n\n", JTAG_BSC_FILE, port.name.c_str(),
+             TAP_MODULE_NAME, fault);
+}
+
+/// In each module that has a port, nothing else may bear its name or be meant by it. The modules of a Verilog
+/// file have a space of names for themselves.
+void refuse_names_of_logic(const std::vector<TAP_MODULE_PORT> &ports) {
+    RTL_LANGUAGE language = rtl_language();
+    for (const RTL_MODULE &module : tap_modules(language)) {
+        MODULE_NAMES names = module_names(module.text, language);
+        for (const TAP_MODULE_PORT &port : ports) {
+            std::string key = name_key(port.name, language);
+            bool meets = names.given.contains(key) && names.own.contains(key);
+            if (meets && !port.is_fixed && !(language == VERILOG && is_name_of_part(key, VERILOG)))
+                refuse_port(port, "a name of its own logic");
+        }
     }
-    if (!BCELL_HAS[SIG_RST])
-        take(TAP_PIN[SIG_RST]);
-    for (const ENABLE_PIN &pin : rows(INST_ENABLE_PIN))
-        if (pin.gate_kind != GATE_NONE)
-            take(std::string(pin.name) + (option(OPT_VHDL) ? "_net" : "_wire"));
-    return taken;
 }
 
 void refuse_names() {
-    refuse_name(TAP_MODULE_NAME);
-    for (const char *name : MODULE_NAMES)
-        if (name_key(name) == name_key(TAP_MODULE_NAME))
-            vmr_fail("ERROR: (%s) TAP module '%s' has the name of a module inside it.\n\n", JTAG_BSC_FILE,
-                     TAP_MODULE_NAME);
-    std::unordered_map<std::string, const char *> taken = taken_names();
-    for (const TAP_MODULE_PORT &port : tap_ports()) {
-        refuse_name(port.name);
-        auto [place, free] = taken.emplace(name_key(port.name), "the name of another port");
-        if (!free)
-            vmr_fail("ERROR: (%s) port '%s' of TAP module '%s' has %s.\n\n", JTAG_BSC_FILE, port.name.c_str(),
-                     TAP_MODULE_NAME, place->second);
+    refuse_module_name();
+    std::vector<TAP_MODULE_PORT> ports = tap_ports();
+    std::unordered_set<std::string> taken;
+    for (const TAP_MODULE_PORT &port : ports) {
+        refuse_words(port.name);
+        if (!taken.insert(name_key(port.name, rtl_language())).second)
+            refuse_port(port, "the name of another port");
     }
     for (const char *reg : rows(ACCESS_REG))
-        refuse_name(std::string(reg) + "_out");
+        refuse_words(std::string(reg) + "_out");
+    refuse_names_of_logic(ports);
 }
 
-bool overlap(const char *a, const char *b) {
-    auto is_x = [](char c) { return c == 'X' || c == 'x'; };
-    for (; *a != 0 && *b != 0; ++a, ++b)
-        if (*a != *b && !is_x(*a) && !is_x(*b))
-            return false;
-    return true;
+/// The opcodes met so far, as a tree of their characters: '0', '1' and "don't care".
+struct OPCODE_TREE {
+    struct OPCODE {
+        const char *text;
+        const char *instruction;
+    };
+    struct NODE {
+        int32_t below[3] = {-1, -1, -1};
+        int32_t first; ///< the first opcode below
+    };
+    std::vector<OPCODE> opcodes;
+    std::vector<NODE> nodes;
+};
+
+int32_t character_place(char c) {
+    return c == '0' ? 0 : c == '1' ? 1 : 2;
 }
 
-/// Opcodes of two instructions that meet: the first row wins.
+void add_opcode(OPCODE_TREE &tree, const char *text, const char *instruction) {
+    auto number = static_cast<int32_t>(tree.opcodes.size());
+    tree.opcodes.push_back({text, instruction});
+    if (tree.nodes.empty())
+        tree.nodes.push_back({.first = number});
+    size_t node = 0;
+    for (; *text != '\0'; ++text) {
+        int32_t &below = tree.nodes[node].below[character_place(*text)];
+        bool is_new = below < 0;
+        if (is_new)
+            below = static_cast<int32_t>(tree.nodes.size());
+        node = static_cast<size_t>(below);
+        if (is_new)
+            tree.nodes.push_back({.first = number});
+    }
+}
+
+/// The first opcode before `best` that some value of the instruction register has in common with `text`;
+/// `best` when there is none.
+int32_t first_overlap(const OPCODE_TREE &tree, int32_t node, const char *text, int32_t best) {
+    if (node < 0 || tree.nodes[static_cast<size_t>(node)].first >= best)
+        return best;
+    const OPCODE_TREE::NODE &at = tree.nodes[static_cast<size_t>(node)];
+    if (*text == '\0')
+        return at.first;
+    for (int32_t place : {0, 1, 2})
+        if (character_place(*text) == 2 || place == 2 || place == character_place(*text))
+            best = first_overlap(tree, at.below[place], text + 1, best);
+    return best;
+}
+
+/// Opcodes that meet one of an earlier instruction: the earlier row wins.
 void warn_colliding_opcodes() {
-    for (int32_t later = 1; later < DYNA_count(INSTRUCTIONS); ++later)
-        for (int32_t first = 0; first < later; ++first)
-            for (const char *a : rows(INSTRUCTIONS[first].patterns))
-                for (const char *b : rows(INSTRUCTIONS[later].patterns))
-                    if (overlap(a, b))
-                        vmr_printf("WARNING: (%s) opcode '%s' of INSTRUCTION '%s' collides with\n"
-                                   "         opcode '%s' of INSTRUCTION '%s', which wins.\n\n",
-                                   JTAG_BSC_FILE, b, INSTRUCTIONS[later].name, a, INSTRUCTIONS[first].name);
+    OPCODE_TREE tree;
+    for (const INSTRUCTION &instruction : rows(INSTRUCTIONS)) {
+        auto earlier = static_cast<int32_t>(tree.opcodes.size());
+        for (const char *opcode : rows(instruction.patterns)) {
+            int32_t first = earlier == 0 ? earlier : first_overlap(tree, 0, opcode, earlier);
+            if (first < earlier)
+                vmr_printf("WARNING: (%s) opcode '%s' of INSTRUCTION '%s' collides with\n"
+                           "         opcode '%s' of INSTRUCTION '%s', which wins.\n\n",
+                           JTAG_BSC_FILE, opcode, instruction.name,
+                           tree.opcodes[static_cast<size_t>(first)].text,
+                           tree.opcodes[static_cast<size_t>(first)].instruction);
+        }
+        for (const char *opcode : rows(instruction.patterns))
+            add_opcode(tree, opcode, instruction.name);
+    }
 }
 
 /// The decoder compares an X literally, so that such an opcode decodes to nothing in hardware.
@@ -244,18 +249,19 @@ void warn_undriven_registers() {
 }
 
 void warn_enable_pins(RTL_LANGUAGE language) {
+    std::unordered_map<std::string, const char *> spelling;
+    for (const ENABLE_PIN &pin : rows(INST_ENABLE_PIN))
+        spelling.emplace(lower_case(pin.name), pin.name);
     for (const INSTRUCTION &instruction : rows(INSTRUCTIONS))
         for (const char *name : rows(instruction.enable_pins))
-            for (const ENABLE_PIN &pin : rows(INST_ENABLE_PIN))
-                if (same_text_no_case(name, pin.name) && !same_text(name, pin.name))
-                    vmr_printf("WARNING: (%s) enable pin '%s' of INSTRUCTION '%s' is not '%s'\n"
-                               "         of an earlier instruction and won't be raised.\n\n",
-                               JTAG_BSC_FILE, name, instruction.name, pin.name);
-    for (const ENABLE_PIN &pin : rows(INST_ENABLE_PIN))
-        if (pin.gate_kind != GATE_NONE && !is_readable_signal(pin.gate_signal, language))
-            vmr_printf("WARNING: (%s) can't find signal '%s' in the TAP module\n"
-                       "         for the gate of enable pin '%s'.\n\n",
-                       JTAG_BSC_FILE, pin.gate_signal, pin.name);
+            if (const char *first = spelling.at(lower_case(name)); !same_text(name, first))
+                vmr_printf("WARNING: (%s) enable pin '%s' of INSTRUCTION '%s' is not '%s'\n"
+                           "         of an earlier instruction and won't be raised.\n\n",
+                           JTAG_BSC_FILE, name, instruction.name, first);
+    for (const ENABLE_PIN *pin : pins_of_unknown_gates(language))
+        vmr_printf("WARNING: (%s) can't find signal '%s' in the TAP module\n"
+                   "         for the gate of enable pin '%s'.\n\n",
+                   JTAG_BSC_FILE, pin->gate_signal, pin->name);
 }
 
 /// What an extra pin does is the user's logic; the module only has the port.
@@ -293,7 +299,7 @@ void refuse_broken_rtl() {
 }
 
 void warn_about_rtl() {
-    RTL_LANGUAGE language = option(OPT_VHDL) ? VHDL : VERILOG;
+    RTL_LANGUAGE language = rtl_language();
     warn_capture();
     warn_colliding_opcodes();
     warn_open_opcodes();
@@ -302,9 +308,10 @@ void warn_about_rtl() {
     warn_extra_pins();
     warn_active_low_outputs();
     warn_clamp(language);
+    ENABLE_USES uses = enable_uses();
     for (const ENABLE_PIN &pin : rows(INST_ENABLE_PIN))
         if (enable_width(pin.value) > 0)
             vmr_printf("    WARNING: the dafault value of enable pin '%s' from\n"
                        "             tap controller is '%s'.\n",
-                       pin.name, enable_default(pin).c_str());
+                       pin.name, enable_default(pin, uses).c_str());
 }

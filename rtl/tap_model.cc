@@ -6,6 +6,7 @@
 #include "support/text.hh"
 
 #include <cmath>
+#include <unordered_map>
 
 int32_t INST_EXIST[KNOWN_COUNT] = {-1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1};
 int32_t INST_LEN = 0;
@@ -37,20 +38,22 @@ constexpr ACCESS_RULE ACCESS_RULES[] = {
     {KNOWN_USERCODE, "USERCODE", "usercode", "idcode", "USERCODE"},
 };
 
+/// Rows of INST_ENABLE_PIN by name, in lower case.
+using PIN_ROWS = std::unordered_map<std::string, int32_t>;
+
 /// Adds the enables of one instruction to INST_ENABLE_PIN.
-void add_enable_pins(const INSTRUCTION &instruction) {
+void add_enable_pins(const INSTRUCTION &instruction, PIN_ROWS &known) {
     for (int32_t i = 0; i < DYNA_count(instruction.enable_pins); ++i) {
+        const char *name = instruction.enable_pins[i];
         const char *value = instruction.enable_values[i] ? instruction.enable_values[i] : "1";
-        const ENABLE_PIN *known = nullptr;
-        for (const ENABLE_PIN &pin : rows(INST_ENABLE_PIN))
-            if (known == nullptr && same_text_no_case(pin.name, instruction.enable_pins[i]))
-                known = &pin;
-        if (known == nullptr)
-            append_row(INST_ENABLE_PIN, {instruction.enable_pins[i], value, instruction.gate_signals[i],
-                                         instruction.gate_kinds[i]});
-        else if (std::string_view(known->value).size() != std::string_view(value).size())
+        auto [place, is_new] = known.try_emplace(lower_case(name), DYNA_count(INST_ENABLE_PIN));
+        if (is_new)
+            append_row(INST_ENABLE_PIN,
+                       {name, value, instruction.gate_signals[i], instruction.gate_kinds[i]});
+        const ENABLE_PIN &pin = INST_ENABLE_PIN[place->second];
+        if (std::string_view(pin.value).size() != std::string_view(value).size())
             vmr_fail("ERROR: (%s) the length of enable pin '%s' are different in INSTRUCTION '%s'.\n",
-                     JTAG_BSC_FILE, known->name, instruction.name);
+                     JTAG_BSC_FILE, pin.name, instruction.name);
     }
 }
 
@@ -86,6 +89,7 @@ void set_up_various_flags() {
         INST_LEN = static_cast<int32_t>(std::string_view(INSTRUCTIONS[0].patterns[0]).size());
 
     int32_t row = 0;
+    PIN_ROWS enable_pins;
     for (const INSTRUCTION &instruction : rows(INSTRUCTIONS)) {
         for (int32_t known = 0; known < KNOWN_COUNT; ++known)
             if (same_text_no_case(instruction.name, KNOWN_NAMES[known]))
@@ -93,7 +97,7 @@ void set_up_various_flags() {
         std::string_view reg = register_base(instruction.register_name);
         if (find_access_register(reg) < 0)
             append_row<const char *>(ACCESS_REG, keep_text(reg));
-        add_enable_pins(instruction);
+        add_enable_pins(instruction, enable_pins);
         ++row;
     }
     if (!has_instruction(KNOWN_EXTEST) || !has_instruction(KNOWN_SAMPLE) || !has_instruction(KNOWN_BYPASS))

@@ -86,8 +86,7 @@ void resolve_module_and_instance() {
                    "         Using default name -> TAP.\n\n",
                    JTAG_BSC_FILE);
         TAP_INSTANCE_NAME = "TAP";
-    } else
-        org_tap_instance_nameG = keep_text(TAP_INSTANCE_NAME);
+    }
     if (TAP_MODULE_NAME == nullptr) {
         vmr_printf("WARNING: (%s) can't find %%MODULE_NAME in %%TAP_MODULE.\n"
                    "         Using default name -> vmr_tap.\n\n",

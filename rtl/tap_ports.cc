@@ -22,6 +22,7 @@ enum HIER_TABLE : int32_t {
 
 constexpr bool OUT = true;
 constexpr bool IN = false;
+constexpr bool FIXED_NAME = true;
 
 bool has(CONTROL_SIGNAL signal) {
     return BCELL_HAS[signal] != 0;
@@ -34,6 +35,7 @@ struct PORT_FAMILY {
     HIER_TABLE hier_table;
     int32_t declare_place, vhdl_place;
     TAP_PORT_ROLE role = ROLE_PLAIN;
+    bool is_fixed = false;
 };
 
 using NAMES = std::vector<std::string>;
@@ -65,7 +67,7 @@ const PORT_FAMILY FAMILIES_BEFORE_REGISTERS[] = {
     {standard<PORT_TMS>, IN, HIER_STANDARD_IN, 21, 1},
     {standard<PORT_TDI>, IN, HIER_STANDARD_IN, 22, 2},
     {standard<PORT_TCK>, IN, HIER_STANDARD_IN, 23, 3},
-    {[] { return given(option(OPT_SYNCH), BCELL_TCK); }, OUT, HIER_CONTROL, 14, 12},
+    {[] { return given(option(OPT_SYNCH), BCELL_TCK); }, OUT, HIER_CONTROL, 14, 12, ROLE_PLAIN, FIXED_NAME},
     {standard<PORT_TDO>, OUT, HIER_TDO, 1, 8},
     {[] { return given(true, TAP_TDO_EN_PIN); }, OUT, HIER_ENABLE, 4, 9},
     {standard<PORT_TRST>, IN, HIER_STANDARD_IN, 25, 4},
@@ -78,16 +80,19 @@ const PORT_FAMILY FAMILIES_BEFORE_REGISTERS[] = {
     {control<SIG_MODE1>, OUT, HIER_CONTROL, 8, 15},
     {control<SIG_MODE2>, OUT, HIER_CONTROL, 9, 16},
     {control<SIG_MODE3>, OUT, HIER_CONTROL, 10, 17},
-    {[] { return given(option(OPT_EXTERNAL_IDCODE) && IDCODE_REG, "IDCODE"); }, IN, HIER_NONE, 20, 6},
+    {[] { return given(option(OPT_EXTERNAL_IDCODE) && IDCODE_REG, "IDCODE"); }, IN, HIER_NONE, 20, 6,
+     ROLE_PLAIN, FIXED_NAME},
     {[] { return given(has_highz_port(), TAP_HIZ_PIN); }, OUT, HIER_CONTROL, 11, 20},
     {[] { return given(has_instruction(KNOWN_CHIP_TEST), "CHIP_TEST"); }, OUT, HIER_CONTROL, 12, 21,
-     ROLE_CHIP_TEST},
+     ROLE_CHIP_TEST, FIXED_NAME},
     {extra_pins, OUT, HIER_CONTROL, 13, 22},
 };
 
 const PORT_FAMILY FAMILIES_BEHIND_ENABLES[] = {
-    {[] { return given(has_atpg(), "velmora_test_mode"); }, OUT, HIER_CONTROL, 16, 18},
-    {[] { return given(has_atpg(), "velmora_scan_mode"); }, OUT, HIER_CONTROL, 17, 19},
+    {[] { return given(has_atpg(), "velmora_test_mode"); }, OUT, HIER_CONTROL, 16, 18, ROLE_PLAIN,
+     FIXED_NAME},
+    {[] { return given(has_atpg(), "velmora_scan_mode"); }, OUT, HIER_CONTROL, 17, 19, ROLE_PLAIN,
+     FIXED_NAME},
 };
 
 constexpr int32_t ENABLE_DECLARE_PLACE = 15, ENABLE_VHDL_PLACE = 24;
@@ -99,7 +104,8 @@ void append_families(std::vector<TAP_MODULE_PORT> &ports, const PORT_FAMILY (&fa
     for (const PORT_FAMILY &family : families)
         for (const std::string &name : family.names())
             ports.push_back({name, family.is_output, family.hier_table == HIER_NONE ? IDCODE_WIDTH : 0,
-                             family.hier_table, family.declare_place, family.vhdl_place, family.role});
+                             family.hier_table, family.declare_place, family.vhdl_place, family.role,
+                             family.is_fixed});
 }
 
 } // namespace

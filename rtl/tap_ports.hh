@@ -18,6 +18,7 @@ struct TAP_MODULE_PORT {
     int32_t hier_table; ///< row of rwv_hier_tap_port_tabG, -1 for none
     int32_t declare_place, vhdl_place;
     TAP_PORT_ROLE role;
+    bool is_fixed = false; ///< the templates name it, and not the tables
 };
 
 /// The ports that the TAP has, in the order of the header.

@@ -1,11 +1,14 @@
 #include "rtl/tap_rtl.hh"
 
+#include "rtl/module_names.hh"
 #include "rtl/tap_ports.hh"
 #include "rtl/tap_values.hh"
 #include "rtl/templates.hh"
 
 #include "support/run_state.hh"
 #include "support/text.hh"
+
+#include <algorithm>
 
 namespace {
 
@@ -42,20 +45,20 @@ std::string declared(const char *direction, const TAP_MODULE_PORT &port) {
     std::string range = port.width == 0 ? "" : format_text("[%d:0]", port.width - 1);
     // A user register's input has two blanks where the others have one.
     const char *gap = port.role == ROLE_USER_REGISTER && !port.is_output ? "  " : " ";
-    return std::string(8, ' ') + direction + range + gap + port.name + ";\n";
+    return std::string(8, ' ') + direction + range + gap + table_name(port.name) + ";\n";
 }
 
 /// The header of the TAP module and the declarations of its ports; the port-only module ends here.
 std::string make_declaration_of_v() {
     save_hier_tap_ports();
     std::string module = TAP_MODULE_NAME;
-    std::string text = "module  " + module + (option(OPT_SYNCH) ? "( " : " ( ");
+    std::string text = "module  " + table_name(module) + (option(OPT_SYNCH) ? "( " : " ( ");
     std::string indent(module.size() + 11, ' ');
     bool first = true;
     for (const TAP_MODULE_PORT &port : tap_ports()) {
         if (!first)
             text += ",\n" + indent.substr(port.role == ROLE_CHIP_TEST ? 1 : 0);
-        text += port.name;
+        text += table_name(port.name);
         first = false;
     }
     text += " );\n\n";
@@ -76,21 +79,21 @@ std::string close_port_list(std::string text) {
     return last == std::string::npos ? text : text.replace(last, 1, " );");
 }
 
-std::string make_verilog() {
+std::vector<RTL_MODULE> make_verilog() {
     TEMPLATE_VALUES values = tap_values(VERILOG);
-    std::string text = make_declaration_of_v() + expand_template(TOP_V, values);
+    std::vector<RTL_MODULE> modules = {{"", make_declaration_of_v() + expand_template(TOP_V, values)}};
     for (const TAP_PART *part : FILE_ORDER)
         if (is_needed(part)) {
-            std::string module = expand_template(part->verilog, values);
-            text += part == &DECODER ? close_port_list(module) : module;
+            std::string text = expand_template(part->verilog, values);
+            modules.push_back({"", part == &DECODER ? close_port_list(text) : text});
         }
-    return text;
+    return modules;
 }
 
 std::string vhdl_port(const TAP_MODULE_PORT &port) {
     std::string type =
         port.width == 0 ? "std_logic" : format_text("std_logic_vector(%d downto 0)", port.width - 1);
-    return "        " + port.name + (port.is_output ? ": out " : ": in ") + type;
+    return "        " + table_name(port.name) + (port.is_output ? ": out " : ": in ") + type;
 }
 
 /// The TAP's port clause: a ';' behind every port but the last, and the closing parenthesis on the last one's
@@ -123,28 +126,43 @@ std::string include_vhdl_component_into_TAP(const TEMPLATE_VALUES &values) {
     return text;
 }
 
-std::string make_entity_TAP_of_vhdl(const TEMPLATE_VALUES &values) {
+RTL_MODULE make_entity_TAP_of_vhdl(const TEMPLATE_VALUES &values) {
     std::string name = TAP_MODULE_NAME;
-    return expand_template(LIBRARY_VHDL, values) + "entity " + name + " is\n" +
-           vhdl_output_io_interface_of_TAP() + "end " + name + ";\n\narchitecture STRUCTURE of " + name +
-           " is\n\n" + include_vhdl_component_into_TAP(values) + expand_template(TOP_VHDL, values);
+    return {expand_template(LIBRARY_VHDL, values) + "entity " + name + " is\n",
+            vhdl_output_io_interface_of_TAP() + "end " + table_name(name) + ";\narchitecture STRUCTURE of " +
+                table_name(name) + " is\n\n" + include_vhdl_component_into_TAP(values) +
+                expand_template(TOP_VHDL, values)};
 }
 
-std::string make_vhdl() {
+std::vector<RTL_MODULE> make_vhdl() {
     TEMPLATE_VALUES values = tap_values(VHDL);
-    std::string text;
+    std::vector<RTL_MODULE> modules;
     for (const TAP_PART *part : FILE_ORDER)
         if (is_needed(part))
-            text += expand_template(part->vhdl_library, values) + "entity " + part->name + " is\n" +
-                    expand_template(part->vhdl_ports, values) + "end " + part->name + ";\n" +
-                    expand_template(part->vhdl_body, values);
-    return text + make_entity_TAP_of_vhdl(values);
+            modules.push_back({expand_template(part->vhdl_library, values) + "entity " + part->name + " is\n",
+                               expand_template(part->vhdl_ports, values) + "end " + part->name + ";\n" +
+                                   expand_template(part->vhdl_body, values)});
+    modules.push_back(make_entity_TAP_of_vhdl(values));
+    return modules;
 }
 
 } // namespace
 
+bool is_name_of_part(std::string_view name, RTL_LANGUAGE language) {
+    return std::any_of(std::begin(FILE_ORDER), std::end(FILE_ORDER), [&](const TAP_PART *part) {
+        return name_key(part->name, language) == name_key(name, language);
+    });
+}
+
+std::vector<RTL_MODULE> tap_modules(RTL_LANGUAGE language) {
+    return language == VHDL ? make_vhdl() : make_verilog();
+}
+
 std::string get_TAP_in_RTL() {
     if (option(OPT_PSEUDO_TAP))
-        return make_declaration_of_v();
-    return option(OPT_VHDL) ? make_vhdl() : make_verilog();
+        return without_marks(make_declaration_of_v());
+    std::string text;
+    for (const RTL_MODULE &module : tap_modules(option(OPT_VHDL) ? VHDL : VERILOG))
+        text += module.head + module.text;
+    return without_marks(text);
 }

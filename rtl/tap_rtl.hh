@@ -1,7 +1,22 @@
 // The TAP as text.
 #pragma once
 
+#include "rtl/decode_terms.hh"
+
 #include <string>
+#include <string_view>
+#include <vector>
+
+/// One module of the RTL file, with the names of the tables marked (rtl/module_names.hh). The head are the
+/// lines of a VHDL unit that stand outside its scope.
+struct RTL_MODULE {
+    std::string head, text;
+};
+/// The modules in the order of the file.
+std::vector<RTL_MODULE> tap_modules(RTL_LANGUAGE language);
+
+/// True for the name of a module below the TAP.
+bool is_name_of_part(std::string_view name, RTL_LANGUAGE language);
 
 /// The port-only Verilog module while OPT_PSEUDO_TAP is set, else the whole RTL file in the language of the
 /// run. Its Verilog header also makes rwv_hier_tap_port_tabG.

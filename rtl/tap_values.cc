@@ -1,11 +1,14 @@
 #include "rtl/tap_values.hh"
 
 #include "planning/tap_state.hh"
+#include "rtl/module_names.hh"
 #include "rtl/tap_ports.hh"
 #include "support/run_state.hh"
 #include "support/text.hh"
 
 #include <algorithm>
+#include <unordered_map>
+#include <unordered_set>
 
 namespace {
 
@@ -72,21 +75,25 @@ bool is_gated(const ENABLE_PIN &pin) {
     return pin.gate_kind != GATE_NONE;
 }
 
-/// True when the gate of some enable pin reads `name`; VHDL does not tell names apart by case.
-bool is_read_by_gate(const char *name) {
-    for (const ENABLE_PIN &pin : rows(INST_ENABLE_PIN))
-        if (is_gated(pin) && same_text_no_case(pin.gate_signal, name))
-            return true;
-    return false;
-}
-
 /// Outputs of the TAP that a VHDL gate can read back through a signal of their own, besides those that always
 /// have one.
-std::vector<std::string> read_back_outputs() {
-    std::vector<std::string> outputs;
+struct READ_BACK {
+    std::vector<const char *> outputs;
+    std::unordered_map<std::string, const char *> by_key; ///< in lower case, as VHDL does not tell case
+};
+
+READ_BACK read_back_outputs() {
+    std::unordered_set<std::string> read_by_gates;
+    for (const ENABLE_PIN &pin : rows(INST_ENABLE_PIN))
+        if (is_gated(pin))
+            read_by_gates.insert(lower_case(pin.gate_signal));
+    READ_BACK made;
     auto add = [&](bool exists, const char *name) {
-        if (exists && name != nullptr && is_read_by_gate(name))
-            outputs.emplace_back(name);
+        std::string key = exists && name != nullptr ? lower_case(name) : "";
+        if (!read_by_gates.contains(key))
+            return;
+        made.outputs.push_back(name);
+        made.by_key.emplace(std::move(key), name);
     };
     add(has(SIG_UPDATE), TAP_PIN[SIG_UPDATE]);
     for (CONTROL_SIGNAL mode : MODE_SIGNALS)
@@ -95,16 +102,16 @@ std::vector<std::string> read_back_outputs() {
     add(has_instruction(KNOWN_CHIP_TEST), "CHIP_TEST");
     for (const ENABLE_PIN &pin : rows(INST_ENABLE_PIN))
         add(!is_gated(pin) && enable_width(pin.value) == 0, pin.name);
-    return outputs;
+    return made;
 }
 
 /// The name inside the VHDL architecture of an output that may be read back.
-std::string inner_name(const char *name) {
+std::string inner_name(const char *name, const READ_BACK &read_back) {
     if (name == nullptr)
         return "";
-    std::vector<std::string> outputs = read_back_outputs();
-    return std::find(outputs.begin(), outputs.end(), name) == outputs.end() ? name
-                                                                            : std::string(name) + "_net";
+    auto found = read_back.by_key.find(lower_case(name));
+    bool has_net = found != read_back.by_key.end() && same_text(found->second, name);
+    return std::string(name) + (has_net ? "_net" : "");
 }
 
 /// True for an output whose inner signal always exists in VHDL.
@@ -114,24 +121,23 @@ bool always_has_net(const char *signal) {
            (has(SIG_RST) && same_text_no_case(signal, TAP_PIN[SIG_RST]));
 }
 
-std::string vhdl_gate_signal(const char *signal) {
+std::string vhdl_gate_signal(const char *signal, const READ_BACK &read_back) {
     if (always_has_net(signal))
         return std::string(signal) + "_net";
     if (same_text_no_case(signal, "velmora_test_mode") && has_instruction(KNOWN_VELMORA_ATPG))
         return "velmora_atpg_mode";
-    for (const std::string &output : read_back_outputs())
-        if (same_text_no_case(output.c_str(), signal))
-            return output + "_net";
-    return signal;
+    auto found = read_back.by_key.find(lower_case(signal));
+    return found == read_back.by_key.end() ? signal : std::string(found->second) + "_net";
 }
 
-std::string gated_text(const ENABLE_PIN &pin, RTL_LANGUAGE language) {
+std::string gated_text(const ENABLE_PIN &pin, const READ_BACK &read_back, RTL_LANGUAGE language) {
     for (const GATE_TEXT &gate : GATES)
         if (gate.kind == pin.gate_kind) {
             const char *const *part = language == VHDL ? gate.vhdl : gate.verilog;
-            std::string second = language == VHDL ? vhdl_gate_signal(pin.gate_signal) : pin.gate_signal;
-            return std::string(part[0]) + pin.name + (language == VHDL ? "_net" : "_wire") + part[1] +
-                   second + part[2];
+            std::string second =
+                language == VHDL ? vhdl_gate_signal(pin.gate_signal, read_back) : pin.gate_signal;
+            return part[0] + table_name(pin.name) + (language == VHDL ? "_net" : "_wire") + part[1] +
+                   table_name(second) + part[2];
         }
     return "";
 }
@@ -141,7 +147,7 @@ std::string decoder_ports() {
     std::string text = "DR_SELECT, INST";
     auto add = [&](bool exists, const char *name) {
         if (exists)
-            text += std::string(", ") + name;
+            text += ", " + table_name(name);
     };
     add(has_instruction(KNOWN_CHIP_TEST), "CHIP_TEST");
     add(has_highz_port(), TAP_HIZ_PIN);
@@ -150,7 +156,7 @@ std::string decoder_ports() {
     add(has_id_mode(), "IDMODE");
     int32_t count = 0;
     for (const ENABLE_PIN &pin : rows(INST_ENABLE_PIN))
-        text += (count++ % 4 == 0 ? ",\n" + std::string(26, ' ') : ", ") + pin.name +
+        text += (count++ % 4 == 0 ? ",\n" + std::string(26, ' ') : ", ") + table_name(pin.name) +
                 (is_gated(pin) ? "_wire" : "");
     add(has_instruction(KNOWN_VELMORA_ATPG), "velmora_test_mode");
     return text;
@@ -165,11 +171,13 @@ void add_register_values(TEMPLATE_VALUES &values) {
     for (int32_t row = 0; row < count; ++row) {
         std::string name = ACCESS_REG[row], wire = register_wire(row);
         bool last = row == count - 1;
-        outs += (row == 0 ? "" : ", ") + name + "_out";
+        std::string out = table_name(name + "_out");
+        outs += (row == 0 ? "" : ", ") + out;
         wires += (row == 0 ? "" : ", ") + wire;
         if (!is_user_register(row) && !is_register(row, "boundary"))
             inner += ", " + wire;
         registers.push_back({{"REG", name},
+                             {"REG_OUT", out},
                              {"REG12", padded(name, 12)},
                              {"REG8", padded(name, 8)},
                              {"WIRE", wire},
@@ -179,74 +187,89 @@ void add_register_values(TEMPLATE_VALUES &values) {
         if (is_undriven_register(row))
             undriven.push_back({{"WIRE", wire}});
         if (is_user_register(row))
-            user.push_back({{"REG", name}});
+            user.push_back({{"REG_IN", table_name(name + "_in")}});
     }
     values.names["REGISTER_OUTS"] = outs;
     values.names["REGISTER_WIRES"] = wires;
     values.names["INNER_WIRES"] = inner;
 }
 
-void add_enable_values(TEMPLATE_VALUES &values, RTL_LANGUAGE language) {
+void add_enable_values(TEMPLATE_VALUES &values, const READ_BACK &read_back, RTL_LANGUAGE language) {
     std::vector<TEMPLATE_NAMES> &gated = values.lists['P'];
-    std::vector<TEMPLATE_NAMES> &read_back = values.lists['J'];
     int32_t row = 0;
     for (const ENABLE_PIN &pin : rows(INST_ENABLE_PIN)) {
         if (is_gated(pin))
-            gated.push_back({{"PIN", pin.name}, {"GATED", gated_text(pin, language)}});
-        values.lists['N'][row++]["PIN_NET"] =
-            is_gated(pin) ? std::string(pin.name) + "_net" : inner_name(pin.name);
+            gated.push_back({{"PIN", table_name(pin.name)}, {"GATED", gated_text(pin, read_back, language)}});
+        values.lists['N'][row++]["PIN_NET"] = table_name(is_gated(pin) ? std::string(pin.name) + "_net"
+                                                                       : inner_name(pin.name, read_back));
     }
-    for (const std::string &output : read_back_outputs())
-        read_back.push_back({{"PORT", output}});
+    for (const char *output : read_back.outputs)
+        values.lists['J'].push_back({{"PORT", table_name(output)}});
 }
 
 void add_port_names(TEMPLATE_NAMES &names) {
     const struct {
         const char *name, *text;
     } table[] = {
-        {"TDI", TAP_PORT[PORT_TDI].tap_pin},     {"TDO", TAP_PORT[PORT_TDO].tap_pin},
-        {"TMS", TAP_PORT[PORT_TMS].tap_pin},     {"TCK", TAP_PORT[PORT_TCK].tap_pin},
-        {"TRST", TAP_PORT[PORT_TRST].tap_pin},   {"TDO_EN", TAP_TDO_EN_PIN},
-        {"SHIFT_DR", TAP_PIN[SIG_SHIFT]},        {"CLOCK_DR", TAP_PIN[SIG_CLOCK]},
-        {"UPDATE_DR", TAP_PIN[SIG_UPDATE]},      {"RESET", TAP_PIN[SIG_RST]},
-        {"MODE1", TAP_PIN[SIG_MODE1]},           {"MODE2", TAP_PIN[SIG_MODE2]},
-        {"MODE3", TAP_PIN[SIG_MODE3]},           {"HIGHZ", TAP_HIZ_PIN},
-        {"FIRST_BCELL", TAP_CONTR->first_bcell}, {"LAST_BCELL", TAP_CONTR->last_bcell},
+        {"TDI", TAP_PORT[PORT_TDI].tap_pin},
+        {"TDO", TAP_PORT[PORT_TDO].tap_pin},
+        {"TMS", TAP_PORT[PORT_TMS].tap_pin},
+        {"TCK", TAP_PORT[PORT_TCK].tap_pin},
+        {"TRST", TAP_PORT[PORT_TRST].tap_pin},
+        {"TDO_EN", TAP_TDO_EN_PIN},
+        {"SHIFT_DR", TAP_PIN[SIG_SHIFT]},
+        {"CLOCK_DR", TAP_PIN[SIG_CLOCK]},
+        {"UPDATE_DR", TAP_PIN[SIG_UPDATE]},
+        {"MODE1", TAP_PIN[SIG_MODE1]},
+        {"MODE2", TAP_PIN[SIG_MODE2]},
+        {"MODE3", TAP_PIN[SIG_MODE3]},
+        {"HIGHZ", TAP_HIZ_PIN},
+        {"FIRST_BCELL", TAP_CONTR->first_bcell},
+        {"LAST_BCELL", TAP_CONTR->last_bcell},
         {"TAP_MODULE", TAP_MODULE_NAME},
     };
+    // A reset that is no port has a name of the logic's own.
+    names["RESET"] = has(SIG_RST) ? table_name(TAP_PIN[SIG_RST]) : text_or_empty(TAP_PIN[SIG_RST]);
     for (auto [name, text] : table)
-        names[name] = text_or_empty(text);
+        names[name] = table_name(text_or_empty(text));
 }
 
 } // namespace
 
 std::string register_wire(int32_t row) {
     if (is_register(row, "boundary"))
-        return TAP_CONTR->last_bcell;
+        return table_name(TAP_CONTR->last_bcell);
     if (is_register(row, "bypass"))
         return "BYPASS_out";
     if (is_register(row, "idcode"))
         return "IDCODE_out";
     if (is_register(row, "usercode"))
         return "USERCODE_out";
-    return std::string(ACCESS_REG[row]) + "_out";
+    return table_name(std::string(ACCESS_REG[row]) + "_out");
 }
 
 bool is_undriven_register(int32_t row) {
     return is_register(row, "usercode") || (is_register(row, "idcode") && !has_id_register());
 }
 
-bool is_readable_signal(const char *signal, RTL_LANGUAGE language) {
-    auto same = [language, signal](const std::string &name) {
-        return language == VHDL ? same_text_no_case(name.c_str(), signal) : name == signal;
-    };
-    if (std::any_of(std::begin(INNER_WIRES), std::end(INNER_WIRES), same) ||
-        same(text_or_empty(TAP_PIN[SIG_RST])))
-        return true;
-    for (const TAP_MODULE_PORT &port : tap_ports())
-        if (port.width == 0 && same(port.name))
-            return language == VERILOG || !port.is_output || vhdl_gate_signal(signal) != signal;
-    return false;
+std::vector<const ENABLE_PIN *> pins_of_unknown_gates(RTL_LANGUAGE language) {
+    auto key = [language](const std::string &name) { return language == VHDL ? lower_case(name) : name; };
+    READ_BACK read_back = read_back_outputs();
+    std::unordered_set<std::string> readable;
+    for (const char *wire : INNER_WIRES)
+        readable.insert(key(wire));
+    readable.insert(key(text_or_empty(TAP_PIN[SIG_RST])));
+    for (const TAP_MODULE_PORT &port : tap_ports()) {
+        bool is_read = language == VERILOG || !port.is_output ||
+                       vhdl_gate_signal(port.name.c_str(), read_back) != port.name;
+        if (port.width == 0 && is_read)
+            readable.insert(key(port.name));
+    }
+    std::vector<const ENABLE_PIN *> pins;
+    for (const ENABLE_PIN &pin : rows(INST_ENABLE_PIN))
+        if (is_gated(pin) && !readable.contains(key(pin.gate_signal)))
+            pins.push_back(&pin);
+    return pins;
 }
 
 TEMPLATE_VALUES tap_values(RTL_LANGUAGE language) {
@@ -255,7 +278,8 @@ TEMPLATE_VALUES tap_values(RTL_LANGUAGE language) {
     add_state_values(values);
     add_decoder_values(values, language);
     add_register_values(values);
-    add_enable_values(values, language);
+    READ_BACK read_back = read_back_outputs();
+    add_enable_values(values, read_back, language);
     TEMPLATE_NAMES &names = values.names;
     add_port_names(names);
     names["N"] = std::to_string(INST_LEN);
@@ -270,10 +294,11 @@ TEMPLATE_VALUES tap_values(RTL_LANGUAGE language) {
     names["DECODER_PORTS"] = decoder_ports();
     names["IDMODE_PORT"] = has_id_mode() ? ", IDMODE" : "";
     names["RESET_NET"] = names["RESET"] + (has(SIG_RST) ? "_net" : "");
-    names["UPDATE_NET"] = inner_name(TAP_PIN[SIG_UPDATE]);
-    names["CHIP_TEST_NET"] = inner_name("CHIP_TEST");
-    names["HIGHZ_NET"] = inner_name(TAP_HIZ_PIN);
+    names["UPDATE_NET"] = table_name(inner_name(TAP_PIN[SIG_UPDATE], read_back));
+    names["CHIP_TEST_NET"] = table_name(inner_name("CHIP_TEST", read_back));
+    names["HIGHZ_NET"] = table_name(inner_name(TAP_HIZ_PIN, read_back));
     for (int32_t i = 0; i < 3; ++i)
-        names[format_text("MODE%d_NET", i + 1)] = inner_name(TAP_PIN[MODE_SIGNALS[i]]);
+        names[format_text("MODE%d_NET", i + 1)] =
+            table_name(inner_name(TAP_PIN[MODE_SIGNALS[i]], read_back));
     return values;
 }

@@ -9,10 +9,11 @@ TEMPLATE_VALUES tap_values(RTL_LANGUAGE language);
 /// Adds the lists of the controller's states.
 void add_state_values(TEMPLATE_VALUES &values);
 
-/// The wire that carries a data register's output to the multiplexer in the top module.
+/// The wire that carries a data register's output to the multiplexer in the top module; marked where the
+/// tables name it.
 std::string register_wire(int32_t row);
 /// True for an identification or user code register that the TAP does not hold and nothing drives.
 bool is_undriven_register(int32_t row);
 
-/// True when the text of a gate can name `signal` in the top module of that language.
-bool is_readable_signal(const char *signal, RTL_LANGUAGE language);
+/// The enable pins whose gate names a signal that can't be read in the top module of that language.
+std::vector<const ENABLE_PIN *> pins_of_unknown_gates(RTL_LANGUAGE language);

@@ -61,7 +61,7 @@ const char TOP_V[] = R"(
     D     |
           |        assign <FIRST_BCELL> = <TDI>;
           |
-    R     |        assign <REG>_in = <TDI>;
+    R     |        assign <REG_IN> = <TDI>;
     R     |
     L     |        assign <WIRE> = 1'b0;
     L     |
@@ -155,7 +155,7 @@ const char TOP_VHDL[] = R"(
     G |    U6: DR_mux
     g |    U5: DR_mux
       |        port map (
-    B |             <REG>_out => <WIRE>,
+    B |             <REG_OUT> => <WIRE>,
       |             DR_SELECT => DR_SELECT,
       |             DR_out => DR_out
       |        );
@@ -190,7 +190,7 @@ const char TOP_VHDL[] = R"(
     M |    velmora_test_mode <= velmora_atpg_mode;
     M |    velmora_scan_mode <= velmora_atpg_mode and <TMS>;
     L |    <WIRE> <= '0';
-    R |    <REG>_in <= <TDI>;
+    R |    <REG_IN> <= <TDI>;
     P |    <PIN> <= <GATED>;
     P |
       |

@@ -1,6 +1,7 @@
 #include "run/banner.hh"
 
 #include "support/console.hh"
+#include "support/program.hh"
 #include "support/text.hh"
 
 #include <cctype>
@@ -63,7 +64,7 @@ void top_print_copyright() {
 void top_direct_output(const char *filename, std::string_view extension, int restart_flag) {
     if (fd == nullptr) {
         std::string name = second_report_name(filename, extension);
-        fd = std::fopen(name.c_str(), restart_flag != 0 ? "ae" : "we");
+        fd = open_stream(name.c_str(), restart_flag != 0 ? "ae" : "we");
         if (fd == nullptr)
             vmr_fail("\n\nCan not open output report filename '%s'!\n\n", name.c_str());
     }

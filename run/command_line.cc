@@ -1,16 +1,15 @@
 #include "run/command_line.hh"
 
 #include "run/banner.hh"
+#include "run/working_folder.hh"
 #include "support/console.hh"
 #include "support/fnm.hh"
+#include "support/program.hh"
 #include "support/run_state.hh"
-#include "support/shell.hh"
 #include "support/text.hh"
 
 #include <cstdlib>
 #include <cstring>
-#include <sys/stat.h>
-#include <unistd.h>
 
 int32_t error_num = 0;
 int32_t warning_num = 0;
@@ -120,7 +119,10 @@ void take_output_directory(int32_t argc, char **argv, int32_t *index_pointer) {
         error_num++;
         return;
     }
-    OPATH = keep_text(argv[*index_pointer]);
+    std::string_view directory = argv[*index_pointer];
+    while (directory.size() > 1 && directory.ends_with('/'))
+        directory.remove_suffix(1);
+    OPATH = keep_text(directory);
 }
 
 void scan_option(int32_t argc, char **argv, int32_t *index_pointer) {
@@ -161,17 +163,14 @@ void take_design_name(const char *argument) {
     }
 }
 
-void make_working_folder() {
+/// Comes before the report is opened, which a run that is under way here may be writing.
+void open_working_folder() {
     RIMWEAVE_OPATH = "./rimweave_lib";
-    struct stat state;
-    if (::stat(RIMWEAVE_OPATH, &state) == 0 && S_ISDIR(state.st_mode)) {
-        if (::access(RIMWEAVE_OPATH, W_OK) == 0)
-            return;
-        banner_before_first_diagnostic();
-        console_fail("\nERROR: %s, write permission denied.\n\n", RIMWEAVE_OPATH);
-    }
-    if (run_shell("mkdir ./rimweave_lib") != 0)
-        console_fail("\nERROR: can't open default directory .\\'rimweave_lib'.\n\n");
+    std::string fault = take_working_folder();
+    if (fault.empty())
+        return;
+    banner_before_first_diagnostic();
+    console_fail("%s", fault.c_str());
 }
 
 void open_report() {
@@ -180,7 +179,7 @@ void open_report() {
         name = format_text("%s/%s", OPATH, name.c_str());
     else
         OPATH = ".";
-    fd = std::fopen(name.c_str(), "we");
+    fd = open_stream(name.c_str(), "we");
     if (fd != nullptr)
         return;
     banner_before_first_diagnostic();
@@ -230,7 +229,7 @@ void jtag_parse_cmd_line(int32_t argc, char **argv, const char **design_out) {
         end_run();
     take_design_name(design);
     *design_out = TOP_MODULE;
-    make_working_folder();
+    open_working_folder();
     open_report();
     top_direct_output(TOP_MODULE, ".sdb", 0);
     print_selected_options();

@@ -1,10 +1,10 @@
 #include "run/fault_handlers.hh"
 
 #include "support/console.hh"
+#include "support/whole_file.hh"
 
 #include <csignal>
 #include <cstring>
-#include <fcntl.h>
 #include <unistd.h>
 
 namespace {
@@ -19,18 +19,7 @@ void write_now(int file, const char *text) {
     [[maybe_unused]] ssize_t written = ::write(file, text, std::strlen(text));
 }
 
-void ignore_signal(int) {}
-
 } // namespace
-
-void open_standard_streams() {
-    int file = 0;
-    do {
-        file = ::open("/dev/null", O_RDWR);
-    } while (file >= 0 && file <= 2);
-    if (file > 2)
-        ::close(file);
-}
 
 // Both sinks are flushed after every text, so that the calls below the streams keep the order. Neither the
 // streams nor the exit handlers are entered: the fault may have struck inside them.
@@ -38,6 +27,7 @@ void dosegv(int) {
     write_now(STDOUT_FILENO, fault_text);
     if (fd != nullptr)
         write_now(::fileno(fd), fault_text);
+    discard_unfinished_file();
     ::_exit(255);
 }
 
@@ -50,6 +40,4 @@ void install_fault_handlers() {
     action.sa_handler = dosegv;
     action.sa_flags = SA_ONSTACK | static_cast<int>(SA_RESETHAND);
     ::sigaction(SIGSEGV, &action, nullptr);
-    // A handler, where ignoring would do, because the tools that the run starts do not inherit it.
-    std::signal(SIGPIPE, ignore_signal);
 }

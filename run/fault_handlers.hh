@@ -1,12 +1,7 @@
 // What a run does about faults that come from outside its own logic.
 #pragma once
 
-/// Opens /dev/null in place of each standard stream that is closed, so that no file of the run takes its
-/// number.
-void open_standard_streams();
-
-/// Installs the handler of the memory fault, on a stack of its own, and lets a run outlive the reader of its
-/// output.
+/// Installs the handler of the memory fault, on a stack of its own.
 void install_fault_handlers();
 
 /// Prints that the program has failed and whom to tell, and ends the process with status 255. Safe in a

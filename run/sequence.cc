@@ -70,6 +70,14 @@ void start_routine() {
     top_set_w_directory(velmora_write_dir);
 }
 
+/// The tools are to find the modules and cells of a design that is given with its folder where the run finds
+/// them.
+void lead_tools_to_design() {
+    std::string list = *PATH == '\0' ? "" : FNM_list_with_folder(PATH);
+    if (!list.empty())
+        ::setenv("VELMORA_DIRS", list.c_str(), 1);
+}
+
 /// Nothing is said about a file that is not found: the guide can still write it.
 void get_bsc_lib_name() {
     JTAG_BSC_FILE = FNM_find_input(format_text("%s.bsc", TOP_MODULE));
@@ -137,6 +145,7 @@ void run_sequence(int32_t argc, char **argv) {
     install_fault_handlers();
     uti_prepare_system_info();
     jtag_parse_cmd_line(argc, argv, &TOP_MODULE);
+    lead_tools_to_design();
     get_bsc_lib_name();
     if (option(OPT_GUIDELINE))
         guideline_handler();

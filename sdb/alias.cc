@@ -2,6 +2,7 @@
 #include "sdb/sdb.hh"
 
 #include "support/dyna.hh"
+#include "support/fnm.hh"
 #include "support/text.hh"
 
 #include <cctype>
@@ -27,7 +28,7 @@ std::unordered_map<const char *, std::unordered_set<const char *>> targets_by_na
 
 std::string read_text(const std::string &path) {
     std::string text;
-    std::FILE *file = std::fopen(path.c_str(), "r");
+    std::FILE *file = FNM_open(path.c_str());
     if (file == nullptr)
         return text;
     char piece[65536];
@@ -143,16 +144,11 @@ int ALIAS_write() {
             text += std::string(" ") + alias;
         text += " ;\n";
     }
-    std::string temporary = asn_file_name + ".tmp";
-    std::FILE *file = std::fopen(temporary.c_str(), "w");
-    if (file == nullptr)
+    whole_file file;
+    if (!begin_file(file, asn_file_name))
         return 1;
-    bool written = std::fwrite(text.data(), 1, text.size(), file) == text.size();
-    written = std::fclose(file) == 0 && written;
-    if (written && std::rename(temporary.c_str(), asn_file_name.c_str()) == 0)
-        return 0;
-    std::remove(temporary.c_str());
-    return 1;
+    put_bytes(file, text.data(), text.size());
+    return finish_file(file) ? 0 : 1;
 }
 
 void ALIAS_free() {

@@ -1,9 +1,10 @@
-// Bytes of a file in memory, read in order with every bound checked, and a buffered writer. Private to this
-// folder.
+// Bytes of a file in memory, read in order with every bound checked, and the words of a file in the making.
+// Private to this folder.
 #pragma once
 
+#include "support/whole_file.hh"
+
 #include <cstdint>
-#include <cstdio>
 #include <cstring>
 #include <string>
 #include <string_view>
@@ -46,37 +47,9 @@ struct byte_reader {
     }
 };
 
-/// Collects bytes and hands them to the stream in large pieces.
-struct byte_writer {
-    std::FILE *stream;
-    std::string pending{};
-    uint64_t written = 0; ///< bytes given so far
-    bool failed = false;
-
-    void put(const void *bytes, size_t size) {
-        written += size;
-        if (pending.size() + size > piece)
-            flush();
-        if (size > piece)
-            write_now(bytes, size);
-        else
-            pending.append(static_cast<const char *>(bytes), size);
-    }
-    void word(uint32_t value) {
-        put(&value, sizeof value);
-    }
-    void number(int32_t value) {
-        put(&value, sizeof value);
-    }
-    void flush() {
-        write_now(pending.data(), pending.size());
-        pending.clear();
-    }
-
-  private:
-    static constexpr size_t piece = size_t{1} << 20;
-    void write_now(const void *bytes, size_t size) {
-        if (!failed && size > 0 && std::fwrite(bytes, 1, size, stream) != size)
-            failed = true;
-    }
-};
+inline void put_word(whole_file &file, uint32_t value) {
+    put_bytes(file, &value, sizeof value);
+}
+inline void put_number(whole_file &file, int32_t value) {
+    put_bytes(file, &value, sizeof value);
+}

@@ -10,8 +10,6 @@
 /// kept.
 struct first_row_index {
     static constexpr int32_t none = -1;
-    static constexpr int32_t unknown =
-        -2;                     ///< the first row lost this symbol: the next search looks through the table
     std::vector<int32_t> first; ///< by symbol id
     int32_t indexed = 0;        ///< rows below are in the index
 };
@@ -20,7 +18,6 @@ struct SDB_NAME_INDEX {
     first_row_index ports;
     first_row_index objs;
     first_row_index nets;
-    first_row_index classes;
 };
 
 /// The handle that SDB_setup made current, or null.
@@ -35,6 +32,8 @@ int32_t SDB_grow_table(SDB_HANDLE *handle, int32_t index, int32_t n);
 /// Sets a table's count to a lower one.
 void SDB_cut_table(SDB_HANDLE *handle, int32_t index, int32_t count);
 void SDB_free_table(SDB_TABLE *table);
+/// Memory of a handle or of its file; without it the run ends with the message of SDB_open.
+void *SDB_handle_memory(size_t size);
 /// Frees the handle's tables, symbols and the handle itself, but nothing global.
 void SDB_free_handle(SDB_HANDLE *handle);
 
@@ -49,5 +48,3 @@ bool SDB_check_tables(const SDB_HANDLE *handle, std::string *fault);
 /// First row of `symbol` in an index over `count` rows, whose symbols are words at `stride` words apart.
 int32_t SDB_first_row(first_row_index &index, int32_t symbol, const int32_t *names, size_t stride,
                       int32_t count, int32_t symbol_count);
-/// Tells an index that a row changes its symbol; -1 for none.
-void SDB_index_renamed(first_row_index &index, int32_t row, int32_t from, int32_t to);

@@ -26,36 +26,121 @@ constexpr size_t words(size_t record_size) {
     end_run();
 }
 
-/// The name of row `id` in a table of names; `target` is what its prefix row must stand for.
-const char *name_text(const SDB_HANDLE *handle, int32_t index, int32_t id, int32_t target,
-                      std::string &buffer) {
+/// What tells objects and nets apart when their names are looked up.
+struct NAME_KIND {
+    int32_t table;       ///< of the names
+    int32_t prefix_kind; ///< of PREFIX_lookup
+    int32_t target_bit;  ///< of a prefix row's target
+    first_row_index SDB_NAME_INDEX::*index;
+};
+constexpr NAME_KIND OBJECT_NAMES = {SDB_SOBJ_TAB, 1, SDB_OBJ_TARGET, &SDB_NAME_INDEX::objs};
+constexpr NAME_KIND NET_NAMES = {SDB_SNET_TAB, 0, 0, &SDB_NAME_INDEX::nets};
+
+int32_t find_plain(const NAME_KIND &kind, int32_t symbol) {
+    SDB_HANDLE *handle = SDB_current_handle();
+    return handle == nullptr ? -1
+                             : SDB_first_row(handle->name_index->*kind.index, symbol,
+                                             SDB_table<int32_t>(handle, kind.table), 1,
+                                             SDB_table_count(handle, kind.table), SYM_count(sym_tab));
+}
+
+/// The object or net that a prefix row stands for, or -1. The row and the table of names must agree.
+int32_t named_by_row(const NAME_KIND &kind, int32_t row) {
+    if (row < 0 || (prefix_tab[row].target & SDB_OBJ_TARGET) != kind.target_bit)
+        return -1;
+    int32_t id = prefix_tab[row].target & ~kind.target_bit;
+    const SDB_HANDLE *handle = SDB_current_handle();
+    const auto *names = SDB_table<int32_t>(handle, kind.table);
+    if (names == nullptr || id >= SDB_table_count(handle, kind.table))
+        return -1;
+    if (names[id] != SDB_ENTRY_BASE - row)
+        fail_inconsistent();
+    return id;
+}
+
+/// All that a name with separators can mean when these may belong to components.
+std::vector<int32_t> readings(const NAME_KIND &kind, const char *name) {
+    std::vector<int32_t> found;
+    auto add = [&found](int32_t id) {
+        if (id >= 0)
+            found.push_back(id);
+    };
+    add(find_plain(kind, SYM_lookup(sym_tab, name)));
+    for (int32_t row : PREFIX_readings(prefix_tab, name, kind.prefix_kind, sdb_hier_dot))
+        add(named_by_row(kind, row));
+    return found;
+}
+
+/// What stands under these components; one component may be a plain name.
+int32_t find_path(const NAME_KIND &kind, const std::vector<std::string> &components) {
+    if (components.size() == 1)
+        if (int32_t plain = find_plain(kind, SYM_lookup(sym_tab, components[0].c_str())); plain >= 0)
+            return plain;
+    constexpr int32_t instance_kind = 3; // an object, or a row that names a class
+    int32_t row = -1;
+    for (const std::string &component : components) {
+        bool is_last = &component == &components.back();
+        row = PREFIX_child(prefix_tab, SYM_lookup(sym_tab, component.c_str()),
+                           is_last ? kind.prefix_kind : instance_kind, row);
+        if (row < 0)
+            return -1;
+    }
+    return named_by_row(kind, row);
+}
+
+std::vector<std::string> name_components(const SDB_HANDLE *handle, int32_t row, const char *plain) {
+    return row < 0 ? std::vector<std::string>{plain}
+                   : PREFIX_components(SDB_table<SDB_PREFIX>(handle, SDB_PREFIX_TAB), row);
+}
+
+int32_t lookup(const NAME_KIND &kind, const char *name) {
+    if (name == nullptr)
+        return -1;
+    if (std::strchr(name, sdb_hier_dot) == nullptr)
+        return find_plain(kind, SYM_lookup(sym_tab, name));
+    int32_t exact = named_by_row(kind, PREFIX_lookup(prefix_tab, name, kind.prefix_kind, -1));
+    if (exact >= 0)
+        return exact;
+    std::vector<int32_t> found = readings(kind, name);
+    return found.size() == 1 ? found.front()
+           : found.empty()   ? find_path(kind, PREFIX_split_marked(name, sdb_hier_dot))
+                             : -1;
+}
+
+/// True when a component of the name holds the separator, so that the text has more than one reading.
+bool has_inner_separator(const SDB_PREFIX *rows, int32_t row, const char *text) {
+    auto separators = std::count(text, text + std::strlen(text), sdb_hier_dot);
+    for (; row >= 0 && rows[row].parent >= 0; row = rows[row].parent)
+        --separators;
+    return separators > 0;
+}
+
+/// The name of row `id` in a table of names. Only where a reader of the text would find something else are
+/// the separators inside components marked.
+const char *name_text(const SDB_HANDLE *handle, const NAME_KIND &kind, int32_t id, std::string &buffer) {
     if (id == -1)
         return undefined_name;
-    const auto *names = SDB_table<int32_t>(handle, index);
-    if (names == nullptr || id < 0 || id >= SDB_table_count(handle, index))
+    const auto *names = SDB_table<int32_t>(handle, kind.table);
+    if (names == nullptr || id < 0 || id >= SDB_table_count(handle, kind.table))
         return nullptr;
     int32_t entry = names[id];
     if (entry > SDB_ENTRY_BASE && entry < 0) {
         sdb_log_error(1, "(FA-02-0008) Encountered an illegal object id.");
         return nullptr;
     }
-    if (entry >= 0)
-        return SYM_get(handle->symbols, entry);
     const auto *rows = SDB_table<SDB_PREFIX>(handle, SDB_PREFIX_TAB);
-    int32_t row = SDB_entry_row(entry);
-    if (row >= SDB_table_count(handle, SDB_PREFIX_TAB) || rows[row].target != target)
+    int32_t row = entry >= 0 ? -1 : SDB_entry_row(entry);
+    if (row >= SDB_table_count(handle, SDB_PREFIX_TAB) ||
+        (row >= 0 && rows[row].target != (id | kind.target_bit)))
         fail_inconsistent();
-    buffer = PREFIX_get(rows, row);
-    return buffer.c_str();
-}
-
-/// The object or net that a hierarchical name's row stands for. The row and the table of names must agree.
-int32_t named_by_row(int32_t row, int32_t id, const int32_t *names, int32_t count) {
-    if (row < 0 || names == nullptr || id >= count)
-        return -1;
-    if (names[id] != SDB_ENTRY_BASE - row)
-        fail_inconsistent();
-    return id;
+    const char *text = row < 0 ? SYM_get(handle->symbols, entry) : PREFIX_get(rows, row);
+    if (text == nullptr)
+        return nullptr;
+    if (row >= 0)
+        text = (buffer = text).c_str();
+    if (handle != SDB_current_handle() || !has_inner_separator(rows, row, text) || lookup(kind, text) == id)
+        return text;
+    return (buffer = PREFIX_join_marked(name_components(handle, row, text), sdb_hier_dot)).c_str();
 }
 
 } // namespace
@@ -72,31 +157,7 @@ int32_t SDB_first_row(first_row_index &index, int32_t symbol, const int32_t *nam
             index.first[static_cast<size_t>(name)] == first_row_index::none)
             index.first[static_cast<size_t>(name)] = index.indexed;
     }
-    int32_t &first = index.first[static_cast<size_t>(symbol)];
-    if (first == first_row_index::unknown) {
-        first = first_row_index::none;
-        for (int32_t row = 0; row < count && first < 0; row++)
-            if (names[static_cast<size_t>(row) * stride] == symbol)
-                first = row;
-    }
-    return first;
-}
-
-void SDB_index_renamed(first_row_index &index, int32_t row, int32_t from, int32_t to) {
-    if (row >= index.indexed)
-        return;
-    auto known = [&](int32_t symbol) {
-        return symbol >= 0 && static_cast<size_t>(symbol) < index.first.size();
-    };
-    if (known(from) && index.first[static_cast<size_t>(from)] == row)
-        index.first[static_cast<size_t>(from)] = first_row_index::unknown;
-    if (to < 0)
-        return;
-    if (!known(to))
-        index.first.resize(static_cast<size_t>(to) + 1, first_row_index::none);
-    int32_t &first = index.first[static_cast<size_t>(to)];
-    if (first == first_row_index::none || first > row)
-        first = row;
+    return index.first[static_cast<size_t>(symbol)];
 }
 
 int32_t SDB_search_port(int32_t symbol) {
@@ -108,23 +169,11 @@ int32_t SDB_search_port(int32_t symbol) {
 }
 
 int32_t SDB_search_obj(int32_t symbol) {
-    SDB_NAME_INDEX *index = current_index();
-    return index == nullptr ? -1
-                            : SDB_first_row(index->objs, symbol, sobj_tab, 1, obj_count, SYM_count(sym_tab));
+    return find_plain(OBJECT_NAMES, symbol);
 }
 
 int32_t SDB_search_net(int32_t symbol) {
-    SDB_NAME_INDEX *index = current_index();
-    return index == nullptr ? -1
-                            : SDB_first_row(index->nets, symbol, snet_tab, 1, net_count, SYM_count(sym_tab));
-}
-
-int32_t SDB_search_class(const char *name) {
-    SDB_NAME_INDEX *index = current_index();
-    return index == nullptr || class_tab == nullptr
-               ? -1
-               : SDB_first_row(index->classes, SYM_lookup(sym_tab, name), &class_tab->name,
-                               words(sizeof(SDB_CLASS)), class_count, SYM_count(sym_tab));
+    return find_plain(NET_NAMES, symbol);
 }
 
 int32_t SDB_search_node(int32_t pin_symbol, int32_t obj) {
@@ -146,23 +195,23 @@ int32_t SDB_nl_search_obj(const char *name) {
 }
 
 int32_t SDB_lookup_obj(const char *name) {
-    if (name == nullptr)
-        return -1;
-    if (std::strchr(name, sdb_hier_dot) == nullptr)
-        return SDB_search_obj(SYM_lookup(sym_tab, name));
-    int32_t row = PREFIX_lookup(prefix_tab, name, 1, -1);
-    return row < 0 ? -1 : named_by_row(row, prefix_tab[row].target & ~SDB_OBJ_TARGET, sobj_tab, obj_count);
+    return lookup(OBJECT_NAMES, name);
 }
 
-int32_t SDB_lookup_net(const char *name) {
-    if (name == nullptr)
-        return -1;
-    if (std::strchr(name, sdb_hier_dot) == nullptr)
-        return SDB_search_net(SYM_lookup(sym_tab, name));
-    int32_t row = PREFIX_lookup(prefix_tab, name, 0, -1);
-    if (row < 0 || (prefix_tab[row].target & SDB_OBJ_TARGET) != 0)
-        return -1;
-    return named_by_row(row, prefix_tab[row].target, snet_tab, net_count);
+std::vector<std::string> SDB_obj_readings(const char *name) {
+    std::vector<std::string> names;
+    for (int32_t obj : readings(OBJECT_NAMES, name))
+        names.push_back(
+            PREFIX_join_marked(name_components(sdb, SDB_obj_prefix_row(sdb, obj), name), sdb_hier_dot));
+    return names;
+}
+
+int32_t SDB_instance_obj(const char *instance) {
+    return instance == nullptr ? -1 : find_path(OBJECT_NAMES, {instance});
+}
+
+int32_t SDB_path_obj(const std::vector<std::string> &components) {
+    return components.empty() ? -1 : find_path(OBJECT_NAMES, components);
 }
 
 int32_t SDB_nl_search_node(const char *obj_name, const char *pin_name) {
@@ -179,12 +228,12 @@ int32_t SDB_nl_search_node(const char *obj_name, const char *pin_name) {
 
 const char *SDB_obj_name(const SDB_HANDLE *handle, int32_t obj) {
     static std::string buffer;
-    return name_text(handle, SDB_SOBJ_TAB, obj, obj | SDB_OBJ_TARGET, buffer);
+    return name_text(handle, OBJECT_NAMES, obj, buffer);
 }
 
 const char *SDB_net_name(const SDB_HANDLE *handle, int32_t net) {
     static std::string buffer;
-    return name_text(handle, SDB_SNET_TAB, net, net, buffer);
+    return name_text(handle, NET_NAMES, net, buffer);
 }
 
 const char *SDB_obj_class_name(const SDB_HANDLE *handle, int32_t obj) {

@@ -17,19 +17,25 @@ int32_t SDB_search_node(int32_t pin_symbol, int32_t obj);
 
 int32_t SDB_nl_search_port(const char *name);
 int32_t SDB_nl_search_obj(const char *name);
-/// The object of a plain name or, when `name` holds the separator, of a hierarchical one.
+/// The object of a plain name or, when `name` holds the separator, of a hierarchical one: the exact path
+/// first; then the one reading in which separators belong to components, as in a Verilog name `\a.b `; then
+/// the name with a backslash in front of each such separator. -1 also for a name with several readings.
 int32_t SDB_lookup_obj(const char *name);
-/// The net of a plain or hierarchical name.
-int32_t SDB_lookup_net(const char *name);
-/// The class of that name.
-int32_t SDB_search_class(const char *name);
+/// The readings of a name that holds the separator, each with its inner separators marked, for a message.
+std::vector<std::string> SDB_obj_readings(const char *name);
+/// The object that stands at the top of the design under exactly this name, whatever characters it has; for
+/// a design that is one module, the instance of that name.
+int32_t SDB_instance_obj(const char *instance);
+/// The object that is reached through these components, the outermost first.
+int32_t SDB_path_obj(const std::vector<std::string> &components);
 /// The node of a pin of an object, or of a port when `obj_name` is null or starts with '*'. -2 when the
 /// object is there and `pin_name` is no symbol of the design.
 int32_t SDB_nl_search_node(const char *obj_name, const char *pin_name);
 
 /// Name of an object or net as text; "*UNDEF*" for -1, null for an illegal name entry or an id outside the
-/// table. A hierarchical name is valid until the next call of the same function, a plain one as long as the
-/// handle.
+/// table. Where a reader of the current design would take the name for another's, the separators inside its
+/// components are marked. A hierarchical or marked name is valid until the next call of the same function, a
+/// plain one as long as the handle.
 const char *SDB_obj_name(const SDB_HANDLE *handle, int32_t obj);
 const char *SDB_net_name(const SDB_HANDLE *handle, int32_t net);
 /// Name of the object's class, or null.

@@ -7,6 +7,7 @@
 #include "support/console.hh"
 #include "support/dyna.hh"
 
+#include <algorithm>
 #include <cstring>
 #include <string_view>
 #include <vector>
@@ -126,6 +127,32 @@ int32_t find_row(const prefix_binding &binding, int32_t parent, int32_t symbol, 
     return -1;
 }
 
+/// The binding of a table that has rows, with its index; null without one.
+prefix_binding *indexed_binding(const SDB_PREFIX *table) {
+    prefix_binding *binding = find_binding(table);
+    if (binding == nullptr || DYNA_count(table) == 0)
+        return nullptr;
+    if (binding->heads.empty())
+        build_index(*binding);
+    return binding;
+}
+
+/// Adds the rows below `parent` that the rest of a name can mean. A component ends at any separator, so each
+/// one is tried; a row has one name only, so no row is met twice.
+void add_readings(const prefix_binding &binding, std::string_view rest, char separator, int32_t parent,
+                  target_test suits, std::vector<int32_t> &found) {
+    for (size_t end = rest.find(separator); end != rest.npos; end = rest.find(separator, end + 1)) {
+        int32_t symbol = SYM_lookup(binding.symbols, std::string(rest.substr(0, end)).c_str());
+        int32_t row = symbol < 0 ? -1 : find_row(binding, parent, symbol, any_target);
+        if (row >= 0)
+            add_readings(binding, rest.substr(end + 1), separator, row, suits, found);
+    }
+    int32_t symbol = SYM_lookup(binding.symbols, std::string(rest).c_str());
+    int32_t row = symbol < 0 ? -1 : find_row(binding, parent, symbol, suits);
+    if (row >= 0)
+        found.push_back(row);
+}
+
 /// The components of a name as symbols; false when one is unknown or there are too many.
 bool split_name(SYM_TABLE *symbols, std::string_view name, std::vector<int32_t> &components) {
     for (;;) {
@@ -197,14 +224,12 @@ const char *PREFIX_get(const SDB_PREFIX *table, int32_t row) {
 }
 
 int32_t PREFIX_lookup(const SDB_PREFIX *table, const char *name, int32_t kind, int32_t parent) {
-    prefix_binding *binding = find_binding(table);
-    if (binding == nullptr || name == nullptr || *name == '\0' || DYNA_count(table) == 0)
+    prefix_binding *binding = indexed_binding(table);
+    if (binding == nullptr || name == nullptr || *name == '\0')
         return -1;
     std::vector<int32_t> components;
     if (!split_name(binding->symbols, name, components))
         return -1;
-    if (binding->heads.empty())
-        build_index(*binding);
     int32_t current = parent;
     for (size_t i = 0; i + 1 < components.size(); i++) {
         current = find_row(*binding, current, components[i], any_target);
@@ -212,4 +237,51 @@ int32_t PREFIX_lookup(const SDB_PREFIX *table, const char *name, int32_t kind, i
             return -1;
     }
     return find_row(*binding, current, components.back(), test_of_kind(kind));
+}
+
+int32_t PREFIX_child(const SDB_PREFIX *table, int32_t symbol, int32_t kind, int32_t parent) {
+    prefix_binding *binding = indexed_binding(table);
+    return binding == nullptr || symbol < 0 ? -1 : find_row(*binding, parent, symbol, test_of_kind(kind));
+}
+
+std::vector<int32_t> PREFIX_readings(const SDB_PREFIX *table, std::string_view name, int32_t kind,
+                                     char separator) {
+    std::vector<int32_t> found;
+    if (prefix_binding *binding = indexed_binding(table))
+        add_readings(*binding, name, separator, -1, test_of_kind(kind), found);
+    return found;
+}
+
+std::vector<std::string> PREFIX_components(const SDB_PREFIX *table, int32_t row) {
+    std::vector<std::string> components;
+    for (prefix_binding *binding = find_binding(table); binding != nullptr && row >= 0;
+         row = table[row].parent)
+        components.emplace_back(SYM_get(binding->symbols, PREFIX_symbol(table, row)));
+    std::reverse(components.begin(), components.end());
+    return components;
+}
+
+std::string PREFIX_join_marked(const std::vector<std::string> &components, char separator) {
+    std::string name;
+    for (const std::string &component : components) {
+        if (&component != &components.front())
+            name += separator;
+        for (char c : component)
+            name += c == separator ? std::string{'\\', c} : std::string{c};
+    }
+    return name;
+}
+
+std::vector<std::string> PREFIX_split_marked(std::string_view name, char separator) {
+    std::vector<std::string> components(1);
+    for (size_t at = 0; at < name.size(); at++) {
+        if (name[at] == separator) {
+            components.emplace_back();
+            continue;
+        }
+        if (name[at] == '\\' && at + 1 < name.size() && name[at + 1] == separator)
+            at++;
+        components.back() += name[at];
+    }
+    return components;
 }

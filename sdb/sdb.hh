@@ -79,8 +79,7 @@ void SDB_clear_current();
 /// failed.
 int SDB_close(SDB_HANDLE *handle, int32_t save);
 
-/// Writes a writable handle whole, first under a temporary name. 0, or 1 when a write failed: the old file is
-/// then still there.
+/// Writes a writable handle whole. 0, or 1 with errno when that failed: the old file is then still there.
 int SDB_save(SDB_HANDLE *handle);
 
 /// Takes the first free table from 16 on; its index, or -1 when none is free.

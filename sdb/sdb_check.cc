@@ -42,6 +42,8 @@ bool is_own_pin(const SDB_CLASS &cell, int32_t pin) {
     return pin >= cell.first_pin && pin - cell.first_pin < cell.pin_count;
 }
 
+/// Readers go from a class to its pins whatever its type, so the pins of every class that has some are looked
+/// at.
 bool check_classes(const table_checker &check) {
     const auto *classes = check.table<SDB_CLASS>(SDB_CLASS_TAB);
     int64_t pins = check.limit(SDB_PIN_TAB);
@@ -49,8 +51,6 @@ bool check_classes(const table_checker &check) {
         const SDB_CLASS &cell = classes[row];
         if (!id_or_none(cell.name, check.symbol_limit()))
             return check.fail(SDB_CLASS_TAB, row, "no symbol", cell.name);
-        if (!SDB_is_user_class(cell.type))
-            continue;
         if (cell.pin_count < 0 || (cell.pin_count > 0 && cell.first_pin < 0) ||
             (cell.pin_count > 0 && int64_t{cell.first_pin} + cell.pin_count > pins))
             return check.fail(SDB_CLASS_TAB, row, "its pins are out of range, first pin", cell.first_pin);

@@ -5,6 +5,7 @@
 #include "support/console.hh"
 #include "support/dyna.hh"
 #include "support/fnm.hh"
+#include "support/message.hh"
 #include "support/text.hh"
 
 #include <algorithm>
@@ -13,6 +14,7 @@
 #include <cstring>
 #include <fcntl.h>
 #include <memory>
+#include <new>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -94,7 +96,7 @@ SDB_HANDLE *fail_open(int32_t status, const char *path, int32_t version) {
 }
 
 SDB_HANDLE *new_handle(const char *path) {
-    auto *handle = new SDB_HANDLE{};
+    auto *handle = new (SDB_handle_memory(sizeof(SDB_HANDLE))) SDB_HANDLE{};
     handle->path = path;
     handle->name = FNM_break(path, "b");
     handle->name_index = new SDB_NAME_INDEX{};
@@ -116,8 +118,7 @@ SDB_HANDLE *finish_open(SDB_HANDLE *handle, bool read_aliases) {
 }
 
 SDB_HANDLE *create_handle(const char *path, uint32_t mask) {
-    std::string folder = FNM_break(path, "p");
-    if (access(folder.empty() ? "." : folder.c_str(), W_OK) != 0)
+    if (!can_write_file(path))
         return nullptr;
     SDB_HANDLE *handle = new_handle(path);
     handle->writable = 1;
@@ -181,6 +182,16 @@ SDB_HANDLE *SDB_current_handle() {
 void SDB_refresh_copies(const SDB_HANDLE *handle) {
     if (handle == current_handle)
         fill_copies(handle);
+}
+
+void *SDB_handle_memory(size_t size) {
+    void *memory = std::malloc(size);
+    if (memory != nullptr)
+        return memory;
+    put_text(stdout,
+             "SDB FATAL: (FA-01-0002) Ran out of memory in the function \"SDB_open()\". Please check the "
+             "system swap space and retry the program again.\n");
+    MSG_fatal_error(MSG_NO_MEMORY);
 }
 
 SDB_HANDLE *SDB_open(const char *path, const char *mode, int32_t task) {
@@ -291,7 +302,8 @@ void SDB_free_handle(SDB_HANDLE *handle) {
     SYM_free(handle->symbols);
     std::free(handle->image);
     delete handle->name_index;
-    delete handle;
+    std::destroy_at(handle);
+    std::free(handle);
 }
 
 int32_t SDB_alloc_utab(SDB_HANDLE *handle, const char *name, int32_t count, int32_t record_size) {
@@ -320,5 +332,5 @@ void sdb_log_error(int severity, const char *format, ...) {
     va_end(values);
     console_printf("SDB %s\n", text.c_str());
     if (sdb_log_stream != nullptr)
-        std::fprintf(sdb_log_stream, "SDB %s\n", text.c_str());
+        put_text(sdb_log_stream, "SDB " + text + "\n");
 }

@@ -33,15 +33,15 @@ int32_t refuse(const SDB_HANDLE *handle, const std::string &fault) {
     return status_read_error;
 }
 
-/// Reads the whole file. Null when it cannot be read, or when its memory cannot be had.
+/// Reads the whole file. Null when it cannot be read.
 unsigned char *read_whole(int descriptor, size_t *size) {
     struct stat status {};
     if (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode))
         return nullptr;
     size_t expected = static_cast<size_t>(status.st_size);
-    auto *bytes = static_cast<unsigned char *>(std::malloc(std::max<size_t>(expected, 1)));
+    auto *bytes = static_cast<unsigned char *>(SDB_handle_memory(std::max<size_t>(expected, 1)));
     size_t got = 0;
-    while (bytes != nullptr && got < expected) {
+    while (got < expected) {
         ssize_t n = read(descriptor, bytes + got, expected - got);
         if (n < 0 && errno == EINTR)
             continue;
@@ -49,7 +49,7 @@ unsigned char *read_whole(int descriptor, size_t *size) {
             break;
         got += static_cast<size_t>(n);
     }
-    if (bytes != nullptr && got < expected) {
+    if (got < expected) {
         std::free(bytes);
         return nullptr;
     }

@@ -1,7 +1,4 @@
 // Writing a handle whole.
-//
-// The file is written beside its place under a temporary name and then renamed, so that an earlier file stays
-// until the new one is complete.
 #include "sdb/sdb.hh"
 
 #include "sdb/byte_stream.hh"
@@ -10,13 +7,17 @@
 #include "support/fnm.hh"
 
 #include <algorithm>
-#include <cstdio>
+#include <cerrno>
 #include <cstring>
 #include <limits>
-#include <unistd.h>
-#include <vector>
 
 namespace {
+
+constexpr uint64_t file_start_size = 12; ///< length of the magic, the magic and the format word
+
+size_t table_bytes(const SDB_TABLE &table) {
+    return static_cast<size_t>(table.count) * static_cast<size_t>(table.record_size);
+}
 
 /// Sorts the ports by direction, ports of one direction in their old order, and tells the port nodes.
 void sort_ports(SDB_HANDLE *handle) {
@@ -57,23 +58,9 @@ void tidy_tables(SDB_HANDLE *handle) {
     SDB_cut_table(handle, SDB_NET_TAB, SDB_table_count(handle, SDB_SNET_TAB));
 }
 
-void put_header_block(byte_writer &writer, const SDB_HANDLE *handle) {
-    const uint32_t zeros[17] = {};
-    writer.put(zeros, 12); // design name, writable flag and a word that is not used
-    for (const SDB_TABLE &table : handle->tables) {
-        writer.put(table.name, 4);
-        writer.number(table.count);
-        writer.number(table.record_size);
-        writer.word(0);
-        writer.word(table.offset);
-    }
-    writer.put(zeros, 8); // symbol table and stream
-    writer.number(handle->version);
-    writer.put(zeros, 68);
-}
-
-/// Writes the records and stores the place of each table. False when a place does not fit its word.
-bool put_tables(byte_writer &writer, SDB_HANDLE *handle, uint64_t position) {
+/// Gives each table its place behind the symbols. False when a place does not fit its word.
+bool place_tables(SDB_HANDLE *handle) {
+    uint64_t position = file_start_size + SDB_HEADER_BLOCK_SIZE + SYM_saved_size(handle->symbols);
     for (SDB_TABLE &table : handle->tables) {
         table.offset = 0;
         if (table.count == 0 || table.data == nullptr)
@@ -81,35 +68,35 @@ bool put_tables(byte_writer &writer, SDB_HANDLE *handle, uint64_t position) {
         if (position > std::numeric_limits<uint32_t>::max())
             return false;
         table.offset = static_cast<uint32_t>(position);
-        size_t bytes = static_cast<size_t>(table.count) * static_cast<size_t>(table.record_size);
-        writer.put(table.data, bytes);
-        position += bytes;
+        position += table_bytes(table);
     }
     return true;
 }
 
-bool write_file(std::FILE *file, SDB_HANDLE *handle) {
-    byte_writer start{file};
-    start.word(4);
-    start.put("SDB", 4);
-    start.number(SDB_FORMAT_WORD);
-    put_header_block(start, handle); // holds the room; the places are known later
-    start.flush();
-    if (start.failed || SYM_save(file, handle->symbols) != 0)
-        return false;
-    long position = std::ftell(file);
-    if (position < 0)
-        return false;
-    byte_writer records{file};
-    if (!put_tables(records, handle, static_cast<uint64_t>(position)))
-        return false;
-    records.flush();
-    if (records.failed || std::fseek(file, 12, SEEK_SET) != 0)
-        return false;
-    byte_writer header{file};
-    put_header_block(header, handle);
-    header.flush();
-    return !header.failed;
+void put_header_block(whole_file &file, const SDB_HANDLE *handle) {
+    const uint32_t zeros[17] = {};
+    put_bytes(file, zeros, 12); // design name, writable flag and a word that is not used
+    for (const SDB_TABLE &table : handle->tables) {
+        put_bytes(file, table.name, 4);
+        put_number(file, table.count);
+        put_number(file, table.record_size);
+        put_word(file, 0);
+        put_word(file, table.offset);
+    }
+    put_bytes(file, zeros, 8); // symbol table and stream
+    put_number(file, handle->version);
+    put_bytes(file, zeros, 68);
+}
+
+void put_file(whole_file &file, const SDB_HANDLE *handle) {
+    put_word(file, 4);
+    put_bytes(file, "SDB", 4);
+    put_number(file, SDB_FORMAT_WORD);
+    put_header_block(file, handle);
+    SYM_save(file, handle->symbols);
+    for (const SDB_TABLE &table : handle->tables)
+        if (table.offset != 0)
+            put_bytes(file, table.data, table_bytes(table));
 }
 
 } // namespace
@@ -118,16 +105,16 @@ int SDB_save(SDB_HANDLE *handle) {
     if (handle == nullptr || handle->writable == 0)
         return 1;
     tidy_tables(handle);
-    std::string temporary = handle->path + ".tmp" + std::to_string(getpid());
-    std::FILE *file = std::fopen(temporary.c_str(), "w");
-    if (file == nullptr)
-        return 1;
-    bool written = write_file(file, handle);
-    written = std::fclose(file) == 0 && written;
-    if (!written || std::rename(temporary.c_str(), handle->path.c_str()) != 0) {
-        std::remove(temporary.c_str());
+    if (!place_tables(handle)) {
+        errno = EFBIG;
         return 1;
     }
+    whole_file file;
+    if (!begin_file(file, handle->path))
+        return 1;
+    put_file(file, handle);
+    if (!finish_file(file))
+        return 1;
     // The alias tables are those of the file opened last.
     if (asn_file_name == FNM_build(nullptr, handle->path.c_str(), "asn"))
         return ALIAS_write();

@@ -47,14 +47,6 @@ void take_off_net(SDB_HANDLE *design, int32_t node) {
     nodes[node].next = -1;
 }
 
-void rename_row(SDB_HANDLE *design, int32_t index, first_row_index &first_rows, int32_t row,
-                int32_t name_entry) {
-    auto *names = SDB_table<int32_t>(design, index);
-    SDB_index_renamed(first_rows, row, names[row], name_entry);
-    set_target(design, names[row], -1);
-    names[row] = name_entry;
-}
-
 } // namespace
 
 int32_t SDB_plain_name(SDB_HANDLE *design, std::string_view text) {
@@ -78,31 +70,6 @@ int32_t SDB_add_class(SDB_HANDLE *design, std::string_view name, int32_t type,
 int32_t SDB_add_class(SDB_HANDLE *design, std::string_view name, int32_t type,
                       std::initializer_list<SDB_NEW_PIN> pins) {
     return SDB_add_class(design, name, type, std::span<const SDB_NEW_PIN>(pins.begin(), pins.size()));
-}
-
-int32_t SDB_find_class(SDB_HANDLE *design, std::string_view name) {
-    const auto *classes = SDB_table<SDB_CLASS>(design, SDB_CLASS_TAB);
-    if (classes == nullptr)
-        return -1;
-    int32_t symbol = SYM_lookup(design->symbols, std::string(name).c_str());
-    return SDB_first_row(design->name_index->classes, symbol, &classes->name,
-                         sizeof(SDB_CLASS) / sizeof(int32_t), SDB_table_count(design, SDB_CLASS_TAB),
-                         SYM_count(design->symbols));
-}
-
-int32_t SDB_find_class_pin(const SDB_HANDLE *design, int32_t class_id, std::string_view name) {
-    if (class_id < 0 || class_id >= SDB_table_count(design, SDB_CLASS_TAB))
-        return -1;
-    const SDB_CLASS &cell = SDB_table<SDB_CLASS>(design, SDB_CLASS_TAB)[class_id];
-    if (!SDB_is_user_class(cell.type))
-        return -1;
-    const auto *pins = SDB_table<SDB_PIN>(design, SDB_PIN_TAB);
-    for (int32_t i = 0; i < cell.pin_count; i++) {
-        const char *pin_name = SYM_get(design->symbols, pins[cell.first_pin + i].name);
-        if (pin_name != nullptr && name == pin_name)
-            return i;
-    }
-    return -1;
 }
 
 int32_t SDB_add_port(SDB_HANDLE *design, std::string_view name, int32_t direction) {
@@ -142,11 +109,6 @@ int32_t SDB_add_prefix(SDB_HANDLE *design, std::string_view component, int32_t p
     return row;
 }
 
-void SDB_set_prefix_class(SDB_HANDLE *design, int32_t row, std::string_view class_name) {
-    int32_t symbol = SDB_plain_name(design, class_name);
-    SDB_table<SDB_PREFIX>(design, SDB_PREFIX_TAB)[row].target = SDB_ENTRY_BASE - symbol;
-}
-
 int32_t SDB_obj_node(const SDB_HANDLE *design, int32_t obj, int32_t number) {
     return SDB_table<SDB_OBJ>(design, SDB_OBJ_TAB)[obj].first_node + number;
 }
@@ -165,28 +127,4 @@ void SDB_connect(SDB_HANDLE *design, int32_t node, int32_t net) {
     nodes[node].net = net;
     nodes[node].next = *link;
     *link = node;
-}
-
-void SDB_replace_class(SDB_HANDLE *design, int32_t obj, int32_t class_id) {
-    auto *nodes = SDB_table<SDB_NODE>(design, SDB_NODE_TAB);
-    int32_t node = SDB_table<SDB_OBJ>(design, SDB_OBJ_TAB)[obj].first_node;
-    for (; node >= 0 && nodes[node].obj == obj; node++) {
-        take_off_net(design, node);
-        nodes[node].obj = -1;
-        nodes[node].pin = -1;
-    }
-    int32_t first_node = add_obj_nodes(design, obj, class_id);
-    SDB_OBJ &row = SDB_table<SDB_OBJ>(design, SDB_OBJ_TAB)[obj];
-    row.class_id = class_id;
-    row.first_node = first_node;
-}
-
-void SDB_rename_obj(SDB_HANDLE *design, int32_t obj, int32_t name_entry) {
-    rename_row(design, SDB_SOBJ_TAB, design->name_index->objs, obj, name_entry);
-    set_target(design, name_entry, obj | SDB_OBJ_TARGET);
-}
-
-void SDB_rename_net(SDB_HANDLE *design, int32_t net, int32_t name_entry) {
-    rename_row(design, SDB_SNET_TAB, design->name_index->nets, net, name_entry);
-    set_target(design, name_entry, net);
 }

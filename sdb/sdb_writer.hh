@@ -30,15 +30,11 @@ constexpr int32_t SDB_prefix_name(int32_t row) {
     return SDB_ENTRY_BASE - row;
 }
 
-/// Adds a class with its pins; the caller has made sure that its name is new (SDB_find_class).
+/// Adds a class with its pins; the caller has made sure that its name is new.
 int32_t SDB_add_class(SDB_HANDLE *design, std::string_view name, int32_t type,
                       std::span<const SDB_NEW_PIN> pins);
 int32_t SDB_add_class(SDB_HANDLE *design, std::string_view name, int32_t type,
                       std::initializer_list<SDB_NEW_PIN> pins);
-/// Class of that name, or -1.
-int32_t SDB_find_class(SDB_HANDLE *design, std::string_view name);
-/// Number of the pin `name` within its class, from 0, or -1: SDB_obj_node(design, obj, number) is its node.
-int32_t SDB_find_class_pin(const SDB_HANDLE *design, int32_t class_id, std::string_view name);
 
 /// Adds a port with its own node, not connected. SDB_save sorts ports by direction, so ids change there.
 int32_t SDB_add_port(SDB_HANDLE *design, std::string_view name, int32_t direction);
@@ -48,8 +44,6 @@ int32_t SDB_add_net(SDB_HANDLE *design, int32_t name_entry);
 /// Adds a row of a hierarchical name; `parent` is an earlier row or -1. `target` is set later by SDB_add_obj
 /// or SDB_add_net, which take the row as their name entry; until then it is -1.
 int32_t SDB_add_prefix(SDB_HANDLE *design, std::string_view component, int32_t parent);
-/// Makes a row stand for a module instance that is no object of this file: its class's name.
-void SDB_set_prefix_class(SDB_HANDLE *design, int32_t row, std::string_view class_name);
 
 /// Node of pin `number` of the object's class.
 int32_t SDB_obj_node(const SDB_HANDLE *design, int32_t obj, int32_t number);
@@ -59,11 +53,3 @@ int32_t SDB_port_node(const SDB_HANDLE *design, int32_t port);
 /// Puts a node on a net behind the net's first node; takes it off its present net before. `net` -1 only takes
 /// it off.
 void SDB_connect(SDB_HANDLE *design, int32_t node, int32_t net);
-inline void SDB_disconnect(SDB_HANDLE *design, int32_t node) {
-    SDB_connect(design, node, -1);
-}
-/// Gives an object another class: it gets new nodes, not connected; its old nodes are taken off their nets.
-void SDB_replace_class(SDB_HANDLE *design, int32_t obj, int32_t class_id);
-/// Gives an object or net another name.
-void SDB_rename_obj(SDB_HANDLE *design, int32_t obj, int32_t name_entry);
-void SDB_rename_net(SDB_HANDLE *design, int32_t net, int32_t name_entry);

@@ -24,6 +24,7 @@ struct hash_slot {
 
 constexpr const char undefined_text[] = "*UNDEF*";
 constexpr size_t text_block_size = size_t{64} * 1024;
+constexpr uint64_t block_start_size = 24; ///< of a symbol block in a file: all that lies before its buckets
 
 uint32_t text_hash(std::string_view text) {
     uint64_t hash = std::hash<std::string_view>{}(text);
@@ -185,6 +186,14 @@ int32_t link_balanced(symbol_trees &trees, const int32_t *ids, size_t count) {
     return ids[middle];
 }
 
+/// Gives a file enough buckets for its symbols.
+void settle_buckets(SYM_TABLE *table) {
+    constexpr size_t crowded = 2; // symbols in a bucket, beyond which a file gets more buckets
+    size_t count = table->texts.size();
+    if (count > crowded * table->hash_size)
+        table->hash_size = static_cast<uint32_t>(count) | 1U;
+}
+
 symbol_trees build_trees(const SYM_TABLE *table, uint32_t buckets) {
     size_t count = table->texts.size();
     std::vector<uint32_t> bucket_of(count);
@@ -252,10 +261,6 @@ int32_t SYM_count(const SYM_TABLE *table) {
     return table == nullptr ? 0 : static_cast<int32_t>(table->texts.size());
 }
 
-uint32_t SYM_hash_size(const SYM_TABLE *table) {
-    return table->hash_size;
-}
-
 void SYM_free(SYM_TABLE *table) {
     delete table;
 }
@@ -281,28 +286,30 @@ SYM_TABLE *SYM_read(const unsigned char *bytes, size_t size, size_t *position, b
     return table.release();
 }
 
-int SYM_save(std::FILE *stream, SYM_TABLE *table) {
-    constexpr size_t crowded = 2; // symbols in a bucket, beyond which a file gets more buckets
-    size_t count = table->texts.size();
-    if (count > crowded * table->hash_size)
-        table->hash_size = static_cast<uint32_t>(count) | 1U;
+uint64_t SYM_saved_size(SYM_TABLE *table) {
+    settle_buckets(table);
+    uint64_t size = block_start_size + uint64_t{table->hash_size} * sizeof(int32_t) + sizeof(int32_t);
+    for (const char *text : table->texts)
+        size += sizeof(int32_t) + std::strlen(text) + 1 + 2 * sizeof(int32_t);
+    return size;
+}
+
+void SYM_save(whole_file &file, SYM_TABLE *table) {
+    settle_buckets(table);
     symbol_trees trees = build_trees(table, table->hash_size);
-    byte_writer writer{stream};
-    writer.word(4);
-    writer.put("SYM", 4);
-    writer.number(SYM_FORMAT_WORD);
-    writer.word(table->hash_size);
-    writer.word(0);
-    writer.word(0);
-    writer.put(trees.heads.data(), trees.heads.size() * sizeof(int32_t));
-    writer.word(static_cast<uint32_t>(count));
-    for (size_t id = 0; id < count; id++) {
+    put_word(file, 4);
+    put_bytes(file, "SYM", 4);
+    put_number(file, SYM_FORMAT_WORD);
+    put_word(file, table->hash_size);
+    put_word(file, 0);
+    put_word(file, 0);
+    put_bytes(file, trees.heads.data(), trees.heads.size() * sizeof(int32_t));
+    put_word(file, static_cast<uint32_t>(table->texts.size()));
+    for (size_t id = 0; id < table->texts.size(); id++) {
         size_t length = std::strlen(table->texts[id]) + 1;
-        writer.word(static_cast<uint32_t>(length));
-        writer.put(table->texts[id], length);
-        writer.number(trees.left[id]);
-        writer.number(trees.right[id]);
+        put_word(file, static_cast<uint32_t>(length));
+        put_bytes(file, table->texts[id], length);
+        put_number(file, trees.left[id]);
+        put_number(file, trees.right[id]);
     }
-    writer.flush();
-    return writer.failed ? 1 : 0;
 }

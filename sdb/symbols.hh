@@ -5,10 +5,11 @@
 #pragma once
 
 #include "sdb/sdb_format.hh"
+#include "support/whole_file.hh"
 
-#include <cstdio>
 #include <string>
 #include <string_view>
+#include <vector>
 
 /// A symbol table; its content is private to symbols.cc.
 struct SYM_TABLE;
@@ -25,8 +26,6 @@ int32_t SYM_setup(SYM_TABLE *table, std::string_view text);
 const char *SYM_get(const SYM_TABLE *table, int32_t id);
 /// Number of symbols; ids are below it.
 int32_t SYM_count(const SYM_TABLE *table);
-/// Number of hash buckets that the file held, or that a new table was made with.
-uint32_t SYM_hash_size(const SYM_TABLE *table);
 void SYM_free(SYM_TABLE *table);
 
 /// A symbol block in memory: reads it, with every number checked, and moves `*position` behind it. The texts
@@ -34,9 +33,10 @@ void SYM_free(SYM_TABLE *table);
 /// that ends too early or has another magic, an empty fault).
 SYM_TABLE *SYM_read(const unsigned char *bytes, size_t size, size_t *position, bool swapped,
                     std::string *fault);
-/// Writes a symbol block, with enough buckets for its symbols and a balanced tree in each. 0, or 1 on a
-/// fault.
-int SYM_save(std::FILE *stream, SYM_TABLE *table);
+/// Writes a symbol block, with enough buckets for its symbols and a balanced tree in each.
+void SYM_save(whole_file &file, SYM_TABLE *table);
+/// Bytes of the block that SYM_save writes.
+uint64_t SYM_saved_size(SYM_TABLE *table);
 
 /// Makes an empty table if `table` is null, binds `symbols` to it, and returns it.
 SDB_PREFIX *PREFIX_init(SDB_PREFIX *table, SYM_TABLE *symbols);
@@ -49,6 +49,18 @@ const char *PREFIX_get(const SDB_PREFIX *table, int32_t row);
 /// 2 for a row whose target is below -5, and any other number for an object or such a row. The newest row
 /// wins.
 int32_t PREFIX_lookup(const SDB_PREFIX *table, const char *name, int32_t kind, int32_t parent);
+/// The row of the one component `symbol` below the row `parent` (-1 for the top), or -1; kinds as above.
+int32_t PREFIX_child(const SDB_PREFIX *table, int32_t symbol, int32_t kind, int32_t parent);
+/// All rows whose full name is `name` when any `separator` in it may also belong to a component, as in a
+/// Verilog name `\a.b `. Kinds as above; the exact path is among them.
+std::vector<int32_t> PREFIX_readings(const SDB_PREFIX *table, std::string_view name, int32_t kind,
+                                     char separator);
+/// The components of a row's name, outermost first.
+std::vector<std::string> PREFIX_components(const SDB_PREFIX *table, int32_t row);
+// The marked form of a name has a backslash in front of each separator that belongs to a component, so that
+// it has one reading only.
+std::string PREFIX_join_marked(const std::vector<std::string> &components, char separator);
+std::vector<std::string> PREFIX_split_marked(std::string_view name, char separator);
 /// The symbol id of a row's own component, through its redirections. Ends the run with a message on a bad
 /// row.
 int32_t PREFIX_symbol(const SDB_PREFIX *table, int32_t row);

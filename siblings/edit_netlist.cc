@@ -143,8 +143,10 @@ bool EDIT_find_net(EDIT_NETLIST &edit, std::string_view text, EDIT_PLACE &place)
     auto found = edit.net_of_name.find(name);
     if (found != edit.net_of_name.end())
         place.fixed = found->second;
-    else if (text == NL_UNKNOWN_NET)
+    else if (text == NL_UNKNOWN_NET) {
         place.fixed = new_net(edit, name);
+        edited(edit).nets.back().marks = NL_MARK_DONT_CARE;
+    }
     return place.fixed != NL_NONE;
 }
 

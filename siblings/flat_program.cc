@@ -6,11 +6,6 @@
 #include "siblings/tool.hh"
 #include "siblings/verilog_writer.hh"
 
-#include "support/shell.hh"
-
-#include <cerrno>
-#include <cstring>
-
 namespace {
 
 struct ARGUMENTS {
@@ -74,10 +69,8 @@ int FLAT_main(int argc, char **argv) {
     NL_MODULE flat = NL_flatten(design, top);
     std::string text;
     VLOG_write_modules(text, design, {&flat});
+    NL_open_lone_pins(design, flat);
     NL_write_sdb(design, flat, TOOL_join(arguments.output_directory, name + ".c.sdb"));
-    std::string netlist = TOOL_join(arguments.output_directory, name + "_flat.v");
-    errno = 0;
-    if (!write_text_file(netlist, text))
-        TOOL_fail(netlist, 0, "this file can't be written: %s.", std::strerror(errno));
+    TOOL_write_file(TOOL_join(arguments.output_directory, name + "_flat.v"), text);
     return 0;
 }

@@ -14,22 +14,14 @@ struct FLATTENER {
     NL_DESIGN &design;
     NL_MODULE flat{};
     NL_UNION sets{};
-    int32_t unknown_name = NL_NONE;
-    int32_t unknown_net = NL_NONE;
+    std::vector<int32_t> power_nets{}; // that power ports of a module below the top have joined
     std::vector<double> sizes{}; // instances and nets of each module when flat; SIZE_UNKNOWN or SIZE_OPEN
 };
 
-int32_t new_net(FLATTENER &work, int32_t name, int32_t scope) {
-    int32_t net = NL_add_net(work.flat, name, scope);
-    work.sets.parent.push_back(net);
-    return net;
-}
-
-// All don't-care bits of the design are one net, which keeps its name at the top.
-int32_t unknown_net(FLATTENER &work) {
-    if (work.unknown_net == NL_NONE)
-        work.unknown_net = new_net(work, work.unknown_name, NL_NONE);
-    return work.unknown_net;
+int32_t new_net(FLATTENER &work, const NL_NET &net, int32_t scope) {
+    int32_t copy = NL_add_net(work.flat, net.name, scope, net.marks);
+    work.sets.parent.push_back(copy);
+    return copy;
 }
 
 // Flat nets of a module's nets. Two ports of the module on one net join the nets outside of it.
@@ -42,16 +34,17 @@ std::vector<int32_t> place_nets(FLATTENER &work, const NL_MODULE &module, const 
         if (outside[i] == NL_NONE || module.ports[i].net == NL_NONE)
             continue;
         int32_t &net = place[static_cast<size_t>(module.ports[i].net)];
-        if (net == NL_NONE)
+        if (net == NL_NONE) {
             net = outside[i];
-        else
-            NL_union_join(work.sets, net, outside[i]);
+            continue;
+        }
+        NL_union_join(work.sets, net, outside[i]);
+        if ((module.ports[i].marks & NL_MARK_POWER) != 0)
+            work.power_nets.push_back(net);
     }
-    for (size_t i = 0; i < place.size(); i++) {
-        const NL_NET &net = module.nets[i];
+    for (size_t i = 0; i < place.size(); i++)
         if (place[i] == NL_NONE)
-            place[i] = net.name == work.unknown_name ? unknown_net(work) : new_net(work, net.name, scope);
-    }
+            place[i] = new_net(work, module.nets[i], scope);
     return place;
 }
 
@@ -131,11 +124,20 @@ void check_joined(FLATTENER &work) {
         TOOL_fail("", 0, "the design joins the constants 0 and 1.");
 }
 
+// Ports of the top that meet on the power ports of a module below are power ports as well.
+void mark_power_ports(FLATTENER &work) {
+    std::unordered_set<int32_t> roots;
+    for (int32_t net : work.power_nets)
+        roots.insert(NL_union_find(work.sets, net));
+    for (NL_PORT &port : work.flat.ports)
+        if (port.net != NL_NONE && roots.contains(NL_union_find(work.sets, port.net)))
+            port.marks |= NL_MARK_POWER;
+}
+
 } // namespace
 
 NL_MODULE NL_flatten(NL_DESIGN &design, int32_t top) {
     FLATTENER work{design};
-    work.unknown_name = NL_name(design.names, NL_UNKNOWN_NET);
     check_size(work, top);
     const NL_MODULE &module = design.modules[static_cast<size_t>(top)];
     work.flat.name = module.name;
@@ -145,9 +147,61 @@ NL_MODULE NL_flatten(NL_DESIGN &design, int32_t top) {
     NL_union_init(work.sets, work.flat.nets.size());
     expand(work, top, nullptr, NL_NONE);
     check_joined(work);
+    mark_power_ports(work);
     NL_merge_nets(work.flat, work.sets);
     NL_name_port_nets(design, work.flat);
     int32_t twice = NL_NONE;
     NL_close_ports(design, work.flat, twice);
     return std::move(work.flat);
+}
+
+namespace {
+
+// What stands on a net of a flat design.
+enum NET_COMPANY : uint8_t { NO_PIN, ONE_PIN, SEVERAL_PINS, WITH_PORT };
+
+std::vector<uint8_t> company_of_nets(const NL_MODULE &flat) {
+    std::vector<uint8_t> company(flat.nets.size(), NO_PIN);
+    company[NL_GND] = company[NL_VCC] = SEVERAL_PINS;
+    for (const NL_PORT &port : flat.ports)
+        if (port.net > NL_VCC)
+            company[static_cast<size_t>(port.net)] = WITH_PORT;
+    for (int32_t net : flat.pins)
+        if (net != NL_NONE && company[static_cast<size_t>(net)] < SEVERAL_PINS)
+            company[static_cast<size_t>(net)]++;
+    return company;
+}
+
+// How an instance stands between the ports and the core.
+struct SURROUNDINGS {
+    bool on_port = false;    // a pin that may drive is on a port's net
+    bool feeds_core = false; // an output has company on a net without a port
+};
+
+} // namespace
+
+void NL_open_lone_pins(const NL_DESIGN &design, NL_MODULE &flat) {
+    std::vector<uint8_t> company = company_of_nets(flat);
+    auto is_on = [&](int32_t net, NET_COMPANY wanted) {
+        return net > NL_VCC && company[static_cast<size_t>(net)] == wanted;
+    };
+    for (const NL_INSTANCE &instance : flat.instances) {
+        if (instance.first_pin == NL_NONE)
+            continue;
+        const auto &ports = design.modules[static_cast<size_t>(instance.def)].ports;
+        int32_t *nets = flat.pins.data() + instance.first_pin;
+        SURROUNDINGS around;
+        for (size_t i = 0; i < ports.size(); i++) {
+            around.on_port |= ports[i].direction != NL_INPUT && is_on(nets[i], WITH_PORT);
+            around.feeds_core |= ports[i].direction == NL_OUTPUT && is_on(nets[i], SEVERAL_PINS);
+        }
+        for (size_t i = 0; i < ports.size(); i++) {
+            if (!is_on(nets[i], ONE_PIN))
+                continue;
+            bool dont_care = (flat.nets[static_cast<size_t>(nets[i])].marks & NL_MARK_DONT_CARE) != 0;
+            bool open = around.on_port ? around.feeds_core : !dont_care;
+            if (open || ports[i].direction != NL_INPUT)
+                nets[i] = NL_NONE;
+        }
+    }
 }

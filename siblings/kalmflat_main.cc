@@ -1,6 +1,7 @@
 // kalmflat -cellonly -keepempty DIR/NAME -opath D: an SDB design expanded to library cells.
 #include "siblings/flat_program.hh"
+#include "siblings/tool.hh"
 
 int main(int argc, char **argv) {
-    return FLAT_main(argc, argv);
+    return TOOL_run(FLAT_main, argc, argv);
 }

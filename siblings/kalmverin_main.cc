@@ -1,6 +1,7 @@
 // kalmverin [-lib] FILE.v ... [-top NAME] [-opath DIR]: Verilog netlists into SDB files.
+#include "siblings/tool.hh"
 #include "siblings/verilog_to_sdb.hh"
 
 int main(int argc, char **argv) {
-    return VTOS_main(argc, argv);
+    return TOOL_run(VTOS_main, argc, argv);
 }

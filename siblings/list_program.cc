@@ -5,11 +5,6 @@
 #include "siblings/verilog_writer.hh"
 #include "siblings/vhdl_writer.hh"
 
-#include "support/shell.hh"
-
-#include <cerrno>
-#include <cstring>
-
 namespace {
 
 constexpr const char *usage = "usage: kalmlist -verilog|-vhdl -hierarchy -o OUT FILE.sdb [-add_path DIR]";
@@ -76,7 +71,8 @@ int LIST_main(int argc, char **argv) {
     std::vector<std::string> directories = {own_directory.empty() ? "." : own_directory};
     directories.insert(directories.end(), arguments.paths.begin(), arguments.paths.end());
     std::string path = arguments.file;
-    if (own_directory.empty() && !TOOL_exists(path))
+    // A name that begins with '-' comes with "./" in front, and is no less a bare name.
+    if ((own_directory.empty() || own_directory == "./") && !TOOL_exists(path))
         path = DEF_find(directories, name);
     if (path.empty() || !TOOL_exists(path))
         TOOL_fail("", 0, "there is no file '%s'.", arguments.file.c_str());
@@ -92,8 +88,6 @@ int LIST_main(int argc, char **argv) {
         modules.push_back(&design.modules[static_cast<size_t>(index)]);
     std::string text;
     arguments.write(text, design, modules);
-    errno = 0;
-    if (!write_text_file(arguments.output, text))
-        TOOL_fail(arguments.output, 0, "this file can't be written: %s.", std::strerror(errno));
+    TOOL_write_file(arguments.output, text);
     return 0;
 }

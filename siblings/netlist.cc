@@ -12,8 +12,8 @@ int32_t NL_module(NL_DESIGN &design, int32_t name) {
     return place->second;
 }
 
-int32_t NL_add_net(NL_MODULE &module, int32_t name, int32_t scope) {
-    module.nets.push_back({name, scope});
+int32_t NL_add_net(NL_MODULE &module, int32_t name, int32_t scope, uint8_t marks) {
+    module.nets.push_back({name, scope, marks});
     return static_cast<int32_t>(module.nets.size()) - 1;
 }
 
@@ -24,7 +24,10 @@ NL_GROUP group_at(NL_DESIGN &design, const NL_MODULE &module, int32_t first) {
     const NL_PORT &port = module.ports[static_cast<size_t>(first)];
     NL_GROUP group = {port.name, first, 1, false, 0, 0};
     NL_BIT bit;
-    if (!NL_parse_bit(NL_text(design.names, port.name), bit))
+    auto is_bit = [&](const NL_PORT &row) {
+        return (row.marks & NL_MARK_WHOLE) == 0 && NL_parse_bit(NL_text(design.names, row.name), bit);
+    };
+    if (!is_bit(port))
         return group;
     std::string base(bit.base);
     group.vector = true;
@@ -33,8 +36,7 @@ NL_GROUP group_at(NL_DESIGN &design, const NL_MODULE &module, int32_t first) {
     int32_t step = 0;
     for (size_t i = static_cast<size_t>(first) + 1; i < module.ports.size(); i++) {
         const NL_PORT &next = module.ports[i];
-        if (next.direction != port.direction || !NL_parse_bit(NL_text(design.names, next.name), bit) ||
-            bit.base != base)
+        if (next.direction != port.direction || !is_bit(next) || bit.base != base)
             break;
         int32_t this_step = bit.index - group.right;
         if ((this_step != 1 && this_step != -1) || (step != 0 && this_step != step))
@@ -150,25 +152,31 @@ void NL_merge_nets(NL_MODULE &module, NL_UNION &sets) {
 }
 
 void NL_name_port_nets(NL_DESIGN &design, NL_MODULE &module) {
+    std::unordered_map<int32_t, const NL_PORT *> port_of_net;
     std::unordered_map<int32_t, int32_t> net_of_name;
-    std::unordered_set<int32_t> named;
-    int32_t unknown = NL_name(design.names, NL_UNKNOWN_NET);
     for (const NL_PORT &port : module.ports) {
-        // The net of the don't-care bits is told by its name.
-        bool first = port.net > NL_VCC && module.nets[static_cast<size_t>(port.net)].name != unknown &&
-                     named.insert(port.net).second;
-        net_of_name[port.name] = first ? port.net : NL_NONE;
+        net_of_name[port.name] = NL_NONE;
+        if (port.net <= NL_VCC)
+            continue;
+        const NL_NET &net = module.nets[static_cast<size_t>(port.net)];
+        bool named = (port.marks & NL_MARK_POWER) != 0 && net.name == port.name && net.scope == NL_NONE;
+        const NL_PORT *&chosen = port_of_net.try_emplace(port.net, &port).first->second;
+        if (named)
+            chosen = &port;
     }
+    for (auto [net, port] : port_of_net)
+        net_of_name[port->name] = net;
     std::unordered_set<int32_t> taken;
     for (size_t i = NL_VCC + 1; i < module.nets.size(); i++) {
         NL_NET &net = module.nets[i];
         auto found = net_of_name.find(net.name);
         if (net.scope == NL_NONE && found != net_of_name.end() && found->second != static_cast<int32_t>(i))
-            net.name = NL_new_name(design, module, taken, NL_string(design.names, net.name));
+            net = {NL_new_name(design, module, taken, NL_string(design.names, net.name)), NL_NONE,
+                   static_cast<uint8_t>(net.marks & ~NL_MARK_WHOLE)};
     }
-    for (auto [name, net] : net_of_name)
-        if (net != NL_NONE)
-            module.nets[static_cast<size_t>(net)] = {name, NL_NONE};
+    for (auto [net, port] : port_of_net)
+        module.nets[static_cast<size_t>(net)] = {port->name, NL_NONE,
+                                                 static_cast<uint8_t>(port->marks & NL_MARK_WHOLE)};
 }
 
 int32_t NL_new_name(NL_DESIGN &design, const NL_MODULE &module, std::unordered_set<int32_t> &taken,

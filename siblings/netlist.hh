@@ -20,18 +20,27 @@ constexpr int32_t NL_NONE = -1;
 constexpr int32_t NL_GND = 0; ///< constant-zero net of every module
 constexpr int32_t NL_VCC = 1; ///< constant-one net of every module
 
-/// A net of this name, driven by nothing, stands for a don't-care bit.
+/// What the edit commands call the net of their don't-care bits, and what names of such nets begin with.
 constexpr const char *NL_UNKNOWN_NET = "X_NET";
+
+/// What is known of a port or net beside its name.
+enum NL_MARK : uint8_t {
+    NL_MARK_WHOLE = 1,     ///< the name ends in an index and yet is no bit of a vector
+    NL_MARK_DONT_CARE = 2, ///< of a net: it stands for a don't-care bit as long as nothing drives it
+    NL_MARK_POWER = 4,     ///< of a port: it may share its net with other such ports
+};
 
 struct NL_PORT {
     int32_t name;
     int32_t direction;
     int32_t net; ///< NL_NONE while it is not connected
+    uint8_t marks = 0;
 };
 
 struct NL_NET {
     int32_t name;
     int32_t scope; ///< row of NL_MODULE::scopes in a flattened design, else NL_NONE
+    uint8_t marks = 0;
 };
 
 struct NL_INSTANCE {
@@ -83,7 +92,7 @@ struct NL_DESIGN {
 int32_t NL_module(NL_DESIGN &design, int32_t name);
 
 /// Appends a net.
-int32_t NL_add_net(NL_MODULE &module, int32_t name, int32_t scope = NL_NONE);
+int32_t NL_add_net(NL_MODULE &module, int32_t name, int32_t scope = NL_NONE, uint8_t marks = 0);
 
 /// Fills the groups and the searches by name from the ports. False when two ports share a name; `twice` is
 /// it.
@@ -109,7 +118,8 @@ void NL_union_join(NL_UNION &sets, int32_t a, int32_t b);
 void NL_merge_nets(NL_MODULE &module, NL_UNION &sets);
 
 /// Gives each net that is on a port the name of its first port, and every other net that had this name one of
-/// its own.
+/// its own. A net that has the name of one of its power ports keeps it: the others were assigned from that
+/// port.
 void NL_name_port_nets(NL_DESIGN &design, NL_MODULE &module);
 
 /// A name with `stem` in front that no net, port or instance of the module has. `taken` holds those names; it

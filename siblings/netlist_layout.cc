@@ -114,16 +114,11 @@ void find_uses(MAKER &maker) {
     }
 }
 
+// A don't-care net that no edit has given a driver or a port.
 bool is_unknown_net(const MAKER &maker, int32_t net) {
-    const NL_NET &row = maker.module.nets[static_cast<size_t>(net)];
-    if (row.scope != NL_NONE || NL_text(maker.design.names, row.name) != NL_UNKNOWN_NET ||
-        (maker.uses[static_cast<size_t>(net)] & (USE_DRIVEN | USE_BOTH_WAYS)) != 0)
-        return false;
-    for (int32_t port = maker.first_port[static_cast<size_t>(net)]; port != NL_NONE;
-         port = maker.next_port[static_cast<size_t>(port)])
-        if (maker.module.ports[static_cast<size_t>(port)].direction != NL_OUTPUT)
-            return false;
-    return true;
+    size_t at = static_cast<size_t>(net);
+    return (maker.module.nets[at].marks & NL_MARK_DONT_CARE) != 0 && maker.first_port[at] == NL_NONE &&
+           (maker.uses[at] & (USE_DRIVEN | USE_BOTH_WAYS)) == 0;
 }
 
 // The port that a net is written as, or NL_NONE when it has to be a wire of its own.
@@ -141,9 +136,11 @@ int32_t choose_port(const MAKER &maker, int32_t net) {
     uint8_t use = maker.uses[static_cast<size_t>(net)];
     if (counts[NL_BIDI] > 0)
         return best[NL_BIDI];
-    // Two sources stay two drivers of a wire, and a pin of both directions may not drive an input.
+    // Two sources stay two drivers of a wire.
     if (counts[NL_INPUT] > 0) {
-        return counts[NL_INPUT] == 1 && (use & (USE_DRIVEN | USE_BOTH_WAYS)) == 0 ? best[NL_INPUT] : NL_NONE;
+        bool read_only = (use & (USE_DRIVEN | USE_BOTH_WAYS)) == 0;
+        return counts[NL_INPUT] == 1 && (read_only || maker.rules.inputs_take_any_pin) ? best[NL_INPUT]
+                                                                                       : NL_NONE;
     }
     bool read = counts[NL_OUTPUT] > 1 || (use & (USE_READ | USE_BOTH_WAYS)) != 0;
     return read && !maker.rules.outputs_are_read ? NL_NONE : best[NL_OUTPUT];
@@ -158,9 +155,14 @@ void lay_instances(MAKER &maker) {
         if (!LAYOUT_is_written(instance))
             continue;
         layout.instances[i] = full_name(maker, instance.name, instance.scope);
-        if (!take(maker, layout.instances[i]))
+        // A name of the top itself is its own; one that only its path makes equal is changed.
+        if (instance.scope == NL_NONE && !take(maker, layout.instances[i]))
             twice.push_back(i);
     }
+    for (size_t i = 0; i < layout.instances.size(); i++)
+        if (layout.instances[i] != NL_NONE && maker.module.instances[i].scope != NL_NONE &&
+            !take(maker, layout.instances[i]))
+            twice.push_back(i);
     for (const NL_NET &net : maker.module.nets) // names that are made must differ from these as well
         full_name(maker, net.name, net.scope);
     for (size_t i : twice)
@@ -175,7 +177,8 @@ void lay_wire_vectors(MAKER &maker, const std::vector<int32_t> &wires, const std
     std::vector<int32_t> indexes(wires.size());
     for (size_t i = 0; i < wires.size(); i++) {
         NL_BIT bit;
-        if (names[i] == NL_NONE || !NL_parse_bit(NL_text(layout.names, names[i]), bit))
+        bool whole = (maker.module.nets[static_cast<size_t>(wires[i])].marks & NL_MARK_WHOLE) != 0;
+        if (names[i] == NL_NONE || whole || !NL_parse_bit(NL_text(layout.names, names[i]), bit))
             continue;
         bases[i] = NL_name_in_place(layout.names, bit.base);
         indexes[i] = bit.index;
@@ -249,14 +252,23 @@ void lay_nets(MAKER &maker) {
     lay_wires(maker, wires);
 }
 
-[[noreturn]] void refuse_joined(const MAKER &maker, int32_t a, int32_t b) {
+// Power flows either way, so that an assign is enough for it.
+void lay_joined(MAKER &maker, int32_t a, int32_t b) {
+    const auto &ports = maker.module.ports;
+    if ((ports[static_cast<size_t>(a)].marks & ports[static_cast<size_t>(b)].marks & NL_MARK_POWER) != 0) {
+        maker.layout.assigns.push_back(
+            {maker.port_bits[static_cast<size_t>(b)], maker.port_bits[static_cast<size_t>(a)]});
+        return;
+    }
     auto name = [&](int32_t port) {
-        return NL_string(maker.design.names, maker.module.ports[static_cast<size_t>(port)].name);
+        return NL_string(maker.design.names, ports[static_cast<size_t>(port)].name);
     };
-    TOOL_fail("", 0,
-              "the bidirectional ports '%s' and '%s' of module '%s' are one net, which a netlist can't say.",
-              name(std::min(a, b)).c_str(), name(std::max(a, b)).c_str(),
-              NL_string(maker.design.names, maker.module.name).c_str());
+    TOOL_fail(
+        "", 0,
+        "the bidirectional ports '%s' and '%s' of module '%s' are one net, which a netlist can't say. If "
+        "both are power, name them with kalmverin -power.",
+        name(std::min(a, b)).c_str(), name(std::max(a, b)).c_str(),
+        NL_string(maker.design.names, maker.module.name).c_str());
 }
 
 void lay_assigns(MAKER &maker) {
@@ -270,7 +282,7 @@ void lay_assigns(MAKER &maker) {
         if (port.direction == NL_OUTPUT || (port.direction == NL_BIDI && net.item < 0))
             layout.assigns.push_back({maker.port_bits[i], net});
         else if (port.direction == NL_BIDI)
-            refuse_joined(maker, maker.port_of_net[static_cast<size_t>(port.net)], static_cast<int32_t>(i));
+            lay_joined(maker, maker.port_of_net[static_cast<size_t>(port.net)], static_cast<int32_t>(i));
         else if (net.item >= 0)
             layout.assigns.push_back({net, maker.port_bits[i]});
     }

@@ -9,7 +9,8 @@
 
 /// What the language of the output allows.
 struct LAYOUT_RULES {
-    bool outputs_are_read; ///< an output may be read inside the module
+    bool outputs_are_read;    ///< an output may be read inside the module
+    bool inputs_take_any_pin; ///< an input may stand on a pin that drives
 };
 
 /// A declared port or wire; its bits if it is a vector.

@@ -1,6 +1,7 @@
 // Writing modules as SDB files.
 #include "sdb/sdb_writer.hh"
 #include "siblings/netlist_sdb.hh"
+#include "siblings/sdb_marks.hh"
 #include "siblings/tool.hh"
 
 #include "support/dyna.hh"
@@ -18,6 +19,22 @@ struct CONSTANT_SOURCE {
 constexpr CONSTANT_SOURCE constant_sources[] = {{NL_SOURCE_CLASS_0, "_FORCED_0"},
                                                 {NL_SOURCE_CLASS_1, "_FORCED_1"}};
 
+// How far an instance leads from a port: the walk from the port shall meet its pad first.
+enum NODE_LEVEL : uint8_t {
+    LEADS_INSIDE,  // on some net that has no port, as a pad with a core behind it is
+    LEADS_NOWHERE, // a pad that nothing uses, a clamp whose enable is tied
+    LAYOUT_ONLY,   // bond pads, clamps, diodes: no pin of one direction, or this one alone
+    LEVEL_COUNT
+};
+
+// HAS_PAD: a pin that may be a pad's own; HAS_LIVE_PAD: one of an instance that leads inside.
+enum NET_FLAG : uint8_t { HAS_PORT = 1, HAS_PAD = 2, HAS_LIVE_PAD = 4 };
+
+struct NODE_ON_NET {
+    int32_t node;
+    int32_t net;
+};
+
 // The file in work, and where things of the module are in it.
 struct WRITER {
     const NL_DESIGN &design;
@@ -26,6 +43,9 @@ struct WRITER {
     std::vector<int32_t> symbol_of_name;
     std::vector<int32_t> class_of_def;
     std::vector<int32_t> last_node_of_net; // end of each net's list of nodes, -1 for an empty one
+    std::vector<uint8_t> net_flags;
+    std::vector<int32_t> one_way_pins; // of each module: pins that are no bidirectional ones, -1 not counted
+    std::vector<NODE_ON_NET> late[LEVEL_COUNT]; // nodes that come behind those of the levels before
 };
 
 int32_t plain_name(WRITER &writer, int32_t name) {
@@ -107,6 +127,77 @@ void add_ports(WRITER &writer) {
     }
 }
 
+bool leads_inside(const WRITER &writer, const NL_INSTANCE &instance, size_t pin_count) {
+    for (size_t i = 0; i < pin_count; i++) {
+        int32_t net = writer.module.pins[static_cast<size_t>(instance.first_pin) + i];
+        if (net > NL_VCC && (writer.net_flags[static_cast<size_t>(net)] & HAS_PORT) == 0)
+            return true;
+    }
+    return false;
+}
+
+NODE_LEVEL level_of_pin(WRITER &writer, const NL_INSTANCE &instance, bool inside, int32_t direction) {
+    if (inside)
+        return LEADS_INSIDE;
+    int32_t &count = writer.one_way_pins[static_cast<size_t>(instance.def)];
+    if (count < 0) {
+        count = 0;
+        for (const NL_PORT &port : writer.design.modules[static_cast<size_t>(instance.def)].ports)
+            count += port.direction != NL_BIDI;
+    }
+    return count - (direction != NL_BIDI) > 0 ? LEADS_NOWHERE : LAYOUT_ONLY;
+}
+
+// What the order on the ports' nets goes by.
+void find_pads(WRITER &writer) {
+    const NL_MODULE &module = writer.module;
+    writer.net_flags.assign(module.nets.size(), 0);
+    writer.one_way_pins.assign(writer.design.modules.size(), -1);
+    for (const NL_PORT &port : module.ports)
+        if (port.net > NL_VCC)
+            writer.net_flags[static_cast<size_t>(port.net)] = HAS_PORT;
+    for (const NL_INSTANCE &instance : module.instances) {
+        if (instance.first_pin == NL_NONE)
+            continue;
+        const auto &ports = writer.design.modules[static_cast<size_t>(instance.def)].ports;
+        bool inside = leads_inside(writer, instance, ports.size());
+        for (size_t i = 0; i < ports.size(); i++) {
+            int32_t net = module.pins[static_cast<size_t>(instance.first_pin) + i];
+            if (net <= NL_VCC || ports[i].direction == NL_INPUT)
+                continue;
+            static constexpr uint8_t flags[LEVEL_COUNT] = {HAS_PAD | HAS_LIVE_PAD, HAS_PAD, 0};
+            writer.net_flags[static_cast<size_t>(net)] |=
+                flags[level_of_pin(writer, instance, inside, ports[i].direction)];
+        }
+    }
+}
+
+// True for a pin that may hide a pad: one of a layout cell, and one of a cell that leads nowhere beside a pad
+// that does. A driver keeps its place at the head of the net, but for a pull-up or keeper beside a pad.
+bool may_hide_pad(uint8_t net_flags, NODE_LEVEL level, int32_t direction) {
+    if ((net_flags & HAS_PORT) == 0 || level == LEADS_INSIDE)
+        return false;
+    if (level == LEADS_NOWHERE)
+        return direction != NL_OUTPUT && (net_flags & HAS_LIVE_PAD) != 0;
+    return direction != NL_OUTPUT || (net_flags & HAS_PAD) != 0;
+}
+
+void put_pins_on_nets(WRITER &writer, const NL_INSTANCE &instance, int32_t first_node) {
+    const auto &ports = writer.design.modules[static_cast<size_t>(instance.def)].ports;
+    bool inside = leads_inside(writer, instance, ports.size());
+    for (size_t i = 0; i < ports.size(); i++) {
+        int32_t node = first_node + static_cast<int32_t>(i);
+        int32_t net = writer.module.pins[static_cast<size_t>(instance.first_pin) + i];
+        int32_t direction = ports[i].direction;
+        uint8_t flags = net > NL_VCC ? writer.net_flags[static_cast<size_t>(net)] : uint8_t{0};
+        NODE_LEVEL level = level_of_pin(writer, instance, inside, direction);
+        if (may_hide_pad(flags, level, direction))
+            writer.late[level].push_back({node, net});
+        else
+            put_on_net(writer, node, net, direction, false);
+    }
+}
+
 void add_instances(WRITER &writer) {
     const NL_MODULE &module = writer.module;
     // A scope's instance is named by the scope's row.
@@ -125,18 +216,17 @@ void add_instances(WRITER &writer) {
         int32_t obj = SDB_add_obj(writer.file, entry, class_id);
         if (instance.first_pin == NL_NONE || def.ports.empty())
             continue;
-        int32_t node = SDB_obj_node(writer.file, obj, 0);
-        for (size_t port = 0; port < def.ports.size(); port++)
-            put_on_net(writer, node + static_cast<int32_t>(port),
-                       module.pins[static_cast<size_t>(instance.first_pin) + port], def.ports[port].direction,
-                       false);
+        put_pins_on_nets(writer, instance, SDB_obj_node(writer.file, obj, 0));
     }
+    for (const std::vector<NODE_ON_NET> &nodes : writer.late)
+        for (NODE_ON_NET late : nodes)
+            put_on_net(writer, late.node, late.net, NL_BIDI, false);
 }
 
 } // namespace
 
 void NL_write_sdb(const NL_DESIGN &design, const NL_MODULE &module, const std::string &path) {
-    WRITER writer = {design, module, SDB_open(path.c_str(), "w", 0), {}, {}, {}};
+    WRITER writer = {design, module, SDB_open(path.c_str(), "w", 0), {}, {}, {}, {}, {}, {}};
     if (writer.file == nullptr)
         TOOL_fail(path, 0, "this file can't be written: %s.", std::strerror(errno));
     writer.symbol_of_name.assign(design.names.texts.size(), -1);
@@ -149,12 +239,13 @@ void NL_write_sdb(const NL_DESIGN &design, const NL_MODULE &module, const std::s
         add_nets(writer);
     }
     add_ports(writer);
-    if (!module.is_cell)
+    if (!module.is_cell) {
+        find_pads(writer);
         add_instances(writer);
+    }
+    MARKS_write(writer.file, module, [&](int32_t name) { return plain_name(writer, name); });
     ALIAS_free();
-    errno = 0;
     if (SDB_save(writer.file) != 0)
-        TOOL_fail(path, 0, "this file can't be written%s%s.", errno != 0 ? ": " : "",
-                  errno != 0 ? std::strerror(errno) : "");
+        TOOL_fail(path, 0, "this file can't be written: %s.", std::strerror(errno));
     SDB_close(writer.file, 0);
 }

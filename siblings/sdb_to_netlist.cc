@@ -2,6 +2,7 @@
 #include "sdb/navigation.hh"
 #include "sdb/sdb.hh"
 #include "siblings/netlist_sdb.hh"
+#include "siblings/sdb_marks.hh"
 #include "siblings/tool.hh"
 #include "support/text.hh"
 
@@ -41,10 +42,18 @@ void read_ports(NL_DESIGN &design, const SDB_HANDLE *handle, NL_MODULE &module, 
         if (ports[i].name >= 0)
             port_of_symbol.try_emplace(ports[i].name, i);
     std::vector<bool> placed(static_cast<size_t>(count));
+    std::vector<uint8_t> marks(static_cast<size_t>(count));
+    MARKS_read(handle, [&](bool of_net, int32_t symbol, uint8_t port_marks) {
+        auto found = port_of_symbol.find(symbol);
+        if (!of_net && found != port_of_symbol.end())
+            marks[static_cast<size_t>(found->second)] = port_marks;
+    });
     module.ports.clear();
     auto place = [&](int32_t i) {
-        if (!placed[static_cast<size_t>(i)] && ports[i].name >= 0)
+        if (!placed[static_cast<size_t>(i)] && ports[i].name >= 0) {
             module.ports.push_back(port_of(design, handle, ports[i], path));
+            module.ports.back().marks = marks[static_cast<size_t>(i)];
+        }
         placed[static_cast<size_t>(i)] = true;
     };
     for (int32_t i = 0; i < SDB_table_count(handle, SDB_XPORT_TAB); i++) {
@@ -64,6 +73,10 @@ void read_nets(NL_DESIGN &design, const SDB_HANDLE *handle, NL_MODULE &module) {
         const char *name = SDB_net_name(handle, i);
         NL_add_net(module, NL_name(design.names, name != nullptr ? name : "net_" + std::to_string(i)));
     }
+    MARKS_read(handle, [&](bool of_net, int32_t net, uint8_t marks) {
+        if (of_net && net > NL_VCC && static_cast<size_t>(net) < module.nets.size())
+            module.nets[static_cast<size_t>(net)].marks = marks;
+    });
 }
 
 // A class of the file and how its pins lie in the module that it stands for.

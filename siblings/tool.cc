@@ -1,26 +1,60 @@
 #include "siblings/tool.hh"
 
+#include "sdb/sdb.hh"
 #include "support/console.hh"
 #include "support/fnm.hh"
+#include "support/program.hh"
 #include "support/text.hh"
+#include "support/whole_file.hh"
 
 #include <cerrno>
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <exception>
 #include <sys/stat.h>
 #include <unistd.h>
+
+namespace {
+
+// "file:line: ", or as much of it as there is.
+std::string shown_place(std::string_view file, int line) {
+    std::string place(file);
+    if (line > 0)
+        place += ":" + std::to_string(line);
+    return place.empty() ? place : place + ": ";
+}
+
+} // namespace
 
 void TOOL_fail(std::string_view file, int line, const char *format, ...) {
     va_list args;
     va_start(args, format);
     std::string text = format_list(format, args);
     va_end(args);
-    std::string place(file);
-    if (line > 0)
-        place += ":" + std::to_string(line);
-    error_fail("ERROR: %s%s%s\n", place.c_str(), place.empty() ? "" : ": ", text.c_str());
+    error_fail("ERROR: %s%s\n", shown_place(file, line).c_str(), text.c_str());
+}
+
+void TOOL_warn(std::string_view file, int line, const char *format, ...) {
+    va_list args;
+    va_start(args, format);
+    std::string text = format_list(format, args);
+    va_end(args);
+    error_printf("WARNING: %s%s\n", shown_place(file, line).c_str(), text.c_str());
+}
+
+int TOOL_run(int (*work)(int argc, char **argv), int argc, char **argv) {
+    start_program();
+    // What the design database says goes to the console, which may be a log that nobody reads, or a full
+    // disk.
+    if (isatty(STDOUT_FILENO) == 0)
+        sdb_log_stream = stderr;
+    try {
+        return work(argc, argv);
+    } catch (const std::exception &fault) {
+        TOOL_fail("", 0, "internal error (%s).", fault.what());
+    }
 }
 
 void TOOL_set_search_path() {
@@ -33,7 +67,7 @@ void TOOL_set_search_path() {
 
 std::string TOOL_read_file(const std::string &path, std::string_view from_file, int from_line) {
     struct stat info;
-    std::FILE *stream = std::fopen(path.c_str(), "rb");
+    std::FILE *stream = open_stream(path.c_str(), "rb");
     if (stream == nullptr)
         TOOL_fail(from_file, from_line, "can't open file '%s': %s.", path.c_str(), std::strerror(errno));
     if (fstat(fileno(stream), &info) == 0 && S_ISDIR(info.st_mode))
@@ -57,6 +91,17 @@ std::string TOOL_read_file(const std::string &path, std::string_view from_file, 
     if (bad)
         TOOL_fail(from_file, from_line, "can't read file '%s': %s.", path.c_str(), std::strerror(errno));
     return text;
+}
+
+void TOOL_write_file(const std::string &path, std::string_view text) {
+    whole_file file;
+    bool written = begin_file(file, path);
+    if (written) {
+        put_bytes(file, text.data(), text.size());
+        written = finish_file(file);
+    }
+    if (!written)
+        TOOL_fail(path, 0, "this file can't be written: %s.", std::strerror(file.reason));
 }
 
 const char *TOOL_value(int argc, char **argv, int &at) {

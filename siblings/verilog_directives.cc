@@ -154,6 +154,18 @@ void use_macro(VSCAN &scan, VSCAN_SOURCE &source, const std::string &name) {
     scan.sources.push_back(made);
 }
 
+// Beside the file that asks for it, then as the name stands, then in the directories of the command line.
+std::string find_included(const VSCAN &scan, const std::string &name) {
+    if (name.empty() || name[0] == '/')
+        return name;
+    std::vector<std::string> directories = {TOOL_directory(VSCAN_file(scan)), ""};
+    directories.insert(directories.end(), scan.include_directories.begin(), scan.include_directories.end());
+    for (const std::string &directory : directories)
+        if (std::string path = TOOL_join(directory, name); TOOL_exists(path))
+            return path;
+    return name;
+}
+
 void include_file(VSCAN &scan, VSCAN_SOURCE &source) {
     skip_line_blanks(source);
     char close = source.at < source.end && *source.at == '<' ? '>' : '"';
@@ -165,8 +177,7 @@ void include_file(VSCAN &scan, VSCAN_SOURCE &source) {
     if (source.at >= source.end || *source.at != close)
         TOOL_fail(VSCAN_file(scan), source.line, "the file name of `include is not closed.");
     std::string name(first, source.at++);
-    std::string beside = TOOL_directory(VSCAN_file(scan)) + name;
-    VSCAN_open(scan, name[0] != '/' && TOOL_exists(beside) ? beside : name);
+    VSCAN_open(scan, find_included(scan, name));
 }
 
 // Passes text over up to the directive that ends or turns the condition. Comments and strings hide a '`'.
@@ -251,6 +262,11 @@ bool is_one_of(std::string_view word, const std::string_view *first, const std::
 }
 
 } // namespace
+
+void VSCAN_define(VSCAN &scan, const std::string &name, std::string_view text) {
+    scan.texts.emplace_back(text);
+    scan.macros[name] = {{}, false, scan.texts.back()};
+}
 
 void VSCAN_directive(VSCAN &scan) {
     VSCAN_SOURCE &source = scan.sources.back();

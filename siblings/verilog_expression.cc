@@ -93,7 +93,7 @@ bool append_number(VLOG &reader, std::vector<int32_t> &bits) {
     NUMBER number = split_number(reader);
     for (char c : number_bits(reader, number)) {
         if (c == 'x')
-            bits.push_back(VLOG_unknown_net(reader));
+            bits.push_back(VLOG_unknown_net(reader.design, *reader.module));
         else
             bits.push_back(c == '0' ? NL_GND : c == '1' ? NL_VCC : NL_NONE);
     }
@@ -163,8 +163,10 @@ void append_item(VLOG &reader, std::vector<int32_t> &bits, int depth) {
         if (times == 0 || times * value.size() > static_cast<uint64_t>(VLOG_WIDTH_LIMIT) ||
             times > static_cast<uint64_t>(VLOG_WIDTH_LIMIT))
             VSCAN_fail(reader.scan, "%s is no count for a replication.", shown.c_str());
-        for (uint64_t i = 0; i < times; i++)
-            bits.insert(bits.end(), value.begin(), value.end());
+        bits.insert(bits.end(), value.begin(), value.end());
+        for (uint64_t i = 1; i < times; i++)
+            for (int32_t net : value)
+                bits.push_back(VLOG_own_net(reader.design, *reader.module, net));
         return;
     }
     if (!sized)

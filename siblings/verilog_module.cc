@@ -178,6 +178,7 @@ void net_declaration(VLOG &reader) {
     int32_t left = 0, right = 0;
     bool vector = VLOG_range(reader, left, right);
     for (;;) {
+        int line = reader.scan.token.line;
         int32_t name = VLOG_take_name(reader, "a net");
         VLOG_DECLARATION declaration = VLOG_declare(reader, name, vector, left, right, false);
         std::vector<int32_t> nets;
@@ -185,12 +186,12 @@ void net_declaration(VLOG &reader) {
             nets.push_back(declaration.first_net + i);
         if (constant != NL_NONE)
             for (int32_t net : nets)
-                reader.scratch.joined.emplace_back(net, constant);
+                VLOG_join_nets(reader, net, constant, line);
         if (VLOG_is_symbol(reader, '=')) {
             VSCAN_next(reader.scan);
             std::vector<int32_t> value;
             bool sized = VLOG_expression(reader, value);
-            VLOG_join(reader, nets, value, sized);
+            VLOG_join(reader, nets, value, sized, line);
         }
         if (!VLOG_is_symbol(reader, ','))
             break;
@@ -212,6 +213,8 @@ void design_statement(VLOG &reader) {
         VLOG_assign(reader);
     else if (VLOG_is_word(reader, WORD_PARAMETER) || VLOG_is_word(reader, WORD_LOCALPARAM))
         parameters(reader, ';');
+    else if (VLOG_is_word(reader, WORD_DEFPARAM))
+        VLOG_defparam(reader);
     else if (VLOG_is_symbol(reader, ';'))
         VSCAN_next(scan);
     else if (scan.token.kind == TOKEN_END)
@@ -271,7 +274,8 @@ void make_ports(VLOG &reader) {
                       shown_name(reader, name).c_str(), shown_name(reader, module.name).c_str());
         for (int32_t i = 0; i < VLOG_width(*declaration); i++) {
             int32_t net = declaration->first_net + i;
-            module.ports.push_back({module.nets[static_cast<size_t>(net)].name, declaration->direction, net});
+            const NL_NET &row = module.nets[static_cast<size_t>(net)];
+            module.ports.push_back({row.name, declaration->direction, net, row.marks});
         }
     }
     int32_t twice = NL_NONE;
@@ -300,9 +304,8 @@ void parse_module(VLOG &reader) {
     scratch.port_order.clear();
     scratch.header_names.clear();
     scratch.parameters.clear();
-    scratch.joined.clear();
     scratch.assigned.clear();
-    scratch.unknown_net = NL_NONE;
+    scratch.defparams.clear();
     module.defined = true;
     module.is_cell = reader.library;
     if (VLOG_is_symbol(reader, '#')) {
@@ -315,7 +318,7 @@ void parse_module(VLOG &reader) {
     while (!VLOG_is_word(reader, WORD_ENDMODULE))
         reader.library ? library_statement(reader) : design_statement(reader);
     make_ports(reader);
-    record.joined.swap(scratch.joined);
+    VLOG_close_defparams(reader);
     VSCAN_next(scan);
 }
 

@@ -26,6 +26,17 @@ struct VLOG_INSTANCE {
     int32_t connection_count;
     int32_t file;
     int line;
+    bool parameters;    ///< they were passed over
+    int32_t array_size; ///< instances of its array, 0 when it stands alone
+    int32_t place;      ///< in the array, from the right, which has the low bits
+};
+
+/// Two nets that an assign or a supply makes one.
+struct VLOG_JOIN {
+    int32_t left;
+    int32_t right;
+    int32_t file;
+    int line;
 };
 
 /// A name declared in the module that is being read.
@@ -47,8 +58,8 @@ struct VLOG_MODULE {
     int64_t assign_count = 0;
     std::vector<VLOG_INSTANCE> instances;
     std::vector<VLOG_CONNECTION> connections;
-    std::vector<int32_t> bits;                       ///< nets, or NL_NONE for a bit left open
-    std::vector<std::pair<int32_t, int32_t>> joined; ///< nets that an assign or a supply makes one
+    std::vector<int32_t> bits; ///< nets, or NL_NONE for a bit left open
+    std::vector<VLOG_JOIN> joined;
 };
 
 /// Scratch of the module that is being read. The searches by name id need no clearing between modules: an
@@ -60,15 +71,15 @@ struct VLOG_SCRATCH {
     std::vector<int32_t> port_order;          ///< names in the header
     std::unordered_set<int32_t> header_names; ///< the same, for lookups
     std::unordered_map<int32_t, int64_t> parameters;
-    std::vector<std::pair<int32_t, int32_t>> joined; ///< nets that an assign or a supply makes one
     std::vector<bool> assigned;
-    int32_t unknown_net = NL_NONE;
+    std::vector<std::pair<int32_t, int>> defparams; ///< instances that one names, with its line
 };
 
 struct VLOG {
     NL_DESIGN &design;
     VSCAN &scan;
-    bool library; ///< ports alone; bodies are passed over
+    bool library;         ///< ports alone; bodies are passed over
+    bool drop_parameters; ///< of instances of cells; else they are refused
     std::deque<VLOG_MODULE> modules;
     VLOG_SCRATCH scratch{};
     NL_MODULE *module = nullptr; ///< the module that is being read
@@ -79,7 +90,7 @@ struct VLOG {
 void VLOG_read(VLOG &reader, const std::string &path);
 
 /// Finds the module of every instance and connects the pins. `find_cell` fills a module that no file defines
-/// and returns false when there is none.
+/// and returns false when there is none. Of parameters that are left away it warns once for each cell.
 void VLOG_link(VLOG &reader, const std::function<bool(NL_MODULE &)> &find_cell);
 
 // Between the files of the reader.
@@ -103,10 +114,19 @@ VLOG_DECLARATION *VLOG_find_declaration(VLOG &reader, int32_t name);
 VLOG_DECLARATION &VLOG_declare(VLOG &reader, int32_t name, bool vector, int32_t left, int32_t right,
                                bool implicit);
 int32_t VLOG_width(const VLOG_DECLARATION &declaration);
-int32_t VLOG_unknown_net(VLOG &reader);
+/// A new net that nothing drives. Its name is made unlike all others when the module is linked.
+int32_t VLOG_unknown_net(NL_DESIGN &design, NL_MODULE &module);
+/// The net itself, or a new one when it is such a net: no two pins share it.
+int32_t VLOG_own_net(NL_DESIGN &design, NL_MODULE &module, int32_t net);
 
 /// Statements of a module's body. Each starts at its first token and ends behind its ';'.
 void VLOG_instances(VLOG &reader);
 void VLOG_assign(VLOG &reader);
+void VLOG_defparam(VLOG &reader);
+/// Marks the instances that the module's defparams name.
+void VLOG_close_defparams(VLOG &reader);
+/// Makes two nets one, by what stands on that line.
+void VLOG_join_nets(VLOG &reader, int32_t left, int32_t right, int line);
 /// Joins the nets of an assignment whose left side is `left`.
-void VLOG_join(VLOG &reader, const std::vector<int32_t> &left, std::vector<int32_t> &right, bool sized);
+void VLOG_join(VLOG &reader, const std::vector<int32_t> &left, std::vector<int32_t> &right, bool sized,
+               int line);

@@ -65,6 +65,7 @@ struct VSCAN {
     std::deque<std::string> texts{};  ///< their contents and made texts; names refer to them
     std::unordered_map<std::string, VSCAN_MACRO> macros{};
     std::vector<VSCAN_CONDITION> conditions{};
+    std::vector<std::string> include_directories{}; ///< searched last
     int64_t line_count = 0;
     size_t made_size = 0;          ///< of all texts that macros stood for so far
     bool no_implicit_nets = false; ///< by `default_nettype none
@@ -72,6 +73,9 @@ struct VSCAN {
 
 /// Opens a file in front of what is being read.
 void VSCAN_open(VSCAN &scan, const std::string &path);
+
+/// Defines a macro without arguments, as a `define in front of all files would.
+void VSCAN_define(VSCAN &scan, const std::string &name, std::string_view text);
 
 /// Reads the next token into `scan.token`.
 void VSCAN_next(VSCAN &scan);

@@ -13,7 +13,9 @@ void add_nets(VLOG &reader, VLOG_DECLARATION &declaration) {
     NL_MODULE &module = *reader.module;
     declaration.first_net = static_cast<int32_t>(module.nets.size());
     if (!declaration.vector) {
-        NL_add_net(module, declaration.name);
+        NL_BIT bit;
+        bool whole = NL_parse_bit(NL_text(reader.design.names, declaration.name), bit);
+        NL_add_net(module, declaration.name, NL_NONE, whole ? NL_MARK_WHOLE : 0);
         return;
     }
     std::string base = shown_name(reader, declaration.name);
@@ -59,17 +61,64 @@ void connections(VLOG &reader) {
     VLOG_expect_symbol(reader, ')', "the connections of an instance");
 }
 
-// Marks the name as that of the instance that is about to be added.
-void check_instance_name(VLOG &reader, int32_t name) {
+// The instance of that name in the module, or NL_NONE.
+int32_t find_instance(const VLOG &reader, int32_t name) {
+    const auto &instance_of_name = reader.scratch.instance_of_name;
+    const auto &instances = reader.module->instances;
+    int32_t place = static_cast<size_t>(name) < instance_of_name.size()
+                        ? instance_of_name[static_cast<size_t>(name)]
+                        : NL_NONE;
+    bool found = place >= 0 && static_cast<size_t>(place) < instances.size() &&
+                 instances[static_cast<size_t>(place)].name == name;
+    return found ? place : NL_NONE;
+}
+
+void add_instance(VLOG &reader, int32_t name, int32_t def, const VLOG_INSTANCE &record) {
+    if (find_instance(reader, name) != NL_NONE)
+        TOOL_fail(VSCAN_file(reader.scan), record.line, "two instances have the name '%s'.",
+                  shown_name(reader, name).c_str());
     auto &instance_of_name = reader.scratch.instance_of_name;
-    auto &instances = reader.module->instances;
     if (static_cast<size_t>(name) >= instance_of_name.size())
         instance_of_name.resize(reader.design.names.texts.size() * 2, -1);
-    int32_t &place = instance_of_name[static_cast<size_t>(name)];
-    if (place >= 0 && static_cast<size_t>(place) < instances.size() &&
-        instances[static_cast<size_t>(place)].name == name)
-        VSCAN_fail(reader.scan, "two instances have the name '%s'.", shown_name(reader, name).c_str());
-    place = static_cast<int32_t>(instances.size());
+    instance_of_name[static_cast<size_t>(name)] = static_cast<int32_t>(reader.module->instances.size());
+    reader.record->instances.push_back(record);
+    reader.module->instances.push_back({name, NL_NONE, def, NL_NONE});
+}
+
+// The leftmost instance stands first, as the bits of a vector do.
+void add_instance_array(VLOG &reader, int32_t name, int32_t def, VLOG_INSTANCE record, int32_t left,
+                        int32_t right) {
+    std::string base = shown_name(reader, name);
+    record.array_size = (left > right ? left - right : right - left) + 1;
+    for (record.place = record.array_size - 1; record.place >= 0; record.place--) {
+        int32_t index = left > right ? right + record.place : right - record.place;
+        add_instance(reader, NL_bit_name(reader.design.names, base, index), def, record);
+    }
+}
+
+[[noreturn]] void refuse_parameters(const VLOG &reader, const std::string &whose) {
+    VSCAN_fail(reader.scan,
+               "%s has parameters, which a netlist can't hold; -drop_parameters leaves them away.",
+               whose.c_str());
+}
+
+// Passes over "#(...)" or "#value" behind the name of a cell.
+bool skip_parameters(VLOG &reader, int32_t cell) {
+    VSCAN &scan = reader.scan;
+    if (!VLOG_is_symbol(reader, '#'))
+        return false;
+    if (!reader.drop_parameters)
+        refuse_parameters(reader, "an instance of '" + shown_name(reader, cell) + "'");
+    VSCAN_next(scan);
+    int depth = 0;
+    do {
+        depth += VLOG_is_symbol(reader, '(') - VLOG_is_symbol(reader, ')');
+        if (scan.token.kind == TOKEN_END || VLOG_is_symbol(reader, ';'))
+            VSCAN_fail(scan, "found %s within the parameters of an instance of '%s'.",
+                       VSCAN_shown(scan).c_str(), shown_name(reader, cell).c_str());
+        VSCAN_next(scan);
+    } while (depth > 0);
+    return true;
 }
 
 } // namespace
@@ -112,38 +161,38 @@ int32_t VLOG_width(const VLOG_DECLARATION &declaration) {
     return (span < 0 ? -span : span) + 1;
 }
 
-int32_t VLOG_unknown_net(VLOG &reader) {
-    VLOG_SCRATCH &scratch = reader.scratch;
-    if (scratch.unknown_net == NL_NONE) {
-        int32_t name = NL_name(reader.design.names, NL_UNKNOWN_NET);
-        VLOG_DECLARATION *found = VLOG_find_declaration(reader, name);
-        if (found == nullptr)
-            found = &VLOG_declare(reader, name, false, 0, 0, true);
-        scratch.unknown_net = found->first_net;
-    }
-    return scratch.unknown_net;
+int32_t VLOG_unknown_net(NL_DESIGN &design, NL_MODULE &module) {
+    return NL_add_net(module, NL_name(design.names, NL_UNKNOWN_NET), NL_NONE, NL_MARK_DONT_CARE);
+}
+
+int32_t VLOG_own_net(NL_DESIGN &design, NL_MODULE &module, int32_t net) {
+    bool unknown = net > NL_VCC && (module.nets[static_cast<size_t>(net)].marks & NL_MARK_DONT_CARE) != 0;
+    return unknown ? VLOG_unknown_net(design, module) : net;
 }
 
 void VLOG_instances(VLOG &reader) {
     VSCAN &scan = reader.scan;
     int32_t cell = VLOG_take_name(reader, "a cell");
-    if (VLOG_is_symbol(reader, '#'))
-        VSCAN_fail(scan, "an instance of '%s' has parameters; a netlist can't hold them.",
-                   shown_name(reader, cell).c_str());
+    bool parameters = skip_parameters(reader, cell);
     int32_t def = NL_module(reader.design, cell);
     for (;;) {
-        VLOG_INSTANCE record = {static_cast<int32_t>(reader.record->connections.size()), 0,
-                                scan.sources.back().file, scan.token.line};
+        VLOG_INSTANCE record = {static_cast<int32_t>(reader.record->connections.size()),
+                                0,
+                                scan.sources.back().file,
+                                scan.token.line,
+                                parameters,
+                                0,
+                                0};
         int32_t name = VLOG_take_name(reader, "the name of an instance");
-        if (VLOG_is_symbol(reader, '['))
-            VSCAN_fail(scan, "'%s' is an array of instances, which can't be read.",
-                       shown_name(reader, name).c_str());
-        check_instance_name(reader, name);
+        int32_t left = 0, right = 0;
+        bool array = VLOG_range(reader, left, right);
         connections(reader);
         record.connection_count =
             static_cast<int32_t>(reader.record->connections.size()) - record.first_connection;
-        reader.record->instances.push_back(record);
-        reader.module->instances.push_back({name, NL_NONE, def, NL_NONE});
+        if (array)
+            add_instance_array(reader, name, def, record, left, right);
+        else
+            add_instance(reader, name, def, record);
         if (!VLOG_is_symbol(reader, ','))
             break;
         VSCAN_next(scan);
@@ -155,13 +204,14 @@ void VLOG_assign(VLOG &reader) {
     VSCAN_next(reader.scan);
     for (;;) {
         std::vector<int32_t> left, right;
+        int line = reader.scan.token.line;
         VLOG_expression(reader, left);
         if (!VLOG_is_symbol(reader, '='))
             VSCAN_fail(reader.scan, "found %s where '=' of an assign was expected.",
                        VSCAN_shown(reader.scan).c_str());
         VSCAN_next(reader.scan);
         bool sized = VLOG_expression(reader, right);
-        VLOG_join(reader, left, right, sized);
+        VLOG_join(reader, left, right, sized, line);
         if (!VLOG_is_symbol(reader, ','))
             break;
         VSCAN_next(reader.scan);
@@ -169,7 +219,43 @@ void VLOG_assign(VLOG &reader) {
     VLOG_expect_symbol(reader, ';', "an assign");
 }
 
-void VLOG_join(VLOG &reader, const std::vector<int32_t> &left, std::vector<int32_t> &right, bool sized) {
+void VLOG_defparam(VLOG &reader) {
+    VSCAN &scan = reader.scan;
+    do {
+        int line = scan.token.line;
+        VSCAN_next(scan);
+        int32_t name = VLOG_take_name(reader, "an instance");
+        if (!reader.drop_parameters)
+            refuse_parameters(reader, "the instance '" + shown_name(reader, name) + "'");
+        reader.scratch.defparams.emplace_back(name, line);
+        for (int depth = 0; depth > 0 || (!VLOG_is_symbol(reader, ',') && !VLOG_is_symbol(reader, ';'));) {
+            char symbol = scan.token.symbol;
+            depth += (symbol == '(' || symbol == '{' || symbol == '[') -
+                     (symbol == ')' || symbol == '}' || symbol == ']');
+            if (scan.token.kind == TOKEN_END)
+                VSCAN_fail(scan, "the file ends within a defparam.");
+            VSCAN_next(scan);
+        }
+    } while (VLOG_is_symbol(reader, ','));
+    VLOG_expect_symbol(reader, ';', "a defparam");
+}
+
+void VLOG_close_defparams(VLOG &reader) {
+    for (auto [name, line] : reader.scratch.defparams) {
+        int32_t instance = find_instance(reader, name);
+        if (instance == NL_NONE)
+            TOOL_fail(VSCAN_file(reader.scan), line, "there is no instance '%s' for this defparam.",
+                      shown_name(reader, name).c_str());
+        reader.record->instances[static_cast<size_t>(instance)].parameters = true;
+    }
+}
+
+void VLOG_join_nets(VLOG &reader, int32_t left, int32_t right, int line) {
+    reader.record->joined.push_back({left, right, reader.scan.sources.back().file, line});
+}
+
+void VLOG_join(VLOG &reader, const std::vector<int32_t> &left, std::vector<int32_t> &right, bool sized,
+               int line) {
     VLOG_SCRATCH &scratch = reader.scratch;
     reader.record->assign_count++;
     if (right.size() > left.size() && sized)
@@ -178,7 +264,9 @@ void VLOG_join(VLOG &reader, const std::vector<int32_t> &left, std::vector<int32
         right.erase(right.begin(), right.end() - static_cast<std::ptrdiff_t>(left.size()));
     right.insert(right.begin(), left.size() - right.size(), NL_GND);
     for (size_t i = 0; i < left.size(); i++) {
-        if (left[i] <= NL_VCC)
+        bool is_net = left[i] > NL_VCC &&
+                      (reader.module->nets[static_cast<size_t>(left[i])].marks & NL_MARK_DONT_CARE) == 0;
+        if (!is_net)
             VSCAN_fail(reader.scan, "the left side of an assign is no net.");
         size_t net = static_cast<size_t>(left[i]);
         if (net >= scratch.assigned.size())
@@ -188,6 +276,6 @@ void VLOG_join(VLOG &reader, const std::vector<int32_t> &left, std::vector<int32
                        shown_name(reader, reader.module->nets[net].name).c_str());
         scratch.assigned[net] = true;
         if (right[i] != NL_NONE)
-            scratch.joined.emplace_back(left[i], right[i]);
+            VLOG_join_nets(reader, left[i], right[i], line);
     }
 }

@@ -6,43 +6,15 @@
 #include "siblings/tool.hh"
 #include "siblings/verilog_reader.hh"
 #include "siblings/verilog_words.hh"
+#include "siblings/verin_arguments.hh"
 
 #include "support/fnm.hh"
-#include "support/shell.hh"
 #include "support/text.hh"
 
-#include <cerrno>
-#include <cstring>
 #include <map>
+#include <sys/stat.h>
 
 namespace {
-
-struct ARGUMENTS {
-    bool library = false;
-    std::vector<std::string> files;
-    std::string top;
-    std::string output_directory;
-};
-
-ARGUMENTS read_arguments(int argc, char **argv) {
-    ARGUMENTS arguments;
-    for (int i = 1; i < argc; i++) {
-        std::string_view word = argv[i];
-        if (word == "-lib")
-            arguments.library = true;
-        else if (word == "-top")
-            arguments.top = TOOL_value(argc, argv, i);
-        else if (word == "-opath")
-            arguments.output_directory = TOOL_value(argc, argv, i);
-        else if (word.size() > 1 && word[0] == '-')
-            TOOL_fail("", 0, "unknown switch '%s'.", argv[i]);
-        else
-            arguments.files.emplace_back(word);
-    }
-    if (arguments.files.empty())
-        TOOL_fail("", 0, "usage: kalmverin [-lib] FILE.v ... [-top NAME] [-opath DIR]");
-    return arguments;
-}
 
 // The module that no other one instantiates, or the one that was asked for.
 int32_t find_top(const VLOG &reader, const std::string &wanted) {
@@ -79,6 +51,16 @@ std::string file_of_module(const VLOG &reader, const VLOG_MODULE &record, const 
     return TOOL_join(directory, name);
 }
 
+// The flat design has a name of its own, which no module may have.
+void check_flat_name(const VLOG &reader, int32_t top) {
+    const NL_DESIGN &design = reader.design;
+    std::string flat = NL_string(design.names, design.modules[static_cast<size_t>(top)].name) + ".c";
+    for (const VLOG_MODULE &record : reader.modules)
+        if (NL_text(design.names, design.modules[static_cast<size_t>(record.module)].name) == flat)
+            TOOL_fail(reader.scan.files[static_cast<size_t>(record.file)], record.line,
+                      "the module '%s' would have the file of the flat design.", flat.c_str());
+}
+
 std::string log_text(const VLOG &reader, const NL_MODULE *flat) {
     const NL_DESIGN &design = reader.design;
     std::string text = "kalmverin\n\n";
@@ -112,17 +94,31 @@ std::string log_text(const VLOG &reader, const NL_MODULE *flat) {
     return text;
 }
 
-void write_design(VLOG &reader, const ARGUMENTS &arguments) {
+/// The folder of -opath, which a first run has not got yet. One that can't be made is told of by the first file.
+void make_output_directory(const VERIN_ARGUMENTS &arguments) {
+    if (!arguments.output_directory.empty())
+        ::mkdir(arguments.output_directory.c_str(), 0777);
+}
+
+void write_design(VLOG &reader, const VERIN_ARGUMENTS &arguments) {
     NL_DESIGN &design = reader.design;
     std::vector<std::string> directories;
     if (!arguments.output_directory.empty())
         directories.push_back(arguments.output_directory);
-    VLOG_link(reader, [&](NL_MODULE &module) { return DEF_read_module(design, module, directories); });
     int32_t top = find_top(reader, arguments.top);
+    std::vector<int32_t> modules;
     std::vector<std::string> paths;
-    for (const VLOG_MODULE &record : reader.modules)
+    for (const VLOG_MODULE &record : reader.modules) {
+        modules.push_back(record.module);
         paths.push_back(file_of_module(reader, record, arguments.output_directory));
+    }
+    check_flat_name(reader, top);
+    VERIN_set_directions(design, design.modules[static_cast<size_t>(top)], arguments);
+    VERIN_mark_power(design, modules, arguments);
+    VLOG_link(reader, [&](NL_MODULE &module) { return DEF_read_module(design, module, directories); });
     NL_MODULE flat = NL_flatten(design, top);
+    NL_open_lone_pins(design, flat);
+    make_output_directory(arguments);
     for (size_t i = 0; i < paths.size(); i++) {
         const NL_MODULE &module = design.modules[static_cast<size_t>(reader.modules[i].module)];
         NL_write_sdb(design, module, paths[i] + ".sdb");
@@ -130,31 +126,33 @@ void write_design(VLOG &reader, const ARGUMENTS &arguments) {
             NL_write_sdb(design, flat, paths[i] + ".c.sdb");
     }
     std::string log = FNM_break(arguments.files[0].c_str(), "b") + ".kalmverin.log";
-    if (!write_text_file(log, log_text(reader, &flat)))
-        TOOL_fail(log, 0, "this file can't be written: %s.", std::strerror(errno));
+    TOOL_write_file(log, log_text(reader, &flat));
 }
 
-void write_library(VLOG &reader, const ARGUMENTS &arguments) {
+void write_library(VLOG &reader, const VERIN_ARGUMENTS &arguments) {
     std::vector<std::string> paths;
     for (const VLOG_MODULE &record : reader.modules)
         paths.push_back(file_of_module(reader, record, arguments.output_directory));
+    make_output_directory(arguments);
     for (size_t i = 0; i < paths.size(); i++)
         NL_write_sdb(reader.design, reader.design.modules[static_cast<size_t>(reader.modules[i].module)],
                      paths[i] + ".sdb");
     std::string log = FNM_break(arguments.files[0].c_str(), "b") + ".kalmverin.log";
-    if (!write_text_file(log, log_text(reader, nullptr)))
-        TOOL_fail(log, 0, "this file can't be written: %s.", std::strerror(errno));
+    TOOL_write_file(log, log_text(reader, nullptr));
 }
 
 } // namespace
 
 int VTOS_main(int argc, char **argv) {
-    ARGUMENTS arguments = read_arguments(argc, argv);
+    VERIN_ARGUMENTS arguments = VERIN_read_arguments(argc, argv);
     TOOL_set_search_path();
     NL_DESIGN design;
     VLOG_put_words(design.names);
     VSCAN scan{design.names};
-    VLOG reader{design, scan, arguments.library, {}};
+    scan.include_directories = arguments.include_directories;
+    for (const auto &[name, text] : arguments.macros)
+        VSCAN_define(scan, name, text);
+    VLOG reader{design, scan, arguments.library, arguments.drop_parameters, {}};
     for (const std::string &file : arguments.files)
         VLOG_read(reader, file);
     if (reader.modules.empty())

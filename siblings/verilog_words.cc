@@ -10,18 +10,18 @@ namespace {
 constexpr std::string_view words[] = {
     "module", "macromodule", "endmodule", "input", "output", "inout", "wire", "tri", "supply0", "supply1",
     "reg", "signed", "integer", "assign", "parameter", "localparam", "primitive", "endprimitive", "function",
-    "endfunction", "task", "endtask", "specify", "endspecify", "config", "endconfig",
+    "endfunction", "task", "endtask", "specify", "endspecify", "config", "endconfig", "defparam",
     // WORD_OTHERS: no more than reserved.
     "always", "and", "automatic", "begin", "buf", "bufif0", "bufif1", "case", "casex", "casez", "cell",
-    "cmos", "deassign", "default", "defparam", "design", "disable", "edge", "else", "end", "endcase",
-    "endgenerate", "endtable", "event", "for", "force", "forever", "fork", "generate", "genvar", "highz0",
-    "highz1", "if", "ifnone", "incdir", "include", "initial", "instance", "join", "large", "liblist",
-    "library", "medium", "nand", "negedge", "nmos", "nor", "noshowcancelled", "not", "notif0", "notif1", "or",
-    "pmos", "posedge", "pull0", "pull1", "pulldown", "pullup", "pulsestyle_onevent", "pulsestyle_ondetect",
-    "rcmos", "real", "realtime", "release", "repeat", "rnmos", "rpmos", "rtran", "rtranif0", "rtranif1",
-    "scalared", "showcancelled", "small", "specparam", "strong0", "strong1", "table", "time", "tran",
-    "tranif0", "tranif1", "tri0", "tri1", "triand", "trior", "trireg", "unsigned", "use", "vectored", "wait",
-    "wand", "weak0", "weak1", "while", "wor", "xnor", "xor"};
+    "cmos", "deassign", "default", "design", "disable", "edge", "else", "end", "endcase", "endgenerate",
+    "endtable", "event", "for", "force", "forever", "fork", "generate", "genvar", "highz0", "highz1", "if",
+    "ifnone", "incdir", "include", "initial", "instance", "join", "large", "liblist", "library", "medium",
+    "nand", "negedge", "nmos", "nor", "noshowcancelled", "not", "notif0", "notif1", "or", "pmos", "posedge",
+    "pull0", "pull1", "pulldown", "pullup", "pulsestyle_onevent", "pulsestyle_ondetect", "rcmos", "real",
+    "realtime", "release", "repeat", "rnmos", "rpmos", "rtran", "rtranif0", "rtranif1", "scalared",
+    "showcancelled", "small", "specparam", "strong0", "strong1", "table", "time", "tran", "tranif0",
+    "tranif1", "tri0", "tri1", "triand", "trior", "trireg", "unsigned", "use", "vectored", "wait", "wand",
+    "weak0", "weak1", "while", "wor", "xnor", "xor"};
 
 // Words of IEEE 1800 that Icarus Verilog, Verilator or Yosys take for reserved: escaped, they are names
 // again.

@@ -35,6 +35,7 @@ enum VLOG_WORD : int32_t {
     WORD_ENDSPECIFY,
     WORD_CONFIG,
     WORD_ENDCONFIG,
+    WORD_DEFPARAM,
     WORD_OTHERS ///< the first of the words that only are reserved
 };
 

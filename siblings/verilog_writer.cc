@@ -142,7 +142,8 @@ void put_instances(WRITER &writer) {
 }
 
 void put_module(std::string &text, const NL_DESIGN &design, const NL_MODULE &module) {
-    WRITER writer = {text, design, module, LAYOUT_make(design, module, {.outputs_are_read = true}), {}};
+    LAYOUT layout = LAYOUT_make(design, module, {.outputs_are_read = true, .inputs_take_any_pin = true});
+    WRITER writer = {text, design, module, std::move(layout), {}};
     for (const LAYOUT_ITEM &item : writer.layout.items)
         writer.item_names.push_back(identifier(writer, NL_text(writer.layout.names, item.name)));
     put_header(writer);

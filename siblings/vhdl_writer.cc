@@ -230,7 +230,8 @@ void put_instances(WRITER &writer) {
 }
 
 void put_module(std::string &text, SHARED &shared, const NL_MODULE &module) {
-    LAYOUT layout = LAYOUT_make(shared.design, module, {.outputs_are_read = false});
+    LAYOUT layout =
+        LAYOUT_make(shared.design, module, {.outputs_are_read = false, .inputs_take_any_pin = false});
     COMPONENT entity = make_component(shared, module);
     WRITER writer = {text, shared, module, std::move(layout), entity.ports, {}};
     for (const std::string &port : entity.ports)

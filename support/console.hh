@@ -11,6 +11,14 @@
 /// The report file; null while none is open. The command line opens it, the exit closes it.
 extern std::FILE *fd;
 
+/// Writes a text to a stream and flushes it. That the console or the report did not take all of it is kept in
+/// mind.
+void put_text(std::FILE *stream, std::string_view text);
+
+/// From here on an exit closes the console and the report first. When one of them did not take all of its
+/// text, the error stream is told and the status becomes 255.
+void watch_sinks();
+
 /// Writes to the console and, when it is open, to the report; flushes both.
 void vmr_printf(const char *format, ...) __attribute__((format(printf, 1, 2)));
 

@@ -39,11 +39,6 @@ template <class T> int32_t DYNA_count(const T *tab) {
     return dyna_core::count(tab);
 }
 
-/// Elements for which room exists; 0 for a null handle.
-template <class T> uint32_t DYNA_capacity(const T *tab) {
-    return dyna_core::capacity(tab);
-}
-
 /// Appends n elements, whose memory is not cleared, and returns the index of the first; -1 for a null handle.
 /// A bounded table drops its oldest elements. Pointers to elements are invalid afterwards.
 template <class T> int32_t DYNA_add(T **tab, int32_t n) {

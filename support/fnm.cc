@@ -4,9 +4,11 @@
 #include "support/message.hh"
 #include "support/text.hh"
 
+#include <cerrno>
 #include <climits>
 #include <cstdlib>
 #include <cstring>
+#include <fcntl.h>
 #include <pwd.h>
 #include <set>
 #include <string_view>
@@ -50,12 +52,10 @@ std::string link_target(const std::string &current, const std::string &text) {
 }
 
 std::string working_directory() {
-    char *directory = ::getcwd(nullptr, 0);
-    if (directory == nullptr)
+    char directory[PATH_MAX];
+    if (::getcwd(directory, sizeof directory) == nullptr)
         MSG_fatal("Can not get current working directory!. Please check file server.\n");
-    std::string text(directory);
-    std::free(directory);
-    return text;
+    return directory;
 }
 
 } // namespace
@@ -143,13 +143,31 @@ std::string FNM_append_ext(const char *name, const char *ext) {
     return text + ext;
 }
 
+std::FILE *FNM_open(const char *name) {
+    int descriptor = ::open(name, O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC); // a pipe is not waited for
+    if (descriptor < 0)
+        return nullptr;
+    struct stat known;
+    std::FILE *file = nullptr;
+    if (::fstat(descriptor, &known) == 0 && S_ISREG(known.st_mode))
+        file = ::fdopen(descriptor, "r");
+    if (file == nullptr && errno == ENOMEM)
+        MSG_fatal_error(MSG_NO_MEMORY);
+    if (file == nullptr)
+        ::close(descriptor);
+    return file;
+}
+
 const char *FNM_get_home(const char *name) {
     std::string_view rest = name;
     if (rest.starts_with('~'))
         rest.remove_prefix(1);
     std::string user(rest.substr(0, rest.find('/')));
     rest.remove_prefix(user.size());
+    errno = 0;
     const passwd *entry = user.empty() ? ::getpwuid(::getuid()) : ::getpwnam(user.c_str());
+    if (entry == nullptr && errno == ENOMEM)
+        MSG_fatal_error(MSG_NO_MEMORY);
     if (entry == nullptr || entry->pw_dir == nullptr)
         return nullptr;
     return keep_text(std::string(entry->pw_dir).append(rest));

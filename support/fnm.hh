@@ -4,6 +4,7 @@
 // nowhere and is refused with a message where it would be used.
 #pragma once
 
+#include <cstdio>
 #include <string>
 
 /// A file name taken apart; a part that is absent or empty is null. Texts are kept to the exit.
@@ -33,6 +34,10 @@ const char *FNM_search(const char *name, int mode, int flag);
 /// Shorthand for FNM_search(name, 0, FNM_ON_SEARCH_PATH).
 const char *FNM_find_input(const std::string &name);
 
+/// Opens a regular file, or a link to one, for reading. Null when that fails, and for anything else of that
+/// name: a directory holds no text, a pipe or a device may have no end.
+std::FILE *FNM_open(const char *name);
+
 /// Home directory of the user that a name starting with '~' speaks of, with the rest of the name; null for an
 /// unknown user. Kept to the exit.
 const char *FNM_get_home(const char *name);
@@ -48,5 +53,8 @@ void FNM_build_full_search_path();
 /// Sets the search list: `default_list`, then `env`, each directory with its subdirectories of `subdirs`
 /// (null for none). Returns the first directory of `env`, or null.
 const char *CMD_set_path(const char *env, const char *default_list, const char *subdirs);
+/// The directories that a lookup walks, as a value of VELMORA_DIRS; in front of them `folder`, which ends in
+/// '/', below each that has it.
+std::string FNM_list_with_folder(const std::string &folder);
 /// 0 when both table entries name the same directory.
 int dir_comp(const void *a, const void *b);

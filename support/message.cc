@@ -4,14 +4,14 @@
 #include "support/text.hh"
 
 #include <cstdarg>
-#include <string>
 #include <string_view>
 
 namespace {
 
-constexpr std::string_view fatal_id = "FATAL ";
-/// Width of a message number, its colon and a blank; continuation lines stand below the text behind them.
-constexpr size_t number_width = 5;
+constexpr const char *fatal_id = "FATAL ";
+/// As wide as the identifier, a message number, its colon and a blank, so that the texts stand below each
+/// other.
+constexpr const char *continuation = "           ";
 
 struct abort_text {
     int code;
@@ -24,21 +24,17 @@ constexpr abort_text abort_msg[] = {
     {MSG_CORRUPTED_TABLE, "Corrupted data table"},
 };
 
-/// The text behind its identifier, with every further line indented to stand below the first.
-std::string with_identifier(std::string_view text) {
+/// Writes the text behind its identifier, with every further line indented to stand below the first. Pieces
+/// are written as they are found, since a whole text would take memory.
+void write_with_identifier(std::string_view text) {
     if (text.starts_with('#'))
         text.remove_prefix(1);
-    std::string out(fatal_id);
-    const std::string indent(fatal_id.size() + number_width, ' ');
     for (bool first = true; first || !text.empty(); first = false) {
         size_t end = text.find('\n');
         size_t line = end == std::string_view::npos ? text.size() : end + 1;
-        if (!first)
-            out += indent;
-        out += text.substr(0, line);
+        error_printf("%s%.*s", first ? fatal_id : continuation, static_cast<int>(line), text.data());
         text.remove_prefix(line);
     }
-    return out;
 }
 
 } // namespace
@@ -46,16 +42,17 @@ std::string with_identifier(std::string_view text) {
 void MSG_fatal(const char *format, ...) {
     va_list values;
     va_start(values, format);
-    std::string text = with_identifier(format_list(format, values));
+    write_with_identifier(formatted_text(format, values).view());
     va_end(values);
-    error_fail("%s", text.c_str());
+    end_run();
 }
 
 int MSG_inform(const char *format, ...) {
     va_list values;
     va_start(values, format);
-    error_printf("%s", format_list(format, values).c_str());
+    formatted_text text(format, values);
     va_end(values);
+    error_printf("%.*s", static_cast<int>(text.view().size()), text.view().data());
     return 0;
 }
 

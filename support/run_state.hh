@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 /// Places of the switches in JTAG_OPTION.
 enum OPTION_INDEX : int32_t {
@@ -36,6 +37,10 @@ extern const char *JTAG_BSC_FILE;         ///< found .bsc file or null; the guid
 extern const char *JTAG_LIB_FILE;         ///< found .lib file or null; the guide may set it too
 extern const char *MODULE_SDB;            ///< found <design>.sdb or null; set when the inputs are checked
 extern const char *MODULE_C_SDB;          ///< found <design>.c.sdb or null; set when the inputs are checked
+
+/// Looks up a file of one of the design's modules or cells: in the folder that the design was given with,
+/// below each directory of the search list, then on the list itself. The name as found, or null.
+const char *find_design_file(const std::string &file);
 
 /// True when the switch was given.
 inline bool option(OPTION_INDEX index) {

@@ -208,6 +208,18 @@ const char *CMD_set_path(const char *env, const char *default_list, const char *
     return first;
 }
 
+std::string FNM_list_with_folder(const std::string &folder) {
+    std::string below, list;
+    for (const std::string &directory : search_full_path) {
+        std::string candidate = directory + "/" + folder;
+        if (candidate.size() < name_room && is_directory(candidate))
+            below += candidate + ":";
+        // Behind the last one too: without any further ':' a list is parted at its blanks.
+        list += directory + ":";
+    }
+    return below + list;
+}
+
 int dir_comp(const void *a, const void *b) {
     const char *left = *static_cast<const char *const *>(a);
     const char *right = *static_cast<const char *const *>(b);

@@ -1,11 +1,14 @@
 // Reader of the settings file.
 //
 // A statement is a key, delimiters and a value that ends with ';'; a value may run over several lines. The
-// reader reports no syntax errors: what makes no sense becomes a key that nobody asks for.
+// reader reports no syntax errors: what makes no sense becomes a key that nobody asks for. Only a ';' that is
+// missing is warned of, since the setting then has no effect, or takes the next one into its value.
 #include "support/settings.hh"
 
+#include "support/console.hh"
 #include "support/dyna.hh"
 #include "support/fnm.hh"
+#include "support/program.hh"
 #include "support/text.hh"
 
 #include <algorithm>
@@ -14,7 +17,6 @@
 #include <cstring>
 #include <string>
 #include <string_view>
-#include <sys/stat.h>
 #include <unordered_map>
 #include <vector>
 
@@ -114,9 +116,22 @@ void RC_add(const std::string &key, std::string_view value) {
 /// The statement that is being read.
 struct statement {
     bool open = false;
+    int32_t line = 0; ///< of its key, counted as the editor counts them
     std::string key;
     std::string value;
 };
+
+/// The file that is being read, for messages.
+struct settings_source {
+    const char *path;
+    const char *section;
+    int32_t line = 1;
+};
+
+void warn_of_missing_end(const settings_source &source, const statement &current, const char *effect) {
+    vmr_printf("WARNING: (%s) line %d: setting '%s' doesn't end with ';' %s.\n\n", source.path, current.line,
+               current.key.c_str(), effect);
+}
 
 void finish_statement(statement &current, const char *section) {
     current.value.pop_back();
@@ -132,20 +147,22 @@ void finish_statement(statement &current, const char *section) {
     RC_add(std::string(key), current.value);
 }
 
-void read_line(std::string_view line, statement &current, const char *section) {
+void read_line(std::string_view line, statement &current, const settings_source &source) {
     line.remove_prefix(std::min(line.find_first_not_of(" \t\n\v\f\r"), line.size()));
     if (line.empty() || comment_marks.find(line.front()) != std::string_view::npos)
         return;
     if (!current.open) {
         size_t end = std::min(line.find_first_of(delimiters), line.size());
-        current = {true, std::string(line.substr(0, end)), ""};
+        current = {true, source.line, std::string(line.substr(0, end)), ""};
         line.remove_prefix(end);
+    } else if (line.find('=') != line.npos) {
+        warn_of_missing_end(source, current, "and takes the next line into its value");
     }
     line.remove_prefix(std::min(line.find_first_not_of(delimiters), line.size()));
     line = line.substr(0, line.find_last_not_of(" \t\n\v\f\r") + 1);
     current.value += line;
     if (current.value.ends_with(';'))
-        finish_statement(current, section);
+        finish_statement(current, source.section);
     else if (!current.value.empty())
         current.value.back() = '\n'; // a value that goes on loses its last character on each line
 }
@@ -159,16 +176,18 @@ const char *lookup_file(const char *name) {
 
 int RC_load(const char *name, const char *section) {
     const char *path = lookup_file(name);
-    struct stat state;
-    if (path == nullptr || ::stat(path, &state) != 0 || !S_ISREG(state.st_mode))
-        return -1; // a pipe or a device of that name must not hold up the start
-    std::FILE *file = std::fopen(path, "r");
+    std::FILE *file = path == nullptr ? nullptr : FNM_open(path);
     if (file == nullptr)
         return -1;
     statement current;
+    settings_source source = {path, section};
     char line[line_room];
-    while (std::fgets(line, sizeof line, file) != nullptr)
-        read_line(line, current, section);
+    while (std::fgets(line, sizeof line, file) != nullptr) {
+        read_line(line, current, source);
+        source.line += std::strchr(line, '\n') != nullptr ? 1 : 0;
+    }
+    if (current.open)
+        warn_of_missing_end(source, current, "and is ignored");
     std::fclose(file);
     return 0;
 }

@@ -1,6 +1,7 @@
 #include "support/system_info.hh"
 
 #include "support/console.hh"
+#include "support/text.hh"
 
 #include <algorithm>
 #include <cerrno>
@@ -81,14 +82,12 @@ int32_t uti_report_system_info(std::FILE *stream, int console) {
     long seconds =
         (used.tms_utime + used.tms_stime + used.tms_cutime + used.tms_cstime) / ::sysconf(_SC_CLK_TCK);
     const char *peak = format_k(rss_sizeL);
-    for (std::FILE *to : {console != 0 ? stdout : nullptr, stream}) {
-        if (to == nullptr)
-            continue;
-        std::fprintf(to, "\n%s - Peak Memory Usage .......... %s.\n", info_tag, peak);
-        std::fprintf(to, "%s - CPU Time Elapsed ........ %ld:%.2ld:%.2ld.\n\n", info_tag, seconds / 3600,
-                     seconds / 60 % 60, seconds % 60);
-        std::fflush(to);
-    }
+    std::string text = format_text("\n%s - Peak Memory Usage .......... %s.\n", info_tag, peak) +
+                       format_text("%s - CPU Time Elapsed ........ %ld:%.2ld:%.2ld.\n\n", info_tag,
+                                   seconds / 3600, seconds / 60 % 60, seconds % 60);
+    for (std::FILE *to : {console != 0 ? stdout : nullptr, stream})
+        if (to != nullptr)
+            put_text(to, text);
     return rss_sizeL;
 }
 

@@ -44,21 +44,21 @@ char *take_bytes(text_store &texts, size_t bytes) {
 
 } // namespace
 
-std::string format_list(const char *format, va_list values) {
-    char small[512];
+formatted_text::formatted_text(const char *format, va_list values) {
     va_list first_pass;
     va_copy(first_pass, values);
     // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): va_copy has just set it
-    int length = std::vsnprintf(small, sizeof small, format, first_pass);
+    int needed = std::vsnprintf(short_text, sizeof short_text, format, first_pass);
     va_end(first_pass);
-    if (length < 0)
-        return {};
-    std::string text(static_cast<size_t>(length), '\0');
-    if (text.size() < sizeof small)
-        std::memcpy(text.data(), small, text.size());
-    else
-        std::vsnprintf(text.data(), text.size() + 1, format, values);
-    return text;
+    length = needed < 0 ? 0 : static_cast<size_t>(needed);
+    if (length < sizeof short_text)
+        return;
+    long_text.resize(length);
+    std::vsnprintf(long_text.data(), length + 1, format, values);
+}
+
+std::string format_list(const char *format, va_list values) {
+    return std::string(formatted_text(format, values).view());
 }
 
 const char *keep_text(std::string_view text) {
@@ -103,6 +103,13 @@ bool same_text_no_case(const char *a, const char *b) {
     if (a == nullptr || b == nullptr)
         return a == b;
     return strcasecmp(a, b) == 0;
+}
+
+std::string lower_case(std::string_view text) {
+    std::string lower(text);
+    for (char &c : lower)
+        c = static_cast<char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
+    return lower;
 }
 
 const char *without_minus(const char *name) {

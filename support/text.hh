@@ -14,6 +14,22 @@ const char *keep_text(std::string_view text);
 /// The same for a text that may be null; null stays null.
 const char *keep_text_or_null(const char *text);
 
+/// A formatted text that takes memory only when it is long, so that a short message can be made when there is
+/// no memory left. `values` is used up.
+struct formatted_text {
+    formatted_text(const char *format, va_list values);
+    formatted_text(const formatted_text &) = delete;
+    formatted_text &operator=(const formatted_text &) = delete;
+    std::string_view view() const {
+        return long_text.empty() ? std::string_view(short_text, length) : long_text;
+    }
+
+  private:
+    char short_text[1024];
+    size_t length = 0;
+    std::string long_text{};
+};
+
 /// printf into a string.
 std::string format_text(const char *format, ...) __attribute__((format(printf, 1, 2)));
 
@@ -28,6 +44,9 @@ bool same_text(const char *a, const char *b);
 
 /// The same without regard to case; two nulls are equal, one null is not equal to anything else.
 bool same_text_no_case(const char *a, const char *b);
+
+/// The text in lower case: the key of a look-up without regard to case.
+std::string lower_case(std::string_view text);
 
 /// `name` behind its leading '-', which marks an active-low port; null for null.
 const char *without_minus(const char *name);

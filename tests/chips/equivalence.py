@@ -29,7 +29,7 @@ read_verilog {' '.join(sources)} formal_cells.v formal_pads.v
 hierarchy -check -top {top}
 proc
 flatten
-delete {top}/c:*pad_tdo {top}/c:*pad_trst_n
+delete {top}/c:*pad_tdo* {top}/c:*pad_trst_n*
 expose -evert {pads}
 setundef -undriven -zero
 opt -full

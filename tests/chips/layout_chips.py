@@ -15,7 +15,7 @@ import pathlib
 import re
 import shutil
 import sys
-from dataclasses import dataclass
+from dataclasses import dataclass, field
 
 sys.dont_write_bytecode = True
 import proof  # noqa: E402
@@ -23,7 +23,8 @@ from chip_files import ProofError  # noqa: E402
 from equivalence import compare_formally  # noqa: E402
 from player import run  # noqa: E402
 
-EXAMPLE = pathlib.Path(__file__).resolve().parent.parent.parent / "examples" / "uart_chip"
+HERE = pathlib.Path(__file__).resolve().parent
+EXAMPLE = HERE.parent.parent / "examples" / "uart_chip"
 OUTPUT_PINS = {"C", "Z", "Q", "TDO", "TDO_EN"}
 DRIVEN_PADS = {"OPAD", "TPAD"}
 
@@ -36,19 +37,26 @@ class Layout:
     options: str = ""               # besides -add_tap
     bare: bool = False              # no pads but the clock's, and no test ports; with -add_pad two ports, one read
                                     # and one driven by the core, are bidirectional
-    top_pads: tuple = ()            # ports whose pads stand in the top all the same
+    places: dict = field(default_factory=dict)      # ports whose pads stand elsewhere
     reach: tuple = ()               # (test net, module): how far up the design leads a test pad's core side
     unwired: bool = False           # the TAP that the design holds is not joined to the test pads
     buffered: bool = False          # it is, with a buffer in the way of each signal
     tied_tdo: bool = False          # the TDO pad's pins are tied to constants beside the pad
     cells: str = ""                 # further items of the .bsc file
+    bcm: tuple = ()                 # the file of the module that the cells stand in
+    dotted: bool = False            # instance names as generate loops make them, with a dot and brackets inside
 
 
 LAYOUTS = {
     "pads_in_module": Layout(pads="u_ring", reach=(("tdi_c", ""), ("tdo_i", ""), ("tdo_oen", ""))),
-    "pads_in_module_tied": Layout(pads="u_ring", tied_tdo=True, top_pads=("tms",)),
-    "pads_two_down": Layout(pads="u_frame.u_ring", top_pads=("tck",),
+    "pads_in_module_tied": Layout(pads="u_ring", tied_tdo=True, places={"tms": ""}),
+    "pads_two_down": Layout(pads="u_frame.u_ring", places={"tck": ""},
                             reach=(("tdi_c", ""), ("trst_n_c", "u_frame"), ("tdo_i", "u_frame"))),
+    "pads_in_three_modules": Layout(
+        pads="u_frame.u_ring", places={"clk": "", "a": "", "tdi": "", "b": "u_frame", "tck": "u_frame", "y": "u_frame",
+                                       "z1": "u_shell.u_deep", "d": "u_shell.u_deep", "trst_n": "u_shell.u_deep"},
+        reach=(("tdi_c", ""), ("tck_c", ""), ("tdo_i", ""))),
+    "cells_in_one_module": Layout(options="-add_bcm", bcm=("chip_BCM.v",)),
     "tap_exists": Layout(exists=True),
     "tap_exists_pads_in_module": Layout(pads="u_ring", exists=True),
     "tap_exists_behind_buffers": Layout(pads="u_ring", exists=True, buffered=True),
@@ -56,13 +64,14 @@ LAYOUTS = {
     "tap_path": Layout(tap="u_sys.u_debug.u_tap", options="-external_idcode"),
     "tap_path_exists": Layout(tap="u_sys.u_debug.u_tap", exists=True),
     "tap_path_beside_pads": Layout(pads="u_frame.u_ring", tap="u_sys.u_tap", reach=(("tms_c", ""),)),
-    "tap_path_exists_beside_pads": Layout(pads="u_ring", tap="u_sys.u_debug.u_tap", exists=True),
+    "tap_path_exists_beside_pads": Layout(pads="u_ring", tap="u_sys.u_debug.u_tap", exists=True, dotted=True),
     "tap_path_exists_unwired": Layout(pads="u_ring", tap="u_sys.u_debug.u_tap", exists=True, unwired=True),
     "tap_with_pads_unwired": Layout(pads="u_ring", tap="u_ring.u_tap", exists=True, unwired=True),
-    "tap_with_pads": Layout(pads="u_frame.u_ring", tap="u_frame.u_ring.u_tap", top_pads=("tck", "tdo")),
+    "tap_with_pads": Layout(pads="u_frame.u_ring", tap="u_frame.u_ring.u_tap", places={"tck": "", "tdo": ""}),
     "tap_with_pads_exists": Layout(pads="u_ring", tap="u_ring.u_tap", exists=True),
     "tap_above_pads": Layout(pads="u_frame.u_ring", tap="u_frame.u_tap", reach=(("tdi_c", "u_frame"),)),
-    "tap_off_the_pads_path": Layout(pads="u_frame.u_ring", tap="u_frame.u_side.u_tap", top_pads=("tdi",)),
+    "tap_off_the_pads_path": Layout(pads="u_frame.u_ring", tap="u_frame.u_side.u_tap", places={"tdi": ""},
+                                    dotted=True),
     "ports_get_pads": Layout(bare=True, options="-add_pad",
                              cells="%INPUT_BUFFER IPAD; %OUTPUT_BUFFER TPAD; %INOUT_BUFFER BPAD;"),
     "ports_without_pads": Layout(bare=True, options="-no_pad"),
@@ -72,11 +81,15 @@ INPUTS = ["clk", "rst_n", "a", "b"]
 TEST_INPUTS = ["tdi", "tms", "tck", "trst_n"]
 
 
+def dotted(name):
+    return f"{name}.x[0]"
+
+
 class Design:
     """Instances by path. Gives the Verilog of all modules, bottom up."""
 
-    def __init__(self):
-        self.instances, self.ports, self.reach = [], {}, []
+    def __init__(self, dotted):
+        self.instances, self.ports, self.reach, self.dotted = [], {}, [], dotted
 
     def add(self, path, cell, name, **pins):
         self.instances.append((path, cell, name, pins))
@@ -106,17 +119,20 @@ class Design:
                 nets[net] = "inout" if pad else "output" if driven else "input"
         return nets
 
+    def written(self, name):
+        return f"\\{dotted(name)} " if self.dotted else name
+
     def verilog(self):
         text = ""
         for path in self.paths():
             ports = self.module_ports(path) if path else self.ports
-            body = [f"    {cell} {name} ({', '.join(f'.{pin}({net})' for pin, net in pins.items())});\n"
+            body = [f"    {cell} {self.written(name)} ({', '.join(f'.{pin}({net})' for pin, net in pins.items())});\n"
                     for place, cell, name, pins in self.instances if place == path]
             for child in self.paths():
                 if child and child.rpartition(".")[0] == path:
                     name = child.rpartition(".")[2]
                     nets = ", ".join(f".{net}({net})" for net in self.module_ports(child))
-                    body.append(f"    {name[2:]} {name} ({nets});\n")
+                    body.append(f"    {name[2:]} {self.written(name)} ({nets});\n")
             name = path.rpartition(".")[2][2:] if path else "chip"
             declared = ", ".join(f"{direction} {net}" for net, direction in ports.items())
             wires = sorted(set(re.findall(r"\.\w+\((\w+)\)", "".join(body))) - set(ports))
@@ -143,13 +159,13 @@ def add_core(design, path, bare):
 
 def add_pads(design, layout):
     def place(port):
-        return "" if port in layout.top_pads else layout.pads
+        return layout.places.get(port, layout.pads)
     for port in INPUTS + TEST_INPUTS:
         cell = "CKPAD" if port == "clk" else "IPADU" if port in ("tdi", "tms", "trst_n") else "IPAD"
         design.add(place(port), cell, "pad_" + port, PAD=port, C=port + "_c")
     design.add(place("y"), "OPAD", "pad_y", I="y_i", PAD="y")
-    design.add(place("z"), "TPAD", "pad_z0", I="q0", OEN="q4", PAD="z0")
-    design.add(place("z"), "TPAD", "pad_z1", I="q1", OEN="q4", PAD="z1")
+    design.add(place("z0"), "TPAD", "pad_z0", I="q0", OEN="q4", PAD="z0")
+    design.add(place("z1"), "TPAD", "pad_z1", I="q1", OEN="q4", PAD="z1")
     design.add(place("d"), "BPAD", "pad_d", I="q3", OEN="q5", C="d_c", PAD="d")
     data = "1'b0" if layout.tied_tdo else "tdo_i"
     enable = "1'b1" if layout.tied_tdo else "1'b0" if layout.unwired else "tdo_oen"
@@ -175,7 +191,7 @@ def add_tap(design, layout, path):
 
 
 def make_design(layout):
-    design = Design()
+    design = Design(layout.dotted)
     tap_parent = layout.tap.rpartition(".")[0]
     add_core(design, tap_parent or "u_core", layout.bare)
     if layout.bare:
@@ -197,11 +213,14 @@ def make_design(layout):
 def write_files(layout, design, work):
     shutil.rmtree(work, ignore_errors=True)
     (work / "lib").mkdir(parents=True)
-    for file in (EXAMPLE / "cells.v", EXAMPLE / "chip.lib", pathlib.Path(__file__).with_name("cells.vhd")):
+    for file in (EXAMPLE / "cells.v", EXAMPLE / "chip.lib", *map(HERE.joinpath, ("cells.vhd", *layout.bcm))):
         shutil.copy(file, work)
     (work / "chip.v").write_text(design.verilog())
     bsc = (EXAMPLE / "chip.bsc").read_text()
-    bsc = bsc.replace("%INSTANCE_NAME    u_tap;", f"%INSTANCE_NAME    {layout.tap};")
+    path = layout.tap.split(".")
+    if layout.dotted:                   # the name of a new TAP is the user's
+        path = [dotted(name) for name in path[:-1]] + [dotted(path[-1]) if layout.exists else path[-1]]
+    bsc = bsc.replace("%INSTANCE_NAME    u_tap;", f"%INSTANCE_NAME    {'.'.join(path)};")
     bsc = bsc.replace("%SCAN_CELLS", layout.cells + "\n%SCAN_CELLS", 1)
     (work / "chip.bsc").write_text(bsc)
     pins = list(design.ports) + [port for port in TEST_INPUTS + ["tdo"] if port not in design.ports]
@@ -211,15 +230,15 @@ def write_files(layout, design, work):
 
 
 def plan_of(layout, vhdl):
-    return {"design": "chip", "cells": ["cells.v"], "netlist": ["chip.v"], "resets": {"rst_n": "0"}, "vhdl": vhdl,
-            "before": ["chip_TAP.v"] if layout.exists else [], "cycles": 400,
-            "tdo_always_driven": layout.unwired or "-no_pad" in layout.options}
+    return {"design": "chip", "cells": ["cells.v", *layout.bcm], "netlist": ["chip.v"], "resets": {"rst_n": "0"}, "vhdl": vhdl,
+            "before": ["chip_TAP.v"] if layout.exists or layout.bcm else [], "cycles": 400,
+            "structure": not (vhdl or layout.bare or layout.bcm), "tdo_always_driven": layout.unwired or "-no_pad" in layout.options}
 
 
 def insert(layout, work, bin_dir, vhdl):
     def tool(name, *words, what):
         return run([str(bin_dir / name), *words], work, what)
-    tool("kalmverin", "-lib", "cells.v", "-opath", "lib", what="reading the cells")
+    tool("kalmverin", "-lib", "cells.v", *layout.bcm, "-opath", "lib", what="reading the cells")
     if layout.exists:
         tool("rimweave", "chip", "-add_tap_only", what="writing the TAP")
         if vhdl:

@@ -9,7 +9,6 @@ status 0 and one line, with 77 where OpenOCD is not installed, or with status 1 
 """
 
 import argparse
-import json
 import pathlib
 import re
 import shutil
@@ -87,8 +86,7 @@ def main():
     if shutil.which("openocd") is None:
         print("openocd is not installed")
         return 77
-    plan = json.loads(given.plan.read_text())
-    plan["folder"] = (given.plan.parent / plan["folder"]).resolve()
+    plan = proof.read_plan(given.plan)
     work = given.work.resolve()
     proof.build(plan, given.bin.resolve(), work)
     design = plan["design"]

@@ -11,7 +11,7 @@ released pin follows the test bench.
 import re
 import subprocess
 
-from chip_files import ProofError, read_top_ports
+from chip_files import ProofError, read_ports
 
 BENCH = """`timescale 1ns / 1ps
 module bench;
@@ -50,17 +50,17 @@ def bits_of(name, port):
 
 class Player:
     """One netlist under test. pins is the order of values in a step; a pin that this netlist does not
-    have (a test port that the insertion adds) is ignored on the way in and reads z. probes gives values
-    inside the netlist, as the bench reaches them, that stand among the pins."""
+    have (a test port that the insertion adds) is ignored on the way in and reads z. Ports that are skipped
+    may be no pins: they stay open. probes gives values inside the netlist, as the bench reaches them, that
+    stand among the pins."""
 
-    def __init__(self, work, tag, sources, top_file, pins, probes=None):
-        self.work, self.tag, self.pins, self.probes = work, tag, pins, probes or {}
-        self.top, ports = read_top_ports(work / top_file)
-        self.write_bench(ports)
+    def __init__(self, work, tag, sources, top, pins, skipped=(), probes=None):
+        self.work, self.tag, self.top, self.pins, self.probes = work, tag, top, pins, probes or {}
+        self.write_bench(read_ports([work / source for source in sources], top), skipped)
         image = f"{tag}.vvp"
         run(["iverilog", "-g2001", "-o", image, f"{tag}_bench.v"] + sources, work, f"compiling {tag}")
 
-    def write_bench(self, ports):
+    def write_bench(self, ports, skipped):
         wires, connections, known = [], [], {}
         for number, (name, port) in enumerate(ports.items()):
             bits = bits_of(name, port)
@@ -69,7 +69,7 @@ class Player:
                                f"(p{number})")
             for place, bit in enumerate(reversed(bits)):
                 known[bit] = (f"p{number}[{place}]", port[0])
-        unknown = [bit for bit in known if bit not in self.pins]
+        unknown = [bit for bit in known if bit not in self.pins and bit not in skipped]
         if unknown:
             raise ProofError(f"{self.tag}: ports without a pin: {' '.join(unknown)}")
         sampled = []

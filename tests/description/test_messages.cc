@@ -134,6 +134,13 @@ INSTANTIATE_TEST_SUITE_P(
         MESSAGE_CASE{"enable without a level", SHORT_LIB,
                      "%INSTRUCTION_TABLE { %INSTRUCTION A = (00) ACCESS r ENABLE e(1X); }", "", 255,
                      "\"chip.bsc\", line 1: Enable pattern '1X' of 'e' may hold 0 and 1 only\n", ""},
+        MESSAGE_CASE{"enable that is no pattern", SHORT_LIB,
+                     "%INSTRUCTION_TABLE { %INSTRUCTION A = (00) ACCESS r ENABLE e(2);\n"
+                     "%INSTRUCTION B { %ENABLE e = X2; } }",
+                     "", 0,
+                     "\"chip.bsc\", line 1: Syntax Error at '2'\n"
+                     "\"chip.bsc\", line 2: Syntax Error at 'X2'\n",
+                     ""},
         MESSAGE_CASE{
             "pins in the bsc file", SHORT_LIB, "%PIN_LIST {\n 1 tdi 2 tdo }", "", 255,
             "\"chip.bsc\", line 2: Pins cannot be listed inside %PIN_LIST. Write them to a pin file and "
@@ -236,17 +243,21 @@ TEST(ReaderFiles, AreOpenedBeforeTheFirstIsParsed) {
 TEST(ReaderFiles, LineNumbersGoOnInASecondReading) {
     scratch_folder scratch;
     scratch.write("chip.lib", std::string(SHORT_LIB) + "\n\n");
-    scratch.write("chip.bsc", "word\n");
+    scratch.write("one.pin", "%PACKAGE_TYPE x 9;\n1 a b *\n\n");
+    scratch.write("two.pin", "2 c d *\n");
+    scratch.write("chip.bsc", "%PIN_LIST { %FILE_NAME one.pin; } %PIN_LIST { %FILE_NAME two.pin; }\n");
     scratch.write("bad.bsc", "word\n{");
     run_result result = run_child(scratch, [] {
         restart_line_counters();
-        bsdft_init();
-        get_bs_dft_file("chip.lib", "chip.bsc", 0);
-        bsdft_init();
-        get_bs_dft_file("chip.lib", "bad.bsc", 0);
+        for (const char *bsc : {"chip.bsc", "chip.bsc", "bad.bsc"}) {
+            bsdft_init();
+            get_bs_dft_file("chip.lib", bsc, 0);
+            std::printf("pins at %d and %d\n", PIN_TABLE[0]->line, PIN_TABLE[1]->line);
+        }
     });
     EXPECT_EQ(result.status, 255);
-    EXPECT_EQ(result.out, "\"bad.bsc\", line 3: Syntax Error at '{'\n");
+    // Two files of one reading start at one line.
+    EXPECT_EQ(result.out, "pins at 2 and 1\npins at 3 and 2\n\"bad.bsc\", line 4: Syntax Error at '{'\n");
 }
 
 TEST(PackageLists, CheckTheirFiles) {

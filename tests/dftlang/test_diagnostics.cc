@@ -60,6 +60,23 @@ const diagnostic check_rows[] = {
      "", 0},
     {"repeated, a kind without an ending", "%CORE_NO_SCAN { %NAME = a; }\n%CORE_NO_SCAN { %NAME = b; }\n",
      "WARNING : 'chip.dft', line-2, 'CORE_NO_SCAN' is multiple defined.\n", "", 0},
+    {"forms of a statement are counted apart",
+     "%SCAN_DECODER { %SCAN_MODE { %POLARITY; %POLARITY = ACTIVE_LOW; }\n%SCAN_MODE = a;\n%SCAN_MODE = b; }\n"
+     "%CLOCK_PERIOD { %CLOCK a = 1; %CLOCK a = 1.5;\n%CLOCK b = 2.5; }\n"
+     "%CONNECT_SCAN a b { %SCAN_PORT { %SCAN_IN = x; }\n%SCAN_PORT p { %SCAN_IN = x; }\n"
+     "%SCAN_PORT q { %SCAN_IN = x; } %SCAN_INSTRUCTION { %INSTRUCTION = i; } }",
+     "WARNING : 'chip.dft', line-3, 'SCAN_MODE' is multiple defined.\n"
+     "WARNING : 'chip.dft', line-5, 'CLOCK' is multiple defined.\n"
+     "WARNING : 'chip.dft', line-8, 'SCAN_PORT' is multiple defined.\n",
+     "", 0},
+    {"nested clocks repeat, a scan clock's own clock does not",
+     "%CONNECT_SCAN a b { %SCAN_INSTRUCTION { %INSTRUCTION = i; } %SCAN_CLOCK {\n"
+     "%CLOCK { %CLOCK { %NAME = x; } %CLOCK { %NAME = y; } %CLOCK = z; }\n"
+     "%CLOCK = c; %GLOBAL_CLOCK = g; %GLOBAL_CLOCK = g { h };\n"
+     "%CLOCK { %NAME = d; }\n%GLOBAL_CLOCK = g { h }; } }",
+     "WARNING : 'chip.dft', line-4, 'CLOCK' is multiple defined.\n"
+     "WARNING : 'chip.dft', line-5, 'GLOBAL_CLOCK' is multiple defined.\n",
+     "", 0},
     {"missing", "%SELECT_SCAN {\n}\n%SEQUENCE s { %FORCE_CLOCK c;\n}",
      "WARNING : 'chip.dft', line-2, '%SCAN_INIT' statement is missing.\n"
      "WARNING : 'chip.dft', line-2, '%SCAN_INCR' statement is missing.\n"
@@ -213,6 +230,9 @@ const diagnostic mapping_rows[] = {
      "",
      0,
      {{"b", " ,;\n"}}},
+    {"fault files that may have no end",
+     "%SELECT_FAULT { %DONT_FAULT_FILE = \"/dev/zero\"; %MUST_FAULT_FILE = \".\"; }",
+     "WARNING : Can not open input file - '/dev/zero'.\nWARNING : Can not open input file - '.'.\n", "", 0},
     {"wrong side file", "%READ_MAP { %FILE_NAME = \"chip.dft\"; }",
      "ERROR : One of the input files is not map file format.\n"},
     {"missing core file", "%CORE { %NAME = c; %DFT_FILE = \"c.dft\"; }",

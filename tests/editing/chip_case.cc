@@ -125,8 +125,14 @@ chip_case::chip_case(const CHIP_INPUT &input) {
         make_tool(tool, "exit 0");
 }
 
-run_result chip_case::run(const std::string &options) const {
-    return scratch.run("PATH=$PWD/tools:$PATH " RW_BIN_DIR "/rimweave chip " + options);
+run_result chip_case::run(const std::string &options, std::string_view input) const {
+    return scratch.run("PATH=$PWD/tools:$PATH " RW_BIN_DIR "/rimweave chip " + options, input);
+}
+
+run_result chip_case::run_in_own_folder(const std::string &options) const {
+    return scratch.run("rm -r tools rimweave_lib; mkdir d; cp *.sdb d; mv lib/BC_*.sdb d\n"
+                       "for file in *.sdb; do echo other >$file; done; " RW_BIN_DIR "/rimweave d/chip " +
+                       options);
 }
 
 void chip_case::make_tool(const std::string &name, const std::string &text) const {

@@ -29,7 +29,10 @@ class chip_case {
     explicit chip_case(const CHIP_INPUT &input);
 
     /// Runs `rimweave chip <options>` with the tools of the folder `tools` first on PATH.
-    run_result run(const std::string &options) const;
+    run_result run(const std::string &options, std::string_view input = "") const;
+    /// Runs the bundled tools and `rimweave d/chip <options>`, with the design and some of its cells in the
+    /// folder `d`. What has the names of its files in the working folder is no design.
+    run_result run_in_own_folder(const std::string &options) const;
     /// Makes a tool that runs the given shell text.
     void make_tool(const std::string &name, const std::string &text) const;
     /// The edit command files of those names, each behind a line "== <name>".

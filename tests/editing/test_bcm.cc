@@ -136,7 +136,7 @@ const CHIP_ROW ROWS[] = {
                  "         Option -add_bcm drives its enable 'OEN' all the same.\n"
                  "         Please use a pad cell with one enable.\n\n",
      .status = 0,
-     .lines = "disconnect pz{OEN}\n"},
+     .lines = "connect po{EN} chip_BCM{BCM_TDO_EN}\ndisconnect  pz{I}\n"},
     {.what = "an input with an inverter and a mux, and a mode pin that is tied",
      .input =
          {.design =
@@ -150,6 +150,8 @@ const CHIP_ROW ROWS[] = {
           .settings = "%INVERTER INV; %INPUT_BUFFER IBUF;",
           .pins = "1 PA -a *\n2 CK ck *\n"},
      .options = "-add_bcm",
+     .expected = "WARNING: Pin %MODE_2 of pad 'i'(MUXI) connected to GND.\n"
+                 "         %MODE_2 'M' will be disconnected and reconnected to TAP.\n",
      .status = 0,
      .lines =
          "connect chip_BCM{BCELL0_UPD_OUT} i{T}\nadd B_PAD_INV0 INV\nconnect B_PAD_INV0{A} i{C}\n"

@@ -121,6 +121,17 @@ disconnect pb{I}
 connect BCELL4{DI} f{Q}
 connect BCELL4{DO} pb{I}
 )"},
+    {.what = "a pair of cells whose pad leads to a port of its module",
+     .input = {.design =
+                   "module pads(inout b, input o, e, output k); BBUF pb(.I(o), .OEN(e), .PAD(b), .C(k)); "
+                   "endmodule\n"
+                   "module chip(inout b, input ck); wire o, e, k; pads p(.b(b), .o(o), .e(e), .k(k));\n"
+                   "FF f(.D(k), .CK(ck), .Q(o)); FF g(.D(k), .CK(ck), .Q(e)); endmodule\n",
+               .pins = B_PINS,
+               .bidir_cell = false},
+     .expected = "WARNING: Input Pad 'pb' connect to output port 'k' directly.\n\n",
+     .status = 0,
+     .lines = "disconnect pb{C}\nconnect BCELL2{DO} k\n"},
     {.what = "the %OE_MODE pin of the output cell is tied to the control cell",
      .input = {.roles = "%OUTPUT_SCAN BC_OE; %CONTROL_OE_SCAN BC_COE;", .bidir_cell = false},
      .changes = {{"chip.pin", "3 PZ z *\n", ""}},
@@ -572,6 +583,17 @@ connect k{TDI} tdi
     {.what = "the path of the TAP names no instance",
      .input = {.tap = "none.tap"},
      .expected = "ERROR: can not find the instance none in chip.sdb file.\n"},
+    {.what = "a module on the TAP's path has a port of the TAP's name",
+     .design = "tap_down_a_path",
+     .input = {.tap = "top_a.b.tap", .pins = "1 A a *\n9 CK ck *\n"},
+     .changes = {{"chip.v", "module B(input i,", "module B(input i, shiftDR,"}},
+     .expected = "ERROR: module 'B' has a port 'shiftDR' already"},
+    {.what = "so has one above an existing TAP",
+     .design = "tap_exists_below",
+     .input = {.tap = "top_a.b.tap", .pins = "1 A a *\n2 Y y *\n9 CK ck *\n"},
+     .changes = {{"chip.v", "module A(", "module A(input BC_LAST, "}},
+     .options = "",
+     .expected = "ERROR: module 'A' has a port 'BC_LAST' already"},
     {.what = "no port gets a cell",
      .input = {.pins = "9 CK ck *\n"},
      .expected = "ERROR: no port of 'chip' gets a boundary cell.\n"},

@@ -33,8 +33,11 @@ const CHIP_ROW PADS[] = {
                  "       Please correct your SDB or specify pin 'y' as skip signal.\n\n"},
     {.what = "a bidirectional pad that nothing reads",
      .changes = {{"chip.v", "e(.D(bc)", "e(.D(c)"}},
-     .expected = "ERROR: Bidirectional Pad 'pb' is floating.\n"
-                 "       Please correct your SDB or specify pin 'b' as skip signal.\n\n"},
+     .expected = "WARNING: (./chip.lib) %OUTPUT C of %BUFFER BBUF which connects to\n"
+                 "         port 'b' is floating.\n"
+                 "         Input boundary scan cell won't be inserted on this port.\n\n",
+     .status = 0,
+     .lines = "disconnect pb{I}\n"},
     {.what = "an output pad on a constant",
      .changes = {{"chip.v", "py(.I(q)", "py(.I(1'b1)"}},
      .status = 0,
@@ -73,14 +76,23 @@ const CHIP_ROW PADS[] = {
                  "       Can't find the definition of 'NONE' in file './chip.lib'.\n"},
     {.what = "the pad cell of an input port",
      .input = {.design = "module chip(input a, ck); INV g(.A(a)); endmodule\n",
-               .cells = "module IB2(input P, output Q); endmodule\n",
+               .cells = "module IB2(input P, IE, inout VDD, output Q); endmodule\n",
                .library = "%BUFFER IB2 { %INPUT P; %OUTPUT Q; }",
                .settings = DEFAULT_PADS,
                .pins = "1 A a * PAD(IB2)\n"},
      .options = "-add_tap -add_pad",
+     .expected = "WARNING: these pins of added pads are not connected:\n         IB2: VDD, IE\n"
+                 "         Please connect them in the netlist, or wrap the pad in a module that does.\n\n",
      .status = 0,
      .lines = "add B_PAD0 IB2\ndisconnect a\nconnect B_PAD0{P} a\nconnect g{A} BCELL0{DO}\n"
               "connect BCELL0{DI} B_PAD0{Q}\n"},
+    {.what = "a bidirectional cell for the output pads",
+     .input = {.design = READS, .settings = "%INPUT_BUFFER IBUF; %OUTPUT_BUFFER BBUF;", .pins = B_PINS},
+     .options = "-add_tap -add_pad",
+     .expected =
+         "ERROR: (./chip.bsc) %OUTPUT_BUFFER 'BBUF' is a bidirectional pad, which -add_pad can't use for one "
+         "direction.\n       Please wrap it in a module with one input and one output, describe that "
+         "module\n       in a %BUFFER of file './chip.lib' and name it instead.\n"},
     {.what = "the pad cell of a bidirectional port has no %INOUT",
      .input = {.design = READS, .settings = DEFAULT_PADS, .pins = "1 B b * PAD(TBUF)\n9 CK ck *\n"},
      .options = "-add_tap -add_pad",
@@ -153,6 +165,11 @@ constexpr const char *OLD_TAP =
 constexpr const char *MUX_PAD_ON_OLD_TAP =
     "module chip(input a, ck); wire c; MUXI pa(.PAD(a), .C(c)); FF f(.D(c), .CK(ck));\n"
     "tapm TAP(.BC_LAST(1'b1)); endmodule\n";
+constexpr const char *SIBLING_PINS = "1 A a *\n2 B b *\n6 TDI tdi *\n10 TDO tdo *\n9 CK ck *\n";
+constexpr const char *GAP_CELL = "module BC_G(input DI, SI, SE, CK, XB, output DO, SO); endmodule\n";
+constexpr const char *GAP_LIBRARY =
+    "%SCAN_CELL BC_G { %DATA_IN DI; %DATA_OUT DO; %TDI SI; %TDO SO; %CLOCK_DR CK; "
+    "%SHIFT_DR SE; %EXTRA_2 XB; }\n";
 constexpr const char *MUX_ROLE = "%INPUT_MUX_SCAN BC_MI;";
 
 const CHIP_ROW SIGNALS[] = {
@@ -175,6 +192,27 @@ const CHIP_ROW SIGNALS[] = {
      .options = "",
      .expected =
          "ERROR: (./chip.lib) %TAP_CONTROLLER has no pin for the extra1 signal of the boundary cells.\n\n"},
+    {.what = "a number of the extra pins is left out, with trees",
+     .input = {.design = OLD_TAP,
+               .cells = GAP_CELL,
+               .tap_items = "%EXTRA_2 xtra; %GROUP_SIZE 4; %SIGNAL_BUFFER BUFX; ",
+               .library = GAP_LIBRARY,
+               .roles = "%INPUT_SCAN BC_G;",
+               .pins = A_PINS},
+     .options = "",
+     .status = 0,
+     .lines = "connect TAP{clockDR} clock_buf_1_1{A}\nadd extra2_buf_1_1 BUFX\n"
+              "connect TAP{xtra} extra2_buf_1_1{A}\nconnect BCELL0{SO} TAP{BC_LAST}\n"},
+    {.what = "the same with pads in several modules",
+     .design = "siblings",
+     .input = {.cells = GAP_CELL,
+               .tap_items = "%EXTRA_1 xtra1; %EXTRA_2 xtra; %GROUP_SIZE 4; %SIGNAL_BUFFER BUFX; ",
+               .library = GAP_LIBRARY,
+               .roles = "%INPUT_SCAN BC_G;",
+               .pins = SIBLING_PINS},
+     .status = 0,
+     .lines = "add clock_buf_1_1 BUFX\nconnect clock_buf_1_1{A} clockDR\nadd extra2_buf_1_1 BUFX\n"
+              "connect extra2_buf_1_1{A} xtra\nconnect BCELL0{CK} clock_buf_1_1{Z}\n"},
     {.what = "a signal that no cell but one of the pin file has",
      .input = {.tap_items = "%MODE_2 mode2; ", .pins = M2_PINS},
      .status = 0,
@@ -197,7 +235,9 @@ const CHIP_ROW SIGNALS[] = {
                .pins = "1 A a *\n6 TDI tdi *\n9 CK ck *\n"},
      .options = "",
      .expected =
-         "WARNING: Pin 'TDI' of TAP 'TAP' was connected to GND.\n         'TDI' will be disconnected.\n",
+         "WARNING: Pin 'TDI' of TAP 'TAP' was connected to GND.\n         'TDI' will be disconnected.\n"
+         "WARNING: Pin 'TMS' of TAP 'TAP' is not connected in the design.\n"
+         "         It won't be connected to port 'tms'.\n",
      .status = 0,
      .lines = "disconnect TAP{TDI}\nreplace p pads_bs\nconnect pi{C} TAP{TDI}\n"},
     {.what = "a pin of the TAP that the design leaves open, and an extra pin",
@@ -215,7 +255,6 @@ const CHIP_ROW SIGNALS[] = {
      .lines = "disconnect TAP{BC_LAST}\nadd BCELL0 BC_X\n"},
 };
 
-constexpr const char *SIBLING_PINS = "1 A a *\n2 B b *\n6 TDI tdi *\n10 TDO tdo *\n9 CK ck *\n";
 const CHIP_INPUT IN_ONE_MODULE = {
     .design = "module pads(input a, output k, input tdi, output t); IBUF i(.PAD(a), .C(k));\n"
               "IBUF j(.PAD(tdi), .C(t)); endmodule\n"
@@ -318,6 +357,9 @@ const CHIP_ROW FILES[] = {
                  {"chip.v", "po(.I(g)", "po(.I(d)"},
                  {"chip.v", "IBUF j(.PAD(tdi), .C(t))", "IBUF j(.PAD(tdi)); INV h(.A(k), .Z(t))"}},
      .options = "",
+     .expected = "WARNING: Pin 'TMS' of TAP 'TAP' is not connected in the design.\n"
+                 "         It won't be connected to port 'tms'.\n"
+                 "WARNING: Pin 'TCK' of TAP 'TAP' is not connected in the design.\n",
      .status = 0,
      .lines = "edit pb_bs0\npath ./rimweave_lib \nadd BCELL1 BC_IN\n"},
 };

@@ -1,5 +1,10 @@
 // The runs of the tools: their command lines, what is printed beside them, and what a failure leaves.
+#include "support/text.hh"
 #include "tests/editing/chip_case.hh"
+
+#include <chrono>
+#include <map>
+#include <random>
 
 namespace {
 
@@ -21,13 +26,14 @@ CHIP_INPUT chip_with_tap_path() {
     return input;
 }
 
-/// Tools that note how they were called; kalmedit leaves the module that it was to edit as it is.
+/// Tools that note how they were called and what they read on standard input; kalmedit leaves the module that
+/// it was to edit as it is.
 void note_calls(const chip_case &chip) {
     for (const char *tool : {"kalmedit", "kalmlist", "kalmflat", "mv", "cp"}) {
         std::string real = std::string(tool) == "mv" || std::string(tool) == "cp"
                                ? "exec /bin/" + std::string(tool) + " \"$@\""
                                : "";
-        chip.make_tool(tool, "echo $(basename $0) \"$@\" >>calls\n" + real);
+        chip.make_tool(tool, "echo $(basename $0) \"$@\" $(cat) >>calls\n" + real);
     }
 }
 
@@ -41,6 +47,7 @@ std::string after(const std::string &text, const std::string &mark) {
 TEST(Runs, CommandLines) {
     struct RUN {
         const char *options, *expected;
+        const char *list_name, *list; ///< the list of files to compile
     };
     const std::string edits = "cp ./chip.sdb chip_jtag.sdb\n"
                               "cp ./pads.sdb pads_bs.sdb\n"
@@ -48,19 +55,23 @@ TEST(Runs, CommandLines) {
                               "kalmedit -nologo -b ./rimweave_lib/chip_jtag\n"
                               "mv pads_bs.sdb ./rimweave_lib\n";
     const RUN runs[] = {
-        {"-add_tap", "mv chip_jtag.sdb ./rimweave_lib\n"
-                     "kalmlist -verilog -hierarchy -o ./chip_jtag.v rimweave_lib/chip_jtag.sdb\n"
-                     "kalmflat -cellonly -keepempty rimweave_lib/chip_jtag -opath .\n"},
-        {"-add_tap -no_expand", "mv chip_jtag.sdb ./rimweave_lib\n"},
+        {"-add_tap",
+         "mv chip_jtag.sdb ./rimweave_lib\n"
+         "kalmlist -verilog -hierarchy -o ./chip_jtag.v rimweave_lib/chip_jtag.sdb\n"
+         "kalmflat -cellonly -keepempty rimweave_lib/chip_jtag -opath .\n",
+         "chip.f", "chip_TAP.v\n./chip_jtag.v\n"},
+        {"-add_tap -no_expand", "mv chip_jtag.sdb ./rimweave_lib\n", "chip.f", ""},
         {"-add_tap -opath out/deep",
          "mv chip_jtag.sdb ./rimweave_lib\n"
          "kalmlist -verilog -hierarchy -o out/deep/chip_jtag.v rimweave_lib/chip_jtag.sdb\n"
-         "kalmflat -cellonly -keepempty rimweave_lib/chip_jtag -opath out/deep\n"},
+         "kalmflat -cellonly -keepempty rimweave_lib/chip_jtag -opath out/deep\n",
+         "out/deep/chip.f", "out/deep/chip_TAP.v\nout/deep/chip_jtag.v\n"},
         {"-add_tap -vhdl",
          "cp ./pads.inf ./rimweave_lib/pads_bs.inf\n"
          "mv chip_jtag.sdb ./rimweave_lib\n"
          "kalmlist -vhdl -hierarchy -o ./chip_jtag.vhd chip_jtag.sdb -add_path ./rimweave_lib\n"
-         "kalmflat -cellonly -keepempty rimweave_lib/chip_jtag -opath .\n"},
+         "kalmflat -cellonly -keepempty rimweave_lib/chip_jtag -opath .\n",
+         "chip.f", "chip_TAP.vhd\n./chip_jtag.vhd\n"},
     };
     for (const RUN &run : runs) {
         SCOPED_TRACE(run.options);
@@ -68,15 +79,18 @@ TEST(Runs, CommandLines) {
         std::filesystem::create_directories(chip.scratch.dir / "out/deep");
         chip.scratch.write("pads.inf", "");
         note_calls(chip);
-        run_result result = chip.run(run.options);
+        run_result result = chip.run(run.options, "an answer that no tool may take\n");
         EXPECT_EQ(result.status, 0) << result.out << result.err;
         EXPECT_EQ(after(chip.scratch.read("calls"), "cp ./chip.sdb"), edits + run.expected);
         EXPECT_FALSE(chip.scratch.has("bs_kalmlist.log"));
+        const char *head = "// What rimweave has written, in the order to compile it.\n";
+        EXPECT_EQ(chip.scratch.read(run.list_name), *run.list == '\0' ? "" : std::string(head) + run.list);
     }
 }
 
 TEST(Runs, WhatIsPrinted) {
     chip_case chip(small_chip());
+    chip.scratch.write("chip.f", "-y own\n");
     run_result result = chip.run("-add_tap");
     std::string text = after(result.out, " - Synthesizing Boundary");
     EXPECT_EQ(text.substr(0, text.find("====")), R"( - Synthesizing Boundary Registers in gate level ...
@@ -92,11 +106,14 @@ TEST(Runs, WhatIsPrinted) {
     .Modified sdb files were stored in directory ./rimweave_lib.
 
     .Modified netlist file was stored in file ./chip_jtag.v.
+WARNING: file './chip.f' is none that rimweave has written. It stays as it is.
+
     .Expanding modified netlist ...
 
 
 
 )");
+    EXPECT_EQ(chip.scratch.read("chip.f"), "-y own\n");
 }
 
 TEST(Runs, AFailureEndsTheRunAndTheNextOneWorks) {
@@ -106,6 +123,7 @@ TEST(Runs, AFailureEndsTheRunAndTheNextOneWorks) {
         const char *options = "-add_tap";
     };
     const FAILURE failures[] = {
+        {"kalmverin", "true", "    Please check the \"RIMWEAVE.log\" file.\n"},
         {"kalmedit", "true", ""},
         {"kalmedit", "[ $3 = ./rimweave_lib/chip_jtag ]", ""},
         {"mv", "true", ""},
@@ -145,86 +163,117 @@ TEST(Runs, AFailureEndsTheRunAndTheNextOneWorks) {
     }
 }
 
-TEST(Runs, AToolThatIsNotThere) {
-    struct TOOL {
-        const char *name, *message;
-    };
-    const TOOL tools[] = {
-        {"kalmverin", "    Please check the \"RIMWEAVE.log\" file.\n"},
-        {"kalmedit", ""},
-        {"kalmlist", "    Please check the \"bs_kalmlist.log\" file.\n"},
-        {"kalmflat", "    Please check the \"bs_kalmflat.log\" file.\n"},
-    };
-    chip_case chip(small_chip());
-    std::filesystem::path bin = chip.scratch.dir / "bin";
-    std::filesystem::create_directory(bin);
-    std::filesystem::copy(RW_BIN_DIR "/rimweave", bin);
-    for (const TOOL &tool : tools)
-        std::filesystem::copy(std::string(RW_BIN_DIR "/") + tool.name, bin);
-    const std::string command = "PATH=/usr/bin:/bin bin/rimweave chip -add_tap";
-    for (const TOOL &tool : tools) {
-        SCOPED_TRACE(tool.name);
-        std::filesystem::rename(bin / tool.name, bin / "away");
-        run_result result = chip.scratch.run(command);
-        EXPECT_EQ(result.status, 255);
-        EXPECT_NE(result.out.find(tool.message), std::string::npos) << result.out;
-        std::filesystem::rename(bin / "away", bin / tool.name);
-    }
-    EXPECT_EQ(chip.scratch.run(command).status, 0);
-}
-
-TEST(Runs, AFullDisk) {
-    // A file that may not grow past some KiB stands for a disk that has no more.
-    chip_case chip(chip_with_tap_path());
-    std::filesystem::remove_all(chip.scratch.dir / "tools");
-    for (const char *limit : {"1", "4", "8"}) {
-        SCOPED_TRACE(limit);
-        run_result result = chip.scratch.run(std::string("bash -c \"trap '' XFSZ; ulimit -f ") + limit +
-                                             "; " RW_BIN_DIR "/rimweave chip -add_tap\"");
-        EXPECT_EQ(result.status, 255);
-        EXPECT_NE((result.out + result.err).find("ERROR"), std::string::npos) << result.out << result.err;
-        EXPECT_FALSE(chip.scratch.has("chip_jtag_flat.v"));
-    }
-    EXPECT_EQ(chip.run("-add_tap").status, 0);
-    EXPECT_TRUE(chip.scratch.has("chip_jtag_flat.v"));
-}
-
-TEST(Runs, ADesignNameIsNeverAShellCommand) {
-    struct NAME {
-        const char *name;
+TEST(Runs, ANameIsNeverAShellCommandOrASwitch) {
+    struct NAMES {
+        const char *design, *module, *folder; // as Verilog and the command line have them
         int status;
         const char *message;
+        const char *argument = ""; // the design's, where it is not the name itself
     };
-    const NAME names[] = {
-        {"a;touch$IFS+pwned", 0, "END TIME"},
+    const NAMES names[] = {
+        {"a;touch$IFS+pwned", "p;touch$IFS+pwned", "o;touch pwned", 0, "END TIME"},
+        {"-f", "-i", "-v", 0, "END TIME", "./-f"},
         // The edit language parts its words at blanks.
-        {"a;touch pwned", 255, "ERROR: the name 'a;touch pwned_jtag' can't stand in command file"},
+        {"a;touch pwned", "p", "o", 255, "ERROR: the name 'a;touch pwned_jtag' can't stand in command file"},
     };
-    for (const NAME &each : names) {
-        chip_case chip(small_chip());
-        for (const char *ext : {".sdb", ".c.sdb", ".lib", ".bsc"})
-            std::filesystem::copy(chip.scratch.dir / (std::string("chip") + ext),
-                                  chip.scratch.dir / (std::string(each.name) + ext));
-        run_result result = chip.scratch.run("PATH=$PWD/tools:$PATH " RW_BIN_DIR "/rimweave '" +
-                                             std::string(each.name) + "' -add_tap");
-        EXPECT_EQ(result.status, each.status) << result.out << result.err;
-        EXPECT_NE(result.out.find(each.message), std::string::npos) << result.out;
-        EXPECT_FALSE(chip.scratch.has("pwned") || chip.scratch.has("+pwned"));
+    for (const NAMES &each : names) {
+        for (std::string language : {"v", "vhd"}) {
+            SCOPED_TRACE(each.design + std::string(" in ") + language);
+            CHIP_INPUT input;
+            input.design =
+                format_text("module \\%s (input a, output a_c); IBUF pa(.PAD(a), .C(a_c)); endmodule\n"
+                            "module chip(input a, input ck); wire w; \\%s p(.a(a), .a_c(w));\n"
+                            "FF f(.D(w), .CK(ck)); endmodule\n",
+                            each.module, each.module);
+            input.pins = "1 PA a *\n2 CK ck *\n";
+            chip_case chip(input);
+            std::filesystem::remove_all(chip.scratch.dir / "tools");
+            std::filesystem::create_directory(chip.scratch.dir / each.folder);
+            for (const char *ext : {".sdb", ".c.sdb", ".lib", ".bsc"})
+                std::filesystem::rename(chip.scratch.path(std::string("chip") + ext),
+                                        chip.scratch.path(std::string(each.design) + ext));
+            run_result result =
+                chip.scratch.run(format_text(RW_BIN_DIR "/rimweave '%s' -add_tap -opath '%s'%s",
+                                             *each.argument ? each.argument : each.design, each.folder,
+                                             language == "vhd" ? " -vhdl" : ""));
+            EXPECT_EQ(result.status, each.status) << result.out << result.err;
+            EXPECT_NE(result.out.find(each.message), std::string::npos) << result.out;
+            EXPECT_FALSE(chip.scratch.has("pwned") || chip.scratch.has("+pwned"));
+            EXPECT_EQ(
+                chip.scratch.has(format_text("%s/%s_jtag.%s", each.folder, each.design, language.c_str())),
+                each.status == 0);
+            EXPECT_EQ(chip.scratch.has(format_text("rimweave_lib/%s_bs.sdb", each.module)), each.status == 0);
+        }
     }
 }
 
-TEST(Runs, ModulesAndFoldersAreNeverShellCommands) {
+TEST(Runs, ASecondRunIsRefusedBeforeItTouchesAnything) {
+    chip_case chip(small_chip());
+    chip.make_tool("kalmedit", "tools/again >second; echo $? >>second; exec " RW_BIN_DIR "/kalmedit \"$@\"");
+    chip.make_tool("again", "exec " RW_BIN_DIR "/rimweave chip");
+    chip.make_tool("first", "echo $$ >pid; exec " RW_BIN_DIR "/rimweave chip -add_tap");
+    const std::string first = "PATH=$PWD/tools:$PATH; tools/first; exit $?";
+    run_result result = chip.scratch.run(first);
+    EXPECT_EQ(result.status, 0) << result.out << result.err;
+    EXPECT_EQ(chip.scratch.read("chip.rwv.rpt"), result.out);
+    std::string pid = chip.scratch.read("pid");
+    EXPECT_EQ(after(chip.scratch.read("second"), "ERROR"),
+              "ERROR: ./rimweave_lib is used by another run, process " + pid.substr(0, pid.size() - 1) +
+                  ".\n\n255\n");
+
+    // A tool that outlives a killed run does not hold the lock.
+    chip.make_tool("kalmedit", "kill -9 $(cat pid); echo $$ >left; exec sleep 100");
+    EXPECT_EQ(chip.scratch.run(first).status, 137);
+    chip.make_tool("kalmedit", "exit 0");
+    result = chip.run("-add_tap");
+    EXPECT_EQ(result.status, 0) << result.out << result.err;
+    chip.scratch.run("kill $(cat left)");
+}
+
+TEST(Runs, OfTwoRunsAtOnceEachEndsRightOrIsRefused) {
     CHIP_INPUT input;
-    input.design = "module \\p;touch$IFS+pwned (input a, output a_c); IBUF pa(.PAD(a), .C(a_c)); endmodule\n"
-                   "module chip(input a, input ck); wire w; \\p;touch$IFS+pwned p(.a(a), .a_c(w));\n"
-                   "FF f(.D(w), .CK(ck)); endmodule\n";
-    input.pins = "1 PA a *\n2 CK ck *\n";
+    input.design = test_file("designs/tap_exists_in_top.v");
+    input.cells = test_file("designs/more_cells.v");
+    input.pins = "1 PA a *\n6 TDI tdi *\n7 TMS tms *\n8 TCK tck *\n9 CK ck *\n10 TDO tdo *\n";
     chip_case chip(input);
     std::filesystem::remove_all(chip.scratch.dir / "tools");
-    std::filesystem::create_directory(chip.scratch.dir / "o;touch pwned");
-    run_result result = chip.run("-add_tap -opath 'o;touch pwned'");
-    EXPECT_EQ(result.status, 0) << result.out << result.err;
-    EXPECT_FALSE(chip.scratch.has("pwned") || chip.scratch.has("+pwned"));
-    EXPECT_TRUE(chip.scratch.has("o;touch pwned/chip_jtag.v"));
-    EXPECT_TRUE(chip.scratch.has("rimweave_lib/p;touch$IFS+pwned_bs.sdb"));
+    for (const char *ext : {".sdb", ".c.sdb", ".lib", ".bsc"})
+        std::filesystem::copy(chip.scratch.path(std::string("chip") + ext),
+                              chip.scratch.path(std::string("other") + ext));
+    auto outputs = [&](const std::string &design) {
+        return chip.scratch.read("rimweave_lib/" + design + "_jtag.sdb");
+    };
+    // What each design comes to alone, and how long that takes.
+    std::map<std::string, std::string> expected;
+    auto begin = std::chrono::steady_clock::now();
+    for (const char *design : {"other", "chip"}) {
+        EXPECT_EQ(chip.scratch.run(format_text(RW_BIN_DIR "/rimweave %s -no_expand", design)).status, 0);
+        expected[design] = outputs(design);
+    }
+    std::chrono::duration<double> one_run = (std::chrono::steady_clock::now() - begin) / 2;
+
+    chip.scratch.write("pair", R"(rm -rf rimweave_lib; B=$1
+run() { $B/rimweave $2 -no_expand >$1.out 2>$1.err; echo $? >$1.status; }
+run 1 chip & sleep $3; run 2 $2; wait)");
+    std::mt19937 random(12);
+    int refused = 0;
+    for (int pair = 0; pair < 100; pair++) {
+        std::string designs[] = {"chip", pair % 2 == 0 ? "chip" : "other"};
+        double offset = std::uniform_real_distribution(0.0, one_run.count())(random);
+        SCOPED_TRACE(format_text("pair %d, %s %f s behind", pair, designs[1].c_str(), offset));
+        chip.scratch.run(format_text("bash pair " RW_BIN_DIR " %s %f", designs[1].c_str(), offset));
+        int done = 0;
+        for (int i : {0, 1}) {
+            std::string out = chip.scratch.read(std::to_string(i + 1) + ".out");
+            if (chip.scratch.read(std::to_string(i + 1) + ".status") == "0\n") {
+                EXPECT_EQ(outputs(designs[i]), expected[designs[i]]) << out;
+                done++;
+            } else {
+                EXPECT_NE(out.find("ERROR: ./rimweave_lib is used by another run"), std::string::npos) << out;
+                refused++;
+            }
+        }
+        EXPECT_GT(done, 0);
+    }
+    EXPECT_GT(refused, 0);
 }

@@ -69,6 +69,17 @@ constexpr TABLE_CASE table_cases[] = {
      "%PACKAGE_TYPE My_Chip 3;\n9  A2  *  OUT\n7  C  c  IN\n1  *  *  X\n", "5 "},
     {"a pin number is compared exactly", "6\n1\np\n2\n01\nA\n\n\n2\n1\nB\n\n\n\n3\n", "p",
      "01  A  *  *\n1  B  *  *\n", nullptr},
+    {"the only TAP with a name is the one to use", "2\n1\n1\nA\n21\n22\n4\n", "chip.bsc",
+     "%MODULE_NAME      A;\n    %INSTANCE_NAME    chip_tap;", nullptr},
+    {"of two TAPs none is chosen", "2\n1\n1\nA\n21\n1\nB\n22\n4\n", "chip.bsc", "%MODULE_NAME      chip_TAP;",
+     nullptr},
+    {"keys and control characters are no part of a value",
+     "1\n1\n\x1b[200~t\x1b[1;5Dd\x1bOA\x1b]0;title\ai\x7f\xc2\x9b\x1b(B\x1b=\x1bP\x1b[201~"
+     "\r\n6\n7\n1\na\tb\n3\n",
+     "chip.bsc", "%GLOBAL_TDI      tdi;\n", "\t"},
+    {"a line of keys alone is no empty answer",
+     "1\n1\nA\n1\n\x1b[A\nB\n6\n3\n1\n2\n2\nA\n00\n\n2\n\x1b\n\n7\n", "chip.bsc", "%GLOBAL_TDI      B;\n",
+     nullptr},
     {"TAP names that are missing follow from the design", "", "chip.bsc",
      "/* Global Signals */\n\n\n\n/* TAP controller to be used */\n\n%TAP_MODULE\n {\n"
      "    %MODULE_NAME      chip_TAP;\n    %INSTANCE_NAME    chip_tap;\n }\n\n\n\n/* Test Date Register "

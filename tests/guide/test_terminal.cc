@@ -87,14 +87,3 @@ TEST(GuideTerminal, ASessionWithItsEcho) {
         << session.seen;
     EXPECT_TRUE(holds(guide.scratch.read("chip.bsc"), " {\n             ac;\n }\n"));
 }
-
-TEST(GuideTerminal, EndOfInputAtTheMainMenuGoesOnWithTheRun) {
-    guide_folder guide;
-    terminal_session session(guide);
-    ASSERT_TRUE(session.wait_for("                     Enter Command : ")) << session.seen;
-    session.type("\x04");
-    EXPECT_EQ(session.end(), 255);
-    EXPECT_TRUE(holds(session.seen, "Enter Command : ----- clear\r\nERROR: can't find BSC file 'chip.bsc'"))
-        << session.seen;
-    EXPECT_FALSE(guide.scratch.has("chip.bsc"));
-}

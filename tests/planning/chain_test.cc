@@ -78,7 +78,17 @@ GATE u(.A(na), .B(nb)); GATE v(.A(nc), .B(nd)); GATE w(.A(nm)); endmodule)",
      .options = "-add_tap -synch",
      .roles = "%INPUT_SCAN BC_X; %INPUT_MUX_SCAN BC_MI;",
      .tap_items = "%EXTRA_1 x1; %EXTRA_2 -x2; %GROUP_SIZE 2; %SIGNAL_BUFFER PLAIN; %INV_BUFFER INVB;",
-     .shows = WHOLE_REPORT | TREES},
+     .shows = WHOLE_REPORT | TREE_LINES},
+    // The run tells of the mode that its TAP lacks, and goes on without it.
+    {.name = "mode_of_a_pad_that_the_tap_lacks",
+     .design = R"(module chip(input a, b); BSIN pa(.PAD(a), .C(na)); BSIN pb(.PAD(b), .C(nb));
+GATE u(.A(na), .B(nb)); oldtap TAP(); endmodule)",
+     .pins = "1 A a *\n2 B b *\n",
+     .options = "",
+     .roles = "%INPUT_SCAN BC_IN;",
+     .tap_items = "%GROUP_SIZE 2; %SIGNAL_BUFFER PLAIN;",
+     .tap_pins = "",
+     .shows = WHOLE_CMD},
     {.name = "chains_of_buffers",
      .design = FOUR_INPUTS,
      .pins = "1 A a *\n2 B b *\n3 C0 c *\n4 D d *\n5 DO tdo *\n",
@@ -86,7 +96,7 @@ GATE u(.A(na), .B(nb)); GATE v(.A(nc), .B(nd)); GATE w(.A(nm)); endmodule)",
      .settings = "%SKIP_SIGNAL_NAMES { e; }",
      .library = "%BUFFER WILD* { %INPUT A; %OUTPUT Z; }",
      .tap_items = "%DF_GROUP_SIZE 3; %DF_SIGNAL_BUFFER WILD1;",
-     .shows = WHOLE_REPORT | TREES},
+     .shows = WHOLE_REPORT | TREE_LINES},
 };
 
 const PLANNED_CHIP MODULES[] = {
@@ -117,9 +127,9 @@ module N(input a, output n); P p(.a(a), .n(n)); endmodule
 module chip(input a, b); M m(.a(a), .n(na)); N n(.a(b), .n(nb)); GATE u(.A(na), .B(nb)); endmodule)",
      .pins = "1 A a *\n2 B b *\n"},
     {.name = "internal_signal_in_a_module",
-     .design = R"(module M(input a); GATE u(.A(a)); endmodule
-module chip(input a); IBUF pa(.PAD(a), .C(na)); M m(.a(na)); endmodule)",
-     .pins = "1 A a *\n2 INTERNAL m.u{A} *\n"},
+     .design = R"(module M(input a); GATE \u.y[1] (.A(a)); endmodule
+module chip(input a); IBUF \p[3].a (.PAD(a), .C(na)); M \m.x[0] (.a(na)); endmodule)",
+     .pins = "1 A a *\n2 INTERNAL m.x[0].u.y[1]{A} *\n"},
 };
 
 void expect_outcomes(const PLANNED_CHIP *begin, const PLANNED_CHIP *end) {

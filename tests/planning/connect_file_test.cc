@@ -4,7 +4,7 @@
 #include "planning/connect_file.hh"
 #include "planning/tap_state.hh"
 #include "support/run_state.hh"
-#include "tests/support/scratch.hh"
+#include "tests/planning/planned_chip.hh"
 
 #include <filesystem>
 
@@ -298,6 +298,23 @@ TEST(ConnectFile, GoesWhereOutputGoes) {
     EXPECT_EQ(result.status, 255);
     EXPECT_EQ(connect(scratch, "").status, 0);
     EXPECT_FALSE(scratch.has("mbist_rimweave.cnt"));
+}
+
+TEST(ConnectFile, NamesTheWholePathOfTheTap) {
+    planning_folder folder;
+    PLANNED_CHIP chip = {.name = "",
+                         .design = R"(module M(input B); GATE g(.A(B)); endmodule
+module chip(input a); IBUF p(.PAD(a), .C(n)); M m(.B(n)); endmodule)",
+                         .pins = "1 A a *\n",
+                         .settings = "%TAP_MODULE { %MODULE_NAME tapm; %INSTANCE_NAME m.TAP; }\n"
+                                     "%MEMORY_BIST { %INSTRUCTION NONE { %CTRL_ORDER 2; } }\n"};
+    folder.read(chip);
+    for (const char *options : {"-add_tap", "-add_tap_only"}) {
+        chip.options = options;
+        std::filesystem::remove(folder.scratch.dir / "mbist_rimweave.cnt");
+        EXPECT_EQ(folder.insert(chip).status, 0);
+        EXPECT_EQ(folder.scratch.read("mbist_rimweave.cnt"), "%TAP_INSTANCE    chip.m.TAP;\n") << options;
+    }
 }
 
 // The example chip with a memory under test: the file lies beside the TAP, and names its ports.

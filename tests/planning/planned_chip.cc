@@ -63,7 +63,7 @@ std::string cell_commands(const std::string &commands) {
 std::string shown_commands(const std::string &commands, int shows) {
     if ((shows & WHOLE_CMD) != 0)
         return commands;
-    if ((shows & TREES) == 0)
+    if ((shows & TREE_LINES) == 0)
         return cell_commands(commands);
     return lines_where(commands, [](const std::string &line) { return line.find("_buf_") != line.npos; });
 }

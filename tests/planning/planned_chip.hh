@@ -17,7 +17,7 @@ inline constexpr const char *USUAL_TAP_PINS =
 
 /// What an expected file holds: the sections of the report and the commands of cells and pads, or what these
 /// say.
-enum SHOWN_PARTS { USUAL_PARTS = 0, WHOLE_CMD = 1, WHOLE_REPORT = 2, NO_CMD = 4, TREES = 8 };
+enum SHOWN_PARTS { USUAL_PARTS = 0, WHOLE_CMD = 1, WHOLE_REPORT = 2, NO_CMD = 4, TREE_LINES = 8 };
 
 struct PLANNED_CHIP {
     const char *name;

@@ -14,19 +14,23 @@ GATE u(.A(n_a), .B(n_ck), .Z(n_y)); GATE v(.A(n_d), .B(n_a)); OBUF py(.I(n_y), .
      .options = "-add_tap -synch",
      .shows = WHOLE_REPORT | WHOLE_CMD},
     {.name = "clock_cell_for_an_input",
-     .design = "module chip(input a); IBUF pa(.PAD(a), .C(n)); PLAIN u(.A(n)); GATE v(.A(n)); endmodule",
+     .design = "module chip(input a); A_PAD_OF_24_CHARACTERS_X pa(.PAD(a), .C(n)); PLAIN u(.A(n)); GATE "
+               "v(.A(n)); endmodule",
      .pins = "1 A a *\n",
-     .roles = "%CLOCK_SCAN BC_CLK;"},
+     .roles = "%CLOCK_SCAN BC_CLK;",
+     .library = "%BUFFER A_PAD_OF_24_CHARACTERS_X { %INPUT PAD; %OUTPUT C; }"},
     {.name = "input_cell_for_a_clock",
      .design = "module chip(input a); CBUF pa(.PAD(a), .C(n)); GATE v(.A(n)); endmodule",
      .pins = "1 A a *\n",
      .roles = "%INPUT_SCAN BC_IN;"},
-    // A cell named for the pin, an input cell alone in a list, and a list that leaves the input to the roles.
+    // Cells named for the pin, an input cell alone in a list, and a list that leaves the input to the roles.
+    // Each counts as the cell that it is.
     {.name = "cells_of_the_pin_file",
-     .design = R"(module chip(input a, b, ck, output y);
+     .design = R"(module chip(input a, b, ck, c, output y);
 IBUF pa(.PAD(a), .C(n_a)); IBUF pb(.PAD(b), .C(n_b)); CBUF pc(.PAD(ck), .C(n_ck)); OBUF py(.I(n_y), .PAD(y));
-GATE u(.A(n_a), .B(n_b), .Z(n_y)); GATE v(.A(n_ck)); endmodule)",
-     .pins = "1 A a * BSC(BC_IN)\n2 B b * BSC(I:BC_OUT)\n3 Y y * BSC(BC_OUT)\n4 CK ck * BSC(IO:BC_OUT)\n",
+CBUF pd(.PAD(c), .C(n_c)); GATE u(.A(n_a), .B(n_b), .Z(n_y)); GATE v(.A(n_ck), .B(n_c)); endmodule)",
+     .pins = "1 A a * BSC(BC_CLK)\n2 B b * BSC(I:BC_OUT)\n3 Y y * BSC(BC_OUT)\n4 CK ck * BSC(I_ONLY:BC_IN)\n"
+             "5 C0 c * BSC(BC_IN)\n",
      .roles = "%CLOCK_SCAN BC_CLK; %INPUT_SCAN BC_IN; %BIDIR_SCAN BC_BI;",
      .shows = NO_CMD},
     {.name = "output_states",
@@ -100,6 +104,17 @@ GATE u(.Z(n_c)); GATE f(.Z(n_d)); GATE g(.Z(n_e)); endmodule)",
      .design = R"(module M(input B); GATE u2(.B(B)); endmodule
 module chip(); GATE u1(.A(n_a), .Z(n_z)); GATE u3(.A(n_z), .Z(n_a)); M m(.B(n_a)); endmodule)",
      .pins = "1 INTERNAL u1{Z} *\n2 INTERNAL u1{A} *\n3 OBSERVE_ONLY u3{A} *\n4 OBSERVE u3{Z} *\n"},
+    // Each class is warned of once; what is left of such a cell is wired.
+    {.name = "chain_cells_that_lack_pins",
+     .design = R"(module chip(input a, b); BS_1 pa(.PAD(a), .C(n_a)); BS_1 pb(.PAD(b), .C(n_b));
+GATE u(.A(n_a), .Z(n_z)); GATE v(.A(n_b), .B(n_z)); endmodule)",
+     .pins = "1 A a *\n2 B b *\n3 INTERNAL u{A} *\n4 OBSERVE u{Z} *\n5 OBSERVE v{B} *\n",
+     .options = "-add_tap -synch",
+     .roles = "%INTERNAL_SCAN BC_1; %OBSERVE_ONLY_SCAN BC_2;",
+     .library = "%SCAN_CELL BC_1 { %TDI si; %TDO so; %SHIFT_DR sh; %TCK tk; %DATA_IN di; %DATA_OUT do; }\n"
+                "%SCAN_CELL BC_2 { %TDI si; %TDO so; %CLOCK_DR ck; %TCK tk; %DATA_IN di; }\n"
+                "%BS_BUFFER BS_1 { %TDI si; %TDO so; %INPUT PAD; %OUTPUT C; }\n",
+     .shows = WHOLE_CMD},
     {.name = "buses_of_one_bit_and_inverted_pins",
      .design =
          R"(module chip(input [0:0] a, input b, output y); IBUF pa(.PAD(a[0]), .C(n_a)); IBUF pb(.PAD(b), .C(n_b));

@@ -19,7 +19,8 @@ namespace {
     "                  %INPUT\n                  %OUTPUT\n               }\n\n"
 #define SAME_PLACE(one, other)                                                                               \
     "ERROR: (chip.pin) '" one "' and '" other "' need a boundary scan cell at the same place.\n"             \
-    "       Please correct your SDB or specify one of them as skip signal.\n\n"
+    "       Please correct your SDB or specify one of them as skip signal.\n"                                \
+    "       Power and ground ports belong in %SKIP_SIGNAL_NAMES of file './chip.bsc'.\n\n"
 #define FLOATING(pin, cell, side)                                                                            \
     "WARNING: (./chip.lib) " pin " of %BUFFER " cell " which connects to\n"                                  \
     "         port 'b' is floating.\n         " side                                                         \
@@ -65,6 +66,10 @@ constexpr const char *BI_NONE = "(inout b); BBUF p(.OEN(e), .PAD(b));" CORE_IO;
 constexpr const char *BI_MUX = "(inout b); MXB1 p(.I(o), .C(i), .OEN(e), .PAD(b));" CORE_IO;
 constexpr const char *BI_MUX_IN = "(inout b); MXB2 p(.C(i), .OEN(e), .PAD(b));" CORE_IO;
 constexpr const char *BI_MUX_OUT = "(inout b); MXB2 p(.I(o), .OEN(e), .PAD(b));" CORE_IO;
+/// The modules stand behind the chip, whose end the test adds.
+constexpr const char *TWO_PATHS = "(input a); M a(.i(n)); N \\a.b (.i(n)); endmodule\n"
+                                  "module M(input i); GATE \\b.c (.A(i)); endmodule\n"
+                                  "module N(input i); GATE c(.A(i));";
 constexpr const char *CORE = "(input a); GATE u(.A(n)); GATE v(.Z(n)); XPAD x(.PAD(m));";
 constexpr const char *A = "1 A a *\n", *B = "1 B b *\n", *Y = "1 Y y *\n";
 constexpr const char *TDI = "1 DI tdi *\n", *TDO = "1 DO tdo *\n";
@@ -96,6 +101,8 @@ const struct {
      SAME_PLACE("a", "a[0]")},
     {"(input a, b); GATE p(.A(a), .B(b), .Z(n)); PLAIN u(.A(n));", "1 A a *\n2 B b *\n",
      "%BUFFER GATE { %OUTPUT Z; }", SAME_PLACE("a", "b")},
+    {"(input a, output z); BSIN p(.PAD(a), .C(z));", "1 A a *\n2 Z z *\n", "", SAME_PLACE("a", "z")},
+    {"(input a, output y); BSOU p(.I(a), .PAD(y));", "1 Y y *\n2 A a *\n", "", SAME_PLACE("y", "a")},
     // Pins that face another way than described, in all words.
     {IN_X, A, "%BUFFER XPAD { %OUTPUT PAD; }", FACES("PAD", "a bidirectional", "XPAD", "an output")},
     {OUT_GATE, Y, "%BUFFER GATE { %INPUT Z; }", FACES("Z", "an output", "GATE", "an input")},
@@ -206,6 +213,9 @@ const struct {
     {CORE, "1 INTERNAL uA *\n", "", "ERROR: can not get instance name or pin name in 'uA' of pin file.\n"},
     {CORE, "1 INTERNAL u{ *\n", "", "ERROR: can not get instance name or pin name in 'u{' of pin file.\n"},
     {CORE, "1 INTERNAL w{A} *\n", "", "ERROR: can not find instance 'w' in './chip.c.sdb' file.\n"},
+    {TWO_PATHS, "1 INTERNAL a.b.c{A} *\n", "",
+     "ERROR: instance 'a.b.c' of pin file is ambiguous in './chip.c.sdb' file.\n       Please write one of:\n"
+     "           a.b\\.c\n           a\\.b.c\n\n"},
     {CORE, "1 OBSERVE u{Q} *\n", "", "ERROR: can not find port 'Q' in instance 'u'.\n"},
     {CORE, "1 OBSERVE x{PAD} *\n", "", "ERROR: can't support inout port 'x{PAD}' now.\n"},
     {IN, NAMED("a"), "", LACKS("%DATA_IN", "INPUT SCAN", "BC_BAD") "\n\n"},
@@ -268,19 +278,22 @@ const PLANNED_CHIP TAPS_AND_OPTIONS[] = {
     {"", "(inout tdo); XPAD p(.PAD(tdo));", TDO,
      "ERROR: option -add_pad requires to declare %OUTPUT_BUFFER\n       in file './chip.bsc'.\n\n",
      "-add_tap -no_pad"},
+    // A cell of a pin in the core that the editor can't wire.
+    {.name = "",
+     .design = CORE,
+     .pins = "1 OBSERVE u{A} *\n",
+     .message = "WARNING: (./chip.lib) can't find %TDI in %SCAN_CELL BC_2.\n"
+                "WARNING: (./chip.lib) can't find %TDO in %SCAN_CELL BC_2.\n"
+                "WARNING: (./chip.lib) can't find %DATA_IN in %SCAN_CELL BC_2.\n"
+                "         OBSERVE_ONLY SCAN 'BC_2' should have %DATA_IN signal.\n\n",
+     .roles = "%OBSERVE_ONLY_SCAN BC_2;",
+     .settings = "%SKIP_SIGNAL_NAMES { a; }",
+     .library = "%SCAN_CELL BC_2 { %SHIFT_DR si; %CLOCK_DR ck; }\n"},
     // An existing TAP without a pin that a pad needs.
     {.name = "",
      .design = "(output y); BSOE p(.PAD(y), .I(n), .OEN(e));" CORE_OE WITH_TAP,
      .pins = Y,
      .message = LIB "can't find %UPDATE_DR in %TAP_CONTROLLER oldtap.\n       %BS_BUFFER BSOE needs it.\n\n",
-     .options = "",
-     .roles = "%INPUT_SCAN BC_IN;",
-     .tap_pins = ""},
-    {.name = "",
-     .design = "(input a); BSIN p(.PAD(a), .C(n));" CORE_I WITH_TAP,
-     .pins = A,
-     .message = LIB "can't find %MODE_2 in %TAP_CONTROLLER oldtap.\n" TAP_UNWIRED LIB
-                    "%TAP_CONTROLLER has no pin for the mode2 signal of the boundary cells.\n\n",
      .options = "",
      .roles = "%INPUT_SCAN BC_IN;",
      .tap_pins = ""},
@@ -359,7 +372,8 @@ TEST(Refusals, EnableOnANamelessNet) {
     std::string path = folder.scratch.path("chip.c.sdb");
     SDB_HANDLE *handle = SDB_setup(SDB_open(path.c_str(), "r", 0));
     ASSERT_NE(handle, nullptr);
-    auto place = static_cast<std::streamoff>(handle->tables[SDB_SNET_TAB].offset) + 4 * SDB_lookup_net("e");
+    auto place = static_cast<std::streamoff>(handle->tables[SDB_SNET_TAB].offset) +
+                 4 * SDB_search_net(SYM_lookup(sym_tab, "e"));
     SDB_close(handle, 0);
     SDB_clear_current();
     std::fstream(path, std::ios::in | std::ios::out | std::ios::binary)
@@ -385,6 +399,8 @@ TEST(Refusals, GroupSizesBelowTwo) {
         {.name = "",
          .design = core.c_str(),
          .pins = "1 OBSERVE u{A} *\n",
+         .message = "WARNING: (./chip.lib) can't find %SHIFT_DR in %SCAN_CELL BC_TK.\n"
+                    "WARNING: (./chip.lib) can't find %CLOCK_DR in %SCAN_CELL BC_TK.\n\n",
          .options = "-add_tap -df_speed -synch",
          .roles = "%OBSERVE_ONLY_SCAN BC_TK;",
          .settings = "%SKIP_SIGNAL_NAMES { a; }",
@@ -394,7 +410,8 @@ TEST(Refusals, GroupSizesBelowTwo) {
     for (const PLANNED_CHIP &chip : chips) {
         run_result result = folder.run(chip);
         EXPECT_EQ(result.status, 0);
-        EXPECT_EQ(messages_of(result.out), "ERROR: Can't group 1 with max size 1 !\n");
+        EXPECT_EQ(messages_of(result.out),
+                  chip.message + std::string("ERROR: Can't group 1 with max size 1 !\n"));
         EXPECT_EQ(folder.scratch.read("chip.rwv.rpt").find("group"), std::string::npos);
     }
 }

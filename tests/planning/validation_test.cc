@@ -22,7 +22,10 @@ output tdo, first, shift, clock, update, mode; endmodule
 constexpr const char *CHIP = R"(
 module chip(a, y); input a; output y; wire n, m;
 PI pa(.PAD(a), .Y(n)); INV1 u1(.A(n), .Z(m)); tapm OLD(.last(1'b0)); PO py(.A(m), .PAD(y));
+M a(); N \a.b ();
 endmodule
+module M(); tapm \b.T (); endmodule
+module N(); tapm T(); endmodule
 )";
 
 constexpr const char *LIB = R"(
@@ -116,6 +119,9 @@ const FAULT_CASE FAULTS[] = {
      "connected.\n\n"},
     {"bsc", "%INSTANCE_NAME TAP;", "%INSTANCE_NAME a..b;", "-add_tap",
      "ERROR: (./chip.bsc) TAP %INSTANCE_NAME 'a..b' has an empty component.\n\n"},
+    {"bsc", "%INSTANCE_NAME TAP;", "%INSTANCE_NAME a.b.T;", "",
+     "ERROR: (./chip.bsc) TAP %INSTANCE_NAME 'a.b.T' is ambiguous in SDB file './chip.c.sdb'.\n"
+     "       Please write one of:\n           a.b\\.T\n           a\\.b.T\n\n"},
     {"bsc", "%GLOBAL_TCK tck;", "%GLOBAL_TCK tck; %INVERTER NOPE;", "-add_tap -inverted",
      "ERROR: can't find the definition of buffer 'NOPE' in file './chip.lib'.\n\n"},
     // An existing TAP.

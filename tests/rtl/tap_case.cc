@@ -9,6 +9,7 @@
 #include "support/text.hh"
 
 #include <algorithm>
+#include <gtest/gtest.h>
 #include <set>
 #include <sstream>
 
@@ -143,6 +144,8 @@ void set_up_tap(const tap_case &tap) {
     for (const std::string &word : needs) {
         if (word.starts_with("extra"))
             BCELL_EXTRA = word.back() - '0';
+        if (word.starts_with("tdi="))
+            cell.tdi = keep_text(word.substr(4));
         if (word.starts_with("shared_highz"))
             cell.highz_command = keep_format("MODE%c", word.back());
     }
@@ -154,6 +157,13 @@ std::string rtl_of(const tap_case &tap) {
     set_up_tap(tap);
     jtag_init();
     return get_TAP_in_RTL();
+}
+
+std::string quiet_rtl_of(const tap_case &tap) {
+    testing::internal::CaptureStdout();
+    std::string text = rtl_of(tap);
+    testing::internal::GetCapturedStdout();
+    return text;
 }
 
 const std::vector<tap_case> &tool_cases() {

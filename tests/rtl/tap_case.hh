@@ -13,7 +13,7 @@ struct tap_case {
     std::string instructions;
     /// Words. Switches: synch vhdl external. What the cells and the chip have: trst tdo_en tdo_en_low update
     /// rst highz mode1 mode2 mode3 extra<n> hier. Of the description: idcode, usercode, nocapture (no capture
-    /// pattern), shared_highz<n> (the command on the pin of that mode).
+    /// pattern), shared_highz<n> (the command on the pin of that mode), tdi=<name>.
     std::string needs;
 };
 
@@ -24,8 +24,9 @@ extern const char *const LARGE_TABLE; ///< every known instruction, two user reg
 /// Sets all tables and switches as the case tells, as the readers and the checks before would.
 void set_up_tap(const tap_case &tap);
 
-/// The RTL of the case after jtag_init, without writing files; its messages go to the console.
+/// The RTL of the case after jtag_init, without writing files; its messages go to the console, or nowhere.
 std::string rtl_of(const tap_case &tap);
+std::string quiet_rtl_of(const tap_case &tap);
 
 /// The cases that every tool must accept.
 const std::vector<tap_case> &tool_cases();

@@ -69,24 +69,6 @@ TEST(tap_init, each_fault_of_the_instruction_table_ends_the_run) {
     }
 }
 
-TEST(tap_init, tables_of_registers_and_enable_pins) {
-    rtl_of({"", LARGE_TABLE, "shared_highz2"});
-    std::string registers, pins;
-    for (const char *name : rows(ACCESS_REG))
-        registers += std::string(name) + " ";
-    for (const ENABLE_PIN &pin : rows(INST_ENABLE_PIN))
-        pins += std::string(pin.name) + "=" + pin.value + (pin.gate_signal ? pin.gate_signal : "") + " ";
-    EXPECT_EQ(registers, "BYPASS BOUNDARY IDCODE USERCODE MYREG USERDR ");
-    EXPECT_EQ(pins, "en_a=1 en_b=101 en_c=1SHIFT_DR ");
-    EXPECT_EQ(DR_SEL_LINE, 3);
-    EXPECT_EQ(HIZ_OVERLAP, 2);
-    rtl_of({"", "EXTEST 00 boundary\nSAMPLE 01 boundary\nBYPASS 11 Bypass\n", ""});
-    EXPECT_EQ(DYNA_count(ACCESS_REG), 2);
-    EXPECT_EQ(DR_SEL_LINE, 1);
-    EXPECT_STREQ(TAP_PIN[SIG_RST], "RESET");
-    EXPECT_EQ(TAP_PORT[PORT_TRST].tap_pin, nullptr);
-}
-
 TEST(tap_init, every_name_that_the_library_does_not_give_has_a_default) {
     work_folder folder;
     run_result result = run_child(folder.outer, [] {
@@ -208,6 +190,7 @@ TEST(tap_build, tables_that_give_broken_rtl_are_refused_before_any_file_is_writt
         {base + "M 012 bypass\n", "", "'012' is no opcode of INSTRUCTION 'M'"},
         {"EXTEST 0 boundary\nSAMPLE 1 boundary\nBYPASS 1 bypass\n", "",
          "an opcode must have two bits at least"},
+        {base + "M 010 bypass a=2\n", "", "'2' is no value of enable pin 'a' in INSTRUCTION 'M'"},
         {base + "M 010 a.b\n", "", "'a.b_in' can't be a name in the Verilog"},
         {base + "M 010 bypass wire\n", "", "'wire' can't be a name in the Verilog"},
         {base + "M 010 bypass signal\n", "vhdl", "'signal' can't be a name in the VHDL"},
@@ -234,8 +217,12 @@ TEST(tap_build, what_works_otherwise_than_expected_is_told) {
         std::string table, needs, message;
     } cases[] = {
         {base, "nocapture", "can't find %INSTRUCTION_CAPTURE.\n         Using default pattern -> 001.\n\n"},
-        {base + "M 001 bypass\n", "",
-         "opcode '001' of INSTRUCTION 'M' collides with\n"
+        {base + "M 0X1,011 bypass\nN 01X bypass\nO 001 bypass\n", "", // once for each, with the first of them
+         "opcode '0X1' of INSTRUCTION 'M' collides with\n"
+         "         opcode '001' of INSTRUCTION 'SAMPLE', which wins.\n\n"
+         "WARNING: (chip.bsc) opcode '01X' of INSTRUCTION 'N' collides with\n"
+         "         opcode '0X1' of INSTRUCTION 'M', which wins.\n\n"
+         "WARNING: (chip.bsc) opcode '001' of INSTRUCTION 'O' collides with\n"
          "         opcode '001' of INSTRUCTION 'SAMPLE', which wins.\n\n"},
         {base + "USERCODE 010 USERCODE\n", "",
          "nothing drives register 'USERCODE' that INSTRUCTION 'USERCODE' selects"},

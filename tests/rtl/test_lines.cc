@@ -1,6 +1,4 @@
-// Single lines of the generated text: the rules that depend on the instruction table, case by case, and the
-// template engine under them.
-#include "support/template_text.hh"
+// Single lines of the generated text: the rules that depend on the instruction table, case by case.
 #include "tests/rtl/tap_case.hh"
 
 #include <gtest/gtest.h>
@@ -62,40 +60,10 @@ TEST(tap_rtl, lines_that_follow_from_the_instruction_table) {
         {BASE + "USERCODE 010 usercode\n", "", "UPD_IR <= 3'b010;\n"},
     };
     for (const line_case &one : cases) {
-        testing::internal::CaptureStdout();
-        std::string text = rtl_of({"", one.table, one.needs});
-        testing::internal::GetCapturedStdout();
+        std::string text = quiet_rtl_of({"", one.table, one.needs});
         EXPECT_NE(text.find(one.expected), std::string::npos) << one.table << one.needs << "\n"
                                                               << one.expected;
     }
-}
-
-TEST(template_text, conditions_lists_and_names) {
-    TEMPLATE_VALUES values;
-    values.letters = "A";
-    values.names = {{"X", "ex"}, {"N-1", "3"}, {"LINES", "a\nb"}};
-    values.lists['L'] = {{{"X", "1"}}, {{"X", "2"}}};
-    values.lists['E'] = {};
-    EXPECT_EQ(
-        expand_template(R"(
-        |always <X> at the end 
-    A   |A
-    a   |no A
-    Aa  |never
-        |
-    L   |<X>,
-    LA  |<X>; <N-1>
-    La  |no
-        |between
-    L   |<X>
-    E   |nothing
-        |if (a <= <X> && b < c) <Y> <<X>>
-        |[<LINES>]
-    )",
-                        values),
-        "always ex at the end \nA\n\n1,\n1; 3\n2,\n2; 3\nbetween\n1\n2\nif (a <= ex && b < c) <Y> <ex>\n"
-        "[a\nb]\n");
-    EXPECT_EQ(expand_template("", values), "");
 }
 
 } // namespace

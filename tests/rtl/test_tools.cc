@@ -1,5 +1,4 @@
 // Every generated variant is accepted by the tools that users have: each in Verilog and in VHDL.
-#include "support/run_state.hh"
 #include "tests/rtl/tap_case.hh"
 #include "tests/support/scratch.hh"
 
@@ -32,10 +31,7 @@ TEST(tap_rtl, every_variant_is_accepted_by_the_tools) {
             tap_case variant = tap;
             variant.needs += vhdl ? " vhdl" : "";
             scratch_folder scratch;
-            testing::internal::CaptureStdout();
-            std::string text = rtl_of(variant);
-            testing::internal::GetCapturedStdout();
-            scratch.write(vhdl ? "tap.vhd" : "tap.v", text);
+            scratch.write(vhdl ? "tap.vhd" : "tap.v", quiet_rtl_of(variant));
             for (const tool &tool : TOOLS)
                 if (tool.vhdl == vhdl) {
                     run_result result = scratch.run(tool.command);

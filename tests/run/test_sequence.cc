@@ -66,18 +66,6 @@ TEST(Sequence, WhereFilesAreLookedFor) {
     }
 }
 
-TEST(Sequence, InputsThatAreDirectories) {
-    for (const char *name : {"chip.bsc", "chip.lib"}) {
-        scratch_folder scratch;
-        lay_out_chip(scratch);
-        run_result result = scratch.run(std::string("rm ") + name + "; mkdir " + name + "; " + rimweave +
-                                        " -add_tap_only chip");
-        EXPECT_EQ(result.status, 255) << result.out;
-        EXPECT_TRUE(holds(result.out + result.err, name)) << result.out << result.err;
-        EXPECT_FALSE(scratch.has("chip_TAP.v"));
-    }
-}
-
 TEST(Sequence, MemoryFaultIsToldInBothSinks) {
     scratch_folder scratch;
     lay_out_chip(scratch);

@@ -84,6 +84,8 @@ TEST(bad_files, ids_and_counts_are_checked) {
         const char *message; ///< a part of it
         size_t place;
         uint32_t value;
+        size_t other_place = 0; ///< a second word that is changed, 0 for none
+        uint32_t other_value = 0;
     };
     scratch_folder scratch;
     const std::string bytes = small_design_bytes(scratch);
@@ -97,6 +99,10 @@ TEST(bad_files, ids_and_counts_are_checked) {
         {"table CLAS, row 0: no symbol", at(SDB_CLASS_TAB, 0, 0), many},
         {"table CLAS, row 1: its pins are out of range", at(SDB_CLASS_TAB, 1, 2), 0x7FFFFFFF},
         {"table CLAS, row 1: its pins are out of range", at(SDB_CLASS_TAB, 1, 3), 0x7FFFFFFF},
+        {"table CLAS, row 1: its pins are out of range", at(SDB_CLASS_TAB, 1, 1), 17, at(SDB_CLASS_TAB, 1, 2),
+         2}, // whatever the class's type
+        {"table CLAS, row 1: its pins are out of range", at(SDB_CLASS_TAB, 1, 1), 0xFFFFFFFF,
+         at(SDB_CLASS_TAB, 1, 3), 0xFFFFFFFE},
         {"table PIN, row 1: no symbol", at(SDB_PIN_TAB, 1, 0), many},
         {"table PORT, row 2: no symbol", at(SDB_PORT_TAB, 2, 0), many},
         {"table PORT, row 2: no node", at(SDB_PORT_TAB, 2, 2), many},
@@ -129,6 +135,8 @@ TEST(bad_files, ids_and_counts_are_checked) {
     for (const word_case &one : cases) {
         std::string changed = bytes;
         set_word(changed, one.place, one.value);
+        if (one.other_place != 0)
+            set_word(changed, one.other_place, one.other_value);
         scratch.write("bad.sdb", changed);
         std::string said = refusal_of(scratch.path("bad.sdb"));
         EXPECT_NE(said.find(one.message), std::string::npos) << one.message << " but: " << said;

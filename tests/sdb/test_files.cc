@@ -4,10 +4,10 @@
 #include "sdb/symbols.hh"
 #include "support/dyna.hh"
 
-#include <csignal>
+#include <cerrno>
 #include <gtest/gtest.h>
 #include <map>
-#include <sys/resource.h>
+#include <sys/stat.h>
 
 namespace {
 
@@ -194,22 +194,31 @@ TEST(files, handle_opened_for_reading_saves_nothing) {
     EXPECT_EQ(scratch.read("small.sdb"), bytes);
 }
 
-// A limit on the size of files stands for a full disk.
-TEST(files, failed_save_keeps_the_old_file) {
+// A design and its aliases are saved as carefully as a text: what the user set stays, and no name that can be
+// foretold is followed.
+TEST(files, save_keeps_what_the_user_set) {
     scratch_folder scratch;
-    std::string bytes = small_design_bytes(scratch);
-    SDB_HANDLE *handle = build_small_design(scratch.path("small.sdb"));
-    rlimit limit{};
-    getrlimit(RLIMIT_FSIZE, &limit);
-    const rlimit small{1000, limit.rlim_max};
-    auto earlier = std::signal(SIGXFSZ, SIG_IGN);
-    setrlimit(RLIMIT_FSIZE, &small);
-    EXPECT_EQ(SDB_close(handle, 1), 1);
-    setrlimit(RLIMIT_FSIZE, &limit);
-    std::signal(SIGXFSZ, earlier);
-    EXPECT_EQ(scratch.read("small.sdb"), bytes);
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(scratch.dir), {}), 1)
-        << "no other file is left";
+    small_design_bytes(scratch);
+    scratch.write("small.asn", "ASSIGN a b\n");
+    scratch.write("victim", "kept");
+    std::string tail = ".tmp" + std::to_string(::getpid());
+    scratch.run("ln -s victim small.sdb" + tail +
+                "; ln -s victim small.asn.tmp; chmod 640 small.sdb; chmod 604 small.asn; "
+                "mkdir real; mv small.sdb small.asn real; ln -s real/small.sdb small.sdb; ln -s "
+                "real/small.asn small.asn");
+    SDB_HANDLE *design = SDB_open(scratch.path("small.sdb").c_str(), "r+", 0);
+    ASSERT_NE(design, nullptr);
+    ALIAS_add("c", "d");
+    EXPECT_EQ(SDB_close(design, 1), 0);
+    EXPECT_EQ(scratch.read("real/small.asn"), "ASSIGN a b\nASSIGN c d\n");
+    EXPECT_EQ(scratch.read("victim"), "kept");
+    EXPECT_EQ(scratch.run("stat -c %a real/*; ls -A real; readlink small.sdb small.asn").out,
+              "604\n640\nsmall.asn\nsmall.sdb\nreal/small.sdb\nreal/small.asn\n");
+    run_result result = run_bound_child(scratch, [&] {
+        ::chmod("real/small.sdb", 0444); // refused although the folder would let it be replaced
+        std::printf("%d", SDB_open("small.sdb", "w", 0) == nullptr && errno == EACCES);
+    });
+    EXPECT_EQ(result.out, "1");
     EXPECT_EQ(SDB_open("/no/such/folder/small.sdb", "w", 0), nullptr);
 }
 
@@ -248,9 +257,9 @@ TEST(files, many_symbols_get_many_buckets) {
         SDB_add_net(design, SDB_plain_name(design, "n" + std::to_string(i)));
     ASSERT_EQ(SDB_close(design, 1), 0);
     open_design read(scratch.path("many.sdb"));
-    EXPECT_GT(SYM_hash_size(sym_tab), 5000U);
+    EXPECT_GT(word_at(scratch.read("many.sdb"), 12 + SDB_HEADER_BLOCK_SIZE + 12), 5000U);
     for (int32_t i : {0, 1, 9999, 19999})
-        EXPECT_EQ(SDB_lookup_net(("n" + std::to_string(i)).c_str()), i);
+        EXPECT_EQ(SDB_search_net(SYM_lookup(sym_tab, ("n" + std::to_string(i)).c_str())), i);
 }
 
 struct order_case {

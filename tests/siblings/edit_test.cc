@@ -8,7 +8,7 @@ module d (input a, input [1:0] v, output y, output z, inout b);
   wire n, m;
   INV u1 (.A(a), .Z(n)); INV u2 (.A(n), .Z(y)); INV u3 (.A(n), .Z(z));
   TRI t1 (.A(v[1]), .E(v[0]), .Z(m)); TRI t2 (.A(v[0]), .E(v[1]), .Z(m)); BID p (.P(b), .I(m));
-  box k (.i(a), .o());
+  box k (.i(a), .o()); INV \x[0].u (.A(1'bx), .Z()), \x[1].u{1} (.A(1'bx), .Z());
 endmodule
 module box (input i, output o); INV u (i, o); endmodule
 )";
@@ -51,6 +51,9 @@ const edit_case edits[] = {
      "c1{A[0]}\n"
      "connect c1{B[0]} c1{A[3]}\n",
      "c1 ADD A[3]=VCC A[2]=GND A[1]=X_NET A[0]=X_NET B[0]=VCC B[1]=- S[3]=- S[2]=- S[1]=- S[0]=-\n"},
+    {"a don't-care bit gets a driver, and names with separators",
+     "disconnect x[0].u{A}\nconnect x[1].u{1}{A} u1{Z}\nadd a.b[3] INV\nconnect X_NET a.b[3]{A}\n",
+     "x[0].u INV A=- Z=-\nx[1].u{1} INV A=n Z=-\na.b[3] INV A=X_NET Z=-\n"},
     {"ports, and odd blanks in the lines",
      " add   si\tinput \nadd so output\r\n\n   \nadd c1 INV\n connect  si   c1{A} \nconnect c1{Z} so\n",
      "input si si\noutput so so\nc1 INV A=si Z=so\n"},

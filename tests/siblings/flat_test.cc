@@ -52,7 +52,8 @@ TEST(Flat, ModulesOfAnEarlierRun) {
                                          "  INV \\m.l.i  (.A(a), .Z(y));\nendmodule\n");
 }
 
-// Names that are the same once the levels are gone, and names that only look like a level.
+// Names that are the same once the levels are gone, and names that only look like a level: those of the top
+// itself stay.
 TEST(Flat, NamesStayApart) {
     netlist_folder folder;
     folder.take("top", "module leaf (input a, output y); wire n; INV i (a, n); INV n2 (n, y); endmodule\n"
@@ -62,6 +63,21 @@ TEST(Flat, NamesStayApart) {
     folder.tool("kalmflat -cellonly -keepempty top");
     folder.accepted("top_flat.v", "top");
     folder.equivalent("top.v", "top_flat.v", "top");
+    std::string text = folder.read("top_flat.v");
+    for (const char *line : {"  INV \\u.n2  (.A(a), ", "  INV \\u.n2_n1  (.A(", "  INV \\u.i  (.A(a), "})
+        EXPECT_NE(text.find(line), std::string::npos) << line << "\n" << text;
+}
+
+// Power ports that a module below joins are one net of the flat design, and written as an assign.
+TEST(Flat, PowerPortsJoinedBelow) {
+    netlist_folder folder;
+    folder.write("top.v", "module ring (inout p, q, input a); assign q = p; BPAD u (a, a, , q); endmodule\n"
+                          "module top (inout vdd, vio, input a); ring r (vio, vdd, a); endmodule");
+    folder.tool("kalmverin -power p,q top.v");
+    folder.tool("kalmflat -cellonly top");
+    EXPECT_NE(folder.read("top_flat.v").find("  assign vio = vdd;\n"), std::string::npos)
+        << folder.read("top_flat.v");
+    folder.accepted("top_flat.v", "top");
 }
 
 TEST(Flat, Refusals) {
@@ -91,5 +107,7 @@ TEST(Flat, Refusals) {
         folder.refused(std::string("kalmflat ") + one.arguments, one.text);
     EXPECT_EQ(folder.read("top.c.sdb"), flat);
     EXPECT_FALSE(folder.has("top_flat.v"));
+    std::filesystem::create_directory(folder.path("top_flat.v"));
+    folder.refused("kalmflat top", "top_flat.v: this file can't be written: Is a directory");
     EXPECT_FALSE(folder.has("solo_flat.v"));
 }

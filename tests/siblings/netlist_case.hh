@@ -22,11 +22,12 @@ struct netlist_folder : scratch_folder {
     void tool(const std::string &line) const;
     /// Writes `<name>.v` and reads it with kalmverin.
     void take(const std::string &name, std::string_view verilog) const;
-    /// Expects an error of a tool: status 255, nothing on the console, "ERROR: " and the text on the error
-    /// stream.
+    /// Expects an error of a tool: status 255, "ERROR: " and the text on the error stream, nothing on the
+    /// console that is not there too.
     void refused(const std::string &line, const std::string &text) const;
-    /// Expects that every Verilog reader of this machine takes the file, together with cells.v.
-    void accepted(const std::string &file, const std::string &top) const;
+    /// Expects that every Verilog reader of this machine takes the file, together with cells.v. Verilator
+    /// wants a wire between an input and a pin of both directions.
+    void accepted(const std::string &file, const std::string &top, bool by_verilator = true) const;
     /// Expects that both files describe the same behaviour, which Yosys proves where it is there.
     void equivalent(const std::string &one, const std::string &other, const std::string &top) const;
 };

@@ -2,15 +2,8 @@
 
 import re
 
-from chip_files import ProofError
+from chip_files import ProofError, place_of, read_bso, read_joins
 from kinds_pads import INSIDE, INVERTED, LOW, MINUS_LEGS, OUTPUTS, PORT_OF_PAD, WITHOUT_CELL
-
-
-def instance_index(path, instance):
-    found = re.match(r"BCELL(\d+)(_|$)", instance)
-    if not found:
-        raise ProofError(f"{path}: no cell number in '{instance}'")
-    return int(found[1])
 
 
 class Register:
@@ -27,20 +20,14 @@ class Register:
         # Of a cell inside its pad the file gives no place; the warnings do.
         self.inside = {port: int(place) for port, place in
                        re.findall(r"scan cell of port '(\w+)' is inside .*?place in the chain is (\d+)", output, re.S)}
-        commands = "".join(file.read_text() for file in (path.parent / "rimweave_lib").glob("*.cmd"))
-        joined = re.findall(r"^connect BCELL(\d+)\w*\{DO\} p_(\w+)\{OEN?\}$", commands, re.M)
-        self.driver = {PORT_OF_PAD.get(pad, pad): int(index) for index, pad in joined if pad not in ("od", "os")}
-        for line in open(path):
-            words = line.split()
-            if line.startswith("//") or not words:
-                continue
-            if words[0] == "[CONTROL":
-                block = [words[-1], words[3], None]
-            elif words[0] == "[OE":
-                first, _, last = line.split("]")[1].split("*")[0].strip().partition(":")
-                self.add_control(path, block[0], block[1], int(first), int(last or first))
-            elif not words[0].startswith("["):
-                self.add_port(path, words)
+        self.driver = {PORT_OF_PAD.get(pad[2:], pad[2:]): place_of(cell)
+                       for (cell, pad), pins in read_joins(path.parent).items()
+                       if cell.startswith("BCELL") and pins & {"OE", "OEN"} and pad not in ("p_od", "p_os")}
+        rows, controls = read_bso(path)
+        for control in controls:
+            self.add_control(path, control)
+        for row in rows:
+            self.add_port(path, row)
         if "bsb" in self.inside:
             place = self.inside["bsb"]
             self.add(path, place + 1, "control", f"{OUTPUTS['bsb'][2]} {place}:{place}")
@@ -55,42 +42,39 @@ class Register:
         self.cells[index] = (role, name)
         self.of_port.setdefault(name, {})[role] = index
 
-    def add_control(self, path, instance, net, first, last):
-        if net == OUTPUTS["bsb"][2] and "bsb" in self.inside:
+    def add_control(self, path, control):
+        if control.net == OUTPUTS["bsb"][2] and "bsb" in self.inside:
             return                      # it follows the place that the file has
-        index = instance_index(path, instance)
+        first, last = control.first, control.last
+        index = place_of(control.instance)
         if index != first + 1 and first >= 0:
-            raise ProofError(f"{path}: control cell {instance} does not follow the cell at {first}")
-        self.add(path, index, "control", f"{net} {first}:{last}")
-        self.controls[index] = (net, first, last)
+            raise ProofError(f"{path}: control cell {control.instance} does not follow the cell at {first}")
+        self.add(path, index, "control", f"{control.net} {first}:{last}")
+        self.controls[index] = (control.net, first, last)
 
-    def add_port(self, path, words):
-        order, _, port, _, pad, function, instance = words
+    def add_port(self, path, row):
+        port = row.port
         if "{" in port:
-            self.add(path, instance_index(path, instance), "internal", port)
+            self.add(path, place_of(row.instances[0]), "internal", port)
             return
         self.ports.append(port)
-        if port in WITHOUT_CELL | self.merged and instance != "*":
-            raise ProofError(f"{path}: {port} has a cell")
         if port in WITHOUT_CELL | self.merged:
+            if row.instances != ["*"]:
+                raise ProofError(f"{path}: {port} has a cell")
             return
-        if port in self.inside:
-            order = self.inside[port]
+        order = self.inside.get(port, int(row.order))
         if port in INSIDE:
-            self.add(path, int(order), INSIDE[port], port)
-        elif function == "inout":
-            names = instance.split(",")
-            if port in ("mxb", "mxc"):
-                names.reverse()                     # pads with a mux: output cell first
-            self.add(path, instance_index(path, names[0]), "in", port)
-            self.add(path, instance_index(path, names[1]), "out", port)
-            if int(order) not in self.of_port[port].values():
-                raise ProofError(f"{path}: {port} is at {order}, its cells are {instance}")
+            self.add(path, order, INSIDE[port], port)
+        elif len(row.instances) == 2:
+            for role, place in zip(("out", "in"), sorted(map(place_of, row.instances))):
+                self.add(path, place, role, port)
+            if order not in self.of_port[port].values():
+                raise ProofError(f"{path}: {port} is at {order}, its cells are {row.instances}")
         else:
-            role = "both" if function == "bidir" else "out" if function.startswith("output") else "in"
-            self.add(path, int(order), role, port)
-            if instance_index(path, instance) != int(order):
-                raise ProofError(f"{path}: {instance} is listed at {order}")
+            role = "both" if row.function == "bidir" else "out" if row.function.startswith("output") else "in"
+            self.add(path, order, role, port)
+            if place_of(row.instances[0]) != order:
+                raise ProofError(f"{path}: {row.instances[0]} is listed at {order}")
 
     def check_controls(self, path):
         for port, index in self.driver.items():

@@ -1,5 +1,6 @@
 // Pads.
 module IBUF(input PAD, output C); endmodule
+module A_PAD_OF_24_CHARACTERS_X(input PAD, output C); endmodule
 module CBUF(input PAD, output C); endmodule
 module OBUF(input I, output PAD); endmodule
 module TBUF(input I, OEN, EN, output PAD); endmodule
@@ -42,6 +43,9 @@ module BC_MI(input di, si, sh, ck, tk, up, output uo, so); endmodule
 module BC_MO(input di, si, sh, ck, tk, up, output uo, so); endmodule
 module BC_MB(input di, sp, md, si, sh, ck, tk, up, output uo, sy, so); endmodule
 module BC_X(input di, si, sh, ck, tk, x1, x2, output do, so); endmodule
+module BS_1(input PAD, si, output C, so); endmodule
+module BC_1(input di, si, sh, tk, output do, so); endmodule
+module BC_2(input di, si, ck, tk, output so); endmodule
 module BC_BAD(input si, sh, ck, tk, output so); endmodule
 // A TAP that a design may hold already.
 module oldtap(input tdi, tms, tck, last, output tdo, first, shift, clock, update, mode1, mode2, rst, hz); endmodule

@@ -412,7 +412,6 @@ entity chip_tap is
         CLOCK_DR: out std_logic;
         UPDATE_DR: out std_logic    );
 end chip_tap;
-
 architecture STRUCTURE of chip_tap is
 
     component  TAP_controller

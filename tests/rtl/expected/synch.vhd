@@ -453,7 +453,6 @@ entity chip_tap is
         CLOCK_DR: out std_logic;
         BCELL_TCK: out std_logic    );
 end chip_tap;
-
 architecture STRUCTURE of chip_tap is
 
     component  TAP_controller

@@ -533,7 +533,6 @@ entity chip_tap is
         en_b: out std_logic_vector(2 downto 0);
         en_c: out std_logic    );
 end chip_tap;
-
 architecture STRUCTURE of chip_tap is
 
     component  TAP_controller

@@ -1,0 +1,83 @@
+#include "editing/added_pads.hh"
+
+#include "planning/tracing.hh"
+#include "planning/validation.hh"
+#include "sdb/sdb.hh"
+#include "support/console.hh"
+#include "support/fnm.hh"
+#include "support/run_state.hh"
+#include "support/text.hh"
+
+#include <algorithm>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace {
+
+/// By cell: its pins, in their order, and whether one of its pads has the pin open.
+struct PAD_PIN {
+    std::string name;
+    bool open;
+};
+std::map<std::string, std::vector<PAD_PIN>> added_pads;
+
+/// The pins of a cell, from its file; none where there is no such file, which the editor reports.
+std::vector<PAD_PIN> pins_of_cell(const char *cell) {
+    std::vector<PAD_PIN> pins;
+    const char *path = FNM_find_input(std::string(PATH) + cell + ".sdb");
+    if (path == nullptr)
+        return pins;
+    SDB_HANDLE *design = sdb;
+    open_sdb_file(path);
+    for (int32_t port = 0; port < port_count; ++port)
+        pins.push_back({SYM_get(sym_tab, port_tab[port].name), false});
+    close_sdb_file();
+    SDB_setup(design);
+    return pins;
+}
+
+} // namespace
+
+ADDED_PAD input_pad_cell(const OPIN_ROW &row) {
+    const char *own = PIN_TABLE[row.pin_index]->pad_name;
+    if (own == nullptr)
+        return {INPUT_BUFFER, INPUT_BUFFER_PINS.input, INPUT_BUFFER_PINS.output};
+    bs_check_input_buf_fields(own);
+    return {own, SPEC_INPUT_BUFFER_PINS.input, SPEC_INPUT_BUFFER_PINS.output};
+}
+
+ADDED_PAD output_pad_cell(const OPIN_ROW &row) {
+    const char *own = PIN_TABLE[row.pin_index]->pad_name;
+    if (own == nullptr)
+        return {OUTPUT_BUFFER, OUTPUT_BUFFER_PINS.input, OUTPUT_BUFFER_PINS.output};
+    bs_check_output_buf_fields(own);
+    return {own, SPEC_OUTPUT_BUFFER_PINS.input, SPEC_OUTPUT_BUFFER_PINS.output};
+}
+
+void note_added_pad(const char *cell, std::initializer_list<const char *> connected) {
+    auto [known, is_new] = added_pads.try_emplace(cell);
+    if (is_new)
+        known->second = pins_of_cell(cell);
+    for (PAD_PIN &pin : known->second)
+        pin.open |= std::none_of(connected.begin(), connected.end(), [&pin](const char *name) {
+            return same_text_no_case(name, pin.name.c_str());
+        });
+}
+
+void warn_of_open_pad_pins() {
+    std::string lines;
+    for (const auto &[cell, pins] : added_pads) {
+        std::string open;
+        for (const PAD_PIN &pin : pins)
+            if (pin.open)
+                open += (open.empty() ? "" : ", ") + pin.name;
+        if (!open.empty())
+            lines += "         " + cell + ": " + open + "\n";
+    }
+    added_pads.clear();
+    if (!lines.empty())
+        vmr_printf("WARNING: these pins of added pads are not connected:\n%s"
+                   "         Please connect them in the netlist, or wrap the pad in a module that does.\n\n",
+                   lines.c_str());
+}

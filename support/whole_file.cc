@@ -1,0 +1,162 @@
+#include "support/whole_file.hh"
+
+#include "support/console.hh"
+#include "support/temporary_file.hh"
+
+#include <cerrno>
+#include <climits>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr size_t piece_size = size_t{1} << 20; ///< bytes that are collected for one call of the system
+
+/// Name of the temporary file, for those who must not allocate; empty when there is none. The first character
+/// is set last and cleared first.
+char unfinished[PATH_MAX];
+
+std::string folder_of(const std::string &path) {
+    return path.substr(0, path.rfind('/') + 1);
+}
+
+bool refuse(int reason) {
+    errno = reason;
+    return false;
+}
+
+/// What is known of an earlier file. False, with errno, when there can be no file `path`.
+bool look_at(const std::string &path, bool *exists, struct stat *status) {
+    *exists = ::stat(path.c_str(), status) == 0;
+    if (!*exists)
+        return errno == ENOENT;
+    if (S_ISDIR(status->st_mode))
+        return refuse(EISDIR);
+    return ::access(path.c_str(), W_OK) == 0;
+}
+
+/// Where the bytes go in the end: behind a link, so that the user's link stays a link. False, with errno,
+/// when the link cannot be followed.
+bool resolve(const std::string &path, bool exists, std::string *target) {
+    char real[PATH_MAX];
+    if (exists && ::realpath(path.c_str(), real) == nullptr)
+        return false;
+    *target = exists ? real : path;
+    return true;
+}
+
+bool can_rename_in(const std::string &folder) {
+    return ::access(folder.empty() ? "." : folder.c_str(), W_OK | X_OK) == 0;
+}
+
+mode_t mode_of_new_file() {
+    mode_t mask = ::umask(0);
+    ::umask(mask);
+    return 0666 & ~mask;
+}
+
+bool make_temporary(whole_file &file) {
+    file.descriptor = make_temporary_file(folder_of(file.target), file.temporary);
+    if (file.descriptor < 0)
+        return false;
+    if (file.temporary.size() < sizeof unfinished) { // the system takes no longer name
+        std::memcpy(unfinished + 1, file.temporary.c_str() + 1, file.temporary.size());
+        unfinished[0] = file.temporary[0];
+    }
+    return true;
+}
+
+void note_failure(whole_file &file, bool done) {
+    if (!done && file.reason == 0)
+        file.reason = errno;
+}
+
+void write_now(whole_file &file, const char *bytes, size_t size) {
+    while (size > 0 && file.reason == 0) {
+        ssize_t done = ::write(file.descriptor, bytes, size);
+        if (done < 0 && errno == EINTR)
+            continue;
+        note_failure(file, done >= 0);
+        if (done < 0)
+            return;
+        bytes += done;
+        size -= static_cast<size_t>(done);
+    }
+}
+
+bool begin(whole_file &file, const std::string &path) {
+    struct stat earlier {};
+    bool exists = false;
+    if (!look_at(path, &exists, &earlier) || !resolve(path, exists, &file.target))
+        return false;
+    file.mode = exists ? earlier.st_mode & 07777 : mode_of_new_file();
+    if (!exists || S_ISREG(earlier.st_mode))
+        return make_temporary(file);
+    std::fflush(nullptr); // keeps the order when the file is the console itself
+    file.descriptor = ::open(path.c_str(), O_WRONLY | O_CLOEXEC);
+    return file.descriptor >= 0;
+}
+
+} // namespace
+
+bool begin_file(whole_file &file, const std::string &path) {
+    file = whole_file{};
+    bool begun = begin(file, path);
+    note_failure(file, begun);
+    return begun || refuse(file.reason);
+}
+
+void put_bytes(whole_file &file, const void *bytes, size_t size) {
+    const char *from = static_cast<const char *>(bytes);
+    if (file.pending.size() + size > piece_size) {
+        write_now(file, file.pending.data(), file.pending.size());
+        file.pending.clear();
+    }
+    if (size > piece_size)
+        write_now(file, from, size);
+    else
+        file.pending.append(from, size);
+}
+
+bool finish_file(whole_file &file) {
+    write_now(file, file.pending.data(), file.pending.size());
+    bool in_place = file.temporary.empty();
+    if (!in_place && file.reason == 0)
+        note_failure(file, ::fchmod(file.descriptor, file.mode) == 0);
+    note_failure(file, ::close(file.descriptor) == 0);
+    file.descriptor = -1;
+    if (!in_place && file.reason == 0)
+        note_failure(file, ::rename(file.temporary.c_str(), file.target.c_str()) == 0);
+    if (file.reason != 0)
+        discard_unfinished_file();
+    unfinished[0] = '\0';
+    return file.reason == 0 || refuse(file.reason);
+}
+
+bool can_write_file(const std::string &path) {
+    struct stat earlier {};
+    bool exists = false;
+    std::string target;
+    if (!look_at(path, &exists, &earlier) || !resolve(path, exists, &target))
+        return false;
+    return (exists && !S_ISREG(earlier.st_mode)) || can_rename_in(folder_of(target));
+}
+
+void discard_unfinished_file() {
+    if (unfinished[0] != '\0')
+        ::unlink(unfinished);
+    unfinished[0] = '\0';
+}
+
+bool write_text_file(const std::string &path, std::string_view text) {
+    whole_file file;
+    if (!begin_file(file, path))
+        return false;
+    put_bytes(file, text.data(), text.size());
+    if (!finish_file(file))
+        vmr_fail("ERROR: can't write file '%s' (%s).\n\n", path.c_str(), std::strerror(file.reason));
+    return true;
+}

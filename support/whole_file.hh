@@ -1,0 +1,44 @@
+// Files saved whole: the one way in which the programs write what they leave behind.
+//
+// The bytes go into a temporary file beside their place (support/temporary_file.hh), which takes the place of
+// an earlier file when all of them are there. So an earlier file is never lost and none is left half written.
+// The temporary file is called `.rw-XXXXXX`, with six characters that nobody can foretell; it is made anew,
+// so that it follows no link.
+//
+// A file that is replaced keeps its permissions, a link stays a link, and a file that may not be written is
+// refused even where its folder would permit the renaming. Devices and pipes are written as they stand.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <sys/types.h>
+
+/// A file in the making. One at a time.
+struct whole_file {
+    std::string target{};    ///< where the bytes go in the end, behind a link
+    std::string temporary{}; ///< where they are until then; empty for a device or pipe
+    std::string pending{};   ///< bytes not yet handed to the system
+    mode_t mode = 0;         ///< permissions in the end
+    int descriptor = -1;
+    int reason = 0; ///< errno of the first failure; what is put behind it is passed over
+};
+
+/// Begins the file `path`. False when there can be none, for a folder or a file that may not be written for
+/// instance; `reason` and errno then say why.
+bool begin_file(whole_file &file, const std::string &path);
+/// Adds bytes; a failure shows when the file is finished.
+void put_bytes(whole_file &file, const void *bytes, size_t size);
+/// Puts the file in its place. False, with `reason` and errno, when not all of it could be written: the
+/// earlier file is then as it was, and the temporary one is gone.
+bool finish_file(whole_file &file);
+
+/// True when begin_file would find nothing against the file `path`; else errno says what. Touches nothing.
+bool can_write_file(const std::string &path);
+
+/// Removes the temporary file of the file in the making, if there is one. Allocates nothing and may be called
+/// in a signal handler.
+void discard_unfinished_file();
+
+/// Writes `text` as the file `path`. False when the file cannot be begun; a failure behind that prints one
+/// error with the name and the reason on the console and the report, and ends the run.
+bool write_text_file(const std::string &path, std::string_view text);

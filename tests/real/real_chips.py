@@ -1,0 +1,153 @@
+#!/usr/bin/env python3
+"""Takes a published chip from its maker's netlist through the programs, as a user does, and proves the result.
+
+    real_chips.py --chip trc --chips ../shared/real --bin build/bin --work DIR
+
+Proven: the length of the boundary register and the IDCODE; the ports; the structure, with the new cells counted as
+wires, of the netlist with modules, of the flat one, and of what kalmlist makes of the design as it was read; resets,
+registers, EXTEST and CLAMP in simulation, where the core is a black box and each pad what the .lib file says. Yosys,
+Icarus Verilog and GHDL accept what is written. Ends with status 77 where the chips are not.
+"""
+
+import argparse
+import pathlib
+import random
+import re
+import subprocess
+import sys
+from types import SimpleNamespace
+
+HERE = pathlib.Path(__file__).resolve().parent
+sys.dont_write_bytecode = True
+sys.path.insert(0, str(HERE.parent / "chips"))
+import checks  # noqa: E402
+import proof  # noqa: E402
+from chip_files import ProofError, read_chip, read_ports, strip_comments  # noqa: E402
+from player import Player, run  # noqa: E402
+from tap_driver import Session  # noqa: E402
+
+CELLS = ["cells.v", "bscells.v"]
+CHIPS = {
+    "as2650": SimpleNamespace(top="chip_top", cells=162, netlist=["chip_top.pnl.v"], macros=[],
+                              read=["-as_input", "clk_PAD,rst_n_PAD"]),
+    "trc": SimpleNamespace(top="chip_top", cells=81, netlist=["chip_top.pnl.v"], macros=[],
+                           read=["-as_input", "clk_PAD,rst_n_PAD,input_PAD"]),
+    "caravel": SimpleNamespace(top="caravel", cells=129, netlist=["caravel.v", "chip_io.v", "constant_block.v"],
+                               macros=["USE_POWER_PINS"], read=[]),
+}
+IDCODE = 0x12650555
+TEST_PORTS = {"tdi": "input", "tms": "input", "tck": "input", "trst_n": "input", "tdo": "output"}
+
+
+def insert(chip, tool, work):
+    """The calls of the user, with the VHDL and the list of the design as it was read in folders of their own."""
+    for folder in ("lib", "vhdl"):
+        (work / folder).mkdir()
+    tool("kalmverin", "-lib", *[word for macro in chip.macros for word in ("-D", macro)], *CELLS, "-opath", "lib")
+    tool("kalmverin", *chip.read, *chip.netlist)
+    tool("rimweave", chip.top, "-add_tap", "-vhdl", "-opath", "vhdl")
+    tool("rimweave", chip.top, "-add_tap")
+    tool("kalmlist", "-verilog", "-hierarchy", "-o", "as_read.v", f"{chip.top}.sdb")
+
+
+def check_ports(chip, work):
+    """The ports are those of the netlist, and the test port; -as_input makes inputs of some."""
+    old = read_ports([work / name for name in chip.netlist], chip.top)
+    made = chip.read[1].split(",") if chip.read else []
+    old.update({name: ("input", *old[name][1:]) for name in made})
+    new = read_ports([work / f"{chip.top}_jtag.v"], f"{chip.top}_jtag")
+    expected = old | {name: (direction, None, None) for name, direction in TEST_PORTS.items()}
+    if new != expected:
+        yield f"ports: {sorted(set(new.items()) ^ set(expected.items()))}"
+
+
+def netlists_of(chip, work):
+    """The netlist with modules, and the flat one where it is another."""
+    netlists = [f"{chip.top}_jtag.v", f"{chip.top}_jtag_flat.v"]
+    return netlists[:len({(work / name).read_text() for name in netlists})]
+
+
+def accept(chip, netlist, work):
+    """Icarus Verilog takes the square of the pins on a power net; it reads them here, and leaves them open."""
+    files = [netlist, f"{chip.top}_TAP.v", *CELLS]
+    macros = [f"-D{macro}" for macro in chip.macros]
+    run(["yosys", "-q", "-p", f"read_verilog {' '.join(macros + files)}; hierarchy -check -top {chip.top}_jtag"], work, "yosys")
+    run(["iverilog", "-g2001", "-t", "null", "-s", "BS_BUF", *macros, *files], work, "iverilog")
+
+
+def write_models(chip, work):
+    """The cells with their ports alone; a pad does what its %BUFFER block says, its other pins do nothing."""
+    text = "".join(f"`define {macro}\n" for macro in chip.macros) + (work / "cells.v").read_text()
+    library = strip_comments((work / f"{chip.top}.lib").read_text())
+    for name, body in re.findall(r"%BUFFER\s+(\w+)\s*\{([^}]*)\}", library):
+        pins = dict(re.findall(r"%(\w+)\s+(\w+)\s*;", body))
+        pad = pins.get("INOUT", pins["INPUT"])
+        model = f"assign {pins['OUTPUT']} = {pad};"
+        if "INOUT" in pins:
+            enable = pins["EN_H"] if "EN_H" in pins else f"!{pins['EN_L']}"
+            model += f" assign {pad} = {enable} ? {pins['INPUT']} : 1'bz;"
+        text = re.sub(rf"(\bmodule {name}\b.*?)\bendmodule", rf"\1{model}\nendmodule", text, count=1, flags=re.S)
+    (work / "models.v").write_text(text)
+
+
+def check_session(chip, register, netlist, work):
+    """The register and the pads in simulation. What the core does is unknown, so it is never looked at."""
+    power = "|".join(map(re.escape, register.skipped - set(TEST_PORTS)))
+    (work / f"open_{netlist}").write_text(re.sub(rf"\(\s*(?:{power})\s*\)", "()", (work / netlist).read_text()))
+    session = Session(register, tdo_always_driven=True)         # no pad stands at the test port
+    trials = checks.Trials(register, session, {"resets": {}}, random.Random(1))
+    trials.start()
+    trials.resets()
+    trials.registers()
+    trials.extest(4)
+    player = Player(work, pathlib.Path(netlist).stem, [f"open_{netlist}", f"{chip.top}_TAP.v", "models.v", "bscells.v"],
+                    f"{chip.top}_jtag", register.ports, register.skipped)
+    value = checks.values(player.play(session.steps), register.ports)
+    yield from proof.check_tdo(trials, value)
+    for check in trials.found:
+        yield from check(value, None)
+
+
+def prove(chip, tool, work):
+    insert(chip, tool, work)
+    register = read_chip(*[work / f"{chip.top}.{kind}" for kind in ("bso", "bsc", "lib")])
+    netlists = netlists_of(chip, work)
+    plan = {"design": chip.top, "cells": CELLS, "netlist": chip.netlist}
+    faults = list(check_ports(chip, work))
+    faults += proof.check_structure(register, plan, [*netlists, "as_read.v"], work, chip.macros)
+    if len(register.cells) != chip.cells or int(register.idcode, 2) != IDCODE:
+        faults.append(f"{len(register.cells)} cells, IDCODE {register.idcode}")
+    write_models(chip, work)
+    for netlist in netlists:
+        accept(chip, netlist, work)
+        faults += [f"{netlist}: {fault}" for fault in check_session(chip, register, netlist, work)]
+    run(["ghdl", "-a", "-fexplicit", f"{chip.top}_TAP.vhd", f"{chip.top}_jtag.vhd"], work / "vhdl", "ghdl")
+    return faults
+
+
+def main():
+    options = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawTextHelpFormatter)
+    options.add_argument("--chip", required=True, choices=CHIPS)
+    options.add_argument("--chips", required=True, type=pathlib.Path, help="folder of the chips")
+    options.add_argument("--bin", required=True, type=pathlib.Path, help="folder of the programs")
+    options.add_argument("--work", required=True, type=pathlib.Path, help="scratch folder, emptied first")
+    given = options.parse_args()
+    if not (given.chips / "unpack").exists():
+        print(f"skipped: no chips in {given.chips}")
+        return 77
+    work = proof.empty_folder(given.work) / given.chip
+    try:
+        run([str((given.chips / "unpack").resolve()), "."], work.parent, "unpacking")
+        faults = prove(CHIPS[given.chip], lambda name, *words: run([str(given.bin.resolve() / name), *words], work, name),
+                       work)
+    except ProofError as fault:
+        sys.exit(f"PROOF FAILED: {fault}")
+    print("\n".join(faults[:proof.FAULTS_SHOWN]))
+    if faults:
+        sys.exit(f"PROOF FAILED: {len(faults)} faults")
+    print(f"PROOF PASSED: {given.chip}")
+    return 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
