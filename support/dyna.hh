@@ -86,7 +86,7 @@ template <class T> std::span<T> rows(T *tab) {
 
 /// Gives back the room behind the last row of a table that is filled; null stays null.
 template <class T> void fit_rows(T *&tab) {
-    DYNA_resize(&tab, DYNA_count(tab) - static_cast<int32_t>(DYNA_capacity(tab)));
+    DYNA_resize(&tab, DYNA_count(tab) - static_cast<int32_t>(dyna_core::capacity(tab)));
 }
 
 /// Appends one row with the given value, creating the table when the handle is null. Returns the row.
