@@ -18,7 +18,7 @@ namespace {
 
 struct MEASURE {
     double seconds;
-    double megabytes;
+    double megabytes; ///< peak
 };
 
 MEASURE read_file(const std::string &path) {
@@ -65,6 +65,18 @@ std::string long_list(size_t bytes) {
     return text + "last; }\n";
 }
 
+/// Scan chains, each with its ports, a clock and an instance.
+std::string chains(size_t bytes) {
+    std::string text = "%INSTRUCTION i { %MODE = \"m\"; }\n";
+    for (size_t i = 0; text.size() < bytes; i++) {
+        std::string n = std::to_string(i);
+        text += "%CONNECT_SCAN c" + n + " s" + n + " { %SCAN_PORT { %SCAN_IN = a; %SCAN_OUT = b; } " +
+                "%SCAN_CLOCK { %CLOCK = ck; } %SCAN_INSTANCES { u" + n + "; } " +
+                "%SCAN_INSTRUCTION { %INSTRUCTION = i; } }\n";
+    }
+    return text;
+}
+
 struct SHAPE_ROW {
     const char *name;
     std::string (*make)(size_t);
@@ -76,6 +88,7 @@ const SHAPE_ROW shapes[] = {
     {"statements, 100,000 to 1,000,000", statements, 100000, 1000000},
     {"comment, 10 MB to 100 MB", mostly_comment, 10000000, 100000000},
     {"one list, 10 MB to 100 MB", long_list, 10000000, 100000000},
+    {"%CONNECT_SCAN, 10 MB to 100 MB", chains, 10000000, 100000000},
 };
 
 } // namespace

@@ -18,13 +18,13 @@ using NAME_SET = std::unordered_set<std::string_view>;
 NAME_SET block_names(SCAN_AST *list) {
     NAME_SET names;
     for (SCAN_AST &block : scan_children(list))
-        names.insert(first_leaf_text(&block));
+        names.insert(value_text(&block));
     return names;
 }
 
 void check_defined(SCAN_AST *leaf, const NAME_SET &names, const char *what) {
-    if (leaf != nullptr && !names.contains(leaf->attribute))
-        undefined_error(what, leaf->attribute, leaf->line);
+    if (leaf != nullptr && !names.contains(scan_text(leaf)))
+        undefined_error(what, scan_text(leaf), leaf->line);
 }
 
 void check_instruction_names(SCAN_AST *root) {
@@ -49,7 +49,7 @@ void check_sequence_names(SCAN_AST *root) {
         return;
     NAME_SET names = block_names(sequences);
     for (SCAN_AST &block : scan_children(instructions)) {
-        for (SCAN_AST *statement = block.child->sibling; statement != nullptr;
+        for (SCAN_AST *statement = scan_child(&block)->sibling; statement != nullptr;
              statement = statement->sibling) {
             if (statement->kind == MODE_NODE)
                 continue;
@@ -73,16 +73,11 @@ void check_patterns(SCAN_AST *root) {
 
 } // namespace
 
-const char *first_leaf_text(SCAN_AST *node) {
-    SCAN_AST *leaf = node == nullptr ? nullptr : node->child;
-    return leaf == nullptr ? nullptr : leaf->attribute;
-}
-
 void check_atpg_scan_opt_duplicate(SCAN_AST *first) {
     // Every later block of a mode is warned of once for each earlier one.
     std::unordered_map<std::string_view, int32_t> seen;
     for (SCAN_AST *mode = first; mode != nullptr; mode = mode->sibling) {
-        const char *name = first_leaf_text(mode);
+        const char *name = value_text(mode);
         for (int32_t earlier = seen[name]++; earlier > 0; earlier--)
             error_handler(in_file_name, mode->line, MESSAGE_REPEATED, keep_format("%%ATPG_MODE %s", name));
     }
@@ -91,9 +86,9 @@ void check_atpg_scan_opt_duplicate(SCAN_AST *first) {
 int32_t check_atpg_pattern_length(SCAN_AST *statement) {
     size_t names = static_cast<size_t>(SCAN_CHILD_COUNT(SCAN_FIND_CHILD(statement, IDENT_LIST_NODE)));
     for (SCAN_AST &pattern : scan_children(SCAN_FIND_CHILD(statement, PATTERN_LIST_NODE))) {
-        if (std::strlen(pattern.attribute) == names)
+        if (std::strlen(scan_text(&pattern)) == names)
             continue;
-        error_handler(in_file_name, pattern.line, MESSAGE_PATTERN_LENGTH, pattern.attribute);
+        error_handler(in_file_name, pattern.line, MESSAGE_PATTERN_LENGTH, scan_text(&pattern));
         return 1;
     }
     return 0;
@@ -106,7 +101,7 @@ void check_dft_semantic(SCAN_AST *root) {
     SCAN_AST *read_map = SCAN_FIND_CHILD(root, READ_MAP_NODE);
     SCAN_AST *name = SCAN_FIND_CHILD(read_map, FILE_NAME_NODE);
     if (name != nullptr) {
-        map_file_name = first_leaf_text(name);
+        map_file_name = value_text(name);
         has_map_file = 1;
     }
 }

@@ -13,5 +13,3 @@ void check_atpg_scan_opt_duplicate(SCAN_AST *first);
 void check_dft_semantic(SCAN_AST *root);
 /// 1 when a pattern of the statement has not one character for each of its names.
 int32_t check_atpg_pattern_length(SCAN_AST *statement);
-/// The text of the first leaf below a node, or null.
-const char *first_leaf_text(SCAN_AST *node);

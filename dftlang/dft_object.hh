@@ -5,14 +5,25 @@
 #include "support/dyna.hh"
 
 #include <cstdint>
+#include <string_view>
+#include <vector>
 
-/// A statement of a block that nobody reads field by field: its values and the statements of its body.
+/// A block that nobody reads field by field stays what the parser made of it, since a large file is nearly
+/// all such blocks; its statements are made when they are asked for.
+struct SCAN_AST;
+
+/// One statement with its values and the statements of its body.
 struct DFT_STATEMENT {
-    const char *keyword; ///< the keyword without its '%'
-    const char **values;
-    DFT_STATEMENT *body;
+    std::string_view keyword; ///< the keyword without its '%'
+    std::vector<const char *> values;
+    std::vector<DFT_STATEMENT> body;
     int32_t line;
 };
+
+/// The statement that a node stands for.
+DFT_STATEMENT dft_statement(const SCAN_AST *node);
+/// The statements of a block, or the blocks of a list, in file order; none for null.
+std::vector<DFT_STATEMENT> dft_statements(const SCAN_AST *block);
 
 /// An integer or a percentage: the other one is -1.
 struct DFT_VALUE {
@@ -80,9 +91,9 @@ struct SEQUENCE {
     FORCE_ROW *forces; ///< all statements, in file order
     int32_t cycle_length;
     int32_t frame_length; ///< -1 when not given
-    DFT_STATEMENT *timing;
-    DFT_STATEMENT *launch_timing;
-    DFT_STATEMENT *capture_timing;
+    const SCAN_AST **timing;
+    const SCAN_AST **launch_timing;
+    const SCAN_AST **capture_timing;
     int32_t name_line;
     int32_t line;
 };
@@ -126,7 +137,7 @@ struct CORE_ENTRY {
     const char *dft_file;
     const char *lbist_file;
     SEQUENCE **preamble;
-    DFT_STATEMENT *patsets;
+    const SCAN_AST **patsets;
     int32_t line;
     NAME_PAIR *dont_fix;
 };
@@ -158,7 +169,7 @@ struct FS_MODE_ROW {
 struct SCAN_DECODER {
     CONTROL_PORT ports[DECODER_PORT_COUNT];
     FS_MODE_ROW *fs_mode;
-    DFT_STATEMENT *statements; ///< all statements of the block
+    const SCAN_AST *block; ///< with all its statements
 };
 
 /// A named instance of an instance list, or a place for a test point.
@@ -186,13 +197,21 @@ struct PAD_RECORD {
     int32_t bang_after;
 };
 
-/// The instances of a block, from its list and its instance files.
+/// One list of instances; CONVERT_SCAN_INSTANCES makes its elements.
+struct INSTANCE_LIST {
+    const SCAN_AST *list;
+    int32_t first_group; ///< number of its first group in braces
+};
+/// Appends the elements of a list, its groups' too.
+void CONVERT_SCAN_INSTANCES(const INSTANCE_LIST &list, std::vector<INSTANCE_ELEMENT> &elements);
+
+/// The instances of a block, from its list or its instance files.
 struct INSTANCE_LISTS {
-    INSTANCE_ELEMENT *elements; ///< of %SCAN_INSTANCES, %BIST_INSTANCES, MUST_SCAN
-    INSTANCE_ELEMENT *fs_scan;
+    INSTANCE_LIST *elements; ///< %SCAN_INSTANCES, %BIST_INSTANCES, MUST_SCAN
+    INSTANCE_LIST *fs_scan;
     PAD_RECORD scan_in_pad;
     PAD_RECORD scan_out_pad;
-    DFT_STATEMENT *statements; ///< the other statements of the instance files
+    const SCAN_AST **files; ///< the instance files with all their statements
 };
 
 enum POLARITY_CODE : int32_t { POLARITY_NONE = 0, POLARITY_POSITIVE = 1, POLARITY_NEGATIVE = 2 };
@@ -210,7 +229,7 @@ struct CONNECT_ROW {
     int32_t ms_violation; ///< -1 when not given
     SCAN_CLOCK_ROW *clocks;
     INSTANCE_LISTS instances;
-    DFT_STATEMENT *statements;
+    const SCAN_AST *block;
 };
 
 /// Values that a group of ports may take together.
@@ -229,12 +248,12 @@ struct ATPG_MODE {
     const char *mode;
     LEGAL_ROW *legal;            ///< joined until no two rows share a port
     MERGED_LEGAL *combine_legal; ///< the joined rows with the rows that they come from
-    DFT_STATEMENT *statements;
+    const SCAN_AST *block;
 };
 
 struct MBIST_PIN {
-    const char *keyword;  ///< the keyword without its '%'
-    const char *instance; ///< null when the statement gives the pin alone
+    std::string_view keyword; ///< without its '%'
+    const char *instance;     ///< null when the statement gives the pin alone
     const char *pin;
 };
 
@@ -258,31 +277,31 @@ struct FOLD_PORT {
 
 struct MAP_OBJECT_RECORD {
     NAME_PAIR *scan_mode_active; ///< per %MAP_CELL: its second name, "HIGH" or "LOW" as written
-    DFT_STATEMENT *repair_cells;
-    DFT_STATEMENT *test_point_cells;
-    DFT_STATEMENT *statements; ///< the whole file
+    const SCAN_AST *repair_cells;
+    const SCAN_AST *test_point_cells;
+    const SCAN_AST *file;
 };
 
 struct DFT_INDEX;
 
-/// One DFT file.
+/// One DFT file. A field of a block is null when the file has no such block.
 struct DFT_CONFIGURATION {
-    DFT_STATEMENT *test_schedule;
-    DFT_STATEMENT *test_session;
-    DFT_STATEMENT *test_architecture;
-    DFT_STATEMENT *hookup;
+    const SCAN_AST *test_schedule;
+    const SCAN_AST *test_session;
+    const SCAN_AST *test_architecture;
+    const SCAN_AST *hookup;
     const char *instruction_binary;
     const char *register_length;
     FOLD_PORT *fold_scan_in;
     FOLD_PORT *fold_scan_out;
-    DFT_STATEMENT *fold_scan_info;
-    DFT_STATEMENT *clock_period;
+    const SCAN_AST *fold_scan_info;
+    const SCAN_AST *clock_period;
     CORE_ENTRY *cores;
     const char *file_name;
     const char *path; ///< directory of the file with its '/', or null
-    DFT_STATEMENT *test_files;
+    const SCAN_AST *test_files;
     MBIST_CONTROL *mbist_constraints;
-    DFT_STATEMENT *mbist_bsd;
+    const SCAN_AST *mbist_bsd;
     SELECT_SCAN *select_scan;
     SEQUENCE **sequences;
     SCAN_INSTRUCTION *instructions;
@@ -292,20 +311,20 @@ struct DFT_CONFIGURATION {
     const char **lockup_latch_list;
     const char *modify_cmd;
     CONNECT_ROW *connect_scans;
-    DFT_STATEMENT *connect_cores;
+    const SCAN_AST *connect_cores;
     CONNECT_ROW *connect_bists;
     ATPG_MODE *atpg_constraints;
-    DFT_STATEMENT *select_fault;
+    const SCAN_AST *select_fault;
     const char **dont_fault; ///< %DONT_FAULT and the words of %DONT_FAULT_FILE
     const char **must_fault;
-    DFT_STATEMENT *scan_repair;
-    DFT_STATEMENT *test_conversion;
+    const SCAN_AST *scan_repair;
+    const SCAN_AST *test_conversion;
     SCAN_DECODER *scan_decoder;
-    DFT_STATEMENT *ta_constraints;
-    DFT_STATEMENT *scan_modules;
-    DFT_STATEMENT *pll_clock_fix;
-    DFT_STATEMENT *plls;
-    DFT_STATEMENT *blackboxes;
+    const SCAN_AST *ta_constraints;
+    const SCAN_AST *scan_modules;
+    const SCAN_AST *pll_clock_fix;
+    const SCAN_AST *plls;
+    const SCAN_AST *blackboxes;
     const char *top_module;
     const char **ciphertext;
     PATH_ROW *multicycle_rows;
@@ -318,11 +337,11 @@ struct DFT_CONFIGURATION {
     const char **scan_in_list;
     const char **scan_out_list;
     PORT_ROW *port_info;
-    DFT_STATEMENT *gui;
-    DFT_STATEMENT *capture_clock;
+    const SCAN_AST *gui;
+    const SCAN_AST *capture_clock;
     const char **nontpi_instances;
-    DFT_STATEMENT *wrapper;
-    DFT_STATEMENT *deep_scan;
+    const SCAN_AST *wrapper;
+    const SCAN_AST *deep_scan;
     const char **def_info;
     MAP_OBJECT_RECORD *map;
     const char **core_no_scan;

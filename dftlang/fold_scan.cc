@@ -11,8 +11,8 @@
 namespace {
 
 NAME_PAIR name_pair(SCAN_AST &node) {
-    SCAN_AST *second = node.child->sibling;
-    return {node.child->attribute, second == nullptr ? nullptr : second->attribute};
+    SCAN_AST *second = scan_child(&node)->sibling;
+    return {scan_text(scan_child(&node)), scan_text(second)};
 }
 
 FOLD_GROUP fold_group(SCAN_AST &node, int32_t port) {
@@ -20,11 +20,11 @@ FOLD_GROUP fold_group(SCAN_AST &node, int32_t port) {
     group.name = value_text(&node);
     group.port = port;
     size_t pair = 0;
-    for (SCAN_AST *value = node.child->sibling; value != nullptr; value = value->sibling) {
+    for (SCAN_AST *value = scan_child(&node)->sibling; value != nullptr; value = value->sibling) {
         if (value->kind == PIN_NODE)
             group.pairs[pair++] = name_pair(*value);
         else
-            append_row(group.members, value->attribute);
+            append_row(group.members, scan_text(value));
     }
     return group;
 }

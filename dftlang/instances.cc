@@ -41,7 +41,7 @@ bool take_tail(SCAN_AST &tail, INSTANCE_ELEMENT &element) {
     bool in_braces = false;
     for (SCAN_AST &part : scan_children(&tail)) {
         bool braced = part.kind == PSO_PORT_NAME_NODE;
-        element.tail[count++] = braced ? value_text(&part) : part.attribute;
+        element.tail[count++] = braced ? value_text(&part) : scan_text(&part);
         in_braces = in_braces || braced;
     }
     return in_braces;
@@ -66,10 +66,10 @@ INSTANCE_ELEMENT instance_element(SCAN_AST &node) {
     for (SCAN_AST &part : scan_children(&node)) {
         switch (part.kind) {
         case NUMBER_NODE:
-            element.count = static_cast<int32_t>(std::strtol(part.attribute, nullptr, 10));
+            element.count = static_cast<int32_t>(std::strtol(scan_text(&part), nullptr, 10));
             break;
         case IDENT_NODE:
-            element.name = part.attribute;
+            element.name = scan_text(&part);
             break;
         case PSO_COMPLEMENT_NODE:
             element.inverted = 1;
@@ -108,30 +108,42 @@ INSTANCE_ELEMENT instance_element(SCAN_AST &node) {
     return element;
 }
 
-/// Turns a list of names, elements and groups into elements; groups count on from `group`.
-void CONVERT_SCAN_INSTANCES(SCAN_AST *node, INSTANCE_ELEMENT *&elements, int32_t &group) {
+bool is_group(const SCAN_AST &part) {
+    return part.kind == GROUP_NODE || part.kind == IDENT_LIST_NODE;
+}
+
+/// Appends the elements of a list or of a group in it; groups count on from `group`.
+void append_elements(const SCAN_AST *list, std::vector<INSTANCE_ELEMENT> &elements, int32_t &group) {
     int32_t count = -1;
-    for (SCAN_AST &part : scan_children(node)) {
+    for (SCAN_AST &part : scan_children(list)) {
         if (part.kind == NUMBER_NODE) { // stands in front of the statement's first element
-            count = static_cast<int32_t>(std::strtol(part.attribute, nullptr, 10));
+            count = static_cast<int32_t>(std::strtol(scan_text(&part), nullptr, 10));
         } else if (part.kind == IDENT_NODE) {
-            append_row(elements, NEW_INSTANCE_ELEMENT()).name = part.attribute;
+            elements.push_back(NEW_INSTANCE_ELEMENT());
+            elements.back().name = scan_text(&part);
         } else if (part.kind == INSTANCE_ELEMENT_NODE) {
-            INSTANCE_ELEMENT &element = append_row(elements, instance_element(part));
+            INSTANCE_ELEMENT &element = elements.emplace_back(instance_element(part));
             if (count >= 0 || element.count < 0)
                 element.count = std::exchange(count, -1);
-        } else {
-            int32_t first = DYNA_count(elements);
-            CONVERT_SCAN_INSTANCES(&part, elements, group);
-            for (int32_t i = first; i < DYNA_count(elements); i++)
+        } else if (is_group(part)) {
+            size_t first = elements.size();
+            append_elements(&part, elements, group);
+            for (size_t i = first; i < elements.size(); i++)
                 elements[i].group = group;
             group++;
         }
     }
 }
 
+/// Notes a list; its groups are counted from `group` on.
+void add_list(INSTANCE_LIST *&lists, SCAN_AST *list, int32_t &group) {
+    append_row(lists, {list, group});
+    for (SCAN_AST &part : scan_children(list))
+        group += is_group(part) ? 1 : 0;
+}
+
 PAD_RECORD pad_record(SCAN_AST *node) {
-    return {SCAN_FIND_CHILD(node, IDENT_NODE)->attribute,
+    return {scan_text(SCAN_FIND_CHILD(node, IDENT_NODE)),
             SCAN_FIND_CHILD(node, PSO_COMPLEMENT_NODE) != nullptr,
             SCAN_FIND_CHILD(node, PSO_INVERSE1_NODE) != nullptr,
             SCAN_FIND_CHILD(node, PSO_INVERSE2_NODE) != nullptr};
@@ -144,28 +156,29 @@ void CONVERT_FILE_INSTANCES(const char *file, INSTANCE_LISTS &lists, int32_t &gr
     int32_t had_map_file = std::exchange(has_map_file, 1);
     bool found = parse_file_if_there(name, name, INSTANCE_FILE_KIND);
     has_map_file = had_map_file;
-    if (!found)
-        return;
     SCAN_AST *root = scan_root[INSTANCE_FILE_KIND];
+    if (!found || root == nullptr) // not there, or without a statement
+        return;
     for (SCAN_AST &list : scan_children(SCAN_FIND_CHILD(root, PSO_MUST_SCAN_LIST_NODE)))
-        CONVERT_SCAN_INSTANCES(&list, lists.elements, group);
+        add_list(lists.elements, &list, group);
     for (SCAN_AST &list : scan_children(SCAN_FIND_CHILD(root, PSO_FS_SCAN_LIST_NODE)))
-        CONVERT_SCAN_INSTANCES(&list, lists.fs_scan, group);
+        add_list(lists.fs_scan, &list, group);
     if (SCAN_AST *pad = SCAN_FIND_CHILD(root, SCAN_IN_PAD_NODE))
         lists.scan_in_pad = pad_record(pad);
     if (SCAN_AST *pad = SCAN_FIND_CHILD(root, SCAN_OUT_PAD_NODE))
         lists.scan_out_pad = pad_record(pad);
-    copy_body(root, lists.statements);
+    append_row<const SCAN_AST *>(lists.files, root);
 }
 
 /// The instances of a block: those of its files when it names files, else those of its list.
 INSTANCE_LISTS block_instances(SCAN_AST *list, SCAN_AST *files) {
     INSTANCE_LISTS made = {};
     int32_t group = 0;
-    if (files == nullptr)
-        CONVERT_SCAN_INSTANCES(list, made.elements, group);
+    if (files == nullptr && list != nullptr)
+        add_list(made.elements, list, group);
     for (SCAN_AST &file : scan_children(files))
         CONVERT_FILE_INSTANCES(value_text(&file), made, group);
+    fit_rows(made.elements);
     return made;
 }
 
@@ -199,7 +212,7 @@ constexpr CONNECT_KINDS bist_kinds = {BIST_CLOCK_LIST_NODE, BIST_INSTANCES_NODE,
 CONNECT_ROW connect_row(SCAN_AST &block, const CONNECT_KINDS &kinds) {
     CONNECT_ROW row = {};
     row.first = value_text(&block);
-    row.second = block.child->sibling->attribute;
+    row.second = scan_text(scan_child(&block)->sibling);
     row.line = block.line;
     SCAN_AST *violation = SCAN_FIND_CHILD(&block, MS_VIOLATION);
     row.ms_violation = value_number(violation);
@@ -209,7 +222,8 @@ CONNECT_ROW connect_row(SCAN_AST &block, const CONNECT_KINDS &kinds) {
                                     SCAN_FIND_CHILD(&block, kinds.instance_files));
     for (SCAN_AST &clock : scan_children(SCAN_FIND_CHILD(&block, kinds.clocks)))
         append_row(row.clocks, {value_text(&clock), clock_polarity(&clock)});
-    copy_body(&block, row.statements);
+    fit_rows(row.clocks);
+    row.block = &block;
     return row;
 }
 
@@ -246,6 +260,11 @@ void append_file_words(const char *file, const char **&words) {
 
 } // namespace
 
+void CONVERT_SCAN_INSTANCES(const INSTANCE_LIST &list, std::vector<INSTANCE_ELEMENT> &elements) {
+    int32_t group = list.first_group;
+    append_elements(list.list, elements, group);
+}
+
 void map_connect_scans(SCAN_AST *list) {
     for (SCAN_AST &block : scan_children(list))
         append_row(DFT_OBJECT->connect_scans, connect_row(block, scan_kinds));
@@ -257,7 +276,7 @@ void map_connect_bists(SCAN_AST *list) {
 }
 
 void map_select_fault(SCAN_AST *block) {
-    copy_body(block, DFT_OBJECT->select_fault);
+    DFT_OBJECT->select_fault = block;
     append_names(SCAN_FIND_CHILD(block, DONT_FAULT_NODE), DFT_OBJECT->dont_fault);
     append_names(SCAN_FIND_CHILD(block, MUST_FAULT_NODE), DFT_OBJECT->must_fault);
     if (SCAN_AST *file = SCAN_FIND_CHILD(block, DONT_FAULT_FILE_NODE))

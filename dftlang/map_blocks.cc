@@ -26,7 +26,7 @@ constexpr PATH_BLOCK false_block = {false, &DFT_CONFIGURATION::false_rows, &DFT_
 
 /// `path_file` is the name of the path file that holds the statement, or null in the DFT file.
 int32_t path_cycle(SCAN_AST &statement, const PATH_BLOCK &block, const char *path_file) {
-    int32_t line = statement.child->line;
+    int32_t line = scan_child(&statement)->line;
     if (!block.with_cycle && path_file == nullptr)
         scan_error_fail("ERROR: line %d, the CYCLE can not be supported in FALSE_PATH.\n", line);
     if (!block.with_cycle)
@@ -39,7 +39,7 @@ int32_t path_cycle(SCAN_AST &statement, const PATH_BLOCK &block, const char *pat
 }
 
 [[noreturn]] void refuse_file_name(SCAN_AST &statement, const PATH_BLOCK &block, const char *path_file) {
-    int32_t line = statement.child->line;
+    int32_t line = scan_child(&statement)->line;
     if (block.with_cycle)
         scan_error_fail("ERROR: line %d, the FILE_NAME  can not  be accepted in the path file again .\n",
                         line);
@@ -110,7 +110,7 @@ CONTROL_PORT save_decoder_control_port(SCAN_AST *node) {
     if (node == nullptr)
         return port;
     port.block_line = port.line = node->line;
-    if (node->child != nullptr && node->child->attribute != nullptr) { // the form with '='
+    if (value_text(node) != nullptr) { // the form with '='
         port.port_name = value_text(node);
         return port;
     }
@@ -135,8 +135,8 @@ void map_fs_mode(SCAN_AST *block, SCAN_DECODER &decoder) {
         if (statement.kind != DECODER_PORT_NAME_NODE)
             continue;
         DFT_VALUE own = {value, -1.0};
-        if (statement.child->sibling != nullptr)
-            own.number = static_cast<int32_t>(std::strtol(statement.child->sibling->attribute, nullptr, 10));
+        if (const char *number = scan_text(scan_child(&statement)->sibling))
+            own.number = static_cast<int32_t>(std::strtol(number, nullptr, 10));
         append_row(decoder.fs_mode, {value_text(&statement), own.number});
     }
 }
@@ -151,7 +151,7 @@ void map_scan_mode_active(SCAN_AST *map_scan, MAP_OBJECT_RECORD &map, const char
         const char *word = statement == nullptr ? "HIGH" : value_text(statement);
         if (::strcasecmp(word, "HIGH") != 0 && ::strcasecmp(word, "LOW") != 0)
             error_handler(map_file, statement->line, MESSAGE_MODE_ACTIVE, "HIGH", "LOW");
-        append_row(map.scan_mode_active, {cell.child->sibling->attribute, word});
+        append_row(map.scan_mode_active, {scan_text(scan_child(&cell)->sibling), word});
     }
 }
 
@@ -170,7 +170,7 @@ void map_scan_decoder(SCAN_AST *block) {
     for (int32_t i = 0; i < DECODER_PORT_COUNT; i++)
         decoder->ports[i] = save_decoder_control_port(SCAN_FIND_CHILD(block, decoder_ports[i]));
     map_fs_mode(SCAN_FIND_CHILD(block, FS_MODE_NODE), *decoder);
-    copy_body(block, decoder->statements);
+    decoder->block = block;
     DFT_OBJECT->scan_decoder = decoder;
 }
 
@@ -178,8 +178,8 @@ MAP_OBJECT_RECORD *map_map_file(SCAN_AST *root, const char *map_file) {
     auto *map = new MAP_OBJECT_RECORD();
     for (SCAN_AST &block : scan_children(SCAN_FIND_CHILD(root, MAP_SCAN_LIST_NODE)))
         map_scan_mode_active(&block, *map, map_file);
-    copy_body(SCAN_FIND_CHILD(root, REPAIR_CELL_NODE), map->repair_cells);
-    copy_body(SCAN_FIND_CHILD(root, TEST_POINT_CELL_NODE), map->test_point_cells);
-    copy_body(root, map->statements);
+    map->repair_cells = SCAN_FIND_CHILD(root, REPAIR_CELL_NODE);
+    map->test_point_cells = SCAN_FIND_CHILD(root, TEST_POINT_CELL_NODE);
+    map->file = root;
     return map;
 }

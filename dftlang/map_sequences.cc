@@ -15,19 +15,17 @@ FORCE_ROW force_row(SCAN_AST &statement) {
     int32_t kind = statement.kind == FORCE_NODE   ? FORCE_SIGNAL
                    : statement.kind == CLOCK_NODE ? FORCE_IS_CLOCK
                                                   : FORCE_FORCED_CLOCK;
-    return {kind, value_text(&statement), pattern == nullptr ? nullptr : pattern->attribute, statement.line};
+    return {kind, value_text(&statement), scan_text(pattern), statement.line};
 }
 
 void map_timing(SCAN_AST &block, SEQUENCE &sequence) {
-    SCAN_AST *type = SCAN_FIND_CHILD(&block, TYPE_NODE);
-    DFT_STATEMENT row = copy_statement(&block);
-    const char *word = type == nullptr ? nullptr : value_text(type);
+    const char *word = value_text(SCAN_FIND_CHILD(&block, TYPE_NODE));
     if (word == nullptr)
-        append_row(sequence.timing, row);
+        append_row<const SCAN_AST *>(sequence.timing, &block);
     else if (std::strcmp(word, "LAUNCH") == 0)
-        append_row(sequence.launch_timing, row);
+        append_row<const SCAN_AST *>(sequence.launch_timing, &block);
     else if (std::strcmp(word, "CAPTURE") == 0)
-        append_row(sequence.capture_timing, row);
+        append_row<const SCAN_AST *>(sequence.capture_timing, &block);
     else
         scan_fail("Error: the %%TYPE must be LAUNCH or CAPTURE in the set timing block in the dft file !\n");
 }
@@ -35,7 +33,7 @@ void map_timing(SCAN_AST &block, SEQUENCE &sequence) {
 SEQUENCE *map_sequence(SCAN_AST &block) {
     auto *made = new SEQUENCE();
     made->name = value_text(&block);
-    made->name_line = block.child->line;
+    made->name_line = scan_child(&block)->line;
     made->line = block.line;
     for (SCAN_AST &statement : scan_children(SCAN_FIND_CHILD(&block, FORCE_LIST_NODE))) {
         FORCE_ROW row = force_row(statement);
@@ -43,6 +41,8 @@ SEQUENCE *map_sequence(SCAN_AST &block) {
         if (row.kind != FORCE_SIGNAL)
             append_row(made->clocks, row);
     }
+    fit_rows(made->forces);
+    fit_rows(made->clocks);
     SCAN_AST *cycle_length = SCAN_FIND_CHILD(&block, CYCLE_LENGTH_NODE);
     made->cycle_length = cycle_length == nullptr ? 1 : value_number(cycle_length);
     made->frame_length = value_number(SCAN_FIND_CHILD(&block, FRAME_LENGTH_NODE));
@@ -95,7 +95,7 @@ SCAN_INSTRUCTION map_instruction(SCAN_AST &block, bool of_core) {
     SCAN_INSTRUCTION row = {};
     row.name = value_text(&block);
     row.mode = value_text(SCAN_FIND_CHILD(&block, MODE_NODE));
-    row.name_line = block.child->line;
+    row.name_line = scan_child(&block)->line;
     row.line = block.line;
     for (const SEQUENCE_FIELD &field : sequence_fields) {
         SCAN_AST *statement = SCAN_FIND_CHILD(&block, field.kind);
@@ -103,6 +103,8 @@ SCAN_INSTRUCTION map_instruction(SCAN_AST &block, bool of_core) {
             take_sequences(field, statement, row, of_core);
             statement = field.repeats ? SCAN_FIND_AST(statement->sibling, field.kind) : nullptr;
         }
+        if (field.list != nullptr)
+            fit_rows(row.*field.list);
     }
     return row;
 }
@@ -112,7 +114,8 @@ bool has_typed_timing(const SEQUENCE *sequence) {
 }
 
 void note_order(SCAN_AST &block, int32_t instruction) {
-    for (SCAN_AST *statement = block.child->sibling; statement != nullptr; statement = statement->sibling) {
+    for (SCAN_AST *statement = scan_child(&block)->sibling; statement != nullptr;
+         statement = statement->sibling) {
         int32_t code = statement->kind == MODE_NODE ? 1 : 0;
         for (const SEQUENCE_FIELD &field : sequence_fields) {
             if (field.kind == statement->kind)
@@ -154,7 +157,7 @@ void map_patset(SCAN_AST &block, CORE_ENTRY &core, const char *core_name) {
             scan_fail("ERROR: Can not find sequence '%s' of the core '%s'.\n", name, core_name);
     }
     DYNA_free(&names);
-    append_row(core.patsets, copy_statement(&block));
+    append_row<const SCAN_AST *>(core.patsets, &block);
 }
 
 void map_core_statement(SCAN_AST &statement, CORE_ENTRY &core, const char *core_name) {
@@ -180,7 +183,7 @@ void map_core_statement(SCAN_AST &statement, CORE_ENTRY &core, const char *core_
         break;
     case DONT_FIX_NODE:
         for (SCAN_AST &pair : scan_children(&statement)) {
-            NAME_PAIR row = {pair.child->attribute, pair.child->sibling->attribute};
+            NAME_PAIR row = {scan_text(scan_child(&pair)), scan_text(scan_child(&pair)->sibling)};
             append_row(core.dont_fix, row);
             append_row(DONT_FIX_TAB, row);
         }

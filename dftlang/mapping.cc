@@ -72,10 +72,10 @@ void map_critical_path(SCAN_AST *block) {
 void map_mbist_constraints(SCAN_AST *block) {
     for (SCAN_AST &control : scan_children(block)) {
         MBIST_CONTROL row = {value_number(&control), nullptr};
-        for (SCAN_AST *pin = control.child->sibling; pin != nullptr; pin = pin->sibling) {
-            DFT_STATEMENT copy = copy_statement(pin);
-            bool two = DYNA_count(copy.values) == 2;
-            append_row(row.pins, {copy.keyword, two ? copy.values[0] : nullptr, copy.values[two ? 1 : 0]});
+        for (SCAN_AST *pin = scan_child(&control)->sibling; pin != nullptr; pin = pin->sibling) {
+            DFT_STATEMENT copy = dft_statement(pin);
+            bool two = copy.values.size() == 2;
+            append_row(row.pins, {copy.keyword, two ? copy.values[0] : nullptr, copy.values.back()});
         }
         append_row(DFT_OBJECT->mbist_constraints, row);
     }
@@ -85,10 +85,9 @@ void map_mbist_constraints(SCAN_AST *block) {
 struct MAP_STEP {
     SCAN_KIND kind;
     void (*map)(SCAN_AST *) = nullptr;
-    DFT_STATEMENT *CONFIGURATION::*statements =
-        nullptr;                                  ///< the statements of the block, or the blocks of the list
-    const char **CONFIGURATION::*names = nullptr; ///< all names of the block
-    const char *CONFIGURATION::*text = nullptr;   ///< the value, or that of the block's one statement
+    const SCAN_AST *CONFIGURATION::*block = nullptr; ///< the block, or the list of its kind, as it stands
+    const char **CONFIGURATION::*names = nullptr;    ///< all names of the block
+    const char *CONFIGURATION::*text = nullptr;      ///< the value, or that of the block's one statement
 };
 
 constexpr MAP_STEP map_steps[] = {
@@ -97,49 +96,49 @@ constexpr MAP_STEP map_steps[] = {
     {.kind = SCAN_IN_LIST_NODE, .names = &CONFIGURATION::scan_in_list},
     {.kind = CORE_NO_SCAN, .names = &CONFIGURATION::core_no_scan},
     {.kind = SCAN_OUT_LIST_NODE, .names = &CONFIGURATION::scan_out_list},
-    {.kind = GUI_NODE, .statements = &CONFIGURATION::gui},
-    {.kind = CAPTURE_CLOCK_NODE, .statements = &CONFIGURATION::capture_clock},
-    {.kind = HOOKUP_NODE, .statements = &CONFIGURATION::hookup},
+    {.kind = GUI_NODE, .block = &CONFIGURATION::gui},
+    {.kind = CAPTURE_CLOCK_NODE, .block = &CONFIGURATION::capture_clock},
+    {.kind = HOOKUP_NODE, .block = &CONFIGURATION::hookup},
     {.kind = MULTICYCLE_PATH_NODE, .map = map_multicycle_path},
     {.kind = CRITICAL_PATH_NODE, .map = map_critical_path},
     {.kind = FALSE_PATH_NODE, .map = map_false_path},
     {.kind = NONTPI_INSTANCE_NODE, .names = &CONFIGURATION::nontpi_instances},
-    {.kind = CLOCK_PERIOD_NODE, .statements = &CONFIGURATION::clock_period},
-    {.kind = TEST_FILES_NODE, .statements = &CONFIGURATION::test_files},
+    {.kind = CLOCK_PERIOD_NODE, .block = &CONFIGURATION::clock_period},
+    {.kind = TEST_FILES_NODE, .block = &CONFIGURATION::test_files},
     {.kind = TOP_MODULE_NODE, .text = &CONFIGURATION::top_module},
     {.kind = MBIST_CONSTRAINTS_NODE, .map = map_mbist_constraints},
     {.kind = SCAN_DECODER_NODE, .map = map_scan_decoder},
     {.kind = SEQUENCE_LIST_NODE, .map = map_sequences},
-    {.kind = TEST_SCHEDULE_LIST_NODE, .statements = &CONFIGURATION::test_schedule},
-    {.kind = TEST_SESSION_LIST_NODE, .statements = &CONFIGURATION::test_session},
-    {.kind = TEST_ARCHITECTURE_LIST_NODE, .statements = &CONFIGURATION::test_architecture},
+    {.kind = TEST_SCHEDULE_LIST_NODE, .block = &CONFIGURATION::test_schedule},
+    {.kind = TEST_SESSION_LIST_NODE, .block = &CONFIGURATION::test_session},
+    {.kind = TEST_ARCHITECTURE_LIST_NODE, .block = &CONFIGURATION::test_architecture},
     {.kind = CORE_LIST_NODE, .map = map_cores},
-    {.kind = WRAPPER_NODE, .statements = &CONFIGURATION::wrapper},
-    {.kind = DEEP_SCAN_INFO_NODE, .statements = &CONFIGURATION::deep_scan},
+    {.kind = WRAPPER_NODE, .block = &CONFIGURATION::wrapper},
+    {.kind = DEEP_SCAN_INFO_NODE, .block = &CONFIGURATION::deep_scan},
     {.kind = DEF_INFO_NODE, .names = &CONFIGURATION::def_info},
-    {.kind = MBIST_BSD_NODE, .statements = &CONFIGURATION::mbist_bsd},
+    {.kind = MBIST_BSD_NODE, .block = &CONFIGURATION::mbist_bsd},
     {.kind = INSTRUCTION_LIST_NODE, .map = map_instructions},
-    {.kind = PLL_CLOCK_FIX_LIST_NODE, .statements = &CONFIGURATION::pll_clock_fix},
-    {.kind = PLL_LIST_NODE, .statements = &CONFIGURATION::plls},
-    {.kind = BLACKBOX_LIST_NODE, .statements = &CONFIGURATION::blackboxes},
+    {.kind = PLL_CLOCK_FIX_LIST_NODE, .block = &CONFIGURATION::pll_clock_fix},
+    {.kind = PLL_LIST_NODE, .block = &CONFIGURATION::plls},
+    {.kind = BLACKBOX_LIST_NODE, .block = &CONFIGURATION::blackboxes},
     {.kind = READ_MAP_NODE, .text = &CONFIGURATION::read_map},
     {.kind = LOCKUP_LATCH_FILE_NODE, .text = &CONFIGURATION::lockup_latch_file},
     {.kind = MODIFY_CMD_NODE, .text = &CONFIGURATION::modify_cmd},
-    {.kind = SCAN_REPAIR_NODE, .statements = &CONFIGURATION::scan_repair},
+    {.kind = SCAN_REPAIR_NODE, .block = &CONFIGURATION::scan_repair},
     {.kind = CONNECT_SCAN_LIST_NODE, .map = map_connect_scans},
-    {.kind = CONNECT_CORE_LIST_NODE, .statements = &CONFIGURATION::connect_cores},
+    {.kind = CONNECT_CORE_LIST_NODE, .block = &CONFIGURATION::connect_cores},
     {.kind = CONNECT_BIST_LIST_NODE, .map = map_connect_bists},
     {.kind = ATPG_CONSTAINTS_NODE, .map = map_atpg_constraints},
     {.kind = SELECT_FAULT_NODE, .map = map_select_fault},
-    {.kind = TEST_CONVERSION_NODE, .statements = &CONFIGURATION::test_conversion},
-    {.kind = TA_CONSTRAINTS_NODE, .statements = &CONFIGURATION::ta_constraints},
-    {.kind = FOLD_SCAN_INFO_LIST_NODE, .statements = &CONFIGURATION::fold_scan_info},
+    {.kind = TEST_CONVERSION_NODE, .block = &CONFIGURATION::test_conversion},
+    {.kind = TA_CONSTRAINTS_NODE, .block = &CONFIGURATION::ta_constraints},
+    {.kind = FOLD_SCAN_INFO_LIST_NODE, .block = &CONFIGURATION::fold_scan_info},
     {.kind = CIPHERTEXT_NODE, .names = &CONFIGURATION::ciphertext},
     {.kind = CFG_INSTRUCTION_BINARY_NODE, .text = &CONFIGURATION::instruction_binary},
     {.kind = CFG_REGISTER_LENGTH_NODE, .text = &CONFIGURATION::register_length},
     {.kind = CFG_FOLD_SCAN_IN_LIST_NODE, .map = map_fold_scan},
     {.kind = CFG_FOLD_SCAN_OUT_LIST_NODE, .map = map_fold_scan},
-    {.kind = SCAN_MODULE_LIST_NODE, .statements = &CONFIGURATION::scan_modules},
+    {.kind = SCAN_MODULE_LIST_NODE, .block = &CONFIGURATION::scan_modules},
 };
 
 /// Names of a block that stand in its statements.
@@ -152,15 +151,16 @@ void append_all_names(SCAN_AST *block, const char **&names) {
 void take_step(const MAP_STEP &step, SCAN_AST *node) {
     if (step.map != nullptr)
         step.map(node);
-    else if (step.statements != nullptr)
-        copy_body(node, DFT_OBJECT->*step.statements);
-    else if (step.names != nullptr && node->child != nullptr && node->child->kind == IDENT_LIST_NODE)
+    else if (step.block != nullptr)
+        DFT_OBJECT->*step.block = node;
+    else if (step.names != nullptr && scan_child(node) != nullptr &&
+             scan_child(node)->kind == IDENT_LIST_NODE)
         append_names(node, DFT_OBJECT->*step.names);
     else if (step.names != nullptr)
         append_all_names(node, DFT_OBJECT->*step.names);
-    else if (node->child != nullptr)
+    else if (scan_child(node) != nullptr)
         DFT_OBJECT->*step.text =
-            node->child->attribute != nullptr ? value_text(node) : value_text(node->child);
+            value_text(node) != nullptr ? value_text(node) : value_text(scan_child(node));
 }
 
 } // namespace

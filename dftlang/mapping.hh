@@ -27,7 +27,6 @@ SEQUENCE *SCAN_FIND_SEQUENCE(const char *name);
 SCAN_INSTRUCTION *SCAN_FIND_INSTRUCTION(const char *name);
 
 // Values of one statement; each takes null for a statement that is absent.
-const char *value_text(SCAN_AST *statement);
 int32_t value_number(SCAN_AST *statement);
 DFT_VALUE GET_VALUE(SCAN_AST *statement);
 /// Appends the names below a node, lists included.
@@ -35,10 +34,6 @@ void append_names(SCAN_AST *node, const char **&names);
 /// A target as text: `name` or `name{pin}`.
 const char *target_text(SCAN_AST *target);
 void append_targets(SCAN_AST *statement, const char **&targets);
-
-/// A statement with its values and its body, and those of a body. List nodes are taken apart.
-DFT_STATEMENT copy_statement(SCAN_AST *node);
-void copy_body(SCAN_AST *node, DFT_STATEMENT *&rows);
 
 // The blocks that are more than their values.
 void map_multicycle_path(SCAN_AST *block);

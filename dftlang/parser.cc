@@ -34,9 +34,9 @@ constexpr FILE_ROW file_rows[SCAN_FILE_KINDS] = {
 /// An open block, or the file itself.
 struct FRAME {
     const BLOCK *block;
-    SCAN_AST *node;
+    OPEN_NODE node;
     std::bitset<most_statements> stands; ///< statements met, by their place in the block
-    std::vector<SCAN_AST *> lists;       ///< list nodes made so far, one per kind
+    std::vector<OPEN_NODE> lists;        ///< list nodes made so far, one per kind
     const STATEMENT *opened_by;          ///< null for the file
     size_t opened_at;                    ///< its place in the block around
 };
@@ -86,7 +86,7 @@ void check_number(const SHAPE &shape) {
 }
 
 /// Splits <instance>.<pin>. The instance ends in _<number>, which ties it to one of the BIST controllers.
-void append_pin_name(SCAN_AST *node, const char *text) {
+void append_pin_name(OPEN_NODE &node, const char *text) {
     const char *dot = std::strchr(text, '.');
     if (dot == nullptr) {
         SCAN_APPEND_CHILD(node, SCAN_MAKE_LEAF(IDENT_NODE, scan_yylineno, text));
@@ -97,7 +97,7 @@ void append_pin_name(SCAN_AST *node, const char *text) {
     bool numbered =
         bar != nullptr && (std::strcmp(bar + 1, "0") == 0 || std::strtol(bar + 1, nullptr, 10) != 0);
     if (!numbered) {
-        std::string keyword = scan_kind_name(node->kind);
+        std::string keyword = scan_kind_name(node.node->kind);
         keyword.resize(keyword.size() - std::strlen("_NODE"));
         scan_error_fail("ERROR : %s pin format error !\n", keyword.c_str());
     }
@@ -105,7 +105,7 @@ void append_pin_name(SCAN_AST *node, const char *text) {
     SCAN_APPEND_CHILD(node, SCAN_MAKE_LEAF(IDENT_NODE, scan_yylineno, keep_text(dot + 1)));
 }
 
-void match_token(const SHAPE &shape, SCAN_AST *node) {
+void match_token(const SHAPE &shape, OPEN_NODE &node) {
     if (token != shape.token)
         scan_yyerror();
     check_number(shape);
@@ -120,14 +120,14 @@ bool starts_here(const SHAPE &shape) {
     return shape.first.test(static_cast<size_t>(token));
 }
 
-void match(const SHAPE &shape, SCAN_AST *node);
+void match(const SHAPE &shape, OPEN_NODE &node);
 
-void match_parts(const SHAPE &shape, SCAN_AST *node) {
+void match_parts(const SHAPE &shape, OPEN_NODE &node) {
     for (const SHAPE &part : shape.parts)
         match(part, node);
 }
 
-void match_choice(const SHAPE &shape, SCAN_AST *node) {
+void match_choice(const SHAPE &shape, OPEN_NODE &node) {
     for (const SHAPE &part : shape.parts) {
         if (starts_here(part)) {
             match(part, node);
@@ -138,7 +138,7 @@ void match_choice(const SHAPE &shape, SCAN_AST *node) {
         scan_yyerror();
 }
 
-void match(const SHAPE &shape, SCAN_AST *node) {
+void match(const SHAPE &shape, OPEN_NODE &node) {
     switch (shape.kind) {
     case SHAPE_SEQUENCE:
         match_parts(shape, node);
@@ -155,9 +155,9 @@ void match(const SHAPE &shape, SCAN_AST *node) {
             match_parts(shape, node);
         break;
     case SHAPE_NODE: {
-        SCAN_AST *made = SCAN_MAKE_AST(shape.node, scan_yylineno);
+        OPEN_NODE made = SCAN_OPEN_AST(shape.node, scan_yylineno);
         match_parts(shape, made);
-        SCAN_APPEND_CHILD(node, made);
+        SCAN_APPEND_CHILD(node, made.node);
         break;
     }
     case SHAPE_BODY:
@@ -172,15 +172,14 @@ void match(const SHAPE &shape, SCAN_AST *node) {
 }
 
 /// The list node of a kind in the frame, made at its first use.
-SCAN_AST *list_node(FRAME &frame, SCAN_KIND kind) {
-    for (SCAN_AST *list : frame.lists) {
-        if (list->kind == kind)
+OPEN_NODE &list_node(FRAME &frame, SCAN_KIND kind) {
+    for (OPEN_NODE &list : frame.lists) {
+        if (list.node->kind == kind)
             return list;
     }
-    SCAN_AST *list = SCAN_MAKE_AST(kind, scan_yylineno);
-    SCAN_APPEND_CHILD(frame.node, list);
-    frame.lists.push_back(list);
-    return list;
+    OPEN_NODE list = SCAN_OPEN_AST(kind, scan_yylineno);
+    SCAN_APPEND_CHILD(frame.node, list.node);
+    return frame.lists.emplace_back(list);
 }
 
 /// Name of a kind in the repetition warning.
@@ -224,12 +223,12 @@ void close_block() {
     int32_t line = scan_yylineno;
     FRAME closed = std::move(frames.back());
     frames.pop_back();
-    if (closed.node->kind == ATPG_CONSTAINTS_NODE)
-        check_atpg_scan_opt_duplicate(closed.node->child);
+    if (closed.node.node->kind == ATPG_CONSTAINTS_NODE)
+        check_atpg_scan_opt_duplicate(scan_child(closed.node.node));
     check_missing(closed, line);
     if (closed.stands.none() && !closed.block->is_checked)
         empty_body_error(closed.opened_by->keyword.c_str(), line);
-    finish_statement(frames.back(), closed.opened_at, closed.node, line);
+    finish_statement(frames.back(), closed.opened_at, closed.node.node, line);
     next();
 }
 
@@ -264,7 +263,7 @@ const std::vector<size_t> &statement_places(const BLOCK &block) {
 
 /// Which one of several statements of a keyword it is. What they have in common in front is read; `part` is
 /// then the place in which they differ.
-size_t told_apart(const BLOCK &block, std::vector<size_t> places, SCAN_AST *node, size_t &part) {
+size_t told_apart(const BLOCK &block, std::vector<size_t> places, OPEN_NODE &node, size_t &part) {
     for (;; part++) {
         auto shape = [&](size_t place) -> const SHAPE & { return block.statements[place].shape.parts[part]; };
         std::erase_if(places, [&](size_t place) { return !starts_here(shape(place)); });
@@ -279,7 +278,7 @@ size_t told_apart(const BLOCK &block, std::vector<size_t> places, SCAN_AST *node
 void parse_statement() {
     const BLOCK &block = *frames.back().block;
     const std::vector<size_t> &places = statement_places(block);
-    SCAN_AST *node = SCAN_MAKE_AST(block.statements[places[0]].kind, scan_yylineno);
+    OPEN_NODE node = SCAN_OPEN_AST(block.statements[places[0]].kind, scan_yylineno);
     if (block.statements[places[0]].with_text)
         SCAN_APPEND_CHILD(node, SCAN_MAKE_LEAF(IDENT_NODE, scan_yylineno, scan_yylval.text));
     next();
@@ -287,11 +286,11 @@ void parse_statement() {
     size_t part = 0;
     size_t place = places.size() == 1 ? places[0] : told_apart(block, places, node, part);
     const STATEMENT &statement = block.statements[place];
-    node->kind = statement.kind;
+    node.node->kind = statement.kind;
     for (; part < statement.shape.parts.size(); part++)
         match(statement.shape.parts[part], node);
     if (body_block < 0)
-        return finish_statement(frames.back(), place, node, previous_line);
+        return finish_statement(frames.back(), place, node.node, previous_line);
     if (frames.size() > deepest_block)
         error_handler(in_file_name, scan_yylineno, MESSAGE_DEPTH);
     const BLOCK *opened = &grammar_blocks()[static_cast<size_t>(body_block)];
@@ -325,7 +324,7 @@ void scan_yyparse(SCAN_FILE_KIND expected) {
         refuse_in_path_file();
         error_handler(in_file_name, scan_yylineno, MESSAGE_WRONG_KIND, file_rows[expected].name);
     }
-    SCAN_AST *root = SCAN_MAKE_AST(PROGRAM_NODE, scan_yylineno);
+    OPEN_NODE root = SCAN_OPEN_AST(PROGRAM_NODE, scan_yylineno);
     const BLOCK &block = grammar_blocks()[static_cast<size_t>(grammar_block(file_rows[kind].block))];
     frames.clear();
     frames.push_back({&block, root, {}, {}, nullptr, 0});
@@ -336,7 +335,7 @@ void scan_yyparse(SCAN_FILE_KIND expected) {
             parse_statement();
     }
     frames.clear();
-    scan_root[kind] = root;
+    scan_root[kind] = root.node;
     if (kind == DFT_FILE_KIND)
-        check_dft_semantic(root);
+        check_dft_semantic(root.node);
 }

@@ -33,7 +33,7 @@ extern FILE_PATHS *file_dft_multicycle_pathG;
 extern const char **dft_critical_pathG;
 extern PATH_ROW *dft_false_pathG;
 extern FILE_PATHS *file_dft_false_pathG;
-extern DFT_STATEMENT *sl_gui_infoG;
+extern const SCAN_AST *sl_gui_infoG;
 extern const char *current_pathG;     ///< directory of the current configuration's file with its '/', or null
 extern int32_t new_decoder_scan_mode; ///< these four: the decoder's port stands in block form; kept when the
 extern int32_t new_decoder_test_mode; ///< configuration has no decoder

@@ -103,10 +103,13 @@ std::string_view taken(size_t length) {
     return text;
 }
 
-int32_t give(int32_t token, std::string_view text) {
-    scan_yylval.text = keep_text(text);
-    scan_yylval.shown = scan_yylval.text;
+int32_t give_kept(int32_t token, const char *text) {
+    scan_yylval.text = scan_yylval.shown = text;
     return token;
+}
+
+int32_t give(int32_t token, std::string_view text) {
+    return give_kept(token, keep_copy(text));
 }
 
 size_t digits_from(size_t ahead) {
@@ -201,11 +204,10 @@ size_t measure_word() {
 int32_t word_token() {
     size_t length = measure_word();
     std::string_view word(window.bytes.data() + window.position, length);
-    int32_t token = numbered_word(word);
-    if (token < 0)
-        token = keyword_lookup(word);
-    if (token >= 0)
+    if (int32_t token = numbered_word(word); token >= 0)
         return give(token, taken(length));
+    if (int32_t token = keyword_lookup(word); token >= 0)
+        return give_kept(token, keep_text(taken(length))); // keywords are few and stand everywhere
     bool escaped = window.last_escape > window.position;
     char stop = window.last_open > window.position ? '(' : ')';
     size_t end = escaped ? std::string_view::npos : word.find(stop);
@@ -239,9 +241,7 @@ int32_t pattern_token() {
         return 0;
     for (size_t i = 0; i <= length; i++)
         take();
-    scan_yylval.text = keep_text(text);
-    scan_yylval.shown = scan_yylval.text;
-    return TOKEN_PATTERN;
+    return give(TOKEN_PATTERN, text);
 }
 
 /// The inner text of a string whose opening delimiter has been taken.
@@ -345,7 +345,9 @@ int32_t token_at(int c) {
         take();
         token = TOKEN_ARROW;
     }
-    scan_yylval.shown = token == TOKEN_ARROW ? "=>" : keep_format("%c", token);
+    static char shown[2];
+    shown[0] = static_cast<char>(token);
+    scan_yylval.shown = token == TOKEN_ARROW ? "=>" : shown;
     return token;
 }
 

@@ -1,4 +1,4 @@
-// Values of single statements, and statements copied whole.
+// Values of single statements, and statements as a whole.
 #include "dftlang/mapping.hh"
 
 #include "dftlang/messages.hh"
@@ -9,15 +9,11 @@
 
 namespace {
 
-bool is_leaf(const SCAN_AST &node) {
-    return node.attribute != nullptr;
-}
-
 /// A node that only collects statements of one kind.
 bool is_collection(const SCAN_AST &node) {
     std::string_view name = scan_kind_name(node.kind);
-    const SCAN_AST *first = node.child;
-    return name.ends_with("_LIST_NODE") && first != nullptr && !is_leaf(*first) &&
+    const SCAN_AST *first = scan_child(&node);
+    return name.ends_with("_LIST_NODE") && first != nullptr && scan_text(first) == nullptr &&
            first->kind != IDENT_LIST_NODE;
 }
 
@@ -25,12 +21,18 @@ bool is_value_list(SCAN_KIND kind) {
     return kind == IDENT_LIST_NODE || kind == PATTERN_LIST_NODE || kind == PIN_LIST_NODE;
 }
 
-} // namespace
-
-const char *value_text(SCAN_AST *statement) {
-    SCAN_AST *value = statement == nullptr ? nullptr : statement->child;
-    return value == nullptr ? nullptr : value->attribute;
+void append_statements(const SCAN_AST *block, std::vector<DFT_STATEMENT> &made) {
+    for (SCAN_AST &child : scan_children(block)) {
+        if (scan_text(&child) != nullptr || is_value_list(child.kind))
+            continue;
+        if (is_collection(child))
+            append_statements(&child, made);
+        else
+            made.push_back(dft_statement(&child));
+    }
 }
+
+} // namespace
 
 int32_t value_number(SCAN_AST *statement) {
     const char *text = value_text(statement);
@@ -41,11 +43,11 @@ DFT_VALUE GET_VALUE(SCAN_AST *statement) {
     DFT_VALUE value = {-1, -1.0};
     if (statement == nullptr)
         return value;
-    SCAN_AST *leaf = statement->child;
+    SCAN_AST *leaf = scan_child(statement);
     if (leaf != nullptr && leaf->kind == NUMBER_NODE)
-        value.number = static_cast<int32_t>(std::strtol(leaf->attribute, nullptr, 10));
+        value.number = static_cast<int32_t>(std::strtol(scan_text(leaf), nullptr, 10));
     else if (leaf != nullptr && leaf->kind == PERCENTAGE_NODE)
-        value.fraction = std::strtod(leaf->attribute, nullptr) / 100.0;
+        value.fraction = std::strtod(scan_text(leaf), nullptr) / 100.0;
     else
         tree_error();
     return value;
@@ -53,8 +55,8 @@ DFT_VALUE GET_VALUE(SCAN_AST *statement) {
 
 void append_names(SCAN_AST *node, const char **&names) {
     for (SCAN_AST &child : scan_children(node)) {
-        if (child.attribute != nullptr)
-            append_row(names, child.attribute);
+        if (scan_text(&child) != nullptr)
+            append_row(names, scan_text(&child));
         else if (child.kind == IDENT_LIST_NODE)
             append_names(&child, names);
     }
@@ -62,8 +64,8 @@ void append_names(SCAN_AST *node, const char **&names) {
 
 const char *target_text(SCAN_AST *target) {
     const char *name = value_text(target);
-    SCAN_AST *pin = target->child == nullptr ? nullptr : target->child->sibling;
-    return pin == nullptr ? name : keep_format("%s{%s}", name, pin->attribute);
+    SCAN_AST *pin = scan_child(target) == nullptr ? nullptr : scan_child(target)->sibling;
+    return pin == nullptr ? name : keep_format("%s{%s}", name, scan_text(pin));
 }
 
 void append_targets(SCAN_AST *statement, const char **&targets) {
@@ -71,33 +73,23 @@ void append_targets(SCAN_AST *statement, const char **&targets) {
         append_row(targets, target_text(&target));
 }
 
-DFT_STATEMENT copy_statement(SCAN_AST *node) {
+DFT_STATEMENT dft_statement(const SCAN_AST *node) {
     std::string_view keyword = scan_kind_name(node->kind);
     if (keyword.ends_with("_NODE"))
         keyword.remove_suffix(5);
-    DFT_STATEMENT row = {keep_text(keyword), nullptr, nullptr, node->line};
+    DFT_STATEMENT row = {keyword, {}, dft_statements(node), node->line};
     for (SCAN_AST &child : scan_children(node)) {
-        if (is_leaf(child)) {
-            append_row(row.values, child.attribute);
-        } else if (is_value_list(child.kind)) {
+        if (const char *text = scan_text(&child))
+            row.values.push_back(text);
+        else if (is_value_list(child.kind))
             for (SCAN_AST &value : scan_children(&child))
-                append_row(row.values, value.kind == PIN_NODE ? target_text(&value) : value.attribute);
-        } else if (is_collection(child)) {
-            copy_body(&child, row.body);
-        } else {
-            append_row(row.body, copy_statement(&child));
-        }
+                row.values.push_back(value.kind == PIN_NODE ? target_text(&value) : scan_text(&value));
     }
     return row;
 }
 
-void copy_body(SCAN_AST *node, DFT_STATEMENT *&rows) {
-    for (SCAN_AST &child : scan_children(node)) {
-        if (is_leaf(child) || is_value_list(child.kind))
-            continue;
-        if (is_collection(child))
-            copy_body(&child, rows);
-        else
-            append_row(rows, copy_statement(&child));
-    }
+std::vector<DFT_STATEMENT> dft_statements(const SCAN_AST *block) {
+    std::vector<DFT_STATEMENT> made;
+    append_statements(block, made);
+    return made;
 }

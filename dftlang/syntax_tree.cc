@@ -1,6 +1,7 @@
 #include "dftlang/syntax_tree.hh"
 
-#include <deque>
+#include <memory>
+#include <vector>
 
 namespace {
 
@@ -10,9 +11,17 @@ constexpr const char *node_name_tab[] = {
 #undef DFT_NODE
 };
 
-std::deque<SCAN_AST> &nodes() {
-    static auto *const store = new std::deque<SCAN_AST>; // nodes never move and live to the exit
-    return *store;
+constexpr size_t block_nodes = 4096;
+
+/// Nodes never move and live to the exit.
+SCAN_AST *new_node() {
+    static auto *const blocks = new std::vector<std::unique_ptr<SCAN_AST[]>>;
+    static size_t used = block_nodes;
+    if (used == block_nodes) {
+        blocks->push_back(std::make_unique_for_overwrite<SCAN_AST[]>(block_nodes));
+        used = 0;
+    }
+    return &blocks->back()[used++];
 }
 
 bool is_leaf(SCAN_KIND kind) {
@@ -27,20 +36,36 @@ const char *scan_kind_name(SCAN_KIND kind) {
 }
 
 SCAN_AST *SCAN_MAKE_AST(SCAN_KIND kind, int32_t line) {
-    return SCAN_MAKE_LEAF(kind, line, nullptr);
+    SCAN_AST *made = new_node();
+    *made = {.kind = kind, .line = line, .child = nullptr, .sibling = nullptr};
+    return made;
 }
 
 SCAN_AST *SCAN_MAKE_LEAF(SCAN_KIND kind, int32_t line, const char *text) {
-    return &nodes().emplace_back(SCAN_AST{kind, line, text, nullptr, nullptr, nullptr, nullptr});
+    SCAN_AST *made = SCAN_MAKE_AST(kind, line);
+    made->attribute = text;
+    return made;
 }
 
-void SCAN_APPEND_CHILD(SCAN_AST *node, SCAN_AST *child) {
-    if (node->last_child == nullptr)
-        node->child = child;
-    else
-        node->last_child->sibling = child;
-    node->last_child = child;
-    child->parent = node;
+OPEN_NODE SCAN_OPEN_AST(SCAN_KIND kind, int32_t line) {
+    return {SCAN_MAKE_AST(kind, line), nullptr};
+}
+
+void SCAN_APPEND_CHILD(OPEN_NODE &open, SCAN_AST *child) {
+    (open.last_child == nullptr ? open.node->child : open.last_child->sibling) = child;
+    open.last_child = child;
+}
+
+const char *scan_text(const SCAN_AST *node) {
+    return node != nullptr && is_leaf(node->kind) ? node->attribute : nullptr;
+}
+
+SCAN_AST *scan_child(const SCAN_AST *node) {
+    return node == nullptr || is_leaf(node->kind) ? nullptr : node->child;
+}
+
+const char *value_text(const SCAN_AST *statement) {
+    return scan_text(scan_child(statement));
 }
 
 SCAN_AST *SCAN_FIND_AST(SCAN_AST *first, SCAN_KIND kind) {
@@ -49,8 +74,8 @@ SCAN_AST *SCAN_FIND_AST(SCAN_AST *first, SCAN_KIND kind) {
     return first;
 }
 
-SCAN_AST *SCAN_FIND_CHILD(SCAN_AST *node, SCAN_KIND kind) {
-    return node == nullptr ? nullptr : SCAN_FIND_AST(node->child, kind);
+SCAN_AST *SCAN_FIND_CHILD(const SCAN_AST *node, SCAN_KIND kind) {
+    return SCAN_FIND_AST(scan_child(node), kind);
 }
 
 int32_t SCAN_CHILD_COUNT(const SCAN_AST *node) {

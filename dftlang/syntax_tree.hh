@@ -14,15 +14,22 @@ enum SCAN_KIND : int32_t {
     SCAN_KIND_COUNT
 };
 
-/// One construct. A leaf (IDENT, NUMBER, REAL_NUM, PERCENTAGE, PATTERN) has a text.
+/// One construct. A leaf (IDENT, NUMBER, REAL_NUM, PERCENTAGE, PATTERN) has a text, any other node children:
+/// scan_text and scan_child tell which. A large file is nearly all nodes, so they are small.
 struct SCAN_AST {
     SCAN_KIND kind;
     int32_t line; ///< of the file, when the node was made
-    const char *attribute;
-    SCAN_AST *child;
-    SCAN_AST *last_child; ///< so that a long list costs no walk
+    union {
+        const char *attribute; ///< of a leaf
+        SCAN_AST *child;       ///< first child of another node, or null
+    };
     SCAN_AST *sibling;
-    SCAN_AST *parent;
+};
+
+/// A node that still takes children; it knows its last one, so that a long list costs no walk.
+struct OPEN_NODE {
+    SCAN_AST *node;
+    SCAN_AST *last_child;
 };
 
 /// Name of a kind, as messages and listings print it.
@@ -30,12 +37,20 @@ const char *scan_kind_name(SCAN_KIND kind);
 
 SCAN_AST *SCAN_MAKE_AST(SCAN_KIND kind, int32_t line);
 SCAN_AST *SCAN_MAKE_LEAF(SCAN_KIND kind, int32_t line, const char *text);
-/// Appends one node at the end of the children and sets its parent.
-void SCAN_APPEND_CHILD(SCAN_AST *node, SCAN_AST *child);
+/// A node of that kind without children, to be filled.
+OPEN_NODE SCAN_OPEN_AST(SCAN_KIND kind, int32_t line);
+/// Appends one node at the end of the children.
+void SCAN_APPEND_CHILD(OPEN_NODE &open, SCAN_AST *child);
+/// The text of a leaf; null for any other node and for null.
+const char *scan_text(const SCAN_AST *node);
+/// The first child of a node; null for a leaf and for null.
+SCAN_AST *scan_child(const SCAN_AST *node);
+/// The text of a statement's value, its first child; null when that is no leaf.
+const char *value_text(const SCAN_AST *statement);
 /// The first node of that kind in a sibling chain, or null; null for a null chain.
 SCAN_AST *SCAN_FIND_AST(SCAN_AST *first, SCAN_KIND kind);
 /// The first child of that kind, or null; null for a null node.
-SCAN_AST *SCAN_FIND_CHILD(SCAN_AST *node, SCAN_KIND kind);
+SCAN_AST *SCAN_FIND_CHILD(const SCAN_AST *node, SCAN_KIND kind);
 int32_t SCAN_CHILD_COUNT(const SCAN_AST *node);
 /// Writes the debug listing: one line per node, children four blanks further in.
 void SCAN_PRINT_AST(std::FILE *stream, const SCAN_AST *node, int32_t indent);
@@ -65,5 +80,5 @@ struct SCAN_RANGE {
 };
 /// The children of a node; none for null.
 inline SCAN_RANGE scan_children(const SCAN_AST *node) {
-    return {node == nullptr ? nullptr : node->child};
+    return {scan_child(node)};
 }

@@ -12,6 +12,7 @@
 #include "support/text.hh"
 
 #include <map>
+#include <sys/stat.h>
 
 namespace {
 
@@ -93,6 +94,12 @@ std::string log_text(const VLOG &reader, const NL_MODULE *flat) {
     return text;
 }
 
+/// The folder of -opath, which a first run has not got yet. One that can't be made is told of by the first file.
+void make_output_directory(const VERIN_ARGUMENTS &arguments) {
+    if (!arguments.output_directory.empty())
+        ::mkdir(arguments.output_directory.c_str(), 0777);
+}
+
 void write_design(VLOG &reader, const VERIN_ARGUMENTS &arguments) {
     NL_DESIGN &design = reader.design;
     std::vector<std::string> directories;
@@ -111,6 +118,7 @@ void write_design(VLOG &reader, const VERIN_ARGUMENTS &arguments) {
     VLOG_link(reader, [&](NL_MODULE &module) { return DEF_read_module(design, module, directories); });
     NL_MODULE flat = NL_flatten(design, top);
     NL_open_lone_pins(design, flat);
+    make_output_directory(arguments);
     for (size_t i = 0; i < paths.size(); i++) {
         const NL_MODULE &module = design.modules[static_cast<size_t>(reader.modules[i].module)];
         NL_write_sdb(design, module, paths[i] + ".sdb");
@@ -125,6 +133,7 @@ void write_library(VLOG &reader, const VERIN_ARGUMENTS &arguments) {
     std::vector<std::string> paths;
     for (const VLOG_MODULE &record : reader.modules)
         paths.push_back(file_of_module(reader, record, arguments.output_directory));
+    make_output_directory(arguments);
     for (size_t i = 0; i < paths.size(); i++)
         NL_write_sdb(reader.design, reader.design.modules[static_cast<size_t>(reader.modules[i].module)],
                      paths[i] + ".sdb");

@@ -61,16 +61,21 @@ std::string format_list(const char *format, va_list values) {
     return std::string(formatted_text(format, values).view());
 }
 
+const char *keep_copy(std::string_view text) {
+    char *place = take_bytes(store(), text.size() + 1);
+    if (!text.empty())
+        std::memcpy(place, text.data(), text.size());
+    place[text.size()] = '\0';
+    return place;
+}
+
 const char *keep_text(std::string_view text) {
     text_store &texts = store();
     if (auto known = texts.index.find(text); known != texts.index.end())
         return known->data();
-    char *place = take_bytes(texts, text.size() + 1);
-    if (!text.empty())
-        std::memcpy(place, text.data(), text.size());
-    place[text.size()] = '\0';
-    texts.index.emplace(place, text.size());
-    return place;
+    const char *kept = keep_copy(text);
+    texts.index.emplace(kept, text.size());
+    return kept;
 }
 
 const char *keep_text_or_null(const char *text) {

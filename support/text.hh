@@ -11,7 +11,11 @@
 /// Keeps a copy of `text` to the exit and returns it, zero-terminated. Equal texts share one copy.
 const char *keep_text(std::string_view text);
 
-/// The same for a text that may be null; null stays null.
+/// Keeps a copy that is not shared: for the texts of a large file, which mostly stand there once, so that
+/// finding equal ones would cost more memory than it spares.
+const char *keep_copy(std::string_view text);
+
+/// The same as keep_text for a text that may be null; null stays null.
 const char *keep_text_or_null(const char *text);
 
 /// A formatted text that takes memory only when it is long, so that a short message can be made when there is

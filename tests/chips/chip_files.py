@@ -25,7 +25,7 @@ class Cell:
 @dataclass
 class Chip:
     cells: list = field(default_factory=list)
-    ports: list = field(default_factory=list)       # every port of the pin file, bit by bit
+    ports: list = field(default_factory=list)       # every port of the pin file, bit by bit, and the test port
     test_ports: dict = field(default_factory=dict)  # "tdi" and the like to the port's name
     skipped: set = field(default_factory=set)       # ports that may lack a row in the pin file
     opcodes: dict = field(default_factory=dict)
@@ -97,6 +97,25 @@ def read_pad_enables(path):
         enables += [(name, pins) for name in re.split(r"[\s,]+", names.strip())]
     enables.sort(key=lambda row: "*" in row[0])         # an exact name goes before a family
     return lambda pad: next((pins for name, pins in enables if fnmatch.fnmatchcase(pad, name)), {})
+
+
+def read_wires(path):
+    """The cells of the insertion that are wires while the core has the pins, each with two pins; those that are
+    nothing then; and the TAP's pins that take pins of a pad over."""
+    text = strip_comments(open(path).read())
+    through, drop, taken = [], [], set()
+    for name, body in re.findall(r"%TAP_CONTROLLER\s+(\S+)\s*\{([^}]*)\}", text):
+        drop.append(name)
+        taken |= {(name, pin.lstrip("-")) for pin in re.findall(r"%TDO(?:_EN)?\s+(\S+?)\s*;", body)}
+    for name, body in re.findall(r"%SCAN_CELL\s+(\S+)\s*\{([^}]*)\}", text):
+        pins = dict(re.findall(r"%(\w+)\s+(\S+?)\s*;", body))
+        drop += [name] if "DATA_OUT" not in pins else []
+        through += [(name, pins[a], pins[b]) for a, b in (("DATA_IN", "DATA_OUT"), ("SYS_PIN", "SYS_IN")) if b in pins]
+    for name in re.findall(r"%\w*SIGNAL_BUFFER\s+(\S+?)\s*;", text):
+        body = re.search(rf"%BUFFER\s[^{{}}]*\b{name}\b[^{{}}]*\{{([^}}]*)\}}", text)
+        pins = dict(re.findall(r"%(\w+)\s+(\S+?)\s*;", body[1] if body else ""))
+        through += [(name, pins["INPUT"], pins["OUTPUT"])] if body else []
+    return through, drop, taken
 
 
 def read_joins(folder):
@@ -172,6 +191,7 @@ def read_chip(bso, bsc, lib):
     rows, controls = read_bso(bso)
     chip = Chip(cells=make_register(bso, rows, controls, read_pad_enables(lib)), ports=[row.port for row in rows if "{" not in row.port])
     read_bsc(bsc, chip)
+    chip.ports += [port for port in chip.test_ports.values() if port not in chip.ports]
     return chip
 
 

@@ -232,7 +232,7 @@ def write_files(layout, design, work):
 def plan_of(layout, vhdl):
     return {"design": "chip", "cells": ["cells.v", *layout.bcm], "netlist": ["chip.v"], "resets": {"rst_n": "0"}, "vhdl": vhdl,
             "before": ["chip_TAP.v"] if layout.exists or layout.bcm else [], "cycles": 400,
-            "tdo_always_driven": layout.unwired or "-no_pad" in layout.options}
+            "structure": not (vhdl or layout.bare or layout.bcm), "tdo_always_driven": layout.unwired or "-no_pad" in layout.options}
 
 
 def insert(layout, work, bin_dir, vhdl):

@@ -13,6 +13,7 @@ The plan names the chip's files. What is proven comes from the .bso, .bsc and .l
   - CLAMP holds the pins, HIGHZ releases them, INTEST runs the core on shifted data, where they exist
   - in all other time the chip does, step by step, what it did before the insertion
   - Yosys and Verilator accept the netlist
+  - with the boundary cells as wires the netlist is that of the chip, pin by pin and name by name
 
 Ends with status 0 and a line of counts, or with status 1 and the first faults.
 """
@@ -26,7 +27,8 @@ import sys
 
 sys.dont_write_bytecode = True
 import checks  # noqa: E402
-from chip_files import ProofError, read_chip  # noqa: E402
+import compare  # noqa: E402
+from chip_files import ProofError, read_chip, read_wires  # noqa: E402
 from player import Player, run  # noqa: E402
 from tap_driver import Session  # noqa: E402
 from vhdl_player import VhdlPlayer  # noqa: E402
@@ -77,77 +79,74 @@ def accept(plan, netlists, work):
              "-Wno-ASSIGNIN", "--top-module", top, *sources], work, "verilator")
 
 
-def compare_runs(session, before, after, pins, test_ports):
-    """The two runs must agree in every step in which the core owns the pins. The test port may be new."""
-    faults, compared = [], 0
-    for step, diverges in enumerate(session.diverges):
-        if diverges:
-            continue
-        for pin, old, new in zip(pins, before[step], after[step]):
-            if pin not in test_ports:
-                compared += 1
-                if old != new:
-                    faults.append(f"step {step} ({session.labels[step]}): {pin} was {old}, is {new}")
-    return faults, compared
+def check_structure(chip, plan, netlists, work, macros=()):
+    """With the boundary cells as wires the netlists are that of the plan, but for a test port that is new."""
+    through, drop, taken = read_wires(work / f"{plan['design']}.lib")
+    cells = [work / name for name in (*plan["cells"], f"{plan['design']}_TAP_empty.v")]
+    known = compare.Reader(cells, set(macros), bodies=False).modules
+    def flat(names):
+        return compare.Flat(compare.Reader([work / name for name in names], set(macros)), known, through, drop)
+    old = flat(plan["netlist"])
+    added = set(chip.test_ports.values()) - set(old.top.ports)
+    for name in netlists:
+        yield from (f"{name}: {fault}" for fault in compare.differences(old, flat([name]), added, taken))
 
 
-def check_tdo(session, after, place):
-    faults = []
-    for step, expected in session.expect.items():
-        if after[step][place] != expected:
-            faults.append(f"step {step} ({session.labels[step]}): TDO is {after[step][place]}, not {expected}")
-    return faults
+def check_tdo(trials, value):
+    return [f"step {step} ({trials.session.labels[step]}): TDO is {value(step, trials.tdo)}, not {expected}"
+            for step, expected in trials.session.expect.items() if value(step, trials.tdo) != expected]
 
 
-def activity(chip, session, after, pins):
-    """A comparison of pins that never move proves nothing: each output has to be seen at 0 and at 1, and each
-    shared or single enable on and off."""
-    faults = []
-    for cell in chip.cells:
-        if cell.kind not in ("output2", "output3", "bidir"):
-            continue
-        seen = {answer[pins.index(cell.port)] for answer, diverges in zip(after, session.diverges) if not diverges}
-        if not {"0", "1"} <= seen:
-            faults.append(f"stimulus: {cell.port} only reads {' '.join(sorted(seen))} while the core has the pins")
-    return faults
+def judge(make_trials, before, netlists, pins):
+    """Plays one session on the chip before the insertion and on each netlist; netlists has a player for each name.
+    The two runs must agree in every step in which the core owns the pins. The test port may be new. A comparison of
+    pins that never move proves nothing, so each output has to be seen at 0 and at 1."""
+    trials = make_trials()
+    trials.whole()
+    session, faults, counts = trials.session, [], []
+    ports = [pin for pin in trials.chip.ports if pin not in trials.chip.test_ports.values()]
+    theirs = [step for step, diverges in enumerate(session.diverges) if not diverges]
+    old = checks.values(before.play(session.steps), pins)
+    for name, player in netlists.items():
+        new = checks.values(player.play(session.steps), pins)
+        found = check_tdo(trials, new)
+        for check in trials.found:
+            found += check(new, old)
+        found += [f"step {step} ({session.labels[step]}): {pin} was {old(step, pin)}, is {new(step, pin)}"
+                  for step in theirs for pin in ports if old(step, pin) != new(step, pin)]
+        if "INTEST" in trials.chip.opcodes:
+            found += checks.intest(make_trials, lambda steps: checks.values(before.play(steps), pins),
+                                   lambda steps: checks.values(player.play(steps), pins))
+        faults += [f"{name}: {fault}" for fault in found]
+        counts.append(f"{name}: {len(session.steps)} steps, {len(session.expect)} TDO bits, {len(trials.found)} "
+                      f"captures and pin states, {len(theirs) * len(ports)} pin values compared")
+    return faults + [f"stimulus: {pin} never moves while the core has the pins" for pin in trials.moving
+                     if not {"0", "1"} <= {old(step, pin) for step in theirs}], counts
 
 
 def prove(plan, work, simulate_only):
     design = plan["design"]
     chip = read_chip(work / f"{design}.bso", work / f"{design}.bsc", work / f"{design}.lib")
-    pins = chip.ports = chip.ports + [port for port in chip.test_ports.values() if port not in chip.ports]
-    place = {pin: index for index, pin in enumerate(pins)}
+    pins = chip.ports
     vhdl = plan.get("vhdl", False)
     netlists = [f"{design}_jtag.vhd"] if vhdl else [f"{design}_jtag.v", f"{design}_jtag_flat.v"]
     if not simulate_only and not vhdl:
         accept(plan, netlists, work)
+    structure = list(check_structure(chip, plan, netlists, work)) if plan.get("structure", not vhdl) else []
 
-    session = Session(chip, plan.get("tdo_always_driven", False))
-    later = checks.whole_session(chip, session, plan, random.Random(plan.get("seed", 1)))
-    before_player = Player(work, "before", plan["netlist"] + plan.get("before", []) + plan["cells"],
-                           design, pins, chip.skipped)
-    before = before_player.play(session.steps)
-
-    faults, counts = [], []
-    for netlist in netlists:
+    def player(netlist):
         tag = pathlib.Path(netlist).stem
         if vhdl:
-            player = VhdlPlayer(work, tag, ["cells.vhd", f"{design}_TAP.vhd", netlist], f"{design}_jtag", pins)
-        else:
-            player = Player(work, tag, [netlist, f"{design}_TAP.v", *plan["cells"]], f"{design}_jtag", pins,
-                            chip.skipped)
-        after = player.play(session.steps)
-        found = check_tdo(session, after, place[chip.test_ports["tdo"]])
-        for check in later:
-            found += check(after, place)
-        moves, compared = compare_runs(session, before, after, pins, chip.test_ports.values())
-        found += moves + activity(chip, session, after, pins)
-        if "INTEST" in chip.opcodes:
-            found += checks.prove_intest(chip, plan, before_player, player, place)
-        faults += [f"{netlist}: {fault}" for fault in found]
-        counts.append(f"{netlist}: {len(session.steps)} steps, {len(session.expect)} TDO bits, "
-                      f"{len(later)} captures and pin states, {compared} pin values compared")
-    return len(chip.cells), faults, counts
+            return VhdlPlayer(work, tag, ["cells.vhd", f"{design}_TAP.vhd", netlist], f"{design}_jtag", pins)
+        return Player(work, tag, [netlist, f"{design}_TAP.v", *plan["cells"]], f"{design}_jtag", pins, chip.skipped)
+
+    def make_trials():
+        return checks.Trials(chip, Session(chip, plan.get("tdo_always_driven", False)), plan, random.Random(1))
+
+    before = Player(work, "before", plan["netlist"] + plan.get("before", []) + plan["cells"], design, pins,
+                    chip.skipped)
+    faults, counts = judge(make_trials, before, {name: player(name) for name in netlists}, pins)
+    return len(chip.cells), structure + faults, counts
 
 
 def main():

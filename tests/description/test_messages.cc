@@ -43,28 +43,11 @@ MESSAGE_CASE lib_case(const char *title, const std::string &lib, int line, const
 INSTANTIATE_TEST_SUITE_P(
     LibSyntax, ReaderMessages,
     testing::Values(lib_case("empty file", "", 1, ""), lib_case("only a comment", "// nothing\n", 2, ""),
-                    lib_case("first token", "foo {", 1, "foo"),
                     lib_case("end of file", "%BUFFER B {\n %INPUT A;\n", 3, ""),
-                    lib_case("no item", "%BUFFER B { }", 1, "}"),
                     lib_case("no semicolon before the brace", "%BUFFER B { %INPUT A }", 1, "}"),
-                    lib_case("semicolon behind the block", "%BUFFER B { %INPUT A; };", 1, ";"),
-                    lib_case("extra number is a name", "%TAP_CONTROLLER T { %EXTRA_x foo; }", 1, "x"),
-                    lib_case("inout in a differential pad", "%DIFFERENTIAL_VOLTAGE D { %INOUT P; }", 1,
-                             "%INOUT"),
-                    lib_case("cell reference in a plain pad", "%BUFFER B { %BCELL c; }", 1, "%BCELL"),
-                    lib_case("size is a name", "%TAP_CONTROLLER T {\n\n%GROUP_SIZE foo; }", 3, "foo"),
                     lib_case("keyword in lower case", "%SCAN_CELL C { %tdi a; }", 1, "%tdi"),
                     lib_case("unknown keyword", "%FOO C { %TDI a; }", 1, "%FOO"),
-                    lib_case("keyword as a name", "%BUFFER B { %INPUT %OUTPUT; }", 1, "%OUTPUT"),
-                    lib_case("name starts with a digit", "%BUFFER 3A { %INPUT A; }", 1, "3"),
-                    lib_case("comment end outside a comment", "*/ %BUFFER B", 1, "*"),
-                    lib_case("bad character", "%BUFFER B { %INPUT A; } $", 1, "$"),
                     lib_case("NUL byte", std::string("%BUFFER B\0", 10), 1, "\\0"),
-                    lib_case("binary file",
-                             std::string("\x7f"
-                                         "ELF\2\1\1\0\0\0",
-                                         10),
-                             1, "\x7f"),
                     MESSAGE_CASE{"two lists", "%BUFFER A, , B", SHORT_BSC, "", 255, lib_error(1, ","), ""}));
 
 INSTANTIATE_TEST_SUITE_P(
@@ -72,16 +55,12 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         MESSAGE_CASE{"comment in a comment", "/* a\n /* b */", SHORT_BSC, "", 255,
                      "'chip.lib' line 2: Missing '*/'.\n", ""},
-        MESSAGE_CASE{"comment without end", "%BUFFER /* a\n\n", SHORT_BSC, "", 255,
-                     "'chip.lib' line 3: Missing '*/'.\n", ""},
         MESSAGE_CASE{
             "exclusive attributes", "%BUFFER B {\n %PULL_0; %WEAK_1;\n %INPUT A; }", SHORT_BSC, "", 255,
             "Error: chip.lib file 'WEAK_1','PULL_0', Should be mutually exclusive in %BUFFER B\n", ""},
         MESSAGE_CASE{"keeper goes with a pull", "%BUFFER B { %PULL_0; %KEEPER; }", SHORT_BSC, "", 0, "", ""},
         MESSAGE_CASE{"extra 0", "%TAP_CONTROLLER T {\n %EXTRA_0 a; }", SHORT_BSC, "", 255,
                      "\"chip.lib\", line 2: Number '0' of %EXTRA_ is not in 1 to 1024\n", ""},
-        MESSAGE_CASE{"extra number without bounds", "%SCAN_CELL T { %EXTRA_2000000000 a; }", SHORT_BSC, "",
-                     255, "\"chip.lib\", line 1: Number '2000000000' of %EXTRA_ is not in 1 to 1024\n", ""},
         MESSAGE_CASE{"size above 32 bits", "%TAP_CONTROLLER T { %GROUP_SIZE 99999999999; }", SHORT_BSC, "",
                      255, "\"chip.lib\", line 1: Number '99999999999' is too large\n", ""},
         MESSAGE_CASE{"token of the greatest length", "%BUFFER " + std::string(8191, 'a') + " { %INPUT A; }",
@@ -105,14 +84,7 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(bsc_case("only a comment", "/* nothing */", 1, ""), bsc_case("first token", "{", 1, "{"),
                     bsc_case("last token", "%SCAN_CELLS { %INPUT_SCAN BC;\n", 2, ""),
                     bsc_case("no semicolon", "%GLOBAL_TDI tdi\n%GLOBAL_TDO tdo;", 2, "%GLOBAL_TDO"),
-                    bsc_case("empty instruction", "%INSTRUCTION_TABLE { %INSTRUCTION X { } }", 1, "}"),
-                    bsc_case("no register", "%INSTRUCTION_TABLE { %INSTRUCTION X = (00) ; }", 1, ";"),
-                    bsc_case("keyword without a place", "%TDI", 1, "%TDI"),
-                    bsc_case("star alone", "%GLOBAL_TDI *;", 1, "*"), bsc_case("dot alone", "a\n.", 2, "."),
-                    bsc_case("two levels of parents", "%PIN_LIST { %FILE_NAME ../../a.pin; }", 1, "."),
-                    bsc_case("integer then name", "%GLOBAL_TDI 2ab;", 1, "2"),
-                    bsc_case("list of nothing", "a,", 1, ""),
-                    bsc_case("empty logic BIST", "%LOGIC_BIST { }", 1, "}")));
+                    bsc_case("empty instruction", "%INSTRUCTION_TABLE { %INSTRUCTION X { } }", 1, "}")));
 
 INSTANTIATE_TEST_SUITE_P(
     BscMeaning, ReaderMessages,
@@ -146,17 +118,12 @@ INSTANTIATE_TEST_SUITE_P(
             "\"chip.bsc\", line 2: Pins cannot be listed inside %PIN_LIST. Write them to a pin file and "
             "name it with %FILE_NAME <file>;\n",
             ""},
-        MESSAGE_CASE{"order above 32 bits", SHORT_LIB,
-                     "%MEMORY_BIST { %INSTRUCTION a { %CTRL_ORDER 1, 4294967296; } }", "", 255,
-                     "\"chip.bsc\", line 1: Number '4294967296' is too large\n", ""},
         MESSAGE_CASE{"comment opener before a path", SHORT_LIB, "//abc {\n/*def } { */ word", "", 0, "", ""},
         MESSAGE_CASE{"no pin file", SHORT_LIB, "%PIN_LIST { %FILE_NAME ./no.pin; }", "", 255,
                      "Error: (chip.bsc) can't open pin file './no.pin' in default searching path.\n\n", ""},
         MESSAGE_CASE{"pin file is a directory", SHORT_LIB,
                      "%PACKAGE_LIST { %FILE_NAME ./; %FILE_NAME /tmp; }", "", 255,
-                     "\"chip.bsc\", line 1: Syntax Error at '.'\n", ""},
-        MESSAGE_CASE{"package file is a directory", SHORT_LIB, "%PACKAGE_LIST { %FILE_NAME /tmp; }", "", 255,
-                     "Error: can't open pin file '/tmp' in default searching path.\n\n", ""}));
+                     "\"chip.bsc\", line 1: Syntax Error at '.'\n", ""}));
 
 const std::string PIN_BSC = "%PIN_LIST { %FILE_NAME ./chip.pin; }\n";
 
@@ -169,21 +136,11 @@ INSTANTIATE_TEST_SUITE_P(
     Pins, ReaderMessages,
     testing::Values(
         pin_case("empty file", " ", 255, "\"chip.pin\", line 1: Syntax Error at ''\n"),
-        pin_case("row is short", "1 a b", 255, "\"chip.pin\", line 1: Syntax Error at ''\n"),
         pin_case("keyword as direction", "%PACKAGE_TYPE p 1;\n1 a b I", 255,
                  "\"chip.pin\", line 2: Syntax Error at 'I'\n"),
-        pin_case("brace continues a name", "%ALLOWED_MULTIPLE { VDD, VSS}", 255,
-                 "\"chip.pin\", line 1: Syntax Error at ''\n"),
-        pin_case("slash", "%PACKAGE_TYPE p 1;\n1 a/b c *", 255,
-                 "\"chip.pin\", line 2: Syntax Error at '/'\n"),
-        pin_case("comment without end", "/* a", 255, "'chip.pin' line 1: Missing '*/'.\n"),
         pin_case("enough package pins", "%PACKAGE_TYPE x 2; 1 a b * 2 c d *", 0, ""),
         pin_case("too few package pins", "%PACKAGE_TYPE x 1; 1 a b * 2 c d *", 255,
                  "\"chip.pin\", package pin number '1' is less than total pin count '2'\n"),
-        pin_case("no package type", "1 a b * 2 c d * 3 e f *", 255,
-                 "\"chip.pin\", package pin number '0' is less than total pin count '3'\n"),
-        pin_case("package pins above 32 bits", "%PACKAGE_TYPE x 3000000000; 1 a b *", 255,
-                 "\"chip.pin\", line 1: Number '3000000000' is too large\n"),
         pin_case("number twice stops at once", "1 a b *\n1 a\nb *", 255,
                  "'chip.pin' line 2: pin number 1 mutiple defined.\n"),
         pin_case("names twice are all listed", "%PACKAGE_TYPE x 9;\n1 a b *\n2 a c *\n3 d b *\n4 a b *", 255,
@@ -212,9 +169,6 @@ INSTANTIATE_TEST_SUITE_P(
                  "WARNING : %ALLOWED_MULTIPLE 'b' was not declared in \"chip.pin\".\n"),
         pin_case("index is no number", "1 a b *\n2\nD[3a] e *", 255, "",
                  "\"chip.pin\", line 3: Syntax error at D[3a]\n"),
-        pin_case("index is empty", "1 a b[] *", 255, "", "\"chip.pin\", line 1: Syntax error at b[]\n"),
-        pin_case("index in the direction", "1 a b [] c[x]", 255,
-                 "\"chip.pin\", line 1: Syntax Error at '['\n"),
         pin_case("one bracket", "%PACKAGE_TYPE x 1; 1 D[3 D]3 IN[0]", 0, "")));
 
 TEST(ReaderFiles, AreOpenedBeforeTheFirstIsParsed) {

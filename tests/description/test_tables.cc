@@ -121,32 +121,6 @@ TEST(BscTables, HoldTheStatements) {
     EXPECT_EQ(wires, "a.b>c.d -.b>c.d a.b>-.c ");
 }
 
-TEST(BscTables, HoldTheBistBlocks) {
-    testing::internal::CaptureStdout();
-    testing::internal::CaptureStderr();
-    loaded_tables tables(SHORT_LIB, FULL_BSC);
-    testing::internal::GetCapturedStdout();
-    testing::internal::GetCapturedStderr();
-    ASSERT_EQ(DYNA_count(BL_MBIST_TAB), 2);
-    EXPECT_STREQ(BL_MBIST_TAB[0].instruction, "RUN");
-    EXPECT_STREQ(BL_MBIST_TAB[0].cnt_file, "../cnt/a.cnt");
-    ASSERT_EQ(DYNA_count(BL_MBIST_TAB[0].ctrl_order), 2);
-    EXPECT_EQ(BL_MBIST_TAB[0].ctrl_order[0], 10);
-    EXPECT_EQ(DYNA_count(BL_MBIST_TAB[1].ctrl_order), 0);
-    ASSERT_EQ(DYNA_count(BL_LBIST_TAB), 1); // statements outside an instruction share one row
-    EXPECT_EQ(BL_LBIST_TAB[0].instruction, nullptr);
-    EXPECT_STREQ(BL_LBIST_TAB[0].dft_file, "f.dft");
-    EXPECT_EQ(texts(BL_LBIST_TAB[0].cnt_files), (std::vector<std::string>{"a", "b"}));
-    EXPECT_EQ(texts(BL_LBIST_TAB[0].tests), (std::vector<std::string>{"01", "10"}));
-
-    loaded_tables second(SHORT_LIB);
-    EXPECT_EQ(BL_MBIST_TAB, nullptr);
-    EXPECT_EQ(DYNA_count(INSTRUCTIONS), 0);
-    EXPECT_EQ(GLOBAL_TDI, nullptr);
-    EXPECT_STREQ(TAP_MODULE_NAME, "TAP"); // kept from one reading to the next
-    EXPECT_STREQ(INPUT_SCAN, "BC");
-}
-
 TEST(PinTables, HoldTheRowsInFileOrder) {
     scratch_folder scratch;
     std::string pin = scratch.write("chip.pin", R"(/* layout of the guide */
@@ -182,25 +156,10 @@ A9
     EXPECT_EQ(PIN_TABLE[3]->line, 8); // of the second column
 }
 
-TEST(WildCards, ScoreTheLiteralCharacters) {
-    struct {
-        const char *pattern, *name;
-        int32_t score;
-    } cases[] = {
-        {"IBUF_*", "IBUF_A1", 5}, {"IBUF_A*", "IBUF_A1", 6}, {"*_X", "A_X", 0},   {"*_X", "A_Y", -1},
-        {"*_X", "X", -1},         {"abc*", "abc", 3},        {"abc*", "ab", -1},  {"ab*c", "abxc", 3},
-        {"ab*c", "abc", 3},       {"ab*bc", "abc", -1},      {"ab*c", "abd", -1}, {"a*b*c", "axbxc", 3},
-        {"a*b*c", "axbx", -1},    {"a*b*", "aab", 2},        {"*b*", "abc", 1},   {"*b*d*", "bd", 2},
-        {"*b*d*", "db", -1},      {"*b*c", "c", -1},         {"a**c", "ac", 2},   {"a*bb*b", "abbb", 4},
-        {"a*bb*b", "abb", -1},    {"plain", "plain", -1},
-    };
-    for (const auto &test : cases)
-        EXPECT_EQ(wild_card_score(test.pattern, test.name), test.score) << test.pattern << " " << test.name;
-}
-
 TEST(WildCards, HighestScoreWinsAndADrawStops) {
     scratch_folder scratch;
-    scratch.write("chip.lib", "%BUFFER A*, *B, *_X, *Y_X, IBUF_*, IBUF_A*, IBUF_A1 { %INPUT I; }");
+    scratch.write("chip.lib",
+                  "%BUFFER A*, *B, *_X, *Y_X, IBUF_*, IBUF_A*, IBUF_A1, a*bb*b, ab*bc { %INPUT I; }");
     scratch.write("chip.bsc", SHORT_BSC);
     auto look_up = [&](const char *name) {
         return run_child(scratch, [&] {
@@ -214,6 +173,9 @@ TEST(WildCards, HighestScoreWinsAndADrawStops) {
     EXPECT_EQ(look_up("IBUF_A2").out, "IBUF_A*");
     EXPECT_EQ(look_up("IBUF_A1").out, "IBUF_A1");
     EXPECT_EQ(look_up("C_X").out, "*_X");
+    EXPECT_EQ(look_up("abbb").out, "a*bb*b");
+    EXPECT_EQ(look_up("abb").out, "none");
+    EXPECT_EQ(look_up("abc").out, "none");
     EXPECT_EQ(look_up("other").out, "none");
     run_result draw = look_up("QY_X");
     EXPECT_EQ(draw.status, 255);

@@ -15,22 +15,22 @@ void show_names(const char *field, const char *const *names) {
     std::printf("\n");
 }
 
-void show_statements(const DFT_STATEMENT *body, int indent) {
-    for (const DFT_STATEMENT &row : rows(body)) {
-        std::printf("%*s%s", indent, "", row.keyword);
-        for (const char *value : rows(row.values))
+void show_statements(const std::vector<DFT_STATEMENT> &body, int indent) {
+    for (const DFT_STATEMENT &row : body) {
+        std::printf("%*s%.*s", indent, "", static_cast<int>(row.keyword.size()), row.keyword.data());
+        for (const char *value : row.values)
             std::printf(" %s", value);
         std::printf("\n");
         show_statements(row.body, indent + 2);
     }
 }
 
-struct STATEMENTS_FIELD {
+struct BLOCK_FIELD {
     const char *name;
-    DFT_STATEMENT *DFT_CONFIGURATION::*field;
+    const SCAN_AST *DFT_CONFIGURATION::*field;
 };
 
-const STATEMENTS_FIELD statements_fields[] = {
+const BLOCK_FIELD block_fields[] = {
     {"test_schedule", &DFT_CONFIGURATION::test_schedule},
     {"test_session", &DFT_CONFIGURATION::test_session},
     {"test_architecture", &DFT_CONFIGURATION::test_architecture},
@@ -76,8 +76,11 @@ const char *shown(const char *text) {
     return text == nullptr ? "-" : text;
 }
 
-void show_elements(const char *field, const INSTANCE_ELEMENT *elements) {
-    for (const INSTANCE_ELEMENT &row : rows(elements))
+void show_elements(const char *field, const INSTANCE_LIST *lists) {
+    std::vector<INSTANCE_ELEMENT> elements;
+    for (const INSTANCE_LIST &list : rows(lists))
+        CONVERT_SCAN_INSTANCES(list, elements);
+    for (const INSTANCE_ELEMENT &row : elements)
         std::printf("%s: %s count %d tail_form %d marks %d%d%d tail %s %s %s words %d %d %d %d %d group %d\n",
                     field, shown(row.name), row.count, row.tail_form, row.inverted, row.bang_before,
                     row.bang_after, shown(row.tail[0]), shown(row.tail[1]), shown(row.tail[2]), row.control,
@@ -141,7 +144,7 @@ void show_atpg() {
             show_names("legal ports", row.ports);
             show_names("legal patterns", row.patterns);
         }
-        show_statements(mode.statements, 2);
+        show_statements(dft_statements(mode.block), 2);
     }
 }
 
@@ -162,7 +165,7 @@ void show_object() {
     show_paths("false", made.false_paths);
     show_paths("false file", made.file_false_paths[0].paths);
     for (const MBIST_PIN &pin : rows(made.mbist_constraints[0].pins))
-        std::printf("mbist pin: %s %s %s\n", pin.keyword, shown(pin.instance), pin.pin);
+        std::printf("mbist pin: %s %s %s\n", std::string(pin.keyword).c_str(), shown(pin.instance), pin.pin);
     for (const FOLD_GROUP &group : rows(made.fold_scan_in[0].groups))
         std::printf("fold in: %s %s %s/%s %s/%s %s\n", made.fold_scan_in[0].name, group.name,
                     group.pairs[0].first, shown(group.pairs[0].second), group.pairs[1].first,
@@ -172,16 +175,16 @@ void show_object() {
                     row.ms_violation, row.clocks[0].keyword, row.clocks[0].polarity);
     show_elements("must_scan", made.connect_scans[0].instances.elements);
     show_elements("fs_scan", made.connect_bists[0].instances.fs_scan);
-    show_statements(made.connect_scans[0].instances.statements, 2);
+    show_statements(dft_statements(made.connect_scans[0].instances.files[0]), 2);
     show_atpg();
     for (const NAMES_FIELD &field : names_fields)
         show_names(field.name, made.*field.field);
-    for (const STATEMENTS_FIELD &field : statements_fields) {
+    for (const BLOCK_FIELD &field : block_fields) {
         std::printf("%s\n", field.name);
-        show_statements(made.*field.field, 2);
+        show_statements(dft_statements(made.*field.field), 2);
     }
     std::printf("map %s\n", made.map->scan_mode_active[0].second);
-    show_statements(made.map->statements, 2);
+    show_statements(dft_statements(made.map->file), 2);
 }
 
 run_result read_every(const scratch_folder &scratch, int debug, const std::function<void()> &show) {

@@ -92,6 +92,8 @@ void run_row(const CHIP_ROW &row) {
     EXPECT_EQ(chip.scratch.read("chip.sdb"), before);
     std::string lines = whole_command_files(chip);
     EXPECT_NE(lines.find(row.lines), std::string::npos) << row.lines << "is not in\n" << lines;
+    if (*row.file != '\0')
+        expect_file(row.file, lines);
     if (row.status != 0)
         return;
     std::filesystem::remove_all(chip.scratch.dir / "tools");

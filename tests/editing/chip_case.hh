@@ -59,6 +59,7 @@ struct CHIP_ROW {
     const char *expected = "";   ///< part of what is printed
     int status = 255;
     const char *lines = ""; ///< part of the command files, one behind the other by name
+    const char *file = "";  ///< of tests/editing/expected: all of them
 };
 
 /// Runs each row. A command file has to be whole or absent, the design stays as it was, and the bundled tools

@@ -47,19 +47,8 @@ connect BCELL2{DO} B_PAD0{OEN}
      .input = {.design = READS, .settings = DEFAULT_PADS, .pins = BBH_PINS},
      .options = "-add_tap -add_pad",
      .status = 0,
-     .lines = R"(add B_PAD0 BBH
-disconnect b
-connect B_PAD0{PAD} b
-add BCELL1 BC_IN
-add BCELL0 BC_OUT
-connect BCELL1{DO} g{A}
-connect B_PAD0{C} BCELL1{DI}
-connect BCELL0{DO} B_PAD0{I}
-connect BCELL0{DI} VCC
-add BCELL2 BC_CTL
-connect BCELL2{DI} GND
-connect BCELL2{DO} B_PAD0{EN}
-)"},
+     .lines = "connect BCELL0{DI} VCC\nadd BCELL2 BC_CTL\nconnect BCELL2{DI} GND\n"
+              "connect BCELL2{DO} B_PAD0{EN}\n"},
     {.what = "the core drives, the port's own cell has a high enable",
      .input = {.design = DRIVES, .settings = DEFAULT_PADS, .pins = BBH_PINS},
      .options = "-add_tap -add_pad",
@@ -72,12 +61,6 @@ connect BCELL2{DO} B_PAD0{EN}
      .status = 0,
      .lines = "add BCELL1 BC_OBS\nadd BCELL0 BC_OUT\nconnect B_PAD0{C} g{A}\nconnect B_PAD0{C} BCELL1{DI}\n"
               "connect BCELL0{DO} B_PAD0{I}\nconnect BCELL0{DI} VCC\n"},
-    {.what = "the core drives, and the input cell only observes",
-     .input = {.design = DRIVES, .roles = "%INPUT_SCAN BC_OBS;", .settings = DEFAULT_PADS, .pins = B_PINS},
-     .options = "-add_tap -add_pad",
-     .status = 0,
-     .lines = "add BCELL1 BC_OBS\nadd BCELL0 BC_OUT\nconnect B_PAD0{C} BCELL1{DI}\n"
-              "connect BCELL0{DO} B_PAD0{I}\nconnect BCELL0{DI} f{Q}\n"},
     {.what = "the port feeds another port",
      .input = {.design = "module chip(inout b, output z, input ck); assign z = b; endmodule\n",
                .settings = DEFAULT_PADS,
@@ -132,24 +115,6 @@ connect BCELL4{DO} pb{I}
      .expected = "WARNING: Input Pad 'pb' connect to output port 'k' directly.\n\n",
      .status = 0,
      .lines = "disconnect pb{C}\nconnect BCELL2{DO} k\n"},
-    {.what = "the %OE_MODE pin of the output cell is tied to the control cell",
-     .input = {.roles = "%OUTPUT_SCAN BC_OE; %CONTROL_OE_SCAN BC_COE;", .bidir_cell = false},
-     .changes = {{"chip.pin", "3 PZ z *\n", ""}},
-     .status = 0,
-     .lines = R"(add BCELL2 BC_OE
-add BCELL3 BC_COE
-disconnect pb{OEN}
-connect BCELL3{DI} e{Q}
-connect BCELL3{DO} pb{OEN}
-connect BCELL3{OM} BCELL2{OM}
-add BCELL4 BC_IN
-disconnect pb{C}
-connect BCELL4{DO} e{D}
-connect BCELL4{DI} pb{C}
-disconnect pb{I}
-connect BCELL2{DI} f{Q}
-connect BCELL2{DO} pb{I}
-)"},
     {.what = "a shared control cell is tied to the %OE_MODE pins of both cells",
      .input = {.roles = "%OUTPUT_SCAN BC_OE; %CONTROL_OE_SCAN BC_COE;", .bidir_cell = false},
      .status = 0,
@@ -168,12 +133,6 @@ connect BCELL2{DO} pb{I}
                  {"chip.lib", "%BUFFER MUXI {", "%BUFFER MUXI { %FUNCTION CLOCK;"}},
      .status = 0,
      .lines = "connect tdo TAP{TDO}\nadd BCELL0 BC_OUT\ndisconnect py{I}\n"},
-    {.what = "a mux pad with an input and an output cell",
-     .input = {.roles = "%OUTPUT_MUX_SCAN BC_MI;", .bidir_cell = false},
-     .changes = {{"chip.v", "BBUF pb(", "MXB pb("}},
-     .status = 0,
-     .lines = "add BCELL4 BC_MI\nadd BCELL5 BC_IN\nconnect BCELL5{DI} pb{C}\nconnect BCELL4{DI} pb{I}\n"
-              "connect BCELL4{UO} pb{T}\ndisconnect pb{OEN}\nconnect BCELL3{DO} pb{OEN}\n"},
     {.what = "a pad with two muxes, an input and an output cell",
      .input = {.tap_items = "%MODE_2 mode2; ",
                .roles = "%OUTPUT_MUX_SCAN BC_MI; %INPUT_MUX_SCAN BC_MI;",
@@ -187,12 +146,6 @@ connect BCELL2{DO} pb{I}
               "BCELL5{DI} pb{C}\n"
               "connect BCELL4{DI} pb{I}\nconnect BCELL4{UO} pb{T}\ndisconnect pb{OEN}\nconnect BCELL3{DO} "
               "pb{OEN}\n"},
-    {.what = "a bidirectional pad with its cell inside, the control cell outside",
-     .input = {.bidir_cell = false},
-     .changes = {{"chip.v", "BBUF pb(", "BSB pb("}, {"chip.pin", "3 PZ z *\n", ""}},
-     .status = 0,
-     .lines = "add BCELL3 BC_CTL\ndisconnect pb{OEN}\nconnect BCELL3{DI} e{Q}\nconnect BCELL3{DO} pb{OEN}\n"
-              "connect BCELL0{SO} TAP{BC_LAST}\n"},
     {.what = "both cells of a pad stand inside",
      .input = {.bidir_cell = false},
      .changes = {{"chip.v", "BBUF pb(", "BSB pb("}, {"chip.lib", "BSB {", "BSB { %CONTROL_BCELL BC_CTL;"}},
@@ -237,9 +190,9 @@ constexpr const char *TDO_BESIDE_PADS =
     "module pads(input a, output c); IBUF pa(.PAD(a), .C(c)); endmodule\n"
     "module chip(input a, ck, output tdo); wire c, t; pads p(.a(a), .c(c)); FF f(.D(c), .CK(ck), .Q(t));\n"
     "TBUF po(.I(t), .OEN(1'b0), .PAD(tdo)); endmodule\n";
-/// One of the TAP's outputs is tied where its module is placed.
+/// Outputs of the TAP are tied where its module is placed.
 constexpr const char *TIED_TAP =
-    "module M(input g, l); tapm t(.xtra(g), .BC_LAST(l)); endmodule\n"
+    "module M(input g, l); tapm t(.clockDR(l), .mode1(g), .xtra(g), .BC_FIRST(l), .BC_LAST(l)); endmodule\n"
     "module chip(input a, ck); wire c; IBUF pa(.PAD(a), .C(c)); FF f(.D(c), .CK(ck));\n"
     "M m(.g(1'b0), .l(1'b1)); endmodule\n";
 constexpr const char *PADS_IN_TWO_MODULES =
@@ -335,7 +288,8 @@ const CHIP_ROW TAKEN_PINS[] = {
      .expected = "WARNING: Pin %MODE_2 'xtra' of TAP 't' was connected to GND.\n"
                  "         %MODE_2 'xtra' will be disconnected.\n",
      .status = 0,
-     .lines = "disconnect t{xtra}\n"},
+     .lines = "disconnect t{clockDR}\ndisconnect t{mode1}\ndisconnect t{xtra}\ndisconnect t{BC_FIRST}\n"
+              "disconnect t{BC_LAST}\n"},
     {.what = "a tied output of a TAP that the multiplexer of a pad needs",
      .input = {.design = TIED_TAP,
                .tap_items = "%MODE_2 xtra; ",
@@ -355,6 +309,8 @@ const CHIP_ROW TAKEN_PINS[] = {
      .changes = {{"chip.v", "chip(input a", "chip(output z, input a"},
                  {"chip.v", "IBUF pa", "TBUF pz(.I(c), .OEN(1'b0), .PAD(z)); IBUF pa"}},
      .options = "",
+     .expected = "WARNING: Pin %CLOCK_DR 'clockDR' of TAP 't' was connected to VCC.\n"
+                 "         %CLOCK_DR 'clockDR' will be disconnected.\n",
      .status = 0,
      .lines = "disconnect t{xtra}\n"},
 };
@@ -481,38 +437,7 @@ const CHIP_ROW PLACES[] = {
      .changes = {{"chip.bsc", "%GLOBAL_TCK tck;", "%GLOBAL_TCK tck; %GLOBAL_TRST trst;"},
                  {"chip.bsc", "tck, ck;", "tck, ck, trst;"}},
      .status = 0,
-     .lines = R"(replace p pads_bs
-connect p{i} TAP{TDI}
-connect p{vmr_tap_tms} TAP{TMS}
-connect p{vmr_tap_tck} TAP{TCK}
-connect p{t} TAP{TDO}
-connect p{TDO_EN} TAP{TDO_EN}
-connect p{vmr_tap_trst} TAP{TRST}
-connect p{shiftDR} TAP{shiftDR}
-connect p{clockDR} TAP{clockDR}
-connect p{updateDR} TAP{updateDR}
-connect p{mode1} TAP{mode1}
-connect p{chain_in} TAP{BC_FIRST}
-connect p{chain_out} TAP{BC_LAST}
-save
-quit
-edit pads_bs
-add vmr_tap_tms output
-add vmr_tap_tck output
-add vmr_tap_trst output
-add shiftDR input
-add clockDR input
-add updateDR input
-add mode1 input
-add chain_in input
-add chain_out output
-add TDO_EN input
-connect pm{C} vmr_tap_tms
-connect pk{C} vmr_tap_tck
-connect pr{C} vmr_tap_trst
-disconnect po{OEN}
-connect po{OEN} TDO_EN
-)"},
+     .file = "standard_ports_with_the_pads.cmd"},
     {.what = "a standard port that is new, the TAP two levels above the pads",
      .design = "three_down",
      .input = {.tap_items = "%HIGHZ_COMMAND highz; %SIGNAL_BUFFER BUFX; %EXTRA_1 xtra; ",
@@ -522,49 +447,7 @@ connect po{OEN} TDO_EN
                .instructions = "%INSTRUCTION HIGHZ = (011) ACCESS BYPASS;"},
      .options = "-add_tap -synch",
      .status = 0,
-     .lines = R"(replace p pads_bs
-connect shiftDR p{shiftDR}
-connect clockDR p{clockDR}
-connect updateDR p{updateDR}
-connect highz p{highz}
-connect mode1 p{mode1}
-connect xtra p{xtra}
-connect chain_in p{chain_in}
-connect chain_out p{chain_out}
-connect BCELL_TCK p{BCELL_TCK}
-save
-quit
-edit L2_bs
-add tap tapm
-add TDI input
-add TMS input
-add TCK input
-add TDO output
-replace l L1_bs
-connect tap{TDI} TDI
-connect tap{TMS} TMS
-connect tap{TCK} TCK
-connect tap{TDO} TDO
-connect l{shiftDR} tap{shiftDR}
-connect l{clockDR} tap{clockDR}
-connect l{updateDR} tap{updateDR}
-connect l{highz} tap{highz}
-connect l{mode1} tap{mode1}
-connect l{xtra} tap{xtra}
-connect l{chain_in} tap{BC_FIRST}
-connect l{chain_out} tap{BC_LAST}
-connect l{BCELL_TCK} tap{BCELL_TCK}
-save
-quit
-edit chip_jtag
-path ./rimweave_lib 
-add tdi input
-add tms input
-add tck input
-add tdo output
-replace k L2_bs
-connect k{TDI} tdi
-)"},
+     .file = "tap_two_levels_above_the_pads.cmd"},
     {.what = "trees in a module two levels down, extra pins too",
      .design = "three_down",
      .input = {.tap_items = "%GROUP_SIZE 4; %SIGNAL_BUFFER BUFX; %EXTRA_1 xtra; ",

@@ -64,6 +64,7 @@ struct TREE_CASE {
 };
 
 const TREE_CASE TREES_OF_MODULES[] = {
+    {"multi_two_siblings", SIBLINGS, "1 PA a *\n2 PB b *\n3 CK ck *\n", {"pa_bs0", "pb_bs0", "chip_jtag"}},
     {"multi_parent_and_child",
      PARENT_AND_CHILD,
      "1 PA a *\n2 PB b *\n3 PE e *\n4 Y y *\n5 CK ck *\n",
@@ -102,43 +103,6 @@ void expect_carried_out(const chip_case &chip, const std::string &options) {
 }
 
 } // namespace
-
-TEST(Multi, TwoSiblings) {
-    chip_case chip(small_input(SIBLINGS, "1 PA a *\n2 PB b *\n3 CK ck *\n"));
-    expect_runs(chip.run("-add_tap"), {"pa_bs0", "pb_bs0", "chip_jtag"});
-    auto module = [](const std::string &name, const std::string &cell) {
-        return "edit " + name + "\npath ./rimweave_lib \nadd " + cell + " BC_X\ndisconnect i{C}\nconnect " +
-               cell + "{DO} k\nconnect " + cell +
-               "{DI} i{C}\nadd shiftDR input\nadd clockDR input\nconnect " + cell + "{CK} clockDR\nconnect " +
-               cell + "{SE} shiftDR\nadd " + cell + "_SI input\nconnect " + cell + "{SI} " + cell +
-               "_SI\nadd " + cell + "_SO output\nconnect " + cell + "{SO} " + cell + "_SO\nsave\nquit\n";
-    };
-    EXPECT_EQ(chip.scratch.read("rimweave_lib/pa_bs0.cmd"), module("pa_bs0", "BCELL0"));
-    EXPECT_EQ(chip.scratch.read("rimweave_lib/pb_bs0.cmd"), module("pb_bs0", "BCELL1"));
-    EXPECT_EQ(chip.scratch.read("rimweave_lib/chip_jtag.cmd"), "edit chip_jtag\n"
-                                                               "path ./rimweave_lib \n"
-                                                               "add TAP tapm\n"
-                                                               "replace ua pa_bs0\n"
-                                                               "connect ua{shiftDR} TAP{shiftDR}\n"
-                                                               "connect ua{clockDR} TAP{clockDR}\n"
-                                                               "replace ub pb_bs0\n"
-                                                               "connect ub{shiftDR} TAP{shiftDR}\n"
-                                                               "connect ub{clockDR} TAP{clockDR}\n"
-                                                               "add tdi input\n"
-                                                               "connect tdi TAP{TDI}\n"
-                                                               "add tms input\n"
-                                                               "connect tms TAP{TMS}\n"
-                                                               "add tck input\n"
-                                                               "connect tck TAP{TCK}\n"
-                                                               "add tdo output\n"
-                                                               "connect tdo TAP{TDO}\n"
-                                                               "connect ua{BCELL0_SI} ub{BCELL1_SO} \n"
-                                                               "connect ua{BCELL0_SO} TAP{BC_LAST} \n"
-                                                               "connect ub{BCELL1_SI} TAP{BC_FIRST} \n"
-                                                               "save\n"
-                                                               "quit\n");
-    expect_carried_out(chip, "-add_tap");
-}
 
 TEST(Multi, TreesOfModules) {
     for (const TREE_CASE &each : TREES_OF_MODULES) {

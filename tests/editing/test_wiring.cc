@@ -30,10 +30,6 @@ struct WIRING {
 };
 
 const WIRING WIRINGS[] = {
-    {"direct", 2, "", "", "shiftDR", R"(
-connect BCELL0{SE} TAP{shiftDR}
-connect BCELL1{SE} TAP{shiftDR}
-)"},
     {"one level, the larger group first", 3, "%GROUP_SIZE 2; %SIGNAL_BUFFER BUFX;", "", "shiftDR", R"(
 add shift_buf_1_1 BUFX
 connect TAP{shiftDR} shift_buf_1_1{A}
@@ -123,35 +119,5 @@ TEST(Wiring, ShiftReachesTheCells) {
         EXPECT_EQ(lines_with(chip.commands({"chip_jtag"}), "shift", "{SE}"), wiring.expected);
         EXPECT_EQ(result.out.find("wrong polarity") != std::string::npos, *wiring.warning != '\0');
         EXPECT_NE(result.out.find(wiring.warning), std::string::npos);
-    }
-}
-
-TEST(Wiring, APadsModePinIsWiredInEveryForm) {
-    struct FORM {
-        const char *tap_items, *options, *expected;
-    };
-    const FORM forms[] = {
-        {"", "", "connect pm{M} TAP{mode2}\n"},
-        {"%GROUP_SIZE 4; %SIGNAL_BUFFER BUFX;", "", "connect pm{M} mode2_buf_1_1{Z}\n"},
-        {"%GROUP_SIZE 4; %SIGNAL_BUFFER BUFX;", "-df_speed", "connect pm{M} mode2_df_buf_1{Z}\n"},
-    };
-    for (const FORM &form : forms) {
-        CHIP_INPUT input;
-        input.design = "module chip(input m, output y, input ck); wire c, q; MUXI pm(.PAD(m), .T(1'b0), "
-                       ".M(1'b1), .C(c));\n"
-                       "FF f(.D(c), .CK(ck), .Q(q)); OBUF py(.I(q), .PAD(y)); endmodule\n";
-        input.cells = test_file("designs/more_cells.v");
-        input.library = test_file("designs/more.lib");
-        input.roles = "%INPUT_MUX_SCAN BC_MI;";
-        input.tap_items = std::string("%MODE_2 mode2; ") + form.tap_items;
-        input.pins = "1 PM m *\n2 PY y *\n3 CK ck *\n";
-        chip_case chip(input);
-        run_result result = chip.run(std::string("-add_tap ") + form.options);
-        EXPECT_EQ(result.status, 0) << result.out << result.err;
-        std::string lines = chip.commands({"chip_jtag"});
-        EXPECT_NE(lines.find(std::string("disconnect pm{M}\n") + form.expected), std::string::npos) << lines;
-        EXPECT_NE(result.out.find("WARNING: Pin %MODE_2 of pad 'pm'(MUXI) connected to VCC.\n"
-                                  "         %MODE_2 'M' will be disconnected and reconnected to TAP.\n"),
-                  std::string::npos);
     }
 }

@@ -19,7 +19,6 @@ After each run:
 import argparse
 import collections
 import concurrent.futures
-import hashlib
 import itertools
 import os
 import re
@@ -50,9 +49,27 @@ def steady(data):
     return data
 
 
-def files_below(folder):
-    return {str(path.relative_to(folder)): steady(path.read_bytes())
-            for path in folder.rglob("*") if path.is_file()}
+def files_below(folder, known=()):
+    """Name to (inode, time of the last change, content). Files that `known` has are not read again."""
+    files = {}
+    for place, _, names in os.walk(folder):
+        for path in (os.path.join(place, name) for name in names):
+            name, state = os.path.relpath(path, folder), os.stat(path)
+            mark = state.st_ino, state.st_mtime_ns
+            if name not in known or known[name][:2] != mark:
+                with open(path, "rb") as file:
+                    mark += (file.read() if name.endswith(".sdb") else steady(file.read()),)
+            files[name] = mark if len(mark) == 3 else known[name]
+    return files
+
+
+def contents(files):
+    return {name: content for name, (_, _, content) in files.items()}
+
+
+def link_or_copy(source, target):
+    """Programs write beside a file and rename; what a run says is written as it stands."""
+    return (shutil.copy if source.endswith((".rpt", ".log")) else os.link)(source, target)
 
 
 # A part of the example: its commands, and changes of its inputs that give the earlier outputs to write over.
@@ -71,7 +88,8 @@ class Driver:
         self.bin, self.library = build / "bin", build / "tests/faults/librw_faults.so"
         self.work = build / "tests/faults/work"
         self.proven = set()  # folders from which a second run was seen to end well
-        self.known = {}      # files of the start folders and of the finished one, by part and folder
+        self.known = {}      # contents of the start folders and of the finished one, by part and folder
+        self.marks = {}      # the same as files_below gives it
 
     def run(self, part, folder, kind="any", mode="count", at=0, plain=False):
         """Runs the part's commands until one fails: status, console, error stream, calls, place of the failed call."""
@@ -118,7 +136,8 @@ class Driver:
     def load(self):
         for part in PARTS:
             for name in (*STARTS, "done"):
-                self.known[part, name] = files_below(self.work / part / name)
+                files = files_below(self.work / part / name)
+                self.known[part, name], self.marks[part, name] = contents(files), files
             self.known[part, "console"] = (self.work / part / "done.console").read_bytes()
             made = self.known[part, "done"].keys() - self.known[part, "fresh"].keys()
             self.known[part, "outputs"] = {name for name in made if not ABOUT_THE_RUN.fullmatch(name)}
@@ -151,12 +170,12 @@ class Driver:
             return ["status 255 without 'Not enough memory'"]
         return [] if errors.strip() or not whole.startswith(console) else ["status 255 without a word"]
 
-    def faults_of_second_run(self, part, folder):
-        state = part.name, hashlib.sha1(repr(sorted(files_below(folder).items())).encode()).digest()
+    def faults_of_second_run(self, part, folder, left):
+        state = part.name, hash(tuple(sorted(left.items())))
         if state in self.proven:
             return []
         status, console, errors, _, _ = self.run(part, folder, plain=True)
-        done, after = self.known[part.name, "done"], files_below(folder)
+        done, after = self.known[part.name, "done"], contents(files_below(folder))
         faults = [] if status == 0 else [f"a second run ends with {status}: {(console + errors).decode()[-300:]}"]
         faults += [f"{name} differs after a second run" for name in done if after.get(name) != done[name]]
         faults += [f"{name} is there after a second run" for name in after.keys() - done.keys() if name != "chip.rpt"]
@@ -167,12 +186,12 @@ class Driver:
     def start_folder(self, part, start):
         folder = self.work / f"try.{os.getpid()}/folder"
         shutil.rmtree(folder.parent, ignore_errors=True)
-        return shutil.copytree(self.work / part.name / start, folder)
+        return shutil.copytree(self.work / part.name / start, folder, copy_function=link_or_copy)
 
     def count_calls(self, part, start, kind):
         folder = self.start_folder(part, start)
         result = self.run(part, folder, kind)
-        if result[0] != 0 or self.faults_of_words(part, kind, "count", result, files_below(folder)):
+        if result[0] != 0 or self.faults_of_words(part, kind, "count", result, contents(files_below(folder))):
             sys.exit(f"faults: the library disturbs {part.name} {start}, status {result[0]}\n{result[2].decode()}")
         return result[3]
 
@@ -180,9 +199,9 @@ class Driver:
         """One run with a fault: what is wrong with it, as text; empty when nothing is."""
         folder = self.start_folder(part, start)
         result = self.run(part, folder, kind, mode, at)
-        after = files_below(folder)
+        after = contents(files_below(folder, self.marks[part.name, start]))
         faults = self.faults_of_files(part, start, mode, after) + self.faults_of_words(part, kind, mode, result, after)
-        faults += self.faults_of_second_run(part, folder)
+        faults += self.faults_of_second_run(part, folder, after)
         if result[3] < at:
             faults.append("the run has no such call")
         if not faults:

@@ -137,6 +137,8 @@ void read_dft() {
 void read_verilog() {
     run_tool<VTOS_main>({"kalmverin", "in.v"});
     run_tool<VTOS_main>({"kalmverin", "-lib", "in.v"});
+    run_tool<VTOS_main>({"kalmverin", "-drop_parameters", "-D", "X=1", "-as_input", "c", "-power", "c,z",
+                         "-top", "t", "in.v"});
 }
 
 void read_edits() {

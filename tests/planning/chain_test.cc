@@ -17,6 +17,11 @@ TBUF px(.I(nx), .OEN(1'b1), .PAD(x)); TBUF py(.I(ny), .OEN(1'b0), .PAD(y)); TBUF
 GATE gx(.Z(nx)); GATE gy(.Z(ny)); GATE gz(.Z(nz)); endmodule)";
 constexpr const char *TIED_HIGH = R"(module chip(output x, y); HBUF px(.I(nx), .EN(1'b1), .PAD(x));
 OBUF py(.I(ny), .PAD(y)); GATE gx(.Z(nx)); GATE gy(.Z(ny)); endmodule)";
+constexpr const char *MUX_BESIDE_INPUTS =
+    R"(module chip(input a, b, c, d, m); IBUF pa(.PAD(a), .C(na)); IBUF pb(.PAD(b), .C(nb));
+IBUF pc(.PAD(c), .C(nc)); IBUF pd(.PAD(d), .C(nd)); MUXI pm(.PAD(m), .C(nm));
+GATE u(.A(na), .B(nb)); GATE v(.A(nc), .B(nd)); GATE w(.A(nm)); endmodule)";
+constexpr const char *MUX_PINS = "1 A a *\n2 B b *\n3 C0 c *\n4 D d *\n5 M m *\n";
 constexpr const char *XYZ = "1 X x *\n2 Y y *\n3 Z z *\n";
 constexpr const char *TAP_WITH_HIGHZ = "%HIGHZ_COMMAND hz; %SIGNAL_BUFFER PLAIN; %GROUP_SIZE 2;";
 
@@ -71,10 +76,8 @@ TBUF py(.I(ny), .OEN(1'b1), .PAD(y)); endmodule)",
     // Loads of the cells, of their extra pins and of the mode pins of a pad, in trees of one level and of
     // two.
     {.name = "trees_of_every_signal",
-     .design = R"(module chip(input a, b, c, d, m); IBUF pa(.PAD(a), .C(na)); IBUF pb(.PAD(b), .C(nb));
-IBUF pc(.PAD(c), .C(nc)); IBUF pd(.PAD(d), .C(nd)); MUXI pm(.PAD(m), .C(nm));
-GATE u(.A(na), .B(nb)); GATE v(.A(nc), .B(nd)); GATE w(.A(nm)); endmodule)",
-     .pins = "1 A a *\n2 B b *\n3 C0 c *\n4 D d *\n5 M m *\n",
+     .design = MUX_BESIDE_INPUTS,
+     .pins = MUX_PINS,
      .options = "-add_tap -synch",
      .roles = "%INPUT_SCAN BC_X; %INPUT_MUX_SCAN BC_MI;",
      .tap_items = "%EXTRA_1 x1; %EXTRA_2 -x2; %GROUP_SIZE 2; %SIGNAL_BUFFER PLAIN; %INV_BUFFER INVB;",
@@ -97,6 +100,12 @@ GATE u(.A(na), .B(nb)); oldtap TAP(); endmodule)",
      .library = "%BUFFER WILD* { %INPUT A; %OUTPUT Z; }",
      .tap_items = "%DF_GROUP_SIZE 3; %DF_SIGNAL_BUFFER WILD1;",
      .shows = WHOLE_REPORT | TREE_LINES},
+    {.name = "clocks_with_a_size_of_their_own",
+     .design = MUX_BESIDE_INPUTS,
+     .pins = MUX_PINS,
+     .options = "-add_tap -synch -df_speed",
+     .tap_items = "%GROUP_SIZE 2; %DF_GROUP_SIZE 3; %SIGNAL_BUFFER PLAIN;",
+     .shows = TREE_LINES},
 };
 
 const PLANNED_CHIP MODULES[] = {

@@ -17,8 +17,7 @@ const char *const instruction_table = R"(%INSTRUCTION_TABLE {
     %INSTRUCTION SEL { %BINARY_CODE = 0111; %DATA_REGISTER = sel[3]; %EN_H sel_en; %EN_H sel_gated NOR z; }
     %INSTRUCTION SC { %BINARY_CODE = 1000; %DATA_REGISTER = screg; %EN_H sc_en; }
     %INSTRUCTION DG { %BINARY_CODE = 1001; %DATA_REGISTER = dgreg; %EN_H dg_en; }
-    %INSTRUCTION ONE { %BINARY_CODE = 1010; %DATA_REGISTER = one[0]; }
-    %INSTRUCTION NOWIDTH { %BINARY_CODE = 1011; %DATA_REGISTER = nowidth; }
+    %INSTRUCTION ONE { %BINARY_CODE = 1010; %DATA_REGISTER = one; }
 }
 )";
 
@@ -66,10 +65,6 @@ const connection connections[] = {
      %CNT_FILE    "a.cnt";
 }
 )"},
-    {"memory block of no instruction", "%MEMORY_BIST { %INSTRUCTION NONE { %CTRL_ORDER 2; } }",
-     "mbist_rimweave.cnt", ""},
-    {"logic block of no instruction", "%LOGIC_BIST { %INSTRUCTION NONE { %CTRL_ORDER 2; } }",
-     "lbist_rimweave.cnt", ""},
     {"logic block",
      "%LOGIC_BIST { %INSTRUCTION LB { %CTRL_ORDER 3; %SEL_INSTRUCTION ONE; %LBIST_INSTRUCTION DG; %TESTS (1, "
      "0); } }",
@@ -158,25 +153,6 @@ const connection connections[] = {
      %TDO           screg_out;
      %DIAG_EN       sc_en;
      %CNT_FILE      "e.cnt";
-}
-)"},
-    {"a selection register without a width is one bit",
-     "%LOGIC_BIST { %INSTRUCTION SC { %SEL_INSTRUCTION NOWIDTH; %TESTS (1); } }", "lbist_rimweave.cnt",
-     R"(%LOGIC_BIST
-{
-     %INST_NAME    SC;
-     %SCAN_INSTRUCTION    '1000';
-     %BIST_EN    sc_en;
-     %BCLK    tck;
-     %TDI    screg_in;
-     %TDO    screg_out;
-     %CNT_FILE   "lbist.cnt";
-     %SHIFT_DR    shift_dr;
-     %GCLK    tck;
-     %SEL_INSTRUCTION    '1011';
-     %GROUP_SEL_I    nowidth_in;
-     %GROUP_SEL_O    nowidth_out;
-     %TESTS    '1';
 }
 )"},
 };
@@ -315,38 +291,4 @@ module chip(input a); IBUF p(.PAD(a), .C(n)); M m(.B(n)); endmodule)",
         EXPECT_EQ(folder.insert(chip).status, 0);
         EXPECT_EQ(folder.scratch.read("mbist_rimweave.cnt"), "%TAP_INSTANCE    chip.m.TAP;\n") << options;
     }
-}
-
-// The example chip with a memory under test: the file lies beside the TAP, and names its ports.
-TEST(ConnectFile, StandsBesideTheTapOfAChip) {
-    scratch_folder scratch;
-    std::string chip = RW_SOURCE_DIR "/examples/uart_chip/";
-    run_result prepared =
-        scratch.run("mkdir lib; cp " + chip + "chip.lib " + chip + "chip.bsc " + chip +
-                    "chip.pin .; " RW_BIN_DIR "/kalmverin -lib " + chip + "cells.v -opath lib");
-    ASSERT_EQ(prepared.status, 0) << prepared.out << prepared.err;
-    std::string bsc = scratch.read("chip.bsc");
-    const std::string table = "%INSTRUCTION_TABLE\n {\n";
-    size_t place = bsc.find(table);
-    ASSERT_NE(place, std::string::npos);
-    bsc.insert(place + table.size(),
-               "%INSTRUCTION MBIST { %BINARY_CODE = 0111; %DATA_REGISTER = mbreg[4]; %EN_H mb_run; }\n");
-    scratch.write("chip.bsc", bsc + "%MEMORY_BIST { %INSTRUCTION MBIST { %CTRL_ORDER 1, 2; } }\n");
-    run_result result = scratch.run(RW_BIN_DIR "/rimweave -add_tap_only chip");
-    ASSERT_EQ(result.status, 0) << result.out << result.err;
-    EXPECT_EQ(scratch.read("mbist_rimweave.cnt"), R"(%TAP_INSTANCE    chip.u_tap;
-%MEMORY_BIST
-{
-     %INST_NAME    MBIST;
-     %INSTRUCTION '0111';
-     %BIST_EN    mb_run;
-     %BCLK    TCK;
-     %TDI    mbreg_in;
-     %TDO    mbreg_out;
-     %BISTCTRL_ORDER    1, 2;
-}
-)");
-    std::string tap = scratch.read("chip_TAP.v");
-    for (const char *port : {"mb_run", "mbreg_in", "mbreg_out"})
-        EXPECT_NE(tap.find(port), std::string::npos) << port;
 }

@@ -1,6 +1,4 @@
 // What becomes of each port: one case per decision, as the user sees it.
-#include "sdb/navigation.hh"
-#include "sdb/sdb_writer.hh"
 #include "tests/planning/planned_chip.hh"
 
 namespace {
@@ -165,38 +163,6 @@ TEST(Ports, GetTheirCellsAsPlanned) {
         run_result result = folder.run(chip);
         EXPECT_EQ(result.status, 0) << result.out;
         expect_file(std::string(chip.name) + ".txt", folder.outcome(result, chip.shows));
-    }
-}
-
-// Netlists can't tie an output, but a design file of another origin may. The cell inside the pad is the first
-// that needs this mode.
-TEST(Ports, TiedModeOfAnExistingTap) {
-    planning_folder folder;
-    PLANNED_CHIP chip = {
-        .name = "",
-        .design =
-            R"(module chip(input a, output y); BSIN p(.PAD(a), .C(n)); BSOU q(.I(m), .PAD(y));
-GATE u(.A(n), .Z(m)); oldtap TAP(); endmodule)",
-        .pins = "1 A a *\n2 Y y *\n",
-        .options = "",
-        .roles = "%INPUT_SCAN BC_IN;"};
-    for (int32_t constant : {SDB_NET_GND, SDB_NET_VCC}) {
-        folder.read(chip);
-        SDB_HANDLE *design = SDB_setup(SDB_open(folder.scratch.path("chip.c.sdb").c_str(), "r+", 0));
-        ASSERT_NE(design, nullptr);
-        SDB_connect(design, SDB_nl_search_node("TAP", "mode2"), constant);
-        SDB_close(design, 1);
-        SDB_clear_current();
-        run_result result = folder.insert(chip);
-        EXPECT_EQ(result.status, 0);
-        const char *word = constant == SDB_NET_GND ? "GND" : "VCC";
-        EXPECT_EQ(messages_of(result.out)
-                      .find(std::string("WARNING: Pin %MODE_2 'mode2' of TAP 'TAP' was connected to ") +
-                            word + ".\n         %MODE_2 'mode2' will be disconnected.\n"),
-                  0u);
-        for (const char *line : {"\ndisconnect TAP{mode2}\n", "\nconnect p{m2} TAP{mode2}\n",
-                                 "\nconnect q{up} TAP{update}\n", "\nconnect q{m} TAP{mode1}\n"})
-            EXPECT_NE(folder.outcome(result, WHOLE_CMD).find(line), std::string::npos) << line;
     }
 }
 

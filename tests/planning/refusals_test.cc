@@ -112,10 +112,7 @@ const struct {
     {IN_X, A, "%BUFFER XPAD { %INPUT A; }", LIB "can't find %OUTPUT in %BUFFER XPAD\n\n"},
     {TDI_X, TDI, "%BUFFER XPAD { %INPUT A; }", LIB "can't find %OUTPUT in %BUFFER XPAD\n\n"},
     {OUT_X, Y, "%BUFFER XPAD { %OUTPUT PAD; }", LIB "can't find %INPUT in %BUFFER  XPAD.\n\n"},
-    {"(output tdo); XPAD p(.A(n), .PAD(tdo));" CORE_O, TDO, "%BUFFER XPAD { %OUTPUT PAD; }",
-     LIB "can't find %INPUT in %BUFFER  XPAD.\n\n"},
     {IN_X, A, "%BUFFER XPAD { %OUTPUT Q; }", NOT_FOUND("%OUTPUT Q", "%BUFFER XPAD", "a")},
-    {TDI_X, TDI, "%BUFFER XPAD { %OUTPUT Q; }", NOT_FOUND("%OUTPUT Q", "%BUFFER XPAD", "tdi")},
     {"(input a); IBUF p(.PAD(a));", A, "",
      "ERROR: Input Pad 'p' is floating.\n       Please correct your SDB or specify pin 'a' as skip "
      "signal.\n\n"},
@@ -153,20 +150,13 @@ const struct {
      LIB "can't find %INPUT in DIFFERENTIAL BUFFER GATE.\n\n"},
     {OUT_GATE, Y, "%DIFFERENTIAL_VOLTAGE GATE { %INPUT A; %OUTPUT_P Z; }",
      LIB "can't find %OUTPUT_P or %OUTPUT_M in DIFFERENTIAL BUFFER GATE. \n\n"},
-    {"(output y); DOUT p(.PP(y));", Y, "", NOT_FOUND("%INPUT I", "DIFFERENTIAL BUFFER DOUT", "y")},
     // Multiplexers that are half described.
     {IN_GATE, A, "%BUFFER GATE { %OUTPUT Z; %MUX_IN2 T; }",
      MUX_LACKS("GATE", "mux input pad", "Mux input pad", "%MUX_IN2", "%MODE_2")},
-    {IN_GATE, A, "%BUFFER GATE { %OUTPUT Z; %MODE_2 S; }",
-     MUX_LACKS("GATE", "mux input pad", "Mux input pad", "%MODE_2", "%MUX_IN2")},
-    {OUT_X, Y, "%BUFFER XPAD { %INPUT A; %MUX_IN1 T; }",
-     MUX_LACKS("XPAD", "mux output pad", "Mux output pad", "%MUX_IN1", "%MODE_1")},
     {OUT_X, Y, "%BUFFER XPAD { %INPUT A; %MODE_1 S; }",
      MUX_LACKS("XPAD", "mux output pad", "Mux output pad", "%MODE_1", "%MUX_IN1")},
     {BI_X, B, "%BUFFER XPAD { %INPUT A; %EN_L E; %MUX_IN1 T; }",
      MUX_LACKS("XPAD", "mux bidi pad", "Mux bidi pad", "%MUX_IN1", "%MODE_1")},
-    {BI_X, B, "%BUFFER XPAD { %INPUT A; %EN_L E; %MODE_1 S; }",
-     MUX_LACKS("XPAD", "mux bidi pad", "Mux bidi pad", "%MODE_1", "%MUX_IN1")},
     {BI_X, B, "%BUFFER XPAD { %INPUT A; %EN_L E; %MUX_IN1 T; %MODE_1 S; %MUX_IN2 T2; }",
      MUX_LACKS("XPAD", "mux bidi pad", "Mux bidi pad", "%MUX_IN2", "%MODE_2")},
     {BI_X, B, "%BUFFER XPAD { %INPUT A; %EN_L E; %MUX_IN1 T; %MODE_1 S; %MODE_2 S2; }",
@@ -189,7 +179,6 @@ const struct {
     const char *design, *pins, *roles, *message;
 } CELLS[] = {
     {IN, A, "%OUTPUT_SCAN BC_OUT;", NEED("%INPUT_SCAN", "INPUT SCAN", "input port 'a'")},
-    {CLOCK, A, "%OUTPUT_SCAN BC_OUT;", NEED("%INPUT_SCAN", "INPUT SCAN", "input port 'a'")},
     {CLOCK_MUX, A, "%INPUT_SCAN BC_IN;", NEED("%INPUT_MUX_SCAN", "INPUT_MUX_SCAN", "input port 'a'")},
     {OUT, Y, "%INPUT_SCAN BC_IN;", NEED("%OUTPUT_SCAN", "OUTPUT SCAN", "output port 'y'")},
     {OUT_MUX, Y, "%OUTPUT_SCAN BC_OUT;", NEED("%OUTPUT_MUX_SCAN", "OUTPUT_MUX_SCAN", "output port 'y'")},
@@ -210,8 +199,6 @@ const struct {
     {CORE, "1 OBSERVE u{A} *\n", "%INTERNAL_SCAN BC_IN;",
      NEED("%OBSERVE_ONLY_SCAN", "OBSERVE_ONLY SCAN", "internal port 'u{A}'")},
     {CORE, "1 INTERNAL u{} *\n", "", "ERROR: can not get instance name or pin name in 'u{}' of pin file.\n"},
-    {CORE, "1 INTERNAL uA *\n", "", "ERROR: can not get instance name or pin name in 'uA' of pin file.\n"},
-    {CORE, "1 INTERNAL u{ *\n", "", "ERROR: can not get instance name or pin name in 'u{' of pin file.\n"},
     {CORE, "1 INTERNAL w{A} *\n", "", "ERROR: can not find instance 'w' in './chip.c.sdb' file.\n"},
     {TWO_PATHS, "1 INTERNAL a.b.c{A} *\n", "",
      "ERROR: instance 'a.b.c' of pin file is ambiguous in './chip.c.sdb' file.\n       Please write one of:\n"

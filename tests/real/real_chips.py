@@ -21,7 +21,6 @@ HERE = pathlib.Path(__file__).resolve().parent
 sys.dont_write_bytecode = True
 sys.path.insert(0, str(HERE.parent / "chips"))
 import checks  # noqa: E402
-import compare  # noqa: E402
 import proof  # noqa: E402
 from chip_files import ProofError, read_chip, read_ports, strip_comments  # noqa: E402
 from player import Player, run  # noqa: E402
@@ -38,8 +37,6 @@ CHIPS = {
 }
 IDCODE = 0x12650555
 TEST_PORTS = {"tdi": "input", "tms": "input", "tck": "input", "trst_n": "input", "tdo": "output"}
-THROUGH = [("BS_IN", "PI", "PO"), ("BS_OUT", "PI", "PO"), ("BS_CTL?", "PI", "PO"), ("BS_BUF", "A", "Z")]
-DROP = ["BS_OBS", "jtag_tap"]
 
 
 def insert(chip, tool, work):
@@ -70,17 +67,6 @@ def netlists_of(chip, work):
     return netlists[:len({(work / name).read_text() for name in netlists})]
 
 
-def check_structure(chip, netlists, work):
-    known = compare.Reader([work / name for name in [*CELLS, f"{chip.top}_TAP_empty.v"]], set(chip.macros),
-                           bodies=False).modules
-    def flat(names):
-        return compare.Flat(compare.Reader([work / name for name in names], set()), known, THROUGH, DROP)
-    old = flat(chip.netlist)
-    for name in (*netlists, "as_read.v"):
-        for fault in compare.differences(old, flat([name]), [] if name == "as_read.v" else list(TEST_PORTS)):
-            yield f"{name}: {fault}"
-
-
 def accept(chip, netlist, work):
     """Icarus Verilog takes the square of the pins on a power net; it reads them here, and leaves them open."""
     files = [netlist, f"{chip.top}_TAP.v", *CELLS]
@@ -109,27 +95,26 @@ def check_session(chip, register, netlist, work):
     power = "|".join(map(re.escape, register.skipped - set(TEST_PORTS)))
     (work / f"open_{netlist}").write_text(re.sub(rf"\(\s*(?:{power})\s*\)", "()", (work / netlist).read_text()))
     session = Session(register, tdo_always_driven=True)         # no pad stands at the test port
-    session.diverging = True
-    session.reset_by_tms()
-    plan, rng = {"resets": {}}, random.Random(1)
-    checks.try_resets(register, session)
-    checks.try_registers(register, session, rng)
-    later = checks.try_extest(register, session, plan, rng, 4)
-    pins = register.ports
+    trials = checks.Trials(register, session, {"resets": {}}, random.Random(1))
+    trials.start()
+    trials.resets()
+    trials.registers()
+    trials.extest(4)
     player = Player(work, pathlib.Path(netlist).stem, [f"open_{netlist}", f"{chip.top}_TAP.v", "models.v", "bscells.v"],
-                    f"{chip.top}_jtag", pins, register.skipped)
-    answers = player.play(session.steps)
-    place = {pin: index for index, pin in enumerate(pins)}
-    yield from proof.check_tdo(session, answers, place["tdo"])
-    for check in later:
-        yield from check(answers, place)
+                    f"{chip.top}_jtag", register.ports, register.skipped)
+    value = checks.values(player.play(session.steps), register.ports)
+    yield from proof.check_tdo(trials, value)
+    for check in trials.found:
+        yield from check(value, None)
 
 
 def prove(chip, tool, work):
     insert(chip, tool, work)
     register = read_chip(*[work / f"{chip.top}.{kind}" for kind in ("bso", "bsc", "lib")])
     netlists = netlists_of(chip, work)
-    faults = list(check_ports(chip, work)) + list(check_structure(chip, netlists, work))
+    plan = {"design": chip.top, "cells": CELLS, "netlist": chip.netlist}
+    faults = list(check_ports(chip, work))
+    faults += proof.check_structure(register, plan, [*netlists, "as_read.v"], work, chip.macros)
     if len(register.cells) != chip.cells or int(register.idcode, 2) != IDCODE:
         faults.append(f"{len(register.cells)} cells, IDCODE {register.idcode}")
     write_models(chip, work)

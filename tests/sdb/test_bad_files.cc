@@ -2,7 +2,6 @@
 #include "tests/sdb/small_design.hh"
 
 #include <gtest/gtest.h>
-#include <set>
 
 namespace {
 
@@ -48,11 +47,8 @@ TEST(bad_files, status_and_message) {
         {"text", -7, read_failure, std::string(2000, '/')},
         {"another magic", -2, obsolete("0"), with_word(4, 0x00424453 + 1)},
         {"version 302", -2, obsolete("302"), with_word(version_place, 302)},
-        {"version 0", -5, read_failure, with_word(version_place, 0)},
         {"marker 11", -5, read_failure, '\x0B' + with_word(8, 300)},
-        {"marker 17", -5, read_failure, '\x11' + with_word(8, 300)},
         {"marker 14 is none", -7, read_failure, '\x0E' + with_word(8, 300)},
-        {"another symbol magic", -7, read_failure, with_word(748, 0x00585858)},
     };
     for (const status_case &one : cases) {
         scratch.write("x.sdb", one.bytes);
@@ -62,21 +58,6 @@ TEST(bad_files, status_and_message) {
     EXPECT_EQ(refusal_of(scratch.path("absent.sdb")), read_failure);
     EXPECT_EQ(sdb_errnoG, -7);
     EXPECT_EQ(refusal_of(scratch.dir.string()), read_failure) << "a folder";
-}
-
-TEST(bad_files, truncated_files_are_refused) {
-    scratch_folder scratch;
-    const std::string bytes = small_design_bytes(scratch);
-    std::set<size_t> lengths{732, 744, 745, 760, bytes.size() - 1};
-    for (int32_t table = 0; table < SDB_FIXED_TAB_COUNT; table++)
-        if (word_at(bytes, descriptor_place(table) + 4) != 0)
-            lengths.insert(word_at(bytes, descriptor_place(table) + 16));
-    for (size_t length = 732; length < bytes.size(); length += 7)
-        lengths.insert(length);
-    for (size_t length : lengths) {
-        scratch.write("cut.sdb", bytes.substr(0, length));
-        EXPECT_NE(refusal_of(scratch.path("cut.sdb")).find("(FA-01-0005)"), std::string::npos) << length;
-    }
 }
 
 TEST(bad_files, ids_and_counts_are_checked) {
@@ -95,42 +76,26 @@ TEST(bad_files, ids_and_counts_are_checked) {
         {"table NODE: the count -1 is negative", descriptor_place(SDB_NODE_TAB) + 4, 0xFFFFFFFF},
         {"(FA-01-0005)", descriptor_place(SDB_NODE_TAB) + 4, 0x7FFFFFFF},
         {"table OBJ: the record size 13 is not 12", descriptor_place(SDB_OBJ_TAB) + 8, 13},
-        {"(FA-01-0005)", descriptor_place(SDB_PORT_TAB) + 16, 0xFFFFFFF0},
         {"table CLAS, row 0: no symbol", at(SDB_CLASS_TAB, 0, 0), many},
         {"table CLAS, row 1: its pins are out of range", at(SDB_CLASS_TAB, 1, 2), 0x7FFFFFFF},
-        {"table CLAS, row 1: its pins are out of range", at(SDB_CLASS_TAB, 1, 3), 0x7FFFFFFF},
         {"table CLAS, row 1: its pins are out of range", at(SDB_CLASS_TAB, 1, 1), 17, at(SDB_CLASS_TAB, 1, 2),
          2}, // whatever the class's type
         {"table CLAS, row 1: its pins are out of range", at(SDB_CLASS_TAB, 1, 1), 0xFFFFFFFF,
          at(SDB_CLASS_TAB, 1, 3), 0xFFFFFFFE},
-        {"table PIN, row 1: no symbol", at(SDB_PIN_TAB, 1, 0), many},
-        {"table PORT, row 2: no symbol", at(SDB_PORT_TAB, 2, 0), many},
-        {"table PORT, row 2: no node", at(SDB_PORT_TAB, 2, 2), many},
         {"table PORT, row 2: is not the port of its node", at(SDB_PORT_TAB, 2, 2), 0},
         {"table OBJ, row 0: no class", at(SDB_OBJ_TAB, 0, 0), 3},
-        {"table OBJ, row 0: no node", at(SDB_OBJ_TAB, 0, 1), many},
         {"table OBJ, row 4: is not the object of its first node", at(SDB_OBJ_TAB, 4, 1), 0},
         {"table NODE, row 6: no object", at(SDB_NODE_TAB, 6, 0), many},
-        {"table NODE, row 0: no pin", at(SDB_NODE_TAB, 0, 1), many},
         {"table NODE, row 0: its object's class does not have pin", at(SDB_NODE_TAB, 0, 1), 1},
-        {"table NODE, row 0: no net", at(SDB_NODE_TAB, 0, 2), many},
-        {"table NODE, row 0: no next node", at(SDB_NODE_TAB, 0, 3), many},
         {"table NET, row 0: its list of nodes", at(SDB_NODE_TAB, 0, 3), 0},
-        {"table NET, row 0: its list of nodes", at(SDB_NODE_TAB, 0, 3), 1},
         {"table NET, row 1: no node", at(SDB_NET_TAB, 1, 0), many},
         {"is not on the list of its net", at(SDB_NET_TAB, 1, 0), 0xFFFFFFFF},
         {"table SOBJ, row 0: no name", at(SDB_SOBJ_TAB, 0, 0), many},
-        {"table SOBJ, row 2: no name", at(SDB_SOBJ_TAB, 2, 0), 0x80000000},
-        {"table SNET, row 0: no name", at(SDB_SNET_TAB, 0, 0), many},
         {"table SOBJ, row 4: the count is not that of what is named", descriptor_place(SDB_SOBJ_TAB) + 4, 4},
-        {"table PREF, row 0: no name", at(SDB_PREFIX_TAB, 0, 0), many},
         {"table PREF, row 0: its name comes back to row 0", at(SDB_PREFIX_TAB, 0, 0), 0xFFFFFFFA},
         {"table PREF, row 0: its parent does not lie before it, 0", at(SDB_PREFIX_TAB, 0, 1), 0},
-        {"table PREF, row 1: its parent does not lie before it, 2", at(SDB_PREFIX_TAB, 1, 1), 2},
         {"symbol table, record 3: its links", symbol_links_place(bytes, 3), 3},
-        {"symbol table, record 3: its links", symbol_links_place(bytes, 3) + 4, many},
         {"symbol table has no buckets", 756, 0},
-        {"(FA-01-0005)", 756, 0x7FFFFFFF},
     };
     for (const word_case &one : cases) {
         std::string changed = bytes;

@@ -172,17 +172,6 @@ TEST(files, ports_are_saved_by_direction_with_their_nodes) {
     }
 }
 
-TEST(files, sentinel_ends_each_table) {
-    scratch_folder scratch;
-    small_design_bytes(scratch);
-    open_design design(scratch.path("small.sdb"));
-    for (int32_t i = 0; i <= SDB_PROP_TAB; i++) {
-        const SDB_TABLE &table = design.handle->tables[i];
-        EXPECT_EQ(static_cast<const int32_t *>(table.data)[table.count * table.record_size / 4], -1)
-            << table.name;
-    }
-}
-
 // A reader's handle is not written, whatever the caller asks for.
 TEST(files, handle_opened_for_reading_saves_nothing) {
     scratch_folder scratch;
@@ -220,34 +209,6 @@ TEST(files, save_keeps_what_the_user_set) {
     });
     EXPECT_EQ(result.out, "1");
     EXPECT_EQ(SDB_open("/no/such/folder/small.sdb", "w", 0), nullptr);
-}
-
-TEST(files, opening_leaves_the_current_design_alone) {
-    scratch_folder scratch;
-    small_design_bytes(scratch);
-    open_design design(scratch.path("small.sdb"));
-    const SDB_NODE *nodes = node_tab;
-    SDB_HANDLE *other = SDB_open(scratch.path("small.sdb").c_str(), "r", 0);
-    EXPECT_EQ(node_tab, nodes);
-    EXPECT_EQ(SDB_setup(nullptr), nullptr);
-    EXPECT_EQ(sdb, design.handle);
-    SDB_setup(other);
-    SDB_close(other, 0);
-    EXPECT_EQ(node_tab, nullptr);
-    EXPECT_EQ(port_count, 0);
-    SDB_setup(design.handle);
-    EXPECT_EQ(node_tab, nodes);
-}
-
-TEST(files, task_selects_tables) {
-    scratch_folder scratch;
-    small_design_bytes(scratch);
-    SDB_HANDLE *handle = SDB_open(scratch.path("small.sdb").c_str(), "r", 3);
-    ASSERT_NE(handle, nullptr);
-    EXPECT_EQ(SDB_table_count(handle, SDB_PORT_TAB), 3);
-    EXPECT_EQ(SDB_table_count(handle, SDB_NODE_TAB), 0);
-    EXPECT_EQ(handle->tables[SDB_NODE_TAB].data, nullptr);
-    SDB_close(handle, 0);
 }
 
 TEST(files, many_symbols_get_many_buckets) {

@@ -5,23 +5,6 @@
 
 #include <gtest/gtest.h>
 
-TEST(symbols, texts_and_ids) {
-    SYM_TABLE *table = SYM_init(3);
-    int32_t a = SYM_setup(table, "a");
-    EXPECT_EQ(SYM_setup(table, "a"), a);
-    for (int32_t i = 0; i < 100; i++)
-        EXPECT_EQ(SYM_install(table, ("n" + std::to_string(i)).c_str()), 2 + i);
-    EXPECT_EQ(SYM_lookup(table, "n57"), 59);
-    EXPECT_EQ(SYM_lookup(table, "n100"), -1);
-    EXPECT_STREQ(SYM_get(table, 0), "*UNDEF*");
-    EXPECT_STREQ(SYM_get(table, a), "a");
-    EXPECT_EQ(SYM_get(table, SYM_count(table)), nullptr);
-    EXPECT_EQ(SYM_get(table, -1), nullptr);
-    std::string long_text(5000, 'x');
-    EXPECT_EQ(SYM_get(table, SYM_setup(table, long_text)), long_text);
-    SYM_free(table);
-}
-
 TEST(names, lookups) {
     scratch_folder scratch;
     small_design_bytes(scratch);
@@ -129,21 +112,6 @@ TEST(names, separators_inside_components) {
     EXPECT_EQ(SDB_instance_obj("a.b"), 1) << "the instance of exactly this name";
     EXPECT_EQ(SDB_path_obj({"a.b", "c"}), objects[2].obj);
     EXPECT_EQ(SDB_path_obj({"a", "c"}), -1);
-}
-
-TEST(names, lowest_id_wins_and_new_ones_are_found) {
-    scratch_folder scratch;
-    SDB_HANDLE *design = SDB_open(scratch.path("twice.sdb").c_str(), "w", 0);
-    int32_t cell = SDB_add_class(design, "BUF", SDB_KIND_CELL, {{"A", SDB_INPUT}});
-    int32_t same = SDB_plain_name(design, "same");
-    for (int32_t i = 0; i < 3; i++)
-        SDB_add_obj(design, same, cell);
-    SDB_setup(design);
-    EXPECT_EQ(SDB_lookup_obj("same"), 0);
-    int32_t added = SDB_add_obj(design, SDB_plain_name(design, "new"), cell);
-    EXPECT_EQ(SDB_lookup_obj("new"), added);
-    SDB_close(design, 0);
-    SDB_clear_current();
 }
 
 TEST(names, hierarchical_name_as_long_as_the_buffer) {

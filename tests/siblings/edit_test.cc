@@ -64,16 +64,12 @@ const edit_case edits[] = {
      "output y y\nu1 INV A=a Z=y\nu2 INV A=y Z=-\n"
      "u3 INV A=y Z=z\n"},
     {"a bus takes another driver", "add c1 TRI\nconnect c1{Z} t1{Z}\n", "c1 TRI A=- E=- Z=m\n"},
-    {"many pins on one, one line at a time",
-     "add c1 INV\nadd c2 INV\nadd c3 INV\nconnect c1{A} c2{A}\nconnect c2{A} c3{A}\nconnect c1{A} a\n",
-     "c1 INV A=a Z=-\nc2 INV A=a Z=-\nc3 INV A=a Z=-\n"},
     {"replace keeps pins of the same name",
      "path more \nconnect k{o} X_NET\nreplace k box_bs\nconnect k{si} v[1]\n",
      "k box_bs i=a o=X_NET si=v[1] so=-\n"},
     {"replace drops the others", "path none\npath more\nreplace k less\n", "k less o=- x=-\n"},
     {"a pin in another case, as a library may write it", "disconnect u2{z}\ndisconnect u2{a}\n",
      "output y y\nu2 INV A=- Z=-\n"},
-    {"connecting what is connected", "connect u2{A} u3{A}\nconnect u2{A} n\n", ""},
 };
 
 // The design's lines with those of `changed` put in the place of lines that begin with the same word or
@@ -126,11 +122,7 @@ const refusal_case refusals[] = {
     {"edit d\n", "1: the file ends without 'quit'."},
     {"edit none\n", "1: there is no file 'none.sdb' to edit."},
     {"add c1 INV\nquit\n", "1: no design is being edited"},
-    {"save\nquit\n", "1: no design is being edited"},
-    {"edit d\nedit d\n", "2: a design is being edited already."},
-    {"edit d\nmove u1 u2\n", "2: unknown command 'move'."},
     {"edit d\nconnect a\n", "2: 'connect' takes 2 operands."},
-    {"edit d\nsave now\n", "2: 'save' takes 0 operands."},
     {"edit d\nadd c1 NONE\nsave\nquit\n", "2: the cell or module 'NONE' is unknown"},
     {"edit d\nadd u1 INV\nsave\nquit\n", "2: the design has an instance 'u1' already."},
     {"edit d\nadd y output\nsave\nquit\n", "2: the design has a port 'y' already."},
@@ -138,19 +130,13 @@ const refusal_case refusals[] = {
     {"edit d\n\ndisconnect u9{A}\nsave\nquit\n", "3: the design has no instance 'u9'."},
     {"edit d\ndisconnect u1{Q}\nsave\nquit\n", "2: the instance 'u1' has no pin 'Q'."},
     {"edit d\ndisconnect n\nsave\nquit\n", "2: 'n' is a net"},
-    {"edit d\ndisconnect VCC\nsave\nquit\n", "2: 'VCC' is a net"},
     {"edit d\nconnect u1{A} nowhere\nsave\nquit\n", "2: the design has no port or net 'nowhere'."},
     {"edit d\nconnect u1{A} *UNDEF*\nsave\nquit\n", "2: '*UNDEF*' names nothing."},
-    {"edit d\nadd *UNDEF* INV\nsave\nquit\n", "2: '*UNDEF*' names nothing."},
     {"edit d\nconnect u1{Z} u2{Z}\nsave\nquit\n", "2: 'u1{Z}' and 'u2{Z}': this joins two drivers."},
     {"edit d\nconnect u1{Z} VCC\nsave\nquit\n", "2: 'u1{Z}' and 'VCC': this joins two drivers."},
     {"edit d\nconnect VCC GND\nsave\nquit\n", "2: 'VCC' and 'GND': this joins the constants 0 and 1."},
-    {"edit d\nreplace u9 INV\nsave\nquit\n", "2: the design has no instance 'u9'."},
-    {"edit d\nreplace k box_bs\nsave\nquit\n", "2: the cell or module 'box_bs' is unknown"},
     {"edit d\nreplace k ../lib/INV\nsave\nquit\n", "2: the cell or module '../lib/INV' is unknown"},
     {"edit d\nadd c1 INV\nquit\n", "3: the changes have not been saved."},
-    {"edit d\nconnect {A} u1{\nsave\nquit\n", "2: the design has no instance ''."},
-    {"edit d\nconnect } {}\nsave\nquit\n", "2: the design has no port or net '}'."},
 };
 
 TEST(Kalmedit, RefusesWithTheLineAndChangesNothing) {
@@ -176,31 +162,6 @@ TEST(Kalmedit, RefusesWithTheLineAndChangesNothing) {
     scratch.write("d.sdb", bytes.substr(0, bytes.size() / 2));
     EXPECT_EQ(scratch.edit("edit d\nsave\nquit\n").status, 255);
     EXPECT_EQ(scratch.read("d.sdb").size(), bytes.size() / 2);
-}
-
-// Command files that no program writes: long lines, binary bytes, many of everything.
-TEST(Kalmedit, EndsOrderlyOnHostileFiles) {
-    edit_scratch scratch;
-    std::string bytes = scratch.read("d.sdb");
-    std::string all;
-    for (int i = 0; i < 256; i++)
-        all += static_cast<char>(i);
-    const std::string files[] = {all,
-                                 std::string(1 << 20, 'x'),
-                                 "edit d\nadd " + std::string(1 << 20, 'n') + " INV\n",
-                                 "edit d\nconnect u1{" + std::string(5000, '{') + "} a\n",
-                                 "edit d\nadd " + all + " INV\n",
-                                 std::string(1 << 20, '\n'),
-                                 "edit ..\n",
-                                 "edit lib/\n",
-                                 "edit d\nadd c1 ..\n",
-                                 "edit d\nconnect " + std::string(1, '\0') + " a\n"};
-    for (const std::string &text : files) {
-        run_result result = scratch.edit(text);
-        EXPECT_EQ(result.status, 255);
-        EXPECT_EQ(result.err.rfind("ERROR: ", 0), 0u) << result.err.substr(0, 200);
-        EXPECT_EQ(scratch.read("d.sdb"), bytes);
-    }
 }
 
 } // namespace

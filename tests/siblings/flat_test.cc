@@ -90,16 +90,9 @@ TEST(Flat, Refusals) {
         const char *text;
     } const cases[] = {
         {"", "usage: kalmflat"},
-        {"-cellonly -keepempty", "usage: kalmflat"},
-        {"-cellonly -opath out", "usage: kalmflat"},
-        {"-cellonly top -opath", "nothing stands behind the switch '-opath'"},
-        {"-deep top", "unknown switch '-deep'"},
-        {"top leaf", "two designs are given, 'top' and 'leaf'"},
         {"none", "there is no file 'none.sdb'"},
         {"alone/solo -opath .", "'gone' has no SDB file on the search path"},
         {"cut/top -opath .", "cut/top.sdb"},
-        {"lib/INV -opath .", "lib/INV.sdb: this is a library cell"},
-        {"top.c -opath .", "top.c.sdb: this is a flat design"},
         {"top -opath none", "none/top"},
     };
     std::string flat = folder.read("top.c.sdb");

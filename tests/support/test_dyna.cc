@@ -1,6 +1,5 @@
 #include "support/dyna.hh"
 
-#include <cstring>
 #include <gtest/gtest.h>
 #include <vector>
 
@@ -21,8 +20,8 @@ int compare_keyed(const void *a, const void *b) {
     return static_cast<const keyed *>(a)->key - static_cast<const keyed *>(b)->key;
 }
 
-int *table_of(const std::vector<int> &values, int limit = 0) {
-    int *tab = DYNA_init<int>(limit);
+int *table_of(const std::vector<int> &values) {
+    int *tab = nullptr;
     for (int value : values)
         append_row(tab, value);
     return tab;
@@ -33,41 +32,6 @@ std::vector<int> values_of(int *tab) {
 }
 
 } // namespace
-
-TEST(Dyna, FirstRoomIsZeroed) {
-    int *tab = DYNA_init<int>(100);
-    DYNA_add(&tab, 100);
-    EXPECT_EQ(values_of(tab), std::vector<int>(100, 0));
-    DYNA_free(&tab);
-}
-
-TEST(Dyna, NullHandleIsAnEmptyTable) {
-    int *tab = nullptr;
-    int key = 1;
-    EXPECT_EQ(DYNA_count(tab), 0);
-    EXPECT_TRUE(rows(tab).empty());
-    EXPECT_EQ(DYNA_add(&tab, 1), -1);
-    EXPECT_EQ(DYNA_resize(&tab, 1), -1);
-    EXPECT_EQ(DYNA_delete(&tab, 0), -1);
-    EXPECT_EQ(DYNA_sort(&tab, compare_ints), -1);
-    EXPECT_EQ(DYNA_search(&tab, &key, compare_ints), -1);
-    EXPECT_EQ(DYNA_free(&tab), -1);
-}
-
-TEST(Dyna, BoundedTableDropsItsOldest) {
-    std::vector<int> twenty(20);
-    for (int i = 0; i < 20; i++)
-        twenty[static_cast<size_t>(i)] = i;
-    int *tab = table_of(twenty, 20);
-    int index = DYNA_add(&tab, 1);
-    EXPECT_EQ(index, 19);
-    EXPECT_EQ(tab[0], 1);
-    EXPECT_EQ(tab[18], 19);
-    DYNA_resize(&tab, 5); // the limit follows
-    EXPECT_EQ(DYNA_add(&tab, 5), 20);
-    EXPECT_EQ(DYNA_add(&tab, 1), 24);
-    DYNA_free(&tab);
-}
 
 TEST(Dyna, DeleteClosesUpAndRefusesWhatIsNotThere) {
     struct {
@@ -112,28 +76,6 @@ TEST(Dyna, SortKeepsEqualRowsInOrder) {
     DYNA_sort(&tab, compare_keyed);
     for (int i = 1; i < 300; i++)
         EXPECT_LT(tab[i - 1].key * 1000 + tab[i - 1].place, tab[i].key * 1000 + tab[i].place);
-    DYNA_free(&tab);
-}
-
-TEST(Dyna, ShrinkingBelowTheCountCutsIt) {
-    int *tab = table_of({1, 2, 3, 4});
-    EXPECT_EQ(DYNA_resize(&tab, -14), 2);
-    EXPECT_EQ(DYNA_resize(&tab, -1000), 0);
-    append_row(tab, 7);
-    EXPECT_EQ(values_of(tab), std::vector<int>{7});
-    DYNA_free(&tab);
-}
-
-TEST(DynaDeath, HandleWithoutHeader) {
-    int plain[64] = {};
-    int *tab = plain + 32;
-    EXPECT_EXIT(DYNA_add(&tab, 1), testing::ExitedWithCode(255),
-                "^\nFATAL 002: Fatal Error - Corrupted data table\n$");
-}
-
-TEST(DynaDeath, MoreThanABoundedTableHolds) {
-    int *tab = DYNA_init<int>(4);
-    EXPECT_EXIT(DYNA_add(&tab, 5), testing::ExitedWithCode(255), "Corrupted data table");
     DYNA_free(&tab);
 }
 

@@ -1,11 +1,9 @@
-#include "support/dyna.hh"
 #include "support/fnm.hh"
 #include "support/text.hh"
 #include "tests/support/scratch.hh"
 
 #include <gtest/gtest.h>
 #include <string>
-#include <vector>
 
 namespace {
 
@@ -23,13 +21,6 @@ struct inside {
         std::filesystem::current_path(before);
     }
 };
-
-std::vector<std::string> search_list(const char **table) {
-    std::vector<std::string> list;
-    for (const char *entry : rows(table))
-        list.push_back(shown(entry));
-    return list;
-}
 
 } // namespace
 
@@ -59,31 +50,6 @@ TEST(FileNames, ParseAndMake) {
     }
 }
 
-TEST(FileNames, BreakBuildAppend) {
-    struct {
-        std::string made;
-        const char *expected;
-    } const cases[] = {
-        {FNM_break("dir/chip.sdb", "b"), "chip"},
-        {FNM_break("dir/chip.sdb", "e"), ".sdb"},
-        {FNM_break("dir/chip.sdb", "p"), "dir/"},
-        {FNM_break("dir/chip.sdb", "eb?"), "chip.sdb"},
-        {FNM_break("chip", "p"), ""},
-        {FNM_break("/chip", "p"), ""},
-        {FNM_break("a.b.c", "b"), "a.b"},
-        {FNM_break("a:b", "v"), ""},
-        {FNM_build("out", "in/chip.sdb", "v"), "out/chip.v"},
-        {FNM_build(nullptr, "in/chip.sdb", ".v"), "in/chip.v"},
-        {FNM_build("out/", "chip", nullptr), "out/chip"},
-        {FNM_append_ext("a.sdb", ".sdb"), "a.sdb"},
-        {FNM_append_ext("a.c", ".sdb"), "a.c.sdb"},
-        {FNM_append_ext("a.c.sdb", nullptr), "a.c"},
-        {FNM_append_ext("a", nullptr), "a"},
-    };
-    for (const auto &one : cases)
-        EXPECT_EQ(one.made, one.expected);
-}
-
 TEST(FileNames, Home) {
     std::string home = shown(FNM_get_home("~"));
     EXPECT_NE(home, "-");
@@ -105,14 +71,6 @@ TEST(FileNames, LinkChains) {
     EXPECT_EQ(FNM_get_link("nothing"), "nothing");
     EXPECT_EQ(FNM_get_link("."), std::filesystem::current_path());
     EXPECT_EQ(FNM_get_link(""), std::filesystem::current_path());
-}
-
-TEST(FileNamesDeath, LinkLoop) {
-    scratch_folder scratch;
-    ASSERT_EQ(scratch.run("ln -s b a; ln -s c b; ln -s a c").status, 0);
-    inside here(scratch);
-    EXPECT_EXIT(FNM_get_link("a"), testing::ExitedWithCode(255),
-                "^\nFATAL Please remove self-link 'a->b->c->a' before proceeding!\n *\n$");
 }
 
 TEST(SearchPath, DefaultsThenEnvironmentWithSubdirectories) {
@@ -149,38 +107,6 @@ TEST(SearchPath, DefaultsThenEnvironmentWithSubdirectories) {
     EXPECT_EQ(FNM_find_input("v.txt"), nullptr);
     EXPECT_EQ(FNM_find_input("lib/l.txt"), nullptr);
     EXPECT_EQ(shown(FNM_find_input("w.txt")), "w/w.txt");
-}
-
-TEST(SearchPath, ListsAsTheyAreStored) {
-    scratch_folder scratch;
-    ASSERT_EQ(scratch.run("mkdir a b; ln -s a link").status, 0);
-    inside here(scratch);
-    struct {
-        const char *env, *default_list, *first;
-        std::vector<std::string> stored;
-    } const cases[] = {
-        {nullptr, ".", "-", {".", "-"}},
-        {"", ".", "-", {".", "-"}},
-        {" a", nullptr, "-", {".", "-"}},
-        {"a b", nullptr, "a", {"a", "b", "-"}},
-        {"a:b link", nullptr, "a", {"a", "b", "-"}},
-        {"link:a", nullptr, "link", {"link", "-"}},
-        {"a:./a", nullptr, "a", {"a", "./a", "-"}},
-        {"~no_such_user_here:b", nullptr, "-", {"b", "-"}},
-        {"~root", nullptr, "/root", {"/root", "-"}},
-        {".:a", ".", ".", {".", "a", "-"}},
-        {nullptr, nullptr, "-", {}},
-    };
-    for (const auto &one : cases) {
-        FNM_clear_path();
-        const char *first = "unset";
-        EXPECT_EQ(search_list(FNM_search_path(one.env, one.default_list, &first)), one.stored)
-            << shown(one.env);
-        EXPECT_EQ(shown(first), one.first) << shown(one.env);
-    }
-    FNM_clear_subdir();
-    EXPECT_EQ(search_list(FNM_search_subdir("a, b\tlink:a")), (std::vector<std::string>{"a", "b"}));
-    FNM_clear_subdir();
 }
 
 TEST(SearchPath, NamesPastTheWorkAreaAreFoundNowhere) {

@@ -1,44 +1,12 @@
-#include "support/console.hh"
 #include "support/message.hh"
 #include "support/shell.hh"
 #include "support/temporary_file.hh"
-#include "support/text.hh"
 #include "support/whole_file.hh"
 #include "tests/support/scratch.hh"
 
 #include <gtest/gtest.h>
 #include <string>
 #include <sys/stat.h>
-#include <utility>
-
-TEST(Text, KeptTextsAreSharedAndStay) {
-    std::string changing = "pad_1";
-    const char *kept = keep_text(changing);
-    changing = "gone!";
-    EXPECT_STREQ(kept, "pad_1");
-    for (int i = 0; i < 50000; i++) // through many blocks and rehashings
-        keep_format("net_%d", i);
-    EXPECT_EQ(keep_text("pad_1"), kept);
-    std::string huge(300000, 'x');
-    EXPECT_EQ(keep_text(huge), huge);
-    EXPECT_EQ(keep_text(huge), keep_text(huge));
-    EXPECT_STREQ(keep_text(""), "");
-    EXPECT_EQ(keep_text_or_null(nullptr), nullptr);
-}
-
-TEST(Console, BothSinksGetTheWholeText) {
-    scratch_folder scratch;
-    std::string longer(200000, 'r');
-    testing::internal::CaptureStdout();
-    vmr_printf("before %d\n", 1); // no report yet
-    fd = std::fopen(scratch.path("report").c_str(), "w");
-    vmr_printf("%s%%\n", longer.c_str());
-    console_printf("console\n");
-    print_out_str("100%s\n");
-    EXPECT_EQ(scratch.read("report"), longer + "%\n100%s\n"); // flushed
-    std::fclose(std::exchange(fd, nullptr));
-    EXPECT_EQ(testing::internal::GetCapturedStdout(), "before 1\n" + longer + "%\nconsole\n100%s\n");
-}
 
 TEST(MessageDeath, Layout) {
     EXPECT_EXIT(MSG_fatal("#017: one\ntwo\nthree"), testing::ExitedWithCode(255),

@@ -15,10 +15,11 @@ import fnmatch
 import re
 import sys
 
-TOKEN = re.compile(r"""\s+ | //[^\n]* | /\*.*?\*/ | \(\*(?!\s*\)).*?\*\) | (?P<dir>`\w+) | (?P<esc>\\\S+) |
-    (?P<num>\d*\s*'\s*[sS]?[bodhBODH]\s*[0-9a-fA-FxXzZ?_]+ | \d+) | (?P<id>[A-Za-z_][\w$]*) | (?P<sym>.)""",
-                   re.X | re.S)
+TOKEN = re.compile(r"""(?: \s+ | //[^\n]* | /\*.*?\*/ | \(\*(?!\s*\)).*?\*\) )*
+    (?: (?P<id>[A-Za-z_][\w$]*) | (?P<esc>\\\S+) | (?P<num>\d*\s*'\s*[sS]?[bodhBODH]\s*[0-9a-fA-FxXzZ?_]+ | \d+) |
+    (?P<dir>`\w+) | (?P<sym>.) | $)""", re.X | re.S)
 DIRECTIONS = ("input", "output", "inout")
+NETS = ("wire", "tri", "supply0", "supply1")
 
 
 def tokens(path, macros):
@@ -26,9 +27,9 @@ def tokens(path, macros):
     text, at, stack = open(path).read(), 0, []
     while at < len(text):
         match = TOKEN.match(text, at)
-        at = match.end()
-        if match["dir"]:
-            word, line = match["dir"][1:], text[at:].split("\n", 1)[0].split()
+        at, kind = match.end(), match.lastgroup
+        if kind == "dir":
+            word, line = match[kind][1:], text[at:].split("\n", 1)[0].split()
             if word in ("ifdef", "ifndef"):
                 stack.append((line[0] in macros) == (word == "ifdef"))
                 at += text[at:].index(line[0]) + len(line[0])
@@ -40,9 +41,8 @@ def tokens(path, macros):
                 if word == "define" and all(stack):
                     macros.add(line[0])
                 at = text.find("\n", at) % (len(text) + 1)
-        elif match.lastgroup and all(stack):
-            kind = match.lastgroup
-            yield ("id", match["esc"][1:], True) if kind == "esc" else (kind, match[kind], False)
+        elif kind and all(stack):
+            yield ("id", match[kind][1:], True) if kind == "esc" else (kind, match[kind], False)
 
 
 class Module:
@@ -124,7 +124,7 @@ class Reader:
         while not self.have("endmodule"):
             word, escaped = self.text, self.escaped
             self.next()
-            if not escaped and word in DIRECTIONS + ("wire", "tri", "supply0", "supply1"):
+            if not escaped and word in (DIRECTIONS + NETS if self.bodies else DIRECTIONS):
                 for name in self.names(module, False):
                     if word.startswith("supply"):
                         module.supplies[name] = word[-1]
@@ -144,7 +144,7 @@ class Reader:
 
     def instance(self, module, cell):
         while True:
-            name, pins = self.take(), []
+            name, span, pins = self.take(), self.range(), []
             self.take("(")
             while not self.have(")"):
                 pin = None
@@ -155,7 +155,7 @@ class Reader:
                 if pin is not None:
                     self.take(")")
                 self.have(",")
-            module.instances.append((name, cell, pins))
+            module.instances.append((name, span, cell, pins))
             if not self.have(","):
                 break
         self.take(";")
@@ -228,8 +228,8 @@ class Flat:
     def __init__(self, reader, cells, through, drop):
         self.nets, self.direct = Union(), Union()
         self.reader, self.cells, self.through, self.drop = reader, cells, through, drop
-        self.instances, self.pins = {}, {}
-        used = {cell for module in reader.modules.values() for _, cell, _ in module.instances}
+        self.instances, self.pins, self.dropped = {}, {}, []
+        used = {cell for module in reader.modules.values() for _, _, cell, _ in module.instances}
         tops = [name for name in reader.modules if name not in used]
         if len(tops) != 1:
             sys.exit(f"not one top, but {tops}")
@@ -246,30 +246,44 @@ class Flat:
         for name, value in module.supplies.items():
             for bit in module.bits(name):
                 self.nets.join(self.node(path, bit), (value,))
-        for name, cell, pins in module.instances:
+        for name, span, cell, pins in module.instances:
             inner = self.reader.modules.get(cell)
             known = inner or self.cells.get(cell)
             if known is None:
                 sys.exit(f"the cell {cell} is unknown")
-            nodes = {}
-            for place, (pin, bits) in enumerate(pins):
-                pin = pin if pin is not None else known.ports[place]
-                for bit, net in zip(reversed(known.bits(pin)), reversed(bits)):
-                    nodes[bit] = self.node(path, net)
-            if inner:
-                for bit, node in nodes.items():
-                    for union in (self.nets, self.direct):
-                        union.join((path + (name,),) + bit, node)
-                self.expand(inner, path + (name,))
+            pins = [(pin if pin is not None else known.ports[place], bits) for place, (pin, bits) in enumerate(pins)]
+            if span:        # an array: each gets its part of a vector, and all of what is as wide as the pin
+                last, step = span[1], 1 if span[0] >= span[1] else -1
+                for i in range((span[0] - last) * step + 1):
+                    self.instance(f"{name}[{last + i * step}]", cell, inner, known, path, [
+                        (pin, bits if len(bits) <= len(known.bits(pin)) else
+                         bits[len(bits) - (i + 1) * len(known.bits(pin)):len(bits) - i * len(known.bits(pin))])
+                        for pin, bits in pins])
             else:
-                self.leaf(".".join(path + (name,)), cell, nodes)
+                self.instance(name, cell, inner, known, path, pins)
+
+    def instance(self, name, cell, inner, known, path, pins):
+        nodes = {}
+        for pin, bits in pins:
+            for bit, net in zip(reversed(known.bits(pin)), reversed(bits)):
+                nodes[bit] = self.node(path, net)
+        if inner:
+            for bit, node in nodes.items():
+                for union in (self.nets, self.direct):
+                    union.join((path + (name,),) + bit, node)
+            self.expand(inner, path + (name,))
+        else:
+            self.leaf(".".join(path + (name,)), cell, nodes)
 
     def leaf(self, name, cell, nodes):
-        for pattern, a, b in self.through:
-            if fnmatch.fnmatchcase(cell, pattern):
-                self.nets.join(nodes[(a, None)], nodes[(b, None)])
-                return
+        wires = [((a, None), (b, None)) for pattern, a, b in self.through if fnmatch.fnmatchcase(cell, pattern)]
+        for a, b in wires:
+            if a in nodes and b in nodes:
+                self.nets.join(nodes[a], nodes[b])
+        if wires:
+            return
         if any(fnmatch.fnmatchcase(cell, pattern) for pattern in self.drop):
+            self.dropped += [((cell, bit[0]), node) for bit, node in nodes.items()]
             return
         while name in self.instances:
             name += "'"
@@ -277,16 +291,21 @@ class Flat:
         for bit, node in nodes.items():
             self.pins[name, bit] = node
 
+    def beside(self, pins):
+        """The pins that share a net with some pins of cells that are left away."""
+        nets = {self.nets.find(node) for pin, node in self.dropped if pin in pins}
+        return {pin for pin, node in self.pins.items() if self.nets.find(node) in nets}
+
     def ports(self):
         return [bit for port in self.top.ports for bit in self.top.bits(port)]
 
-    def groups(self, union, instances, ports):
+    def groups(self, union, instances, ports, taken):
         """Of each pin and port what is on its net, where that is more than itself."""
         members = {}
         for port in ports:
             members.setdefault(union.find(((),) + port), set()).add(("port", port))
         for (name, bit), node in self.pins.items():
-            if name in instances:
+            if name in instances and (name, bit) not in taken:
                 members.setdefault(union.find(node), set()).add((name, bit))
         for value in "01":
             if union.find((value,)) in members:
@@ -294,7 +313,10 @@ class Flat:
         return {one: group for group in members.values() if len(group) > 1 for one in group}
 
 
-def differences(left, right, extra):
+def differences(left, right, extra, taken=()):
+    """Lines on what is not the same. extra are ports of the right side alone; pins of it on the net of a pin of taken,
+    which are pairs of a dropped cell and its pin, may be elsewhere on the left."""
+    taken = right.beside(taken)
     for name in left.instances.keys() | right.instances.keys():
         pair = left.instances.get(name), right.instances.get(name)
         if pair[0] != pair[1]:
@@ -304,7 +326,7 @@ def differences(left, right, extra):
         yield f"ports: {sorted(set(map(str, left.ports())) ^ set(map(str, ports)))}"
         return
     instances = left.instances.keys() & right.instances.keys()
-    one, other = left.groups(left.nets, instances, ports), right.groups(right.nets, instances, ports)
+    one, other = (side.groups(side.nets, instances, ports, taken) for side in (left, right))
     seen = set()
     for pin in one.keys() | other.keys():
         pair = one.get(pin), other.get(pin)
@@ -314,7 +336,7 @@ def differences(left, right, extra):
         if pair[0] != pair[1]:
             odd = sorted(map(str, (pair[0] or {pin}) ^ (pair[1] or {pin})))
             yield f"the net on {pin}: not on both sides {odd[:4]}"
-    one, other = left.groups(left.direct, instances, ports), right.groups(right.direct, instances, ports)
+    one, other = (side.groups(side.direct, instances, ports, taken) for side in (left, right))
     for port in ports:
         gone = one.get(("port", port), set()) - other.get(("port", port), set())
         if gone:
@@ -332,8 +354,7 @@ def main():
     given = options.parse_args()
     cells = Reader(given.cells, set(given.D), bodies=False).modules
     through = [tuple(re.split("[:=]", one)) for one in given.through]
-    left = Flat(Reader(given.left, set()), cells, [], [])
-    right = Flat(Reader(given.right, set()), cells, through, given.drop)
+    left, right = (Flat(Reader(files, set(given.D)), cells, through, given.drop) for files in (given.left, given.right))
     found = list(differences(left, right, given.ports.split(",")))
     for line in found[:20]:
         print(line)
@@ -342,4 +363,5 @@ def main():
     sys.exit(1 if found else 0)
 
 
-main()
+if __name__ == "__main__":
+    main()
