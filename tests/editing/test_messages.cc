@@ -33,9 +33,9 @@ const CHIP_ROW PADS[] = {
      .expected = "WARNING: (./chip.lib) %OUTPUT C of %BUFFER BBUF which connects to\n"
                  "         port 'b' is floating.\n",
      .status = 0},
-    {.what = "a bidirectional pad that leads into itself",
-     .changes = {{"chip.v", "e(.D(bc)", "e(.D(c)"}, {"chip.v", "pb(.I(q)", "pb(.I(bc)"}},
-     .expected = "ERROR: Bidirectional Pad 'pb' is floating.\n"
+    {.what = "a bidirectional pad that nothing reads and nothing feeds",
+     .changes = {{"chip.v", "e(.D(bc)", "e(.D(c)"}, {"chip.v", "pb(.I(q)", "pb(.I(open)"}},
+     .expected = "ERROR: Output Pad 'pb' is floating.\n"
                  "       Please correct your SDB or specify pin 'b' as skip signal.\n\n"},
     {.what = "an output pad on a constant",
      .changes = {{"chip.v", "py(.I(q)", "py(.I(1'b1)"}},
