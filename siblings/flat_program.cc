@@ -69,7 +69,7 @@ int FLAT_main(int argc, char **argv) {
     NL_MODULE flat = NL_flatten(design, top);
     std::string text;
     VLOG_write_modules(text, design, {&flat});
-    NL_open_lone_pins(flat);
+    NL_open_lone_pins(design, flat);
     NL_write_sdb(design, flat, TOOL_join(arguments.output_directory, name + ".c.sdb"));
     TOOL_write_file(TOOL_join(arguments.output_directory, name + "_flat.v"), text);
     return 0;

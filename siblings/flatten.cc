@@ -155,17 +155,67 @@ NL_MODULE NL_flatten(NL_DESIGN &design, int32_t top) {
     return std::move(work.flat);
 }
 
-void NL_open_lone_pins(NL_MODULE &flat) {
-    enum : uint8_t { FREE, ONE, SEVERAL };
-    std::vector<uint8_t> uses(flat.nets.size(), FREE);
-    uses[NL_GND] = uses[NL_VCC] = SEVERAL;
+namespace {
+
+// What stands on a net of a flat design: pins alone, or a port of that direction as well.
+enum NET_COMPANY : uint8_t { NO_PIN, ONE_PIN, SEVERAL_PINS, WITH_OUTPUT, WITH_INOUT, WITH_INPUT };
+
+std::vector<uint8_t> company_of_nets(const NL_MODULE &flat) {
+    static constexpr uint8_t of_direction[] = {WITH_OUTPUT, WITH_INOUT, WITH_INPUT};
+    std::vector<uint8_t> company(flat.nets.size(), NO_PIN);
+    company[NL_GND] = company[NL_VCC] = SEVERAL_PINS;
     for (const NL_PORT &port : flat.ports)
-        if (port.net != NL_NONE)
-            uses[static_cast<size_t>(port.net)] = SEVERAL;
+        if (port.net > NL_VCC)
+            company[static_cast<size_t>(port.net)] = of_direction[port.direction];
     for (int32_t net : flat.pins)
-        if (net != NL_NONE && uses[static_cast<size_t>(net)] != SEVERAL)
-            uses[static_cast<size_t>(net)]++;
-    for (int32_t &net : flat.pins)
-        if (net != NL_NONE && uses[static_cast<size_t>(net)] == ONE)
-            net = NL_NONE;
+        if (net != NL_NONE && company[static_cast<size_t>(net)] < SEVERAL_PINS)
+            company[static_cast<size_t>(net)]++;
+    return company;
+}
+
+// How an instance stands between the ports and the core.
+struct SURROUNDINGS {
+    bool reads_port = false;  // it may be the pad of an input
+    bool drives_port = false; // it may be the pad of an output, or of both directions
+    bool feeds_core = false;  // an output has company
+};
+
+SURROUNDINGS surroundings(const std::vector<NL_PORT> &ports, const int32_t *nets,
+                          const std::vector<uint8_t> &company) {
+    SURROUNDINGS around;
+    for (size_t i = 0; i < ports.size(); i++) {
+        uint8_t found = nets[i] > NL_VCC ? company[static_cast<size_t>(nets[i])] : uint8_t{NO_PIN};
+        around.reads_port |= found == WITH_INPUT && ports[i].direction != NL_OUTPUT;
+        around.drives_port |= (found == WITH_OUTPUT || found == WITH_INOUT) && ports[i].direction != NL_INPUT;
+        around.feeds_core |= found == SEVERAL_PINS && ports[i].direction == NL_OUTPUT;
+    }
+    return around;
+}
+
+// A pad of one direction that leads nowhere waits for the TAP: its pins stay on their nets, whose names are
+// those that the user knows. So does a don't-care bit of a cell in the core.
+bool waits_for_driver(const SURROUNDINGS &around, int32_t direction, bool dont_care) {
+    if (direction != NL_INPUT)
+        return direction == NL_OUTPUT && around.reads_port && !around.feeds_core;
+    return around.drives_port ? !around.feeds_core : dont_care;
+}
+
+} // namespace
+
+void NL_open_lone_pins(const NL_DESIGN &design, NL_MODULE &flat) {
+    std::vector<uint8_t> company = company_of_nets(flat);
+    for (const NL_INSTANCE &instance : flat.instances) {
+        if (instance.first_pin == NL_NONE)
+            continue;
+        const auto &ports = design.modules[static_cast<size_t>(instance.def)].ports;
+        int32_t *nets = flat.pins.data() + instance.first_pin;
+        SURROUNDINGS around = surroundings(ports, nets, company);
+        for (size_t i = 0; i < ports.size(); i++) {
+            if (nets[i] == NL_NONE || company[static_cast<size_t>(nets[i])] != ONE_PIN)
+                continue;
+            bool dont_care = (flat.nets[static_cast<size_t>(nets[i])].marks & NL_MARK_DONT_CARE) != 0;
+            if (!waits_for_driver(around, ports[i].direction, dont_care))
+                nets[i] = NL_NONE;
+        }
+    }
 }

@@ -110,7 +110,7 @@ void write_design(VLOG &reader, const VERIN_ARGUMENTS &arguments) {
     VERIN_mark_power(design, modules, arguments);
     VLOG_link(reader, [&](NL_MODULE &module) { return DEF_read_module(design, module, directories); });
     NL_MODULE flat = NL_flatten(design, top);
-    NL_open_lone_pins(flat);
+    NL_open_lone_pins(design, flat);
     for (size_t i = 0; i < paths.size(); i++) {
         const NL_MODULE &module = design.modules[static_cast<size_t>(reader.modules[i].module)];
         NL_write_sdb(design, module, paths[i] + ".sdb");

@@ -33,6 +33,11 @@ const CHIP_ROW PADS[] = {
                  "       Please correct your SDB or specify pin 'y' as skip signal.\n\n"},
     {.what = "a bidirectional pad that nothing reads",
      .changes = {{"chip.v", "e(.D(bc)", "e(.D(c)"}},
+     .expected = "WARNING: (./chip.lib) %OUTPUT C of %BUFFER BBUF which connects to\n"
+                 "         port 'b' is floating.\n",
+     .status = 0},
+    {.what = "a bidirectional pad that leads into itself",
+     .changes = {{"chip.v", "e(.D(bc)", "e(.D(c)"}, {"chip.v", "pb(.I(q)", "pb(.I(bc)"}},
      .expected = "ERROR: Bidirectional Pad 'pb' is floating.\n"
                  "       Please correct your SDB or specify pin 'b' as skip signal.\n\n"},
     {.what = "an output pad on a constant",
