@@ -1,17 +1,19 @@
 // Joining goes by rounds: each row takes in the later rows that share a port with it, and what was joined
 // makes the rows of the next round, until none are related. The order of rows, ports, patterns and warnings
 // follows from that, pair by pair. Most pairs change nothing: after a few rounds nearly every row holds all
-// that its later ones hold. So a row is known by the rows that it was made of:
+// that its later ones hold. So a row is known by the rows that it was made of, its sources.
 //
-// - A plain row has the patterns in which all its sources agree, sorted by the patterns of the first source,
-// then
-//   of the second, and so on, and their ports in the order of the sources. Taking in a plain row is then
-//   taking in the sources that are new, one after the other, and nothing when there are none.
-// - That says nothing of the warnings, which each pair of patterns may give that agree at their first common
-// port
-//   and differ at another. So it is done where there can be none: each pattern has exactly one that agrees
-//   with it, as the first common port tells the patterns of the row that is taken in apart.
-// - A round in which no pair changed or warned leaves every later round nothing to do but to drop rows.
+// A plain row has the patterns in which all its sources agree, sorted by the patterns of the first source,
+// then by those of the second, and so on, and the ports in the order of the sources. To take in a plain row
+// is to take in those of its sources that are new, one after the other; with none that are new nothing
+// changes.
+//
+// Patterns that agree at their first common port and differ at another are warned of, for each such pair. So
+// sources are taken in where no pair can be: when the first common port tells the patterns of the row that is
+// taken in apart, and each pattern has one that agrees with it in all ports. Other rows are joined in pairs
+// of patterns.
+//
+// A round in which no pair changed or warned leaves later rounds nothing to do but to drop rows.
 #include "dftlang/join_inputs.hh"
 
 #include "dftlang/messages.hh"
@@ -173,7 +175,54 @@ void add_port(GROUP &group, JOIN &a, size_t port) {
     a.ports.push_back(port);
 }
 
-/// A pattern of `a` and one of a source that agree.
+/// Positions of one port in two rows.
+struct COMMON_PORT {
+    size_t a;
+    size_t b;
+    bool operator<(const COMMON_PORT &other) const {
+        return a != other.a ? a < other.a : b < other.b;
+    }
+};
+
+using PATTERNS = std::vector<const std::string *>;
+
+/// Finds the patterns of a row that agree with one of another at some common ports, in their order.
+struct MATCHER {
+    const std::vector<std::string> &patterns;
+    std::vector<COMMON_PORT> common;
+    std::unordered_map<std::string, PATTERNS> index; ///< of many patterns, by what stands at the ports
+    PATTERNS found;
+};
+
+/// A look at each pattern is quicker than an index of so few.
+constexpr size_t few_patterns = 8;
+
+const PATTERNS &matches_of(MATCHER &matcher, const std::string &pattern) {
+    const std::vector<COMMON_PORT> &common = matcher.common;
+    if (matcher.patterns.size() <= few_patterns) {
+        matcher.found.clear();
+        for (const std::string &other : matcher.patterns) {
+            auto agrees = [&](const COMMON_PORT &pair) { return pattern[pair.a] == other[pair.b]; };
+            if (std::all_of(common.begin(), common.end(), agrees))
+                matcher.found.push_back(&other);
+        }
+        return matcher.found;
+    }
+    std::string key(common.size(), ' ');
+    if (matcher.index.empty()) {
+        for (const std::string &other : matcher.patterns) {
+            for (size_t i = 0; i < common.size(); i++)
+                key[i] = other[common[i].b];
+            matcher.index[key].push_back(&other);
+        }
+    }
+    for (size_t i = 0; i < common.size(); i++)
+        key[i] = pattern[common[i].a];
+    auto found = matcher.index.find(key);
+    return found == matcher.index.end() ? matcher.found : found->second;
+}
+
+/// A pattern of a row and one of a source that agree.
 struct MATCH {
     size_t pattern;
     const std::string *other;
@@ -184,23 +233,23 @@ struct MATCH {
 bool take_source(JOINING &all, GROUP &group, JOIN &a, size_t source, bool one_each) {
     const INPUT_ROW &taken = all.rows[group.rows[source]];
     const std::vector<size_t> &ports = all.ports[group.rows[source]];
-    std::vector<size_t> common, fresh;
-    for (size_t j = 0; j < ports.size(); j++)
-        (has_bit(a.has_port, ports[j]) ? common : fresh).push_back(j);
+    MATCHER matcher = {taken.patterns, {}, {}, {}};
+    std::vector<size_t> fresh;
+    for (size_t j = 0; j < ports.size(); j++) {
+        if (has_bit(a.has_port, ports[j]))
+            matcher.common.push_back({group.position[ports[j]], j});
+        else
+            fresh.push_back(j);
+    }
     std::vector<MATCH> matches;
     for (size_t i = 0; i < a.patterns.size(); i++) {
-        size_t before = matches.size();
-        for (const std::string &other : taken.patterns) {
-            bool agrees = std::all_of(common.begin(), common.end(), [&](size_t j) {
-                return a.patterns[i][group.position[ports[j]]] == other[j];
-            });
-            if (agrees)
-                matches.push_back({i, &other});
-        }
-        if (one_each && matches.size() != before + 1)
+        const PATTERNS &found = matches_of(matcher, a.patterns[i]);
+        if (one_each && found.size() != 1)
             return false;
+        hold(all, matches.size() + found.size(), taken.line);
+        for (const std::string *other : found)
+            matches.push_back({i, other});
     }
-    hold(all, matches.size(), taken.line);
     std::vector<std::string> made;
     for (size_t i = 0; i < matches.size(); i++) {
         bool is_last = i + 1 == matches.size() || matches[i + 1].pattern != matches[i].pattern;
@@ -239,15 +288,6 @@ bool take_sources(JOINING &all, GROUP &group, JOIN &a, size_t first) {
     }
     return true;
 }
-
-/// Positions of one port in two rows.
-struct COMMON_PORT {
-    size_t a;
-    size_t b;
-    bool operator<(const COMMON_PORT &other) const {
-        return a != other.a ? a < other.a : b < other.b;
-    }
-};
 
 /// In no order.
 std::vector<COMMON_PORT> common_ports(const GROUP &group, const JOIN &a, const JOIN &b) {
@@ -293,20 +333,21 @@ std::vector<std::string> agreeing_patterns(JOINING &all, GROUP &group, const JOI
         if (!has_bit(a.has_port, b.ports[j]))
             fresh.push_back(j);
     }
-    COMMON_PORT first = *std::min_element(common.begin(), common.end());
+    MATCHER by_first = {b.patterns, {*std::min_element(common.begin(), common.end())}, {}, {}};
+    MATCHER by_all = {b.patterns, common, {}, {}};
     std::vector<std::string> made;
     for (const std::string &pattern : a.patterns) {
-        for (const std::string &other : b.patterns) {
-            if (pattern[first.a] != other[first.b])
-                continue;
-            if (const COMMON_PORT *differs = later_difference(common, pattern, other)) {
+        bool is_told = all.mismatches < most_mismatches;
+        for (const std::string *other : matches_of(is_told ? by_first : by_all, pattern)) {
+            const COMMON_PORT *differs = is_told ? later_difference(common, pattern, *other) : nullptr;
+            if (differs != nullptr) {
                 warn_mismatch(all, group, group.ports[a.ports[differs->a]]);
                 continue;
             }
             hold(all, made.size(), all.rows[group.rows[b.sources[0]]].line);
             std::string &text = made.emplace_back(pattern);
             for (size_t j : fresh)
-                text += other[j];
+                text += (*other)[j];
         }
     }
     return made;

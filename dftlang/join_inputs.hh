@@ -21,7 +21,7 @@ struct JOINED_ROW {
 /// The patterns that the rows of one mode may hold at a time.
 constexpr size_t most_patterns = size_t(1) << 24;
 /// The warnings of ports that don't match that one mode gives.
-constexpr size_t most_mismatches = 10000;
+constexpr size_t most_mismatches = 1000;
 
 /// The rows that share no port first, then the joined ones. Warns of values that don't match; what is left
 /// without a pattern is dropped. Ends the run when the rows hold more than most_patterns.
