@@ -132,19 +132,3 @@ TEST(SystemInfo, FormatK) {
         format_k(i);
     EXPECT_STREQ(first, "1K");
 }
-
-TEST(SystemInfo, ReportGoesToBothStreams) {
-    scratch_folder scratch;
-    uti_prepare_system_info();
-    std::FILE *stream = std::fopen(scratch.path("report").c_str(), "w");
-    testing::internal::CaptureStdout();
-    int32_t peak = uti_report_system_info(stream, 1);
-    std::fclose(stream);
-    std::string console = testing::internal::GetCapturedStdout();
-    EXPECT_GT(peak, 0);
-    EXPECT_EQ(console, scratch.read("report"));
-    EXPECT_EQ(console.rfind("\n[System Info]  - Peak Memory Usage .......... ", 0), 0U) << console;
-    EXPECT_NE(console.find(".\n[System Info]  - CPU Time Elapsed ........ 0:00:0"), std::string::npos)
-        << console;
-    EXPECT_TRUE(console.ends_with(".\n\n")) << console;
-}
