@@ -160,12 +160,12 @@ void look_up_all(const SDB_HANDLE *design) {
         SDB_lookup_obj(name);
         SDB_nl_search_node(name, SDB_obj_class_name(design, obj));
         SDB_search_node(2, obj);
-        SDB_search_class(SDB_obj_class_name(design, obj));
+        SDB_obj_class_name(design, obj);
         SDB_prefix_class_name(design, SDB_obj_prefix_row(design, obj));
         SDB_prefix_instance_name(design, SDB_obj_prefix_row(design, obj));
     }
     for (int32_t net = 0; net < net_count; net++) {
-        SDB_lookup_net(SDB_net_name(design, net));
+        SDB_net_name(design, net);
         for (int32_t node = net_tab[net].first_node; node >= 0; node = node_tab[node].next)
             if (node_tab[node].net != net)
                 __builtin_trap();
