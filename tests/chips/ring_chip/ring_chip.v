@@ -27,7 +27,7 @@ module ring_chip (clk_PAD, rst_n_PAD, input_PAD, out_PAD, bidir_PAD, analog_PAD,
  BOND \g_bond[0].bond (.PAD(bidir_PAD[0]));
  BOND \g_bond[1].bond (.PAD(input_PAD[0]));
 
- CORNER corner [3:0] (.DVDD(IOVDD), .DVSS(IOVSS), .VDD(VDD), .VSS(VSS));
+ CORNER corner [3:0] (.DVDD(IOVDD), .DVSS(VSS), .VDD(VDD), .VSS(VSS));
  FILL FILLER_0_1 (.VDD(VDD), .VSS(VSS));
  FILL FILLER_0_2 (.VDD(VDD), .VSS(VSS));
  TIEL \tie[0].lo (.Z(zero), .VDD(VDD), .VSS(VSS));
@@ -46,10 +46,10 @@ module ring_chip (clk_PAD, rst_n_PAD, input_PAD, out_PAD, bidir_PAD, analog_PAD,
  pad_ring \g_ring[0].ring (.clk_PAD(clk_PAD), .rst_n_PAD(rst_n_PAD), .input_PAD(input_PAD), .out_PAD(out_PAD),
     .bidir_PAD(bidir_PAD), .analog_PAD(analog_PAD), .tdi(tdi), .tms(tms), .tck(tck), .trst_n(trst_n), .tdo(tdo),
     .clk(clk), .rst_n(rst_n), .y(pin), .out({out_net, \u_core.cnt[0] }),
-    .a({zero, \u_core.cnt[5] , \u_core.cnt[4] , \u_core.cnt[3] , \u_core.cnt[2] , \u_core.cnt[1] }),
+    .a({1'bx, \u_core.cnt[5] , \u_core.cnt[4] , \u_core.cnt[3] , \u_core.cnt[2] , \u_core.cnt[1] }),
     .oe({zero, \u_core.cnt[0] , \u_core.cnt[4] , \u_core.cnt[3] , \u_core.cnt[2] , \u_core.cnt[2] }),
     .ie(one[0]), .cfg_ie(\u_cfg.on ), .cfg_dm({\u_cfg.on , one[1]}), .bias(\bias[0].core ),
-    .IOVDD(IOVDD), .IOVSS(IOVSS), .VDD(VDD), .VSS(VSS));
+    .IOVDD(IOVDD), .IOVSS(VSS), .VDD(VDD), .VSS(VSS));
 endmodule
 
 module mixer (a, b, z, VDD, VSS);
@@ -105,5 +105,5 @@ module pad_ring (clk_PAD, rst_n_PAD, input_PAD, out_PAD, bidir_PAD, analog_PAD, 
  IN_C \jtag[1].pad (.PAD(tms), .Y(\jtag.tms_Y ), .DVDD(IOVDD), .DVSS(IOVSS), .VDD(VDD), .VSS(VSS));
  IN_C \jtag[2].pad (.PAD(tck), .Y(\jtag.tck_Y ), .DVDD(IOVDD), .DVSS(IOVSS), .VDD(VDD), .VSS(VSS));
  IN_C \jtag[3].pad (.PAD(trst_n), .Y(\jtag.trst_n_Y ), .DVDD(IOVDD), .DVSS(IOVSS), .VDD(VDD), .VSS(VSS));
- BI_IE \jtag[4].pad (.A(1'b0), .OE(1'b0), .IE(1'b0), .PAD(tdo), .DVDD(IOVDD), .DVSS(IOVSS), .VDD(VDD), .VSS(VSS));
+ BI_IE \jtag[4].pad (.A(1'bx), .OE(1'bx), .IE(1'b0), .PAD(tdo), .DVDD(IOVDD), .DVSS(IOVSS), .VDD(VDD), .VSS(VSS));
 endmodule
