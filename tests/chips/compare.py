@@ -336,12 +336,10 @@ def differences(left, right, extra, taken=()):
         if pair[0] != pair[1]:
             odd = sorted(map(str, (pair[0] or {pin}) ^ (pair[1] or {pin})))
             yield f"the net on {pin}: not on both sides {odd[:4]}"
-    # Of the ports that the design joins, power under two names, any one may stand on the pins.
-    joined = [port for port in ports if sum(pin[0] == "port" for pin in one.get(("port", port), ())) > 1]
     one, other = (side.groups(side.direct, instances, ports, taken) for side in (left, right))
     for port in ports:
         gone = one.get(("port", port), set()) - other.get(("port", port), set())
-        if gone and port not in joined:
+        if gone:
             yield f"the port {port} no longer stands directly on {sorted(map(str, gone))[:4]}"
 
 
