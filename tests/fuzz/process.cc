@@ -61,6 +61,14 @@ void note_block(const volatile void *block, size_t) {
     kept.running = true;
 }
 
+std::FILE *note_file(std::FILE *file) {
+    bool outer = std::exchange(kept.running, false);
+    if (file != nullptr)
+        kept.open_files.insert(file);
+    kept.running = outer;
+    return file;
+}
+
 void free_blocks() {
     for (const void *block : kept.blocks) // a place may have been given out twice
         if (__sanitizer_get_ownership(block) != 0)
@@ -140,6 +148,7 @@ int fuzz_run(const std::function<void()> &program) {
 // The linker leads the programs' calls to these.
 extern "C" {
 std::FILE *__real_fopen(const char *path, const char *mode);
+std::FILE *__real_fdopen(int descriptor, const char *mode);
 int __real_fclose(std::FILE *file);
 size_t __real_fwrite(const void *bytes, size_t size, size_t count, std::FILE *file);
 int __real___cxa_atexit(void (*call)(void *), void *value, void *library);
@@ -150,12 +159,11 @@ void __real___sanitizer_cov_8bit_counters_init(char *from, char *to);
 }
 
 std::FILE *__wrap_fopen(const char *path, const char *mode) {
-    std::FILE *file = __real_fopen(path, mode);
-    bool outer = std::exchange(kept.running, false);
-    if (file != nullptr)
-        kept.open_files.insert(file);
-    kept.running = outer;
-    return file;
+    return note_file(__real_fopen(path, mode));
+}
+
+std::FILE *__wrap_fdopen(int descriptor, const char *mode) {
+    return note_file(__real_fdopen(descriptor, mode));
 }
 
 int __wrap_fclose(std::FILE *file) {
