@@ -14,7 +14,6 @@ struct FLATTENER {
     NL_DESIGN &design;
     NL_MODULE flat{};
     NL_UNION sets{};
-    std::vector<int32_t> power_nets{}; // that power ports of a module below the top have joined
     std::vector<double> sizes{}; // instances and nets of each module when flat; SIZE_UNKNOWN or SIZE_OPEN
 };
 
@@ -39,12 +38,13 @@ std::vector<int32_t> place_nets(FLATTENER &work, const NL_MODULE &module, const 
             continue;
         }
         NL_union_join(work.sets, net, outside[i]);
-        if ((module.ports[i].marks & NL_MARK_POWER) != 0)
-            work.power_nets.push_back(net);
     }
     for (size_t i = 0; i < place.size(); i++)
         if (place[i] == NL_NONE)
             place[i] = new_net(work, module.nets[i], scope);
+    for (const NL_ASSIGN &assign : module.assigns)
+        work.flat.assigns.push_back(
+            {place[static_cast<size_t>(assign.left)], place[static_cast<size_t>(assign.right)]});
     return place;
 }
 
@@ -124,16 +124,6 @@ void check_joined(FLATTENER &work) {
         TOOL_fail("", 0, "the design joins the constants 0 and 1.");
 }
 
-// Ports of the top that meet on the power ports of a module below are power ports as well.
-void mark_power_ports(FLATTENER &work) {
-    std::unordered_set<int32_t> roots;
-    for (int32_t net : work.power_nets)
-        roots.insert(NL_union_find(work.sets, net));
-    for (NL_PORT &port : work.flat.ports)
-        if (port.net != NL_NONE && roots.contains(NL_union_find(work.sets, port.net)))
-            port.marks |= NL_MARK_POWER;
-}
-
 } // namespace
 
 NL_MODULE NL_flatten(NL_DESIGN &design, int32_t top) {
@@ -147,7 +137,6 @@ NL_MODULE NL_flatten(NL_DESIGN &design, int32_t top) {
     NL_union_init(work.sets, work.flat.nets.size());
     expand(work, top, nullptr, NL_NONE);
     check_joined(work);
-    mark_power_ports(work);
     NL_merge_nets(work.flat, work.sets);
     NL_name_port_nets(design, work.flat);
     int32_t twice = NL_NONE;
@@ -164,6 +153,9 @@ std::vector<uint8_t> company_of_nets(const NL_MODULE &flat) {
     static constexpr uint8_t of_direction[] = {WITH_OUTPUT, WITH_INOUT, WITH_INPUT};
     std::vector<uint8_t> company(flat.nets.size(), NO_PIN);
     company[NL_GND] = company[NL_VCC] = SEVERAL_PINS;
+    for (const NL_ASSIGN &assign : flat.assigns)
+        for (int32_t net : {assign.left, assign.right})
+            company[static_cast<size_t>(net)] = SEVERAL_PINS;
     for (const NL_PORT &port : flat.ports)
         if (port.net > NL_VCC)
             company[static_cast<size_t>(port.net)] = of_direction[port.direction];

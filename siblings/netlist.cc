@@ -149,6 +149,11 @@ void NL_merge_nets(NL_MODULE &module, NL_UNION &sets) {
     for (int32_t &net : module.pins)
         if (net != NL_NONE)
             net = place[static_cast<size_t>(net)];
+    std::unordered_set<int64_t> made;
+    std::erase_if(module.assigns, [&](NL_ASSIGN &assign) {
+        assign = {place[static_cast<size_t>(assign.left)], place[static_cast<size_t>(assign.right)]};
+        return assign.left == assign.right || !made.insert(int64_t{assign.left} << 32 | assign.right).second;
+    });
 }
 
 void NL_name_port_nets(NL_DESIGN &design, NL_MODULE &module) {
@@ -158,11 +163,7 @@ void NL_name_port_nets(NL_DESIGN &design, NL_MODULE &module) {
         net_of_name[port.name] = NL_NONE;
         if (port.net <= NL_VCC)
             continue;
-        const NL_NET &net = module.nets[static_cast<size_t>(port.net)];
-        bool named = (port.marks & NL_MARK_POWER) != 0 && net.name == port.name && net.scope == NL_NONE;
-        const NL_PORT *&chosen = port_of_net.try_emplace(port.net, &port).first->second;
-        if (named)
-            chosen = &port;
+        port_of_net.try_emplace(port.net, &port);
     }
     for (auto [net, port] : port_of_net)
         net_of_name[port->name] = net;

@@ -27,7 +27,7 @@ constexpr const char *NL_UNKNOWN_NET = "X_NET";
 enum NL_MARK : uint8_t {
     NL_MARK_WHOLE = 1,     ///< the name ends in an index and yet is no bit of a vector
     NL_MARK_DONT_CARE = 2, ///< of a net: it stands for a don't-care bit as long as nothing drives it
-    NL_MARK_POWER = 4,     ///< of a port: it may share its net with other such ports
+    NL_MARK_POWER = 4,     ///< of a port while Verilog is read: an assign may join it with another such port
 };
 
 struct NL_PORT {
@@ -49,6 +49,12 @@ struct NL_INSTANCE {
     int32_t def;       ///< module of the design
     int32_t first_pin; ///< first of its entries in NL_MODULE::pins, one for each port of `def`; NL_NONE for a
                        ///< module instance that a flattened design keeps for its name alone
+};
+
+/// An assign that stays one: the nets of two power ports, which flow either way and keep their own pins.
+struct NL_ASSIGN {
+    int32_t left;
+    int32_t right;
 };
 
 /// One level of the hierarchy that a flattened design came from; parents stand before their children.
@@ -76,6 +82,7 @@ struct NL_MODULE {
     std::vector<NL_NET> nets;
     std::vector<NL_INSTANCE> instances;
     std::vector<int32_t> pins; ///< net of each instance pin, NL_NONE when not connected
+    std::vector<NL_ASSIGN> assigns;
     std::vector<NL_SCOPE> scopes;
     std::vector<NL_GROUP> groups;                       ///< made by NL_close_ports
     std::unordered_map<int32_t, int32_t> port_of_name;  ///< the same
@@ -113,13 +120,12 @@ void NL_union_init(NL_UNION &sets, size_t count);
 int32_t NL_union_find(NL_UNION &sets, int32_t net);
 void NL_union_join(NL_UNION &sets, int32_t a, int32_t b);
 
-/// Replaces every net by the root of its set, whose name is kept, and drops the others. Constants keep their
-/// places.
+/// Replaces every net by the root of its set, whose name is kept, and drops the others, and assigns within a
+/// set or made twice. Constants keep their places.
 void NL_merge_nets(NL_MODULE &module, NL_UNION &sets);
 
 /// Gives each net that is on a port the name of its first port, and every other net that had this name one of
-/// its own. A net that has the name of one of its power ports keeps it: the others were assigned from that
-/// port.
+/// its own.
 void NL_name_port_nets(NL_DESIGN &design, NL_MODULE &module);
 
 /// A name with `stem` in front that no net, port or instance of the module has. `taken` holds those names; it

@@ -252,16 +252,9 @@ void lay_nets(MAKER &maker) {
     lay_wires(maker, wires);
 }
 
-// Power flows either way, so that an assign is enough for it.
-void lay_joined(MAKER &maker, int32_t a, int32_t b) {
-    const auto &ports = maker.module.ports;
-    if ((ports[static_cast<size_t>(a)].marks & ports[static_cast<size_t>(b)].marks & NL_MARK_POWER) != 0) {
-        maker.layout.assigns.push_back(
-            {maker.port_bits[static_cast<size_t>(b)], maker.port_bits[static_cast<size_t>(a)]});
-        return;
-    }
+[[noreturn]] void refuse_joined(const MAKER &maker, int32_t a, int32_t b) {
     auto name = [&](int32_t port) {
-        return NL_string(maker.design.names, ports[static_cast<size_t>(port)].name);
+        return NL_string(maker.design.names, maker.module.ports[static_cast<size_t>(port)].name);
     };
     TOOL_fail(
         "", 0,
@@ -282,10 +275,13 @@ void lay_assigns(MAKER &maker) {
         if (port.direction == NL_OUTPUT || (port.direction == NL_BIDI && net.item < 0))
             layout.assigns.push_back({maker.port_bits[i], net});
         else if (port.direction == NL_BIDI)
-            lay_joined(maker, maker.port_of_net[static_cast<size_t>(port.net)], static_cast<int32_t>(i));
+            refuse_joined(maker, maker.port_of_net[static_cast<size_t>(port.net)], static_cast<int32_t>(i));
         else if (net.item >= 0)
             layout.assigns.push_back({net, maker.port_bits[i]});
     }
+    for (const NL_ASSIGN &assign : maker.module.assigns)
+        layout.assigns.push_back(
+            {layout.nets[static_cast<size_t>(assign.left)], layout.nets[static_cast<size_t>(assign.right)]});
 }
 
 // Wires for pins of both directions on a constant, and for what is open in a vector.

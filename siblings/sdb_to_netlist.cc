@@ -43,9 +43,9 @@ void read_ports(NL_DESIGN &design, const SDB_HANDLE *handle, NL_MODULE &module, 
             port_of_symbol.try_emplace(ports[i].name, i);
     std::vector<bool> placed(static_cast<size_t>(count));
     std::vector<uint8_t> marks(static_cast<size_t>(count));
-    MARKS_read(handle, [&](bool of_net, int32_t symbol, uint8_t port_marks) {
+    MARKS_read(handle, [&](MARK_KIND kind, int32_t symbol, uint8_t port_marks) {
         auto found = port_of_symbol.find(symbol);
-        if (!of_net && found != port_of_symbol.end())
+        if (kind == MARK_OF_PORT && found != port_of_symbol.end())
             marks[static_cast<size_t>(found->second)] = port_marks;
     });
     module.ports.clear();
@@ -73,9 +73,14 @@ void read_nets(NL_DESIGN &design, const SDB_HANDLE *handle, NL_MODULE &module) {
         const char *name = SDB_net_name(handle, i);
         NL_add_net(module, NL_name(design.names, name != nullptr ? name : "net_" + std::to_string(i)));
     }
-    MARKS_read(handle, [&](bool of_net, int32_t net, uint8_t marks) {
-        if (of_net && net > NL_VCC && static_cast<size_t>(net) < module.nets.size())
-            module.nets[static_cast<size_t>(net)].marks = marks;
+    int32_t left = NL_NONE;
+    MARKS_read(handle, [&](MARK_KIND kind, int32_t id, uint8_t marks) {
+        bool is_net = id > NL_VCC && static_cast<size_t>(id) < module.nets.size();
+        if (kind == MARK_OF_NET && is_net)
+            module.nets[static_cast<size_t>(id)].marks = marks;
+        if (kind == MARK_ASSIGN_RIGHT && is_net && left != NL_NONE)
+            module.assigns.push_back({left, id});
+        left = kind == MARK_ASSIGN_LEFT && is_net ? id : NL_NONE;
     });
 }
 

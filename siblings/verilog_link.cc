@@ -118,7 +118,8 @@ struct JOINER {
     const VLOG &reader;
     const NL_MODULE &module;
     NL_UNION sets{};
-    std::vector<int32_t> source{}; // by root: a port that is no output, or NL_NONE
+    std::vector<int32_t> source{};    // by root: a port that is no output, or NL_NONE
+    std::vector<NL_ASSIGN> assigns{}; // between power ports
 };
 
 const NL_PORT &source_port(const JOINER &joiner, int32_t port) {
@@ -135,6 +136,7 @@ const char *kind_of(const NL_PORT &port) {
               NL_string(joiner.reader.design.names, joiner.module.name).c_str(), what.c_str());
 }
 
+// Two ports that drive one net from outside must both be power.
 void check_sources(const JOINER &joiner, const VLOG_JOIN &join, const NL_PORT &a, const NL_PORT &b) {
     if ((a.marks & b.marks & NL_MARK_POWER) != 0)
         return;
@@ -163,26 +165,13 @@ void join_pair(JOINER &joiner, const VLOG_JOIN &join) {
         refuse_join(joiner, join,
                     std::string("an ") + kind_of(source_port(joiner, source)) + " with a constant, '" +
                         NL_string(joiner.reader.design.names, source_port(joiner, source).name) + "'.");
-    if (source_a != NL_NONE && source_b != NL_NONE)
+    if (source_a != NL_NONE && source_b != NL_NONE) {
         check_sources(joiner, join, source_port(joiner, source_a), source_port(joiner, source_b));
+        joiner.assigns.push_back({join.left, join.right});
+        return;
+    }
     NL_union_join(joiner.sets, a, b);
     joiner.source[static_cast<size_t>(NL_union_find(joiner.sets, a))] = source;
-}
-
-// Power ports on one net were assigned from one of them, which the net is called after.
-void name_power_nets(JOINER &joiner, NL_MODULE &module, const VLOG_MODULE &record) {
-    std::unordered_set<int32_t> assigned;
-    for (const NL_PORT &port : module.ports)
-        if ((port.marks & NL_MARK_POWER) != 0)
-            assigned.insert(port.net);
-    if (assigned.empty())
-        return;
-    std::unordered_set<int32_t> left;
-    for (const VLOG_JOIN &join : record.joined)
-        left.insert(join.left);
-    for (const NL_PORT &port : module.ports)
-        if ((port.marks & NL_MARK_POWER) != 0 && !left.contains(port.net))
-            module.nets[static_cast<size_t>(NL_union_find(joiner.sets, port.net))].name = port.name;
 }
 
 // Nets that an assign makes one become one once the pins are on them.
@@ -197,7 +186,7 @@ void join_nets(VLOG &reader, NL_MODULE &module, const VLOG_MODULE &record) {
             joiner.source[static_cast<size_t>(module.ports[i].net)] = static_cast<int32_t>(i);
     for (const VLOG_JOIN &join : record.joined)
         join_pair(joiner, join);
-    name_power_nets(joiner, module, record);
+    module.assigns = std::move(joiner.assigns);
     NL_merge_nets(module, joiner.sets);
     NL_name_port_nets(reader.design, module);
 }

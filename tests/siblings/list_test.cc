@@ -1,18 +1,6 @@
 // kalmlist: what its netlists say, that their readers take them, and what it refuses.
 #include "tests/siblings/netlist_case.hh"
 
-namespace {
-
-/// The number of places where `text` holds `part`.
-size_t count_of(const std::string &text, const std::string &part) {
-    size_t count = 0;
-    for (size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1))
-        count++;
-    return count;
-}
-
-} // namespace
-
 TEST(List, Verilog) {
     netlist_folder folder;
     folder.take("top", netlist_design);
@@ -146,7 +134,7 @@ constexpr const char *as_it_stood = R"(module top (
   assign GND = 1'b0;
   BPAD u1 (.I(a), .OEN(a), .C(c), .PAD(p));
   BPAD \r[2].pad  (.I(a), .OEN(1'b1), .C(i), .PAD(k));
-  BPAD u3 (.I(a), .OEN(vio), .C(j), .PAD(GND));
+  BPAD u3 (.I(vdd), .OEN(vio), .C(j), .PAD(GND));
   INV \g[0].u  (.A(\n[0] ), .Z(\o[1] ));
   INV \g[1].u  (.A(1'bx), .Z(\o[0] ));
   NAND2 u4 (.A(1'bx), .B(1'bx), .Z(\n[0] ));

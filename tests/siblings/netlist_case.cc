@@ -98,3 +98,10 @@ void netlist_folder::equivalent(const std::string &one, const std::string &other
 bool has_program(const std::string &name) {
     return std::system(("command -v " + name + " >/dev/null 2>&1").c_str()) == 0;
 }
+
+size_t count_of(const std::string &text, const std::string &part) {
+    size_t count = 0;
+    for (size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1))
+        count++;
+    return count;
+}

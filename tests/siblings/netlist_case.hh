@@ -34,3 +34,6 @@ struct netlist_folder : scratch_folder {
 
 /// True when the program is on PATH.
 bool has_program(const std::string &name);
+
+/// How often a text holds a part.
+size_t count_of(const std::string &text, const std::string &part);

@@ -119,7 +119,7 @@ const switch_case switched[] = {
      "module t (vdd, vio, a, core); inout vdd, vio, core; input a; assign core = w; assign vdd = vio; assign "
      "w = "
      "vdd; BID p (w, a); endmodule",
-     "", "inout vdd vio\ninout vio vio\ninput a a\ninout core vio\np BID P=vio I=a\n"},
+     "", "inout vdd vdd\ninout vio vio\ninput a a\ninout core core\np BID P=core I=a\n"},
     {"-drop_parameters",
      "module t;\nINV #(.A(3), .B({\"x\", 1})) u (), v ();\nTRI #3 w ();\ndefparam u.A[1] = {1, 2}, x.B = 3;\n"
      "INV x (); endmodule",

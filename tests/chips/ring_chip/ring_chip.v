@@ -27,7 +27,7 @@ module ring_chip (clk_PAD, rst_n_PAD, input_PAD, out_PAD, bidir_PAD, analog_PAD,
  BOND \g_bond[0].bond (.PAD(bidir_PAD[0]));
  BOND \g_bond[1].bond (.PAD(input_PAD[0]));
 
- CORNER corner [3:0] (.DVDD(IOVDD), .DVSS(VSS), .VDD(VDD), .VSS(VSS));
+ CORNER corner [3:0] (.DVDD(IOVDD), .DVSS(IOVSS), .VDD(VDD), .VSS(VSS));
  FILL FILLER_0_1 (.VDD(VDD), .VSS(VSS));
  FILL FILLER_0_2 (.VDD(VDD), .VSS(VSS));
  TIEL \tie[0].lo (.Z(zero), .VDD(VDD), .VSS(VSS));
@@ -49,7 +49,7 @@ module ring_chip (clk_PAD, rst_n_PAD, input_PAD, out_PAD, bidir_PAD, analog_PAD,
     .a({1'bx, \u_core.cnt[5] , \u_core.cnt[4] , \u_core.cnt[3] , \u_core.cnt[2] , \u_core.cnt[1] }),
     .oe({zero, \u_core.cnt[0] , \u_core.cnt[4] , \u_core.cnt[3] , \u_core.cnt[2] , \u_core.cnt[2] }),
     .ie(one[0]), .cfg_ie(\u_cfg.on ), .cfg_dm({\u_cfg.on , one[1]}), .bias(\bias[0].core ),
-    .IOVDD(IOVDD), .IOVSS(VSS), .VDD(VDD), .VSS(VSS));
+    .IOVDD(IOVDD), .IOVSS(IOVSS), .VDD(VDD), .VSS(VSS));
 endmodule
 
 module mixer (a, b, z, VDD, VSS);
