@@ -1,6 +1,7 @@
 #include "rtl/module_names.hh"
 
-#include <algorithm>
+#include "support/text.hh"
+
 #include <cctype>
 
 namespace {
@@ -44,10 +45,7 @@ std::string without_marks(std::string text) {
 }
 
 std::string name_key(std::string_view name, RTL_LANGUAGE language) {
-    std::string key(name);
-    if (language == VHDL)
-        std::transform(key.begin(), key.end(), key.begin(), [](unsigned char c) { return std::tolower(c); });
-    return key;
+    return language == VHDL ? lower_case(name) : std::string(name);
 }
 
 MODULE_NAMES module_names(std::string_view marked_text, RTL_LANGUAGE language) {

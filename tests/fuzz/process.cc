@@ -125,6 +125,7 @@ void write_parts(std::string_view input) {
 
 int fuzz_run(const std::function<void()> &program) {
     int status = 0;
+    const int first_descriptor = dup(STDIN_FILENO); // the lowest that is free: the run's own begin behind it
     kept.has_printed = false;
     kept.running = true;
     try {
@@ -135,6 +136,7 @@ int fuzz_run(const std::function<void()> &program) {
     kept.running = false;
     for (std::FILE *file : std::exchange(kept.open_files, {}))
         std::fclose(file);
+    close_range(static_cast<unsigned>(first_descriptor), ~0U, 0);
     free_blocks();
     put_image_back();
     constexpr int token_too_long = 2;
