@@ -1,5 +1,6 @@
 #include "dftlang/scanner.hh"
 
+#include "dftlang/grammar.hh"
 #include "dftlang/messages.hh"
 #include "support/console.hh"
 #include "support/text.hh"

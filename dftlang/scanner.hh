@@ -44,11 +44,6 @@ extern SCAN_VALUE scan_yylval;
 extern std::FILE *scan_yyin;
 extern int32_t scan_yylineno;
 
-/// Sets up the keyword table; further calls find it ready.
-void make_keyword_hash();
-/// Token of a keyword, or -1.
-int32_t keyword_lookup(std::string_view text);
-
 /// Begins a file: forgets what was read ahead of another one.
 void scan_start();
 /// The next token's number, or TOKEN_END. Ends the run on a bad string, an unterminated comment and a token
