@@ -58,8 +58,7 @@ struct BLOCK_PAIR {
     PAIR_RULE rule;
     const char *keyword_a;
     const char *keyword_b;
-    const char *shown_a; ///< name in the warning; null: the keyword
-    const char *shown_b;
+    const char *shown_b = keyword_b; ///< name in the warning
 };
 
 struct PAIR_CHECK {

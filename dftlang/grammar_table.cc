@@ -706,9 +706,9 @@ block LOCKUP_FILE
 };
 
 const BLOCK_PAIR block_pairs[] = {
-    {"CONNECT_SCAN", PAIR_NOT_BOTH, "%SCAN_INSTANCES", "%SCAN_INSTANCES_FILE", nullptr, nullptr},
-    {"CONNECT_BIST", PAIR_ONE_OF, "%BIST_INSTANCES", "%BIST_INSTANCES_FILE", nullptr, nullptr},
-    {"CONNECT_BIST", PAIR_NOT_BOTH, "%BIST_INSTANCES", "%BIST_INSTANCES_FILE", nullptr, nullptr},
-    {"MAP_CELL", PAIR_ONE_OF, "%SCAN_SELECT_#", "%SCAN_CLOCK", "%SCAN_SELECT_#", "%SCAN_CLOCK_#"},
-    {nullptr, PAIR_NOT_BOTH, nullptr, nullptr, nullptr, nullptr},
+    {"CONNECT_SCAN", PAIR_NOT_BOTH, "%SCAN_INSTANCES", "%SCAN_INSTANCES_FILE"},
+    {"CONNECT_BIST", PAIR_ONE_OF, "%BIST_INSTANCES", "%BIST_INSTANCES_FILE"},
+    {"CONNECT_BIST", PAIR_NOT_BOTH, "%BIST_INSTANCES", "%BIST_INSTANCES_FILE"},
+    {"MAP_CELL", PAIR_ONE_OF, "%SCAN_SELECT_#", "%SCAN_CLOCK", "%SCAN_CLOCK_#"},
+    {nullptr, PAIR_NOT_BOTH, nullptr, nullptr},
 };

@@ -57,7 +57,7 @@ void check_polarity(SCAN_AST *block) {
     SCAN_AST *statement = SCAN_FIND_CHILD(block, DECODER_POLARITY_NODE);
     const char *word = value_text(statement);
     if (word != nullptr && std::strcmp(word, "ACTIVE_HIGH") != 0 && std::strcmp(word, "ACTIVE_LOW") != 0)
-        error_handler(in_file_name, statement->line, MESSAGE_POLARITY, "ACTIVE_HIGH", "ACTIVE_LOW");
+        error_handler(in_file_name, statement->line, MESSAGE_POLARITY);
 }
 
 /// A pad of a control port has both its name and its output; the form with '=' has neither.
@@ -95,7 +95,7 @@ void map_map_file(const SIDE_FILE &map) {
             SCAN_AST *statement = SCAN_FIND_CHILD(&cell, SCAN_MODE_ACTIVE_NODE);
             const char *word = value_text(statement);
             if (word != nullptr && ::strcasecmp(word, "HIGH") != 0 && ::strcasecmp(word, "LOW") != 0)
-                error_handler(map.name, statement->line, MESSAGE_MODE_ACTIVE, "HIGH", "LOW");
+                error_handler(map.name, statement->line, MESSAGE_MODE_ACTIVE);
         }
     }
 }

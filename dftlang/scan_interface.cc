@@ -61,8 +61,6 @@ DFT_CONFIGURATION *known_file(const char *name) {
 
 void initial_scan(const char *dft_file) {
     set_log_file(dft_file);
-    has_error = 0;
-    has_map_file = 0;
     DFT_OBJECT = nullptr;
     in_file_name = dft_file;
 }

@@ -2,11 +2,8 @@
 
 #include "dftlang/messages.hh"
 #include "dftlang/scan_interface.hh"
-#include "dftlang/scanner.hh"
 #include "support/fnm.hh"
 #include "support/text.hh"
-
-#include <utility>
 
 int32_t print_scan_trees = 0;
 
@@ -21,24 +18,17 @@ const char *resolve_side_file(const char *directory, const char *name) {
 }
 
 SCAN_AST *parse_file(const char *file_name, const char *shown_name, SCAN_FILE_KIND kind) {
-    scan_yyin = FNM_open(file_name);
-    if (scan_yyin == nullptr && kind == INSTANCE_FILE_KIND)
+    std::FILE *file = FNM_open(file_name);
+    if (file == nullptr && kind == INSTANCE_FILE_KIND)
         return nullptr;
-    if (scan_yyin == nullptr)
+    if (file == nullptr)
         error_handler(in_file_name, 0, MESSAGE_CANNOT_OPEN, file_name);
-    const char *outer_name = std::exchange(in_file_name, shown_name);
-    sl_lockup_latch_flag = kind == LOCKUP_FILE_KIND;
-    parse_path_fileG = kind == PATH_FILE_KIND;
-    int32_t had_map_file = has_map_file;
-    if (kind == INSTANCE_FILE_KIND)
-        has_map_file = 1;
-    scan_yyparse(kind);
-    has_map_file = kind == INSTANCE_FILE_KIND ? had_map_file : has_map_file;
-    if (print_scan_trees && scan_root[kind] != nullptr)
-        SCAN_PRINT_AST(stdout, scan_root[kind], 0);
-    in_file_name = outer_name;
-    std::fclose(std::exchange(scan_yyin, nullptr));
-    return scan_root[kind];
+    bool has_map_file = DFT_OBJECT != nullptr && DFT_OBJECT->read_map != nullptr;
+    SCAN_AST *tree = scan_yyparse(file, shown_name, kind, has_map_file || kind == INSTANCE_FILE_KIND);
+    std::fclose(file);
+    if (print_scan_trees && tree != nullptr)
+        SCAN_PRINT_AST(stdout, tree, 0);
+    return tree;
 }
 
 SIDE_FILE read_side_file(const char *name, SCAN_FILE_KIND kind) {

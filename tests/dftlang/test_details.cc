@@ -36,6 +36,7 @@ TEST(Tokens, OfNamesStringsAndNumbers) {
         {"%DEF_INFO { %PARTITION \\a(b;c d ; }", "<\\a(b;c><d>"},
         {"%DEF_INFO { %PARTITION a?b ` c\r; }", "<a><b><c>"},
         {"%DEF_INFO { %PARTITION %DATA_1x MUST_SCAN(1", "near or at (."},
+        {"%DEF_INFO { %PARTITION %P1500", "near or at %P1500."}, // reserved, though no statement has it
         {"%DEF_INFO { %PARTITION a 2:clk", "near or at 2."},
         {"%DEF_INFO { %PARTITION '01 X'", "near or at 01."},
         {"%DEF_INFO { %PARTITION \" a\"\"b \"", "near or at a\"b."},
