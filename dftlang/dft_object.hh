@@ -23,6 +23,7 @@ struct SIDE_FILE {
 struct CORE_ENTRY {
     const char *name;
     const char *dft_file;
+    const char *lbist_file;
     const SCAN_AST *block; ///< with all its statements
     int32_t line;
 };

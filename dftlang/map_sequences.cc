@@ -74,6 +74,7 @@ void check_core_statement(SCAN_AST &statement, const char *core_name) {
 void map_core(SCAN_AST &block) {
     const char *shown_name = value_text(SCAN_FIND_CHILD(&block, CORE_NAME_NODE));
     const char *dft_file = value_text(SCAN_FIND_CHILD(&block, DFT_FILE_NODE));
+    const char *lbist_file = value_text(SCAN_FIND_CHILD(&block, LBIST_FILE_NODE));
     for (SCAN_AST &statement : scan_children(&block))
         check_core_statement(statement, shown_name == nullptr ? "" : shown_name);
     for (SCAN_AST &statement : scan_children(&block)) {
@@ -82,7 +83,7 @@ void map_core(SCAN_AST &block) {
         const char *name = value_text(&statement);
         if (dft_file == nullptr)
             scan_fail("ERROR: Please specify dft file of core '%s' in top module dft file.\n", name);
-        append_row(DFT_OBJECT->cores, {name, dft_file, &block, statement.line});
+        append_row(DFT_OBJECT->cores, {name, dft_file, lbist_file, &block, statement.line});
     }
 }
 

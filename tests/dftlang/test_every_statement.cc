@@ -17,7 +17,8 @@ void show_object() {
     const DFT_CONFIGURATION &made = *DFT_OBJECT;
     std::printf("top %s file %s map %s\n", made.top_module, made.file_name, made.read_map);
     for (const CORE_ENTRY &row : rows(made.cores))
-        std::printf("core: %s line %d dft '%s'\n", row.name, row.line, row.dft_file);
+        std::printf("core: %s line %d dft '%s' lbist '%s'\n", row.name, row.line, row.dft_file,
+                    row.lbist_file);
     for (const ATPG_MODE &mode : made.atpg_constraints)
         std::printf("mode: %s given %zu legal %zu\n", mode.mode, mode.given.size(), mode.legal.size());
     show_names("dont_fault", made.dont_fault);
@@ -49,7 +50,7 @@ TEST(EveryStatement, MakesItsRecords) {
     run_result result = read_every(scratch, 0, show_object);
     EXPECT_EQ(result.status, 0);
     EXPECT_EQ(result.out, "top n73 file every.dft map every.map\n"
-                          "core: n33 line 292 dft 'core.dft'\n"
+                          "core: n33 line 292 dft 'core.dft' lbist 's 11'\n"
                           "mode: s 10 given 2 legal 1\n"
                           "dont_fault: n43 n44 n45 u1/a u2/b u3\n"
                           "must_fault: n49 n50 n51 u1/a u2/b u3\n"
