@@ -12,6 +12,7 @@
 #include "support/console.hh"
 #include "support/text.hh"
 
+#include <algorithm>
 #include <string_view>
 
 // One token and the character behind it; what does not fit is too large.
@@ -44,6 +45,8 @@ static int mark(SCANNER *scanner, int type, const char *shown) {
 
 /// A pattern without its quotes and white space.
 static int pattern(SCANNER *scanner, std::string_view quoted) {
+    if (quoted.size() > longest_token)
+        too_large();
     std::string text;
     for (char c : quoted) {
         if (std::string_view("01SXZ").find(c) != std::string_view::npos)
