@@ -8,8 +8,6 @@
 #include <unordered_map>
 #include <unordered_set>
 
-const char *map_file_name = nullptr;
-
 namespace {
 
 using NAME_SET = std::unordered_set<std::string_view>;
@@ -24,7 +22,7 @@ NAME_SET block_names(SCAN_AST *list) {
 
 void check_defined(SCAN_AST *leaf, const NAME_SET &names, const char *what) {
     if (leaf != nullptr && !names.contains(scan_text(leaf)))
-        undefined_error(what, scan_text(leaf), leaf->line);
+        error_handler(in_file_name, leaf->line, MESSAGE_UNDEFINED, what, scan_text(leaf));
 }
 
 void check_instruction_names(SCAN_AST *root) {
@@ -60,13 +58,22 @@ void check_sequence_names(SCAN_AST *root) {
     }
 }
 
+/// Each pattern of the statement has a character for each of its names.
+void check_atpg_pattern_length(SCAN_AST &statement) {
+    size_t names = static_cast<size_t>(SCAN_CHILD_COUNT(SCAN_FIND_CHILD(&statement, IDENT_LIST_NODE)));
+    for (SCAN_AST &pattern : scan_children(SCAN_FIND_CHILD(&statement, PATTERN_LIST_NODE))) {
+        if (std::strlen(scan_text(&pattern)) != names)
+            error_handler(in_file_name, pattern.line, MESSAGE_PATTERN_LENGTH, scan_text(&pattern));
+    }
+}
+
 constexpr SCAN_KIND pattern_lists[] = {ILLEGAL_INPUTS_LIST_NODE, LEGAL_INPUTS_LIST_NODE, GRAY_CODE_LIST_NODE};
 
 void check_patterns(SCAN_AST *root) {
     for (SCAN_AST &mode : scan_children(SCAN_FIND_CHILD(root, ATPG_CONSTAINTS_NODE))) {
         for (SCAN_KIND kind : pattern_lists) {
             for (SCAN_AST &statement : scan_children(SCAN_FIND_CHILD(&mode, kind)))
-                check_atpg_pattern_length(&statement);
+                check_atpg_pattern_length(statement);
         }
     }
 }
@@ -83,25 +90,8 @@ void check_atpg_scan_opt_duplicate(SCAN_AST *first) {
     }
 }
 
-int32_t check_atpg_pattern_length(SCAN_AST *statement) {
-    size_t names = static_cast<size_t>(SCAN_CHILD_COUNT(SCAN_FIND_CHILD(statement, IDENT_LIST_NODE)));
-    for (SCAN_AST &pattern : scan_children(SCAN_FIND_CHILD(statement, PATTERN_LIST_NODE))) {
-        if (std::strlen(scan_text(&pattern)) == names)
-            continue;
-        error_handler(in_file_name, pattern.line, MESSAGE_PATTERN_LENGTH, scan_text(&pattern));
-        return 1;
-    }
-    return 0;
-}
-
 void check_dft_semantic(SCAN_AST *root) {
     check_instruction_names(root);
     check_sequence_names(root);
     check_patterns(root);
-    SCAN_AST *read_map = SCAN_FIND_CHILD(root, READ_MAP_NODE);
-    SCAN_AST *name = SCAN_FIND_CHILD(read_map, FILE_NAME_NODE);
-    if (name != nullptr) {
-        map_file_name = value_text(name);
-        has_map_file = 1;
-    }
 }

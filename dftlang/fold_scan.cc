@@ -1,33 +1,15 @@
-// The fold scan tables: from their blocks, or from the scrambled section that holds them as digits.
+// The scrambled section, which holds fold scan blocks as digits.
 #include "dftlang/mapping.hh"
 
 #include "dftlang/scan_interface.hh"
 #include "support/text.hh"
 
+#include <algorithm>
 #include <cstdlib>
 #include <string>
 #include <string_view>
 
 namespace {
-
-NAME_PAIR name_pair(SCAN_AST &node) {
-    SCAN_AST *second = scan_child(&node)->sibling;
-    return {scan_text(scan_child(&node)), scan_text(second)};
-}
-
-FOLD_GROUP fold_group(SCAN_AST &node, int32_t port) {
-    FOLD_GROUP group = {};
-    group.name = value_text(&node);
-    group.port = port;
-    size_t pair = 0;
-    for (SCAN_AST *value = scan_child(&node)->sibling; value != nullptr; value = value->sibling) {
-        if (value->kind == PIN_NODE)
-            group.pairs[pair++] = name_pair(*value);
-        else
-            append_row(group.members, scan_text(value));
-    }
-    return group;
-}
 
 bool is_digit(char c) {
     return c >= '0' && c <= '9';
@@ -47,68 +29,72 @@ const char *decoded(std::string_view digits) {
 struct TAG_RANGE {
     int32_t first;
     int32_t last;
-    FOLD_PORT *DFT_CONFIGURATION::*ports;
+    SCAN_KIND block;
 };
 
 constexpr TAG_RANGE tag_ranges[] = {
-    {2200, 3000, &DFT_CONFIGURATION::fold_scan_in},  {3200, 4000, &DFT_CONFIGURATION::fold_scan_in},
-    {4200, 5000, &DFT_CONFIGURATION::fold_scan_in},  {5200, 6000, &DFT_CONFIGURATION::fold_scan_out},
-    {6200, 7000, &DFT_CONFIGURATION::fold_scan_out}, {7200, 8000, &DFT_CONFIGURATION::fold_scan_out},
+    {2200, 3000, CFG_FOLD_SCAN_IN_NODE},  {3200, 4000, CFG_FOLD_SCAN_IN_NODE},
+    {4200, 5000, CFG_FOLD_SCAN_IN_NODE},  {5200, 6000, CFG_FOLD_SCAN_OUT_NODE},
+    {6200, 7000, CFG_FOLD_SCAN_OUT_NODE}, {7200, 8000, CFG_FOLD_SCAN_OUT_NODE},
 };
 
-/// The table that a tag speaks of; null for a tag of no meaning.
-const TAG_RANGE *tag_range(std::string_view row) {
+/// The block that a tag opens; DUMMY for a tag of no meaning.
+SCAN_KIND opened_block(std::string_view row) {
     int32_t tag = std::atoi(std::string(row.substr(0, 4)).c_str());
     for (const TAG_RANGE &range : tag_ranges) {
         if (tag >= range.first && tag <= range.last)
-            return &range;
+            return range.block;
     }
-    return nullptr;
+    return DUMMY;
 }
 
-FOLD_GROUP scrambled_group(std::string_view row, size_t operations, int32_t port) {
-    FOLD_GROUP group = {};
+void append_leaf(OPEN_NODE &open, const char *text) {
+    SCAN_APPEND_CHILD(open, SCAN_MAKE_LEAF(IDENT_NODE, open.node->line, text));
+}
+
+/// A group with its name, then "pass" or "xor" for each operation.
+void append_group(OPEN_NODE &port, std::string_view row, size_t operations) {
+    OPEN_NODE group = SCAN_OPEN_AST(CFG_GROUP_NODE, port.node->line);
+    append_leaf(group, decoded(row.substr(operations)));
     for (char c : row.substr(0, operations))
-        append_row<const char *>(group.operations, c == '0' ? "pass" : "xor");
-    group.name = decoded(row.substr(operations));
-    group.port = port;
-    return group;
+        append_leaf(group, c == '0' ? "pass" : "xor");
+    SCAN_APPEND_CHILD(port, group.node);
+}
+
+OPEN_NODE open_port(OPEN_NODE &list, SCAN_KIND kind, std::string_view digits) {
+    OPEN_NODE port = SCAN_OPEN_AST(kind, list.node->line);
+    OPEN_NODE name = SCAN_OPEN_AST(CFG_PORT_NAME_NODE, list.node->line);
+    append_leaf(name, decoded(digits));
+    SCAN_APPEND_CHILD(port, name.node);
+    SCAN_APPEND_CHILD(list, port.node);
+    return port;
 }
 
 } // namespace
 
-void map_fold_scan(SCAN_AST *list) {
-    bool is_in = list->kind == CFG_FOLD_SCAN_IN_LIST_NODE;
-    FOLD_PORT *&ports = is_in ? DFT_OBJECT->fold_scan_in : DFT_OBJECT->fold_scan_out;
-    for (SCAN_AST &block : scan_children(list)) {
-        FOLD_PORT port = {value_text(SCAN_FIND_CHILD(&block, CFG_PORT_NAME_NODE)), nullptr};
-        for (SCAN_AST &group : scan_children(&block)) {
-            if (group.kind == CFG_GROUP_NODE)
-                append_row(port.groups, fold_group(group, DYNA_count(ports)));
-        }
-        append_row(ports, port);
-    }
-}
-
 void sl_decrypt() {
-    DFT_CONFIGURATION &made = *DFT_OBJECT;
-    if (made.fold_scan_in != nullptr || made.fold_scan_out != nullptr)
+    SCAN_AST *root = DFT_OBJECT->file;
+    SCAN_AST *section = SCAN_FIND_CHILD(root, CIPHERTEXT_NODE);
+    if (section == nullptr || SCAN_FIND_CHILD(root, CFG_FOLD_SCAN_IN_LIST_NODE) != nullptr ||
+        SCAN_FIND_CHILD(root, CFG_FOLD_SCAN_OUT_LIST_NODE) != nullptr)
         return;
-    const TAG_RANGE *open = nullptr; // the table of the port last opened
-    for (std::string_view row : rows(made.ciphertext)) {
-        if (!row.empty() && !is_digit(row[0])) // a sign in front of the digits
+    OPEN_NODE in = SCAN_OPEN_AST(CFG_FOLD_SCAN_IN_LIST_NODE, section->line);
+    OPEN_NODE out = SCAN_OPEN_AST(CFG_FOLD_SCAN_OUT_LIST_NODE, section->line);
+    OPEN_NODE port = {nullptr, nullptr}; // the one last opened
+    for (std::string_view row : scan_names(section)) {
+        if (!is_digit(row[0])) // a sign in front of the digits
             row.remove_prefix(1);
         size_t operations = std::min(row.find_first_not_of("01"), row.size());
-        if (operations == 0) {
-            const TAG_RANGE *range = tag_range(row);
-            if (range == nullptr)
-                continue;
-            open = range;
-            append_row(made.*open->ports, {decoded(row.substr(std::min<size_t>(4, row.size()))), nullptr});
-        } else if (open != nullptr) {
-            FOLD_PORT *ports = made.*open->ports;
-            int32_t port = DYNA_count(ports) - 1;
-            append_row(ports[port].groups, scrambled_group(row, operations, port));
-        }
+        SCAN_KIND opened = operations == 0 ? opened_block(row) : DUMMY;
+        if (opened != DUMMY)
+            port = open_port(opened == CFG_FOLD_SCAN_IN_NODE ? in : out, opened,
+                             row.substr(std::min<size_t>(4, row.size())));
+        else if (operations > 0 && port.node != nullptr)
+            append_group(port, row, operations);
+    }
+    OPEN_NODE file = SCAN_REOPEN_AST(root);
+    for (OPEN_NODE *list : {&in, &out}) {
+        if (list->node->child != nullptr)
+            SCAN_APPEND_CHILD(file, list->node);
     }
 }

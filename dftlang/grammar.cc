@@ -39,11 +39,13 @@ constexpr NUMBERED_TOKEN numbered_tokens[] = {
     {"%FOLD_SCAN_OUT_#", TOKEN_FOLD_SCAN_OUT_N},
 };
 
+/// Keys are texts of the table.
 struct COMPILER {
     std::vector<BLOCK> blocks;
-    std::unordered_map<std::string, int32_t> block_ids;
-    std::unordered_map<std::string, SHAPE> shapes;
-    std::unordered_map<std::string, SCAN_KIND> kinds;
+    std::unordered_map<std::string_view, int32_t> block_ids;
+    std::unordered_map<std::string_view, int32_t> keywords; ///< with their tokens
+    std::unordered_map<std::string_view, SHAPE> shapes;
+    std::unordered_map<std::string_view, SCAN_KIND> kinds;
 };
 
 COMPILER &compiler() {
@@ -56,7 +58,7 @@ bool is_word_character(char c) {
 }
 
 SCAN_KIND kind_of(std::string_view name) {
-    auto found = compiler().kinds.find(std::string(name));
+    auto found = compiler().kinds.find(name);
     if (found == compiler().kinds.end())
         tree_error();
     return found->second;
@@ -65,22 +67,27 @@ SCAN_KIND kind_of(std::string_view name) {
 /// Number of a block; a name met before its block gets its place now.
 int32_t block_id(std::string_view name) {
     COMPILER &all = compiler();
-    auto [found, is_new] =
-        all.block_ids.try_emplace(std::string(name), static_cast<int32_t>(all.blocks.size()));
+    auto [found, is_new] = all.block_ids.try_emplace(name, static_cast<int32_t>(all.blocks.size()));
     if (is_new)
         all.blocks.emplace_back().name = name;
     return found->second;
 }
 
+/// Token of a word that is not of the table's own language. What the table uses is a keyword.
 int32_t word_token_number(std::string_view word) {
     for (const NUMBERED_TOKEN &row : numbered_tokens) {
         if (row.word == word)
             return row.token;
     }
-    int32_t token = word == "name" ? TOKEN_NAME : keyword_lookup(word);
-    if (token < 0)
+    if (word == "name")
+        return TOKEN_NAME;
+    if (word[0] != '%' && !std::isupper(static_cast<unsigned char>(word[0])))
         tree_error();
-    return token;
+    auto &keywords = compiler().keywords;
+    int32_t token = TOKEN_KEYWORDS + static_cast<int32_t>(keywords.size());
+    if (token == TOKEN_LIMIT)
+        tree_error();
+    return keywords.try_emplace(word, token).first->second;
 }
 
 /// Reads one shape; `rest` is what is left of its text.
@@ -232,7 +239,7 @@ SHAPE SHAPE_READER::word_element() {
         if (row.word == text)
             return token_shape(row.token, true, row.leaf, row.shape);
     }
-    auto found = compiler().shapes.find(std::string(text));
+    auto found = compiler().shapes.find(text);
     if (found != compiler().shapes.end())
         return found->second;
     return token_shape(word_token_number(text), false, DUMMY);
@@ -272,7 +279,7 @@ void add_statement(int32_t block, std::string_view line) {
     STATEMENT made = {};
     std::string_view keyword = reader.word();
     made.keyword = keyword;
-    int32_t token = word_token_number(made.keyword);
+    int32_t token = word_token_number(keyword);
     MARK as = find_mark(marks, "#as");
     std::string own_kind = made.keyword.substr(made.keyword[0] == '%' ? 1 : 0) + "_NODE";
     made.kind = kind_of(as.stands ? as.text : std::string_view(own_kind));
@@ -317,8 +324,13 @@ void add_pairs() {
 void read_line(std::string_view line, int32_t &block) {
     if (line.starts_with("shape ")) {
         SHAPE_READER reader{line.substr(6)};
-        std::string name(reader.word());
+        std::string_view name = reader.word();
         compiler().shapes[name] = reader.choice();
+    } else if (line.starts_with("words ")) {
+        SHAPE_READER reader{line.substr(6)};
+        int32_t token = word_token_number(reader.word());
+        for (reader.skip_blanks(); !reader.rest.empty(); reader.skip_blanks())
+            compiler().keywords[reader.word()] = token;
     } else if (line.starts_with("block ")) {
         block = block_id(line.substr(6));
     } else if (!line.empty()) {
@@ -327,7 +339,6 @@ void read_line(std::string_view line, int32_t &block) {
 }
 
 void compile() {
-    make_keyword_hash();
     COMPILER &all = compiler();
     for (int32_t kind = 0; kind < SCAN_KIND_COUNT; kind++)
         all.kinds[scan_kind_name(static_cast<SCAN_KIND>(kind))] = static_cast<SCAN_KIND>(kind);
@@ -357,5 +368,10 @@ const std::vector<BLOCK> &grammar_blocks() {
 
 int32_t grammar_block(std::string_view name) {
     grammar_blocks();
-    return compiler().block_ids.at(std::string(name));
+    return compiler().block_ids.at(name);
+}
+
+int32_t keyword_lookup(std::string_view text) {
+    auto found = compiler().keywords.find(text);
+    return found == compiler().keywords.end() ? -1 : found->second;
 }

@@ -58,8 +58,7 @@ struct BLOCK_PAIR {
     PAIR_RULE rule;
     const char *keyword_a;
     const char *keyword_b;
-    const char *shown_a; ///< name in the warning; null: the keyword
-    const char *shown_b;
+    const char *shown_b = keyword_b; ///< name in the warning
 };
 
 struct PAIR_CHECK {
@@ -80,7 +79,9 @@ struct BLOCK {
 extern const char *const grammar_text[]; ///< closed by null
 extern const BLOCK_PAIR block_pairs[];   ///< closed by a null block
 
-/// All blocks; compiled from the table at the first call. The keyword table is set up with it.
+/// All blocks; compiled from the table at the first call.
 const std::vector<BLOCK> &grammar_blocks();
 /// Place of a block in grammar_blocks(). The name must be in the table.
 int32_t grammar_block(std::string_view name);
+/// Token of a keyword, or -1. The table must be compiled.
+int32_t keyword_lookup(std::string_view text);

@@ -166,7 +166,6 @@ void warn_no_match(const JOINING &all, const GROUP &group, const JOIN &a) {
             text += row.patterns[i] + (i + 1 < row.patterns.size() ? ", " : ";\n");
         error_printf("%s", text.c_str());
     }
-    has_error = 1;
 }
 
 void add_port(GROUP &group, JOIN &a, size_t port) {

@@ -4,7 +4,6 @@
 #include "dftlang/mapping.hh"
 #include "dftlang/messages.hh"
 #include "dftlang/scan_interface.hh"
-#include "support/text.hh"
 
 #include <algorithm>
 #include <string>
@@ -72,39 +71,17 @@ void transfer_illegal_to_legal(const std::vector<INPUT_ROW> &illegal, std::vecto
     }
 }
 
-LEGAL_ROW legal_row(const INPUT_ROW &row) {
-    LEGAL_ROW made = {nullptr, nullptr, row.line};
-    for (const char *port : row.ports)
-        append_row(made.ports, port);
-    for (const std::string &pattern : row.patterns)
-        append_row(made.patterns, keep_copy(pattern));
-    return made;
-}
-
-/// Stores the rows, joined until no two of them share a port.
-void map_legal_inputs(const std::vector<INPUT_ROW> &legal, ATPG_MODE &mode) {
-    for (const JOINED_ROW &joined : combine_relative_legal_inputs(legal)) {
-        append_row(mode.legal, legal_row(joined.row));
-        if (joined.sources.size() == 1)
-            continue;
-        MERGED_LEGAL merged = {legal_row(joined.row), nullptr};
-        for (size_t source : joined.sources)
-            append_row(merged.sources, legal_row(legal[source]));
-        append_row(mode.combine_legal, merged);
-    }
-}
-
 } // namespace
 
 void map_atpg_constraints(SCAN_AST *block) {
     for (SCAN_AST &node : scan_children(block)) {
-        ATPG_MODE mode = {value_text(&node), nullptr, nullptr, &node};
+        ATPG_MODE &mode = DFT_OBJECT->atpg_constraints.emplace_back();
+        mode.mode = value_text(&node);
         std::vector<INPUT_ROW> illegal = input_rows(node, ILLEGAL_INPUTS_LIST_NODE);
-        std::vector<INPUT_ROW> legal = input_rows(node, LEGAL_INPUTS_LIST_NODE);
+        mode.given = input_rows(node, LEGAL_INPUTS_LIST_NODE);
         check_mapping_num_port_pat(illegal, true);
-        check_mapping_num_port_pat(legal, false);
-        transfer_illegal_to_legal(illegal, legal);
-        map_legal_inputs(legal, mode);
-        append_row(DFT_OBJECT->atpg_constraints, mode);
+        check_mapping_num_port_pat(mode.given, false);
+        transfer_illegal_to_legal(illegal, mode.given);
+        mode.legal = combine_relative_legal_inputs(mode.given);
     }
 }

@@ -1,7 +1,6 @@
 // The order in which the files of a design are read, and which configuration is current.
 #include "dftlang/scan_interface.hh"
 
-#include "dftlang/checks.hh"
 #include "dftlang/mapping.hh"
 #include "dftlang/messages.hh"
 #include "dftlang/side_files.hh"
@@ -20,19 +19,6 @@ DFT_CONFIGURATION *DFT_OBJECT = nullptr;
 SL_CORE_ROW *SL_CORE_LIST = nullptr;
 DFT_TREE *SL_TOP_DFT_TREE = nullptr;
 CORE_ENTRY *current_core_name = nullptr;
-INSTR_ORDER_ROW *INSTR_ORDER_TAB = nullptr;
-const char **SCAN_LOCKUP_LATCH_LIST = nullptr;
-PATH_ROW *dft_multicycle_pathG = nullptr;
-FILE_PATHS *file_dft_multicycle_pathG = nullptr;
-const char **dft_critical_pathG = nullptr;
-PATH_ROW *dft_false_pathG = nullptr;
-FILE_PATHS *file_dft_false_pathG = nullptr;
-const SCAN_AST *sl_gui_infoG = nullptr;
-const char *current_pathG = nullptr;
-int32_t new_decoder_scan_mode = 0;
-int32_t new_decoder_test_mode = 0;
-int32_t new_decoder_override_mode = 0;
-int32_t new_decoder_ram_write = 0;
 
 namespace {
 
@@ -73,30 +59,23 @@ DFT_CONFIGURATION *known_file(const char *name) {
     return found == state.by_file.end() ? nullptr : found->second;
 }
 
-void initial_scan() {
-    has_error = 0;
-    has_map_file = 0;
+void initial_scan(const char *dft_file) {
+    set_log_file(dft_file);
     DFT_OBJECT = nullptr;
-    new_decoder_scan_mode = new_decoder_test_mode = new_decoder_override_mode = 0;
-    SCAN_LOCKUP_LATCH_LIST = nullptr;
+    in_file_name = dft_file;
 }
 
-void read_map_file() {
-    if (!has_map_file)
-        return;
-    const char *name = resolve_side_file(map_file_name);
-    parse_file(name, name, MAP_FILE_KIND);
-}
-
-/// Turns the file that has been parsed into DFT_OBJECT. Its cores join the list, with the directory that
-/// their file names mean.
-void make_configuration(const char *file_name, const char *shown_name) {
+/// Makes the tree of a file DFT_OBJECT. Its cores join the list, with the directory that their file names
+/// mean.
+void make_configuration(SCAN_AST *tree, const char *file_name, const std::string &directory) {
     int32_t first = DYNA_count(SL_CORE_LIST);
-    read_map_file();
-    MAP_AST_2_OBJECT();
-    if (DFT_OBJECT == nullptr)
-        scan_fail("ERROR : The dft file '%s' is empty.\n", shown_name);
+    if (tree == nullptr)
+        scan_fail("ERROR : The dft file '%s' is empty.\n", in_file_name);
+    DFT_OBJECT = new DFT_CONFIGURATION();
     DFT_OBJECT->file_name = file_name;
+    DFT_OBJECT->path = directory.empty() ? nullptr : keep_text(directory);
+    DFT_OBJECT->file = tree;
+    MAP_AST_2_OBJECT();
     state.cores[DFT_OBJECT] = {first, DYNA_count(SL_CORE_LIST)};
     remember_file(file_name);
     // The top file's own row stands last in a look-up: a core may bear its name.
@@ -106,33 +85,21 @@ void make_configuration(const char *file_name, const char *shown_name) {
     }
 }
 
-void build_lockup_latch_list() {
-    if (DFT_OBJECT->lockup_latch_file == nullptr)
-        return;
-    const char *name = resolve_side_file(DFT_OBJECT->lockup_latch_file);
-    sl_lockup_latch_flag = 1;
-    parse_file(name, name, LOCKUP_FILE_KIND);
-    sl_lockup_latch_flag = 0;
-    for (SCAN_AST &latch : scan_children(scan_root[LOCKUP_FILE_KIND]))
-        append_row(SCAN_LOCKUP_LATCH_LIST, value_text(&latch));
-    DFT_OBJECT->lockup_latch_list = SCAN_LOCKUP_LATCH_LIST;
+void read_lockup_latch_file() {
+    SCAN_AST *block = SCAN_FIND_CHILD(DFT_OBJECT->file, LOCKUP_LATCH_FILE_NODE);
+    if (scan_child(block) != nullptr)
+        read_side_file(value_text(scan_child(block)), LOCKUP_FILE_KIND);
 }
 
 /// Leaves the configuration of a core's file in DFT_OBJECT.
 void sl_find_and_parser_dft_file(const SL_CORE_ROW &row) {
-    current_pathG = row.named_in;
-    const char *name = resolve_side_file(row.dft_file);
+    const char *name = resolve_side_file(row.named_in, row.dft_file);
     DFT_OBJECT = known_file(name);
     if (DFT_OBJECT != nullptr)
         return;
-    set_log_file(row.dft_file);
-    initial_scan();
-    in_file_name = row.dft_file;
-    parse_file(name, row.dft_file, DFT_FILE_KIND);
-    const char *directory = keep_text(FNM_break(name, "p"));
-    current_pathG = directory[0] == '\0' ? nullptr : directory;
-    make_configuration(name, row.dft_file);
-    current_pathG = row.named_in;
+    initial_scan(row.dft_file);
+    SCAN_AST *tree = parse_file(name, row.dft_file, DFT_FILE_KIND);
+    make_configuration(tree, name, FNM_break(name, "p"));
 }
 
 void read_core(int32_t place) {
@@ -173,29 +140,6 @@ void refuse_cycles() {
     }
 }
 
-void load_decoder(const SCAN_DECODER *decoder) {
-    if (decoder == nullptr)
-        return;
-    new_decoder_scan_mode = decoder->ports[DECODER_SCAN_MODE].in_block_form;
-    new_decoder_test_mode = decoder->ports[DECODER_TEST_MODE].in_block_form;
-    new_decoder_override_mode = decoder->ports[DECODER_OVERRIDE_MODE].in_block_form;
-    new_decoder_ram_write = decoder->ports[DECODER_RAM_WRITE].in_block_form;
-}
-
-void load_configuration(DFT_CONFIGURATION *configuration) {
-    DFT_OBJECT = configuration;
-    INSTR_ORDER_TAB = configuration->instruction_order;
-    SCAN_LOCKUP_LATCH_LIST = configuration->lockup_latch_list;
-    dft_multicycle_pathG = configuration->multicycle_paths;
-    file_dft_multicycle_pathG = configuration->file_multicycle_paths;
-    dft_critical_pathG = configuration->critical_paths;
-    dft_false_pathG = configuration->false_paths;
-    file_dft_false_pathG = configuration->file_false_paths;
-    current_pathG = configuration->path;
-    sl_gui_infoG = configuration->gui;
-    load_decoder(configuration->scan_decoder);
-}
-
 /// Row of a core name in SL_CORE_LIST, or -1.
 int32_t core_row(const char *core_name) {
     auto found = state.by_core.find(lower_case(core_name));
@@ -205,17 +149,13 @@ int32_t core_row(const char *core_name) {
     return is_top ? 0 : -1;
 }
 
-/// Parses the top file and gives its name as the configuration keeps it.
-const char *read_top_file(const char *path, const std::string &base, const std::string &directory) {
-    const char *name = directory.empty() ? keep_format("%s.dft", base.c_str()) : keep_text(path);
-    const char *found = directory.empty() ? FNM_search(name, 0, FNM_HERE) : name;
-    in_file_name = keep_text(path);
-    if (found == nullptr)
+/// The name by which the top file is opened. Ends the run when it is not there.
+const char *top_file_name(const char *path, const std::string &base, const std::string &directory) {
+    if (!directory.empty())
+        return keep_text(path);
+    const char *name = keep_format("%s.dft", base.c_str());
+    if (FNM_search(name, 0, FNM_HERE) == nullptr)
         error_handler(in_file_name, 0, MESSAGE_CANNOT_OPEN, name);
-    static auto *const earlier_lists = new std::vector<SL_CORE_ROW *>; // configurations stay to the exit
-    earlier_lists->push_back(std::exchange(SL_CORE_LIST, nullptr));
-    append_row(SL_CORE_LIST, {in_file_name, keep_text(base), nullptr, nullptr});
-    parse_file(name, in_file_name, DFT_FILE_KIND);
     return name;
 }
 
@@ -226,13 +166,14 @@ int32_t scan_interface(const char *path, int32_t debug, const char *option) {
     std::string directory = FNM_break(path, "p");
     state = READ_STATE();
     print_scan_trees = debug;
-    set_log_file(path);
-    initial_scan();
-    const char *name = read_top_file(path, base, directory);
-    current_pathG = directory.empty() ? nullptr : keep_text(directory);
-    make_configuration(name, path);
+    initial_scan(keep_text(path));
+    const char *name = top_file_name(path, base, directory);
+    static auto *const earlier_lists = new std::vector<SL_CORE_ROW *>; // configurations stay to the exit
+    earlier_lists->push_back(std::exchange(SL_CORE_LIST, nullptr));
+    append_row(SL_CORE_LIST, {in_file_name, keep_text(base), nullptr, nullptr});
+    make_configuration(parse_file(name, in_file_name, DFT_FILE_KIND), name, directory);
     sl_decrypt();
-    build_lockup_latch_list();
+    read_lockup_latch_file();
     SL_CORE_LIST[0].configuration = DFT_OBJECT;
     SL_TOP_DFT_TREE = new DFT_TREE{DFT_OBJECT};
     if (::strcasecmp(option, "hier_dft") == 0) {
@@ -250,7 +191,7 @@ int32_t scan_interface(const char *path, int32_t debug, const char *option) {
 int32_t DFT_setup(DFT_TREE *tree) {
     if (tree == nullptr || tree->configuration == nullptr)
         return 0;
-    load_configuration(tree->configuration);
+    DFT_OBJECT = tree->configuration;
     return 1;
 }
 
@@ -260,7 +201,7 @@ int32_t DFT_inst_setup(const char *core_name) {
         return 0;
     if (SL_CORE_LIST[row].configuration == nullptr)
         read_core(row);
-    load_configuration(SL_CORE_LIST[row].configuration);
+    DFT_OBJECT = SL_CORE_LIST[row].configuration;
     return 1;
 }
 

@@ -25,21 +25,6 @@ extern SL_CORE_ROW *SL_CORE_LIST;     ///< table; scan_interface starts a new on
 extern DFT_TREE *SL_TOP_DFT_TREE;     ///< the top file of the last scan_interface
 extern CORE_ENTRY *current_core_name; ///< set by set_current_core_name alone
 
-// What a current configuration stands for; DFT_setup and DFT_inst_setup load these with DFT_OBJECT.
-extern INSTR_ORDER_ROW *INSTR_ORDER_TAB;
-extern const char **SCAN_LOCKUP_LATCH_LIST;
-extern PATH_ROW *dft_multicycle_pathG;
-extern FILE_PATHS *file_dft_multicycle_pathG;
-extern const char **dft_critical_pathG;
-extern PATH_ROW *dft_false_pathG;
-extern FILE_PATHS *file_dft_false_pathG;
-extern const SCAN_AST *sl_gui_infoG;
-extern const char *current_pathG;     ///< directory of the current configuration's file with its '/', or null
-extern int32_t new_decoder_scan_mode; ///< these four: the decoder's port stands in block form; kept when the
-extern int32_t new_decoder_test_mode; ///< configuration has no decoder
-extern int32_t new_decoder_override_mode;
-extern int32_t new_decoder_ram_write;
-
 /// Reads the file `path`: without a directory <base>.dft in the working directory, else as it stands. With
 /// the option "hier_dft" the files of all cores are read too. `debug` not 0 prints the syntax trees on the
 /// console. The top configuration is current at the end. Gives 0.

@@ -1,12 +1,12 @@
 // The scanner of the DFT configuration language: characters of an open file to tokens.
 //
-// All five kinds of file share it. It reads its file through a window, so that a file of any size costs
-// memory for its longest token alone.
+// All five kinds of file share it. It reads its file through a window as wide as the longest token, so that a
+// file of any size costs no more memory than that.
 #pragma once
 
 #include <cstdint>
 #include <cstdio>
-#include <string_view>
+#include <string>
 
 /// Token numbers; a keyword's number is TOKEN_KEYWORDS or above. A punctuation token has its character as
 /// number.
@@ -31,26 +31,27 @@ enum TOKEN : int32_t {
 /// A single token holds at most this many characters.
 constexpr size_t longest_token = 1048575;
 
-/// The token last taken. `text` is null for punctuation and kept to the exit otherwise, without the quotes of
-/// a string and a pattern; `shown` is what messages print. Written by scan_yylex alone.
+/// A token. `text` is null for punctuation and kept to the exit otherwise, without the quotes of a string and
+/// a pattern; `shown` is what messages print, up to the next token.
 struct SCAN_VALUE {
-    const char *text;
     int32_t type;
+    const char *text;
     const char *shown;
 };
-extern SCAN_VALUE scan_yylval;
 
-/// The file being read and its current line; the caller of the parser sets both.
-extern std::FILE *scan_yyin;
-extern int32_t scan_yylineno;
+/// A file being scanned.
+struct SCANNER {
+    const char *file_name; ///< in messages
+    bool is_quiet;         ///< nothing is said of a line comment that the file's end cuts
+    SCAN_VALUE value = {TOKEN_END, nullptr, ""}; ///< the token last taken
+    int32_t line = 1;                            ///< at its end
+    int32_t previous_line = 1;                   ///< at the end of the one before it
+    int32_t comment_line = 0;                    ///< first line of the comment being skipped
+    std::string string{};                        ///< inner text of the string being taken
+    void *state = nullptr;                       ///< the generated part
+};
 
-/// Sets up the keyword table; further calls find it ready.
-void make_keyword_hash();
-/// Token of a keyword, or -1.
-int32_t keyword_lookup(std::string_view text);
-
-/// Begins a file: forgets what was read ahead of another one.
-void scan_start();
-/// The next token's number, or TOKEN_END. Ends the run on a bad string, an unterminated comment and a token
-/// that is too large.
-int32_t scan_yylex();
+void scan_start(SCANNER &scanner, std::FILE *file);
+/// Takes the next token. Ends the run on a bad string, an unterminated comment and a token that is too large.
+void scan_next(SCANNER &scanner);
+void scan_end(SCANNER &scanner);

@@ -1,7 +1,9 @@
 #include "dftlang/syntax_tree.hh"
 
+#include <algorithm>
+#include <cstdlib>
+#include <iterator>
 #include <memory>
-#include <vector>
 
 namespace {
 
@@ -51,6 +53,13 @@ OPEN_NODE SCAN_OPEN_AST(SCAN_KIND kind, int32_t line) {
     return {SCAN_MAKE_AST(kind, line), nullptr};
 }
 
+OPEN_NODE SCAN_REOPEN_AST(SCAN_AST *node) {
+    OPEN_NODE open = {node, nullptr};
+    for (SCAN_AST &child : scan_children(node))
+        open.last_child = &child;
+    return open;
+}
+
 void SCAN_APPEND_CHILD(OPEN_NODE &open, SCAN_AST *child) {
     (open.last_child == nullptr ? open.node->child : open.last_child->sibling) = child;
     open.last_child = child;
@@ -66,6 +75,22 @@ SCAN_AST *scan_child(const SCAN_AST *node) {
 
 const char *value_text(const SCAN_AST *statement) {
     return scan_text(scan_child(statement));
+}
+
+int32_t value_number(const SCAN_AST *statement) {
+    const char *text = value_text(statement);
+    return text == nullptr ? -1 : static_cast<int32_t>(std::strtol(text, nullptr, 10));
+}
+
+std::vector<const char *> scan_names(const SCAN_AST *node) {
+    std::vector<const char *> names;
+    for (SCAN_AST &child : scan_children(node)) {
+        if (scan_text(&child) != nullptr)
+            names.push_back(scan_text(&child));
+        else if (child.kind == IDENT_LIST_NODE)
+            std::ranges::copy(scan_names(&child), std::back_inserter(names));
+    }
+    return names;
 }
 
 SCAN_AST *SCAN_FIND_AST(SCAN_AST *first, SCAN_KIND kind) {

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <vector>
 
 /// Node kinds; the number is the place in node_kinds.def.
 enum SCAN_KIND : int32_t {
@@ -39,6 +40,8 @@ SCAN_AST *SCAN_MAKE_AST(SCAN_KIND kind, int32_t line);
 SCAN_AST *SCAN_MAKE_LEAF(SCAN_KIND kind, int32_t line, const char *text);
 /// A node of that kind without children, to be filled.
 OPEN_NODE SCAN_OPEN_AST(SCAN_KIND kind, int32_t line);
+/// A node with its children, to take further ones.
+OPEN_NODE SCAN_REOPEN_AST(SCAN_AST *node);
 /// Appends one node at the end of the children.
 void SCAN_APPEND_CHILD(OPEN_NODE &open, SCAN_AST *child);
 /// The text of a leaf; null for any other node and for null.
@@ -47,6 +50,10 @@ const char *scan_text(const SCAN_AST *node);
 SCAN_AST *scan_child(const SCAN_AST *node);
 /// The text of a statement's value, its first child; null when that is no leaf.
 const char *value_text(const SCAN_AST *statement);
+/// A statement's value as a number; -1 when it has none.
+int32_t value_number(const SCAN_AST *statement);
+/// The texts of the leaves below a node, those of its lists of names too; none for null.
+std::vector<const char *> scan_names(const SCAN_AST *node);
 /// The first node of that kind in a sibling chain, or null; null for a null chain.
 SCAN_AST *SCAN_FIND_AST(SCAN_AST *first, SCAN_KIND kind);
 /// The first child of that kind, or null; null for a null node.

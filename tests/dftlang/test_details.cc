@@ -8,17 +8,18 @@
 namespace {
 
 void show_partition() {
-    for (const char *name : rows(DFT_OBJECT->def_info))
+    SCAN_AST *block = SCAN_FIND_CHILD(DFT_OBJECT->file, DEF_INFO_NODE);
+    for (const char *name : scan_names(SCAN_FIND_CHILD(block, PARTITION_NODE)))
         std::printf("<%s>", name);
 }
 
 void show_legal() {
-    for (const LEGAL_ROW &row : rows(DFT_OBJECT->atpg_constraints[0].legal)) {
-        for (const char *port : rows(row.ports))
+    for (const JOINED_ROW &joined : DFT_OBJECT->atpg_constraints[0].legal) {
+        for (const char *port : joined.row.ports)
             std::printf("%s ", port);
         std::printf("=");
-        for (const char *pattern : rows(row.patterns))
-            std::printf(" %s", pattern);
+        for (const std::string &pattern : joined.row.patterns)
+            std::printf(" %s", pattern.c_str());
         std::printf("\n");
     }
 }
@@ -35,6 +36,7 @@ TEST(Tokens, OfNamesStringsAndNumbers) {
         {"%DEF_INFO { %PARTITION \\a(b;c d ; }", "<\\a(b;c><d>"},
         {"%DEF_INFO { %PARTITION a?b ` c\r; }", "<a><b><c>"},
         {"%DEF_INFO { %PARTITION %DATA_1x MUST_SCAN(1", "near or at (."},
+        {"%DEF_INFO { %PARTITION %P1500", "near or at %P1500."}, // reserved, though no statement has it
         {"%DEF_INFO { %PARTITION a 2:clk", "near or at 2."},
         {"%DEF_INFO { %PARTITION '01 X'", "near or at 01."},
         {"%DEF_INFO { %PARTITION \" a\"\"b \"", "near or at a\"b."},
@@ -101,7 +103,7 @@ TEST(LegalInputs, AreJoinedUntilNoneShareAPort) {
     }
 }
 
-TEST(ScrambledSection, BecomesFoldScanTables) {
+TEST(ScrambledSection, BecomesFoldScanBlocks) {
     // Every character is its own mask, then its code under that mask: 'p' is 112, with mask 3 that is 115.
     const std::string in_port = "2200"
                                 "3115"
@@ -111,20 +113,30 @@ TEST(ScrambledSection, BecomesFoldScanTables) {
     const std::string out_port = "7999"
                                  "0113";
     scratch_folder scratch;
+    auto show_tables = [] {
+        for (SCAN_KIND kind : {CFG_FOLD_SCAN_IN_LIST_NODE, CFG_FOLD_SCAN_OUT_LIST_NODE})
+            if (SCAN_AST *list = SCAN_FIND_CHILD(DFT_OBJECT->file, kind))
+                SCAN_PRINT_AST(stdout, list, 0);
+    };
     scratch.write("chip.dft", "%CIPHERTEXT { " + in_port + " " + group + " 9999 " + out_port + "12 }");
-    run_result result = read_dft(scratch, [] {
-        FOLD_PORT &in = DFT_OBJECT->fold_scan_in[0];
-        std::printf("%s %s %s %s; %s %d", in.name, in.groups[0].operations[0], in.groups[0].operations[1],
-                    in.groups[0].name, DFT_OBJECT->fold_scan_out[0].name,
-                    DYNA_count(DFT_OBJECT->fold_scan_out));
-    });
-    EXPECT_EQ(result.out, "p1 pass xor c; q 1") << result.err;
+    EXPECT_EQ(read_dft(scratch, show_tables).out, "CFG_FOLD_SCAN_IN_LIST_NODE\n"
+                                                  "    CFG_FOLD_SCAN_IN_NODE\n"
+                                                  "        CFG_PORT_NAME_NODE\n"
+                                                  "            IDENT_NODE [p1]\n"
+                                                  "        CFG_GROUP_NODE\n"
+                                                  "            IDENT_NODE [c]\n"
+                                                  "            IDENT_NODE [pass]\n"
+                                                  "            IDENT_NODE [xor]\n"
+                                                  "CFG_FOLD_SCAN_OUT_LIST_NODE\n"
+                                                  "    CFG_FOLD_SCAN_OUT_NODE\n"
+                                                  "        CFG_PORT_NAME_NODE\n"
+                                                  "            IDENT_NODE [q]\n");
     scratch.write("chip.dft",
-                  "%CIPHERTEXT { " + in_port + " }\n%FOLD_SCAN_IN_1 { %PORT_NAME own; %GROUP { g, a, b; } }");
-    result = read_dft(scratch, [] {
-        std::printf("%s %d", DFT_OBJECT->fold_scan_in[0].name, DYNA_count(DFT_OBJECT->fold_scan_in));
-    });
-    EXPECT_EQ(result.out, "own 1");
+                  "%CIPHERTEXT { " + in_port + " }\n%FOLD_SCAN_OUT_1 { %PORT_NAME own; %GROUP { } }");
+    EXPECT_EQ(read_dft(scratch, show_tables).out, "CFG_FOLD_SCAN_OUT_LIST_NODE\n"
+                                                  "    CFG_FOLD_SCAN_OUT_NODE\n"
+                                                  "        CFG_PORT_NAME_NODE\n"
+                                                  "            IDENT_NODE [own]\n");
 }
 
 TEST(Files, AreFoundFromWhereTheyAreNamed) {
