@@ -2,7 +2,6 @@
 #include "description/tables.hh"
 
 #include "description/hash_tables.hh"
-#include "description/pin_rows.hh"
 #include "description/reader.hh"
 
 BUCKET_TAB<TAP_CELL> TAP_CELL_HASH_TAB = nullptr;
@@ -10,7 +9,6 @@ BUCKET_TAB<SCAN_CELL> SCAN_CELL_HASH_TAB = nullptr;
 BUCKET_TAB<BUFFER_CELL> BUFFER_HASH_TAB = nullptr;
 BUCKET_TAB<SKIP_SIGNAL> SKIP_SIGNAL_HASH_TAB = nullptr;
 BUCKET_TAB<const char> TRANS_BUF_HASH_TAB = nullptr;
-BUCKET_TAB<PIN_ENTRY> PIN_HASH_TAB = nullptr;
 
 TAP_CELL **TAP_CELL_TAB = nullptr;
 SCAN_CELL **SCAN_CELL_TAB = nullptr;
@@ -20,26 +18,8 @@ const char **TRANS_BUF_TAB = nullptr;
 PIN_ENTRY **PIN_TABLE = nullptr;
 const char **WILD_CARD_BUF_TAB = nullptr;
 
-const char *OUTPUT_MUX_SCAN = nullptr;
-const char *OUTPUT_SCAN = nullptr;
-const char *INPUT_MUX_SCAN = nullptr;
-const char *INPUT_SCAN = nullptr;
-const char *CONTROL_OE_SCAN = nullptr;
-const char *CONTROL_OE_LOW_SCAN = nullptr;
-const char *CONTROL_OE_HIGH_SCAN = nullptr;
-const char *CONTROL_MUX_SCAN = nullptr;
-const char *CONTROL_SCAN = nullptr;
-const char *CONTROL_LOW_SCAN = nullptr;
-const char *CONTROL_HIGH_SCAN = nullptr;
-const char *BIDIR_MUX_SCAN = nullptr;
-const char *BIDIR_SCAN = nullptr;
-const char *BIDIR_HIGH_SCAN = nullptr;
-const char *BIDIR_LOW_SCAN = nullptr;
-const char *CLOCK_MUX_SCAN = nullptr;
-const char *CLOCK_SCAN = nullptr;
-const char *INTERNAL_SCAN = nullptr;
-const char *OBSERVE_ONLY_SCAN = nullptr;
-const char *CONTROL_HZ_SCAN = nullptr;
+#define DEFINE_ROLE(name) const char *name = nullptr;
+FOR_EACH_CELL_ROLE(DEFINE_ROLE)
 
 const char *GLOBAL_TDI = nullptr;
 const char *GLOBAL_TDO = nullptr;
@@ -117,7 +97,6 @@ void bsdft_init() {
     empty_hash(BUFFER_HASH_TAB);
     empty_hash(SKIP_SIGNAL_HASH_TAB);
     empty_hash(TRANS_BUF_HASH_TAB);
-    empty_hash(PIN_HASH_TAB);
     empty_table(TAP_CELL_TAB);
     empty_table(SCAN_CELL_TAB);
     empty_table(BUFFER_TAB);
@@ -140,5 +119,4 @@ void bsdft_init() {
     PACKAGE_TABLE = nullptr;
     CONNECT_TABLE = nullptr;
     GLOBAL_EXIT = 0;
-    clear_pin_numbers();
 }

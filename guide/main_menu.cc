@@ -96,14 +96,9 @@ constexpr GUIDE_MENU global_port_menu = {.screen = global_port_screen,
 /// What the reading that follows sets only where the file says so. It must not find what was edited and not
 /// saved, or what the file that was read held and the saved one does not.
 void forget_roles_and_tap_names() {
-    for (const char **text :
-         {&OUTPUT_MUX_SCAN, &OUTPUT_SCAN,         &INPUT_MUX_SCAN,       &INPUT_SCAN,
-          &CONTROL_OE_SCAN, &CONTROL_OE_LOW_SCAN, &CONTROL_OE_HIGH_SCAN, &CONTROL_MUX_SCAN,
-          &CONTROL_SCAN,    &CONTROL_LOW_SCAN,    &CONTROL_HIGH_SCAN,    &BIDIR_MUX_SCAN,
-          &BIDIR_SCAN,      &BIDIR_HIGH_SCAN,     &BIDIR_LOW_SCAN,       &CLOCK_MUX_SCAN,
-          &CLOCK_SCAN,      &INTERNAL_SCAN,       &OBSERVE_ONLY_SCAN,    &CONTROL_HZ_SCAN,
-          &TAP_MODULE_NAME, &TAP_INSTANCE_NAME})
-        *text = nullptr;
+#define FORGET_ROLE(name) name = nullptr;
+    FOR_EACH_CELL_ROLE(FORGET_ROLE)
+    TAP_MODULE_NAME = TAP_INSTANCE_NAME = nullptr;
 }
 
 } // namespace
