@@ -70,13 +70,8 @@ template <class T> void empty_hash(BUCKET_TAB<T> &table) {
 
 // The tables of an instruction or a BIST block belong to the rows of a table that is about to go.
 void free_row_tables() {
-    for (INSTRUCTION &row : rows(INSTRUCTIONS)) {
-        DYNA_free(&row.patterns);
-        DYNA_free(&row.enable_pins);
-        DYNA_free(&row.enable_values);
-        DYNA_free(&row.gate_signals);
-        DYNA_free(&row.gate_kinds);
-    }
+    for (INSTRUCTION &row : rows(INSTRUCTIONS))
+        free_instruction(row);
     for (MBIST_ENTRY &row : rows(BL_MBIST_TAB))
         DYNA_free(&row.ctrl_order);
     for (LBIST_ENTRY &row : rows(BL_LBIST_TAB)) {
@@ -89,6 +84,14 @@ void free_row_tables() {
 }
 
 } // namespace
+
+void free_instruction(INSTRUCTION &row) {
+    DYNA_free(&row.patterns);
+    DYNA_free(&row.enable_pins);
+    DYNA_free(&row.enable_values);
+    DYNA_free(&row.gate_signals);
+    DYNA_free(&row.gate_kinds);
+}
 
 void bsdft_init() {
     free_row_tables();

@@ -137,6 +137,9 @@ struct INSTRUCTION {
     int32_t *gate_kinds;        ///< GATE_KIND
 };
 
+/// Releases the tables of a row that is about to go.
+void free_instruction(INSTRUCTION &row);
+
 /// What a BSC(...) list of a pin row holds.
 enum BSC_KIND : int32_t {
     BSC_NO_LIST = -1, // no BSC clause, or BSC(<name>)
