@@ -24,7 +24,7 @@ enum LIB_BLOCK : int32_t {
     PAD_BLOCKS = BUFFER_BLOCK | DIFF_BLOCK | BS_BLOCK
 };
 
-/// A keyword of the .lib language. A null field is one that it does not fill.
+/// A keyword of the .lib language, with the fields of the three records that it fills; null for none.
 struct LIB_KEYWORD : KEYWORD {
     int32_t blocks = 0; ///< LIB_BLOCK: where it may stand as an item
     const char *TAP_CELL::*tap = nullptr;
@@ -37,9 +37,8 @@ struct LIB_KEYWORD : KEYWORD {
 
 /// A keyword of the .bsc language. A null member is one that it has no use for.
 struct BSC_KEYWORD : KEYWORD {
-    void (*save)(const AST_NODE &node) =
-        nullptr;                    ///< saves a statement, or an item of %SCAN_CELLS or %TAP_MODULE
-    const char **setting = nullptr; ///< the global that takes its name
+    void (*save)(const AST_NODE &node) = nullptr; ///< saves a statement, or an item of a block of settings
+    const char **setting = nullptr;               ///< the global that takes its name
     GATE_KIND gate = GATE_NONE;
     // Items of the BIST blocks.
     const char *LBIST_ENTRY::*lbist = nullptr;

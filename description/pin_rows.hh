@@ -19,10 +19,9 @@ struct PIN_ROW {
 
 struct PIN_READING {
     // What the reader of the file gives.
-    const char *file = nullptr; ///< its name for the messages
-    const PACKAGE_ENTRY *package =
-        nullptr;           ///< the entry that a file of %PACKAGE_LIST fills; null for %PIN_LIST
-    NAME_SET numbers = {}; ///< pin numbers that may not come again, for %PIN_LIST only
+    const char *file = nullptr;             ///< its name for the messages
+    const PACKAGE_ENTRY *package = nullptr; ///< what a file of %PACKAGE_LIST fills; null for %PIN_LIST
+    NAME_SET numbers = {};                  ///< pin numbers that may not come again, for %PIN_LIST only
 
     // What the file gives; a value that it does not give stays.
     std::vector<PIN_ROW> rows = {};

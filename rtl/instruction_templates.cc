@@ -1,7 +1,7 @@
 // The instruction register and its decoder, in both languages.
 //
-// Letters: S -synch, I IDMODE. Lists: B the data registers, F the opcodes with the register that each selects; Q,
-// V and = the ports of the decoder in the orders of header, declarations and assignments.
+// Letters: S -synch, I IDMODE. Lists: B the data registers, F the opcodes with the register that each
+// selects; Q, V and = the ports of the decoder in the orders of header, declarations and assignments.
 #include "rtl/templates.hh"
 
 const char IR_REG_V[] = R"(
