@@ -23,7 +23,6 @@ extern BUCKET_TAB<struct SCAN_CELL> SCAN_CELL_HASH_TAB;
 extern BUCKET_TAB<struct BUFFER_CELL> BUFFER_HASH_TAB;
 extern BUCKET_TAB<struct SKIP_SIGNAL> SKIP_SIGNAL_HASH_TAB;
 extern BUCKET_TAB<const char> TRANS_BUF_HASH_TAB;
-extern BUCKET_TAB<struct PIN_ENTRY> PIN_HASH_TAB; ///< not hashed: one bucket per pin, in file order
 
 /// A zeroed record that lives to the exit at one address.
 template <class T> T *new_record() {

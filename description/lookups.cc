@@ -3,8 +3,6 @@
 #include "description/hash_tables.hh"
 #include "support/text.hh"
 
-#include <cstring>
-
 SCAN_CELL *get_scan_cell(const char *name) {
     return find_record(SCAN_CELL_HASH_TAB, name);
 }
@@ -36,16 +34,6 @@ const char *bs_pin_name(int32_t row) {
 
 const char *bs_pin_direction(int32_t row) {
     return PIN_TABLE[row]->direction;
-}
-
-int32_t in_allowed_list(const char *name) {
-    if (name == nullptr)
-        return 0;
-    for (const char *allowed : rows(ALLOWED_MULTIPLE_LIST)) {
-        if (std::strcmp(allowed, name) == 0)
-            return 1;
-    }
-    return 0;
 }
 
 bool bs_internal_word(const char *package_name) {

@@ -30,9 +30,6 @@ bool trans_buffer(const char *name);
 const char *bs_pin_name(int32_t row);
 const char *bs_pin_direction(int32_t row);
 
-/// 1 when the name stands in ALLOWED_MULTIPLE_LIST, else 0.
-int32_t in_allowed_list(const char *name);
-
 /// True for the package names that mark a row of the pin file as an internal cell: INTERNAL, and OBSERVE,
 /// which may be written OBSERVE_ONLY too. False for null.
 bool bs_internal_word(const char *package_name);

@@ -3,11 +3,8 @@
 
 #include "pin_parser.hh"
 
-BUCKET_TAB<KEYWORD> bs_pin_k_hash = nullptr;
-
-void make_pin_keyword_hash() {
-    // clang-format off
-    static KEYWORD keywords[] = {
+const KEYWORD *pin_keyword_lookup(const char *text) {
+    static constexpr KEYWORD keywords[] = {
         {"BSC", PIN_BSC},
         {"PAD", PIN_PAD},
         {"I", PIN_I},
@@ -21,10 +18,6 @@ void make_pin_keyword_hash() {
         {"%PACKAGE_TYPE", PIN_PACKAGE_TYPE},
         {"%ALLOWED_MULTIPLE", PIN_ALLOWED_MULTIPLE},
     };
-    // clang-format on
-    load_keywords(bs_pin_k_hash, keywords);
-}
-
-int32_t pin_keyword_lookup(const char *text) {
-    return keyword_token(bs_pin_k_hash, text);
+    static const auto &hash = *new KEYWORD_HASH(load_keywords(keywords));
+    return find_keyword(hash, text);
 }

@@ -17,20 +17,32 @@ const char *without_here(const char *name) {
 
 int first_lineL = 1; // of each pin file of the reading under way
 
-void parse_pin_file(std::FILE *file) {
-    clear_pin_names();
-    make_pin_keyword_hash();
+// Reads the file; the caller says in the reading what it knows before, and has the message for a missing
+// file.
+void parse_pin_file(PIN_READING &reading, std::FILE *file) {
     pin_yylineno = first_lineL;
-    current_line = &pin_yylineno;
-    pin_yyrestart(file);
-    pin_yyparse();
+    begin_file(reading.file, file, pin_yyrestart, pin_yylineno);
+    pin_yyparse(reading);
     std::fclose(file);
 }
 
 void check_package_pin_number(int32_t declared, int32_t count) {
     if (count > declared)
-        console_fail("\"%s\", package pin number '%d' is less than total pin count '%d'\n", PIN_FILE,
+        console_fail("\"%s\", package pin number '%d' is less than total pin count '%d'\n", current_file,
                      declared, count);
+}
+
+// Warns of each name that may repeat and that no row has as its package name.
+void exist_multiple_pin() {
+    NAME_SET package_names;
+    for (const PIN_ENTRY *pin : rows(PIN_TABLE)) {
+        if (pin->package_name != nullptr)
+            package_names.insert(pin->package_name);
+    }
+    for (const char *name : rows(ALLOWED_MULTIPLE_LIST)) {
+        if (!package_names.contains(name))
+            error_printf("WARNING : %%ALLOWED_MULTIPLE '%s' was not declared in \"%s\".\n", name, PIN_FILE);
+    }
 }
 
 // The first entry without a pin count; a new one at the end when every entry has one.
@@ -52,21 +64,29 @@ bool in_package_table(const char *file) {
 }
 
 void read_package(const char *name) {
-    PIN_FILE = name;
     std::FILE *file = FNM_open(name);
     if (file == nullptr)
         console_fail("Error: can't open pin file '%s' in default searching path.\n\n", name);
-    PIN_FILE = without_here(PIN_FILE);
-    if (in_package_table(PIN_FILE))
-        console_printf("Warning: (%s) was redefined in package list and will skip it.\n\n", PIN_FILE);
-    current_packageL = free_package_entry();
-    current_packageL->file = PIN_FILE;
-    parse_pin_file(file);
-    int32_t count = 0;
-    for (const PACKAGE_PIN *pin = current_packageL->pins; pin != nullptr; pin = pin->next)
-        ++count;
-    check_package_pin_number(current_packageL->pin_count, count);
-    clear_pin_names();
+    name = without_here(name);
+    if (in_package_table(name))
+        console_printf("Warning: (%s) was redefined in package list and will skip it.\n\n", name);
+    PACKAGE_ENTRY &entry = *free_package_entry();
+    entry.file = name;
+    PIN_READING reading{.file = name, .package = &entry, .package_type = entry.type};
+    parse_pin_file(reading, file);
+    DYNA_free(&reading.allowed);
+    entry.type = reading.package_type;
+    entry.pin_count = reading.package_pins;
+    PACKAGE_PIN **end = &entry.pins;
+    for (const PIN_ROW &row : reading.rows) {
+        const PIN_ENTRY &pin = *row.pin;
+        const char *bsc = row.bsc_text.empty() ? nullptr : keep_text(row.bsc_text);
+        *end = new_record<PACKAGE_PIN>();
+        **end = {pin.number, pin.package_name, pin.top_name, pin.direction,  bsc,      pin.pad_name,
+                 pin.pad_c,  pin.pad_i,        pin.pad_o,    pin.pad_enable, pin.line, nullptr};
+        end = &(*end)->next;
+    }
+    check_package_pin_number(entry.pin_count, static_cast<int32_t>(reading.rows.size()));
 }
 
 } // namespace
@@ -77,35 +97,33 @@ void begin_pin_files() {
 
 void save_pin_list(const AST_NODE &node) {
     const char *name = first_text(*node.first_child);
-    PIN_FLAG = PIN_OF_LIST;
-    PIN_FILE = name;
     std::FILE *file = FNM_open(name);
     if (file == nullptr)
-        console_fail("Error: (%s) can't open pin file '%s' in default searching path.\n\n", DFT_FILE, name);
-    PIN_FILE = without_here(PIN_FILE);
-    parse_pin_file(file);
+        console_fail("Error: (%s) can't open pin file '%s' in default searching path.\n\n", BSC_FILE, name);
+    PIN_FILE = without_here(name);
     // A second %PIN_LIST adds its rows to those of the first.
-    for (int32_t i = BS_PIN_COUNT; i < DYNA_count(PIN_HASH_TAB); ++i)
-        append_row(PIN_TABLE, PIN_HASH_TAB[i][0]);
+    PIN_READING reading{.file = PIN_FILE,
+                        .package_type = PACKAGE_TYPE,
+                        .package_pins = PACKAGE_PIN_NUMBER,
+                        .allowed = ALLOWED_MULTIPLE_LIST};
+    for (const PIN_ENTRY *pin : rows(PIN_TABLE))
+        reading.numbers.insert(pin->number);
+    parse_pin_file(reading, file);
+    for (const PIN_ROW &row : reading.rows)
+        append_row(PIN_TABLE, row.pin);
     BS_PIN_COUNT = DYNA_count(PIN_TABLE);
+    PACKAGE_TYPE = reading.package_type;
+    PACKAGE_PIN_NUMBER = reading.package_pins;
+    ALLOWED_MULTIPLE_LIST = reading.allowed;
     check_package_pin_number(PACKAGE_PIN_NUMBER, BS_PIN_COUNT);
     exist_multiple_pin();
-    clear_pin_names();
 }
 
 void save_package_list(const AST_NODE &node) {
-    // What a %PIN_LIST has left stays: the rest of the run speaks of that file and of its allowed names.
-    const char *list_file = PIN_FILE;
-    const char **list_allowed = ALLOWED_MULTIPLE_LIST;
-    PIN_FLAG = PIN_OF_PACKAGE;
     PACKAGE_TABLE = new_record<PACKAGE_ENTRY>();
-    for (const AST_NODE &file_name : children(node)) {
-        ALLOWED_MULTIPLE_LIST = nullptr;
+    for (const AST_NODE &file_name : children(node))
         read_package(first_text(file_name));
-        DYNA_free(&ALLOWED_MULTIPLE_LIST);
-    }
-    ALLOWED_MULTIPLE_LIST = list_allowed;
-    if (list_file != nullptr)
-        PIN_FILE = list_file;
-    current_packageL = nullptr;
+    // No %PIN_LIST has named a file yet: the run speaks of the last one that was read.
+    if (PIN_FILE == nullptr)
+        PIN_FILE = current_file;
 }

@@ -1,49 +1,54 @@
-// What the pin file's parser does with what it reads, and the state of one reading.
-//
-// A row is built column by column, with each check at its column, and stored at its end. PIN_FLAG tells
-// where: in PIN_TABLE's buckets for %PIN_LIST, in the current PACKAGE_ENTRY for %PACKAGE_LIST.
+// One reading of a pin file: the parser's actions build its rows, column by column, with each check at its
+// column. What becomes of the rows is said in description/pin_lists.cc.
 #pragma once
 
 #include "description/tables.hh"
 
-/// Values of PIN_FLAG.
-enum PIN_MODE : int32_t { PIN_IDLE = -1, PIN_OF_PACKAGE = 0, PIN_OF_LIST = 1 };
+#include <string>
+#include <string_view>
+#include <unordered_set>
+#include <vector>
 
-extern int32_t PIN_FLAG;                ///< set by save_pin_list and save_package_list
-extern PACKAGE_ENTRY *current_packageL; ///< the entry that takes the rows in package mode
+using NAME_SET = std::unordered_set<std::string_view>;
 
-/// Forget the pin numbers of earlier readings; bsdft_init calls it.
-void clear_pin_numbers();
-/// Starts and ends a file: forgets the names seen in it.
-void clear_pin_names();
+/// A row as the file has it.
+struct PIN_ROW {
+    PIN_ENTRY *pin;
+    std::string bsc_text; ///< the items of the BSC clause as written, or its name
+};
 
-/// A new record with its number, in a bucket of its own. Ends the run when an earlier pin has the number.
-PIN_ENTRY *save_pin(const char *number, int32_t line);
+struct PIN_READING {
+    // What the reader of the file gives.
+    const char *file = nullptr;             ///< its name for the messages
+    const PACKAGE_ENTRY *package = nullptr; ///< what a file of %PACKAGE_LIST fills; null for %PIN_LIST
+    NAME_SET numbers = {};                  ///< pin numbers that may not come again, for %PIN_LIST only
 
-/// 1 when the package name, or the top name, was seen in this file; else records it and returns 0. INTERNAL,
-/// OBSERVE and OBSERVE_ONLY mark rows of internal cells: as package names they are never recorded.
-int32_t exist_io_pin(const char *name);
-int32_t exist_v_pin(const char *name);
+    // What the file gives; a value that it does not give stays.
+    std::vector<PIN_ROW> rows = {};
+    const char *package_type = nullptr;
+    int32_t package_pins = 0;
+    const char **allowed = nullptr; ///< names that may repeat, a DYNA table
 
-/// Checks that the index of a name with brackets is a number; ends the run when it is not.
-void parse_pin_name(const char *name, int32_t line);
-
-/// Warns of each allowed name that no row of PIN_TABLE has as its package name.
-void exist_multiple_pin();
+    NAME_SET package_names = {}; ///< seen in this file
+    NAME_SET top_names = {};     ///< seen in this file
+    // The cells of the row's BSC list, one slot per key; cleared after each row.
+    const char *bsc_c = nullptr, *bsc_i = nullptr, *bsc_o = nullptr;
+    const char *bsc_io = nullptr, *bsc_i_only = nullptr, *bsc_o_only = nullptr;
+};
 
 // Actions of the grammar, in the order of a row. A null name is a '*'.
-void pin_begin_row(const char *number, int32_t line);
-void pin_package_column(const char *name);
-void pin_top_column(const char *name);
-void pin_direction_column(const char *name);
-void pin_bsc_name(const char *name);
-void pin_bsc_item(const char *key, const char *cell);
-void pin_pad_name(const char *name);
-void pin_pad_item(const char *key, const char *port);
-void pin_pad_enable(int32_t level);
-void pin_end_row();
+void pin_begin_row(PIN_READING &reading, const char *number, int32_t line);
+void pin_package_column(PIN_READING &reading, const char *name);
+void pin_top_column(PIN_READING &reading, const char *name);
+void pin_direction_column(PIN_READING &reading, const char *name);
+void pin_bsc_name(PIN_READING &reading, const char *name);
+void pin_bsc_item(PIN_READING &reading, const char *key, const char *cell);
+void pin_pad_name(PIN_READING &reading, const char *name);
+void pin_pad_item(PIN_READING &reading, const char *key, const char *port);
+void pin_pad_enable(PIN_READING &reading, int32_t level);
+void pin_end_row(PIN_READING &reading);
 
 // The statements between the rows.
-void pin_package_type(const char *name, int32_t count);
-void pin_clear_allowed();
-void pin_allow(const char *name);
+void pin_package_type(PIN_READING &reading, const char *name, int32_t count);
+void pin_clear_allowed(PIN_READING &reading);
+void pin_allow(PIN_READING &reading, const char *name);

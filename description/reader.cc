@@ -1,5 +1,6 @@
 #include "description/reader.hh"
 
+#include "description/reading.hh"
 #include "description/save_tables.hh"
 #include "support/console.hh"
 #include "support/fnm.hh"
@@ -17,7 +18,7 @@ std::FILE *open_or_fail(const char *kind, const char *name) {
 } // namespace
 
 const char *LIB_FILE = nullptr;
-const char *DFT_FILE = nullptr;
+const char *BSC_FILE = nullptr;
 
 void get_bs_dft_file(const char *lib_file, const char *bsc_file, int32_t /*dump_level*/) {
     if (lib_file == nullptr)
@@ -25,24 +26,20 @@ void get_bs_dft_file(const char *lib_file, const char *bsc_file, int32_t /*dump_
     if (bsc_file == nullptr)
         error_fail("Error: dft file is a null string\n");
     std::FILE *lib = open_or_fail("lib", lib_file);
-    std::FILE *dft = open_or_fail("dft", bsc_file);
+    std::FILE *bsc = open_or_fail("dft", bsc_file);
     begin_pin_files();
 
     LIB_FILE = keep_text(lib_file);
-    make_lib_keyword_hash();
-    current_line = &lib_yylineno;
-    lib_yyrestart(lib);
+    begin_file(LIB_FILE, lib, lib_yyrestart, lib_yylineno);
     lib_yyparse();
     std::fclose(lib);
     save_lib_tab();
 
-    DFT_FILE = keep_text(bsc_file);
-    make_dft_keyword_hash();
-    current_line = &dft_yylineno;
-    dft_yyrestart(dft);
-    dft_yyparse();
-    std::fclose(dft);
-    save_dft_tab();
+    BSC_FILE = keep_text(bsc_file);
+    begin_file(BSC_FILE, bsc, bsc_yyrestart, bsc_yylineno);
+    bsc_yyparse();
+    std::fclose(bsc);
+    save_bsc_tab();
 
     if (GLOBAL_EXIT != 0)
         end_run();

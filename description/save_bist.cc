@@ -7,36 +7,9 @@
 
 namespace {
 
-constexpr TEXT_FIELD<MBIST_ENTRY> mbist_fields[] = {
-    {INST_NAME_NODE, &MBIST_ENTRY::instruction},
-    {CNT_FILE_NODE, &MBIST_ENTRY::cnt_file}, // a block has one such file: the first name counts
-    {BL_SEL_INST_NODE, &MBIST_ENTRY::sel_instruction},
-};
-
-constexpr TEXT_FIELD<LBIST_ENTRY> lbist_fields[] = {
-    {INST_NAME_NODE, &LBIST_ENTRY::instruction},
-    {DFT_FILE_NODE, &LBIST_ENTRY::dft_file},
-    {BL_SCAN_INST_NODE, &LBIST_ENTRY::scan_instruction},
-    {BL_DEBUG_INST_NODE, &LBIST_ENTRY::debug_instruction},
-    {BL_LBIST_INST_NODE, &LBIST_ENTRY::lbist_instruction},
-    {INSTANCE_NAME_NODE, &LBIST_ENTRY::instance_name},
-    {BL_SEL_INST_NODE, &LBIST_ENTRY::sel_instruction},
-};
-
-struct LBIST_LIST {
-    NODE_KIND kind;
-    const char **LBIST_ENTRY::*list;
-};
-constexpr LBIST_LIST lbist_lists[] = {
-    {CNT_FILE_NODE, &LBIST_ENTRY::cnt_files},
-    {BL_DIAG_INST_NODE, &LBIST_ENTRY::diag_instructions},
-    {BL_DIAG_CNT_NODE, &LBIST_ENTRY::diag_cnt_files},
-    {BL_TEST_SETING_NODE, &LBIST_ENTRY::tests},
-};
-
 void append_numbers(const AST_NODE &node, int32_t *&table) {
     for (const AST_NODE &number : children(node))
-        append_row(table, number_value(DFT_FILE, number.line, number.text));
+        append_row(table, number_value(BSC_FILE, number.line, number.text));
 }
 
 // The first spelling of a name stays.
@@ -50,18 +23,25 @@ void append_without_repeats(const AST_NODE &node, const char **&table) {
     }
 }
 
-void save_lbist_item(LBIST_ENTRY &entry, const AST_NODE &item) {
-    if (item.kind == CTRL_ORDER_NODE) {
+// The name of the instruction heads an element; each other item has a keyword.
+void save_mbist_item(MBIST_ENTRY &entry, const AST_NODE &item) {
+    if (item.kind == INST_NAME_NODE)
+        entry.instruction = first_text(item);
+    else if (item.kind == CTRL_ORDER_NODE)
         append_numbers(item, entry.ctrl_order);
-        return;
-    }
-    for (const LBIST_LIST &list : lbist_lists) {
-        if (list.kind == item.kind) {
-            append_without_repeats(item, entry.*list.list);
-            return;
-        }
-    }
-    save_text_field(entry, item, lbist_fields);
+    else
+        entry.*bsc_keyword(item).mbist = first_text(item);
+}
+
+void save_lbist_item(LBIST_ENTRY &entry, const AST_NODE &item) {
+    if (item.kind == INST_NAME_NODE)
+        entry.instruction = first_text(item);
+    else if (item.kind == CTRL_ORDER_NODE)
+        append_numbers(item, entry.ctrl_order);
+    else if (const BSC_KEYWORD &keyword = bsc_keyword(item); keyword.lbist_names != nullptr)
+        append_without_repeats(item, entry.*keyword.lbist_names);
+    else
+        entry.*keyword.lbist = first_text(item);
 }
 
 } // namespace
@@ -71,12 +51,8 @@ void bl_save_mbist_table(const AST_NODE &node) {
         BL_MBIST_TAB = DYNA_init<MBIST_ENTRY>();
     for (const AST_NODE &element : children(node)) {
         MBIST_ENTRY &entry = append_row(BL_MBIST_TAB);
-        for (const AST_NODE &item : children(element)) {
-            if (item.kind == CTRL_ORDER_NODE)
-                append_numbers(item, entry.ctrl_order);
-            else
-                save_text_field(entry, item, mbist_fields);
-        }
+        for (const AST_NODE &item : children(element))
+            save_mbist_item(entry, item);
     }
 }
 

@@ -7,15 +7,6 @@
 
 namespace {
 
-struct GATE {
-    NODE_KIND kind;
-    GATE_KIND gate;
-};
-constexpr GATE gates[] = {
-    {INSTRUCTION_AND_NODE, GATE_AND}, {INSTRUCTION_NAND_NODE, GATE_NAND}, {INSTRUCTION_OR_NODE, GATE_OR},
-    {INSTRUCTION_NOR_NODE, GATE_NOR}, {INSTRUCTION_XOR_NODE, GATE_XOR},   {INSTRUCTION_XNOR_NODE, GATE_XNOR},
-};
-
 bool is_any(char value) {
     return value == 'X' || value == 'x';
 }
@@ -34,7 +25,7 @@ bool patterns_collide(const char *a, const char *b) {
 const char *enable_value(const AST_NODE &pattern, const char *signal) {
     bool is_pattern = pattern.text[std::strspn(pattern.text, "01Xx")] == '\0';
     if (is_pattern && std::strpbrk(pattern.text, "Xx") != nullptr)
-        console_fail("\"%s\", line %d: Enable pattern '%s' of '%s' may hold 0 and 1 only\n", DFT_FILE,
+        console_fail("\"%s\", line %d: Enable pattern '%s' of '%s' may hold 0 and 1 only\n", BSC_FILE,
                      pattern.line, pattern.text, signal);
     return pattern.text;
 }
@@ -50,10 +41,7 @@ void save_enable(INSTRUCTION &instruction, const AST_NODE &node) {
             value = enable_value(*second, signal);
         } else {
             gate_signal = first_text(*second);
-            for (const GATE &gate : gates) {
-                if (gate.kind == second->kind)
-                    gate_kind = gate.gate;
-            }
+            gate_kind = bsc_keyword(*second).gate;
         }
     }
     append_row(instruction.enable_pins, signal);
@@ -95,12 +83,12 @@ void save_instruction(const AST_NODE &node) {
 int32_t check_pattern_list(const AST_NODE &pattern, const char **table) {
     for (const char *earlier : rows(table)) {
         if (std::strlen(earlier) != std::strlen(pattern.text)) {
-            error_printf("\"%s\", line %d: Size of '%s' and '%s' are not equivalence\n", DFT_FILE,
+            error_printf("\"%s\", line %d: Size of '%s' and '%s' are not equivalence\n", BSC_FILE,
                          pattern.line, pattern.text, earlier);
             return 0;
         }
         if (patterns_collide(earlier, pattern.text)) {
-            error_printf("\"%s\", line %d: Pattern '%s' has been appeared previous\n", DFT_FILE, pattern.line,
+            error_printf("\"%s\", line %d: Pattern '%s' has been appeared previous\n", BSC_FILE, pattern.line,
                          pattern.text);
             return 0;
         }
@@ -115,13 +103,17 @@ void append_patterns(const AST_NODE &node, const char **&table) {
     }
 }
 
-void save_dft_instruction_table(const AST_NODE &node) {
+void save_instruction_table(const AST_NODE &node) {
     for (const AST_NODE &instruction : children(node))
         save_instruction(instruction);
 }
 
-void save_dft_instruction_capture(const AST_NODE &node) {
+void save_instruction_capture(const AST_NODE &node) {
     DYNA_free(&INST_CAPTURE);
     INST_CAPTURE = DYNA_init<const char *>();
     append_patterns(node, INST_CAPTURE);
+}
+
+void save_instruction_private(const AST_NODE &node) {
+    append_texts(node, INST_PRIVATE);
 }

@@ -8,97 +8,16 @@
 
 namespace {
 
-constexpr TEXT_FIELD<TAP_CELL> tap_fields[] = {
-    {INSTANCE_NAME_NODE, &TAP_CELL::instance_name},
-    {HIGHZ_COMMAND_NODE, &TAP_CELL::highz_command},
-    {GROUP_METHOD_NODE, &TAP_CELL::group_method},
-    {SIGNAL_BUFFER_NODE, &TAP_CELL::signal_buffer},
-    {DF_SIGNAL_BUFFER_NODE, &TAP_CELL::df_signal_buffer},
-    {INV_BUFFER_NODE, &TAP_CELL::inv_buffer},
-    {TDI_NODE, &TAP_CELL::tdi},
-    {TDO_NODE, &TAP_CELL::tdo},
-    {TDO_EN_NODE, &TAP_CELL::tdo_en},
-    {TMS_NODE, &TAP_CELL::tms},
-    {TCK_NODE, &TAP_CELL::tck},
-    {TRST_NODE, &TAP_CELL::trst},
-    {LASTTDO_NODE, &TAP_CELL::lasttdo},
-    {CLOCK_DR_NODE, &TAP_CELL::clock_dr},
-    {SHIFT_DR_NODE, &TAP_CELL::shift_dr},
-    {UPDATE_DR_NODE, &TAP_CELL::update_dr},
-    {MODE_1_NODE, &TAP_CELL::mode_1},
-    {MODE_2_NODE, &TAP_CELL::mode_2},
-    {MODE_3_NODE, &TAP_CELL::mode_3},
-    {FIRST_BCELL_NODE, &TAP_CELL::first_bcell},
-    {LAST_BCELL_NODE, &TAP_CELL::last_bcell},
-    {TAP_RESET_NODE, &TAP_CELL::tap_reset},
-};
-
-constexpr TEXT_FIELD<SCAN_CELL> scan_fields[] = {
-    {DATA_IN_NODE, &SCAN_CELL::data_in},
-    {DATA_OUT_NODE, &SCAN_CELL::data_out},
-    {SYS_IN_NODE, &SCAN_CELL::sys_in},
-    {SYS_PIN_NODE, &SCAN_CELL::sys_pin},
-    {TDI_NODE, &SCAN_CELL::tdi},
-    {TDO_NODE, &SCAN_CELL::tdo},
-    {TCK_NODE, &SCAN_CELL::tck},
-    {BS_HIGHZ_NODE, &SCAN_CELL::highz},
-    {CLOCK_DR_NODE, &SCAN_CELL::clock_dr},
-    {SHIFT_DR_NODE, &SCAN_CELL::shift_dr},
-    {UPDATE_DR_NODE, &SCAN_CELL::update_dr},
-    {RST_NODE, &SCAN_CELL::rst},
-    {MODE_1_NODE, &SCAN_CELL::mode_1},
-    {MODE_2_NODE, &SCAN_CELL::mode_2},
-    {MODE_3_NODE, &SCAN_CELL::mode_3},
-    {CONTROL_IN_NODE, &SCAN_CELL::control_in},
-    {UPDATE_DR_OUT_NODE, &SCAN_CELL::update_dr_out},
-    {MUX_DATA_IN_NODE, &SCAN_CELL::mux_data_in},
-    {OE_MODE_NODE, &SCAN_CELL::oe_mode},
-    {EN_L_NODE, &SCAN_CELL::en_l},
-    {EN_H_NODE, &SCAN_CELL::en_h},
-};
-
-constexpr TEXT_FIELD<BUFFER_CELL> buffer_fields[] = {
-    {FUNCTION_NODE, &BUFFER_CELL::function},
-    {INOUT_NODE, &BUFFER_CELL::inout},
-    {INPUT_NODE, &BUFFER_CELL::input},
-    {OUTPUT_NODE, &BUFFER_CELL::output},
-    {INPUT_M_NODE, &BUFFER_CELL::input_m},
-    {OUTPUT_M_NODE, &BUFFER_CELL::output_m},
-    {EN_L_NODE, &BUFFER_CELL::en_l},
-    {EN_H_NODE, &BUFFER_CELL::en_h},
-    {MUX_IN1_NODE, &BUFFER_CELL::mux_in1},
-    {MUX_IN2_NODE, &BUFFER_CELL::mux_in2},
-    {MUX_IN3_NODE, &BUFFER_CELL::mux_in3},
-    {MUX_OUT_NODE, &BUFFER_CELL::mux_out},
-    {MODE_1_NODE, &BUFFER_CELL::mode_1},
-    {MODE_2_NODE, &BUFFER_CELL::mode_2},
-    {MODE_3_NODE, &BUFFER_CELL::mode_3},
-    {BCELL_NODE, &BUFFER_CELL::bcell},
-    {IN_BCELL_NODE, &BUFFER_CELL::in_bcell},
-    {OUT_BCELL_NODE, &BUFFER_CELL::out_bcell},
-    {CONTROL_BCELL_NODE, &BUFFER_CELL::control_bcell},
-};
-
-struct BUFFER_FLAG {
-    NODE_KIND kind;
+// The ways of a pad to hold its level, of which it has one only, as the message shows them.
+struct EXCLUSIVE_FLAG {
     int32_t BUFFER_CELL::*field;
-    const char *exclusive_name; // as the message shows it; null when the flag goes with any other
+    const char *name;
 };
-constexpr BUFFER_FLAG buffer_flags[] = {
-    {WEAK_0_NODE, &BUFFER_CELL::weak_0, "'WEAK_0',"}, {WEAK_1_NODE, &BUFFER_CELL::weak_1, "'WEAK_1',"},
-    {PULL_0_NODE, &BUFFER_CELL::pull_0, "'PULL_0',"}, {PULL_1_NODE, &BUFFER_CELL::pull_1, "'PULL_1',"},
-    {KEEPER_NODE, &BUFFER_CELL::keeper, nullptr},
-};
-
-struct BUFFER_HEAD {
-    NODE_KIND kind;
-    BUFFER_KIND buffer_kind;
-};
-constexpr BUFFER_HEAD buffer_heads[] = {
-    {BUFFER_CELL_NODE, BUFFER_PLAIN},
-    {DIFF_V_BUFFER_CELL_NODE, BUFFER_DIFF_VOLTAGE},
-    {DIFF_I_BUFFER_CELL_NODE, BUFFER_DIFF_CURRENT},
-    {BS_BUFFER_NODE, BUFFER_BS},
+constexpr EXCLUSIVE_FLAG exclusive_flags[] = {
+    {&BUFFER_CELL::weak_0, "'WEAK_0',"},
+    {&BUFFER_CELL::weak_1, "'WEAK_1',"},
+    {&BUFFER_CELL::pull_0, "'PULL_0',"},
+    {&BUFFER_CELL::pull_1, "'PULL_1',"},
 };
 
 /// The highest number of an extra pin: a table has a row for each number up to the highest one in use.
@@ -116,13 +35,12 @@ void save_extra(const AST_NODE &node, const char **&extras) {
     extras[n - 1] = first_text(node);
 }
 
-// A pad holds its level in one way only.
 void check_exclusive_flags(const BUFFER_CELL &cell) {
     std::string names;
     int32_t count = 0;
-    for (const BUFFER_FLAG &flag : buffer_flags) {
-        if (flag.exclusive_name != nullptr && cell.*flag.field != 0) {
-            names += flag.exclusive_name;
+    for (const EXCLUSIVE_FLAG &flag : exclusive_flags) {
+        if (cell.*flag.field != 0) {
+            names += flag.name;
             ++count;
         }
     }
@@ -132,12 +50,11 @@ void check_exclusive_flags(const BUFFER_CELL &cell) {
 }
 
 void save_buffer_item(BUFFER_CELL &cell, const AST_NODE &item) {
-    if (save_text_field(cell, item, buffer_fields))
-        return;
-    for (const BUFFER_FLAG &flag : buffer_flags) {
-        if (flag.kind == item.kind)
-            cell.*flag.field = 1;
-    }
+    const LIB_KEYWORD &keyword = lib_keyword(item);
+    if (keyword.buffer != nullptr)
+        cell.*keyword.buffer = first_text(item);
+    if (keyword.flag != nullptr)
+        cell.*keyword.flag = 1;
 }
 
 // The cell of one name of the head. All names of a head have the same attributes.
@@ -157,14 +74,13 @@ void save_named_buffer(const char *name, BUFFER_KIND kind, const AST_NODE *items
 }
 
 void save_scan_item(SCAN_CELL &cell, const AST_NODE &item) {
+    const LIB_KEYWORD &keyword = lib_keyword(item);
     if (item.kind == EXTRA_NODE)
         save_extra(item, cell.extras);
-    else if (item.kind == STD_NAME_LIST_NODE)
-        append_texts(item, cell.std_names);
-    else if (item.kind == ORDER_LIST_NODE)
-        append_texts(item, cell.order);
-    else
-        save_text_field(cell, item, scan_fields);
+    if (keyword.names != nullptr)
+        append_texts(item, cell.*keyword.names);
+    if (keyword.scan != nullptr)
+        cell.*keyword.scan = first_text(item);
 }
 
 void save_named_scan_cell(const char *name, bool is_bs_buffer, const AST_NODE *items) {
@@ -182,7 +98,15 @@ void save_named_scan_cell(const char *name, bool is_bs_buffer, const AST_NODE *i
     add_record(SCAN_CELL_HASH_TAB, cell);
 }
 
-} // namespace
+void save_tap_item(TAP_CELL &cell, const AST_NODE &item) {
+    const LIB_KEYWORD &keyword = lib_keyword(item);
+    if (item.kind == EXTRA_NODE)
+        save_extra(item, cell.extras);
+    if (keyword.size != nullptr)
+        cell.*keyword.size = number_value(LIB_FILE, item.first_child->line, first_text(item));
+    if (keyword.tap != nullptr)
+        cell.*keyword.tap = first_text(item);
+}
 
 void save_tap_cell(const AST_NODE &node) {
     auto *cell = new_record<TAP_CELL>();
@@ -190,16 +114,8 @@ void save_tap_cell(const AST_NODE &node) {
     cell->group_size = -1;
     cell->df_group_size = -1;
     cell->extras = DYNA_init<const char *>();
-    for (const AST_NODE *item = node.first_child->next_sibling; item != nullptr; item = item->next_sibling) {
-        if (item->kind == EXTRA_NODE)
-            save_extra(*item, cell->extras);
-        else if (item->kind == GROUP_SIZE_NODE)
-            cell->group_size = number_value(LIB_FILE, item->first_child->line, first_text(*item));
-        else if (item->kind == DF_GROUP_SIZE_NODE)
-            cell->df_group_size = number_value(LIB_FILE, item->first_child->line, first_text(*item));
-        else
-            save_text_field(*cell, *item, tap_fields);
-    }
+    for (const AST_NODE *item = node.first_child->next_sibling; item != nullptr; item = item->next_sibling)
+        save_tap_item(*cell, *item);
     add_record(TAP_CELL_HASH_TAB, cell);
 }
 
@@ -215,15 +131,14 @@ void save_scan_cell(const AST_NODE &node) {
 }
 
 void save_buffer_cell(const AST_NODE &node) {
-    BUFFER_KIND kind = BUFFER_PLAIN;
-    for (const BUFFER_HEAD &head : buffer_heads) {
-        if (head.kind == node.kind)
-            kind = head.buffer_kind;
-    }
+    // Both enumerations list the heads of buffers in one order.
+    auto kind = static_cast<BUFFER_KIND>(node.kind - BUFFER_CELL_NODE);
     const AST_NODE &names = *node.first_child;
     for (const AST_NODE &name : children(names))
         save_named_buffer(name.text, kind, names.next_sibling);
 }
+
+} // namespace
 
 void save_lib_tab() {
     for (const AST_NODE &node : children(*theAST)) {

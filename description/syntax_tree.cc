@@ -1,7 +1,10 @@
 #include "description/syntax_tree.hh"
 
+#include "description/hash_tables.hh"
+#include "description/keywords.hh"
+#include "description/reading.hh"
+
 AST_NODE *theAST = nullptr;
-const int *current_line = nullptr;
 
 AST_NODE *MAKE_AST(NODE_KIND kind) {
     AST_NODE *node = new_record<AST_NODE>();
@@ -32,6 +35,12 @@ AST_NODE *MAKE_QUARTET_AST(NODE_KIND kind, AST_NODE *a, AST_NODE *b, AST_NODE *c
     return APPEND_CHILD(MAKE_TRIO_AST(kind, a, b, c), d);
 }
 
+AST_NODE *make_keyword_node(const TOKEN_VALUE &keyword, AST_NODE *a, AST_NODE *b) {
+    AST_NODE *node = MAKE_DUET_AST(keyword.keyword->kind, a, b);
+    node->keyword = keyword.keyword;
+    return node;
+}
+
 AST_NODE *APPEND_CHILD(AST_NODE *parent, AST_NODE *child) {
     if (child == nullptr)
         return parent;
@@ -44,10 +53,4 @@ AST_NODE *APPEND_CHILD(AST_NODE *parent, AST_NODE *child) {
         parent->last_child = child;
     }
     return parent;
-}
-
-AST_NODE *FIND_AST(AST_NODE *node, NODE_KIND kind) {
-    while (node != nullptr && node->kind != kind)
-        node = node->next_sibling;
-    return node;
 }

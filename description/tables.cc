@@ -2,7 +2,6 @@
 #include "description/tables.hh"
 
 #include "description/hash_tables.hh"
-#include "description/pin_rows.hh"
 #include "description/reader.hh"
 
 BUCKET_TAB<TAP_CELL> TAP_CELL_HASH_TAB = nullptr;
@@ -10,7 +9,6 @@ BUCKET_TAB<SCAN_CELL> SCAN_CELL_HASH_TAB = nullptr;
 BUCKET_TAB<BUFFER_CELL> BUFFER_HASH_TAB = nullptr;
 BUCKET_TAB<SKIP_SIGNAL> SKIP_SIGNAL_HASH_TAB = nullptr;
 BUCKET_TAB<const char> TRANS_BUF_HASH_TAB = nullptr;
-BUCKET_TAB<PIN_ENTRY> PIN_HASH_TAB = nullptr;
 
 TAP_CELL **TAP_CELL_TAB = nullptr;
 SCAN_CELL **SCAN_CELL_TAB = nullptr;
@@ -20,26 +18,8 @@ const char **TRANS_BUF_TAB = nullptr;
 PIN_ENTRY **PIN_TABLE = nullptr;
 const char **WILD_CARD_BUF_TAB = nullptr;
 
-const char *OUTPUT_MUX_SCAN = nullptr;
-const char *OUTPUT_SCAN = nullptr;
-const char *INPUT_MUX_SCAN = nullptr;
-const char *INPUT_SCAN = nullptr;
-const char *CONTROL_OE_SCAN = nullptr;
-const char *CONTROL_OE_LOW_SCAN = nullptr;
-const char *CONTROL_OE_HIGH_SCAN = nullptr;
-const char *CONTROL_MUX_SCAN = nullptr;
-const char *CONTROL_SCAN = nullptr;
-const char *CONTROL_LOW_SCAN = nullptr;
-const char *CONTROL_HIGH_SCAN = nullptr;
-const char *BIDIR_MUX_SCAN = nullptr;
-const char *BIDIR_SCAN = nullptr;
-const char *BIDIR_HIGH_SCAN = nullptr;
-const char *BIDIR_LOW_SCAN = nullptr;
-const char *CLOCK_MUX_SCAN = nullptr;
-const char *CLOCK_SCAN = nullptr;
-const char *INTERNAL_SCAN = nullptr;
-const char *OBSERVE_ONLY_SCAN = nullptr;
-const char *CONTROL_HZ_SCAN = nullptr;
+#define DEFINE_ROLE(name) const char *name = nullptr;
+FOR_EACH_CELL_ROLE(DEFINE_ROLE)
 
 const char *GLOBAL_TDI = nullptr;
 const char *GLOBAL_TDO = nullptr;
@@ -90,13 +70,8 @@ template <class T> void empty_hash(BUCKET_TAB<T> &table) {
 
 // The tables of an instruction or a BIST block belong to the rows of a table that is about to go.
 void free_row_tables() {
-    for (INSTRUCTION &row : rows(INSTRUCTIONS)) {
-        DYNA_free(&row.patterns);
-        DYNA_free(&row.enable_pins);
-        DYNA_free(&row.enable_values);
-        DYNA_free(&row.gate_signals);
-        DYNA_free(&row.gate_kinds);
-    }
+    for (INSTRUCTION &row : rows(INSTRUCTIONS))
+        free_instruction(row);
     for (MBIST_ENTRY &row : rows(BL_MBIST_TAB))
         DYNA_free(&row.ctrl_order);
     for (LBIST_ENTRY &row : rows(BL_LBIST_TAB)) {
@@ -110,6 +85,14 @@ void free_row_tables() {
 
 } // namespace
 
+void free_instruction(INSTRUCTION &row) {
+    DYNA_free(&row.patterns);
+    DYNA_free(&row.enable_pins);
+    DYNA_free(&row.enable_values);
+    DYNA_free(&row.gate_signals);
+    DYNA_free(&row.gate_kinds);
+}
+
 void bsdft_init() {
     free_row_tables();
     empty_hash(TAP_CELL_HASH_TAB);
@@ -117,7 +100,6 @@ void bsdft_init() {
     empty_hash(BUFFER_HASH_TAB);
     empty_hash(SKIP_SIGNAL_HASH_TAB);
     empty_hash(TRANS_BUF_HASH_TAB);
-    empty_hash(PIN_HASH_TAB);
     empty_table(TAP_CELL_TAB);
     empty_table(SCAN_CELL_TAB);
     empty_table(BUFFER_TAB);
@@ -140,5 +122,4 @@ void bsdft_init() {
     PACKAGE_TABLE = nullptr;
     CONNECT_TABLE = nullptr;
     GLOBAL_EXIT = 0;
-    clear_pin_numbers();
 }

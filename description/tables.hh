@@ -137,6 +137,9 @@ struct INSTRUCTION {
     int32_t *gate_kinds;        ///< GATE_KIND
 };
 
+/// Releases the tables of a row that is about to go.
+void free_instruction(INSTRUCTION &row);
+
 /// What a BSC(...) list of a pin row holds.
 enum BSC_KIND : int32_t {
     BSC_NO_LIST = -1, // no BSC clause, or BSC(<name>)
@@ -251,27 +254,32 @@ extern PIN_ENTRY **PIN_TABLE;
 /// Every buffer name that holds a '*', in file order.
 extern const char **WILD_CARD_BUF_TAB;
 
-// Cell roles: each names the scan cell that %SCAN_CELLS gives for it; null at start. bsdft_init leaves them.
-extern const char *OUTPUT_MUX_SCAN;
-extern const char *OUTPUT_SCAN;
-extern const char *INPUT_MUX_SCAN;
-extern const char *INPUT_SCAN;
-extern const char *CONTROL_OE_SCAN;
-extern const char *CONTROL_OE_LOW_SCAN;
-extern const char *CONTROL_OE_HIGH_SCAN;
-extern const char *CONTROL_MUX_SCAN;
-extern const char *CONTROL_SCAN;
-extern const char *CONTROL_LOW_SCAN;
-extern const char *CONTROL_HIGH_SCAN;
-extern const char *BIDIR_MUX_SCAN;
-extern const char *BIDIR_SCAN;
-extern const char *BIDIR_HIGH_SCAN;
-extern const char *BIDIR_LOW_SCAN;
-extern const char *CLOCK_MUX_SCAN;
-extern const char *CLOCK_SCAN;
-extern const char *INTERNAL_SCAN;
-extern const char *OBSERVE_ONLY_SCAN;
-extern const char *CONTROL_HZ_SCAN;
+// Cell roles: %SCAN_CELLS has a keyword of the role's name, and a global of that name holds the scan cell
+// that it gives; null at start. bsdft_init leaves them.
+#define FOR_EACH_CELL_ROLE(ROLE)                                                                             \
+    ROLE(OUTPUT_MUX_SCAN)                                                                                    \
+    ROLE(OUTPUT_SCAN)                                                                                        \
+    ROLE(INPUT_MUX_SCAN)                                                                                     \
+    ROLE(INPUT_SCAN)                                                                                         \
+    ROLE(CONTROL_OE_SCAN)                                                                                    \
+    ROLE(CONTROL_OE_LOW_SCAN)                                                                                \
+    ROLE(CONTROL_OE_HIGH_SCAN)                                                                               \
+    ROLE(CONTROL_MUX_SCAN)                                                                                   \
+    ROLE(CONTROL_SCAN)                                                                                       \
+    ROLE(CONTROL_LOW_SCAN)                                                                                   \
+    ROLE(CONTROL_HIGH_SCAN)                                                                                  \
+    ROLE(BIDIR_MUX_SCAN)                                                                                     \
+    ROLE(BIDIR_SCAN)                                                                                         \
+    ROLE(BIDIR_HIGH_SCAN)                                                                                    \
+    ROLE(BIDIR_LOW_SCAN)                                                                                     \
+    ROLE(CLOCK_MUX_SCAN)                                                                                     \
+    ROLE(CLOCK_SCAN)                                                                                         \
+    ROLE(INTERNAL_SCAN)                                                                                      \
+    ROLE(OBSERVE_ONLY_SCAN)                                                                                  \
+    ROLE(CONTROL_HZ_SCAN)
+#define DECLARE_ROLE(name) extern const char *name;
+FOR_EACH_CELL_ROLE(DECLARE_ROLE)
+#undef DECLARE_ROLE
 
 // Single settings of the BSC file, each from the keyword of its name unless told otherwise; null until set.
 // The guide writes them too.
@@ -315,4 +323,4 @@ extern int32_t GLOBAL_EXIT;
 
 // Names of the files being read, for messages; get_bs_dft_file writes them.
 extern const char *LIB_FILE;
-extern const char *DFT_FILE;
+extern const char *BSC_FILE;

@@ -130,8 +130,6 @@ std::string skipped_names() {
     return text;
 }
 
-/// An instruction without an opcode, which a file may hold, is as good as deleted: no file could be read with
-/// it.
 /// The module name that was given, else that of the only TAP described; a design without one gets it under
 /// its own name.
 std::string tap_module() {
@@ -144,6 +142,8 @@ std::string tap_module() {
     return named.size() == 1 ? named[0] : format_text("%s_TAP", TOP_MODULE);
 }
 
+/// An instruction without an opcode, which a file may hold, is as good as deleted: no file could be read with
+/// it.
 std::vector<TEMPLATE_NAMES> instruction_rows() {
     std::vector<TEMPLATE_NAMES> lines;
     for (const INSTRUCTION &row : rows(INSTRUCTIONS)) {

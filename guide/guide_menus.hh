@@ -1,21 +1,14 @@
-// The menus of the guide, each from its first screen to the moment when it is left.
+// The menus of the guide that others open.
 #pragma once
 
-#include "guide/dialog.hh"
+#include "guide/menu.hh"
 
 // Below the main menu, in the order of its entries.
-void Global_port_menu();
-void TAP_menu();
-void INST_menu();
-void test_reg_menu();
-void PAD_menu();
-void PIN_menu();
-void Skip_Signal_menu();
+extern const GUIDE_MENU Global_port_menu, TAP_menu, INST_menu, test_reg_menu, PAD_menu, PIN_menu,
+    Skip_Signal_menu;
 
 // Behind an entry of those.
-void TAP_lib_menu1();
-void BD_name_menu();
-void BD_module_menu();
+extern const GUIDE_MENU TAP_lib_menu1, BD_name_menu, BD_module_menu;
 void edit_PAD(int32_t kind); ///< 1 to 5, as the entries of the pad menu
 
 /// Adds the valid opcodes of `text` to the instruction.

@@ -31,12 +31,7 @@ int32_t check_inst_name(const char *name) {
 }
 
 void delete_instruction(int32_t row) {
-    INSTRUCTION &instruction = INSTRUCTIONS[row];
-    DYNA_free(&instruction.patterns);
-    DYNA_free(&instruction.enable_pins);
-    DYNA_free(&instruction.enable_values);
-    DYNA_free(&instruction.gate_signals);
-    DYNA_free(&instruction.gate_kinds);
+    free_instruction(INSTRUCTIONS[row]);
     DYNA_delete(&INSTRUCTIONS, row);
 }
 

@@ -1,19 +1,11 @@
 // The rows that the guide adds to the description tables, takes out of them and looks for.
 #pragma once
 
+#include "description/hash_tables.hh"
 #include "description/tables.hh"
-#include "support/dyna.hh"
-
-#include <deque>
 
 /// Length of every opcode and capture pattern. The guide's only value of its own; the guide alone writes it.
 extern int32_t G_INST_LEN;
-
-/// A zeroed record that lives to the exit, as the flat lists hold pointers alone.
-template <class RECORD> RECORD *new_record() {
-    static std::deque<RECORD> kept;
-    return &kept.emplace_back();
-}
 
 /// Prepares the tables: at least one TAP page and one scan cell page, the instruction length of an existing
 /// table, and the blank pad row.

@@ -33,39 +33,12 @@ std::vector<std::string> instruction_names(const MENU_PAGE &) {
 }
 
 MENU_STEP ask_instruction_length(MENU_PAGE &) {
-    ANSWER answer = ask({prompt_indent, "Enter instruction length : "});
-    if (!answer)
-        return MENU_LEAVE;
-    if (answer->empty())
-        return MENU_STAY;
-    if (auto length = to_integer(*answer))
-        G_INST_LEN = *length;
-    else
-        error_wait("%10sInstruction length must be an integer", "");
-    return MENU_STAY;
+    return ask_number(G_INST_LEN, {prompt_indent, "Enter instruction length : "}, "Instruction length");
 }
 
-/// An answer adds to the list, an empty one empties it.
-MENU_STEP ask_list(const char **&list, const char *prompt, bool (*accept)(const std::string &)) {
-    ANSWER answer = ask({prompt_indent, prompt});
-    if (!answer)
-        return MENU_LEAVE;
-    if (answer->empty())
-        empty_list(list);
-    else
-        append_tokens(list, *answer, accept);
-    return MENU_STAY;
-}
-
-bool accept_capture(const std::string &token) {
+template <int INDENT> bool accept_code(const std::string &token) {
     if (!check_inst(token))
-        error_wait("%15sinvalid instruction '%s'\n", "", token.c_str());
-    return check_inst(token);
-}
-
-bool accept_opcode(const std::string &token) {
-    if (!check_inst(token))
-        error_wait("%6sinvalid instruction '%s'\n", "", token.c_str());
+        error_wait("%*sinvalid instruction '%s'\n", INDENT, "", token.c_str());
     return check_inst(token);
 }
 
@@ -74,11 +47,11 @@ bool accept_any(const std::string &) {
 }
 
 MENU_STEP ask_capture(MENU_PAGE &) {
-    return ask_list(INST_CAPTURE, "Enter INSTRUCTION_CAPTURE : ", accept_capture);
+    return ask_list(INST_CAPTURE, {prompt_indent, "Enter INSTRUCTION_CAPTURE : "}, accept_code<15>);
 }
 
 MENU_STEP ask_private(MENU_PAGE &) {
-    return ask_list(INST_PRIVATE, "Enter INSTRUCTION_PRIVATE : ", accept_any);
+    return ask_list(INST_PRIVATE, {prompt_indent, "Enter INSTRUCTION_PRIVATE : "}, accept_any);
 }
 
 constexpr const char *opcode_screen = R"(
@@ -129,12 +102,12 @@ OPCODE_END ask_opcodes(int32_t row, const PROMPT &prompt) {
 }
 
 /// One instruction of the table; MENU_LEAVE when the input ends on the way.
-MENU_STEP edit_instruction(const std::string &name) {
+MENU_STEP edit_instruction(const std::string &name, int indent) {
     int32_t row = check_inst_name(name.c_str());
-    OPCODE_END end = ask_opcodes(row, {4, "Enter Instruction opcode : "});
+    OPCODE_END end = ask_opcodes(row, {indent, "Enter Instruction opcode : "});
     if (end != OPCODES_THERE)
         return end == INPUT_ENDED ? MENU_LEAVE : MENU_STAY;
-    ANSWER accessed = ask({4, "Enter Access Register : "});
+    ANSWER accessed = ask({indent, "Enter Access Register : "});
     if (!accessed)
         return MENU_LEAVE;
     if (!accessed->empty())
@@ -146,7 +119,7 @@ void INST_opcode_menu() {
     for (;;) {
         print_INST_opcode_menu();
         ANSWER name = ask({0, ""});
-        if (!name || name->empty() || edit_instruction(*name) == MENU_LEAVE)
+        if (!name || name->empty() || edit_instruction(*name, 4) == MENU_LEAVE)
             return;
     }
 }
@@ -158,15 +131,7 @@ MENU_STEP ask_first_instruction() {
         return MENU_LEAVE;
     if (name->empty())
         return MENU_STAY;
-    int32_t row = check_inst_name(name->c_str());
-    OPCODE_END end = ask_opcodes(row, {15, "Enter Instruction opcode : "});
-    if (end != OPCODES_THERE)
-        return end == INPUT_ENDED ? MENU_LEAVE : MENU_STAY;
-    ANSWER accessed = ask({15, "Enter Access Register : "});
-    if (!accessed)
-        return MENU_LEAVE;
-    INSTRUCTIONS[row].register_name = field_text(*accessed);
-    return MENU_STAY;
+    return edit_instruction(*name, 15);
 }
 
 MENU_STEP edit_opcode_table(MENU_PAGE &) {
@@ -177,51 +142,33 @@ MENU_STEP edit_opcode_table(MENU_PAGE &) {
 }
 
 constexpr MENU_ENTRY instruction_entries[] = {
-    {.command = "1",
-     .entry = " (1) specify instruction length",
-     .action = ask_instruction_length,
-     .values = length_values},
-    {.command = "2",
-     .entry = " (2) edit instruction opcode table",
-     .action = edit_opcode_table,
-     .values = instruction_names},
-    {.command = "3",
-     .entry = " (3) edit INSTRUCTION_CAPTURE",
-     .action = ask_capture,
-     .values = list_values<&INST_CAPTURE>},
-    {.command = "4",
-     .entry = " (4) edit INSTRUCTION_DISABLE",
+    {.entry = "specify instruction length", .action = ask_instruction_length, .values = length_values},
+    {.entry = "edit instruction opcode table", .action = edit_opcode_table, .values = instruction_names},
+    {.entry = "edit INSTRUCTION_CAPTURE", .action = ask_capture, .values = list_values<&INST_CAPTURE>},
+    {.entry = "edit INSTRUCTION_DISABLE",
      .text = global_text<&INST_DISABLE>,
      .prompt = "Enter INSTRUCTION_DISABLE : "},
-    {.command = "5",
-     .entry = " (5) edit INSTRUCTION_GUARD",
+    {.entry = "edit INSTRUCTION_GUARD",
      .text = global_text<&INST_GUARD>,
      .prompt = "Enter INSTRUCTION_GAURD : "},
-    {.command = "6",
-     .entry = " (6) edit INSTRUCTION_PRIVATE",
-     .action = ask_private,
-     .values = list_values<&INST_PRIVATE>},
-    {.command = "7", .entry = " (7) return to Main Menu", .action = leave_menu},
+    {.entry = "edit INSTRUCTION_PRIVATE", .action = ask_private, .values = list_values<&INST_PRIVATE>},
+    {"return to Main Menu", nullptr, leave_menu},
 };
 
-constexpr GUIDE_MENU instruction_menu = {.screen = instruction_screen,
-                                         .indent = 5,
-                                         .value_column = 42,
-                                         .dots = "........ ",
-                                         .data_prompt = {prompt_indent, ""},
-                                         .entries = instruction_entries};
-
 } // namespace
+
+constexpr GUIDE_MENU INST_menu = {.screen = instruction_screen,
+                                  .indent = 5,
+                                  .gap = 1,
+                                  .value_column = 42,
+                                  .dots = "........ ",
+                                  .data_prompt = {prompt_indent, ""},
+                                  .entries = instruction_entries};
 
 bool check_inst(const std::string &text) {
     return std::cmp_equal(text.size(), G_INST_LEN) && text.find_first_not_of("01xX") == std::string::npos;
 }
 
 void put_opcode_into_instruction(int32_t row, const std::string &text) {
-    append_tokens(INSTRUCTIONS[row].patterns, text, accept_opcode);
-}
-
-void INST_menu() {
-    MENU_PAGE page;
-    work_menu(instruction_menu, page);
+    append_tokens(INSTRUCTIONS[row].patterns, text, accept_code<6>);
 }

@@ -1,4 +1,4 @@
-#include "description/tables.hh"
+#include "description/keywords.hh"
 #include "guide/save.hh"
 #include "support/text.hh"
 
@@ -6,65 +6,30 @@
 
 namespace {
 
-template <class RECORD> struct LIB_LINE {
-    const char *keyword;
-    const char *RECORD::*field;
-};
-
 /// What the blocks of one kind of cell look like.
 template <class RECORD> struct LIB_SECTION {
     const char *comment;
-    const char *head;  ///< keyword of a block, with the blanks ahead of the name
-    int keyword_width; ///< the values of a block stand in one column
-    std::span<const LIB_LINE<RECORD>> lines;
+    const char *head;                         ///< keyword of a block, with the blanks ahead of the name
+    int keyword_width;                        ///< the values of a block stand in one column
+    const char *RECORD::*LIB_KEYWORD::*field; ///< what a keyword fills in such a block
+    std::span<const char *const> keywords;
 };
 
-constexpr LIB_LINE<TAP_CELL> tap_lines[] = {
-    {"%TDI", &TAP_CELL::tdi},
-    {"%TDO", &TAP_CELL::tdo},
-    {"%TMS", &TAP_CELL::tms},
-    {"%TCK", &TAP_CELL::tck},
-    {"%TRST", &TAP_CELL::trst},
-    {"%FIRST_BCELL", &TAP_CELL::first_bcell},
-    {"%LAST_BCELL", &TAP_CELL::last_bcell},
-    {"%SHIFT_DR", &TAP_CELL::shift_dr},
-    {"%CLOCK_DR", &TAP_CELL::clock_dr},
-    {"%UPDATE_DR", &TAP_CELL::update_dr},
-    {"%MODE_1", &TAP_CELL::mode_1},
-    {"%MODE_2", &TAP_CELL::mode_2},
-    {"%MODE_3", &TAP_CELL::mode_3},
-    {"%TAP_RESET", &TAP_CELL::tap_reset},
-    {"%HIGHZ_COMMAND", &TAP_CELL::highz_command},
-    {"%SIGNAL_BUFFER", &TAP_CELL::signal_buffer},
-    {"%INV_BUFFER", &TAP_CELL::inv_buffer},
-};
-
-constexpr LIB_LINE<SCAN_CELL> scan_lines[] = {
-    {"%SYS_PIN", &SCAN_CELL::sys_pin},
-    {"%DATA_IN", &SCAN_CELL::data_in},
-    {"%DATA_OUT", &SCAN_CELL::data_out},
-    {"%TDI", &SCAN_CELL::tdi},
-    {"%TDO", &SCAN_CELL::tdo},
-    {"%MODE_1", &SCAN_CELL::mode_1},
-    {"%MODE_2", &SCAN_CELL::mode_2},
-    {"%MODE_3", &SCAN_CELL::mode_3},
-    {"%SHIFT_DR", &SCAN_CELL::shift_dr},
-    {"%CLOCK_DR", &SCAN_CELL::clock_dr},
-    {"%UPDATE_DR", &SCAN_CELL::update_dr},
-    {"%RST", &SCAN_CELL::rst},
-};
-
-constexpr LIB_LINE<BUFFER_CELL> buffer_lines[] = {
-    {"%FUNCTION", &BUFFER_CELL::function}, {"%INOUT", &BUFFER_CELL::inout}, {"%INPUT", &BUFFER_CELL::input},
-    {"%OUTPUT", &BUFFER_CELL::output},     {"%EN_L", &BUFFER_CELL::en_l},   {"%EN_H", &BUFFER_CELL::en_h},
-};
+constexpr const char *tap_keywords[] = {
+    "%TDI",        "%TDO",       "%TMS",           "%TCK",           "%TRST",      "%FIRST_BCELL",
+    "%LAST_BCELL", "%SHIFT_DR",  "%CLOCK_DR",      "%UPDATE_DR",     "%MODE_1",    "%MODE_2",
+    "%MODE_3",     "%TAP_RESET", "%HIGHZ_COMMAND", "%SIGNAL_BUFFER", "%INV_BUFFER"};
+constexpr const char *scan_keywords[] = {"%SYS_PIN",  "%DATA_IN",  "%DATA_OUT",  "%TDI",
+                                         "%TDO",      "%MODE_1",   "%MODE_2",    "%MODE_3",
+                                         "%SHIFT_DR", "%CLOCK_DR", "%UPDATE_DR", "%RST"};
+constexpr const char *buffer_keywords[] = {"%FUNCTION", "%INOUT", "%INPUT", "%OUTPUT", "%EN_L", "%EN_H"};
 
 constexpr LIB_SECTION<TAP_CELL> tap_section = {"/* Description of TAP controller */", "%TAP_CONTROLLER   ",
-                                               15, tap_lines};
+                                               15, &LIB_KEYWORD::tap, tap_keywords};
 constexpr LIB_SECTION<SCAN_CELL> scan_section = {"/* Description of Boundary Scan Cells */",
-                                                 "%SCAN_CELL      ", 13, scan_lines};
+                                                 "%SCAN_CELL      ", 13, &LIB_KEYWORD::scan, scan_keywords};
 constexpr LIB_SECTION<BUFFER_CELL> buffer_section = {"/* Description of Pads */", "%BUFFER        ", 12,
-                                                     buffer_lines};
+                                                     &LIB_KEYWORD::buffer, buffer_keywords};
 
 /// Lines of a block that are no texts.
 std::string other_lines(const TAP_CELL &cell) {
@@ -84,9 +49,11 @@ template <class RECORD> std::string section_text(const LIB_SECTION<RECORD> &sect
         if (cell->name == nullptr)
             continue;
         text += format_text("%s%s\n {\n", section.head, cell->name);
-        for (const LIB_LINE<RECORD> &line : section.lines)
-            if (cell->*line.field != nullptr)
-                text += format_text("  %-*s %s;\n", section.keyword_width, line.keyword, cell->*line.field);
+        for (const char *name : section.keywords) {
+            const auto &keyword = static_cast<const LIB_KEYWORD &>(*lib_keyword_lookup(name));
+            if (const char *value = cell->*(keyword.*section.field); value != nullptr)
+                text += format_text("  %-*s %s;\n", section.keyword_width, name, value);
+        }
         text += other_lines(*cell) + " }\n\n";
     }
     return text;

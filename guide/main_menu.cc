@@ -44,24 +44,19 @@ MENU_STEP abort_and_quit(MENU_PAGE &) {
 }
 
 constexpr MENU_ENTRY main_entries[] = {
-    {.command = "1", .entry = " (1)  Global scan ports", .action = open_menu<Global_port_menu>},
-    {.command = "2", .entry = " (2)  TAP controller", .action = open_menu<TAP_menu>},
-    {.command = "3", .entry = " (3)  Instruction register and decoder", .action = open_menu<INST_menu>},
-    {.command = "4", .entry = " (4)  Test data registers", .action = open_menu<test_reg_menu>},
-    {.command = "5", .entry = " (5)  PAD and internal buffer", .action = open_menu<PAD_menu>},
-    {.command = "6", .entry = " (6)  Pin list", .action = open_menu<PIN_menu>},
-    {.command = "7", .entry = " (7)  Skip signal", .action = open_menu<Skip_Signal_menu>},
-    {.command = "8", .entry = " (8)  Save and continue the program", .action = save_and_go_on},
-    {.command = "9", .entry = " (9)  Save and quit", .action = save_and_quit},
-    {.command = "10", .entry = "(10)  Abort and quit", .action = abort_and_quit},
+    {"Global scan ports", nullptr, open_menu<Global_port_menu>},
+    {"TAP controller", nullptr, open_menu<TAP_menu>},
+    {"Instruction register and decoder", nullptr, open_menu<INST_menu>},
+    {"Test data registers", nullptr, open_menu<test_reg_menu>},
+    {"PAD and internal buffer", nullptr, open_menu<PAD_menu>},
+    {"Pin list", nullptr, open_menu<PIN_menu>},
+    {"Skip signal", nullptr, open_menu<Skip_Signal_menu>},
+    {"Save and continue the program", nullptr, save_and_go_on},
+    {"Save and quit", nullptr, save_and_quit},
+    {"Abort and quit", nullptr, abort_and_quit},
 };
 
-constexpr GUIDE_MENU main_menu = {.screen = main_screen,
-                                  .indent = 15,
-                                  .value_column = 0,
-                                  .dots = "",
-                                  .data_prompt = {},
-                                  .entries = main_entries};
+constexpr GUIDE_MENU main_menu = {.screen = main_screen, .indent = 15, .entries = main_entries};
 
 constexpr const char *global_port_screen = R"(
     |
@@ -78,40 +73,28 @@ constexpr const char *global_port_screen = R"(
 )";
 
 constexpr MENU_ENTRY global_port_entries[] = {
-    {.command = "1", .entry = " (1) specify Global TDI", .text = global_text<&GLOBAL_TDI>},
-    {.command = "2", .entry = " (2) specify Global TDO", .text = global_text<&GLOBAL_TDO>},
-    {.command = "3", .entry = " (3) specify Global TMS", .text = global_text<&GLOBAL_TMS>},
-    {.command = "4", .entry = " (4) specify Global TCK", .text = global_text<&GLOBAL_TCK>},
-    {.command = "5", .entry = " (5) specify Global TRST", .text = global_text<&GLOBAL_TRST>},
-    {.command = "6", .entry = " (6) return to Main Menu", .action = leave_menu},
+    {"specify Global TDI", global_text<&GLOBAL_TDI>},   {"specify Global TDO", global_text<&GLOBAL_TDO>},
+    {"specify Global TMS", global_text<&GLOBAL_TMS>},   {"specify Global TCK", global_text<&GLOBAL_TCK>},
+    {"specify Global TRST", global_text<&GLOBAL_TRST>}, {"return to Main Menu", nullptr, leave_menu},
 };
-
-constexpr GUIDE_MENU global_port_menu = {.screen = global_port_screen,
-                                         .indent = 15,
-                                         .value_column = 47,
-                                         .dots = ".....",
-                                         .data_prompt = {20, "Enter Data : "},
-                                         .entries = global_port_entries};
 
 /// What the reading that follows sets only where the file says so. It must not find what was edited and not
 /// saved, or what the file that was read held and the saved one does not.
 void forget_roles_and_tap_names() {
-    for (const char **text :
-         {&OUTPUT_MUX_SCAN, &OUTPUT_SCAN,         &INPUT_MUX_SCAN,       &INPUT_SCAN,
-          &CONTROL_OE_SCAN, &CONTROL_OE_LOW_SCAN, &CONTROL_OE_HIGH_SCAN, &CONTROL_MUX_SCAN,
-          &CONTROL_SCAN,    &CONTROL_LOW_SCAN,    &CONTROL_HIGH_SCAN,    &BIDIR_MUX_SCAN,
-          &BIDIR_SCAN,      &BIDIR_HIGH_SCAN,     &BIDIR_LOW_SCAN,       &CLOCK_MUX_SCAN,
-          &CLOCK_SCAN,      &INTERNAL_SCAN,       &OBSERVE_ONLY_SCAN,    &CONTROL_HZ_SCAN,
-          &TAP_MODULE_NAME, &TAP_INSTANCE_NAME})
-        *text = nullptr;
+#define FORGET_ROLE(name) name = nullptr;
+    FOR_EACH_CELL_ROLE(FORGET_ROLE)
+    TAP_MODULE_NAME = TAP_INSTANCE_NAME = nullptr;
 }
 
 } // namespace
 
-void Global_port_menu() {
-    MENU_PAGE page;
-    work_menu(global_port_menu, page);
-}
+constexpr GUIDE_MENU Global_port_menu = {.screen = global_port_screen,
+                                         .indent = 15,
+                                         .gap = 1,
+                                         .value_column = 47,
+                                         .dots = ".....",
+                                         .data_prompt = {20, "Enter Data : "},
+                                         .entries = global_port_entries};
 
 void guideline_handler() {
     bsdft_init();

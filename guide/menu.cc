@@ -14,9 +14,14 @@ std::vector<std::string> entry_values(const MENU_ENTRY &entry, const MENU_PAGE &
     return {text};
 }
 
-/// The entry, with its values in the menu's value column.
+std::string command_of(const GUIDE_MENU &menu, const MENU_ENTRY &entry) {
+    return std::to_string(&entry - menu.entries.data() + 1);
+}
+
+/// The entry behind its number, with its values in the menu's value column.
 std::string entry_text(const GUIDE_MENU &menu, const MENU_ENTRY &entry, const MENU_PAGE &page) {
-    std::string text = std::string(static_cast<size_t>(menu.indent), ' ') + entry.entry;
+    std::string number = "(" + command_of(menu, entry) + ")";
+    std::string text = format_text("%*s%*s%s", menu.indent + 4, number.c_str(), menu.gap, "", entry.entry);
     size_t line_start = text.rfind('\n') + 1;
     int column = static_cast<int>(text.size() - line_start);
     for (const std::string &value : entry_values(entry, page)) {
@@ -46,7 +51,7 @@ void print_menu(const GUIDE_MENU &menu, const MENU_PAGE &page) {
 
 const MENU_ENTRY *find_entry(const GUIDE_MENU &menu, const std::string &command) {
     for (const MENU_ENTRY &entry : menu.entries)
-        if (command == entry.command)
+        if (command == command_of(menu, entry))
             return &entry;
     return nullptr;
 }
@@ -77,6 +82,30 @@ MENU_END work_menu(const GUIDE_MENU &menu, MENU_PAGE &page) {
         if (step == MENU_LEAVE)
             return MENU_LEFT;
     }
+}
+
+MENU_STEP ask_list(const char **&list, const PROMPT &prompt, bool (*accept)(const std::string &token)) {
+    ANSWER answer = ask(prompt);
+    if (!answer)
+        return MENU_LEAVE;
+    if (answer->empty())
+        empty_list(list);
+    else
+        append_tokens(list, *answer, accept);
+    return MENU_STAY;
+}
+
+MENU_STEP ask_number(int32_t &number, const PROMPT &prompt, const char *subject) {
+    ANSWER answer = ask(prompt);
+    if (!answer)
+        return MENU_LEAVE;
+    if (answer->empty())
+        return MENU_STAY;
+    if (auto value = to_integer(*answer))
+        number = *value;
+    else
+        error_wait("%*s%s must be an integer", prompt.indent, "", subject);
+    return MENU_STAY;
 }
 
 MENU_STEP leave_menu(MENU_PAGE &) {

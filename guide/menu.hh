@@ -25,9 +25,9 @@ using MENU_VALUES = std::vector<std::string> (*)(const MENU_PAGE &page);
 
 using MENU_ACTION = MENU_STEP (*)(MENU_PAGE &page);
 
+/// An entry is chosen by its number, which is its place in the menu.
 struct MENU_ENTRY {
-    const char *command;               ///< the input line that chooses it
-    const char *entry;                 ///< as shown, behind the menu's indent
+    const char *entry;                 ///< as shown, behind its number
     MENU_TEXT text = nullptr;          ///< field behind the entry
     MENU_ACTION action = nullptr;      ///< what is done; without it the field is asked for
     MENU_VALUES values = nullptr;      ///< shown in place of the field
@@ -39,10 +39,11 @@ struct MENU_ENTRY {
 /// rows of `listed` (<ROW>), <PAGE> the page number, and a digit the kind.
 struct GUIDE_MENU {
     const char *screen;
-    int indent;         ///< of the entries
-    int value_column;   ///< where values stand, the indent included
-    const char *dots;   ///< lead of a value
-    PROMPT data_prompt; ///< of the fields
+    int indent;              ///< of the entries
+    int gap = 2;             ///< between an entry's number and its text
+    int value_column = 0;    ///< where values stand, the indent included
+    const char *dots = "";   ///< lead of a value
+    PROMPT data_prompt = {}; ///< of the fields
     std::span<const MENU_ENTRY> entries;
     std::vector<std::string> (*listed)() = nullptr; ///< rows of list N
 };
@@ -53,12 +54,19 @@ enum MENU_END { MENU_LEFT, MENU_END_OF_INPUT };
 /// input ends leaves the field as it was, and the menu.
 MENU_END work_menu(const GUIDE_MENU &menu, MENU_PAGE &page);
 
+/// Asks for a list: an answer adds the tokens that `accept` takes, an empty one empties the list.
+MENU_STEP ask_list(const char **&list, const PROMPT &prompt, bool (*accept)(const std::string &token));
+
+/// Asks for a number; an empty answer leaves it, and of one that is none `subject` is said that it must be.
+MENU_STEP ask_number(int32_t &number, const PROMPT &prompt, const char *subject);
+
 /// The action of a command that only returns.
 MENU_STEP leave_menu(MENU_PAGE &page);
 
 /// The action of a command that opens another menu.
-template <void MENU()> MENU_STEP open_menu(MENU_PAGE &) {
-    MENU();
+template <const GUIDE_MENU &MENU> MENU_STEP open_menu(MENU_PAGE &) {
+    MENU_PAGE page;
+    work_menu(MENU, page);
     return MENU_STAY;
 }
 

@@ -27,20 +27,13 @@ constexpr const char *pad_screen = R"(
 )";
 
 constexpr MENU_ENTRY pad_entries[] = {
-    {.command = "1", .entry = " (1)  edit Input-only PAD", .action = edit_kind<1>},
-    {.command = "2", .entry = " (2)  edit 3-state output PAD", .action = edit_kind<2>},
-    {.command = "3", .entry = " (3)  edit Bidirectional PAD", .action = edit_kind<3>},
-    {.command = "4", .entry = " (4)  edit 2-state output or Internal buffer", .action = edit_kind<4>},
-    {.command = "5", .entry = " (5)  edit Internal inverting buffer", .action = edit_kind<5>},
-    {.command = "6", .entry = " (6)  return to Main Menu", .action = leave_menu},
+    {"edit Input-only PAD", nullptr, edit_kind<1>},
+    {"edit 3-state output PAD", nullptr, edit_kind<2>},
+    {"edit Bidirectional PAD", nullptr, edit_kind<3>},
+    {"edit 2-state output or Internal buffer", nullptr, edit_kind<4>},
+    {"edit Internal inverting buffer", nullptr, edit_kind<5>},
+    {"return to Main Menu", nullptr, leave_menu},
 };
-
-constexpr GUIDE_MENU pad_menu = {.screen = pad_screen,
-                                 .indent = 15,
-                                 .value_column = 0,
-                                 .dots = "",
-                                 .data_prompt = {},
-                                 .entries = pad_entries};
 
 constexpr const char *pad_page_screen = R"(
     |
@@ -130,25 +123,15 @@ bool is_bidirectional(int kind) {
 template <auto FIELD> constexpr MENU_TEXT pad_text = row_text<&BUFFER_TAB, FIELD>;
 
 constexpr MENU_ENTRY pad_page_entries[] = {
-    {.command = "1", .entry = " (1)  return to previous Menu", .action = leave_items},
-    {.command = "2", .entry = " (2)  go to next item", .action = next_item},
-    {.command = "3", .entry = " (3)  add a new item", .action = add_item},
-    {.command = "4",
-     .entry = " (4)  specify buffer name",
-     .text = pad_text<&BUFFER_CELL::name>,
-     .action = ask_pad_name},
-    {.command = "5", .entry = " (5)  specify pin name of data in", .text = pad_text<&BUFFER_CELL::input>},
-    {.command = "6", .entry = " (6)  specify pin name of data out", .text = pad_text<&BUFFER_CELL::output>},
-    {.command = "7",
-     .entry = " (7)  specify pin name of low active",
-     .text = pad_text<&BUFFER_CELL::en_l>,
-     .shown = has_enable},
-    {.command = "8",
-     .entry = " (8)  specify pin name of high active",
-     .text = pad_text<&BUFFER_CELL::en_h>,
-     .shown = has_enable},
-    {.command = "9",
-     .entry = " (9)  specify pin name of bidirection",
+    {"return to previous Menu", nullptr, leave_items},
+    {"go to next item", nullptr, next_item},
+    {"add a new item", nullptr, add_item},
+    {.entry = "specify buffer name", .text = pad_text<&BUFFER_CELL::name>, .action = ask_pad_name},
+    {"specify pin name of data in", pad_text<&BUFFER_CELL::input>},
+    {"specify pin name of data out", pad_text<&BUFFER_CELL::output>},
+    {.entry = "specify pin name of low active", .text = pad_text<&BUFFER_CELL::en_l>, .shown = has_enable},
+    {.entry = "specify pin name of high active", .text = pad_text<&BUFFER_CELL::en_h>, .shown = has_enable},
+    {.entry = "specify pin name of bidirection",
      .text = pad_text<&BUFFER_CELL::inout>,
      .shown = is_bidirectional},
 };
@@ -162,6 +145,8 @@ constexpr GUIDE_MENU pad_page_menu = {.screen = pad_page_screen,
 
 } // namespace
 
+constexpr GUIDE_MENU PAD_menu = {.screen = pad_screen, .indent = 15, .entries = pad_entries};
+
 void edit_PAD(int32_t kind) {
     MENU_PAGE page{.kind = kind};
     show_first(page);
@@ -169,9 +154,4 @@ void edit_PAD(int32_t kind) {
     // An end of input leaves the rows as they are, but the row for the next kind has to be there.
     if (!is_blank_pad(BUFFER_TAB[DYNA_count(BUFFER_TAB) - 1]))
         append_blank_pad();
-}
-
-void PAD_menu() {
-    MENU_PAGE page;
-    work_menu(pad_menu, page);
 }

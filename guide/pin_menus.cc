@@ -131,21 +131,16 @@ MENU_STEP edit_pin_table(MENU_PAGE &) {
 }
 
 constexpr MENU_ENTRY pin_entries[] = {
-    {.command = "1", .entry = " (1)  specify Pin List file name", .text = global_text<&PIN_FILE>},
-    {.command = "2", .entry = " (2)  edit Pin List Table", .action = edit_pin_table},
-    {.command = "3", .entry = " (3)  return to Main Menu", .action = leave_menu},
+    {"specify Pin List file name", global_text<&PIN_FILE>},
+    {"edit Pin List Table", nullptr, edit_pin_table},
+    {"return to Main Menu", nullptr, leave_menu},
 };
 
-constexpr GUIDE_MENU pin_menu = {.screen = pin_screen,
+} // namespace
+
+constexpr GUIDE_MENU PIN_menu = {.screen = pin_screen,
                                  .indent = 10,
                                  .value_column = 46,
                                  .dots = "... ",
                                  .data_prompt = {16, "Enter PIN file name : "},
                                  .entries = pin_entries};
-
-} // namespace
-
-void PIN_menu() {
-    MENU_PAGE page;
-    work_menu(pin_menu, page);
-}

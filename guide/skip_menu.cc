@@ -76,22 +76,12 @@ MENU_STEP delete_skip_signal(MENU_PAGE &) {
 }
 
 constexpr MENU_ENTRY skip_entries[] = {
-    {.command = "1", .entry = " (1)  Add a new skip signal", .action = add_skip_signal},
-    {.command = "2", .entry = " (2)  Delete a skip signal from list", .action = delete_skip_signal},
-    {.command = "3", .entry = " (3)  return to Main Menu", .action = leave_menu},
+    {"Add a new skip signal", nullptr, add_skip_signal},
+    {"Delete a skip signal from list", nullptr, delete_skip_signal},
+    {"return to Main Menu", nullptr, leave_menu},
 };
-
-constexpr GUIDE_MENU skip_menu = {.screen = skip_screen,
-                                  .indent = 7,
-                                  .value_column = 0,
-                                  .dots = "",
-                                  .data_prompt = {},
-                                  .entries = skip_entries,
-                                  .listed = skip_signal_lines};
 
 } // namespace
 
-void Skip_Signal_menu() {
-    MENU_PAGE page;
-    work_menu(skip_menu, page);
-}
+constexpr GUIDE_MENU Skip_Signal_menu = {
+    .screen = skip_screen, .indent = 7, .entries = skip_entries, .listed = skip_signal_lines};

@@ -143,6 +143,76 @@ std::vector<TEMPLATE_NAMES> vhdl_choices() {
     return choices;
 }
 
+/// The outputs of the decoder, each with the letter under which DECODER_ORDERS knows it.
+struct DECODER_PORT {
+    char letter;
+    TEMPLATE_NAMES row;
+};
+
+std::vector<DECODER_PORT> decoder_ports(RTL_LANGUAGE language, const INNER_NAME &inner_name) {
+    std::vector<DECODER_PORT> ports;
+    auto add = [&](char letter, const std::string &port, const std::string &net, const std::string &terms) {
+        ports.push_back({letter, {{"PORT", port}, {"NET", net}, {"TERMS", terms}}});
+    };
+    auto net = [&](const char *name) { return table_name(language == VHDL ? inner_name(name) : name); };
+    if (has_instruction(KNOWN_CHIP_TEST))
+        add('K', "CHIP_TEST", net("CHIP_TEST"), output_terms(KNOWN_CHIP_TEST, language));
+    if (has_highz_port())
+        add('H', table_name(TAP_HIZ_PIN), net(TAP_HIZ_PIN), output_terms(KNOWN_HIGHZ, language));
+    for (int32_t mode = 1; mode <= 3; ++mode) {
+        CONTROL_SIGNAL signal = MODE_SIGNALS[mode - 1];
+        const char *gap = language == VERILOG && mode != 2 ? " " : "";
+        if (BCELL_HAS[signal])
+            add(static_cast<char>('0' + mode), table_name(TAP_PIN[signal]), net(TAP_PIN[signal]),
+                gap + mode_terms(mode, language));
+    }
+    if (has_id_mode())
+        add('I', "IDMODE", "IDMODE", id_mode_terms(language));
+    ENABLE_USES uses = enable_uses();
+    for (const ENABLE_PIN &pin : rows(INST_ENABLE_PIN)) {
+        bool is_gated = pin.gate_kind != GATE_NONE;
+        bool wide = std::string_view(pin.value).size() > 1;
+        std::string gated =
+            language == VHDL ? table_name(std::string(pin.name) + "_net") : table_name(pin.name) + "_wire";
+        add('N', table_name(pin.name), is_gated ? gated : net(pin.name),
+            wide ? wide_enable_terms(pin, uses, language) : single_enable_terms(pin, uses, language));
+        if (wide) {
+            size_t high = std::string_view(pin.value).size() - 1;
+            ports.back().row["RANGE"] = format_text("[%zu:0]", high);
+            ports.back().row["TYPE"] = format_text("std_logic_vector(%zu downto 0)", high);
+            ports.back().row["GAP"] = "\n";
+        }
+    }
+    if (has_instruction(KNOWN_VELMORA_ATPG)) {
+        const char *name = language == VHDL ? "velmora_atpg_mode" : "velmora_test_mode";
+        add('M', name, name, output_terms(KNOWN_VELMORA_ATPG, language));
+    }
+    return ports;
+}
+
+/// The orders in which the text has the decoder's ports, per list of the templates: the header with the
+/// instance (Q), the declarations (V), the assignments (=). The Verilog assigns IDMODE in a place of its own.
+struct DECODER_ORDER {
+    char list;
+    std::string_view verilog, vhdl;
+};
+constexpr DECODER_ORDER DECODER_ORDERS[] = {
+    {'Q', "KH123INM", "KH123INM"},
+    {'V', "KHI123NM", "KHI123MN"},
+    {'=', "123HKNM", "123IHKMN"},
+};
+
+/// What the decoder's Verilog instance is joined to, four enable pins to a line.
+std::string decoder_nets(const std::vector<DECODER_PORT> &ports) {
+    std::string text = "DR_SELECT, INST";
+    int32_t count = 0;
+    for (const DECODER_PORT &port : ports) {
+        bool new_line = port.letter == 'N' && count++ % 4 == 0;
+        text += (new_line ? ",\n" + std::string(26, ' ') : ", ") + port.row.at("NET");
+    }
+    return text;
+}
+
 } // namespace
 
 std::string pattern_text(const std::string &pattern, RTL_LANGUAGE language) {
@@ -181,14 +251,11 @@ std::string enable_default(const ENABLE_PIN &pin, const ENABLE_USES &uses) {
     return pattern;
 }
 
-void add_decoder_values(TEMPLATE_VALUES &values, RTL_LANGUAGE language) {
+void add_decoder_values(TEMPLATE_VALUES &values, RTL_LANGUAGE language, const INNER_NAME &inner_name) {
     TEMPLATE_NAMES &names = values.names;
-    names["MODE1_TERMS"] = mode_terms(1, language);
-    names["MODE2_TERMS"] = mode_terms(2, language);
-    names["MODE3_TERMS"] = mode_terms(3, language);
-    names["HIGHZ_TERMS"] = output_terms(KNOWN_HIGHZ, language);
-    names["CHIP_TEST_TERMS"] = output_terms(KNOWN_CHIP_TEST, language);
-    names["ATPG_TERMS"] = output_terms(KNOWN_VELMORA_ATPG, language);
+    names["RANGE"] = "";
+    names["TYPE"] = "std_logic";
+    names["GAP"] = "";
     names["IDMODE_TERMS"] = id_mode_terms(language);
     names["SELECTIONS"] = verilog_selections();
     std::vector<std::string> clamp = instruction_opcodes(INST_EXIST[KNOWN_CLAMP]);
@@ -196,19 +263,18 @@ void add_decoder_values(TEMPLATE_VALUES &values, RTL_LANGUAGE language) {
     names["CLAMP_TERMS"] = clamp.size() > 1 ? "( " + terms + " )" : terms;
     values.lists['F'] = vhdl_choices();
 
-    ENABLE_USES uses = enable_uses();
-    std::vector<TEMPLATE_NAMES> &pins = values.lists['N'];
-    for (const ENABLE_PIN &pin : rows(INST_ENABLE_PIN)) {
-        auto width = static_cast<int32_t>(std::string_view(pin.value).size());
-        bool wide = width > 1;
-        std::string vector = format_text("std_logic_vector(%d downto 0)", width - 1);
-        pins.push_back({
-            {"PIN", table_name(pin.name)},
-            {"RANGE", wide ? format_text("[%d:0]", width - 1) : ""},
-            {"TYPE", wide ? vector : "std_logic"},
-            {"PIN_TERMS",
-             wide ? wide_enable_terms(pin, uses, language) : single_enable_terms(pin, uses, language)},
-            {"PIN_GAP", wide ? "\n" : ""},
-        });
+    std::vector<DECODER_PORT> ports = decoder_ports(language, inner_name);
+    names["DECODER_NETS"] = decoder_nets(ports);
+    for (const DECODER_ORDER &order : DECODER_ORDERS) {
+        std::vector<TEMPLATE_NAMES> &list = values.lists[order.list];
+        for (char letter : language == VHDL ? order.vhdl : order.verilog)
+            for (const DECODER_PORT &port : ports)
+                if (port.letter == letter)
+                    list.push_back(port.row);
     }
+    // The input comes first in the header, so that it is the last one where there is no output of these.
+    std::vector<TEMPLATE_NAMES> &header = values.lists['Q'];
+    header.insert(header.begin(), TEMPLATE_NAMES{{"PORT", "INST"}});
+    for (TEMPLATE_NAMES &row : header)
+        row["PORT_END"] = &row == &header.back() ? " );" : ",";
 }

@@ -1,7 +1,7 @@
 // The instruction register and its decoder, in both languages.
 //
-// Letters: S -synch, K CHIP_TEST, H high-impedance port, I IDMODE, M ATPG mode, 1 to 3 the mode signals.
-// Lists: N the enable pins, B the data registers, F the opcodes with the register that each selects.
+// Letters: S -synch, I IDMODE. Lists: B the data registers, F the opcodes with the register that each
+// selects; Q, V and = the ports of the decoder in the orders of header, declarations and assignments.
 #include "rtl/templates.hh"
 
 const char IR_REG_V[] = R"(
@@ -110,41 +110,19 @@ const char IR_REG_BODY_VHDL[] = R"(
       |
 )";
 
-// The last port of the header ends in ");" whichever it is: make_inst_decoder_of_v closes the list.
 const char IR_DEC_V[] = R"(
       |
       |module IR_dec ( DR_SELECT,
-      |                INST,
-    K |                CHIP_TEST,
-    H |                <HIGHZ>,
-    1 |                <MODE1>,
-    2 |                <MODE2>,
-    3 |                <MODE3>,
-    I |                IDMODE,
-    N |                <PIN>,
-    M |                velmora_test_mode,
+    Q |                <PORT><PORT_END>
       |
       |        output[<L-1>:0] DR_SELECT;
-    K |        output CHIP_TEST;
-    H |        output <HIGHZ>;
-    I |        output IDMODE;
-    1 |        output <MODE1>;
-    2 |        output <MODE2>;
-    3 |        output <MODE3>;
-    N |        output<RANGE> <PIN>;
-    M |        output velmora_test_mode;
+    V |        output<RANGE> <PORT>;
       |
       |        input[<N-1>:0] INST;
       |
     B |        `define  SEL_<REG12> <L>'b<CODE>
       |
-    1 |        assign  <MODE1> = <MODE1_TERMS>;
-    2 |        assign  <MODE2> =<MODE2_TERMS>;
-    3 |        assign  <MODE3> = <MODE3_TERMS>;
-    H |        assign  <HIGHZ> =<HIGHZ_TERMS>;
-    K |        assign  CHIP_TEST =<CHIP_TEST_TERMS>;
-    N |        assign  <PIN> =<PIN_TERMS>;<PIN_GAP>
-    M |        assign  velmora_test_mode =<ATPG_TERMS>;
+    = |        assign  <PORT> =<TERMS>;<GAP>
       |
       |        assign  DR_SELECT = <SELECTIONS>
       |
@@ -158,14 +136,7 @@ const char IR_DEC_V[] = R"(
 const char IR_DEC_PORTS_VHDL[] = R"(
       |    port (
       |        DR_SELECT: out std_logic_vector(<L-1> downto 0);
-    K |        CHIP_TEST: out std_logic;
-    H |        <HIGHZ>: out std_logic;
-    I |        IDMODE: out std_logic;
-    1 |        <MODE1>: out std_logic;
-    2 |        <MODE2>: out std_logic;
-    3 |        <MODE3>: out std_logic;
-    M |        velmora_atpg_mode: out std_logic;
-    N |        <PIN>: out <TYPE>;
+    V |        <PORT>: out <TYPE>;
       |        INST: in std_logic_vector(<N-1> downto 0)
       |    );
 )";
@@ -175,14 +146,7 @@ const char IR_DEC_BODY_VHDL[] = R"(
       |architecture BEHAVIOR of IR_dec is
     B |        constant SEL_<REG>: std_logic_vector(<L-1> downto 0) := "<CODE>";
       |begin
-    1 |    <MODE1> <= <MODE1_TERMS>;
-    2 |    <MODE2> <= <MODE2_TERMS>;
-    3 |    <MODE3> <= <MODE3_TERMS>;
-    I |    IDMODE <= <IDMODE_TERMS>;
-    H |    <HIGHZ> <= <HIGHZ_TERMS>;
-    K |    CHIP_TEST <= <CHIP_TEST_TERMS>;
-    M |    velmora_atpg_mode <= <ATPG_TERMS>;
-    N |    <PIN> <= <PIN_TERMS>;
+    = |    <PORT> <= <TERMS>;
       |
       |    process(INST)
       |    begin

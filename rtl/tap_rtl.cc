@@ -73,20 +73,12 @@ std::string make_declaration_of_v() {
     return text + (option(OPT_PSEUDO_TAP) ? "\n\nendmodule\n" : "\n");
 }
 
-/// The decoder's port list may end with any of its ports: the last comma becomes the end of the list.
-std::string close_port_list(std::string text) {
-    size_t last = text.find(",\n\n");
-    return last == std::string::npos ? text : text.replace(last, 1, " );");
-}
-
 std::vector<RTL_MODULE> make_verilog() {
     TEMPLATE_VALUES values = tap_values(VERILOG);
     std::vector<RTL_MODULE> modules = {{"", make_declaration_of_v() + expand_template(TOP_V, values)}};
     for (const TAP_PART *part : FILE_ORDER)
-        if (is_needed(part)) {
-            std::string text = expand_template(part->verilog, values);
-            modules.push_back({"", part == &DECODER ? close_port_list(text) : text});
-        }
+        if (is_needed(part))
+            modules.push_back({"", expand_template(part->verilog, values)});
     return modules;
 }
 

@@ -42,34 +42,24 @@ std::string padded(std::string text, size_t width) {
     return text;
 }
 
-std::string letters() {
-    const struct {
-        char letter;
-        bool holds;
-    } table[] = {
-        {'T', TAP_PORT[PORT_TRST].tap_pin != nullptr},
-        {'U', has(SIG_UPDATE)},
-        {'O', has(SIG_RST)},
-        {'S', option(OPT_SYNCH)},
-        {'C', has_instruction(KNOWN_CLAMP)},
-        {'G', has_id_register()},
-        {'I', has_id_mode()},
-        {'E', option(OPT_EXTERNAL_IDCODE)},
-        {'D', TAP_TDO_EN_PIN != nullptr},
-        {'A', TDO_EN_LOW != 0},
-        {'K', has_instruction(KNOWN_CHIP_TEST)},
-        {'H', has_highz_port()},
-        {'M', has_instruction(KNOWN_VELMORA_ATPG)},
-        {'1', has(SIG_MODE1)},
-        {'2', has(SIG_MODE2)},
-        {'3', has(SIG_MODE3)},
-    };
-    std::string text;
-    for (auto [letter, holds] : table)
-        if (holds)
-            text += letter;
-    return text;
-}
+/// The condition letters of the templates.
+struct TEMPLATE_LETTER {
+    char letter;
+    bool (*holds)();
+};
+const TEMPLATE_LETTER TEMPLATE_LETTERS[] = {
+    {'T', [] { return TAP_PORT[PORT_TRST].tap_pin != nullptr; }},
+    {'U', [] { return has(SIG_UPDATE); }},
+    {'O', [] { return has(SIG_RST); }},
+    {'S', [] { return option(OPT_SYNCH); }},
+    {'C', [] { return has_instruction(KNOWN_CLAMP); }},
+    {'G', has_id_register},
+    {'I', has_id_mode},
+    {'E', [] { return option(OPT_EXTERNAL_IDCODE); }},
+    {'D', [] { return TAP_TDO_EN_PIN != nullptr; }},
+    {'A', [] { return TDO_EN_LOW != 0; }},
+    {'M', [] { return has_instruction(KNOWN_VELMORA_ATPG); }},
+};
 
 bool is_gated(const ENABLE_PIN &pin) {
     return pin.gate_kind != GATE_NONE;
@@ -142,26 +132,6 @@ std::string gated_text(const ENABLE_PIN &pin, const READ_BACK &read_back, RTL_LA
     return "";
 }
 
-/// What stands behind "DR_SELECT, INST" in the decoder's Verilog instance, four enable pins to a line.
-std::string decoder_ports() {
-    std::string text = "DR_SELECT, INST";
-    auto add = [&](bool exists, const char *name) {
-        if (exists)
-            text += ", " + table_name(name);
-    };
-    add(has_instruction(KNOWN_CHIP_TEST), "CHIP_TEST");
-    add(has_highz_port(), TAP_HIZ_PIN);
-    for (CONTROL_SIGNAL mode : MODE_SIGNALS)
-        add(has(mode), TAP_PIN[mode]);
-    add(has_id_mode(), "IDMODE");
-    int32_t count = 0;
-    for (const ENABLE_PIN &pin : rows(INST_ENABLE_PIN))
-        text += (count++ % 4 == 0 ? ",\n" + std::string(26, ' ') : ", ") + table_name(pin.name) +
-                (is_gated(pin) ? "_wire" : "");
-    add(has_instruction(KNOWN_VELMORA_ATPG), "velmora_test_mode");
-    return text;
-}
-
 void add_register_values(TEMPLATE_VALUES &values) {
     std::string outs, wires, inner;
     int32_t count = DYNA_count(ACCESS_REG);
@@ -196,13 +166,9 @@ void add_register_values(TEMPLATE_VALUES &values) {
 
 void add_enable_values(TEMPLATE_VALUES &values, const READ_BACK &read_back, RTL_LANGUAGE language) {
     std::vector<TEMPLATE_NAMES> &gated = values.lists['P'];
-    int32_t row = 0;
-    for (const ENABLE_PIN &pin : rows(INST_ENABLE_PIN)) {
+    for (const ENABLE_PIN &pin : rows(INST_ENABLE_PIN))
         if (is_gated(pin))
             gated.push_back({{"PIN", table_name(pin.name)}, {"GATED", gated_text(pin, read_back, language)}});
-        values.lists['N'][row++]["PIN_NET"] = table_name(is_gated(pin) ? std::string(pin.name) + "_net"
-                                                                       : inner_name(pin.name, read_back));
-    }
     for (const char *output : read_back.outputs)
         values.lists['J'].push_back({{"PORT", table_name(output)}});
 }
@@ -211,22 +177,12 @@ void add_port_names(TEMPLATE_NAMES &names) {
     const struct {
         const char *name, *text;
     } table[] = {
-        {"TDI", TAP_PORT[PORT_TDI].tap_pin},
-        {"TDO", TAP_PORT[PORT_TDO].tap_pin},
-        {"TMS", TAP_PORT[PORT_TMS].tap_pin},
-        {"TCK", TAP_PORT[PORT_TCK].tap_pin},
-        {"TRST", TAP_PORT[PORT_TRST].tap_pin},
-        {"TDO_EN", TAP_TDO_EN_PIN},
-        {"SHIFT_DR", TAP_PIN[SIG_SHIFT]},
-        {"CLOCK_DR", TAP_PIN[SIG_CLOCK]},
-        {"UPDATE_DR", TAP_PIN[SIG_UPDATE]},
-        {"MODE1", TAP_PIN[SIG_MODE1]},
-        {"MODE2", TAP_PIN[SIG_MODE2]},
-        {"MODE3", TAP_PIN[SIG_MODE3]},
-        {"HIGHZ", TAP_HIZ_PIN},
-        {"FIRST_BCELL", TAP_CONTR->first_bcell},
-        {"LAST_BCELL", TAP_CONTR->last_bcell},
-        {"TAP_MODULE", TAP_MODULE_NAME},
+        {"TDI", TAP_PORT[PORT_TDI].tap_pin},   {"TDO", TAP_PORT[PORT_TDO].tap_pin},
+        {"TMS", TAP_PORT[PORT_TMS].tap_pin},   {"TCK", TAP_PORT[PORT_TCK].tap_pin},
+        {"TRST", TAP_PORT[PORT_TRST].tap_pin}, {"TDO_EN", TAP_TDO_EN_PIN},
+        {"SHIFT_DR", TAP_PIN[SIG_SHIFT]},      {"CLOCK_DR", TAP_PIN[SIG_CLOCK]},
+        {"UPDATE_DR", TAP_PIN[SIG_UPDATE]},    {"FIRST_BCELL", TAP_CONTR->first_bcell},
+        {"LAST_BCELL", TAP_CONTR->last_bcell}, {"TAP_MODULE", TAP_MODULE_NAME},
     };
     // A reset that is no port has a name of the logic's own.
     names["RESET"] = has(SIG_RST) ? table_name(TAP_PIN[SIG_RST]) : text_or_empty(TAP_PIN[SIG_RST]);
@@ -272,13 +228,22 @@ std::vector<const ENABLE_PIN *> pins_of_unknown_gates(RTL_LANGUAGE language) {
     return pins;
 }
 
+std::string tap_letters() {
+    std::string letters;
+    for (const TEMPLATE_LETTER &row : TEMPLATE_LETTERS)
+        letters += row.letter;
+    return letters;
+}
+
 TEMPLATE_VALUES tap_values(RTL_LANGUAGE language) {
     TEMPLATE_VALUES values;
-    values.letters = letters();
+    for (const TEMPLATE_LETTER &row : TEMPLATE_LETTERS)
+        if (row.holds())
+            values.letters += row.letter;
     add_state_values(values);
-    add_decoder_values(values, language);
-    add_register_values(values);
     READ_BACK read_back = read_back_outputs();
+    add_decoder_values(values, language, [&](const char *name) { return inner_name(name, read_back); });
+    add_register_values(values);
     add_enable_values(values, read_back, language);
     TEMPLATE_NAMES &names = values.names;
     add_port_names(names);
@@ -291,14 +256,8 @@ TEMPLATE_VALUES tap_values(RTL_LANGUAGE language) {
     names["IDCODE_REG"] = pattern_text(text_or_empty(IDCODE_REG), language);
     names["USERCODE_REG"] =
         DYNA_count(USERCODE_REG) > 0 ? pattern_text(USERCODE_REG[0], language) : std::string(ID_LENGTH, '0');
-    names["DECODER_PORTS"] = decoder_ports();
     names["IDMODE_PORT"] = has_id_mode() ? ", IDMODE" : "";
     names["RESET_NET"] = names["RESET"] + (has(SIG_RST) ? "_net" : "");
     names["UPDATE_NET"] = table_name(inner_name(TAP_PIN[SIG_UPDATE], read_back));
-    names["CHIP_TEST_NET"] = table_name(inner_name("CHIP_TEST", read_back));
-    names["HIGHZ_NET"] = table_name(inner_name(TAP_HIZ_PIN, read_back));
-    for (int32_t i = 0; i < 3; ++i)
-        names[format_text("MODE%d_NET", i + 1)] =
-            table_name(inner_name(TAP_PIN[MODE_SIGNALS[i]], read_back));
     return values;
 }

@@ -6,6 +6,9 @@
 
 TEMPLATE_VALUES tap_values(RTL_LANGUAGE language);
 
+/// Every condition letter that the values may hold; a template with another one has a line that never comes.
+std::string tap_letters();
+
 /// Adds the lists of the controller's states.
 void add_state_values(TEMPLATE_VALUES &values);
 

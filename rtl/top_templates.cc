@@ -5,10 +5,9 @@
 // (tap_ports.hh).
 //
 // Letters: T TRST, U update output, O the reset is a port, C CLAMP, S -synch, G the identification register,
-// I two codes in it, E -external_idcode, D an enable port for TDO, A that enable is active low, K CHIP_TEST,
-// H high-impedance port, M ATPG mode, 1 to 3 the mode signals. Lists: B the data registers, L those that
-// nothing drives, R those outside the TAP, N the enable pins, P those with a gate, J outputs that a gate
-// reads back (VHDL).
+// I two codes in it, E -external_idcode, D an enable port for TDO, A that enable is active low, M ATPG mode.
+// Lists: B the data registers, L those that nothing drives, R those outside the TAP, V the ports of the
+// decoder, P the enable pins with a gate, J outputs that a gate reads back (VHDL).
 #include "rtl/templates.hh"
 
 const char TOP_V[] = R"(
@@ -46,7 +45,7 @@ const char TOP_V[] = R"(
     S     |        IR_reg      IR(IR_out, INST, <TCK>, <TDI>, SHIFT_IR, CLOCK_IR,
           |                       UPDATE_IR, <RESET>);
           |
-          |        IR_dec      IRdec(<DECODER_PORTS>);
+          |        IR_dec      IRdec(<DECODER_NETS>);
           |
           |        DR_mux      Dmux(DR_out, DR_SELECT,
           |                         <REGISTER_WIRES>);
@@ -130,14 +129,7 @@ const char TOP_VHDL[] = R"(
       |    U4: IR_dec
       |        port map (
       |             INST => INST,
-    K |             CHIP_TEST => <CHIP_TEST_NET>,
-    H |             <HIGHZ> => <HIGHZ_NET>,
-    I |             IDMODE => IDMODE,
-    1 |             <MODE1> => <MODE1_NET>,
-    2 |             <MODE2> => <MODE2_NET>,
-    3 |             <MODE3> => <MODE3_NET>,
-    M |             velmora_atpg_mode => velmora_atpg_mode,
-    N |             <PIN> => <PIN_NET>,
+    V |             <PORT> => <NET>,
       |             DR_SELECT => DR_SELECT
       |        );
       |

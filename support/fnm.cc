@@ -18,21 +18,19 @@
 
 namespace {
 
-constexpr size_t name_room = 1024; ///< work area of one name, with its closing zero
-
 const char *part_or_null(std::string_view part) {
     return part.empty() ? nullptr : keep_text(part);
 }
 
 /// Text of the link `name`; false when it is none or its text does not fit a name.
 bool read_link(const std::string &name, std::string &target) {
-    char text[name_room];
+    char text[FNM_NAME_ROOM];
     ssize_t length = ::readlink(name.c_str(), text, sizeof text);
     if (length < 0)
         return false;
     if (length == static_cast<ssize_t>(sizeof text))
         MSG_fatal("The link '%s' points to a name that is longer than %zu characters.\n", name.c_str(),
-                  name_room - 1);
+                  FNM_NAME_ROOM - 1);
     target.assign(text, static_cast<size_t>(length));
     return true;
 }

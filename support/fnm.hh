@@ -4,8 +4,11 @@
 // nowhere and is refused with a message where it would be used.
 #pragma once
 
+#include <cstddef>
 #include <cstdio>
 #include <string>
+
+constexpr size_t FNM_NAME_ROOM = 1024; ///< work area of one name, with its closing zero
 
 /// A file name taken apart; a part that is absent or empty is null. Texts are kept to the exit.
 struct FNM_NAME {
@@ -44,17 +47,9 @@ const char *FNM_get_home(const char *name);
 /// End of the chain of links that starts at `name`. Ends the run on a chain that comes back to itself.
 std::string FNM_get_link(const char *name);
 
-void FNM_clear_path();
-const char **FNM_search_path(const char *env, const char *default_list, const char **first);
-const char *FNM_add_path(const char *list);
-void FNM_clear_subdir();
-const char **FNM_search_subdir(const char *list);
-void FNM_build_full_search_path();
 /// Sets the search list: `default_list`, then `env`, each directory with its subdirectories of `subdirs`
 /// (null for none). Returns the first directory of `env`, or null.
 const char *CMD_set_path(const char *env, const char *default_list, const char *subdirs);
 /// The directories that a lookup walks, as a value of VELMORA_DIRS; in front of them `folder`, which ends in
 /// '/', below each that has it.
 std::string FNM_list_with_folder(const std::string &folder);
-/// 0 when both table entries name the same directory.
-int dir_comp(const void *a, const void *b);

@@ -5,7 +5,7 @@
 #include "description/hash_tables.hh"
 #include "description/lookups.hh"
 #include "description/reader.hh"
-#include "description/syntax_tree.hh"
+#include "description/reading.hh"
 #include "support/text.hh"
 #include "tests/support/scratch.hh"
 
@@ -17,7 +17,7 @@ inline const char *const SHORT_BSC = "nothing\n";
 
 /// The line counters go on counting from reading to reading; a test that looks at lines starts them anew.
 inline void restart_line_counters() {
-    lib_yylineno = dft_yylineno = pin_yylineno = 1;
+    lib_yylineno = bsc_yylineno = pin_yylineno = 1;
 }
 
 /// Reads chip.lib and chip.bsc of the scratch folder in a child.

@@ -1,9 +1,9 @@
 // The readers under fuzz.
 #include "tests/fuzz/fuzz.hh"
 
+#include "description/keywords.hh"
 #include "description/lookups.hh"
 #include "description/reader.hh"
-#include "description/syntax_tree.hh"
 #include "dftlang/scan_interface.hh"
 #include "guide/guide.hh"
 #include "guide/save.hh"
@@ -87,9 +87,9 @@ void read_pins() {
 }
 
 void make_keywords() {
-    make_lib_keyword_hash();
-    make_dft_keyword_hash();
-    make_pin_keyword_hash();
+    lib_keyword_lookup("");
+    bsc_keyword_lookup("");
+    pin_keyword_lookup("");
 }
 
 void prepare_descriptions() {

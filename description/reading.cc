@@ -1,5 +1,4 @@
-// The messages of a reading.
-#include "description/syntax_tree.hh"
+#include "description/reading.hh"
 
 #include "support/console.hh"
 #include "support/message.hh"
@@ -7,6 +6,15 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
+
+const char *current_file = nullptr;
+const int *current_line = nullptr;
+
+void begin_file(const char *name, std::FILE *file, void (*restart)(std::FILE *file), const int &line) {
+    current_file = name;
+    current_line = &line;
+    restart(file);
+}
 
 void error_msg(const char *file, int32_t line, READER_ERROR code, const char *text) {
     switch (code) {
@@ -29,21 +37,21 @@ void print_syntax_error(const char *file, int32_t line, const char *text) {
     console_printf("\"%s\", line %d: Syntax Error at '%s'\n", file, line, text);
 }
 
-void bad_character(const char *file, int32_t line, char character) {
+void bad_character(int32_t line, char character) {
     const char text[] = {character, '\0'};
-    print_syntax_error(file, line, character == '\0' ? "\\0" : text);
+    print_syntax_error(current_file, line, character == '\0' ? "\\0" : text);
     end_run();
 }
 
-void parser_error(const char *file, int32_t line, const char *reason, const char *token) {
+void parser_error(int32_t line, const char *reason, const char *token) {
     if (std::strncmp(reason, "syntax error", 12) != 0)
-        console_fail("\"%s\", line %d: yacc stack overflow\n", file, line);
-    print_syntax_error(file, line, token);
+        console_fail("\"%s\", line %d: yacc stack overflow\n", current_file, line);
+    print_syntax_error(current_file, line, token);
     end_run();
 }
 
-void missing_comment_end(const char *file, int32_t line) {
-    error_msg(file, line, MISSING_COMMENT_END, nullptr);
+void missing_comment_end(int32_t line) {
+    error_msg(current_file, line, MISSING_COMMENT_END, nullptr);
     end_run();
 }
 
