@@ -29,12 +29,9 @@ CHOSEN_CELL checked_cell(const char *name, CELL_COUNTER role) {
     return {get_scan_cell(name), role};
 }
 
-CHOSEN_CELL named_cell(OPIN_ROW &row, CELL_COUNTER role) {
-    if (row.scan_cell_name == nullptr)
-        return {nullptr, role};
-    CHOSEN_CELL chosen = checked_cell(row.scan_cell_name, role);
-    row.scan_cell_name = nullptr;
-    return chosen;
+CHOSEN_CELL named_cell(const OPIN_ROW &row, CELL_COUNTER role) {
+    const char *name = PIN_TABLE[row.pin_index]->bsc_name;
+    return name != nullptr ? checked_cell(name, role) : CHOSEN_CELL{nullptr, role};
 }
 
 CHOSEN_CELL declared_cell(CELL_COUNTER role) {

@@ -30,9 +30,8 @@ extern const CELL_ROLE CELL_ROLES[CELL_COUNTER_COUNT]; ///< by CELL_COUNTER
 /// The cell of that name in a role. Ends the run when the role's check finds a fault.
 CHOSEN_CELL checked_cell(const char *name, CELL_COUNTER role);
 
-/// The cell that the pin file names for the row's pin, checked for the role; none when it names none. The
-/// name is taken from the row, so that emission can store the instance name in its place.
-CHOSEN_CELL named_cell(OPIN_ROW &row, CELL_COUNTER role);
+/// The cell that the pin file names for the row's pin, checked for the role; none when it names none.
+CHOSEN_CELL named_cell(const OPIN_ROW &row, CELL_COUNTER role);
 
 /// The cell that a role declares, or none.
 CHOSEN_CELL declared_cell(CELL_COUNTER role);

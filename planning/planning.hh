@@ -42,14 +42,6 @@ int32_t check_hiz_signal();
 
 /// Sorts OPIN_TAB into chain order, from TDO.
 void arrange_opin_tab_from_tdo();
-/// The ports of one control cell, for the boundary order file.
-struct CONTR_PIN_ROW {
-    int32_t control;    ///< CONTROL_TAB index plus one, or -1
-    int32_t oe_control; ///< CONTROL_OE_TAB index plus one, or -1
-    int32_t *orders;    ///< table: `order` of each port, ascending
-};
-extern CONTR_PIN_ROW *CONTR_PIN; ///< made by sort_pin_with_control, released by the boundary order file
-void sort_pin_with_control();
 
 /// Takes the standard ports' row pointers and numbers again after the sort.
 void bs_reset_standard_port_ptr_of_TAP();

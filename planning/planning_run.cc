@@ -85,9 +85,6 @@ void free_planning_tables() {
     release(BUFFER_REPORT);
     release(EXTRA_TREES);
     release(TAP_FLAG.extras);
-    for (CONTR_PIN_ROW &row : rows(CONTR_PIN))
-        release(row.orders);
-    release(CONTR_PIN);
     for (MULTI_IO_ROW &row : rows(MULTI_IO_TAB)) {
         release(row.added_ports);
         release(row.added_conns);
