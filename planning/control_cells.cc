@@ -26,48 +26,19 @@ namespace {
 /// Row of each table that stands on a net, the first one where enables are not shared.
 std::unordered_map<int32_t, int32_t> row_of_net[CONTROL_KIND_COUNT];
 
-[[noreturn]] void fail_enable(const OPIN_ROW &row, bool is_low, const char *pin, const char *fault) {
+[[noreturn]] void fail_enable(const OPIN_ROW &row, const char *fault) {
+    bool is_low = false;
+    const char *pin = chosen_enable_pin(row.pad, PIN_TABLE[row.pin_index], &is_low);
     vmr_fail(
         "ERROR: (%s) %s %s specified in %%BUFFER %s\n       %s in file '%s' while tracing port '%s'.\n\n",
         JTAG_LIB_FILE, is_low ? "%EN_L" : "%EN_H", text_or_undefined(pin), row.pad_class, fault, MODULE_C_SDB,
         row.port_name);
 }
 
-int32_t find_or_make_control(int32_t which, const BUFFER_CELL *pad, int32_t row_index) {
-    const CONTROL_KIND &kind = CONTROL_KINDS[which];
-    const OPIN_ROW &row = OPIN_TAB[row_index];
-    bool is_low = false;
-    const char *enable = chosen_enable_pin(pad, PIN_TABLE[row.pin_index], &is_low);
-    SCAN_CELL *cell = declared_cell(kind.counter).cell;
-    if (cell == nullptr)
-        vmr_fail(which == CONTROL_OE ? "ERROR: Please specify %%CONTROL_OE_SCAN in file '%s'.\n\n"
-                                     : "ERROR: can't find %%CONTROL_SCAN in file '%s'.\n\n",
-                 JTAG_BSC_FILE);
-    int32_t net = search_inet_connected_to_obj(row.pad_obj, enable, DIR_INPUT);
-    if (net < 0)
-        fail_enable(row, is_low, enable, "can't be found");
-    if (is_constant_net(net))
-        return -1;
-    const char *net_name = SDB_net_name(sdb, net);
-    if (net_name == nullptr)
-        fail_enable(row, is_low, enable, "is floating");
-
-    auto [known, is_new] = row_of_net[which].try_emplace(net, DYNA_count(*kind.table));
-    if (!is_new && !option(OPT_DONT_SHARE_CONTROL))
-        return known->second + 1;
-    CONTROL_ROW control = {};
-    control.net = net;
-    control.io_module = -1;
-    control.net_name = keep_text(net_name);
-    control.bsdl_type = cell->rst != nullptr ? "controlr" : "control";
-    control.scan_cell = cell;
-    append_row(*kind.table, control);
-    return DYNA_count(*kind.table);
-}
-
 /// What the user must know of a pad with two enables of which the pin list chooses none: %EN_L gets the
 /// control cell, and the pad may follow the core by the other one in test mode.
-void check_other_enable(const BUFFER_CELL *pad, const OPIN_ROW &row) {
+void check_other_enable(const OPIN_ROW &row) {
+    const BUFFER_CELL *pad = row.pad;
     const char *other = pad->en_l != nullptr ? pad->en_h : nullptr;
     if (PIN_TABLE[row.pin_index]->pad_enable >= 0 || other == nullptr ||
         same_text_no_case(other, pad->en_l) || same_text_no_case(other, pad->input))
@@ -92,9 +63,9 @@ bool is_driven_by_highz(const OPIN_ROW &row) {
 
 /// What the user must know of an enable that the high-impedance signal drives: the signal is raised for high
 /// impedance, and a buffer that was not told to invert it keeps an active-high enable on.
-void check_highz_enable(const BUFFER_CELL *pad, const OPIN_ROW &row) {
+void check_highz_enable(const OPIN_ROW &row) {
     bool is_low = false;
-    const char *enable = chosen_enable_pin(pad, PIN_TABLE[row.pin_index], &is_low);
+    const char *enable = chosen_enable_pin(row.pad, PIN_TABLE[row.pin_index], &is_low);
     bool is_inverted = is_active_low(TAP_CONTR->highz_command);
     if (HIZ_BUF == nullptr)
         vmr_fail("ERROR: (%s) can't find %s in %%TAP_CONTROLLER.\n"
@@ -175,34 +146,52 @@ void mark_highz_drivers() {
 
 } // namespace
 
-int32_t save_contr_tab(const BUFFER_CELL *pad, int32_t row) {
-    return find_or_make_control(CONTROL_PLAIN, pad, row);
+int32_t save_contr_tab(CONTROL_KIND_ID which, const OPIN_ROW &row) {
+    const CONTROL_KIND &kind = CONTROL_KINDS[which];
+    const char *enable = chosen_enable_pin(row.pad, PIN_TABLE[row.pin_index], nullptr);
+    SCAN_CELL *cell = declared_cell(kind.counter).cell;
+    if (cell == nullptr)
+        vmr_fail(which == CONTROL_OE ? "ERROR: Please specify %%CONTROL_OE_SCAN in file '%s'.\n\n"
+                                     : "ERROR: can't find %%CONTROL_SCAN in file '%s'.\n\n",
+                 JTAG_BSC_FILE);
+    int32_t net = search_inet_connected_to_obj(row.pad_obj, enable, SDB_INPUT);
+    if (net < 0)
+        fail_enable(row, "can't be found");
+    if (is_constant_net(net))
+        return -1;
+    const char *net_name = SDB_net_name(sdb, net);
+    if (net_name == nullptr)
+        fail_enable(row, "is floating");
+
+    auto [known, is_new] = row_of_net[which].try_emplace(net, DYNA_count(*kind.table));
+    if (!is_new && !option(OPT_DONT_SHARE_CONTROL))
+        return known->second + 1;
+    CONTROL_ROW control = {};
+    control.net = net;
+    control.io_module = -1;
+    control.net_name = keep_text(net_name);
+    control.bsdl_type = cell->rst != nullptr ? "controlr" : "control";
+    control.scan_cell = cell;
+    append_row(*kind.table, control);
+    return DYNA_count(*kind.table);
 }
 
-int32_t save_oe_contr_tab(const BUFFER_CELL *pad, int32_t row) {
-    return find_or_make_control(CONTROL_OE, pad, row);
-}
-
-void save_enable_control(const BUFFER_CELL *pad, int32_t row_index) {
-    OPIN_ROW &row = OPIN_TAB[row_index];
-    bool is_oe = row.scan_cell->oe_mode != nullptr;
-    int32_t index = -1;
-    if (pad->control_bcell == nullptr)
-        index = is_oe ? save_oe_contr_tab(pad, row_index) : save_contr_tab(pad, row_index);
-    int32_t &field = is_oe ? row.oe_control : row.control;
-    field = index;
-    if (index != -1) {
-        check_other_enable(pad, row);
+void save_enable_control(OPIN_ROW &row) {
+    CONTROL_KIND_ID which = row.scan_cell->oe_mode != nullptr ? CONTROL_OE : CONTROL_PLAIN;
+    int32_t &control = row.*CONTROL_KINDS[which].field;
+    control = row.pad->control_bcell == nullptr ? save_contr_tab(which, row) : -1;
+    if (control != -1) {
+        check_other_enable(row);
         return;
     }
     if (TAP_CONTR == nullptr || TAP_CONTR->highz_command == nullptr) {
-        field = 0;
+        control = 0;
         return;
     }
     if (row.scan_cell->highz != nullptr)
         ++HIGHZ_CNT;
     if (is_driven_by_highz(row))
-        check_highz_enable(pad, row);
+        check_highz_enable(row);
 }
 
 void split_control_cells_by_module() {

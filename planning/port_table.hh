@@ -30,20 +30,25 @@ enum CELL_KIND : int32_t {
     CELL_KIND_COUNT = 17
 };
 
-/// What a cell counts as in the report: the roles of %SCAN_CELLS that ports and enables take their cells
-/// from.
+/// What a cell counts as in the report: the role of %SCAN_CELLS that it plays (planning/cell_roles.hh). No
+/// port and no enable takes the cells of the roles with LOW, HIGH and CONTROL_MUX.
 enum CELL_COUNTER : int32_t {
-    COUNT_CLOCK,
     COUNT_INPUT,
-    COUNT_INPUT_MUX,
+    COUNT_CLOCK,
     COUNT_OUTPUT,
-    COUNT_OUTPUT_MUX,
     COUNT_BIDIR,
-    COUNT_BIDIR_MUX,
     COUNT_CONTROL,
-    COUNT_CONTROL_OE,
-    COUNT_INTERNAL,
+    COUNT_CONTROL_LOW,
+    COUNT_CONTROL_HIGH,
+    COUNT_INPUT_MUX,
     COUNT_CLOCK_MUX,
+    COUNT_OUTPUT_MUX,
+    COUNT_BIDIR_MUX,
+    COUNT_CONTROL_MUX,
+    COUNT_CONTROL_OE,
+    COUNT_CONTROL_OE_LOW,
+    COUNT_CONTROL_OE_HIGH,
+    COUNT_INTERNAL,
     CELL_COUNTER_COUNT
 };
 

@@ -1,9 +1,8 @@
 // The SCAN_TAB row of an inserted cell, and the loads that the cell puts on the control signals.
 #include "planning/planning.hh"
 
-#include "planning/cell_choice.hh"
-#include "planning/tap_state.hh"
-#include "support/console.hh"
+#include "planning/port_pad.hh"
+#include "planning/tap_needs.hh"
 #include "support/run_state.hh"
 #include "support/text.hh"
 
@@ -18,19 +17,10 @@ void count_load(int32_t signal, MULTI_IO_ROW *module) {
 /// The mode pins of a mux pad that no working net drives are loads of the TAP's mode signals.
 void count_pad_modes(const OPIN_ROW &row, MULTI_IO_ROW *module) {
     for (int32_t i = 0; i < 3; ++i) {
-        int32_t signal = MODE_SIGNALS[i];
-        if (row.pad == nullptr || row.pad->*PAD_MODES[i] == nullptr || row.mode_net[i] >= 2)
+        if (!mode_hangs_on_tap(row, i))
             continue;
-        count_load(signal, module);
-        if (TAP_PIN[signal] != nullptr)
-            continue;
-        const CONTROL_SIGNAL_INFO &info = CONTROL_SIGNALS[signal];
-        TAP_PIN[signal] = TAP_CONTR == nullptr ? nullptr : without_minus(TAP_CONTR->*info.tap_field);
-        if (TAP_PIN[signal] == nullptr)
-            vmr_fail("ERROR: (%s) can't find %s in %%TAP_CONTROLLER %s.\n"
-                     "       Please define %s to connectmux pad %s.\n\n",
-                     JTAG_LIB_FILE, info.keyword, text_or_undefined(TAP_MODULE_NAME), info.keyword,
-                     text_or_undefined(row.pad_instance));
+        count_load(MODE_SIGNALS[i], module);
+        require_mode_pin(MODE_SIGNALS[i], row);
     }
 }
 
