@@ -62,33 +62,6 @@ SIDES find_sides(OPIN_ROW &row) {
     return sides;
 }
 
-/// True, with a warning, when the pad's input side runs straight to another port, whose cell then serves
-/// both.
-bool is_input_side_merged(const OPIN_ROW &row, int32_t in_node) {
-    int32_t adjacent = find_adjacent_node(in_node);
-    if (adjacent < 0)
-        return false;
-    const char *side = "input port", *far = "output port";
-    if (!is_port_node(adjacent)) {
-        int32_t obj = node_tab[adjacent].obj;
-        const BUFFER_CELL *buffer = get_buffer(object_class_name(obj));
-        if (buffer == nullptr)
-            return false;
-        bool is_inout = has_function(buffer, "inout");
-        adjacent =
-            find_adjacent_node(is_inout ? search_inode_connected_to_obj(obj, buffer->inout, SDB_BIDIRECTIONAL)
-                                        : search_inode_connected_to_obj(obj, buffer->output, SDB_OUTPUT));
-        if (adjacent < 0 || !is_port_node(adjacent))
-            return false;
-        side = "input end of bidir port";
-        far = "port";
-    }
-    vmr_printf("WARNING: %s '%s' connects to %s '%s' directly.\n"
-               "         A merged cell will be introduced.\n\n",
-               side, row.port_name, far, node_pin_name(adjacent));
-    return true;
-}
-
 void trace_mux_pins(OPIN_ROW &row) {
     // The second multiplexer of a pad without a first one still serves an input side that stands alone.
     if (row.pad->mux_in2 != nullptr)
@@ -190,7 +163,7 @@ void save_bidir_scan_tab(int32_t row_index) {
         row.net_name = keep_format("%s,%s", sides.out, sides.in);
     else
         row.net_name = sides.out != nullptr ? sides.out : sides.in;
-    if (is_input_side_merged(row, sides.in_node))
+    if (is_merged(row, sides.in_node, true))
         sides.in = nullptr;
     trace_mux_pins(row);
     take_cell_of_sides(row, sides);

@@ -35,32 +35,17 @@ int32_t core_node(OPIN_ROW &row, int32_t port) {
     return take_own_net(row, port);
 }
 
-/// True, with a warning, when the core side of the port runs straight to another port, whose cell then serves
-/// both.
-bool is_merged(const OPIN_ROW &row, int32_t node) {
-    int32_t adjacent = find_adjacent_node(node);
-    if (adjacent < 0 || is_bs_buffer(row.pad))
-        return false;
-    const char *words = "output port";
-    if (is_port_node(adjacent)) {
-        if (skip_signal(node_pin_name(adjacent)))
-            return false;
-    } else {
-        int32_t obj = node_tab[adjacent].obj;
-        const BUFFER_CELL *buffer = get_buffer(object_class_name(obj));
-        if (buffer == nullptr)
-            return false;
-        if (buffer->function == nullptr)
-            adjacent = search_inode_connected_to_obj(obj, buffer->output, SDB_OUTPUT);
-        adjacent = find_adjacent_node(adjacent);
-        if (adjacent < 0 || !is_port_node(adjacent))
-            return false;
-        words = "port";
-    }
-    vmr_printf("WARNING: input port '%s' connects to %s '%s' directly.\n"
-               "         A merged cell will be introduced.\n\n",
-               row.port_name, words, node_pin_name(adjacent));
-    return true;
+/// The node that a buffer behind the port's core net leads to, or -1.
+int32_t node_behind_buffer(int32_t node, bool is_bidir) {
+    int32_t obj = node_tab[node].obj;
+    const BUFFER_CELL *buffer = get_buffer(object_class_name(obj));
+    if (buffer == nullptr)
+        return -1;
+    if (is_bidir && has_function(buffer, "inout"))
+        node = search_inode_connected_to_obj(obj, buffer->inout, SDB_BIDIRECTIONAL);
+    else if (is_bidir || buffer->function == nullptr)
+        node = search_inode_connected_to_obj(obj, buffer->output, SDB_OUTPUT);
+    return find_adjacent_node(node);
 }
 
 CHOSEN_CELL choose_mux_cell(OPIN_ROW &row, bool is_clock) {
@@ -100,11 +85,29 @@ CHOSEN_CELL choose_cell(OPIN_ROW &row, bool is_clock) {
 
 } // namespace
 
+bool is_merged(const OPIN_ROW &row, int32_t node, bool is_bidir) {
+    int32_t far = find_adjacent_node(node);
+    if (far < 0)
+        return false;
+    bool is_direct = is_port_node(far);
+    if (is_direct && !is_bidir && skip_signal(node_pin_name(far)))
+        return false;
+    if (!is_direct)
+        far = node_behind_buffer(far, is_bidir);
+    if (far < 0 || !is_port_node(far))
+        return false;
+    vmr_printf("WARNING: %s '%s' connects to %s '%s' directly.\n"
+               "         A merged cell will be introduced.\n\n",
+               is_bidir && !is_direct ? "input end of bidir port" : "input port", row.port_name,
+               is_direct ? "output port" : "port", node_pin_name(far));
+    return true;
+}
+
 void save_input_clock_tab(int32_t row_index, int32_t port) {
     OPIN_ROW &row = OPIN_TAB[row_index];
     bool is_clock = has_function(row.pad, "CLOCK");
     int32_t node = core_node(row, port);
-    if (node < 0 || is_merged(row, node))
+    if (node < 0 || (!is_bs_buffer(row.pad) && is_merged(row, node, false)))
         return;
     if (row.pad != nullptr && has_mux(row, PAD_MUX_2, "input")) {
         take_cell(row, is_clock ? CELL_MUX_CLOCK : CELL_MUX_INPUT, choose_mux_cell(row, is_clock));

@@ -37,8 +37,6 @@ int32_t enter_module(MULTI_IO_NODE *&cursor, const char *class_name, const char 
         module.inst_name = inst_name;
         module.copy = io_modules.copies[class_name]++;
         module.parent = cursor->row;
-        module.added_ports = DYNA_init<ADDED_PORT>();
-        module.added_conns = DYNA_init<ADDED_CONN>();
         append_row(MULTI_IO_TAB, module);
         append_row(cursor->children, {DYNA_count(MULTI_IO_TAB) - 1, nullptr});
         place->second = {DYNA_count(MULTI_IO_TAB) - 1, DYNA_count(cursor->children) - 1};

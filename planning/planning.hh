@@ -22,6 +22,9 @@ void produce_opin_control_tab();
 void save_input_clock_tab(int32_t row, int32_t port);
 void save_output_scan_tab(int32_t row, int32_t port);
 void save_bidir_scan_tab(int32_t row);
+/// True, with a warning, when the port's core side, the net of `node`, runs straight or through one buffer to
+/// another port, whose cell then serves both.
+bool is_merged(const OPIN_ROW &row, int32_t node, bool is_bidir);
 
 /// Finds or makes the control cell of a row's enable: table index plus one, or -1 for a constant enable.
 int32_t save_contr_tab(CONTROL_KIND_ID which, const OPIN_ROW &row);
