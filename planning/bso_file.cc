@@ -2,9 +2,7 @@
 // control cell the range of outputs that it governs.
 #include "planning/report.hh"
 
-#include "planning/cell_choice.hh"
-#include "planning/planning.hh"
-#include "planning/port_table.hh"
+#include "planning/port_pad.hh"
 #include "support/console.hh"
 #include "support/run_state.hh"
 #include "support/text.hh"
@@ -137,7 +135,7 @@ void warn_of_cells_in_pads(const std::string &name) {
         if (is_bs_buffer(row.pad) && row.chain_place >= 0 && shown_order(row) != row.chain_place)
             vmr_printf("WARNING: (%s) the scan cell of port '%s' is inside its pad '%s'.\n"
                        "         Its place in the chain is %d, not its scan order %d.\n\n",
-                       name.c_str(), row.port_name, text_or(row.pad_instance, "*UNDEF*"), row.chain_place,
+                       name.c_str(), row.port_name, text_or_undefined(row.pad_instance), row.chain_place,
                        shown_order(row));
 }
 

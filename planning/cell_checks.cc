@@ -26,11 +26,8 @@ constexpr PIN_NEED CHAIN_PINS[] = {{"%TDI", &SCAN_CELL::tdi},
 
 // Reports a pin that the cell must have, as an "ERROR" or a "WARNING". True when it is missing.
 bool misses_pin(const char *severity, const SCAN_CELL &cell, const PIN_NEED &need) {
-    if (cell.*need.field != nullptr)
-        return false;
-    vmr_printf("%s: (%s) can't find %s in %%SCAN_CELL %s.\n", severity, JTAG_LIB_FILE, need.keyword,
-               cell.name);
-    return true;
+    return cell.*need.field == nullptr && report_fault("%s: (%s) can't find %s in %%SCAN_CELL %s.\n",
+                                                       severity, JTAG_LIB_FILE, need.keyword, cell.name);
 }
 
 bool misses_chain_pin(const char *severity, const SCAN_CELL &cell) {
@@ -50,19 +47,13 @@ std::string role_words(const char *keyword) {
 
 bool misses_pin_of_role(const CELL_ROLE &role, const SCAN_CELL &cell) {
     bool fault = false;
-    for (const PIN_NEED &need : role.pins) {
-        if (need.keyword == nullptr)
-            break;
-        if (!misses_pin("ERROR", cell, need))
-            continue;
-        vmr_printf("       %s '%s' should have %s signal.\n", role_words(role.keyword).c_str(), cell.name,
-                   need.keyword);
-        fault = true;
-    }
-    if (role.oe_keyword != nullptr && cell.oe_mode == nullptr) {
-        vmr_printf("ERROR: (%s) can't find %%OE_MODE in %s %s.\n", JTAG_LIB_FILE, role.oe_keyword, cell.name);
-        fault = true;
-    }
+    for (const PIN_NEED &need : role.pins)
+        if (need.keyword != nullptr && misses_pin("ERROR", cell, need))
+            fault = report_fault("       %s '%s' should have %s signal.\n", role_words(role.keyword).c_str(),
+                                 cell.name, need.keyword);
+    if (role.oe_keyword != nullptr && cell.oe_mode == nullptr)
+        fault = report_fault("ERROR: (%s) can't find %%OE_MODE in %s %s.\n", JTAG_LIB_FILE, role.oe_keyword,
+                             cell.name);
     return fault;
 }
 
@@ -121,12 +112,11 @@ void warn_of_missing_pins() {
         if (!row_gets_cells(row) || !known.insert(row.scan_cell).second)
             continue;
         bool fault = misses_chain_pin("WARNING", *row.scan_cell);
-        if (row.kind == CELL_INTERNAL && misses_pin("WARNING", *row.scan_cell, DATA_IN)) {
-            vmr_printf("         %s '%s' should have %s signal.\n",
-                       is_observe_pin(PIN_TABLE[row.pin_index]) ? "OBSERVE_ONLY SCAN" : "INTERNAL SCAN",
-                       row.scan_cell->name, DATA_IN.keyword);
-            fault = true;
-        }
+        if (row.kind == CELL_INTERNAL && misses_pin("WARNING", *row.scan_cell, DATA_IN))
+            fault =
+                report_fault("         %s '%s' should have %s signal.\n",
+                             is_observe_pin(PIN_TABLE[row.pin_index]) ? "OBSERVE_ONLY SCAN" : "INTERNAL SCAN",
+                             row.scan_cell->name, DATA_IN.keyword);
         if (fault)
             vmr_printf("\n");
     }

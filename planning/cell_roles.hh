@@ -18,7 +18,7 @@ enum MODE_WARNING { NO_WARNING, WARN_NO_MODE, WARN_ANY_MODE };
 struct CELL_ROLE {
     const char **declared; ///< name of the cell that plays it; null when it is not declared
     const char *keyword;   ///< in messages: "%INPUT_SCAN"
-    PIN_NEED pins[4];      ///< ended by a null keyword
+    PIN_NEED pins[4];      ///< without a keyword where there are fewer
     MODE_WARNING warning = NO_WARNING;
     const char *warning_word = nullptr; ///< the role in the mode warnings, where it is spelt in its own way
     const char *oe_keyword = nullptr;   ///< the role in the message of a missing %OE_MODE; null: not needed

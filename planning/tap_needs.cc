@@ -69,13 +69,11 @@ bool misses_tap_pin(const TAP_PIN_ROW &row) {
     if (TAP_CONTR->*row.field != nullptr || !row.required)
         return false;
     if (row.field == &TAP_CELL::trst)
-        vmr_printf("ERROR: (%s) can't find %%TRST in %%TAP_CONTROLLER %s to match\n       %%GLOBAL_TRST '%s' "
-                   "in %s.\n",
-                   JTAG_LIB_FILE, TAP_MODULE_NAME, GLOBAL_TRST, JTAG_BSC_FILE);
-    else
-        vmr_printf("ERROR: (%s) can't find %s%sin %%TAP_CONTROLLER %s.\n", JTAG_LIB_FILE, row.keyword,
-                   row.field == &TAP_CELL::highz_command ? "" : " ", TAP_MODULE_NAME);
-    return true;
+        return report_fault("ERROR: (%s) can't find %%TRST in %%TAP_CONTROLLER %s to match\n"
+                            "       %%GLOBAL_TRST '%s' in %s.\n",
+                            JTAG_LIB_FILE, TAP_MODULE_NAME, GLOBAL_TRST, JTAG_BSC_FILE);
+    return report_fault("ERROR: (%s) can't find %s%sin %%TAP_CONTROLLER %s.\n", JTAG_LIB_FILE, row.keyword,
+                        row.field == &TAP_CELL::highz_command ? "" : " ", TAP_MODULE_NAME);
 }
 
 void resolve_tap_pin(int32_t tap_obj, const TAP_PIN_ROW &row, TAP_PINS_FOUND &found) {
@@ -116,7 +114,6 @@ void resolve_named_pins(int32_t tap_obj, TAP_PINS_FOUND &found) {
     };
     for (const TAP_PIN_ROW &row : pins)
         resolve_tap_pin(tap_obj, row, found);
-    HIZ_FLAG = TAP_CONTR->highz_command != nullptr;
 }
 
 /// What the design has on the standard pins of an existing TAP. A pin alone on its net is not wired yet.
@@ -136,11 +133,9 @@ void note_standard_nets(int32_t tap_obj) {
 void resolve_extra_pins(int32_t tap_obj, TAP_PINS_FOUND &found) {
     for (const char *extra : rows(TAP_CONTR->extras))
         found.inverted |= is_active_low(extra);
-    if (DYNA_count(TAP_CONTR->extras) < BCELL_EXTRA) {
-        vmr_printf("ERROR: (%s) scan cell has more extra pins than %%TAP_CONTROLLER %s.\n", JTAG_LIB_FILE,
-                   TAP_MODULE_NAME);
-        found.error = true;
-    }
+    if (DYNA_count(TAP_CONTR->extras) < BCELL_EXTRA)
+        found.error = report_fault("ERROR: (%s) scan cell has more extra pins than %%TAP_CONTROLLER %s.\n",
+                                   JTAG_LIB_FILE, TAP_MODULE_NAME);
     TAP_EXTRA_PIN = DYNA_init<const char *>();
     for (int32_t n = 0; n < BCELL_EXTRA; ++n) {
         const char *extra = n < DYNA_count(TAP_CONTR->extras) ? TAP_CONTR->extras[n] : nullptr;

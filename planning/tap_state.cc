@@ -11,7 +11,6 @@ const char *TAP_TDO_EN_PIN = nullptr;
 const char *TAP_HIZ_PIN = nullptr;
 const char **TAP_EXTRA_PIN = nullptr;
 
-int32_t HIZ_FLAG = 0;
 const char *HIZ_BUF_NAME = nullptr;
 BUFFER_CELL *HIZ_BUF = nullptr;
 

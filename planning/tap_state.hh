@@ -24,7 +24,6 @@ extern const char *TAP_TDO_EN_PIN;
 extern const char *TAP_HIZ_PIN;    ///< pin of %HIGHZ_COMMAND, also when no cell has %HIGHZ
 extern const char **TAP_EXTRA_PIN; ///< table with BCELL_EXTRA rows: pin of %EXTRA_n in row n-1
 
-extern int32_t HIZ_FLAG;         ///< 1 when the TAP cell has %HIGHZ_COMMAND
 extern const char *HIZ_BUF_NAME; ///< cell of the high-impedance buffers, null when none is known
 extern BUFFER_CELL *HIZ_BUF;     ///< its record
 

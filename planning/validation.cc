@@ -9,7 +9,6 @@
 #include "sdb/navigation.hh"
 #include "sdb/sdb.hh"
 #include "support/console.hh"
-#include "support/fnm.hh"
 #include "support/run_state.hh"
 #include "support/text.hh"
 
@@ -20,52 +19,39 @@ PAD_PINS SPEC_OUTPUT_BUFFER_PINS;
 
 namespace {
 
-const char *lib() {
-    return JTAG_LIB_FILE;
-}
-
-const char *bsc() {
-    return JTAG_BSC_FILE;
-}
-
 // Pads that the .bsc or pin file names.
 
 enum PAD_ROLE { PAD_INPUT, PAD_OUTPUT, PAD_INOUT };
 constexpr const char *PAD_KEYWORD[] = {"%INPUT_BUFFER", "%OUTPUT_BUFFER", "%INOUT_BUFFER"};
 
 bool misses_pad_pin(const char *keyword, const char *pin, const char *name) {
-    if (pin != nullptr)
-        return false;
-    vmr_printf("ERROR: (%s) can't find %s in %%BUFFER %s.\n", lib(), keyword, name);
-    return true;
+    return pin == nullptr &&
+           report_fault("ERROR: (%s) can't find %s in %%BUFFER %s.\n", JTAG_LIB_FILE, keyword, name);
 }
 
-// A pad of both ways has its bond pad on %INOUT, which an added input or output pad would leave open. True
-// after an error.
+// A pad of both ways has its bond pad on %INOUT, which an added input or output pad would leave open.
 bool is_bidirectional_pad(PAD_ROLE role, const BUFFER_CELL &buffer) {
-    if (buffer.inout == nullptr && !same_text_no_case(buffer.function, "inout"))
-        return false;
-    vmr_printf("ERROR: (%s) %s '%s' is a bidirectional pad, which -add_pad can't use for one direction.\n"
+    return (buffer.inout != nullptr || has_function(&buffer, "inout")) &&
+           report_fault(
+               "ERROR: (%s) %s '%s' is a bidirectional pad, which -add_pad can't use for one direction.\n"
                "       Please wrap it in a module with one input and one output, describe that module\n"
                "       in a %%BUFFER of file '%s' and name it instead.\n",
-               bsc(), PAD_KEYWORD[role], buffer.name, lib());
-    return true;
+               JTAG_BSC_FILE, PAD_KEYWORD[role], buffer.name, JTAG_LIB_FILE);
 }
 
 // Checks one pad cell. A fault is printed; with `ends` the first one ends the run. True when there was one.
 bool check_pad_cell(PAD_ROLE role, const char *name, PAD_PINS *pins, bool ends) {
     bool fault = false;
-    auto note = [&](bool missing) {
-        fault |= missing;
-        if (missing && ends)
+    auto note = [&](bool found) {
+        fault |= found;
+        if (found && ends)
             end_run();
     };
     const BUFFER_CELL *buffer = get_buffer(name);
     if (buffer == nullptr) {
-        vmr_printf("ERROR: void declare %s  %s in file '%s'.\n       Can't find the definition of '%s' in "
-                   "file '%s'.\n",
-                   PAD_KEYWORD[role], name, bsc(), name, lib());
-        note(true);
+        note(report_fault("ERROR: void declare %s  %s in file '%s'.\n"
+                          "       Can't find the definition of '%s' in file '%s'.\n",
+                          PAD_KEYWORD[role], name, JTAG_BSC_FILE, name, JTAG_LIB_FILE));
         return true;
     }
     if (pins != nullptr)
@@ -76,10 +62,8 @@ bool check_pad_cell(PAD_ROLE role, const char *name, PAD_PINS *pins, bool ends) 
         note(is_bidirectional_pad(role, *buffer));
     note(misses_pad_pin("%INPUT", buffer->input, name));
     note(misses_pad_pin("%OUTPUT", buffer->output, name));
-    if (role == PAD_INOUT && buffer->en_l == nullptr && buffer->en_h == nullptr) {
-        vmr_printf("ERROR: (%s) can't find %%EN_L or %% EN_H in %%BUFFER %s.\n", lib(), name);
-        note(true);
-    }
+    if (role == PAD_INOUT && buffer->en_l == nullptr && buffer->en_h == nullptr)
+        note(misses_pad_pin("%EN_L or % EN_H", nullptr, name));
     return fault;
 }
 
@@ -105,10 +89,8 @@ bool check_default_pads() {
 // The TAP's names and its place in the design.
 
 bool misses_tap_name(const char *keyword, const char *name) {
-    if (name != nullptr)
-        return false;
-    vmr_printf("ERROR: (%s) can't find %s in %%TAP_MODULE.\n", bsc(), keyword);
-    return true;
+    return name == nullptr &&
+           report_fault("ERROR: (%s) can't find %s in %%TAP_MODULE.\n", JTAG_BSC_FILE, keyword);
 }
 
 // The TAP instance of the design, -1 when it is added or not named.
@@ -117,13 +99,13 @@ int32_t checked_tap_instance() {
         return -1;
     int32_t tap_obj = find_tap_instance();
     if (tap_obj < 0)
-        vmr_fail("ERROR: (%s) can't find TAP %%INSTANCE_NAME '%s' in SDB file '%s'.\n\n", bsc(),
+        vmr_fail("ERROR: (%s) can't find TAP %%INSTANCE_NAME '%s' in SDB file '%s'.\n\n", JTAG_BSC_FILE,
                  TAP_INSTANCE_NAME, MODULE_C_SDB);
     const char *class_name = object_class_name(tap_obj);
     if (TAP_MODULE_NAME != nullptr && !same_text(class_name, TAP_MODULE_NAME))
         vmr_fail("ERROR: (%s) %%TAP_MODULE_NAME '%s' doesn't match\n       class name of '%s' in SDB file "
                  "'%s'.\n\n",
-                 bsc(), TAP_MODULE_NAME, class_name, MODULE_C_SDB);
+                 JTAG_BSC_FILE, TAP_MODULE_NAME, class_name, MODULE_C_SDB);
     return tap_obj;
 }
 
@@ -138,12 +120,9 @@ bool misses_global_port() {
         {"%GLOBAL_TCK", GLOBAL_TCK, option(OPT_ADD_TAP)},
     };
     bool fault = false;
-    for (const auto &port : ports) {
-        if (!port.needed || port.name != nullptr)
-            continue;
-        vmr_printf("ERROR: can't find %s in file '%s'.\n", port.keyword, bsc());
-        fault = true;
-    }
+    for (const auto &port : ports)
+        if (port.needed && port.name == nullptr)
+            fault = report_fault("ERROR: can't find %s in file '%s'.\n", port.keyword, JTAG_BSC_FILE);
     return fault;
 }
 
@@ -158,20 +137,19 @@ bool check_tap_buffer(const char *keyword, const char *name) {
     const struct {
         const char *keyword, *pin;
     } pins[] = {{"%INPUT", buffer->input}, {"%OUTPUT", buffer->output}};
-    for (const auto &pin : pins) {
-        if (pin.pin != nullptr)
-            continue;
-        vmr_printf("ERROR: (%s) can't find %s in %%BUFFER %s.\n\n", lib(), pin.keyword, name);
-        fault = true;
-    }
+    for (const auto &pin : pins)
+        if (pin.pin == nullptr)
+            fault = report_fault("ERROR: (%s) can't find %s in %%BUFFER %s.\n\n", JTAG_LIB_FILE, pin.keyword,
+                                 name);
     return fault;
 }
 
+bool misses_tap_buffer(const char *keyword) {
+    return report_fault("ERROR: (%s) can't find %s in %%TAP_CONTROLLER.\n", JTAG_LIB_FILE, keyword);
+}
+
 bool check_named_tap_buffer(const char *keyword, const char *name) {
-    if (name != nullptr)
-        return check_tap_buffer(keyword, name);
-    vmr_printf("ERROR: (%s) can't find %s in %%TAP_CONTROLLER.\n", lib(), keyword);
-    return true;
+    return name != nullptr ? check_tap_buffer(keyword, name) : misses_tap_buffer(keyword);
 }
 
 // The buffer of the fast chains. Without one they fall back on the other buffer; with none at all they could
@@ -186,8 +164,7 @@ bool check_fast_buffer() {
         return false;
     if (plain != nullptr)
         return TAP_CONTR->group_size < 1 && check_tap_buffer("%SIGNAL_BUFFER", plain);
-    vmr_printf("ERROR: (%s) can't find %%SIGNAL_BUFFER or %%DF_SIGNAL_BUFFER in %%TAP_CONTROLLER.\n", lib());
-    return true;
+    return misses_tap_buffer("%SIGNAL_BUFFER or %DF_SIGNAL_BUFFER");
 }
 
 // True after a fault. `inverted` asks for the inverting buffer.
@@ -204,7 +181,7 @@ bool check_tap_buffers(bool inverted) {
 void choose_highz_buffer() {
     HIZ_BUF_NAME = nullptr;
     HIZ_BUF = nullptr;
-    if (HIZ_FLAG == 0)
+    if (TAP_CONTR->highz_command == nullptr)
         return;
     const char *name =
         is_active_low(TAP_CONTR->highz_command) ? TAP_CONTR->inv_buffer : TAP_CONTR->signal_buffer;
@@ -215,16 +192,22 @@ void choose_highz_buffer() {
 bool misses_pin_list() {
     if (DYNA_count(PIN_TABLE) > 0)
         return false;
-    if (PIN_FILE == nullptr)
-        vmr_printf("ERROR: (%s) Please specify the following field:\n\n        %%PIN_LIST {\n"
-                   "            %%FILE_NAME\n        }\n\n",
-                   bsc());
-    else
-        vmr_printf("ERROR: (%s) empty file. Can't find non skip pin.\n\n", PIN_FILE);
-    return true;
+    if (PIN_FILE != nullptr)
+        return report_fault("ERROR: (%s) empty file. Can't find non skip pin.\n\n", PIN_FILE);
+    return report_fault("ERROR: (%s) Please specify the following field:\n\n        %%PIN_LIST {\n"
+                        "            %%FILE_NAME\n        }\n\n",
+                        JTAG_BSC_FILE);
 }
 
 } // namespace
+
+bool report_fault(const char *format, ...) {
+    va_list values;
+    va_start(values, format);
+    vmr_printf("%s", format_list(format, values).c_str());
+    va_end(values);
+    return true;
+}
 
 bool check_tap_names() {
     bool fault = misses_tap_name("%MODULE_NAME", TAP_MODULE_NAME);
@@ -236,7 +219,7 @@ const BUFFER_CELL *declared_tap_buffer(const char *keyword, const char *name) {
     if (buffer == nullptr)
         vmr_printf("ERROR: (%s) void declare %s '%s'\n       in %%TAP_CONTROLLER.\n"
                    "       Can't find definition of '%s' in '%s'.\n\n",
-                   lib(), keyword, name, name, lib());
+                   JTAG_LIB_FILE, keyword, name, name, JTAG_LIB_FILE);
     return buffer;
 }
 

@@ -4,6 +4,9 @@
 
 #include "description/tables.hh"
 
+/// Prints a fault that does not end the run at once. True, so that a check can end with it.
+bool report_fault(const char *format, ...) __attribute__((format(printf, 1, 2)));
+
 /// Reports a missing name of the TAP's module or instance. True when one is missing.
 bool check_tap_names();
 /// Splits a dotted TAP_INSTANCE_NAME into the path of a hierarchical TAP.
