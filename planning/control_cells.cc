@@ -17,9 +17,10 @@
 #include "support/text.hh"
 
 #include <map>
+#include <set>
+#include <tuple>
 #include <unordered_map>
 #include <utility>
-#include <vector>
 
 namespace {
 
@@ -120,27 +121,19 @@ struct HIGHZ_GROUPS {
     }
 };
 
-/// The first row in chain order for each control cell makes it, so that the later ones find it.
-void mark_control_drivers(const CONTROL_KIND &kind) {
-    std::vector<char> seen(DYNA_count(*kind.table) + 1);
+/// The first row in chain order for each control cell makes it, so that the later ones find it, and the first
+/// row of each high-impedance group that needs the buffer makes that. Every I/O module has buffers of its
+/// own.
+void mark_drivers() {
+    constexpr int32_t HIGHZ = CONTROL_KIND_COUNT;
+    std::set<std::tuple<int32_t, int32_t, int32_t>> made; // kind, and cell or group and module
     for (OPIN_ROW &row : rows(OPIN_TAB)) {
-        int32_t control = row.*kind.field;
-        if (control <= 0 || seen[control] != 0)
-            continue;
-        seen[control] = 1;
-        row.control_driver = 1;
-    }
-}
-
-/// The first row of each group that needs the buffer makes it; every I/O module has buffers of its own.
-void mark_highz_drivers() {
-    std::map<std::pair<int32_t, int32_t>, bool> made;
-    for (OPIN_ROW &row : rows(OPIN_TAB)) {
-        if (!is_driven_by_highz(row))
-            continue;
+        for (int32_t kind = 0; kind < CONTROL_KIND_COUNT; ++kind)
+            if (int32_t control = row.*CONTROL_KINDS[kind].field; control > 0)
+                row.control_driver |= made.insert({kind, control, 0}).second;
         int32_t module = multi_io_module_flagG != 0 ? row.io_module : -1;
-        if (made.try_emplace({module, row.highz_group}, true).second)
-            row.control_driver = 1;
+        if (is_driven_by_highz(row))
+            row.control_driver |= made.insert({HIGHZ, row.highz_group, module}).second;
     }
 }
 
@@ -184,7 +177,7 @@ void save_enable_control(OPIN_ROW &row) {
         check_other_enable(row);
         return;
     }
-    if (TAP_CONTR == nullptr || TAP_CONTR->highz_command == nullptr) {
+    if (TAP_CONTR->highz_command == nullptr) {
         control = 0;
         return;
     }
@@ -206,8 +199,6 @@ void forget_control_sharing() {
 }
 
 void setup_driving_control_cell_and_highz_buf() {
-    for (const CONTROL_KIND &kind : CONTROL_KINDS)
-        mark_control_drivers(kind);
     int32_t *sizes = nullptr;
     if (HIGHZ_CNT != 0) {
         int32_t limit = TAP_CONTR->group_size > 0 ? TAP_CONTR->group_size : HIGHZ_CNT;
@@ -216,7 +207,7 @@ void setup_driving_control_cell_and_highz_buf() {
     HIGHZ_GROUPS groups = {sizes};
     groups.number_rows(CONTROL_KINDS[CONTROL_PLAIN], 0);
     groups.number_rows(CONTROL_KINDS[CONTROL_OE], 1);
-    mark_highz_drivers();
+    mark_drivers();
     DYNA_free(&sizes);
 }
 
