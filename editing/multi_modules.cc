@@ -2,8 +2,10 @@
 
 #include "editing/cells.hh"
 #include "editing/existing_tap.hh"
+#include "editing/module_copies.hh"
+#include "editing/open_design.hh"
 #include "editing/pad_sides.hh"
-#include "editing/tap_place.hh"
+#include "editing/tap_hierarchy.hh"
 #include "editing/tap_top.hh"
 #include "planning/tracing.hh"
 #include "sdb/sdb.hh"
@@ -17,48 +19,32 @@ std::vector<IO_MODULE> IO_MODULES;
 
 namespace {
 
-const char *find_module(const char *class_name) {
-    std::string file = format_text("%s.sdb", class_name);
-    const char *found = find_design_file(file);
-    if (found == nullptr)
-        console_fail("ERROR: Can not find \"%s\" file.\n\n", file.c_str());
-    return keep_text(found);
-}
-
 void note_ports(IO_MODULE &module) {
-    open_sdb_file(module.sdb_path);
+    OPEN_DESIGN design(module.sdb_path);
     for (int32_t port = 0; port < port_count; port++)
         if (const char *name = SYM_get(sym_tab, port_tab[port].name); name != nullptr)
             module.ports.insert(name);
-    close_sdb_file();
 }
 
 void begin_module(int32_t index) {
     IO_MODULE &module = IO_MODULES[index];
     const char *class_name = MULTI_IO_TAB[index].class_name;
     std::string edited = edited_module_name(index);
-    module.sdb_path = index == 0 ? MODULE_SDB : find_module(class_name);
-    if (copy_file(module.sdb_path, edited + ".sdb") != 0)
-        vmr_fail("\nERROR: can not copy file \"%s\" to file \"%s.sdb\".\n"
-                 "       Perhaps permission deny ...\n\n",
-                 module.sdb_path, edited.c_str());
-    std::string path = format_text("%s/%s.cmd", RIMWEAVE_OPATH, edited.c_str());
-    module.file = edit_begin_file(path, edited, true);
-    if (module.file == nullptr)
-        vmr_fail("ERROR: can't open command file \"%s\" to update SDB.\n", path.c_str());
+    module.sdb_path = index == 0 ? MODULE_SDB : found_module_file(class_name);
+    copy_module(module.sdb_path, edited);
+    module.file = begin_module_file(edited);
+    // The port warnings of the cell lines are those of a top module.
+    module.file->warns_of_ports = true;
     note_ports(module);
 }
 
 void begin_top() {
     begin_module(0);
     TAP_FP = IO_MODULES[0].file;
-    if (!option(OPT_ADD_TAP)) {
-        free_existing_tap(TAP_FP);
+    if (place_tap(TAP_FP, 0))
+        write_idcode_lines(TAP_FP);
+    else
         warn_of_unwired_ports();
-        return;
-    }
-    edit_add_instance(TAP_FP, TAP_INSTANCE_NAME, TAP_MODULE_NAME);
-    write_idcode_lines(TAP_FP);
 }
 
 /// What the cells need beyond the counters of MULTI_IO_TAB.
@@ -102,8 +88,6 @@ void open_multi_io_modules() {
 }
 
 void emit_multi_io_cells() {
-    // The port warnings of the cell lines are those of a top module.
-    PAD_MODULE_EXIST = 0;
     // Neighbours in the ring may stand in different modules: each module is opened once, for all its cells.
     std::vector<SDB_HANDLE *> designs(IO_MODULES.size());
     for (int32_t index = 0; index < DYNA_count(OPIN_TAB); index++) {

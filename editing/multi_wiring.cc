@@ -38,8 +38,7 @@ void store_counters(int32_t module) {
 
 /// Trees and control wires of one module. In the top module they hang on the TAP's pins, in the others on the
 /// ports of the pins' names.
-void connect_scan_cell_in_cmd_for_multi_io(EDIT_FILE *fp, int32_t module, const std::vector<int32_t> &cells) {
-    PAD_MODULE_EXIST = module != 0 ? 1 : 0;
+void connect_scan_cell_in_cmd_for_multi_io(EDIT_FILE *fp, const std::vector<int32_t> &cells) {
     build_control_trees(fp, false);
     for (int32_t row : cells)
         connect_control_signal(fp, row);
@@ -69,7 +68,7 @@ void connect_scan_cell_for_multi_io() {
             continue;
         load_needs(module);
         built_bus_balance_group_tab_for_control_signal();
-        connect_scan_cell_in_cmd_for_multi_io(PAD_FP, module, cells[module]);
+        connect_scan_cell_in_cmd_for_multi_io(PAD_FP, cells[module]);
         store_counters(module);
     }
     for (int32_t row = 0; row < DYNA_count(SCAN_TAB); row++)

@@ -3,7 +3,6 @@
 #include "description/lookups.hh"
 #include "editing/buffer_trees.hh"
 #include "editing/cell_routines.hh"
-#include "editing/tap_place.hh"
 #include "support/console.hh"
 #include "support/run_state.hh"
 #include "support/text.hh"
@@ -79,7 +78,7 @@ void add_signal_inverter(EDIT_FILE *fp, const WIRED_SIGNAL &signal) {
     const BUFFER_CELL *buffer = inverting_buffer(signal);
     std::string name = inverter_name(signal);
     edit_add_instance(fp, name, TAP_CONTR->inv_buffer);
-    edit_connect(fp, pin_of(name, buffer->input), tap_signal(signal.tap_pin));
+    edit_connect(fp, pin_of(name, buffer->input), tap_signal(fp, signal.tap_pin));
 }
 
 /// Each level of an inverting tree turns the signal over, and in a chain each buffer does.
@@ -117,7 +116,7 @@ void report_leaves(const BUFFER_TREE &tree) {
 }
 
 /// The operand that feeds the next cell of the signal; counts the cell where groups are counted.
-EDIT_OPERAND next_source(const WIRED_SIGNAL &signal) {
+EDIT_OPERAND next_source(const EDIT_FILE *fp, const WIRED_SIGNAL &signal) {
     BUFFER_TREE &tree = *signal.tree;
     WIRE_FORM form = wire_form(tree);
     if (signal.tap_pin == nullptr)
@@ -125,7 +124,7 @@ EDIT_OPERAND next_source(const WIRED_SIGNAL &signal) {
                  JTAG_LIB_FILE == nullptr ? "" : JTAG_LIB_FILE, signal.prefix.c_str());
     if (form == WIRE_DIRECT)
         return signal.active_low ? pin_of(inverter_name(signal), inverting_buffer(signal)->output)
-                                 : tap_signal(signal.tap_pin);
+                                 : tap_signal(fp, signal.tap_pin);
     int32_t number = tree.index + 1;
     tree.cnt++;
     if (tree.index < DYNA_count(tree.group) && tree.cnt == tree.group[tree.index]) {
@@ -144,15 +143,14 @@ void connect_pad_modes(EDIT_FILE *fp, const OPIN_ROW &row) {
         if (pin == nullptr || row.mode_net[i] > 1)
             continue;
         free_pad_mode(fp, row, i);
-        edit_connect(fp, pin_of(row.pad_instance, pin), next_source(control_signal(MODE_SIGNALS[i])));
+        edit_connect(fp, pin_of(row.pad_instance, pin), next_source(fp, control_signal(MODE_SIGNALS[i])));
     }
 }
 
 /// One end of the chain, where it meets the TAP or leaves the module.
 void connect_chain_end(EDIT_FILE *fp, const char *inst, const char *pin, const char *tap_pin,
                        const char *port) {
-    edit_connect(fp, pin_of(inst, pin),
-                 tap_is_beside_cells() ? pin_of(TAP_INSTANCE_NAME, tap_pin) : port_net(port));
+    edit_connect(fp, pin_of(inst, pin), fp->tap != nullptr ? pin_of(fp->tap, tap_pin) : port_net(port));
 }
 
 } // namespace
@@ -188,11 +186,11 @@ void connect_control_signal(EDIT_FILE *fp, int32_t index) {
         const char *pin = row.pins[id];
         if (pin == nullptr || (id == SIG_BCLK && !option(OPT_SYNCH)) || tap_lacks_mode(id))
             continue;
-        edit_connect(fp, pin_of(row.inst, pin), next_source(control_signal(id)));
+        edit_connect(fp, pin_of(row.inst, pin), next_source(fp, control_signal(id)));
     }
     for (int32_t i = 0; i < DYNA_count(row.extra_pins); i++)
         if (row.extra_pins[i] != nullptr)
-            edit_connect(fp, pin_of(row.inst, row.extra_pins[i]), next_source(extra_signal(i)));
+            edit_connect(fp, pin_of(row.inst, row.extra_pins[i]), next_source(fp, extra_signal(i)));
     if (row.mux_row >= 0)
         connect_pad_modes(fp, OPIN_TAB[row.mux_row]);
 }

@@ -14,7 +14,6 @@ MULTI_IO_ROW *MULTI_IO_TAB = nullptr;
 MULTI_IO_NODE MULTI_IO_HIER = {0, nullptr};
 int32_t multi_io_module_flagG = 0;
 int32_t current_multi_io_indexG = -1;
-int32_t PAD_MODULE_EXIST = 0;
 int32_t HIGHZ_CNT = 0;
 const char **BUFFER_REPORT = nullptr;
 const char *BSO_FILE = nullptr;

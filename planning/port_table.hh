@@ -161,7 +161,6 @@ extern MULTI_IO_ROW *MULTI_IO_TAB;      ///< row 0 made by the driver, the rest 
 extern MULTI_IO_NODE MULTI_IO_HIER;     ///< its root is row 0
 extern int32_t multi_io_module_flagG;   ///< 1 when the cells do not all lie in one module
 extern int32_t current_multi_io_indexG; ///< module being emitted, -1 outside that
-extern int32_t PAD_MODULE_EXIST;   ///< 0 when the first cell's pad lies in the top, else 255; set by emission
 extern int32_t HIGHZ_CNT;          ///< planning: outputs on the high-impedance signal whose cell has %HIGHZ
 extern const char **BUFFER_REPORT; ///< table: lines of the buffer report in the order written
 extern const char *BSO_FILE;       ///< name of the boundary order file, null when none was written
