@@ -1,6 +1,6 @@
 #include "editing/added_pads.hh"
 
-#include "editing/open_design.hh"
+#include "planning/open_design.hh"
 #include "planning/validation.hh"
 #include "sdb/sdb.hh"
 #include "support/console.hh"

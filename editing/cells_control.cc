@@ -44,7 +44,7 @@ const BUFFER_CELL *highz_buffer(const OPIN_ROW &row) {
 } // namespace
 
 EDIT_OPERAND enable_source(const OPIN_ROW &row, const char *enable, bool is_oe) {
-    int32_t node = far_end(row.pad_instance, enable, DIR_INPUT);
+    int32_t node = far_end(row.pad_instance, enable, SDB_INPUT);
     if (node < 0)
         fail_no_source(row);
     if (is_oe || is_constant_net(node))

@@ -119,7 +119,7 @@ const char *add_internal_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
     }
     EDIT_OPERAND data_out = pin_of(name, cell->data_out);
     int32_t node =
-        far_end(row.pad_instance, side_pin(row, side), side == SIDE_OUTPUT ? DIR_OUTPUT : DIR_INPUT);
+        far_end(row.pad_instance, side_pin(row, side), side == SIDE_OUTPUT ? SDB_OUTPUT : SDB_INPUT);
     if (node < 0)
         vmr_fail("ERROR: pin '%s' is floating.\n", row.port_name);
     bool at_port = !is_constant_net(node) && is_port_node(node);

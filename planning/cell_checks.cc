@@ -3,6 +3,7 @@
 
 #include "description/lookups.hh"
 #include "planning/cell_roles.hh"
+#include "planning/open_design.hh"
 #include "planning/tap_needs.hh"
 #include "planning/tracing.hh"
 #include "sdb/navigation.hh"
@@ -79,7 +80,7 @@ void check_scan_oe_mode_type(SCAN_CELL &cell, const char *name) {
         vmr_fail("ERROR: can't find SDB file '%s%s.sdb' in default searching path.\n\n", PATH, name);
     if (cell.oe_mode == nullptr)
         return;
-    OTHER_DESIGN cell_design(path);
+    OPEN_DESIGN cell_design(path);
     const char *oe_mode = without_minus(cell.oe_mode);
     int32_t port = SDB_nl_search_port(oe_mode);
     if (port == -1)

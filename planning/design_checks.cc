@@ -3,6 +3,7 @@
 #include "planning/validation.hh"
 
 #include "description/lookups.hh"
+#include "planning/open_design.hh"
 #include "planning/tap_needs.hh"
 #include "planning/tap_state.hh"
 #include "planning/tracing.hh"
@@ -32,7 +33,7 @@ void check_buffer_cell(const char *keyword, const char *name) {
     for (const auto &pin : pins)
         if (pin.pin == nullptr)
             vmr_fail("ERROR: (%s) can't find %s in %s.\n", JTAG_LIB_FILE, pin.keyword, name);
-    OTHER_DESIGN cell(path);
+    OPEN_DESIGN cell(path);
     for (const auto &pin : pins)
         if (SDB_nl_search_port(pin.pin) == -1)
             vmr_fail("ERROR: (%s) %s %s specified in %%BUFFER %s.\n       can't be found in file '%s'.\n",

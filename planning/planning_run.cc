@@ -20,13 +20,12 @@ void release_node(MULTI_IO_NODE &node) {
     release(node.children);
 }
 
-void release_trees() {
-    for (BUFFER_TREE &tree : TREES)
+void release_trees(CONTROL_TREES &trees) {
+    for (BUFFER_TREE &tree : trees.signals)
         release(tree.group);
-    for (BUFFER_TREE &tree : rows(EXTRA_TREES))
+    for (BUFFER_TREE &tree : rows(trees.extras))
         release(tree.group);
-    release(EXTRA_TREES);
-    std::fill(std::begin(TREES), std::end(TREES), BUFFER_TREE{});
+    release(trees.extras);
 }
 
 /// All tables but those of the modules, which are there before the others.
@@ -43,7 +42,6 @@ void release_run_tables() {
     release(SCAN_TAB);
     release(BUFFER_REPORT);
     release(TAP_FLAG.extras);
-    release_trees();
     for (STANDARD_PORT_STATE &port : TAP_PORT)
         port.row = nullptr;
     forget_control_sharing();
@@ -75,6 +73,7 @@ void free_planning_tables() {
     for (MULTI_IO_ROW &row : rows(MULTI_IO_TAB)) {
         release(row.added_ports);
         release(row.added_conns);
+        release_trees(row.trees);
     }
     release(MULTI_IO_TAB);
     release_node(MULTI_IO_HIER);

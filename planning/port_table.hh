@@ -136,13 +136,14 @@ struct ADDED_CONN {
     const char *inst1, *pin1, *inst2, *pin2; ///< a null instance makes its pin a net
 };
 
-/// One row per module on the way from the top to a pad; row 0 is the top.
+/// One row per module on the way from the top to a pad; row 0 is the top. Where all cells lie in one module,
+/// whichever it is, row 0 has the trees.
 struct MULTI_IO_ROW {
     const char *class_name, *inst_name;
     int32_t copy;       ///< how many earlier rows have this class
     int32_t parent;     ///< -1 for row 0
     int32_t cell_count; ///< cells inserted in this module
-    int32_t need[SIGNAL_COUNT], cnt[SIGNAL_COUNT], index[SIGNAL_COUNT];
+    CONTROL_TREES trees;
     ADDED_PORT *added_ports;
     ADDED_CONN *added_conns;
 };

@@ -143,15 +143,6 @@ void close_sdb_file() {
     SDB_clear_current();
 }
 
-OTHER_DESIGN::OTHER_DESIGN(const char *path) : before(sdb) {
-    open_sdb_file(path);
-}
-
-OTHER_DESIGN::~OTHER_DESIGN() {
-    close_sdb_file();
-    SDB_setup(before);
-}
-
 const char *object_class_name(int32_t obj) {
     return obj < 0 ? UNDEFINED : text_or_undefined(SDB_obj_class_name(sdb, obj));
 }

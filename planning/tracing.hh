@@ -8,8 +8,6 @@
 
 #include <cstdint>
 
-/// Direction codes of ports and pins.
-enum DIRECTION : int32_t { DIR_OUTPUT = 0, DIR_BIDIR = 1, DIR_INPUT = 2 };
 /// The name of what has none.
 constexpr const char *UNDEFINED = "*UNDEF*";
 inline const char *text_or_undefined(const char *text) {
@@ -38,18 +36,6 @@ const char *verify_obj_pin_name(int32_t obj, const char *pin_name, int32_t direc
 void open_sdb_file(const char *path);
 /// Closes the current design; none is current afterwards.
 void close_sdb_file();
-/// Another design file, open and current while this lives. The design that was current before is so again
-/// behind it.
-class OTHER_DESIGN {
-  public:
-    explicit OTHER_DESIGN(const char *path);
-    ~OTHER_DESIGN();
-    OTHER_DESIGN(const OTHER_DESIGN &) = delete;
-    OTHER_DESIGN &operator=(const OTHER_DESIGN &) = delete;
-
-  private:
-    SDB_HANDLE *before;
-};
 
 /// Class name of an object as text, "*UNDEF*" for none.
 const char *object_class_name(int32_t obj);
