@@ -3,8 +3,6 @@
 
 #include "description/lookups.hh"
 #include "planning/cell_choice.hh"
-#include "planning/tracing.hh"
-#include "planning/validation.hh"
 #include "sdb/navigation.hh"
 #include "sdb/sdb.hh"
 #include "support/console.hh"

@@ -31,14 +31,6 @@ struct CONNECT_TEXT {
     int32_t width = 0; ///< bits of the selection register seen last
 };
 
-void add_line(CONNECT_TEXT &out, const char *format, ...) __attribute__((format(printf, 2, 3)));
-void add_line(CONNECT_TEXT &out, const char *format, ...) {
-    va_list values;
-    va_start(values, format);
-    out.text += format_list(format, values);
-    va_end(values);
-}
-
 /// A name that was not given prints as nothing.
 const char *shown(const char *text) {
     return text == nullptr ? "" : text;
@@ -107,18 +99,18 @@ bool is_gated(const INSTRUCTION &instruction, int32_t enable) {
 void add_ports(CONNECT_TEXT &out, const INSTRUCTION &instruction, const char *in_keyword,
                const char *out_keyword) {
     std::string name = register_of(instruction);
-    add_line(out, "     %%%s%s_in;\n", in_keyword, name.c_str());
-    add_line(out, "     %%%s%s_out;\n", out_keyword, name.c_str());
+    out.text += format_text("     %%%s%s_in;\n", in_keyword, name.c_str());
+    out.text += format_text("     %%%s%s_out;\n", out_keyword, name.c_str());
 }
 
 void add_instruction(CONNECT_TEXT &out, const INSTRUCTION &instruction, const INSTRUCTION_LINES &lines) {
     if (lines.instruction != nullptr)
-        add_line(out, "     %%%s'%s';\n", lines.instruction, opcode(instruction));
+        out.text += format_text("     %%%s'%s';\n", lines.instruction, opcode(instruction));
     if (lines.in != nullptr)
         add_ports(out, instruction, lines.in, lines.out);
     for (int32_t i = 0; i < DYNA_count(instruction.enable_pins); i++)
         if (is_gated(instruction, i) == (lines.wanted == GATED_ENABLES))
-            add_line(out, "     %%%s%s;\n", lines.enable, shown(instruction.enable_pins[i]));
+            out.text += format_text("     %%%s%s;\n", lines.enable, shown(instruction.enable_pins[i]));
 }
 
 /// The same for each instruction of that name.
@@ -130,8 +122,8 @@ void add_instructions(CONNECT_TEXT &out, const char *name, const INSTRUCTION_LIN
 /// The enables of a block's own instruction, in table order.
 void add_block_enables(CONNECT_TEXT &out, const INSTRUCTION &instruction) {
     for (int32_t i = 0; i < DYNA_count(instruction.enable_pins); i++)
-        add_line(out, "     %%%s    %s;\n", is_gated(instruction, i) ? "BIST_RESULT_EN" : "BIST_EN",
-                 shown(instruction.enable_pins[i]));
+        out.text += format_text("     %%%s    %s;\n", is_gated(instruction, i) ? "BIST_RESULT_EN" : "BIST_EN",
+                                shown(instruction.enable_pins[i]));
 }
 
 /// A line of several values; none without values.
@@ -172,20 +164,20 @@ void add_tests(CONNECT_TEXT &out, const char *const *tests) {
 
 /// The TAP's clock under the keyword.
 void add_clock(CONNECT_TEXT &out, const char *keyword) {
-    add_line(out, "     %%%s    %s;\n", keyword, shown(TAP_PORT[PORT_TCK].tap_pin));
+    out.text += format_text("     %%%s    %s;\n", keyword, shown(TAP_PORT[PORT_TCK].tap_pin));
 }
 
 void add_memory_block(CONNECT_TEXT &out, const MBIST_ENTRY &entry, const INSTRUCTION &own) {
     out.text += "%MEMORY_BIST\n{\n";
-    add_line(out, "     %%INST_NAME    %s;\n", shown(own.name));
-    add_line(out, "     %%INSTRUCTION '%s';\n", opcode(own));
+    out.text += format_text("     %%INST_NAME    %s;\n", shown(own.name));
+    out.text += format_text("     %%INSTRUCTION '%s';\n", opcode(own));
     add_block_enables(out, own);
     add_clock(out, "BCLK");
     add_ports(out, own, "TDI    ", "TDO    ");
     add_instructions(out, entry.sel_instruction, MEMORY_SELECTION);
     add_order(out, entry.ctrl_order);
     if (entry.cnt_file != nullptr)
-        add_line(out, "     %%CNT_FILE    \"%s\";\n", entry.cnt_file);
+        out.text += format_text("     %%CNT_FILE    \"%s\";\n", entry.cnt_file);
     out.text += "}\n";
 }
 
@@ -229,8 +221,8 @@ void add_replace_block(CONNECT_TEXT &out, const LBIST_ENTRY &entry, bool ocd, co
         console_fail("ERROR: Please specify the %%INSTANCE_NAME of the core %s %%LOGIC_BIST.\n", preposition);
     scan_interface(entry.dft_file, 0, "hier_dft");
     out.text += "     %REPLACE\n      {\n";
-    add_line(out, "       %s => TOP_Lb_%s%s;\n", entry.instance_name, shown(DFT_OBJECT->top_module),
-             ocd ? "_OCD" : "");
+    out.text += format_text("       %s => TOP_Lb_%s%s;\n", entry.instance_name, shown(DFT_OBJECT->top_module),
+                            ocd ? "_OCD" : "");
     REPLACE_TEXT replaced = {out.text, entry.instance_name};
     rwv_replace_lbist_module(replaced, nullptr, ocd);
     out.text += "      }\n";
@@ -257,9 +249,9 @@ void add_logic_selection(CONNECT_TEXT &out, const LBIST_ENTRY &entry, const INST
 void add_logic_block(CONNECT_TEXT &out, const LBIST_ENTRY &entry, const INSTRUCTION &own, bool &diag) {
     diag = diag || DYNA_count(entry.diag_instructions) > 0;
     out.text += "%LOGIC_BIST\n{\n";
-    add_line(out, "     %%INST_NAME    %s;\n", shown(own.name));
+    out.text += format_text("     %%INST_NAME    %s;\n", shown(own.name));
     if (entry.scan_instruction == nullptr)
-        add_line(out, "     %%SCAN_INSTRUCTION    '%s';\n", opcode(own));
+        out.text += format_text("     %%SCAN_INSTRUCTION    '%s';\n", opcode(own));
     if (diag)
         add_instruction(out, own, {nullptr, nullptr, nullptr, PLAIN_ENABLES, "DIAG_EN    "});
     else
@@ -269,7 +261,7 @@ void add_logic_block(CONNECT_TEXT &out, const LBIST_ENTRY &entry, const INSTRUCT
         add_ports(out, own, "TDI    ", "TDO    ");
     add_order(out, entry.ctrl_order);
     add_count_files(out, entry.cnt_files);
-    add_line(out, "     %%SHIFT_DR    %s;\n", shown(TAP_PIN[SIG_SHIFT]));
+    out.text += format_text("     %%SHIFT_DR    %s;\n", shown(TAP_PIN[SIG_SHIFT]));
     add_logic_groups(out, entry, diag);
     add_clock(out, "GCLK");
     add_logic_selection(out, entry, LOGIC_SELECTION);
@@ -301,10 +293,10 @@ void add_diagnosis_blocks(CONNECT_TEXT &out, const LBIST_ENTRY &entry) {
         std::vector<const INSTRUCTION *> found = instructions_named(name);
         if (found.empty())
             console_fail("ERROR: Can not find the instruction '%s' in %%DIAG_INSTRUCTION.\n", name);
-        add_line(out, "\n%%LBIST_DIAG  %s\n{\n", shown(found[0]->name));
+        out.text += format_text("\n%%LBIST_DIAG  %s\n{\n", shown(found[0]->name));
         add_instruction(out, *found[0], DIAGNOSIS_ALONE);
         if (entry.diag_cnt_files[i] != nullptr)
-            add_line(out, "     %%CNT_FILE      \"%s\";\n", entry.diag_cnt_files[i]);
+            out.text += format_text("     %%CNT_FILE      \"%s\";\n", entry.diag_cnt_files[i]);
         out.text += "}\n";
     }
 }
@@ -313,7 +305,7 @@ void add_logic_block_alone(CONNECT_TEXT &out, const LBIST_ENTRY &entry) {
     out.text += "%LOGIC_BIST\n{\n";
     add_instructions(out, entry.lbist_instruction, LOGIC_ALONE);
     add_count_files(out, entry.cnt_files);
-    add_line(out, "     %%SHIFT_DR    %s;\n", shown(TAP_PIN[SIG_SHIFT]));
+    out.text += format_text("     %%SHIFT_DR    %s;\n", shown(TAP_PIN[SIG_SHIFT]));
     add_clock(out, "BCLK");
     add_clock(out, "GCLK");
     add_order(out, entry.ctrl_order);
@@ -330,7 +322,7 @@ void add_logic_block_alone(CONNECT_TEXT &out, const LBIST_ENTRY &entry) {
 CONNECT_TEXT start_file() {
     const char *instance = org_tap_instance_nameG != nullptr ? org_tap_instance_nameG : TAP_INSTANCE_NAME;
     CONNECT_TEXT out;
-    add_line(out, "%%TAP_INSTANCE    %s.%s;\n", shown(TOP_MODULE), shown(instance));
+    out.text += format_text("%%TAP_INSTANCE    %s.%s;\n", shown(TOP_MODULE), shown(instance));
     return out;
 }
 

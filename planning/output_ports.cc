@@ -3,8 +3,6 @@
 
 #include "description/lookups.hh"
 #include "planning/cell_choice.hh"
-#include "planning/tracing.hh"
-#include "planning/validation.hh"
 #include "support/console.hh"
 #include "support/run_state.hh"
 #include "support/text.hh"
