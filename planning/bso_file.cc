@@ -49,9 +49,10 @@ bool shows_order(const OPIN_ROW &row) {
            (row.scan_cell != nullptr && order < DYNA_count(SCAN_TAB) && order >= 0);
 }
 
-// The inserted cells; of a row that got none, the cell that the pin file wanted for it.
+// The inserted cells; of a row that got none, the cell that the pin file wanted for it and that it did not
+// take.
 const char *cell_names(const OPIN_ROW &row) {
-    if (row.scan_cell != nullptr || row.scan_cell_name != nullptr)
+    if (row.is_named || row.scan_cell_name != nullptr)
         return row.scan_cell_name;
     return PIN_TABLE[row.pin_index]->bsc_name;
 }

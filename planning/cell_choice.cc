@@ -14,7 +14,9 @@ CHOSEN_CELL checked_cell(const char *name, CELL_COUNTER role) {
 
 CHOSEN_CELL named_cell(const OPIN_ROW &row, CELL_COUNTER role) {
     const char *name = PIN_TABLE[row.pin_index]->bsc_name;
-    return name != nullptr ? checked_cell(name, role) : CHOSEN_CELL{nullptr, role};
+    CHOSEN_CELL chosen = name != nullptr ? checked_cell(name, role) : CHOSEN_CELL{nullptr, role};
+    chosen.is_named = name != nullptr;
+    return chosen;
 }
 
 CHOSEN_CELL declared_cell(CELL_COUNTER role) {
@@ -43,6 +45,7 @@ void take_cell(OPIN_ROW &row, int32_t kind, const CHOSEN_CELL &chosen) {
     row.kind = kind;
     row.scan_cell = chosen.cell;
     row.counter = chosen.counter;
+    row.is_named = chosen.is_named;
 }
 
 void take_pair(OPIN_ROW &row, int32_t kind, const CHOSEN_CELL &output, const CHOSEN_CELL &input) {

@@ -56,6 +56,7 @@ enum CELL_COUNTER : int32_t {
 struct CHOSEN_CELL {
     SCAN_CELL *cell; ///< null for none
     CELL_COUNTER counter;
+    bool is_named = false; ///< the pin file names it
 };
 
 /// What the pin file and the design say of a port. Written when the row is made and while its pad is traced.
@@ -83,8 +84,9 @@ struct PORT_FACTS {
 /// What the classification decides for a port. It has a cell exactly when `scan_cell` is set.
 struct PORT_CHOICE {
     int32_t kind;           ///< CELL_KIND
-    SCAN_CELL *scan_cell;   ///< the chosen cell, or null; set with `kind` and `counter` by take_cell
+    SCAN_CELL *scan_cell;   ///< the chosen cell, or null; written by take_cell alone
     CELL_COUNTER counter;   ///< what scan_cell counts as
+    bool is_named;          ///< scan_cell is the one that the pin file names
     CHOSEN_CELL input_cell; ///< of a pair, whose output cell is scan_cell; else none
     int32_t control;        ///< 0 none, above 0 CONTROL_TAB index plus one, -1 the high-impedance signal
     int32_t oe_control;     ///< the same for CONTROL_OE_TAB
