@@ -1,6 +1,6 @@
 #include "editing/added_pads.hh"
 
-#include "planning/tracing.hh"
+#include "planning/open_design.hh"
 #include "planning/validation.hh"
 #include "sdb/sdb.hh"
 #include "support/console.hh"
@@ -28,12 +28,9 @@ std::vector<PAD_PIN> pins_of_cell(const char *cell) {
     const char *path = FNM_find_input(std::string(PATH) + cell + ".sdb");
     if (path == nullptr)
         return pins;
-    SDB_HANDLE *design = sdb;
-    open_sdb_file(path);
+    OPEN_DESIGN pad(path);
     for (int32_t port = 0; port < port_count; ++port)
         pins.push_back({SYM_get(sym_tab, port_tab[port].name), false});
-    close_sdb_file();
-    SDB_setup(design);
     return pins;
 }
 

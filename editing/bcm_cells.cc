@@ -51,7 +51,7 @@ void make_input_clock_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
         return;
     name_row(row, index);
     int32_t node = far_end_of_side(row, SIDE_OUTPUT, PAD_WORD_INPUT);
-    EDIT_OPERAND far = far_operand_with_warning(row, node);
+    EDIT_OPERAND far = far_operand_with_warning(fp, row, node);
     // The wire from a pad straight to a port stays as it is.
     if (is_port_far_end(node))
         return;
@@ -73,7 +73,7 @@ void make_output_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
     if (is_inside_pad(row, name))
         return;
     int32_t node = far_end_of_side(row, SIDE_INPUT, PAD_WORD_INPUT);
-    EDIT_OPERAND far = far_operand_with_warning(row, node);
+    EDIT_OPERAND far = far_operand_with_warning(fp, row, node);
     if (is_port_far_end(node))
         return;
     take_bcm_name(name);

@@ -1,7 +1,7 @@
 #include "editing/buffer_trees.hh"
 
-#include "editing/tap_place.hh"
 #include "planning/balance_groups.hh"
+#include "planning/tap_state.hh"
 #include "support/console.hh"
 #include "support/run_state.hh"
 #include "support/text.hh"
@@ -23,10 +23,10 @@ void report_head(const BUFFER_CELL *buffer, const char *tap_pin) {
 /// second.
 void connect_to_tap(EDIT_FILE *fp, const std::string &first, const BUFFER_CELL *buffer, const char *tap_pin) {
     EDIT_OPERAND input = pin_of(first, buffer->input);
-    if (tap_is_beside_cells())
-        edit_connect(fp, tap_signal(tap_pin), input);
+    if (fp->tap != nullptr)
+        edit_connect(fp, tap_signal(fp, tap_pin), input);
     else
-        edit_connect(fp, input, tap_signal(tap_pin));
+        edit_connect(fp, input, tap_signal(fp, tap_pin));
 }
 
 } // namespace

@@ -38,7 +38,7 @@ void set_order_to_last(int32_t row);
 /// Warns of a pad whose far end on the core's side is a port.
 void warn_of_port_at_pad(const OPIN_ROW &row, int32_t node);
 /// The far end of pad pin or internal pin as an operand. A port there that belongs to the chip is warned of.
-EDIT_OPERAND far_operand_with_warning(const OPIN_ROW &row, int32_t node);
+EDIT_OPERAND far_operand_with_warning(const EDIT_FILE *fp, const OPIN_ROW &row, int32_t node);
 /// Joins the cell's data pin to the pad pin, through an inverter when the row is inverted.
 void connect_data_in(EDIT_FILE *fp, OPIN_ROW &row, const char *name, const char *data_in);
 

@@ -90,9 +90,8 @@ void warn_of_port_at_pad(const OPIN_ROW &row, int32_t node) {
                    node_pin_name(node));
 }
 
-EDIT_OPERAND far_operand_with_warning(const OPIN_ROW &row, int32_t node) {
-    // A port of a module below the top is the way to the core.
-    if (PAD_MODULE_EXIST == 0)
+EDIT_OPERAND far_operand_with_warning(const EDIT_FILE *fp, const OPIN_ROW &row, int32_t node) {
+    if (fp->warns_of_ports)
         warn_of_port_at_pad(row, node);
     return node_operand(node);
 }

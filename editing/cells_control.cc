@@ -5,7 +5,6 @@
 // buffer that several pads share in the same way.
 #include "description/lookups.hh"
 #include "editing/cell_routines.hh"
-#include "editing/tap_place.hh"
 #include "planning/cell_choice.hh"
 #include "planning/planning.hh"
 #include "planning/tap_state.hh"
@@ -45,7 +44,7 @@ const BUFFER_CELL *highz_buffer(const OPIN_ROW &row) {
 } // namespace
 
 EDIT_OPERAND enable_source(const OPIN_ROW &row, const char *enable, bool is_oe) {
-    int32_t node = far_end(row.pad_instance, enable, DIR_INPUT);
+    int32_t node = far_end(row.pad_instance, enable, SDB_INPUT);
     if (node < 0)
         fail_no_source(row);
     if (is_oe || is_constant_net(node))
@@ -96,7 +95,7 @@ void drive_by_highz(EDIT_FILE *fp, OPIN_ROW &row, const char *enable) {
     // With pads in several modules, a module below the top has no port for the signal yet: the wiring step
     // adds it and joins the buffer.
     if (is_new && current_multi_io_indexG <= 0)
-        edit_connect(fp, pin_of(name, buffer->input), tap_signal(TAP_HIZ_PIN));
+        edit_connect(fp, pin_of(name, buffer->input), tap_signal(fp, TAP_HIZ_PIN));
 }
 
 namespace {

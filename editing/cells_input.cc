@@ -15,7 +15,7 @@ void add_behind_pad(EDIT_FILE *fp, OPIN_ROW &row, const char *name) {
         EDIT_OPERAND data_out = pin_of(name, row.scan_cell->data_out);
         int32_t node = far_end_of_side(row, SIDE_OUTPUT, PAD_WORD_INPUT);
         cut_pin(fp, row.pad_instance, row.pad_output, data_out);
-        edit_connect(fp, data_out, far_operand_with_warning(row, node));
+        edit_connect(fp, data_out, far_operand_with_warning(fp, row, node));
     }
     connect_data_in(fp, row, name, row.scan_cell->data_in);
     end_side(row, SIDE_OUTPUT, saved);

@@ -119,13 +119,13 @@ const char *add_internal_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
     }
     EDIT_OPERAND data_out = pin_of(name, cell->data_out);
     int32_t node =
-        far_end(row.pad_instance, side_pin(row, side), side == SIDE_OUTPUT ? DIR_OUTPUT : DIR_INPUT);
+        far_end(row.pad_instance, side_pin(row, side), side == SIDE_OUTPUT ? SDB_OUTPUT : SDB_INPUT);
     if (node < 0)
         vmr_fail("ERROR: pin '%s' is floating.\n", row.port_name);
     bool at_port = !is_constant_net(node) && is_port_node(node);
     EDIT_OPERAND far = node_operand(node);
     cut_pin(fp, row.pad_instance, side_pin(row, side), side == SIDE_OUTPUT ? data_out : data_in);
-    if (at_port && PAD_MODULE_EXIST == 0)
+    if (at_port && fp->warns_of_ports)
         vmr_printf("WARNING:  '%s' connect to %s port '%s' directly.\n\n", row.port_name,
                    side == SIDE_OUTPUT ? "output" : "input", node_pin_name(node));
     if (side == SIDE_OUTPUT) {

@@ -61,6 +61,10 @@ EDIT_OPERAND free_net() {
     return {EDIT_OPERAND::NET, "", "X_NET"};
 }
 
+EDIT_OPERAND tap_signal(const EDIT_FILE *file, const char *pin) {
+    return file->tap != nullptr ? pin_of(file->tap, pin) : port_net(pin);
+}
+
 std::string operand_text(const EDIT_OPERAND &operand) {
     if (operand.kind == EDIT_OPERAND::PIN)
         return operand.instance + "{" + operand.name + "}";

@@ -44,11 +44,22 @@ enum EDIT_BLANKS {
     EDIT_WIDE_SECOND,    ///< "connect a  b": others of them
 };
 
-/// One edit command file that is being written.
+/// One edit command file that is being written, and what is to be known of the module that it edits. The
+/// layout that begins the file sets the latter.
 struct EDIT_FILE {
     std::string path; ///< where it goes, "./rimweave_lib/chip_jtag.cmd"
     std::string text; ///< the lines so far
+    /// The instance in this module that is the TAP or leads to it. Null where there is none: the TAP's
+    /// signals then come in by ports that have the names of its pins.
+    const char *tap = nullptr;
+    bool holds_cells = false; ///< cells are written into this file
+    /// A pad that stands on a port directly is warned of. In a module below the top, a port is the way to the
+    /// core.
+    bool warns_of_ports = false;
 };
+
+/// The TAP's signal in the module: the TAP's pin, or the port that carries it in.
+EDIT_OPERAND tap_signal(const EDIT_FILE *file, const char *pin);
 
 extern EDIT_FILE *TAP_FP; ///< the top module's file; set by open_and_modify_top_sdb, null when none is open
 extern EDIT_FILE *PAD_FP; ///< the file of the level in work; set by open_and_modify_hierarchy_sdb

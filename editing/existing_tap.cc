@@ -1,5 +1,6 @@
 #include "editing/existing_tap.hh"
 
+#include "editing/tap_hierarchy.hh"
 #include "editing/tap_top.hh"
 #include "planning/tracing.hh"
 #include "planning/validation.hh"
@@ -13,17 +14,12 @@ constexpr STANDARD_PORT PORT_ORDER[] = {PORT_TDI, PORT_TMS, PORT_TCK, PORT_TDO, 
 
 void free_pin(EDIT_FILE *fp, int32_t net, const char *pin) {
     if (pin != nullptr && is_constant_net(net))
-        edit_disconnect(fp, pin_of(TAP_INSTANCE_NAME, pin));
-}
-
-void lift(EDIT_FILE *fp, const char *inst, const char *pin, EDIT_PORT direction) {
-    add_new_port(fp, pin, direction);
-    edit_connect(fp, pin_of(inst, pin), port_net(pin));
+        edit_disconnect(fp, pin_of(fp->tap, pin));
 }
 
 bool run_wires_port(STANDARD_PORT port) {
     // Without a pad module, and with several, the wires of the standard ports are the design's own affair.
-    return PAD_MODULE_EXIST != 0 && port_is_used(port) && TAP_PORT[port].row != nullptr &&
+    return path_of_pads().levels > 0 && port_is_used(port) && TAP_PORT[port].row != nullptr &&
            !design_wires_port(port);
 }
 
@@ -34,8 +30,8 @@ void free_standard_pin(EDIT_FILE *fp, STANDARD_PORT port) {
         return;
     vmr_printf("WARNING: Pin '%s' of TAP '%s' was connected to %s.\n"
                "         '%s' will be disconnected.\n",
-               state.tap_pin, TAP_INSTANCE_NAME, state.tap_constant == 0 ? "GND" : "VCC", state.tap_pin);
-    edit_disconnect(fp, pin_of(TAP_INSTANCE_NAME, state.tap_pin));
+               state.tap_pin, fp->tap, state.tap_constant == 0 ? "GND" : "VCC", state.tap_pin);
+    edit_disconnect(fp, pin_of(fp->tap, state.tap_pin));
 }
 
 } // namespace
@@ -71,14 +67,14 @@ void free_existing_tap(EDIT_FILE *fp) {
     free_pin(fp, TAP_FLAG.last_bcell, TAP_CONTR->last_bcell);
 }
 
-void lift_existing_tap_ports(EDIT_FILE *fp, const char *inst) {
+void lift_existing_tap_ports(EDIT_FILE *fp) {
     for (STANDARD_PORT port : PORT_ORDER)
         if (run_wires_port(port))
-            lift(fp, inst, TAP_PORT[port].tap_pin, port == PORT_TDO ? EDIT_OUTPUT : EDIT_INPUT);
+            lift_tap_pin(fp, TAP_PORT[port].tap_pin, port == PORT_TDO ? EDIT_OUTPUT : EDIT_INPUT);
     for (const char *pin : crossing_signals())
-        lift(fp, inst, pin, EDIT_OUTPUT);
+        lift_tap_pin(fp, pin, EDIT_OUTPUT);
     if (option(OPT_SYNCH))
-        lift(fp, inst, BCELL_TCK, EDIT_OUTPUT);
-    lift(fp, inst, TAP_CONTR->first_bcell, EDIT_OUTPUT);
-    lift(fp, inst, TAP_CONTR->last_bcell, EDIT_INPUT);
+        lift_tap_pin(fp, BCELL_TCK, EDIT_OUTPUT);
+    lift_tap_pin(fp, TAP_CONTR->first_bcell, EDIT_OUTPUT);
+    lift_tap_pin(fp, TAP_CONTR->last_bcell, EDIT_INPUT);
 }

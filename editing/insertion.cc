@@ -11,7 +11,6 @@
 #include "editing/pad_levels.hh"
 #include "editing/pad_sides.hh"
 #include "editing/tap_hierarchy.hh"
-#include "editing/tap_place.hh"
 #include "editing/tap_top.hh"
 #include "editing/tool_runs.hh"
 #include "editing/wiring.hh"
@@ -33,37 +32,18 @@ void write_cells(EDIT_FILE *fp, int32_t first) {
 }
 
 /// The cells' pads stand in the top module.
-void emit_in_top(int32_t first) {
-    PAD_MODULE_EXIST = 0;
-    if (rwv_hier_tap_ctrlG != 0) {
-        rwv_hier_find_tap_instance();
-        rwv_hier_replace_tap_instance(0);
-    }
+void emit_in_top(const PAD_PATH &pads, int32_t first) {
     open_sdb_file(MODULE_SDB);
-    open_and_modify_top_sdb();
+    open_and_modify_top_sdb(pads);
     write_cells(TAP_FP, first);
     rwv_do_connection_table(TAP_FP);
     close_sdb_file();
 }
 
 /// The cells' pads stand in a module below the top.
-void emit_in_pad_module(int32_t first) {
-    PAD_MODULE_EXIST = 255;
-    if (rwv_hier_tap_ctrlG != 0) {
-        rwv_hier_find_tap_instance();
-        rwv_check_hier_inst_tap_iopad(first);
-        int32_t beside = rwv_hier_same_instance_tapG + 1;
-        // Modules of the TAP path below the shared part get files of their own, which are carried out at
-        // once.
-        if (beside < DYNA_count(rwv_hier_tap_ctrl_name_tabG) - 1)
-            rwv_hier_replace_tap_instance(beside);
-        if (rwv_hier_same_instance_tapG >= 0)
-            TAP_INSTANCE_NAME = rwv_hier_tap_ctrl_name_tabG[0].inst;
-    }
-    open_and_modify_top_sdb();
-    bs_search_standard_ports(first);
-    replace_cell_in_top(first);
-    open_sdb_file(write_pad_levels(first));
+void emit_in_pad_module(const PAD_PATH &pads, int32_t first) {
+    open_and_modify_top_sdb(pads);
+    open_sdb_file(write_pad_levels(pads));
     write_cells(PAD_FP, first);
     close_sdb_file();
 }
@@ -101,11 +81,10 @@ void add_scan_cell() {
         return;
     }
     vmr_printf(" - Synthesizing Boundary Registers in gate level ...\n\n");
-    int32_t first = first_row_with_cells();
-    if (DYNA_count(OPIN_TAB[first].hier_classes) == 0)
-        emit_in_top(first);
-    else
-        emit_in_pad_module(first);
+    PAD_PATH pads = path_of_pads();
+    edit_tap_path(pads);
+    begin_routes(pads.levels);
+    (pads.levels == 0 ? emit_in_top : emit_in_pad_module)(pads, first_row_with_cells());
     print_bso_file();
 }
 
@@ -122,8 +101,8 @@ void add_boundary_scan_chain() {
         hier_do_kalmedit(0, MULTI_IO_HIER.children);
         print_closing_lines();
     } else {
-        built_bus_balance_group_tab_for_control_signal();
-        connect_scan_cell_in_cmd(PAD_MODULE_EXIST != 0 ? PAD_FP : TAP_FP);
+        built_bus_balance_group_tab_for_control_signal(MULTI_IO_TAB[0].trees);
+        connect_scan_cell_in_cmd(PAD_FP != nullptr ? PAD_FP : TAP_FP);
         warn_of_open_pad_pins();
         do_kalmedit();
     }
@@ -136,9 +115,9 @@ void add_boundary_scan_module() {
     check_cells_exist();
     check_bcm_design();
     vmr_printf(" - Synthesizing Boundary Registers in gate level ...\n\n");
-    PAD_MODULE_EXIST = 0;
     open_sdb_file(MODULE_SDB);
     reset_emission();
+    begin_routes(0);
     make_top_sdb();
     begin_bcm_cells();
     for (int32_t row = first_row_with_cells(); row < DYNA_count(OPIN_TAB); row++)

@@ -77,11 +77,11 @@ const char *inst_of(int32_t module) {
 void connect_end(int32_t index, const CHAIN_PIN &which, const char *tap_pin, EDIT_FILE *fp) {
     const SCAN_ROW &row = SCAN_TAB[index];
     if (row.io_module == 0) {
-        record_connection(0, TAP_INSTANCE_NAME, tap_pin, row.inst, row.*which.pin);
+        record_connection(0, TAP_FP->tap, tap_pin, row.inst, row.*which.pin);
         return;
     }
     int32_t child = make_port_up_to(index, which, fp, 0);
-    record_connection(0, inst_of(child), chain_port_name(index, which), TAP_INSTANCE_NAME, tap_pin);
+    record_connection(0, inst_of(child), chain_port_name(index, which), TAP_FP->tap, tap_pin);
 }
 
 void connect_tdi(int32_t index, EDIT_FILE *fp) {

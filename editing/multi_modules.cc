@@ -2,9 +2,11 @@
 
 #include "editing/cells.hh"
 #include "editing/existing_tap.hh"
+#include "editing/module_copies.hh"
 #include "editing/pad_sides.hh"
-#include "editing/tap_place.hh"
+#include "editing/tap_hierarchy.hh"
 #include "editing/tap_top.hh"
+#include "planning/open_design.hh"
 #include "planning/tracing.hh"
 #include "sdb/sdb.hh"
 #include "support/console.hh"
@@ -17,72 +19,48 @@ std::vector<IO_MODULE> IO_MODULES;
 
 namespace {
 
-const char *find_module(const char *class_name) {
-    std::string file = format_text("%s.sdb", class_name);
-    const char *found = find_design_file(file);
-    if (found == nullptr)
-        console_fail("ERROR: Can not find \"%s\" file.\n\n", file.c_str());
-    return keep_text(found);
-}
-
 void note_ports(IO_MODULE &module) {
-    open_sdb_file(module.sdb_path);
+    OPEN_DESIGN design(module.sdb_path);
     for (int32_t port = 0; port < port_count; port++)
         if (const char *name = SYM_get(sym_tab, port_tab[port].name); name != nullptr)
             module.ports.insert(name);
-    close_sdb_file();
 }
 
 void begin_module(int32_t index) {
     IO_MODULE &module = IO_MODULES[index];
     const char *class_name = MULTI_IO_TAB[index].class_name;
     std::string edited = edited_module_name(index);
-    module.sdb_path = index == 0 ? MODULE_SDB : find_module(class_name);
-    if (copy_file(module.sdb_path, edited + ".sdb") != 0)
-        vmr_fail("\nERROR: can not copy file \"%s\" to file \"%s.sdb\".\n"
-                 "       Perhaps permission deny ...\n\n",
-                 module.sdb_path, edited.c_str());
-    std::string path = format_text("%s/%s.cmd", RIMWEAVE_OPATH, edited.c_str());
-    module.file = edit_begin_file(path, edited, true);
-    if (module.file == nullptr)
-        vmr_fail("ERROR: can't open command file \"%s\" to update SDB.\n", path.c_str());
+    module.sdb_path = index == 0 ? MODULE_SDB : found_module_file(class_name);
+    copy_module(module.sdb_path, edited);
+    module.file = begin_module_file(edited);
+    // The port warnings of the cell lines are those of a top module.
+    module.file->warns_of_ports = true;
     note_ports(module);
 }
 
 void begin_top() {
     begin_module(0);
     TAP_FP = IO_MODULES[0].file;
-    if (!option(OPT_ADD_TAP)) {
-        free_existing_tap(TAP_FP);
+    if (place_tap(TAP_FP, 0))
+        write_idcode_lines(TAP_FP);
+    else
         warn_of_unwired_ports();
-        return;
-    }
-    edit_add_instance(TAP_FP, TAP_INSTANCE_NAME, TAP_MODULE_NAME);
-    write_idcode_lines(TAP_FP);
 }
 
-/// What the cells need beyond the counters of MULTI_IO_TAB.
-void count_further_needs() {
-    for (const SCAN_ROW &row : rows(SCAN_TAB)) {
-        std::vector<int32_t> &need = IO_MODULES[row.io_module].extra_need;
-        need.resize(std::max<size_t>(need.size(), DYNA_count(row.extra_pins)));
-        for (int32_t i = 0; i < DYNA_count(row.extra_pins); i++)
-            need[i] += row.extra_pins[i] != nullptr ? 1 : 0;
-    }
+void note_highz_buffers() {
     for (const auto &[module, group] : emission.highz_buffers)
         IO_MODULES[std::max(module, 0)].highz_buffer = true;
 }
 
 void add_needs_of_child(int32_t parent, int32_t child) {
-    MULTI_IO_ROW &to = MULTI_IO_TAB[parent];
-    const MULTI_IO_ROW &from = MULTI_IO_TAB[child];
+    CONTROL_TREES &to = MULTI_IO_TAB[parent].trees;
+    const CONTROL_TREES &from = MULTI_IO_TAB[child].trees;
     for (int32_t signal = 0; signal < SIGNAL_COUNT; signal++)
-        to.need[signal] += from.need[signal] > 0 ? 1 : 0;
-    std::vector<int32_t> &extra = IO_MODULES[parent].extra_need;
-    const std::vector<int32_t> &extra_of_child = IO_MODULES[child].extra_need;
-    extra.resize(std::max(extra.size(), extra_of_child.size()));
-    for (size_t i = 0; i < extra_of_child.size(); i++)
-        extra[i] += extra_of_child[i] > 0 ? 1 : 0;
+        to.signals[signal].need += from.signals[signal].need > 0 ? 1 : 0;
+    while (DYNA_count(to.extras) < DYNA_count(from.extras))
+        append_row(to.extras);
+    for (int32_t i = 0; i < DYNA_count(from.extras); i++)
+        to.extras[i].need += from.extras[i].need > 0 ? 1 : 0;
     IO_MODULES[parent].highz_buffer |= IO_MODULES[child].highz_buffer;
 }
 
@@ -102,8 +80,6 @@ void open_multi_io_modules() {
 }
 
 void emit_multi_io_cells() {
-    // The port warnings of the cell lines are those of a top module.
-    PAD_MODULE_EXIST = 0;
     // Neighbours in the ring may stand in different modules: each module is opened once, for all its cells.
     std::vector<SDB_HANDLE *> designs(IO_MODULES.size());
     for (int32_t index = 0; index < DYNA_count(OPIN_TAB); index++) {
@@ -124,7 +100,7 @@ void emit_multi_io_cells() {
     for (SDB_HANDLE *design : designs)
         SDB_close(design, 0);
     SDB_clear_current();
-    count_further_needs();
+    note_highz_buffers();
 }
 
 void set_hier_common_net(int32_t index, const MULTI_IO_NODE *children) {
@@ -136,20 +112,19 @@ void set_hier_common_net(int32_t index, const MULTI_IO_NODE *children) {
 }
 
 std::vector<const char *> signals_into_module(int32_t module) {
-    const MULTI_IO_ROW &row = MULTI_IO_TAB[module];
+    const CONTROL_TREES &trees = MULTI_IO_TAB[module].trees;
     std::vector<const char *> names;
     auto add = [&names](const char *name) { add_crossing_pin(names, name); };
     for (int32_t signal = 0; signal < SIG_BCLK; signal++) {
-        if (row.need[signal] > 0)
+        if (trees.signals[signal].need > 0)
             add(TAP_PIN[signal]);
         if (signal == SIG_HIGHZ && IO_MODULES[module].highz_buffer)
             add(TAP_HIZ_PIN);
     }
-    if (row.need[SIG_BCLK] > 0 && option(OPT_SYNCH))
+    if (trees.signals[SIG_BCLK].need > 0 && option(OPT_SYNCH))
         add(BCELL_TCK);
-    const std::vector<int32_t> &extra = IO_MODULES[module].extra_need;
-    for (int32_t i = 0; i < DYNA_count(TAP_EXTRA_PIN) && i < static_cast<int32_t>(extra.size()); i++)
-        if (extra[i] > 0)
+    for (int32_t i = 0; i < DYNA_count(TAP_EXTRA_PIN) && i < DYNA_count(trees.extras); i++)
+        if (trees.extras[i].need > 0)
             add(TAP_EXTRA_PIN[i]);
     return names;
 }

@@ -7,11 +7,11 @@
 
 namespace {
 
-void replace_child(EDIT_FILE *fp, int32_t parent, int32_t child) {
+void replace_child(EDIT_FILE *fp, int32_t child) {
     const char *inst = MULTI_IO_TAB[child].inst_name;
     edit_replace(fp, inst, edited_module_name(child));
     for (const char *pin : signals_into_module(child))
-        edit_connect(fp, pin_of(inst, pin), parent == 0 ? pin_of(TAP_INSTANCE_NAME, pin) : port_net(pin));
+        edit_connect(fp, pin_of(inst, pin), tap_signal(fp, pin));
 }
 
 EDIT_OPERAND side_of(const char *inst, const char *pin) {
@@ -34,7 +34,7 @@ void hier_replace_io_module(int32_t index, const MULTI_IO_NODE *children) {
     EDIT_FILE *&fp = IO_MODULES[index].file;
     for (const MULTI_IO_NODE &child : rows(children)) {
         hier_replace_io_module(child.row, child.children);
-        replace_child(fp, index, child.row);
+        replace_child(fp, child.row);
     }
     if (index == 0 && option(OPT_ADD_TAP))
         connect_standard_ports_in_top();

@@ -4,21 +4,28 @@
 // path, or share its first instances with it.
 #pragma once
 
-#include "editing/standard_ports.hh"
+#include "editing/standard_signals.hh"
 
-/// The deepest instance that the TAP path and the pads' path of OPIN_TAB row `row` share, found by comparing
-/// both from the top down, goes to rwv_hier_same_instance_tapG and rwv_hier_same_instance_iopadG; -1 when
-/// none is shared.
-void rwv_check_hier_inst_tap_iopad(int32_t row);
+/// The modules above the pads of the cells, and where on this path the TAP stands. Level 0 holds the pads,
+/// level `levels` is the top module.
+struct PAD_PATH {
+    const OPIN_ROW *row; ///< its hier_instances and hier_classes are the levels below the top
+    int32_t levels;      ///< 0 when the pads stand in the top, or in several modules
+    /// The level whose module holds the TAP, or the rest of its path: the one above the instances that both
+    /// paths share.
+    int32_t tap_level;
+};
+PAD_PATH path_of_pads();
 
-/// Fills the modules of the path. Ends the run when an instance can't be found.
-void rwv_hier_find_tap_instance();
+/// Writes and carries out the files of those modules of the TAP path that are not on the pads' path, from the
+/// TAP's parent up. A TAP that is no path has none. Ends the run when an instance of the path can't be found.
+void edit_tap_path(const PAD_PATH &pads);
 
-/// Copies the modules of the path from row `first` on, writes their files from the TAP's parent up, and
-/// carries them out. TAP_INSTANCE_NAME is then the instance of row `first`, whose edited module has the TAP's
-/// ports.
-void rwv_hier_replace_tap_instance(int32_t first);
+/// Puts the TAP into the module that `depth` instances of its path lie above, and tells the module's file: a
+/// new TAP is added, one that stands there is freed of constants, and of a path that goes on, the next
+/// instance takes its edited module. True when the TAP is new.
+bool place_tap(EDIT_FILE *fp, int32_t depth);
 
-/// Adds a port for each port of the TAP to the edited module, whose SDB is open, and joins it to the pin of
-/// `inst` with the same name.
-void rwv_added_tap_ctrl_ports_into_parent(EDIT_FILE *fp, const char *inst);
+/// Gives the edited module, whose SDB is open, a port for a pin of the TAP or of what leads to it, and joins
+/// both.
+void lift_tap_pin(EDIT_FILE *fp, const char *pin, EDIT_PORT direction);

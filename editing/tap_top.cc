@@ -2,16 +2,14 @@
 
 #include "description/lookups.hh"
 #include "editing/added_pads.hh"
-#include "editing/cell_routines.hh"
 #include "editing/existing_tap.hh"
-#include "editing/tap_place.hh"
+#include "editing/module_copies.hh"
 #include "planning/tracing.hh"
 #include "planning/validation.hh"
 #include "sdb/navigation.hh"
 #include "support/console.hh"
 #include "support/fnm.hh"
 #include "support/run_state.hh"
-#include "support/shell.hh"
 #include "support/text.hh"
 
 #include <algorithm>
@@ -36,13 +34,13 @@ const char *mode_pin_of_pads(int32_t mode) {
     return nullptr;
 }
 
-/// The wire between the chip's side of a signal and the TAP. A TAP in the pads' path gets its pins with the
-/// `replace` line of that path, so the wire is then left to replace_cell_in_top.
-void connect_to_tap(const SIGNAL_PLACE &chip_side, const char *tap_pin, SIGNAL_PLACE &left_for_later) {
-    if (rwv_hier_same_instance_iopadG >= 0)
-        left_for_later = chip_side;
-    else
-        edit_connect(TAP_FP, place_operand(chip_side), pin_of(TAP_INSTANCE_NAME, tap_pin));
+/// Joins the chip's side of a signal that is new to the TAP. Where the top module does not know the TAP yet,
+/// because it lies in the modules of the pads, the wire is left to the `replace` line of these.
+void join_new_signal(STANDARD_SIGNAL signal, const SIGNAL_PLACE &chip_side) {
+    ROUTE_STEP &top = SIGNALS[signal].route.top;
+    top = {chip_side, false};
+    if (TAP_FP->tap != nullptr)
+        free_and_join(TAP_FP, top, pin_of(TAP_FP->tap, signal_tap_pin(signal)));
 }
 
 /// A pad for a standard port that the design does not have.
@@ -79,7 +77,7 @@ void connect_added_tdo_enable(const ADDED_TAP_PAD &added, const char *enable, bo
     if (TAP_TDO_EN_PIN != nullptr && enable == nullptr)
         vmr_printf("WARNING: TDO pin use 2-output PAD.\n");
     else if (TAP_TDO_EN_PIN != nullptr)
-        connect_to_tap({added.instance, enable}, TAP_TDO_EN_PIN, TDO_EN_ROUTE.top);
+        join_new_signal(SIGNAL_TDO_EN, {added.instance, enable});
     else if (enable != nullptr)
         edit_connect(TAP_FP, pin_of(added.instance, enable), is_low ? constant_zero() : constant_one());
 }
@@ -89,84 +87,61 @@ const char *enable_of_added_pad(const ADDED_TAP_PAD &added, bool &is_low) {
     return buffer == nullptr ? nullptr : chosen_enable_pin(buffer, added.pin, &is_low);
 }
 
-/// The TDO port stands in the design, and the cells stand in the top module.
-void connect_tdo_in_top() {
-    OPIN_ROW &row = *TAP_PORT[PORT_TDO].row;
-    if (DYNA_count(row.hier_classes) > 0)
-        TAP_FLAG.tdo = TAP_FLAG.tdo_en = -1;
-    SIGNAL_PLACE enable;
-    walk_to_top(PORT_TDO, enable);
-    EDIT_OPERAND data = row_operand(PORT_TDO);
-    const char *pin = row.pad_instance != nullptr ? row.pad_input : row.port_name;
-    if (is_constant_net(TAP_FLAG.tdo) || tdo_has_driver({row.pad_instance, pin}, TAP_FLAG.tdo))
-        take_pin_for_tap(TAP_FP, -1, row.pad_instance, pin);
-    edit_connect(TAP_FP, data, pin_of(TAP_INSTANCE_NAME, TAP_PORT[PORT_TDO].tap_pin));
-    if (TAP_TDO_EN_PIN == nullptr || enable.pin == nullptr)
-        return;
-    if (TAP_FLAG.tdo_en != -1 || tdo_has_driver(enable, TAP_FLAG.tdo_en))
-        take_pin_for_tap(TAP_FP, -1, enable.instance, enable.pin);
-    edit_connect(TAP_FP, place_operand(enable), pin_of(TAP_INSTANCE_NAME, TAP_TDO_EN_PIN));
-}
-
-void write_standard_port(STANDARD_PORT port) {
-    if (TAP_PORT[port].row == nullptr) {
-        add_standard_port(port);
-        return;
+/// The chip has the port: its signals leave the modules that its pad stands in, and meet the TAP in the top.
+void join_signals(std::span<const STANDARD_SIGNAL> signals) {
+    int32_t levels = levels_of(signals[0]);
+    follow(signals, *signal_row(signals[0]), 0, levels, LEVELS_FOREIGN);
+    for (STANDARD_SIGNAL signal : signals) {
+        STANDARD_SIGNAL_ROW &row = SIGNALS[signal];
+        if (signal == SIGNAL_TDO_EN && row.route.top.place.pin == nullptr)
+            continue;
+        // What planning has found on the pad is no longer what is on the pin in the top.
+        row.route.top.cut = is_taken_in_top(signal, row.found == nullptr || levels > 0 ? -1 : *row.found);
+        free_and_join(TAP_FP, row.route.top, pin_of(TAP_FP->tap, signal_tap_pin(signal)));
     }
-    // With a pad module the port is wired behind the `replace` line.
-    if (PAD_MODULE_EXIST != 0)
-        return;
-    if (port == PORT_TDO) {
-        connect_tdo_in_top();
-        return;
-    }
-    SIGNAL_PLACE no_enable;
-    walk_to_top(port, no_enable);
-    edit_connect(TAP_FP, row_operand(port), pin_of(TAP_INSTANCE_NAME, TAP_PORT[port].tap_pin));
+    show_route_in_row(signals[0]);
 }
 
-/// A TAP path that begins in the top module, beside the pads' path.
-void replace_tap_path() {
-    const TAP_PATH_ROW &first = rwv_hier_tap_ctrl_name_tabG[0];
-    if (rwv_hier_same_instance_iopadG < 0)
-        edit_replace(TAP_FP, first.inst, format_text("%s_bs", first.module));
-}
-
-void write_new_tap() {
-    if (rwv_hier_tap_ctrlG == 0)
-        edit_add_instance(TAP_FP, TAP_INSTANCE_NAME, TAP_MODULE_NAME);
-    else
-        replace_tap_path();
-    for (STANDARD_PORT port : {PORT_TDI, PORT_TMS, PORT_TCK, PORT_TDO, PORT_TRST})
-        if (port_is_used(port))
-            write_standard_port(port);
-    if (rwv_hier_tap_ctrlG == 0)
-        write_idcode_lines(TAP_FP);
+/// A port that the design does not have, with a pad.
+void add_port_with_pad(STANDARD_SIGNAL signal, const char *name) {
+    bool is_output = signal == SIGNAL_TDO;
+    ADDED_TAP_PAD added = added_tap_pad(SIGNALS[signal].port);
+    edit_add_port(TAP_FP, name, is_output ? EDIT_OUTPUT : EDIT_INPUT);
+    edit_add_instance(TAP_FP, added.instance, added.pad.cell);
+    edit_connect(TAP_FP, pin_of(added.instance, is_output ? added.pad.output : added.pad.input),
+                 port_net(name));
+    join_new_signal(signal, {added.instance, is_output ? added.pad.input : added.pad.output});
+    bool is_low = false;
+    const char *enable = is_output ? enable_of_added_pad(added, is_low) : nullptr;
+    note_added_pad(added.pad.cell, {added.pad.input, added.pad.output, enable});
+    if (is_output)
+        connect_added_tdo_enable(added, enable, is_low);
 }
 
 } // namespace
 
-void add_standard_port(STANDARD_PORT port) {
-    EDIT_PORT direction = port == PORT_TDO ? EDIT_OUTPUT : EDIT_INPUT;
-    const char *name = chip_port_name(port);
-    const char *tap_pin = TAP_PORT[port].tap_pin;
-    if (!option(OPT_ADD_PAD)) {
-        edit_add_port(TAP_FP, name, direction);
-        connect_to_tap({nullptr, name}, tap_pin, PORT_ROUTES[port].top);
+void add_standard_port(STANDARD_SIGNAL signal) {
+    const char *name = chip_port_name(SIGNALS[signal].port);
+    if (option(OPT_ADD_PAD) && !option(OPT_ADD_BCM)) {
+        add_port_with_pad(signal, name);
         return;
     }
-    ADDED_TAP_PAD added = added_tap_pad(port);
-    const char *chip_pin = port == PORT_TDO ? added.pad.output : added.pad.input;
-    const char *core_pin = port == PORT_TDO ? added.pad.input : added.pad.output;
-    edit_add_port(TAP_FP, name, direction);
-    edit_add_instance(TAP_FP, added.instance, added.pad.cell);
-    edit_connect(TAP_FP, pin_of(added.instance, chip_pin), port_net(name));
-    connect_to_tap({added.instance, core_pin}, tap_pin, PORT_ROUTES[port].top);
-    bool is_low = false;
-    const char *enable = port == PORT_TDO ? enable_of_added_pad(added, is_low) : nullptr;
-    note_added_pad(added.pad.cell, {added.pad.input, added.pad.output, enable});
-    if (port == PORT_TDO)
-        connect_added_tdo_enable(added, enable, is_low);
+    edit_add_port(TAP_FP, name, signal == SIGNAL_TDO ? EDIT_OUTPUT : EDIT_INPUT);
+    join_new_signal(signal, {nullptr, name});
+}
+
+void write_standard_ports(bool pads_in_top) {
+    constexpr STANDARD_SIGNAL tdo_signals[] = {SIGNAL_TDO, SIGNAL_TDO_EN};
+    for (STANDARD_SIGNAL signal : SIGNAL_ORDER) {
+        if (signal == SIGNAL_TDO_EN || !port_is_used(SIGNALS[signal].port))
+            continue;
+        if (signal_row(signal) == nullptr)
+            add_standard_port(signal);
+        else if (pads_in_top && signal == SIGNAL_TDO)
+            join_signals(tdo_signals);
+        else if (pads_in_top)
+            join_signals({&signal, 1});
+    }
 }
 
 bool signal_is_used(CONTROL_SIGNAL signal) {
@@ -183,10 +158,6 @@ const char *pin_in_use(CONTROL_SIGNAL signal) {
         if (signal == MODE_SIGNALS[mode])
             return mode_pin_of_pads(mode);
     return nullptr;
-}
-
-int copy_file(const std::string &from, const std::string &to) {
-    return run_shell("cp " + shell_word(from) + " " + shell_word(to));
 }
 
 void add_crossing_pin(std::vector<const char *> &pins, const char *pin) {
@@ -222,7 +193,7 @@ void write_idcode_lines(EDIT_FILE *fp) {
     for (int32_t bit = 31; bit >= 0; bit--) {
         char value = IDCODE_REG[31 - bit];
         EDIT_OPERAND net = value == '1' ? constant_one() : value == '0' ? constant_zero() : free_net();
-        edit_connect(fp, pin_of(TAP_INSTANCE_NAME, format_text("IDCODE[%d]", bit).c_str()), net);
+        edit_connect(fp, pin_of(fp->tap, format_text("IDCODE[%d]", bit).c_str()), net);
     }
 }
 
@@ -235,25 +206,15 @@ void rwv_do_connection_table(EDIT_FILE *fp) {
                      side(entry->to_instance, entry->to_port));
 }
 
-void begin_top_file(bool with_path) {
-    std::string module = format_text("%s_jtag", TOP_MODULE);
-    if (copy_file(MODULE_SDB, module + ".sdb") != 0)
-        vmr_fail("ERROR: can't copy file %s. Perhaps permission denied.\n\n", MODULE_SDB);
-    std::string path = format_text("%s/%s.cmd", RIMWEAVE_OPATH, module.c_str());
-    TAP_FP = edit_begin_file(path, module, with_path);
-    if (TAP_FP == nullptr)
-        vmr_fail("ERROR: can't open %s to update sdb.\n\n", path.c_str());
-    vmr_printf("    .Editing command file    %s ...\n", path.c_str());
-}
-
-void open_and_modify_top_sdb() {
+void open_and_modify_top_sdb(const PAD_PATH &pads) {
     begin_top_file(true);
-    if (option(OPT_ADD_TAP))
-        write_new_tap();
-    else if (rwv_hier_tap_ctrlG == 0)
-        free_existing_tap(TAP_FP);
-    else
-        replace_tap_path();
-    if (!option(OPT_ADD_TAP))
+    TAP_FP->holds_cells = TAP_FP->warns_of_ports = pads.levels == 0;
+    bool is_new = pads.tap_level == pads.levels && place_tap(TAP_FP, 0);
+    if (!option(OPT_ADD_TAP)) {
         warn_of_unwired_ports();
+        return;
+    }
+    write_standard_ports(pads.levels == 0);
+    if (is_new)
+        write_idcode_lines(TAP_FP);
 }

@@ -1,16 +1,13 @@
 // The top module's file: its head, the TAP, and the chip's standard ports.
 #pragma once
 
-#include "editing/standard_ports.hh"
+#include "editing/tap_hierarchy.hh"
 
 #include <vector>
 
-/// Copies the top module and begins its file in TAP_FP, with a `path` line or without. Ends the run when the
-/// copy fails or the file can't be created.
-void begin_top_file(bool with_path);
 /// Copies the top module, begins its file in TAP_FP and writes the TAP section. Ends the run when the copy
-/// fails or the file can't be created.
-void open_and_modify_top_sdb();
+/// fails or the file can't be created. With the pads in the top module, its SDB must be open.
+void open_and_modify_top_sdb(const PAD_PATH &pads);
 
 /// The order of the control signals' pins at module borders, and of those of a TAP that stands already.
 constexpr CONTROL_SIGNAL BORDER_ORDER[] = {SIG_SHIFT, SIG_CLOCK, SIG_UPDATE, SIG_HIGHZ,
@@ -37,10 +34,9 @@ std::vector<const char *> crossing_signals();
 void write_idcode_lines(EDIT_FILE *fp);
 
 /// Makes a port that the design does not have, with a pad under -add_pad, and joins it to the TAP.
-void add_standard_port(STANDARD_PORT port);
+void add_standard_port(STANDARD_SIGNAL signal);
+/// Makes the standard ports that the design does not have, and with `pads_in_top` joins those that it has.
+void write_standard_ports(bool pads_in_top);
 
 /// The lines of %CONNECTION_TABLE.
 void rwv_do_connection_table(EDIT_FILE *fp);
-
-/// Copies a file through the shell; 0 is success.
-int copy_file(const std::string &from, const std::string &to);

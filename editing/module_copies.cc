@@ -1,0 +1,69 @@
+#include "editing/module_copies.hh"
+
+#include "support/console.hh"
+#include "support/run_state.hh"
+#include "support/shell.hh"
+#include "support/text.hh"
+
+namespace {
+
+std::string command_file(const std::string &edited) {
+    return format_text("%s/%s.cmd", RIMWEAVE_OPATH, edited.c_str());
+}
+
+} // namespace
+
+int copy_file(const std::string &from, const std::string &to) {
+    return run_shell("cp " + shell_word(from) + " " + shell_word(to));
+}
+
+void begin_top_file(bool with_path) {
+    std::string module = format_text("%s_jtag", TOP_MODULE);
+    if (copy_file(MODULE_SDB, module + ".sdb") != 0)
+        vmr_fail("ERROR: can't copy file %s. Perhaps permission denied.\n\n", MODULE_SDB);
+    std::string path = command_file(module);
+    TAP_FP = edit_begin_file(path, module, with_path);
+    if (TAP_FP == nullptr)
+        vmr_fail("ERROR: can't open %s to update sdb.\n\n", path.c_str());
+    vmr_printf("    .Editing command file    %s ...\n", path.c_str());
+}
+
+const char *found_module_file(const char *module) {
+    std::string file = std::string(module) + ".sdb";
+    const char *found = find_design_file(file);
+    if (found == nullptr)
+        console_fail("ERROR: Can not find \"%s\" file.\n\n", file.c_str());
+    return keep_text(found);
+}
+
+void copy_module(const char *sdb_path, const std::string &edited) {
+    if (copy_file(sdb_path, edited + ".sdb") != 0)
+        vmr_fail("\nERROR: can not copy file \"%s\" to file \"%s.sdb\".\n"
+                 "       Perhaps permission deny ...\n\n",
+                 sdb_path, edited.c_str());
+}
+
+EDIT_FILE *begin_module_file(const std::string &edited) {
+    std::string path = command_file(edited);
+    EDIT_FILE *file = edit_begin_file(path, edited, true);
+    if (file == nullptr)
+        vmr_fail("ERROR: can't open command file \"%s\" to update SDB.\n", path.c_str());
+    return file;
+}
+
+const char *begin_level_file(const char *module, bool with_path) {
+    const char *found = find_design_file(format_text("%s.sdb", module));
+    if (found == nullptr)
+        console_fail("ERROR: Can't find file %s%s.sdb.\n\n", PATH, module);
+    found = keep_text(found);
+    std::string edited = std::string(module) + "_bs";
+    if (copy_file(found, edited + ".sdb") != 0)
+        vmr_fail("\nERROR: can't copy file '%s' to file '%s/%s.sdb'.\n       Perhaps permission deny ...\n\n",
+                 found, RIMWEAVE_OPATH, edited.c_str());
+    std::string path = command_file(edited);
+    PAD_FP = edit_begin_file(path, edited, with_path);
+    if (PAD_FP == nullptr)
+        vmr_fail("ERROR: can't open command file '%s' to update SDB.\n\n", path.c_str());
+    vmr_printf("    .Editing command file    %s ...\n", path.c_str());
+    return found;
+}
