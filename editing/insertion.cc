@@ -2,7 +2,7 @@
 #include "editing/insertion.hh"
 
 #include "editing/added_pads.hh"
-#include "editing/bcm_flow.hh"
+#include "editing/bcm_cells.hh"
 #include "editing/cells.hh"
 #include "editing/multi_modules.hh"
 #include "editing/multi_ports.hh"
@@ -119,10 +119,7 @@ void add_boundary_scan_module() {
     reset_emission();
     begin_routes(0);
     make_top_sdb();
-    begin_bcm_cells();
-    for (int32_t row = first_row_with_cells(); row < DYNA_count(OPIN_TAB); row++)
-        if (OPIN_TAB[row].scan_cell != nullptr)
-            make_scan_cells_in_cmd_file(TAP_FP, row);
+    write_cells(TAP_FP, first_row_with_cells());
     close_sdb_file();
     edit_end_file(TAP_FP);
     print_bso_file();
