@@ -25,7 +25,7 @@ void add_behind_pad(EDIT_FILE *fp, const OPIN_ROW &row, const PLACED_CELL &cell)
 
 /// The port gets a pad of its own, and the cell stands between that and what the port fed.
 void add_behind_new_pad(EDIT_FILE *fp, OPIN_ROW &row, const char *name) {
-    ADDED_PAD pad = input_pad_cell(row);
+    ADDED_PAD pad = added_pad_cell(PIN_TABLE[row.pin_index], false);
     std::string instance = format_text("B_PAD%d", ADD_BUF_COUNT++);
     const char *data_out = row.scan_cell->data_out;
     EDIT_OPERAND source = pin_of(instance, pad.output);

@@ -1,5 +1,4 @@
 // Output cells, bidirectional cells and cells in the core.
-#include "description/lookups.hh"
 #include "editing/added_pads.hh"
 #include "editing/bcm_cells.hh"
 #include "planning/cell_choice.hh"
@@ -13,10 +12,8 @@ namespace {
 
 /// A two-state output on a pad with an enable: the pad drives always.
 void enable_added_pad(EDIT_FILE *fp, const OPIN_ROW &row, const ADDED_PAD &pad) {
-    const BUFFER_CELL *buffer = get_buffer(pad.cell);
     bool is_low = false;
-    const char *enable =
-        buffer == nullptr ? nullptr : chosen_enable_pin(buffer, PIN_TABLE[row.pin_index], &is_low);
+    const char *enable = enable_of_added_pad(pad, PIN_TABLE[row.pin_index], is_low);
     if (enable != nullptr)
         edit_connect(fp, pin_of(row.pad_instance, enable), is_low ? constant_zero() : constant_one());
     note_added_pad(pad.cell, {pad.input, pad.output, enable});
@@ -28,7 +25,7 @@ void add_at_port(EDIT_FILE *fp, OPIN_ROW &row, const char *name) {
     EDIT_OPERAND far = port_far_operand(row);
     EDIT_OPERAND driven = port_net(row.port_name);
     if (option(OPT_ADD_PAD)) {
-        ADDED_PAD pad = output_pad_cell(row);
+        ADDED_PAD pad = added_pad_cell(PIN_TABLE[row.pin_index], true);
         const char *instance = keep_format("B_PAD%d", ADD_BUF_COUNT++);
         edit_add_instance(fp, instance, pad.cell);
         cut_port(fp, row, data_in);

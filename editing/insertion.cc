@@ -5,9 +5,6 @@
 #include "editing/bcm_cells.hh"
 #include "editing/cells.hh"
 #include "editing/multi_modules.hh"
-#include "editing/multi_ports.hh"
-#include "editing/multi_replace.hh"
-#include "editing/multi_wiring.hh"
 #include "editing/pad_levels.hh"
 #include "editing/pad_sides.hh"
 #include "editing/tap_hierarchy.hh"
@@ -94,9 +91,9 @@ void add_boundary_scan_chain() {
     init_multi_io_tables();
     add_scan_cell();
     if (multi_io_module_flagG != 0) {
-        set_hier_common_net(0, MULTI_IO_HIER.children);
+        set_hier_common_net();
         connect_scan_cell_for_multi_io();
-        hier_replace_io_module(0, MULTI_IO_HIER.children);
+        hier_replace_io_modules();
         warn_of_open_pad_pins();
         hier_do_kalmedit(0, MULTI_IO_HIER.children);
         print_closing_lines();

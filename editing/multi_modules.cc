@@ -111,12 +111,10 @@ void emit_multi_io_cells() {
     count_further_needs();
 }
 
-void set_hier_common_net(int32_t index, const MULTI_IO_NODE *children) {
-    for (const MULTI_IO_NODE &child : rows(children)) {
-        set_hier_common_net(child.row, child.children);
-        if (index != -1)
-            add_needs_of_child(index, child.row);
-    }
+void set_hier_common_net() {
+    // A module's row stands behind that of its parent.
+    for (int32_t module = DYNA_count(MULTI_IO_TAB) - 1; module > 0; module--)
+        add_needs_of_child(MULTI_IO_TAB[module].parent, module);
 }
 
 std::vector<const char *> signals_into_module(int32_t module) {
@@ -148,8 +146,7 @@ void record_port(int32_t module, const char *name, EDIT_PORT direction) {
     append_row(MULTI_IO_TAB[module].added_ports, {keep_text(name), direction, 0});
 }
 
-void record_connection(int32_t module, const char *inst1, const char *pin1, const char *inst2,
-                       const char *pin2) {
-    append_row(MULTI_IO_TAB[module].added_conns,
-               {keep_text_or_null(inst1), keep_text(pin1), keep_text_or_null(inst2), keep_text(pin2)});
+void record_connection(int32_t module, const SIGNAL_PLACE &a, const SIGNAL_PLACE &b) {
+    append_row(MULTI_IO_TAB[module].added_conns, {keep_text_or_null(a.instance), keep_text(a.pin),
+                                                  keep_text_or_null(b.instance), keep_text(b.pin)});
 }
