@@ -1,7 +1,8 @@
 #include "editing/added_pads.hh"
 
 #include "description/lookups.hh"
-#include "editing/open_design.hh"
+#include "planning/open_design.hh"
+#include "planning/tracing.hh"
 #include "planning/validation.hh"
 #include "sdb/sdb.hh"
 #include "support/console.hh"

@@ -48,7 +48,7 @@ const BUFFER_CELL *highz_buffer(const OPIN_ROW &row) {
 /// What drives the enable pin in the design: with `first_node` the first other node of the net, else the
 /// first that does not just read it. Ends the run when nothing does.
 EDIT_OPERAND enable_source(const OPIN_ROW &row, const char *enable, bool first_node) {
-    int32_t node = far_end(row.pad_instance, enable, DIR_INPUT);
+    int32_t node = far_end(row.pad_instance, enable, SDB_INPUT);
     if (node < 0)
         fail_no_source(row);
     if (first_node || is_constant_net(node))

@@ -98,7 +98,7 @@ void add_boundary_scan_chain() {
         hier_do_kalmedit(0, MULTI_IO_HIER.children);
         print_closing_lines();
     } else {
-        built_bus_balance_group_tab_for_control_signal();
+        built_bus_balance_group_tab_for_control_signal(MULTI_IO_TAB[0].trees);
         connect_scan_cell_in_cmd(PAD_FP != nullptr ? PAD_FP : TAP_FP);
         warn_of_open_pad_pins();
         do_kalmedit();

@@ -3,10 +3,10 @@
 #include "editing/cells.hh"
 #include "editing/existing_tap.hh"
 #include "editing/module_copies.hh"
-#include "editing/open_design.hh"
 #include "editing/pad_sides.hh"
 #include "editing/tap_hierarchy.hh"
 #include "editing/tap_top.hh"
+#include "planning/open_design.hh"
 #include "planning/tracing.hh"
 #include "sdb/sdb.hh"
 #include "support/console.hh"
@@ -47,28 +47,20 @@ void begin_top() {
         warn_of_unwired_ports();
 }
 
-/// What the cells need beyond the counters of MULTI_IO_TAB.
-void count_further_needs() {
-    for (const SCAN_ROW &row : rows(SCAN_TAB)) {
-        std::vector<int32_t> &need = IO_MODULES[row.io_module].extra_need;
-        need.resize(std::max<size_t>(need.size(), DYNA_count(row.extra_pins)));
-        for (int32_t i = 0; i < DYNA_count(row.extra_pins); i++)
-            need[i] += row.extra_pins[i] != nullptr ? 1 : 0;
-    }
+void note_highz_buffers() {
     for (const auto &[module, group] : emission.highz_buffers)
         IO_MODULES[std::max(module, 0)].highz_buffer = true;
 }
 
 void add_needs_of_child(int32_t parent, int32_t child) {
-    MULTI_IO_ROW &to = MULTI_IO_TAB[parent];
-    const MULTI_IO_ROW &from = MULTI_IO_TAB[child];
+    CONTROL_TREES &to = MULTI_IO_TAB[parent].trees;
+    const CONTROL_TREES &from = MULTI_IO_TAB[child].trees;
     for (int32_t signal = 0; signal < SIGNAL_COUNT; signal++)
-        to.need[signal] += from.need[signal] > 0 ? 1 : 0;
-    std::vector<int32_t> &extra = IO_MODULES[parent].extra_need;
-    const std::vector<int32_t> &extra_of_child = IO_MODULES[child].extra_need;
-    extra.resize(std::max(extra.size(), extra_of_child.size()));
-    for (size_t i = 0; i < extra_of_child.size(); i++)
-        extra[i] += extra_of_child[i] > 0 ? 1 : 0;
+        to.signals[signal].need += from.signals[signal].need > 0 ? 1 : 0;
+    while (DYNA_count(to.extras) < DYNA_count(from.extras))
+        append_row(to.extras);
+    for (int32_t i = 0; i < DYNA_count(from.extras); i++)
+        to.extras[i].need += from.extras[i].need > 0 ? 1 : 0;
     IO_MODULES[parent].highz_buffer |= IO_MODULES[child].highz_buffer;
 }
 
@@ -108,7 +100,7 @@ void emit_multi_io_cells() {
     for (SDB_HANDLE *design : designs)
         SDB_close(design, 0);
     SDB_clear_current();
-    count_further_needs();
+    note_highz_buffers();
 }
 
 void set_hier_common_net() {
@@ -118,20 +110,19 @@ void set_hier_common_net() {
 }
 
 std::vector<const char *> signals_into_module(int32_t module) {
-    const MULTI_IO_ROW &row = MULTI_IO_TAB[module];
+    const CONTROL_TREES &trees = MULTI_IO_TAB[module].trees;
     std::vector<const char *> names;
     auto add = [&names](const char *name) { add_crossing_pin(names, name); };
     for (int32_t signal = 0; signal < SIG_BCLK; signal++) {
-        if (row.need[signal] > 0)
+        if (trees.signals[signal].need > 0)
             add(TAP_PIN[signal]);
         if (signal == SIG_HIGHZ && IO_MODULES[module].highz_buffer)
             add(TAP_HIZ_PIN);
     }
-    if (row.need[SIG_BCLK] > 0 && option(OPT_SYNCH))
+    if (trees.signals[SIG_BCLK].need > 0 && option(OPT_SYNCH))
         add(BCELL_TCK);
-    const std::vector<int32_t> &extra = IO_MODULES[module].extra_need;
-    for (int32_t i = 0; i < DYNA_count(TAP_EXTRA_PIN) && i < static_cast<int32_t>(extra.size()); i++)
-        if (extra[i] > 0)
+    for (int32_t i = 0; i < DYNA_count(TAP_EXTRA_PIN) && i < DYNA_count(trees.extras); i++)
+        if (trees.extras[i].need > 0)
             add(TAP_EXTRA_PIN[i]);
     return names;
 }

@@ -19,7 +19,6 @@ struct IO_MODULE {
     EDIT_FILE *file;                       ///< null once it is written
     std::unordered_set<std::string> ports; ///< names that ports of the module have, the new ones included
     bool highz_buffer;                     ///< the module or one below it has a high-impedance buffer
-    std::vector<int32_t> extra_need;       ///< loads by %EXTRA_n position, one per child with the signal
 };
 extern std::vector<IO_MODULE> IO_MODULES; ///< made by open_multi_io_modules
 

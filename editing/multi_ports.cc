@@ -1,9 +1,9 @@
 // The standard ports of a chip whose pads lie in several modules.
 #include "editing/multi_modules.hh"
 
-#include "editing/open_design.hh"
 #include "editing/pad_sides.hh"
 #include "editing/tap_top.hh"
+#include "planning/open_design.hh"
 #include "support/console.hh"
 #include "support/run_state.hh"
 #include "support/text.hh"

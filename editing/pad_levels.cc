@@ -2,8 +2,8 @@
 
 #include "editing/existing_tap.hh"
 #include "editing/module_copies.hh"
-#include "editing/open_design.hh"
 #include "editing/tap_top.hh"
+#include "planning/open_design.hh"
 #include "planning/tracing.hh"
 #include "support/console.hh"
 #include "support/run_state.hh"

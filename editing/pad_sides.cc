@@ -20,7 +20,7 @@ int64_t cut_key(int32_t node) {
 }
 
 int32_t direction_of_side(PAD_SIDE side) {
-    return side == SIDE_OUTPUT ? DIR_OUTPUT : DIR_INPUT;
+    return side == SIDE_OUTPUT ? SDB_OUTPUT : SDB_INPUT;
 }
 
 const char *keyword_of_side(PAD_SIDE side) {

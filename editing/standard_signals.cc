@@ -1,7 +1,7 @@
 #include "editing/standard_signals.hh"
 
-#include "editing/open_design.hh"
 #include "editing/pad_sides.hh"
+#include "planning/open_design.hh"
 #include "planning/tracing.hh"
 #include "sdb/navigation.hh"
 #include "support/console.hh"
@@ -38,12 +38,12 @@ const char *border_port(int32_t node, bool to_pad) {
     int32_t net = node_tab[node].net;
     if (net < 0 || is_constant_net(net))
         return nullptr;
-    int32_t wanted = to_pad ? DIR_INPUT : DIR_OUTPUT;
+    int32_t wanted = to_pad ? SDB_INPUT : SDB_OUTPUT;
     const char *found = nullptr;
     for (int32_t other = net_tab[net].first_node; other >= 0; other = node_tab[other].next) {
         int32_t direction =
             is_port_node(other) ? port_tab[node_tab[other].pin].flags & SDB_DIRECTION_MASK : -1;
-        bool passes = direction == wanted || direction == DIR_BIDIR;
+        bool passes = direction == wanted || direction == SDB_BIDIRECTIONAL;
         if (passes && found == nullptr)
             found = node_pin_name(other);
         else if (to_pad && other != node)

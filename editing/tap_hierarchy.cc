@@ -2,9 +2,9 @@
 
 #include "editing/existing_tap.hh"
 #include "editing/module_copies.hh"
-#include "editing/open_design.hh"
 #include "editing/tap_top.hh"
 #include "editing/tool_runs.hh"
+#include "planning/open_design.hh"
 #include "planning/tracing.hh"
 #include "sdb/navigation.hh"
 #include "support/console.hh"

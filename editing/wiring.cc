@@ -30,18 +30,18 @@ constexpr const char *TREE_RULE = "  -------------------------------------------
 constexpr const char *EXTRA_RULE = "  -------------------------------------\n";
 
 /// The pin of the TAP for the mode signals of mux pads is known even when no cell has the mode pin.
-WIRED_SIGNAL control_signal(CONTROL_SIGNAL signal) {
+WIRED_SIGNAL control_signal(CONTROL_TREES &trees, CONTROL_SIGNAL signal) {
     const CONTROL_SIGNAL_INFO &info = CONTROL_SIGNALS[signal];
     if (signal == SIG_BCLK)
-        return {info.prefix, &TREES[signal], BCELL_TCK, false};
+        return {info.prefix, &trees.signals[signal], BCELL_TCK, false};
     const char *field = TAP_CONTR->*info.tap_field;
-    return {info.prefix, &TREES[signal], TAP_PIN[signal], is_active_low(field)};
+    return {info.prefix, &trees.signals[signal], TAP_PIN[signal], is_active_low(field)};
 }
 
-WIRED_SIGNAL extra_signal(int32_t position) {
+WIRED_SIGNAL extra_signal(CONTROL_TREES &trees, int32_t position) {
     const char *field = position < DYNA_count(TAP_CONTR->extras) ? TAP_CONTR->extras[position] : nullptr;
     const char *pin = position < DYNA_count(TAP_EXTRA_PIN) ? TAP_EXTRA_PIN[position] : without_minus(field);
-    return {format_text("extra%d", position + 1), &EXTRA_TREES[position], pin, is_active_low(field)};
+    return {format_text("extra%d", position + 1), &trees.extras[position], pin, is_active_low(field)};
 }
 
 /// A mode that a cell inside a pad wants and the TAP does not have: the user has been told, and the pins stay
@@ -137,13 +137,14 @@ EDIT_OPERAND next_source(const EDIT_FILE *fp, const WIRED_SIGNAL &signal) {
 }
 
 /// The mode pins of a mux pad hang on the signals of the cells. A pin on a working net is left as it is.
-void connect_pad_modes(EDIT_FILE *fp, const OPIN_ROW &row) {
+void connect_pad_modes(EDIT_FILE *fp, CONTROL_TREES &trees, const OPIN_ROW &row) {
     for (int32_t i = 0; i < 3; i++) {
         const char *pin = row.pad == nullptr ? nullptr : row.pad->*PAD_MODES[i];
         if (pin == nullptr || row.mode_net[i] > 1)
             continue;
         free_pad_mode(fp, row, i);
-        edit_connect(fp, pin_of(row.pad_instance, pin), next_source(fp, control_signal(MODE_SIGNALS[i])));
+        edit_connect(fp, pin_of(row.pad_instance, pin),
+                     next_source(fp, control_signal(trees, MODE_SIGNALS[i])));
     }
 }
 
@@ -155,9 +156,9 @@ void connect_chain_end(EDIT_FILE *fp, const char *inst, const char *pin, const c
 
 } // namespace
 
-void build_control_trees(EDIT_FILE *fp, bool with_report) {
+void build_control_trees(EDIT_FILE *fp, CONTROL_TREES &trees, bool with_report) {
     for (CONTROL_SIGNAL id : TREE_ORDER) {
-        WIRED_SIGNAL signal = control_signal(id);
+        WIRED_SIGNAL signal = control_signal(trees, id);
         if (signal.tap_pin == nullptr || (id == SIG_BCLK && !option(OPT_SYNCH)))
             continue;
         build_tree(fp, signal);
@@ -168,8 +169,8 @@ void build_control_trees(EDIT_FILE *fp, bool with_report) {
             report_leaves(*signal.tree);
         report_buffer_line(TREE_RULE);
     }
-    for (int32_t i = 0; i < DYNA_count(EXTRA_TREES); i++) {
-        WIRED_SIGNAL signal = extra_signal(i);
+    for (int32_t i = 0; i < DYNA_count(trees.extras); i++) {
+        WIRED_SIGNAL signal = extra_signal(trees, i);
         if (signal.tree->need == 0)
             continue;
         build_tree(fp, signal);
@@ -180,31 +181,32 @@ void build_control_trees(EDIT_FILE *fp, bool with_report) {
     }
 }
 
-void connect_control_signal(EDIT_FILE *fp, int32_t index) {
+void connect_control_signal(EDIT_FILE *fp, CONTROL_TREES &trees, int32_t index) {
     const SCAN_ROW &row = SCAN_TAB[index];
     for (CONTROL_SIGNAL id : WIRE_ORDER) {
         const char *pin = row.pins[id];
         if (pin == nullptr || (id == SIG_BCLK && !option(OPT_SYNCH)) || tap_lacks_mode(id))
             continue;
-        edit_connect(fp, pin_of(row.inst, pin), next_source(fp, control_signal(id)));
+        edit_connect(fp, pin_of(row.inst, pin), next_source(fp, control_signal(trees, id)));
     }
     for (int32_t i = 0; i < DYNA_count(row.extra_pins); i++)
         if (row.extra_pins[i] != nullptr)
-            edit_connect(fp, pin_of(row.inst, row.extra_pins[i]), next_source(fp, extra_signal(i)));
+            edit_connect(fp, pin_of(row.inst, row.extra_pins[i]), next_source(fp, extra_signal(trees, i)));
     if (row.mux_row >= 0)
-        connect_pad_modes(fp, OPIN_TAB[row.mux_row]);
+        connect_pad_modes(fp, trees, OPIN_TAB[row.mux_row]);
 }
 
 void connect_scan_cell_in_cmd(EDIT_FILE *&fp) {
-    build_control_trees(fp, true);
+    CONTROL_TREES &trees = MULTI_IO_TAB[0].trees;
+    build_control_trees(fp, trees, true);
     int32_t last = DYNA_count(SCAN_TAB) - 1;
     connect_chain_end(fp, SCAN_TAB[0].inst, SCAN_TAB[0].tdo_pin, TAP_CONTR->last_bcell, "chain_out");
     for (int32_t i = 0; i < last; i++) {
-        connect_control_signal(fp, i);
+        connect_control_signal(fp, trees, i);
         edit_connect(fp, pin_of(SCAN_TAB[i].inst, SCAN_TAB[i].tdi_pin),
                      pin_of(SCAN_TAB[i + 1].inst, SCAN_TAB[i + 1].tdo_pin));
     }
-    connect_control_signal(fp, last);
+    connect_control_signal(fp, trees, last);
     connect_chain_end(fp, SCAN_TAB[last].inst, SCAN_TAB[last].tdi_pin, TAP_CONTR->first_bcell, "chain_in");
     edit_end_file(fp);
 }

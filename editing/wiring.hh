@@ -10,7 +10,7 @@ void connect_scan_cell_in_cmd(EDIT_FILE *&fp);
 
 /// Writes the buffer trees of all control signals. `with_report` adds the lines that close each tree in the
 /// report.
-void build_control_trees(EDIT_FILE *fp, bool with_report);
+void build_control_trees(EDIT_FILE *fp, CONTROL_TREES &trees, bool with_report);
 
-/// Writes the control wires of SCAN_TAB row `row` and advances the counters of the trees that it hangs on.
-void connect_control_signal(EDIT_FILE *fp, int32_t row);
+/// Writes the control wires of SCAN_TAB row `row` and advances the counters of its module's trees.
+void connect_control_signal(EDIT_FILE *fp, CONTROL_TREES &trees, int32_t row);

@@ -36,9 +36,9 @@ void set_groups(BUFFER_TREE &tree, int32_t *groups) {
     tree.group = groups;
 }
 
-void group_clocks(int32_t gs, int32_t dfs) {
-    BUFFER_TREE &clock = TREES[SIG_CLOCK];
-    BUFFER_TREE &bclk = TREES[SIG_BCLK];
+void group_clocks(CONTROL_TREES &trees, int32_t gs, int32_t dfs) {
+    BUFFER_TREE &clock = trees.signals[SIG_CLOCK];
+    BUFFER_TREE &bclk = trees.signals[SIG_BCLK];
     if (!option(OPT_DF_SPEED)) {
         int32_t size = gs < 1 && dfs > 0 ? dfs : gs;
         if (size < 1)
@@ -56,14 +56,14 @@ void group_clocks(int32_t gs, int32_t dfs) {
     set_groups(bclk, bclk.need == 0 ? nullptr : even_groups(bclk.need, size - 1));
 }
 
-void group_other_signals(int32_t gs) {
+void group_other_signals(CONTROL_TREES &trees, int32_t gs) {
     for (CONTROL_SIGNAL signal :
          {SIG_SHIFT, SIG_UPDATE, SIG_HIGHZ, SIG_RST, SIG_MODE1, SIG_MODE2, SIG_MODE3}) {
-        BUFFER_TREE &tree = TREES[signal];
+        BUFFER_TREE &tree = trees.signals[signal];
         if (signal != SIG_SHIFT || tree.need != 0)
             set_groups(tree, split_into_groups(tree.need, gs));
     }
-    for (BUFFER_TREE &tree : rows(EXTRA_TREES))
+    for (BUFFER_TREE &tree : rows(trees.extras))
         set_groups(tree, split_into_groups(tree.need, gs));
 }
 
@@ -87,7 +87,7 @@ BUFFER_CELL *buffer_by_pin(const char *tap_field, BUFFER_CELL *plain, BUFFER_CEL
     return is_active_low(tap_field) ? inverting : plain;
 }
 
-void choose_buffers() {
+void choose_buffers(CONTROL_TREES &trees) {
     BUFFER_CELL *signal = buffer_under_its_name(TAP_CONTR->signal_buffer);
     BUFFER_CELL *inverting = buffer_under_its_name(TAP_CONTR->inv_buffer);
     BUFFER_CELL *fast = option(OPT_DF_SPEED) ? buffer_under_its_name(TAP_CONTR->df_signal_buffer) : nullptr;
@@ -100,13 +100,13 @@ void choose_buffers() {
         if (field == nullptr)
             continue;
         bool fast_clock = i == SIG_CLOCK && fast != nullptr;
-        TREES[i].buffer = buffer_by_pin(field, fast_clock ? fast : plain, inverting);
+        trees.signals[i].buffer = buffer_by_pin(field, fast_clock ? fast : plain, inverting);
     }
     if (option(OPT_SYNCH))
-        TREES[SIG_BCLK].buffer = fast != nullptr ? fast : plain;
-    for (int32_t i = 0; i < DYNA_count(EXTRA_TREES); ++i) {
+        trees.signals[SIG_BCLK].buffer = fast != nullptr ? fast : plain;
+    for (int32_t i = 0; i < DYNA_count(trees.extras); ++i) {
         const char *field = i < DYNA_count(TAP_CONTR->extras) ? TAP_CONTR->extras[i] : nullptr;
-        EXTRA_TREES[i].buffer = buffer_by_pin(field, plain, inverting);
+        trees.extras[i].buffer = buffer_by_pin(field, plain, inverting);
     }
 }
 
@@ -120,17 +120,17 @@ int32_t *split_into_groups(int32_t n, int32_t size) {
     return even_groups(n, size);
 }
 
-void built_bus_balance_group_tab_for_control_signal() {
+void built_bus_balance_group_tab_for_control_signal(CONTROL_TREES &trees) {
     int32_t gs = TAP_CONTR->group_size;
     int32_t dfs = TAP_CONTR->df_group_size;
     if (gs < 1 && dfs < 1)
         return;
     if (DYNA_count(SCAN_TAB) > 0) {
-        group_clocks(gs, dfs);
+        group_clocks(trees, gs, dfs);
         if (option(OPT_DF_SPEED) && gs < 1)
             gs = dfs;
         if (gs > 0)
-            group_other_signals(gs);
+            group_other_signals(trees, gs);
     }
-    choose_buffers();
+    choose_buffers(trees);
 }

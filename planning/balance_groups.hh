@@ -1,6 +1,8 @@
 // Splitting the loads of the control signals into groups of limited size.
 #pragma once
 
+#include "planning/control_signals.hh"
+
 #include <cstdint>
 
 /// A new table with the sizes of the groups that `n` loads fall into when none may exceed `size`: as few
@@ -11,5 +13,5 @@ int32_t *split_into_groups(int32_t n, int32_t size);
 /// Prints the error of an impossible split and ends the run with status 0.
 [[noreturn]] void fail_grouping(int32_t n, int32_t size);
 
-/// From the needs in TREES and EXTRA_TREES to their groups and buffers.
-void built_bus_balance_group_tab_for_control_signal();
+/// From the needs of the trees to their groups and buffers.
+void built_bus_balance_group_tab_for_control_signal(CONTROL_TREES &trees);

@@ -6,7 +6,8 @@
 #include "description/lookups.hh"
 #include "planning/cell_choice.hh"
 #include "planning/io_modules.hh"
-#include "planning/standard_ports.hh"
+#include "planning/skip_signals.hh"
+#include "planning/tap_needs.hh"
 #include "planning/tap_state.hh"
 #include "planning/tracing.hh"
 #include "planning/validation.hh"
@@ -20,7 +21,6 @@
 #include <iterator>
 #include <string>
 #include <string_view>
-#include <strings.h>
 #include <unordered_map>
 #include <vector>
 
@@ -29,90 +29,33 @@ const char *INVERTER_OUTPUT = nullptr;
 
 namespace {
 
-bool has_function(const BUFFER_CELL *pad, const char *word) {
-    return pad != nullptr && pad->function != nullptr && strcasecmp(pad->function, word) == 0;
-}
-
-void save_bidir_port(BUFFER_CELL *pad, int32_t row, int32_t port) {
-    if (pad != nullptr && pad->function == nullptr)
-        pad->function = "inout";
-    if (pad != nullptr && !has_function(pad, "inout"))
-        vmr_fail("ERROR: bidir port '%s' doesn't connect to bidir pad.\n"
-                 "       Please setup %%FUNCTION inout in %%BUFFER %s.\n\n",
-                 OPIN_TAB[row].port_name, OPIN_TAB[row].pad_class);
-    save_bidir_scan_tab(pad, row, port);
-}
-
-/// The TAP's pin of a mode signal, looked up behind each port, since a cell inside a pad can be the first
-/// that needs it; and the net that an existing TAP has on it.
-void resolve_mode_pin(int32_t signal) {
-    const CONTROL_SIGNAL_INFO &info = CONTROL_SIGNALS[signal];
-    const char *field = TAP_CONTR != nullptr ? TAP_CONTR->*info.tap_field : nullptr;
-    TAP_PIN[signal] = nullptr;
-    if (BCELL_HAS[signal] != 0 && field == nullptr) {
-        vmr_printf("ERROR: (%s) can't find %s in %%TAP_CONTROLLER %s.\n", JTAG_LIB_FILE, info.keyword,
-                   text_or_undefined(TAP_MODULE_NAME));
-        BCELL_HAS[signal] = 0;
-    } else if (BCELL_HAS[signal] != 0) {
-        TAP_PIN[signal] = without_minus(field);
-    }
-    note_tap_net(signal, TAP_PIN[signal]);
-}
-
-/// The mode pins of a mux pad that no working net drives will hang on the TAP, whose pins have to be free for
-/// that.
-void note_modes_of_pad(const OPIN_ROW &row) {
-    if (row.pad == nullptr || row.kind < CELL_MUX_INPUT || TAP_CONTR == nullptr)
-        return;
-    for (int32_t i = 0; i < 3; ++i) {
-        int32_t signal = MODE_SIGNALS[i];
-        bool hangs_on_tap = row.pad->*PAD_MODES[i] != nullptr && row.mode_net[i] < 2;
-        if (hangs_on_tap && TAP_PIN[signal] == nullptr && TAP_FLAG.control[signal] < 0)
-            note_tap_net(signal, without_minus(TAP_CONTR->*CONTROL_SIGNALS[signal].tap_field));
-    }
-}
-
 void save_OPIN_TAB_for_adding_scan_cell(int32_t row_index) {
     OPIN_ROW &row = OPIN_TAB[row_index];
     int32_t port = find_iport(row.port_name);
-    row.pad_obj = node_tab[get_node_connected_to_portnode(port)].obj;
-    row.pad_class = keep_text(object_class_name(row.pad_obj));
     int32_t direction = port_tab[port].flags & SDB_DIRECTION_MASK;
-    BUFFER_CELL *pad = get_buffer(row.pad_class);
-    if (pad == nullptr && !option(OPT_ADD_PAD) && (!option(OPT_NO_PAD) || direction == DIR_BIDIR))
-        fail_undescribed_cell(row.pad_class, row.port_name);
-    if (pad != nullptr) {
-        row.pad = pad;
-        get_hier_class_and_inst_name(row_index, row.pad_obj);
-    }
+    take_pad(row_index, port, direction != SDB_BIDIRECTIONAL);
     row.direction = bs_pin_direction(row.pin_index);
-    if (has_function(pad, "BUF")) { // no pad: nothing is inserted at this port
+    if (has_function(row.pad, "BUF")) { // no pad: nothing is inserted at this port
         row.kind = CELL_INTERNAL;
         return;
     }
-    if (direction == DIR_INPUT)
-        save_input_clock_tab(pad, row_index, port, has_function(pad, "CLOCK") ? 0 : 1);
-    else if (direction == DIR_OUTPUT)
-        save_output_scan_tab(pad, row_index, port);
-    else if (direction == DIR_BIDIR)
-        save_bidir_port(pad, row_index, port);
+    if (direction == SDB_INPUT)
+        save_input_clock_tab(row_index, port);
+    else if (direction == SDB_OUTPUT)
+        save_output_scan_tab(row_index, port);
+    else if (direction == SDB_BIDIRECTIONAL)
+        save_bidir_scan_tab(row_index);
     else
         vmr_fail("FATAL: can't identify function of port '%s'.\n\n", row.port_name);
-
-    for (int32_t signal : {SIG_MODE2, SIG_MODE3})
-        resolve_mode_pin(signal);
-    note_modes_of_pad(row);
+    resolve_modes_of_port(row);
 }
 
 void take_internal_cell(OPIN_ROW &row) {
     bool observes = is_observe_pin(PIN_TABLE[row.pin_index]);
-    SCAN_CELL *cell = get_scan_cell(observes ? OBSERVE_ONLY_SCAN : INTERNAL_SCAN);
-    if (cell == nullptr)
-        vmr_fail(
-            "ERROR: can't find %s in file '%s'.\n       Need %s SCAN to connect to internal port '%s'.\n\n",
-            observes ? "%OBSERVE_ONLY_SCAN" : "%INTERNAL_SCAN", JTAG_BSC_FILE,
-            observes ? "OBSERVE_ONLY" : "INTERNAL", row.port_name);
-    take_cell(row, CELL_INTERNAL, {cell, COUNT_INTERNAL});
+    CHOSEN_CELL chosen = {get_scan_cell(observes ? OBSERVE_ONLY_SCAN : INTERNAL_SCAN), COUNT_INTERNAL};
+    constexpr CELL_WORDS OBSERVE = {"%OBSERVE_ONLY_SCAN", "OBSERVE_ONLY SCAN", "internal"};
+    constexpr CELL_WORDS INTERNAL = {"%INTERNAL_SCAN", "INTERNAL SCAN", "internal"};
+    take_cell(row, CELL_INTERNAL, required_cell(row, chosen, observes ? OBSERVE : INTERNAL));
 }
 
 [[noreturn]] void fail_unknown_instance(const std::string &instance) {

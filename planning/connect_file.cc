@@ -11,6 +11,7 @@
 #include "support/text.hh"
 #include "support/whole_file.hh"
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <strings.h>
@@ -29,13 +30,6 @@ struct CONNECT_TEXT {
     std::string text;
     int32_t width = 0; ///< bits of the selection register seen last
 };
-
-/// The names of the cores that lie between the top and the core at hand, and the lines written so far.
-struct REPLACE_STATE {
-    std::vector<const DFT_CONFIGURATION *> way;
-    size_t lines = 0;
-};
-REPLACE_STATE replace_state;
 
 void add_line(CONNECT_TEXT &out, const char *format, ...) __attribute__((format(printf, 2, 3)));
 void add_line(CONNECT_TEXT &out, const char *format, ...) {
@@ -83,65 +77,102 @@ int32_t register_width(const INSTRUCTION &instruction) {
 
 enum ENABLES { PLAIN_ENABLES, GATED_ENABLES };
 
-/// One line per enable of the wanted sort; `format` takes the pin.
-void add_enables(CONNECT_TEXT &out, const INSTRUCTION &instruction, ENABLES wanted, const char *keyword) {
-    for (int32_t i = 0; i < DYNA_count(instruction.enable_pins); i++) {
-        bool gated = instruction.gate_kinds[i] != GATE_NONE;
-        if (gated == (wanted == GATED_ENABLES))
-            add_line(out, "     %%%s    %s;\n", keyword, shown(instruction.enable_pins[i]));
-    }
+/// The lines of one instruction in a block. A keyword stands with the blanks behind it; null for no line.
+struct INSTRUCTION_LINES {
+    const char *instruction, *in, *out;
+    ENABLES wanted; ///< the enables that have a line each
+    const char *enable;
+};
+constexpr INSTRUCTION_LINES MEMORY_SELECTION = {"SEL_INSTRUCTION  ", "GROUP_SEL_I    ", "GROUP_SEL_O    ",
+                                                GATED_ENABLES, "SEL_EN    "};
+constexpr INSTRUCTION_LINES LOGIC_SELECTION = {"SEL_INSTRUCTION    ", "GROUP_SEL_I    ", "GROUP_SEL_O    ",
+                                               GATED_ENABLES, "SEL_EN    "};
+constexpr INSTRUCTION_LINES SELECTION_ALONE = {"SEL_INSTRUCTION    ", "GROUP_SEL_I     ", "GROUP_SEL_O     ",
+                                               PLAIN_ENABLES, "SEL_EN    "};
+constexpr INSTRUCTION_LINES SCAN = {"SCAN_INSTRUCTION    ", nullptr, nullptr, PLAIN_ENABLES, "DIAG_EN    "};
+constexpr INSTRUCTION_LINES DIAGNOSIS = {"DIAG_INSTRUCTION    ", "SCAN_TDI    ", "SCAN_TDO    ",
+                                         PLAIN_ENABLES, "DUMP_EN    "};
+constexpr INSTRUCTION_LINES LOGIC = {nullptr, "TDI    ", "TDO    ", PLAIN_ENABLES, "BIST_EN    "};
+constexpr INSTRUCTION_LINES LOGIC_ALONE = {"LBIST_INSTRUCTION    ", "LBIST_TDI     ", "LBIST_TDO     ",
+                                           PLAIN_ENABLES, "LBIST_EN    "};
+constexpr INSTRUCTION_LINES DEBUG = {"DEBUG_INSTRUCTION    ", nullptr, nullptr, PLAIN_ENABLES,
+                                     "DEBUG_EN    "};
+constexpr INSTRUCTION_LINES DIAGNOSIS_ALONE = {"INSTRUCTION    ", "TDI           ", "TDO           ",
+                                               PLAIN_ENABLES, "DIAG_EN       "};
+
+bool is_gated(const INSTRUCTION &instruction, int32_t enable) {
+    return instruction.gate_kinds[enable] != GATE_NONE;
+}
+
+void add_ports(CONNECT_TEXT &out, const INSTRUCTION &instruction, const char *in_keyword,
+               const char *out_keyword) {
+    std::string name = register_of(instruction);
+    add_line(out, "     %%%s%s_in;\n", in_keyword, name.c_str());
+    add_line(out, "     %%%s%s_out;\n", out_keyword, name.c_str());
+}
+
+void add_instruction(CONNECT_TEXT &out, const INSTRUCTION &instruction, const INSTRUCTION_LINES &lines) {
+    if (lines.instruction != nullptr)
+        add_line(out, "     %%%s'%s';\n", lines.instruction, opcode(instruction));
+    if (lines.in != nullptr)
+        add_ports(out, instruction, lines.in, lines.out);
+    for (int32_t i = 0; i < DYNA_count(instruction.enable_pins); i++)
+        if (is_gated(instruction, i) == (lines.wanted == GATED_ENABLES))
+            add_line(out, "     %%%s%s;\n", lines.enable, shown(instruction.enable_pins[i]));
+}
+
+/// The same for each instruction of that name.
+void add_instructions(CONNECT_TEXT &out, const char *name, const INSTRUCTION_LINES &lines) {
+    for (const INSTRUCTION *instruction : instructions_named(name))
+        add_instruction(out, *instruction, lines);
 }
 
 /// The enables of a block's own instruction, in table order.
 void add_block_enables(CONNECT_TEXT &out, const INSTRUCTION &instruction) {
-    for (int32_t i = 0; i < DYNA_count(instruction.enable_pins); i++) {
-        bool gated = instruction.gate_kinds[i] != GATE_NONE;
-        add_line(out, "     %%%s    %s;\n", gated ? "BIST_RESULT_EN" : "BIST_EN",
+    for (int32_t i = 0; i < DYNA_count(instruction.enable_pins); i++)
+        add_line(out, "     %%%s    %s;\n", is_gated(instruction, i) ? "BIST_RESULT_EN" : "BIST_EN",
                  shown(instruction.enable_pins[i]));
-    }
 }
 
-void add_ports(CONNECT_TEXT &out, const INSTRUCTION &instruction, const char *in_format,
-               const char *out_format) {
-    std::string name = register_of(instruction);
-    out.text += "     " + std::string(in_format) + name + "_in;\n";
-    out.text += "     " + std::string(out_format) + name + "_out;\n";
-}
-
-void add_order(CONNECT_TEXT &out, const int32_t *ctrl_order) {
-    const char *before = "     %BISTCTRL_ORDER    ";
-    for (int32_t number : rows(ctrl_order)) {
-        add_line(out, "%s%d", before, number);
-        before = ", ";
-    }
-    if (DYNA_count(ctrl_order) > 0)
+/// A line of several values; none without values.
+void add_list(CONNECT_TEXT &out, const char *keyword, const std::vector<std::string> &values,
+              const char *between = ", ") {
+    for (size_t i = 0; i < values.size(); i++)
+        out.text += (i == 0 ? "     %" + std::string(keyword) : between) + values[i];
+    if (!values.empty())
         out.text += ";\n";
 }
 
+void add_order(CONNECT_TEXT &out, const int32_t *ctrl_order) {
+    std::vector<std::string> numbers;
+    for (int32_t number : rows(ctrl_order))
+        numbers.push_back(std::to_string(number));
+    add_list(out, "BISTCTRL_ORDER    ", numbers);
+}
+
 void add_count_files(CONNECT_TEXT &out, const char *const *cnt_files) {
-    if (DYNA_count(cnt_files) == 0) {
+    if (DYNA_count(cnt_files) == 0)
         out.text += "     %CNT_FILE   \"lbist.cnt\";\n";
-        return;
-    }
-    const char *before = "     %CNT_FILE    ";
-    for (const char *file : rows(cnt_files)) {
-        add_line(out, "%s\"%s\"", before, shown(file));
-        before = ",\n                  ";
-    }
-    out.text += ";\n";
+    std::vector<std::string> files;
+    for (const char *file : rows(cnt_files))
+        files.push_back(format_text("\"%s\"", shown(file)));
+    add_list(out, "CNT_FILE    ", files, ",\n                  ");
 }
 
 void add_tests(CONNECT_TEXT &out, const char *const *tests) {
-    const char *before = "     %TESTS    ";
+    std::vector<std::string> patterns;
     for (const char *test : rows(tests)) {
         if (static_cast<int64_t>(std::strlen(shown(test))) != out.width)
             console_fail("ERROR: the length of data register does not match for %%TESTS and "
                          "%%SEL_INSTRUCTION.\n");
-        add_line(out, "%s'%s'", before, shown(test));
-        before = ", ";
+        patterns.push_back(format_text("'%s'", shown(test)));
     }
-    if (DYNA_count(tests) > 0)
-        out.text += ";\n";
+    add_list(out, "TESTS    ", patterns);
+}
+
+/// The TAP's clock under the keyword.
+void add_clock(CONNECT_TEXT &out, const char *keyword) {
+    add_line(out, "     %%%s    %s;\n", keyword, shown(TAP_PORT[PORT_TCK].tap_pin));
 }
 
 void add_memory_block(CONNECT_TEXT &out, const MBIST_ENTRY &entry, const INSTRUCTION &own) {
@@ -149,79 +180,76 @@ void add_memory_block(CONNECT_TEXT &out, const MBIST_ENTRY &entry, const INSTRUC
     add_line(out, "     %%INST_NAME    %s;\n", shown(own.name));
     add_line(out, "     %%INSTRUCTION '%s';\n", opcode(own));
     add_block_enables(out, own);
-    add_line(out, "     %%BCLK    %s;\n", shown(TAP_PORT[PORT_TCK].tap_pin));
-    add_ports(out, own, "%TDI    ", "%TDO    ");
-    for (const INSTRUCTION *select : instructions_named(entry.sel_instruction)) {
-        add_line(out, "     %%SEL_INSTRUCTION  '%s';\n", opcode(*select));
-        add_ports(out, *select, "%GROUP_SEL_I    ", "%GROUP_SEL_O    ");
-        add_enables(out, *select, GATED_ENABLES, "SEL_EN");
-    }
+    add_clock(out, "BCLK");
+    add_ports(out, own, "TDI    ", "TDO    ");
+    add_instructions(out, entry.sel_instruction, MEMORY_SELECTION);
     add_order(out, entry.ctrl_order);
     if (entry.cnt_file != nullptr)
         add_line(out, "     %%CNT_FILE    \"%s\";\n", entry.cnt_file);
     out.text += "}\n";
 }
 
-/// A line of the %REPLACE block, for the current configuration's core `core`; makes the core's own
-/// configuration current.
-void add_replace_line(const CORE_ENTRY &core, const char *instance_name, bool ocd, std::string &text) {
-    if (++replace_state.lines > most_replace_lines)
-        console_fail("ERROR: the cores of the design give more than %zu lines in %%REPLACE.\n",
-                     most_replace_lines);
-    text +=
-        format_text("       %s.u%s.%s =>", shown(instance_name), shown(DFT_OBJECT->top_module), core.name);
-    DFT_inst_setup(core.name);
-    text += format_text(" TOP_Lb_%s%s;\n", shown(DFT_OBJECT->top_module), ocd ? "_OCD" : "");
+/// A %REPLACE block being made, and the configurations of the cores between the top and the core at hand.
+struct REPLACE_TEXT {
+    std::string &text;
+    const char *instance_name;
+    size_t lines = 0;
+    std::vector<const DFT_CONFIGURATION *> way{};
+};
+
+/// Appends the lines of the cores in the current configuration, which is that of `core_name` or, where that
+/// is null, of the top, and of those below them at all depths. The same configuration is current again at the
+/// end.
+void rwv_replace_lbist_module(REPLACE_TEXT &out, const char *core_name, bool ocd) {
+    for (int32_t i = 0; i < SL_core_name_countG(); i++) {
+        const CORE_ENTRY core = *set_current_core_name(i);
+        if (core.lbist_file == nullptr)
+            continue;
+        if (++out.lines > most_replace_lines)
+            console_fail("ERROR: the cores of the design give more than %zu lines in %%REPLACE.\n",
+                         most_replace_lines);
+        out.text += format_text("       %s.u%s.%s =>", shown(out.instance_name),
+                                shown(DFT_OBJECT->top_module), core.name);
+        DFT_inst_setup(core.name);
+        out.text += format_text(" TOP_Lb_%s%s;\n", shown(DFT_OBJECT->top_module), ocd ? "_OCD" : "");
+        if (std::find(out.way.begin(), out.way.end(), DFT_OBJECT) != out.way.end())
+            console_fail("ERROR: the core '%s' contains itself in the DFT configuration.\n", core.name);
+        out.way.push_back(DFT_OBJECT);
+        rwv_replace_lbist_module(out, core.name, false);
+        out.way.pop_back();
+        if (core_name == nullptr)
+            DFT_setup(SL_TOP_DFT_TREE);
+        else
+            DFT_inst_setup(core_name);
+    }
 }
 
 void add_replace_block(CONNECT_TEXT &out, const LBIST_ENTRY &entry, bool ocd, const char *preposition) {
     if (entry.instance_name == nullptr)
         console_fail("ERROR: Please specify the %%INSTANCE_NAME of the core %s %%LOGIC_BIST.\n", preposition);
     scan_interface(entry.dft_file, 0, "hier_dft");
-    replace_state = REPLACE_STATE();
     out.text += "     %REPLACE\n      {\n";
     add_line(out, "       %s => TOP_Lb_%s%s;\n", entry.instance_name, shown(DFT_OBJECT->top_module),
              ocd ? "_OCD" : "");
-    for (int32_t i = 0; i < SL_core_name_countG(); i++) {
-        const CORE_ENTRY core = *set_current_core_name(i);
-        if (core.lbist_file == nullptr)
-            continue;
-        add_replace_line(core, entry.instance_name, ocd, out.text);
-        rwv_replace_lbist_module(core.name, entry.instance_name, out.text);
-        DFT_setup(SL_TOP_DFT_TREE);
-    }
+    REPLACE_TEXT replaced = {out.text, entry.instance_name};
+    rwv_replace_lbist_module(replaced, nullptr, ocd);
     out.text += "      }\n";
 }
 
 /// The groups of a logic block that stand between its shift pin and its last clock. `diag` is 1 when the
 /// block is diagnosed through instructions of its own.
 void add_logic_groups(CONNECT_TEXT &out, const LBIST_ENTRY &entry, bool &diag) {
-    for (const INSTRUCTION *scan : instructions_named(entry.scan_instruction)) {
-        diag = true;
-        add_line(out, "     %%SCAN_INSTRUCTION    '%s';\n", opcode(*scan));
-        add_enables(out, *scan, PLAIN_ENABLES, "DIAG_EN");
-    }
+    diag = diag || !instructions_named(entry.scan_instruction).empty();
+    add_instructions(out, entry.scan_instruction, SCAN);
     const char *first = DYNA_count(entry.diag_instructions) > 0 ? entry.diag_instructions[0] : nullptr;
-    for (const INSTRUCTION *diagnosis : instructions_named(first)) {
-        add_line(out, "     %%DIAG_INSTRUCTION    '%s';\n", opcode(*diagnosis));
-        add_ports(out, *diagnosis, "%SCAN_TDI    ", "%SCAN_TDO    ");
-        add_enables(out, *diagnosis, PLAIN_ENABLES, "DUMP_EN");
-    }
-    for (const INSTRUCTION *lbist : instructions_named(entry.lbist_instruction)) {
-        if (!diag)
-            continue;
-        add_ports(out, *lbist, "%TDI    ", "%TDO    ");
-        add_enables(out, *lbist, PLAIN_ENABLES, "BIST_EN");
-    }
+    add_instructions(out, first, DIAGNOSIS);
+    if (diag)
+        add_instructions(out, entry.lbist_instruction, LOGIC);
 }
 
-/// `gap` follows the port keywords.
-void add_logic_selection(CONNECT_TEXT &out, const LBIST_ENTRY &entry, const char *gap, ENABLES wanted) {
+void add_logic_selection(CONNECT_TEXT &out, const LBIST_ENTRY &entry, const INSTRUCTION_LINES &lines) {
     for (const INSTRUCTION *select : instructions_named(entry.sel_instruction)) {
-        add_line(out, "     %%SEL_INSTRUCTION    '%s';\n", opcode(*select));
-        add_ports(out, *select, (std::string("%GROUP_SEL_I") + gap).c_str(),
-                  (std::string("%GROUP_SEL_O") + gap).c_str());
-        add_enables(out, *select, wanted, "SEL_EN");
+        add_instruction(out, *select, lines);
         out.width = register_width(*select);
     }
 }
@@ -233,18 +261,18 @@ void add_logic_block(CONNECT_TEXT &out, const LBIST_ENTRY &entry, const INSTRUCT
     if (entry.scan_instruction == nullptr)
         add_line(out, "     %%SCAN_INSTRUCTION    '%s';\n", opcode(own));
     if (diag)
-        add_enables(out, own, PLAIN_ENABLES, "DIAG_EN");
+        add_instruction(out, own, {nullptr, nullptr, nullptr, PLAIN_ENABLES, "DIAG_EN    "});
     else
         add_block_enables(out, own);
-    add_line(out, "     %%BCLK    %s;\n", shown(TAP_PORT[PORT_TCK].tap_pin));
+    add_clock(out, "BCLK");
     if (!diag)
-        add_ports(out, own, "%TDI    ", "%TDO    ");
+        add_ports(out, own, "TDI    ", "TDO    ");
     add_order(out, entry.ctrl_order);
     add_count_files(out, entry.cnt_files);
     add_line(out, "     %%SHIFT_DR    %s;\n", shown(TAP_PIN[SIG_SHIFT]));
     add_logic_groups(out, entry, diag);
-    add_line(out, "     %%GCLK    %s;\n", shown(TAP_PORT[PORT_TCK].tap_pin));
-    add_logic_selection(out, entry, "    ", GATED_ENABLES);
+    add_clock(out, "GCLK");
+    add_logic_selection(out, entry, LOGIC_SELECTION);
     if (entry.dft_file != nullptr)
         add_replace_block(out, entry, diag, "for");
     add_tests(out, entry.tests);
@@ -256,16 +284,10 @@ bool is_null_word(const char *text) {
 }
 
 void add_diagnosis_list(CONNECT_TEXT &out, const LBIST_ENTRY &entry) {
-    for (int32_t i = 0; i < DYNA_count(entry.diag_instructions); i++) {
-        const char *name = entry.diag_instructions[i];
-        const char *written = is_null_word(name) ? "*" : name;
-        if (i == 0)
-            add_line(out, "     %%DIAG_INSTRUCTION    \"%s\"", written);
-        else
-            add_line(out, ", \"%s\" ", written);
-    }
-    if (DYNA_count(entry.diag_instructions) > 0)
-        out.text += ";\n";
+    std::vector<std::string> names;
+    for (const char *name : rows(entry.diag_instructions))
+        names.push_back(format_text(names.empty() ? "\"%s\"" : "\"%s\" ", is_null_word(name) ? "*" : name));
+    add_list(out, "DIAG_INSTRUCTION    ", names);
 }
 
 void add_diagnosis_blocks(CONNECT_TEXT &out, const LBIST_ENTRY &entry) {
@@ -279,11 +301,8 @@ void add_diagnosis_blocks(CONNECT_TEXT &out, const LBIST_ENTRY &entry) {
         std::vector<const INSTRUCTION *> found = instructions_named(name);
         if (found.empty())
             console_fail("ERROR: Can not find the instruction '%s' in %%DIAG_INSTRUCTION.\n", name);
-        const INSTRUCTION &diagnosis = *found[0];
-        add_line(out, "\n%%LBIST_DIAG  %s\n{\n", shown(diagnosis.name));
-        add_line(out, "     %%INSTRUCTION    '%s';\n", opcode(diagnosis));
-        add_ports(out, diagnosis, "%TDI           ", "%TDO           ");
-        add_enables(out, diagnosis, PLAIN_ENABLES, "DIAG_EN   ");
+        add_line(out, "\n%%LBIST_DIAG  %s\n{\n", shown(found[0]->name));
+        add_instruction(out, *found[0], DIAGNOSIS_ALONE);
         if (entry.diag_cnt_files[i] != nullptr)
             add_line(out, "     %%CNT_FILE      \"%s\";\n", entry.diag_cnt_files[i]);
         out.text += "}\n";
@@ -291,26 +310,18 @@ void add_diagnosis_blocks(CONNECT_TEXT &out, const LBIST_ENTRY &entry) {
 }
 
 void add_logic_block_alone(CONNECT_TEXT &out, const LBIST_ENTRY &entry) {
-    bool ocd = DYNA_count(entry.diag_cnt_files) > 0;
     out.text += "%LOGIC_BIST\n{\n";
-    for (const INSTRUCTION *lbist : instructions_named(entry.lbist_instruction)) {
-        add_line(out, "     %%LBIST_INSTRUCTION    '%s';\n", opcode(*lbist));
-        add_ports(out, *lbist, "%LBIST_TDI     ", "%LBIST_TDO     ");
-        add_enables(out, *lbist, PLAIN_ENABLES, "LBIST_EN");
-    }
+    add_instructions(out, entry.lbist_instruction, LOGIC_ALONE);
     add_count_files(out, entry.cnt_files);
     add_line(out, "     %%SHIFT_DR    %s;\n", shown(TAP_PIN[SIG_SHIFT]));
-    add_line(out, "     %%BCLK    %s;\n", shown(TAP_PORT[PORT_TCK].tap_pin));
-    add_line(out, "     %%GCLK    %s;\n", shown(TAP_PORT[PORT_TCK].tap_pin));
+    add_clock(out, "BCLK");
+    add_clock(out, "GCLK");
     add_order(out, entry.ctrl_order);
     if (entry.dft_file != nullptr)
-        add_replace_block(out, entry, ocd, "in");
-    add_logic_selection(out, entry, "     ", PLAIN_ENABLES);
+        add_replace_block(out, entry, DYNA_count(entry.diag_cnt_files) > 0, "in");
+    add_logic_selection(out, entry, SELECTION_ALONE);
     add_tests(out, entry.tests);
-    for (const INSTRUCTION *debug : instructions_named(entry.debug_instruction)) {
-        add_line(out, "     %%DEBUG_INSTRUCTION    '%s';\n", opcode(*debug));
-        add_enables(out, *debug, PLAIN_ENABLES, "DEBUG_EN");
-    }
+    add_instructions(out, entry.debug_instruction, DEBUG);
     add_diagnosis_list(out, entry);
     out.text += "}\n";
     add_diagnosis_blocks(out, entry);
@@ -366,24 +377,6 @@ void write_logic_file() {
 }
 
 } // namespace
-
-void rwv_replace_lbist_module(const char *core_name, const char *instance_name, std::string &text) {
-    const DFT_CONFIGURATION *own = DFT_OBJECT;
-    for (const DFT_CONFIGURATION *above : replace_state.way) {
-        if (above == own)
-            console_fail("ERROR: the core '%s' contains itself in the DFT configuration.\n", core_name);
-    }
-    replace_state.way.push_back(own);
-    for (int32_t i = 0; i < SL_core_name_countG(); i++) {
-        const CORE_ENTRY core = *set_current_core_name(i);
-        if (core.lbist_file == nullptr)
-            continue;
-        add_replace_line(core, instance_name, false, text);
-        rwv_replace_lbist_module(core.name, instance_name, text);
-        DFT_inst_setup(core_name);
-    }
-    replace_state.way.pop_back();
-}
 
 void rwv_write_connect_file() {
     sdb = nullptr;

@@ -2,13 +2,7 @@
 // lbist_rimweave.cnt.
 #pragma once
 
-#include <string>
-
 /// Writes the files that %MEMORY_BIST and %LOGIC_BIST of the BSC file ask for, below OPATH when it was given;
 /// neither without these tables. Each file is written whole; a fault ends the run before the file that it is
 /// found in is written, and files written before it stay.
 void rwv_write_connect_file();
-
-/// Appends the %REPLACE lines of the cores below `core_name`, whose configuration is current, at all depths.
-/// The same configuration is current again at the end.
-void rwv_replace_lbist_module(const char *core_name, const char *instance_name, std::string &text);

@@ -17,57 +17,29 @@
 #include "support/text.hh"
 
 #include <map>
+#include <set>
+#include <tuple>
 #include <unordered_map>
 #include <utility>
-#include <vector>
 
 namespace {
 
 /// Row of each table that stands on a net, the first one where enables are not shared.
 std::unordered_map<int32_t, int32_t> row_of_net[CONTROL_KIND_COUNT];
 
-[[noreturn]] void fail_enable(const OPIN_ROW &row, bool is_low, const char *pin, const char *fault) {
+[[noreturn]] void fail_enable(const OPIN_ROW &row, const char *fault) {
+    bool is_low = false;
+    const char *pin = chosen_enable_pin(row.pad, PIN_TABLE[row.pin_index], &is_low);
     vmr_fail(
         "ERROR: (%s) %s %s specified in %%BUFFER %s\n       %s in file '%s' while tracing port '%s'.\n\n",
         JTAG_LIB_FILE, is_low ? "%EN_L" : "%EN_H", text_or_undefined(pin), row.pad_class, fault, MODULE_C_SDB,
         row.port_name);
 }
 
-int32_t find_or_make_control(int32_t which, const BUFFER_CELL *pad, int32_t row_index) {
-    const CONTROL_KIND &kind = CONTROL_KINDS[which];
-    const OPIN_ROW &row = OPIN_TAB[row_index];
-    bool is_low = false;
-    const char *enable = chosen_enable_pin(pad, PIN_TABLE[row.pin_index], &is_low);
-    SCAN_CELL *cell = declared_cell(kind.counter).cell;
-    if (cell == nullptr)
-        vmr_fail(which == CONTROL_OE ? "ERROR: Please specify %%CONTROL_OE_SCAN in file '%s'.\n\n"
-                                     : "ERROR: can't find %%CONTROL_SCAN in file '%s'.\n\n",
-                 JTAG_BSC_FILE);
-    int32_t net = search_inet_connected_to_obj(row.pad_obj, enable, DIR_INPUT);
-    if (net < 0)
-        fail_enable(row, is_low, enable, "can't be found");
-    if (is_constant_net(net))
-        return -1;
-    const char *net_name = SDB_net_name(sdb, net);
-    if (net_name == nullptr)
-        fail_enable(row, is_low, enable, "is floating");
-
-    auto [known, is_new] = row_of_net[which].try_emplace(net, DYNA_count(*kind.table));
-    if (!is_new && !option(OPT_DONT_SHARE_CONTROL))
-        return known->second + 1;
-    CONTROL_ROW control = {};
-    control.net = net;
-    control.io_module = -1;
-    control.net_name = keep_text(net_name);
-    control.bsdl_type = cell->rst != nullptr ? "controlr" : "control";
-    control.scan_cell = cell;
-    append_row(*kind.table, control);
-    return DYNA_count(*kind.table);
-}
-
 /// What the user must know of a pad with two enables of which the pin list chooses none: %EN_L gets the
 /// control cell, and the pad may follow the core by the other one in test mode.
-void check_other_enable(const BUFFER_CELL *pad, const OPIN_ROW &row) {
+void check_other_enable(const OPIN_ROW &row) {
+    const BUFFER_CELL *pad = row.pad;
     const char *other = pad->en_l != nullptr ? pad->en_h : nullptr;
     if (PIN_TABLE[row.pin_index]->pad_enable >= 0 || other == nullptr ||
         same_text_no_case(other, pad->en_l) || same_text_no_case(other, pad->input))
@@ -92,9 +64,9 @@ bool is_driven_by_highz(const OPIN_ROW &row) {
 
 /// What the user must know of an enable that the high-impedance signal drives: the signal is raised for high
 /// impedance, and a buffer that was not told to invert it keeps an active-high enable on.
-void check_highz_enable(const BUFFER_CELL *pad, const OPIN_ROW &row) {
+void check_highz_enable(const OPIN_ROW &row) {
     bool is_low = false;
-    const char *enable = chosen_enable_pin(pad, PIN_TABLE[row.pin_index], &is_low);
+    const char *enable = chosen_enable_pin(row.pad, PIN_TABLE[row.pin_index], &is_low);
     bool is_inverted = is_active_low(TAP_CONTR->highz_command);
     if (HIZ_BUF == nullptr)
         vmr_fail("ERROR: (%s) can't find %s in %%TAP_CONTROLLER.\n"
@@ -149,60 +121,70 @@ struct HIGHZ_GROUPS {
     }
 };
 
-/// The first row in chain order for each control cell makes it, so that the later ones find it.
-void mark_control_drivers(const CONTROL_KIND &kind) {
-    std::vector<char> seen(DYNA_count(*kind.table) + 1);
+/// The first row in chain order for each control cell makes it, so that the later ones find it, and the first
+/// row of each high-impedance group that needs the buffer makes that. Every I/O module has buffers of its
+/// own.
+void mark_drivers() {
+    constexpr int32_t HIGHZ = CONTROL_KIND_COUNT;
+    std::set<std::tuple<int32_t, int32_t, int32_t>> made; // kind, and cell or group and module
     for (OPIN_ROW &row : rows(OPIN_TAB)) {
-        int32_t control = row.*kind.field;
-        if (control <= 0 || seen[control] != 0)
-            continue;
-        seen[control] = 1;
-        row.control_driver = 1;
-    }
-}
-
-/// The first row of each group that needs the buffer makes it; every I/O module has buffers of its own.
-void mark_highz_drivers() {
-    std::map<std::pair<int32_t, int32_t>, bool> made;
-    for (OPIN_ROW &row : rows(OPIN_TAB)) {
-        if (!is_driven_by_highz(row))
-            continue;
+        for (int32_t kind = 0; kind < CONTROL_KIND_COUNT; ++kind)
+            if (int32_t control = row.*CONTROL_KINDS[kind].field; control > 0)
+                row.control_driver |= made.insert({kind, control, 0}).second;
         int32_t module = multi_io_module_flagG != 0 ? row.io_module : -1;
-        if (made.try_emplace({module, row.highz_group}, true).second)
-            row.control_driver = 1;
+        if (is_driven_by_highz(row))
+            row.control_driver |= made.insert({HIGHZ, row.highz_group, module}).second;
     }
 }
 
 } // namespace
 
-int32_t save_contr_tab(const BUFFER_CELL *pad, int32_t row) {
-    return find_or_make_control(CONTROL_PLAIN, pad, row);
+int32_t save_contr_tab(CONTROL_KIND_ID which, const OPIN_ROW &row) {
+    const CONTROL_KIND &kind = CONTROL_KINDS[which];
+    const char *enable = chosen_enable_pin(row.pad, PIN_TABLE[row.pin_index], nullptr);
+    SCAN_CELL *cell = declared_cell(kind.counter).cell;
+    if (cell == nullptr)
+        vmr_fail(which == CONTROL_OE ? "ERROR: Please specify %%CONTROL_OE_SCAN in file '%s'.\n\n"
+                                     : "ERROR: can't find %%CONTROL_SCAN in file '%s'.\n\n",
+                 JTAG_BSC_FILE);
+    int32_t net = search_inet_connected_to_obj(row.pad_obj, enable, SDB_INPUT);
+    if (net < 0)
+        fail_enable(row, "can't be found");
+    if (is_constant_net(net))
+        return -1;
+    const char *net_name = SDB_net_name(sdb, net);
+    if (net_name == nullptr)
+        fail_enable(row, "is floating");
+
+    auto [known, is_new] = row_of_net[which].try_emplace(net, DYNA_count(*kind.table));
+    if (!is_new && !option(OPT_DONT_SHARE_CONTROL))
+        return known->second + 1;
+    CONTROL_ROW control = {};
+    control.net = net;
+    control.io_module = -1;
+    control.net_name = keep_text(net_name);
+    control.bsdl_type = cell->rst != nullptr ? "controlr" : "control";
+    control.scan_cell = cell;
+    append_row(*kind.table, control);
+    return DYNA_count(*kind.table);
 }
 
-int32_t save_oe_contr_tab(const BUFFER_CELL *pad, int32_t row) {
-    return find_or_make_control(CONTROL_OE, pad, row);
-}
-
-void save_enable_control(const BUFFER_CELL *pad, int32_t row_index) {
-    OPIN_ROW &row = OPIN_TAB[row_index];
-    bool is_oe = row.scan_cell->oe_mode != nullptr;
-    int32_t index = -1;
-    if (pad->control_bcell == nullptr)
-        index = is_oe ? save_oe_contr_tab(pad, row_index) : save_contr_tab(pad, row_index);
-    int32_t &field = is_oe ? row.oe_control : row.control;
-    field = index;
-    if (index != -1) {
-        check_other_enable(pad, row);
+void save_enable_control(OPIN_ROW &row) {
+    CONTROL_KIND_ID which = row.scan_cell->oe_mode != nullptr ? CONTROL_OE : CONTROL_PLAIN;
+    int32_t &control = row.*CONTROL_KINDS[which].field;
+    control = row.pad->control_bcell == nullptr ? save_contr_tab(which, row) : -1;
+    if (control != -1) {
+        check_other_enable(row);
         return;
     }
-    if (TAP_CONTR == nullptr || TAP_CONTR->highz_command == nullptr) {
-        field = 0;
+    if (TAP_CONTR->highz_command == nullptr) {
+        control = 0;
         return;
     }
     if (row.scan_cell->highz != nullptr)
         ++HIGHZ_CNT;
     if (is_driven_by_highz(row))
-        check_highz_enable(pad, row);
+        check_highz_enable(row);
 }
 
 void split_control_cells_by_module() {
@@ -217,8 +199,6 @@ void forget_control_sharing() {
 }
 
 void setup_driving_control_cell_and_highz_buf() {
-    for (const CONTROL_KIND &kind : CONTROL_KINDS)
-        mark_control_drivers(kind);
     int32_t *sizes = nullptr;
     if (HIGHZ_CNT != 0) {
         int32_t limit = TAP_CONTR->group_size > 0 ? TAP_CONTR->group_size : HIGHZ_CNT;
@@ -227,7 +207,7 @@ void setup_driving_control_cell_and_highz_buf() {
     HIGHZ_GROUPS groups = {sizes};
     groups.number_rows(CONTROL_KINDS[CONTROL_PLAIN], 0);
     groups.number_rows(CONTROL_KINDS[CONTROL_OE], 1);
-    mark_highz_drivers();
+    mark_drivers();
     DYNA_free(&sizes);
 }
 

@@ -12,6 +12,3 @@ const CONTROL_SIGNAL_INFO CONTROL_SIGNALS[SIGNAL_COUNT] = {
     // The TAP has no field for the boundary clock: its pin has a fixed name.
     {"bclk", nullptr, &SCAN_CELL::tck, nullptr},
 };
-
-BUFFER_TREE TREES[SIGNAL_COUNT];
-BUFFER_TREE *EXTRA_TREES = nullptr;

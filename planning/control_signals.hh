@@ -35,7 +35,7 @@ extern const CONTROL_SIGNAL_INFO CONTROL_SIGNALS[SIGNAL_COUNT];
 /// Pin of the TAP that gives the boundary clock of -synch.
 constexpr const char *BCELL_TCK = "BCELL_TCK";
 
-/// Load, groups and tree of one control signal. rimweave_init clears them; add_scan_tab counts `need`;
+/// Load, groups and tree of one control signal. add_scan_tab counts `need`;
 /// built_bus_balance_group_tab_for_control_signal makes `group` and `buffer`; the wiring sets the rest.
 struct BUFFER_TREE {
     int32_t need;        ///< inserted pins that want the signal
@@ -46,8 +46,11 @@ struct BUFFER_TREE {
     int32_t index;       ///< while wiring: the current group
 };
 
-extern BUFFER_TREE TREES[SIGNAL_COUNT]; ///< one tree per control signal
-extern BUFFER_TREE *EXTRA_TREES; ///< table: one tree per %EXTRA_n position; row n-1 belongs to %EXTRA_n
+/// The trees of one module, or of the whole chip where all cells lie in one.
+struct CONTROL_TREES {
+    BUFFER_TREE signals[SIGNAL_COUNT];
+    BUFFER_TREE *extras; ///< table: one tree per %EXTRA_n position; row n-1 belongs to %EXTRA_n
+};
 
 /// The mode signals in order, for loops over %MODE_1 to %MODE_3.
 constexpr CONTROL_SIGNAL MODE_SIGNALS[3] = {SIG_MODE1, SIG_MODE2, SIG_MODE3};

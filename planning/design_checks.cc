@@ -3,7 +3,8 @@
 #include "planning/validation.hh"
 
 #include "description/lookups.hh"
-#include "planning/cell_choice.hh"
+#include "planning/open_design.hh"
+#include "planning/tap_needs.hh"
 #include "planning/tap_state.hh"
 #include "planning/tracing.hh"
 #include "sdb/navigation.hh"
@@ -20,11 +21,9 @@ namespace {
 void check_buffer_cell(const char *keyword, const char *name) {
     if (name == nullptr)
         return;
-    const BUFFER_CELL *buffer = get_buffer(name);
+    const BUFFER_CELL *buffer = declared_tap_buffer(keyword, name);
     if (buffer == nullptr)
-        vmr_fail("ERROR: (%s) void declare %s '%s'\n       in %%TAP_CONTROLLER.\n"
-                 "       Can't find definition of '%s' in '%s'.\n\n",
-                 JTAG_LIB_FILE, keyword, name, name, JTAG_LIB_FILE);
+        end_run();
     const char *path = find_design_file(format_text("%s.sdb", name));
     if (path == nullptr)
         vmr_fail("ERROR: can't find SDB file '%s%s.sdb' in default searching path.\n\n", PATH, name);
@@ -34,14 +33,11 @@ void check_buffer_cell(const char *keyword, const char *name) {
     for (const auto &pin : pins)
         if (pin.pin == nullptr)
             vmr_fail("ERROR: (%s) can't find %s in %s.\n", JTAG_LIB_FILE, pin.keyword, name);
-    SDB_HANDLE *design = sdb;
-    open_sdb_file(path);
+    OPEN_DESIGN cell(path);
     for (const auto &pin : pins)
         if (SDB_nl_search_port(pin.pin) == -1)
             vmr_fail("ERROR: (%s) %s %s specified in %%BUFFER %s.\n       can't be found in file '%s'.\n",
                      JTAG_LIB_FILE, pin.keyword, pin.pin, name, path);
-    close_sdb_file();
-    SDB_setup(design);
 }
 
 // Notes an active-low enable on the TDO port's pad, which -add_pad adds when the design has no such port.
@@ -58,21 +54,6 @@ void look_at_tdo_pad(const PIN_ENTRY *pin) {
         TDO_EN_LOW = is_low;
 }
 
-// Notes the mode pins of a mux pad, and all that the cell inside a pad wants: the TAP must then have them,
-// though no declared cell does.
-void look_at_mode_pins(const char *name) {
-    int32_t node = get_node_connected_to_portnode(find_iport(name));
-    const BUFFER_CELL *buffer = get_buffer(object_class_name(node_tab[node].obj));
-    if (buffer == nullptr)
-        return;
-    for (int32_t n = 0; n < 3; ++n)
-        if (buffer->*PAD_MODES[n] != nullptr)
-            BCELL_HAS[MODE_SIGNALS[n]] = 1;
-    const SCAN_CELL *inside = is_bs_buffer(buffer) ? get_scan_cell(buffer->name) : nullptr;
-    if (inside != nullptr)
-        note_control_pins(*inside);
-}
-
 } // namespace
 
 void check_connect_pad() {
@@ -85,8 +66,11 @@ void check_connect_pad() {
             continue;
         if (same_text(name, GLOBAL_TDO))
             tdo = pin;
-        if (!skip_signal(name))
-            look_at_mode_pins(name);
+        if (skip_signal(name))
+            continue;
+        int32_t node = get_node_connected_to_portnode(find_iport(name));
+        if (const BUFFER_CELL *pad = get_buffer(object_class_name(node_tab[node].obj)); pad != nullptr)
+            note_needs_of_pad(*pad);
     }
     if (GLOBAL_TDO != nullptr)
         look_at_tdo_pad(tdo);

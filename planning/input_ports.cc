@@ -13,90 +13,48 @@
 
 namespace {
 
-constexpr MUX_PIN_PAIR INPUT_MUX = {"%MODE_2", "%MUX_IN2", "mux input pad", "Mux input pad"};
-
-/// The core side of a described pad: its output pin's node. `words` is the pad's keyword in messages.
-int32_t pad_output_node(OPIN_ROW &row, const BUFFER_CELL *pad, const char *words) {
-    if (pad->output == nullptr)
-        vmr_fail("ERROR: (%s) can't find %%OUTPUT in %s %s\n\n", JTAG_LIB_FILE, words, row.pad_class);
-    int32_t node = search_inode_connected_to_obj(row.pad_obj, pad->output, DIR_OUTPUT);
-    if (node < 0)
-        vmr_fail("ERROR: (%s) %%OUTPUT %s specified in %s %s\n"
-                 "       can't be found in file '%s' while tracing port '%s'.\n\n",
-                 JTAG_LIB_FILE, pad->output, words, row.pad_class, MODULE_C_SDB, row.port_name);
-    row.net_name = keep_text_or_null(SDB_net_name(sdb, node_tab[node].net));
-    row.pad_output = pad->output;
-    return node;
-}
-
 /// The core side of a differential pad, or -1 for the minus leg: one differential input has one cell, on its
 /// plus leg.
-int32_t differential_output_node(OPIN_ROW &row, const BUFFER_CELL *pad, int32_t port) {
-    if (pad->input == nullptr || pad->input_m == nullptr)
-        vmr_fail("ERROR: (%s) can't find %%INPUT_P or %%INPUT_M in DIFFERENTIAL BUFFER %s\n\n", JTAG_LIB_FILE,
+int32_t differential_output_node(OPIN_ROW &row, int32_t port) {
+    constexpr const char *words = "DIFFERENTIAL BUFFER";
+    const BUFFER_CELL &pad = *row.pad;
+    if (pad.input == nullptr || pad.input_m == nullptr)
+        vmr_fail("ERROR: (%s) can't find %%INPUT_P or %%INPUT_M in %s %s\n\n", JTAG_LIB_FILE, words,
                  row.pad_class);
-    if (pad->output == nullptr)
-        vmr_fail("ERROR: (%s) can't find %%OUTPUT in DIFFERENTIAL BUFFER %s\n\n", JTAG_LIB_FILE,
-                 row.pad_class);
-    const char *leg = differential_leg(row, port);
-    if (same_text_no_case(leg, pad->input))
-        return pad_output_node(row, pad, "DIFFERENTIAL BUFFER");
-    if (same_text_no_case(leg, pad->input_m))
-        return -1;
-    fail_third_leg(row, leg);
+    if (pad.output == nullptr)
+        vmr_fail("ERROR: (%s) can't find %%OUTPUT in %s %s\n\n", JTAG_LIB_FILE, words, row.pad_class);
+    return is_plus_leg(row, port, pad.input, pad.input_m) ? take_pad_output(row, words) : -1;
 }
 
-/// The port's own node, for a port without a described pad.
-int32_t bare_port_node(OPIN_ROW &row, int32_t port) {
+/// The node at the core side of the port, or -1 where no cell may stand.
+int32_t core_node(OPIN_ROW &row, int32_t port) {
+    if (row.pad != nullptr)
+        return is_differential(row.pad) ? differential_output_node(row, port) : take_pad_output(row);
     if (INPUT_BUFFER == nullptr && !option(OPT_NO_PAD))
-        vmr_fail("ERROR: option -add_pad requires to declare %%INPUT_BUFFER\n       in file '%s'.\n\n",
-                 JTAG_BSC_FILE);
-    int32_t node = port_tab[port].node;
-    row.net_name = keep_text_or_null(SDB_net_name(sdb, node_tab[node].net));
-    return node;
+        fail_add_pad("%INPUT_BUFFER");
+    return take_own_net(row, port);
 }
 
-/// True, with a warning, when the core side of the port runs straight to another port, whose cell then serves
-/// both.
-bool is_merged(const OPIN_ROW &row, const BUFFER_CELL *pad, int32_t node) {
-    int32_t adjacent = find_adjacent_node(node);
-    if (adjacent < 0 || is_bs_buffer(pad))
-        return false;
-    const char *words = "output port";
-    if (is_port_node(adjacent)) {
-        if (skip_signal(node_pin_name(adjacent)))
-            return false;
-    } else {
-        int32_t obj = node_tab[adjacent].obj;
-        const BUFFER_CELL *buffer = get_buffer(object_class_name(obj));
-        if (buffer == nullptr)
-            return false;
-        if (buffer->function == nullptr)
-            adjacent = search_inode_connected_to_obj(obj, buffer->output, DIR_OUTPUT);
-        adjacent = find_adjacent_node(adjacent);
-        if (adjacent < 0 || !is_port_node(adjacent))
-            return false;
-        words = "port";
-    }
-    vmr_printf("WARNING: input port '%s' connects to %s '%s' directly.\n"
-               "         A merged cell will be introduced.\n\n",
-               row.port_name, words, node_pin_name(adjacent));
-    return true;
+/// The node that a buffer behind the port's core net leads to, or -1.
+int32_t node_behind_buffer(int32_t node, bool is_bidir) {
+    int32_t obj = node_tab[node].obj;
+    const BUFFER_CELL *buffer = get_buffer(object_class_name(obj));
+    if (buffer == nullptr)
+        return -1;
+    if (is_bidir && has_function(buffer, "inout"))
+        node = search_inode_connected_to_obj(obj, buffer->inout, SDB_BIDIRECTIONAL);
+    else if (is_bidir || buffer->function == nullptr)
+        node = search_inode_connected_to_obj(obj, buffer->output, SDB_OUTPUT);
+    return find_adjacent_node(node);
 }
 
-void take_mux_cell(OPIN_ROW &row, const BUFFER_CELL *pad, bool is_clock) {
+CHOSEN_CELL choose_mux_cell(OPIN_ROW &row, bool is_clock) {
     CELL_COUNTER own = is_clock ? COUNT_CLOCK_MUX : COUNT_INPUT_MUX;
     CHOSEN_CELL chosen = named_cell(row, own);
     // The report has no section for clock cells of mux pads: an input port's cell is found among its own.
     if (chosen.cell == nullptr)
         chosen.cell = declared_cell(own, is_clock ? COUNT_INPUT_MUX : COUNT_CLOCK_MUX).cell;
-    if (chosen.cell == nullptr)
-        vmr_fail("ERROR: can't find %%INPUT_MUX_SCAN in file '%s'.\n"
-                 "       Need INPUT_MUX_SCAN to connect to input port '%s'.\n\n",
-                 JTAG_BSC_FILE, row.port_name);
-    take_cell(row, is_clock ? CELL_MUX_CLOCK : CELL_MUX_INPUT, chosen);
-    row.mode_net[1] = search_inet_connected_to_obj(row.pad_obj, pad->mode_2, DIR_INPUT);
-    row.mux_in2_net = search_inet_connected_to_obj(row.pad_obj, pad->mux_in2, DIR_INPUT);
+    return required_cell(row, chosen, {"%INPUT_MUX_SCAN", "INPUT_MUX_SCAN", "input"});
 }
 
 /// A cell of the pin file counts as the clock or input cell that it is declared as; one that is neither
@@ -108,7 +66,7 @@ CHOSEN_CELL counted_as_declared(CHOSEN_CELL chosen, bool is_clock) {
     return chosen;
 }
 
-CHOSEN_CELL choose_cell(OPIN_ROW &row, const BUFFER_CELL *pad, bool is_clock) {
+CHOSEN_CELL choose_cell(OPIN_ROW &row, bool is_clock) {
     const PIN_ENTRY &pin = *PIN_TABLE[row.pin_index];
     CHOSEN_CELL chosen = named_cell(row, is_clock ? COUNT_CLOCK : COUNT_INPUT);
     if (chosen.cell == nullptr && pin.bsc_kind == BSC_I)
@@ -118,34 +76,43 @@ CHOSEN_CELL choose_cell(OPIN_ROW &row, const BUFFER_CELL *pad, bool is_clock) {
     // A BSC list that gives the port more than an input cell leaves the input side to the declared input
     // cell.
     bool prefers_clock = is_clock && pin.bsc_kind < BSC_I;
-    if (!is_clock && pin.bsc_kind < BSC_I && is_bs_buffer(pad))
+    if (!is_clock && pin.bsc_kind < BSC_I && is_bs_buffer(row.pad))
         return {builtin_cell(row), COUNT_INPUT};
     chosen =
         prefers_clock ? declared_cell(COUNT_CLOCK, COUNT_INPUT) : declared_cell(COUNT_INPUT, COUNT_CLOCK);
-    if (chosen.cell == nullptr)
-        vmr_fail("ERROR: can't find %%INPUT_SCAN in file '%s'.\n"
-                 "       Need INPUT SCAN to connect to input port '%s'.\n\n",
-                 JTAG_BSC_FILE, row.port_name);
-    return chosen;
+    return required_cell(row, chosen, {"%INPUT_SCAN", "INPUT SCAN", "input"});
 }
 
 } // namespace
 
-void save_input_clock_tab(BUFFER_CELL *pad, int32_t row_index, int32_t port, int32_t is_input) {
+bool is_merged(const OPIN_ROW &row, int32_t node, bool is_bidir) {
+    int32_t far = find_adjacent_node(node);
+    if (far < 0)
+        return false;
+    bool is_direct = is_port_node(far);
+    if (is_direct && !is_bidir && skip_signal(node_pin_name(far)))
+        return false;
+    if (!is_direct)
+        far = node_behind_buffer(far, is_bidir);
+    if (far < 0 || !is_port_node(far))
+        return false;
+    vmr_printf("WARNING: %s '%s' connects to %s '%s' directly.\n"
+               "         A merged cell will be introduced.\n\n",
+               is_bidir && !is_direct ? "input end of bidir port" : "input port", row.port_name,
+               is_direct ? "output port" : "port", node_pin_name(far));
+    return true;
+}
+
+void save_input_clock_tab(int32_t row_index, int32_t port) {
     OPIN_ROW &row = OPIN_TAB[row_index];
-    bool is_clock = is_input == 0;
-    int32_t node = 0;
-    if (pad == nullptr)
-        node = bare_port_node(row, port);
-    else if (is_differential(pad))
-        node = differential_output_node(row, pad, port);
-    else
-        node = pad_output_node(row, pad, "%BUFFER");
-    if (node < 0 || is_merged(row, pad, node))
+    bool is_clock = has_function(row.pad, "CLOCK");
+    int32_t node = core_node(row, port);
+    if (node < 0 || (!is_bs_buffer(row.pad) && is_merged(row, node, false)))
         return;
-    if (pad != nullptr && has_mux(row, pad->mode_2, pad->mux_in2, INPUT_MUX)) {
-        take_mux_cell(row, pad, is_clock);
-        return;
+    if (row.pad != nullptr && has_mux(row, PAD_MUX_2, "input")) {
+        take_cell(row, is_clock ? CELL_MUX_CLOCK : CELL_MUX_INPUT, choose_mux_cell(row, is_clock));
+        trace_mux(row, PAD_MUX_2);
+    } else {
+        take_cell(row, is_clock ? CELL_CLOCK : CELL_INPUT, choose_cell(row, is_clock));
     }
-    take_cell(row, is_clock ? CELL_CLOCK : CELL_INPUT, choose_cell(row, pad, is_clock));
 }

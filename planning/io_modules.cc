@@ -2,7 +2,7 @@
 // port has its cell.
 #include "planning/io_modules.hh"
 
-#include "planning/port_table.hh"
+#include "planning/tracing.hh"
 #include "sdb/navigation.hh"
 #include "sdb/sdb.hh"
 #include "support/text.hh"
@@ -11,8 +11,6 @@
 #include <unordered_map>
 
 namespace {
-
-constexpr const char *UNDEFINED = "*UNDEF*";
 
 /// The modules met so far. A row of MULTI_IO_TAB is found by its parent, class and instance.
 struct IO_MODULES {
@@ -39,8 +37,6 @@ int32_t enter_module(MULTI_IO_NODE *&cursor, const char *class_name, const char 
         module.inst_name = inst_name;
         module.copy = io_modules.copies[class_name]++;
         module.parent = cursor->row;
-        module.added_ports = DYNA_init<ADDED_PORT>();
-        module.added_conns = DYNA_init<ADDED_CONN>();
         append_row(MULTI_IO_TAB, module);
         append_row(cursor->children, {DYNA_count(MULTI_IO_TAB) - 1, nullptr});
         place->second = {DYNA_count(MULTI_IO_TAB) - 1, DYNA_count(cursor->children) - 1};
@@ -51,13 +47,11 @@ int32_t enter_module(MULTI_IO_NODE *&cursor, const char *class_name, const char 
 
 /// Fills the hierarchy fields of a row from the parents of its cell's name, innermost first.
 void take_parents(OPIN_ROW &row, int32_t prefix_row) {
-    const char *instance = SDB_prefix_instance_name(sdb, prefix_row);
-    row.pad_instance = keep_text(instance != nullptr ? instance : UNDEFINED);
+    auto kept = [](const char *name) { return keep_text(text_or_undefined(name)); };
+    row.pad_instance = kept(SDB_prefix_instance_name(sdb, prefix_row));
     for (int32_t up = prefix_tab[prefix_row].parent; up >= 0; up = prefix_tab[up].parent) {
-        const char *class_name = SDB_prefix_class_name(sdb, up);
-        const char *inst_name = SDB_prefix_instance_name(sdb, up);
-        append_row(row.hier_classes, keep_text(class_name != nullptr ? class_name : UNDEFINED));
-        append_row(row.hier_instances, keep_text(inst_name != nullptr ? inst_name : UNDEFINED));
+        append_row(row.hier_classes, kept(SDB_prefix_class_name(sdb, up)));
+        append_row(row.hier_instances, kept(SDB_prefix_instance_name(sdb, up)));
     }
 }
 
@@ -80,8 +74,7 @@ void get_hier_class_and_inst_name(int32_t row_index, int32_t obj) {
         io_modules.reference_row = row_index;
     int32_t prefix_row = SDB_obj_prefix_row(sdb, obj);
     if (prefix_row < 0) {
-        const char *name = SDB_obj_name(sdb, obj);
-        row.pad_instance = keep_text(name != nullptr ? name : UNDEFINED);
+        row.pad_instance = keep_text(text_or_undefined(SDB_obj_name(sdb, obj)));
         row.io_module = 0;
         io_modules.reference_row = -1;
         return;

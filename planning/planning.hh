@@ -18,16 +18,18 @@ void free_planning_tables();
 /// design.
 void produce_opin_control_tab();
 
-/// Per direction: fills one row (input and clock ports, outputs, bidirectional ports). `pad` may be null.
-void save_input_clock_tab(BUFFER_CELL *pad, int32_t row, int32_t port, int32_t is_input);
-void save_output_scan_tab(BUFFER_CELL *pad, int32_t row, int32_t port);
-void save_bidir_scan_tab(BUFFER_CELL *pad, int32_t row, int32_t port);
+/// Per direction: chooses the cell of one row, whose pad has been taken.
+void save_input_clock_tab(int32_t row, int32_t port);
+void save_output_scan_tab(int32_t row, int32_t port);
+void save_bidir_scan_tab(int32_t row);
+/// True, with a warning, when the port's core side, the net of `node`, runs straight or through one buffer to
+/// another port, whose cell then serves both.
+bool is_merged(const OPIN_ROW &row, int32_t node, bool is_bidir);
 
-/// Finds or makes the control cell of a row's enable: table index plus one, or -1 for none.
-int32_t save_contr_tab(const BUFFER_CELL *pad, int32_t row);
-int32_t save_oe_contr_tab(const BUFFER_CELL *pad, int32_t row);
+/// Finds or makes the control cell of a row's enable: table index plus one, or -1 for a constant enable.
+int32_t save_contr_tab(CONTROL_KIND_ID which, const OPIN_ROW &row);
 /// Ties the enable of a row with its chosen cell to one of the two control tables.
-void save_enable_control(const BUFFER_CELL *pad, int32_t row);
+void save_enable_control(OPIN_ROW &row);
 /// Gives every I/O module control cells of its own: rows of both tables are split by the module of their
 /// ports. Runs once, when all rows are classified and the design turned out to have several I/O modules.
 void split_control_cells_by_module();
@@ -42,14 +44,6 @@ int32_t check_hiz_signal();
 
 /// Sorts OPIN_TAB into chain order, from TDO.
 void arrange_opin_tab_from_tdo();
-/// The ports of one control cell, for the boundary order file.
-struct CONTR_PIN_ROW {
-    int32_t control;    ///< CONTROL_TAB index plus one, or -1
-    int32_t oe_control; ///< CONTROL_OE_TAB index plus one, or -1
-    int32_t *orders;    ///< table: `order` of each port, ascending
-};
-extern CONTR_PIN_ROW *CONTR_PIN; ///< made by sort_pin_with_control, released by the boundary order file
-void sort_pin_with_control();
 
 /// Takes the standard ports' row pointers and numbers again after the sort.
 void bs_reset_standard_port_ptr_of_TAP();

@@ -73,10 +73,9 @@ int32_t create_an_entry_of_OPIN_TAB(int32_t pin_index, const char *core_name) {
     row.pin_num = is_internal_pin(&pin) || is_observe_pin(&pin) ? pin.package_name : pin.number;
     row.port_name = keep_text(without_minus(core_name));
     row.inverted = is_active_low(core_name) ? 1 : 0;
-    row.scan_cell_name = pin.bsc_name;
     row.kind = CELL_NONE;
     row.pad_obj = -1;
-    row.chain_place = -1;
+    row.order = row.chain_place = -1;
     std::fill(std::begin(row.mode_net), std::end(row.mode_net), -1);
     row.mux_in1_net = row.mux_in2_net = row.mux_out_net = -1;
     row.io_module = -1;

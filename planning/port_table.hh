@@ -30,20 +30,25 @@ enum CELL_KIND : int32_t {
     CELL_KIND_COUNT = 17
 };
 
-/// What a cell counts as in the report: the roles of %SCAN_CELLS that ports and enables take their cells
-/// from.
+/// What a cell counts as in the report: the role of %SCAN_CELLS that it plays (planning/cell_roles.hh). No
+/// port and no enable takes the cells of the roles with LOW, HIGH and CONTROL_MUX.
 enum CELL_COUNTER : int32_t {
-    COUNT_CLOCK,
     COUNT_INPUT,
-    COUNT_INPUT_MUX,
+    COUNT_CLOCK,
     COUNT_OUTPUT,
-    COUNT_OUTPUT_MUX,
     COUNT_BIDIR,
-    COUNT_BIDIR_MUX,
     COUNT_CONTROL,
-    COUNT_CONTROL_OE,
-    COUNT_INTERNAL,
+    COUNT_CONTROL_LOW,
+    COUNT_CONTROL_HIGH,
+    COUNT_INPUT_MUX,
     COUNT_CLOCK_MUX,
+    COUNT_OUTPUT_MUX,
+    COUNT_BIDIR_MUX,
+    COUNT_CONTROL_MUX,
+    COUNT_CONTROL_OE,
+    COUNT_CONTROL_OE_LOW,
+    COUNT_CONTROL_OE_HIGH,
+    COUNT_INTERNAL,
     CELL_COUNTER_COUNT
 };
 
@@ -53,38 +58,50 @@ struct CHOSEN_CELL {
     CELL_COUNTER counter;
 };
 
-/// One row per pin-list entry that has a top name. A row has a cell exactly when `scan_cell` is set.
-struct OPIN_ROW {
-    int32_t order;          ///< sort key; after emission the SCAN_TAB index of the row's cell
-    int32_t chain_place;    ///< SCAN_TAB index of the row's first cell, -1 before it has one
+/// What the pin file and the design say of a port. Written when the row is made and while its pad is traced.
+struct PORT_FACTS {
     int32_t pin_index;      ///< row of PIN_TABLE
     const char *pin_num;    ///< INTERNAL, OBSERVE or the package pin's number
     const char *port_name;  ///< top name without '-'; instance{pin} for an internal pin
+    int32_t inverted;       ///< 1 when the top name started with '-'
+    const char *direction;  ///< direction of the pin list: suffix of cell instance names; null when none
+    int32_t pad_obj;        ///< object of the cell next to the port, -1 none
+    const char *pad_class;  ///< class of the cell next to the port, or "*UNDEF*"; null when nothing is known
+    BUFFER_CELL *pad;       ///< description of pad_class, or null
     const char *pad_input;  ///< pad pin that the core drives, or null
     const char *pad_output; ///< pad pin that drives the core, or null
     const char *net_name;   ///< net at the core side of the pad; "out,in" for a bidirectional port
-    const char *pad_class;  ///< class of the cell next to the port, or "*UNDEF*"; null when nothing is known
-    const char *pad_instance;    ///< its instance name without hierarchy
-    const char *scan_cell_name;  ///< BSC(...) name; after emission the instance names of the inserted cells
+    const char *pad_instance;    ///< the pad's instance name without hierarchy
     const char **hier_classes;   ///< table: modules above the pad, innermost first
     const char **hier_instances; ///< table: their instance names
-    const char *direction;       ///< direction of the pin list: suffix of cell instance names; null when none
-    int32_t kind;                ///< CELL_KIND
-    int32_t control;             ///< 0 none, above 0 CONTROL_TAB index plus one, -1 the high-impedance signal
-    int32_t oe_control;          ///< the same for CONTROL_OE_TAB
-    int32_t control_driver;      ///< 1 on the row that makes the control cell or high-impedance buffer
-    int32_t inverted;            ///< 1 when the top name started with '-'
-    int32_t highz_group;         ///< number of the row's highz_buf
-    int32_t pad_obj;             ///< object of the cell next to the port, -1 none
+    int32_t io_module;           ///< row of MULTI_IO_TAB, -1 until traced
     int32_t mode_net[3];         ///< net at the pad's %MODE_1..3, -1 when not traced, 0 GND, 1 VCC
     /// Nets at %MUX_IN1, %MUX_IN2, %MUX_OUT, -1 when not traced.
     int32_t mux_in1_net, mux_in2_net, mux_out_net;
-    int32_t io_module;      ///< row of MULTI_IO_TAB, -1 until traced
-    BUFFER_CELL *pad;       ///< description of pad_class, or null
+};
+
+/// What the classification decides for a port. It has a cell exactly when `scan_cell` is set.
+struct PORT_CHOICE {
+    int32_t kind;           ///< CELL_KIND
     SCAN_CELL *scan_cell;   ///< the chosen cell, or null; set with `kind` and `counter` by take_cell
     CELL_COUNTER counter;   ///< what scan_cell counts as
     CHOSEN_CELL input_cell; ///< of a pair, whose output cell is scan_cell; else none
+    int32_t control;        ///< 0 none, above 0 CONTROL_TAB index plus one, -1 the high-impedance signal
+    int32_t oe_control;     ///< the same for CONTROL_OE_TAB
 };
+
+/// Where the port's cells stand: the first fields by the scan order, the others by emission.
+struct PORT_PLACE {
+    int32_t sort_key;           ///< place among the rows; no place in the chain
+    int32_t control_driver;     ///< 1 on the row that makes the control cell or high-impedance buffer
+    int32_t highz_group;        ///< number of the row's highz_buf
+    int32_t order;              ///< SCAN_TAB index of the row's cell, -1 before it has one
+    int32_t chain_place;        ///< SCAN_TAB index of the row's first cell, -1 before it has one
+    const char *scan_cell_name; ///< instance names of the inserted cells, null before
+};
+
+/// One row per pin-list entry that has a top name.
+struct OPIN_ROW : PORT_FACTS, PORT_CHOICE, PORT_PLACE {};
 
 /// One row per control cell (CONTROL_TAB) or OE control cell (CONTROL_OE_TAB).
 struct CONTROL_ROW {
@@ -119,13 +136,14 @@ struct ADDED_CONN {
     const char *inst1, *pin1, *inst2, *pin2; ///< a null instance makes its pin a net
 };
 
-/// One row per module on the way from the top to a pad; row 0 is the top.
+/// One row per module on the way from the top to a pad; row 0 is the top. Where all cells lie in one module,
+/// whichever it is, row 0 has the trees.
 struct MULTI_IO_ROW {
     const char *class_name, *inst_name;
     int32_t copy;       ///< how many earlier rows have this class
     int32_t parent;     ///< -1 for row 0
     int32_t cell_count; ///< cells inserted in this module
-    int32_t need[SIGNAL_COUNT], cnt[SIGNAL_COUNT], index[SIGNAL_COUNT];
+    CONTROL_TREES trees;
     ADDED_PORT *added_ports;
     ADDED_CONN *added_conns;
 };

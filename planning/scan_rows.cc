@@ -1,36 +1,20 @@
 // The SCAN_TAB row of an inserted cell, and the loads that the cell puts on the control signals.
 #include "planning/planning.hh"
 
-#include "planning/cell_choice.hh"
-#include "planning/tap_state.hh"
-#include "support/console.hh"
+#include "planning/port_pad.hh"
+#include "planning/tap_needs.hh"
 #include "support/run_state.hh"
 #include "support/text.hh"
 
 namespace {
 
-void count_load(int32_t signal, MULTI_IO_ROW *module) {
-    ++TREES[signal].need;
-    if (module != nullptr)
-        ++module->need[signal];
-}
-
 /// The mode pins of a mux pad that no working net drives are loads of the TAP's mode signals.
-void count_pad_modes(const OPIN_ROW &row, MULTI_IO_ROW *module) {
+void count_pad_modes(const OPIN_ROW &row, CONTROL_TREES &trees) {
     for (int32_t i = 0; i < 3; ++i) {
-        int32_t signal = MODE_SIGNALS[i];
-        if (row.pad == nullptr || row.pad->*PAD_MODES[i] == nullptr || row.mode_net[i] >= 2)
+        if (!mode_hangs_on_tap(row, i))
             continue;
-        count_load(signal, module);
-        if (TAP_PIN[signal] != nullptr)
-            continue;
-        const CONTROL_SIGNAL_INFO &info = CONTROL_SIGNALS[signal];
-        TAP_PIN[signal] = TAP_CONTR == nullptr ? nullptr : without_minus(TAP_CONTR->*info.tap_field);
-        if (TAP_PIN[signal] == nullptr)
-            vmr_fail("ERROR: (%s) can't find %s in %%TAP_CONTROLLER %s.\n"
-                     "       Please define %s to connectmux pad %s.\n\n",
-                     JTAG_LIB_FILE, info.keyword, text_or_undefined(TAP_MODULE_NAME), info.keyword,
-                     text_or_undefined(row.pad_instance));
+        ++trees.signals[MODE_SIGNALS[i]].need;
+        require_mode_pin(MODE_SIGNALS[i], row);
     }
 }
 
@@ -54,29 +38,30 @@ const char *add_scan_tab(const SCAN_CELL *cell, int32_t row_index, bool mux, boo
     scan.pins[SIG_BCLK] = cell->tck;
     scan.io_module = scan.module_seq = -1;
 
-    MULTI_IO_ROW *module = nullptr;
-    if (multi_io_module_flagG != 0 && current_multi_io_indexG >= 0) {
-        module = &MULTI_IO_TAB[current_multi_io_indexG];
+    bool several = multi_io_module_flagG != 0 && current_multi_io_indexG >= 0;
+    MULTI_IO_ROW &module = MULTI_IO_TAB[several ? current_multi_io_indexG : 0];
+    if (several) {
         scan.io_module = current_multi_io_indexG;
-        scan.module_seq = ++module->cell_count;
+        scan.module_seq = ++module.cell_count;
     }
+    CONTROL_TREES &trees = module.trees;
     if (option(OPT_SYNCH))
-        count_load(SIG_BCLK, module);
+        ++trees.signals[SIG_BCLK].need;
     for (int32_t signal = 0; signal < SIG_BCLK; ++signal) {
         scan.pins[signal] = cell->*CONTROL_SIGNALS[signal].cell_pin;
         if (scan.pins[signal] != nullptr)
-            count_load(signal, module);
+            ++trees.signals[signal].need;
     }
     if (mux)
-        count_pad_modes(row, module);
+        count_pad_modes(row, trees);
 
     for (const char *pin : rows(cell->extras)) {
         int32_t position = DYNA_count(scan.extra_pins);
         append_row(scan.extra_pins, pin);
-        if (position >= DYNA_count(EXTRA_TREES))
-            append_row(EXTRA_TREES);
+        if (position >= DYNA_count(trees.extras))
+            append_row(trees.extras);
         if (pin != nullptr) // the library may leave numbers out
-            ++EXTRA_TREES[position].need;
+            ++trees.extras[position].need;
     }
     append_row(SCAN_TAB, scan);
     return scan.inst;

@@ -11,11 +11,10 @@ const char *TAP_TDO_EN_PIN = nullptr;
 const char *TAP_HIZ_PIN = nullptr;
 const char **TAP_EXTRA_PIN = nullptr;
 
-int32_t HIZ_FLAG = 0;
 const char *HIZ_BUF_NAME = nullptr;
 BUFFER_CELL *HIZ_BUF = nullptr;
 
-TAP_FLAG_WORDS TAP_FLAG = {{-1, -1, -1, -1, -1, -1, -1, -1, -1}, -1, -1, -1, nullptr, -1, -1};
+TAP_FLAG_WORDS TAP_FLAG = NO_TAP_NETS;
 
 STANDARD_PORT_STATE TAP_PORT[STANDARD_PORT_COUNT] = {
     {"tdi", &GLOBAL_TDI, &TAP_CELL::tdi, nullptr, nullptr, -1},

@@ -11,21 +11,19 @@ struct OPIN_ROW;
 /// The %TAP_CONTROLLER in use; null until it is looked up (jtag_init or the field checks).
 extern TAP_CELL *TAP_CONTR;
 
-/// Flags of what the declared cells and the pads need. The cell checks set them, the pad check and
-/// the classification add the modes of pads and %BS_BUFFER cells. BCELL_HAS[SIG_SHIFT] and [SIG_CLOCK] are
-/// not used.
+/// The list of what the chain needs of the TAP, written by planning/tap_needs.cc alone. [SIG_SHIFT] and
+/// [SIG_CLOCK] are not used: every cell needs these.
 extern int32_t BCELL_HAS[SIGNAL_COUNT];
 extern int32_t BCELL_EXTRA; ///< largest count of %EXTRA_n pins among the declared cells
 extern int32_t TDO_EN_LOW;  ///< 1 when the pad on the TDO port has an active-low enable
 
-/// Pins of the TAP without a leading '-'; null when the signal is not needed. Set by jtag_init and by the
-/// field checks. TAP_PIN[SIG_BCLK] is always null: that pin is the fixed BCELL_TCK.
+/// Pins of the TAP without a leading '-'; null when the signal is not needed. Set by jtag_init and by
+/// planning/tap_needs.cc. TAP_PIN[SIG_BCLK] is always null: that pin is the fixed BCELL_TCK.
 extern const char *TAP_PIN[SIGNAL_COUNT];
 extern const char *TAP_TDO_EN_PIN;
 extern const char *TAP_HIZ_PIN;    ///< pin of %HIGHZ_COMMAND, also when no cell has %HIGHZ
 extern const char **TAP_EXTRA_PIN; ///< table with BCELL_EXTRA rows: pin of %EXTRA_n in row n-1
 
-extern int32_t HIZ_FLAG;         ///< 1 when the TAP cell has %HIGHZ_COMMAND
 extern const char *HIZ_BUF_NAME; ///< cell of the high-impedance buffers, null when none is known
 extern BUFFER_CELL *HIZ_BUF;     ///< its record
 
@@ -39,6 +37,7 @@ struct TAP_FLAG_WORDS {
     int32_t tdo;     ///< net on the TDO pad's data pin
     int32_t tdo_en;  ///< net on the TDO pad's enable
 };
+constexpr TAP_FLAG_WORDS NO_TAP_NETS = {{-1, -1, -1, -1, -1, -1, -1, -1, -1}, -1, -1, -1, nullptr, -1, -1};
 extern TAP_FLAG_WORDS TAP_FLAG;
 
 /// True for a word that names a constant net: 0 or 1.

@@ -13,8 +13,6 @@
 
 namespace {
 
-constexpr const char *UNDEFINED = "*UNDEF*";
-
 /// The ports `name[...]` of a design under each name that such a port has in front of a '['.
 struct BUS_NAMES {
     struct BUS {
@@ -55,8 +53,7 @@ int32_t find_one_bit_bus(const char *name) {
 }
 
 const char *port_name(int32_t port) {
-    const char *name = SYM_get(sym_tab, port_tab[port].name);
-    return name != nullptr ? name : UNDEFINED;
+    return text_or_undefined(SYM_get(sym_tab, port_tab[port].name));
 }
 
 const char *direction_words(int32_t direction) {
@@ -147,16 +144,14 @@ void close_sdb_file() {
 }
 
 const char *object_class_name(int32_t obj) {
-    const char *name = obj < 0 ? nullptr : SDB_obj_class_name(sdb, obj);
-    return name != nullptr ? name : UNDEFINED;
+    return obj < 0 ? UNDEFINED : text_or_undefined(SDB_obj_class_name(sdb, obj));
 }
 
 const char *node_pin_name(int32_t node) {
     if (node < 0 || node >= node_count || node_tab[node].pin < 0)
         return UNDEFINED;
     int32_t pin = node_tab[node].pin;
-    const char *name = SYM_get(sym_tab, is_port_node(node) ? port_tab[pin].name : pin_tab[pin].name);
-    return name != nullptr ? name : UNDEFINED;
+    return text_or_undefined(SYM_get(sym_tab, is_port_node(node) ? port_tab[pin].name : pin_tab[pin].name));
 }
 
 bool is_port_node(int32_t node) {

@@ -4,11 +4,15 @@
 #pragma once
 
 #include "planning/port_table.hh"
+#include "sdb/sdb.hh"
 
 #include <cstdint>
 
-/// Direction codes of ports and pins.
-enum DIRECTION : int32_t { DIR_OUTPUT = 0, DIR_BIDIR = 1, DIR_INPUT = 2 };
+/// The name of what has none.
+constexpr const char *UNDEFINED = "*UNDEF*";
+inline const char *text_or_undefined(const char *text) {
+    return text != nullptr ? text : UNDEFINED;
+}
 
 /// The port of that name without '-', or the one bit of a one-bit bus of that name. Ends the run when
 /// unknown.

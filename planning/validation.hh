@@ -4,38 +4,26 @@
 
 #include "description/tables.hh"
 
-/// The cell checks. True when the cell has a fault, which has been printed.
-bool check_input_scan_cell(const char *name);
-bool check_clock_scan_cell(const char *name);
-bool check_output_scan_cell(const char *name);
-bool check_bidir_scan_cell(const char *name);
-bool check_bidir_scan_cell_after_open_sdb(const char *name);
-bool check_control_scan_cell(const char *name);
-bool check_input_mux_scan_cell(const char *name);
-bool check_clock_mux_scan(const char *name);
-bool check_output_mux_scan(const char *name);
-bool check_bidir_mux_scan_cell(const char *name);
-bool check_control_mux_scan(const char *name);
-bool check_control_oe_scan_cell(const char *name);
-bool check_control_oe_low_scan_cell(const char *name);
-bool check_control_oe_high_scan_cell(const char *name);
+/// Prints a fault that does not end the run at once. True, so that a check can end with it.
+bool report_fault(const char *format, ...) __attribute__((format(printf, 1, 2)));
 
 /// Reports a missing name of the TAP's module or instance. True when one is missing.
 bool check_tap_names();
 /// Splits a dotted TAP_INSTANCE_NAME into the path of a hierarchical TAP.
 void rwv_check_hier_tap_ctrl_instance();
-/// Notes in BCELL_HAS and BCELL_EXTRA which control signals a cell wants; no flag is ever taken back.
-void note_control_pins(const SCAN_CELL &cell);
 /// The instance of a TAP that the open design holds: by its name, else, for one down a path, by the whole
 /// path; -1 for none.
 int32_t find_tap_instance();
-/// Checks every declared scan cell role and sets BCELL_HAS and BCELL_EXTRA. Ends the run on a fault.
+/// Checks every declared scan cell role and begins the list of what the chain needs of the TAP. Ends the run
+/// on a fault.
 void check_scan_cells();
 /// Warns of the pins that the chain needs and the chosen cells lack: those of pins inside the core and inside
 /// pads play no role that is checked. A pin that is missing gets no wire, or one that the editor refuses.
 void warn_of_missing_pins();
 /// Looks at the pads of the design for the TAP's sake: mode pins, TDO enable. Opens and closes MODULE_C_SDB.
 void check_connect_pad();
+/// A buffer that the TAP cell names; null, with the message printed, when the library has none of that name.
+const BUFFER_CELL *declared_tap_buffer(const char *keyword, const char *name);
 /// Holds the TAP's signal and inverting buffers against their SDB cells. Ends the run on a fault.
 void check_pin_signal_inv_buf();
 /// Checks the .bsc file, the TAP cell and the pad buffers, and fills the TAP pin names. Ends the run on a

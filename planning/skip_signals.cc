@@ -1,9 +1,8 @@
-#include "planning/standard_ports.hh"
+#include "planning/skip_signals.hh"
 
 #include "description/lookups.hh"
-#include "planning/cell_choice.hh"
-#include "planning/io_modules.hh"
 #include "planning/planning.hh"
+#include "planning/port_pad.hh"
 #include "planning/tracing.hh"
 #include "sdb/navigation.hh"
 #include "sdb/sdb.hh"
@@ -19,53 +18,30 @@ namespace {
 /// How the netlist expansion names the nets that it adds.
 constexpr std::string_view EXPANSION_NET = "VELMORA_EXP_ADDED_NET";
 
-const char *own_net_name(int32_t port) {
-    return keep_text_or_null(SDB_net_name(sdb, node_tab[port_tab[port].node].net));
-}
-
-void take_input_side(OPIN_ROW &row, const BUFFER_CELL *pad, int32_t port, bool is_bidir) {
-    if (pad == nullptr) {
-        bool is_bare = !is_bidir && option(OPT_NO_PAD);
-        bool is_padded = INPUT_BUFFER != nullptr && (is_bidir || option(OPT_ADD_PAD));
-        if (!is_bare && !is_padded)
-            vmr_fail("ERROR: option -add_pad requires to declare %%INPUT_BUFFER\n       in file '%s'.\n\n",
-                     JTAG_BSC_FILE);
-        row.net_name = own_net_name(port);
+void take_input_side(OPIN_ROW &row, int32_t port, bool is_bidir) {
+    if (row.pad != nullptr) {
+        take_pad_output(row);
         return;
     }
-    if (pad->output == nullptr)
-        vmr_fail("ERROR: (%s) can't find %%OUTPUT in %%BUFFER %s\n\n", JTAG_LIB_FILE, row.pad_class);
-    int32_t node = search_inode_connected_to_obj(row.pad_obj, pad->output, DIR_OUTPUT);
-    if (node < 0)
-        vmr_fail("ERROR: (%s) %%OUTPUT %s specified in %%BUFFER %s\n"
-                 "       can't be found in file '%s' while tracing port '%s'.\n\n",
-                 JTAG_LIB_FILE, pad->output, row.pad_class, MODULE_C_SDB, row.port_name);
-    row.net_name = keep_text_or_null(SDB_net_name(sdb, node_tab[node].net));
-    row.pad_output = pad->output;
+    bool is_bare = !is_bidir && option(OPT_NO_PAD);
+    bool is_padded = INPUT_BUFFER != nullptr && (is_bidir || option(OPT_ADD_PAD));
+    if (!is_bare && !is_padded)
+        fail_add_pad("%INPUT_BUFFER");
+    take_own_net(row, port);
 }
 
-void take_output_side(OPIN_ROW &row, BUFFER_CELL *pad, bool is_bidir) {
+void take_output_side(OPIN_ROW &row, bool is_bidir) {
+    BUFFER_CELL *pad = row.pad;
     if (pad == nullptr) {
         if (OUTPUT_BUFFER == nullptr && (is_bidir || option(OPT_ADD_PAD)))
-            vmr_fail("ERROR: option -add_pad requires to declare %%OUTPUT_BUFFER\n       in file '%s'.\n\n",
-                     JTAG_BSC_FILE);
+            fail_add_pad("%OUTPUT_BUFFER");
         return;
     }
     const char *data_pin = pad->input != nullptr ? pad->input : pad->en_l != nullptr ? pad->en_l : pad->en_h;
     if (data_pin == nullptr)
         vmr_fail("ERROR: (%s) can't find %%INPUT in %%BUFFER  %s.\n\n", JTAG_LIB_FILE, row.pad_class);
-    if (pad->input != nullptr) {
-        PIN_ENTRY both = {};
-        both.pad_enable = -1;
-        clear_false_enables(pad, &both, pad->input);
-    }
-    const char *net = verify_obj_pin_name(row.pad_obj, data_pin, DIR_INPUT);
-    if (net == nullptr)
-        vmr_fail("ERROR: (%s) %%INPUT %s specified in %%BUFFER %s\n"
-                 "       can't be found in file '%s' while tracing port '%s'.\n\n",
-                 JTAG_LIB_FILE, data_pin, row.pad_class, MODULE_C_SDB, row.port_name);
-    row.net_name = keep_text(net);
-    row.pad_input = data_pin;
+    clear_false_enables(pad, -1, pad->input);
+    take_pad_input(row, data_pin);
 }
 
 /// The constant that really feeds a net which the expansion put between a constant and the pad, or -1: the
@@ -87,13 +63,13 @@ int32_t constant_behind_expansion(int32_t net, int32_t pad_obj) {
 }
 
 /// Looks at what feeds the TDO pad now: a constant there is taken away when the TAP is connected.
-void look_at_tdo_feed(OPIN_ROW &row, const BUFFER_CELL *pad, int32_t port) {
+void look_at_tdo_feed(OPIN_ROW &row, int32_t port) {
     int32_t own_net = node_tab[port_tab[port].node].net;
-    int32_t pad_net = search_inet_connected_to_obj(row.pad_obj, row.pad_input, DIR_INPUT);
+    int32_t pad_net = search_inet_connected_to_obj(row.pad_obj, row.pad_input, SDB_INPUT);
     bool by_port = option(OPT_ADD_PAD) || option(OPT_NO_PAD);
     int32_t named_net = by_port ? own_net : pad_net;
     // The net that counts is the one on the pad's data pin, also where the options name the port's own net.
-    int32_t feed = pad != nullptr ? pad_net : own_net;
+    int32_t feed = row.pad != nullptr ? pad_net : own_net;
     int32_t constant = constant_behind_expansion(feed, row.pad_obj);
     if (constant < 0 && is_constant_net(feed))
         constant = feed;
@@ -108,26 +84,16 @@ void look_at_tdo_feed(OPIN_ROW &row, const BUFFER_CELL *pad, int32_t port) {
     TAP_FLAG.tdo = constant;
 }
 
-void look_at_tdo_enable(const OPIN_ROW &row, const BUFFER_CELL *pad) {
-    if (TAP_TDO_EN_PIN == nullptr || pad == nullptr)
+void look_at_tdo_enable(const OPIN_ROW &row) {
+    if (TAP_TDO_EN_PIN == nullptr || row.pad == nullptr)
         return;
-    const char *enable = chosen_enable_pin(pad, PIN_TABLE[row.pin_index], nullptr);
-    int32_t net = search_inet_connected_to_obj(row.pad_obj, enable, DIR_INPUT);
+    const char *enable = chosen_enable_pin(row.pad, PIN_TABLE[row.pin_index], nullptr);
+    int32_t net = search_inet_connected_to_obj(row.pad_obj, enable, SDB_INPUT);
     int32_t constant = constant_behind_expansion(net, row.pad_obj);
     TAP_FLAG.tdo_en = constant >= 0 ? constant : net;
 }
 
 } // namespace
-
-void fail_undescribed_cell(const char *class_name, const char *port_name) {
-    vmr_fail("FATAL: can't find the definition of buffer '%s' while tracing port '%s'.\n"
-             "       Please specify the following in file '%s'.\n"
-             "              %%BUFFER  %s {\n"
-             "                  %%INPUT\n"
-             "                  %%OUTPUT\n"
-             "               }\n\n",
-             class_name, port_name, JTAG_LIB_FILE, class_name);
-}
 
 void bs_save_OPIN_TAB_for_standard_port_of_TAP(int32_t row_index, const char *name) {
     STANDARD_PORT_STATE *state = nullptr;
@@ -146,26 +112,18 @@ void bs_save_OPIN_TAB_for_standard_port_of_TAP(int32_t row_index, const char *na
         return; // the port is added with the TAP
     state->row = &row;
 
-    row.pad_obj = node_tab[get_node_connected_to_portnode(port)].obj;
-    row.pad_class = keep_text(object_class_name(row.pad_obj));
-    BUFFER_CELL *pad = get_buffer(row.pad_class);
-    if (pad == nullptr && !option(OPT_ADD_PAD) && !option(OPT_NO_PAD))
-        fail_undescribed_cell(row.pad_class, row.port_name);
-    if (pad != nullptr) {
-        row.pad = pad;
-        get_hier_class_and_inst_name(row_index, row.pad_obj);
-    }
+    take_pad(row_index, port, true);
     int32_t direction = port_tab[port].flags & SDB_DIRECTION_MASK;
-    bool is_bidir = direction == DIR_BIDIR;
-    if (direction == DIR_OUTPUT || (is_bidir && is_tdo))
-        take_output_side(row, pad, is_bidir);
-    else if (direction == DIR_INPUT || is_bidir)
-        take_input_side(row, pad, port, is_bidir);
+    bool is_bidir = direction == SDB_BIDIRECTIONAL;
+    if (direction == SDB_OUTPUT || (is_bidir && is_tdo))
+        take_output_side(row, is_bidir);
+    else if (direction == SDB_INPUT || is_bidir)
+        take_input_side(row, port, is_bidir);
     else
         vmr_fail("FATAL: can't identify function of port '%s'.\n\n", row.port_name);
     if (is_tdo) {
-        look_at_tdo_feed(row, pad, port);
-        look_at_tdo_enable(row, pad);
+        look_at_tdo_feed(row, port);
+        look_at_tdo_enable(row);
     }
 }
 

@@ -15,6 +15,3 @@ void bs_save_OPIN_TAB_for_standard_port_of_TAP(int32_t row, const char *name);
 
 /// Points the TAP ports at their rows again after rows were added.
 void point_standard_ports_at_rows();
-
-/// Ends the run: the cell next to the port is not described.
-[[noreturn]] void fail_undescribed_cell(const char *class_name, const char *port_name);
