@@ -40,7 +40,6 @@ void make_port(int32_t index, const CHAIN_PIN &which, EDIT_FILE *fp) {
     const char *name = chain_port_name(index, which);
     int32_t module = SCAN_TAB[index].io_module;
     take_port_name(module, name);
-    append_row(MULTI_IO_TAB[module].added_ports, {name, which.direction, 1});
     edit_add_port(fp, name, which.direction);
     edit_connect(fp, chain_pin(index, which), port_net(name));
 }

@@ -18,6 +18,8 @@ struct IO_MODULE {
     const char *sdb_path;                  ///< the module as it was given
     EDIT_FILE *file;                       ///< null once it is written
     std::unordered_set<std::string> ports; ///< names that ports of the module have, the new ones included
+    EDIT_FILE added_ports;                 ///< lines of ports for signals that only pass through the module
+    EDIT_FILE added_conns;                 ///< lines of their connections; both go behind all others
     bool highz_buffer;                     ///< the module or one below it has a high-impedance buffer
 };
 extern std::vector<IO_MODULE> IO_MODULES; ///< made by open_multi_io_modules
@@ -58,6 +60,6 @@ void hier_replace_io_modules();
 
 /// Notes a new port of the module. Ends the run when the name is taken.
 void take_port_name(int32_t module, const std::string &name);
-/// Records a port that hier_replace_io_modules adds, and a connection that it makes.
+/// Records a port, and a connection, for the end of the module's file.
 void record_port(int32_t module, const char *name, EDIT_PORT direction);
 void record_connection(int32_t module, const SIGNAL_PLACE &a, const SIGNAL_PLACE &b);
