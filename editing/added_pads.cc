@@ -1,6 +1,8 @@
 #include "editing/added_pads.hh"
 
+#include "description/lookups.hh"
 #include "planning/open_design.hh"
+#include "planning/tracing.hh"
 #include "planning/validation.hh"
 #include "sdb/sdb.hh"
 #include "support/console.hh"
@@ -36,20 +38,22 @@ std::vector<PAD_PIN> pins_of_cell(const char *cell) {
 
 } // namespace
 
-ADDED_PAD input_pad_cell(const OPIN_ROW &row) {
-    const char *own = PIN_TABLE[row.pin_index]->pad_name;
+ADDED_PAD added_pad_cell(const PIN_ENTRY *pin, bool is_output) {
+    const char *own = pin == nullptr ? nullptr : pin->pad_name;
     if (own == nullptr)
-        return {INPUT_BUFFER, INPUT_BUFFER_PINS.input, INPUT_BUFFER_PINS.output};
-    bs_check_input_buf_fields(own);
-    return {own, SPEC_INPUT_BUFFER_PINS.input, SPEC_INPUT_BUFFER_PINS.output};
+        return is_output ? ADDED_PAD{OUTPUT_BUFFER, OUTPUT_BUFFER_PINS.input, OUTPUT_BUFFER_PINS.output}
+                         : ADDED_PAD{INPUT_BUFFER, INPUT_BUFFER_PINS.input, INPUT_BUFFER_PINS.output};
+    if (is_output)
+        bs_check_output_buf_fields(own);
+    else
+        bs_check_input_buf_fields(own);
+    const auto &pins = is_output ? SPEC_OUTPUT_BUFFER_PINS : SPEC_INPUT_BUFFER_PINS;
+    return {own, pins.input, pins.output};
 }
 
-ADDED_PAD output_pad_cell(const OPIN_ROW &row) {
-    const char *own = PIN_TABLE[row.pin_index]->pad_name;
-    if (own == nullptr)
-        return {OUTPUT_BUFFER, OUTPUT_BUFFER_PINS.input, OUTPUT_BUFFER_PINS.output};
-    bs_check_output_buf_fields(own);
-    return {own, SPEC_OUTPUT_BUFFER_PINS.input, SPEC_OUTPUT_BUFFER_PINS.output};
+const char *enable_of_added_pad(const ADDED_PAD &pad, const PIN_ENTRY *pin, bool &is_low) {
+    const BUFFER_CELL *buffer = get_buffer(pad.cell);
+    return buffer == nullptr ? nullptr : chosen_enable_pin(buffer, pin, &is_low);
 }
 
 void note_added_pad(const char *cell, std::initializer_list<const char *> connected) {

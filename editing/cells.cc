@@ -2,7 +2,9 @@
 #include "editing/cells.hh"
 
 #include "description/lookups.hh"
+#include "editing/bcm_cells.hh"
 #include "editing/cell_routines.hh"
+#include "planning/cell_choice.hh"
 #include "planning/planning.hh"
 #include "planning/tracing.hh"
 #include "support/console.hh"
@@ -19,28 +21,45 @@ enum CONTROL_STEP { NO_CONTROL, PLAIN_CONTROL, CONTROL_BY_CELL };
 struct KIND_STEPS {
     NAMED_ROUTINE routine; ///< null when the kind writes nothing
     CONTROL_STEP control;
+    bool in_bcm; ///< with -add_bcm the cells stand in <top>_BCM; else in the top module all the same
 };
 
 /// Indexed by CELL_KIND. A mux clock and a mux output with an enable alone keep their rows and get no cell;
 /// the pair of input and output cells has its control cell between the two.
 constexpr KIND_STEPS STEPS[CELL_KIND_COUNT] = {
-    /* CELL_CLOCK         */ {add_input_clock_cell_in_cmd, NO_CONTROL},
-    /* CELL_INPUT         */ {add_input_clock_cell_in_cmd, NO_CONTROL},
-    /* CELL_OUTPUT2       */ {add_output_scan_cell_in_cmd, NO_CONTROL},
-    /* CELL_OUTPUT3       */ {add_output_scan_cell_in_cmd, CONTROL_BY_CELL},
-    /* CELL_OUTPUT_EN     */ {add_output_scan_cell_in_cmd, NO_CONTROL},
-    /* CELL_BIDIR         */ {add_bidi_scan_cell_in_cmd, CONTROL_BY_CELL},
-    /* CELL_INOUT         */ {add_in_out_scan_cell_in_cmd, NO_CONTROL},
-    /* CELL_INTERNAL      */ {add_internal_scan_cell_in_cmd, NO_CONTROL},
-    /* CELL_MUX_CLOCK     */ {nullptr, NO_CONTROL},
-    /* CELL_MUX_INPUT     */ {add_mux_input_cell_in_cmd, NO_CONTROL},
-    /* CELL_MUX_OUTPUT2   */ {add_mux_output_scan_cell_in_cmd, NO_CONTROL},
-    /* CELL_MUX_OUTPUT3   */ {add_mux_output_scan_cell_in_cmd, CONTROL_BY_CELL},
-    /* CELL_MUX_OUTPUT_EN */ {nullptr, NO_CONTROL},
-    /* CELL_MUX_BIDIR     */ {add_mux_bidi_scan_cell_in_cmd, CONTROL_BY_CELL},
-    /* CELL_MUX2_BIDIR    */ {add_mux_bidi_scan_cell_in_cmd, CONTROL_BY_CELL},
-    /* CELL_MUX_INOUT     */ {add_mux1_in_out_scan_cell_in_cmd, PLAIN_CONTROL},
-    /* CELL_MUX2_INOUT    */ {add_mux2_in_out_scan_cell_in_cmd, PLAIN_CONTROL},
+    /* CELL_CLOCK         */ {add_input_clock_cell_in_cmd, NO_CONTROL, true},
+    /* CELL_INPUT         */ {add_input_clock_cell_in_cmd, NO_CONTROL, true},
+    /* CELL_OUTPUT2       */ {add_output_scan_cell_in_cmd, NO_CONTROL, true},
+    /* CELL_OUTPUT3       */ {add_output_scan_cell_in_cmd, CONTROL_BY_CELL, true},
+    /* CELL_OUTPUT_EN     */ {add_output_scan_cell_in_cmd, NO_CONTROL, true},
+    /* CELL_BIDIR         */ {add_bidi_scan_cell_in_cmd, CONTROL_BY_CELL, true},
+    /* CELL_INOUT         */ {add_in_out_scan_cell_in_cmd, NO_CONTROL, true},
+    /* CELL_INTERNAL      */ {add_internal_scan_cell_in_cmd, NO_CONTROL, false},
+    /* CELL_MUX_CLOCK     */ {nullptr, NO_CONTROL, true},
+    /* CELL_MUX_INPUT     */ {add_mux_input_cell_in_cmd, NO_CONTROL, true},
+    /* CELL_MUX_OUTPUT2   */ {add_mux_output_scan_cell_in_cmd, NO_CONTROL, true},
+    /* CELL_MUX_OUTPUT3   */ {add_mux_output_scan_cell_in_cmd, CONTROL_BY_CELL, false},
+    /* CELL_MUX_OUTPUT_EN */ {nullptr, NO_CONTROL, true},
+    /* CELL_MUX_BIDIR     */ {add_mux_bidi_scan_cell_in_cmd, CONTROL_BY_CELL, true},
+    /* CELL_MUX2_BIDIR    */ {add_mux_bidi_scan_cell_in_cmd, CONTROL_BY_CELL, true},
+    /* CELL_MUX_INOUT     */ {add_mux1_in_out_scan_cell_in_cmd, PLAIN_CONTROL, false},
+    /* CELL_MUX2_INOUT    */ {add_mux2_in_out_scan_cell_in_cmd, PLAIN_CONTROL, false},
+};
+
+struct CELL_PIN_INFO {
+    const char *SCAN_CELL::*pin;
+    const char *bcm_suffix; ///< of the port of <top>_BCM
+};
+/// Indexed by CELL_PIN.
+constexpr CELL_PIN_INFO CELL_PINS[] = {
+    {&SCAN_CELL::data_in, "IN"},
+    {&SCAN_CELL::data_out, "OUT"},
+    {&SCAN_CELL::data_in, "DATA_IN"},
+    {&SCAN_CELL::data_out, "PAD_OUT"},
+    {&SCAN_CELL::sys_in, "DATA_OUT"},
+    {&SCAN_CELL::sys_pin, "PAD_IN"},
+    {&SCAN_CELL::update_dr_out, "UPD_OUT"},
+    {&SCAN_CELL::mux_data_in, "MUX_DATA_IN"},
 };
 
 struct MUX_PIN_INFO {
@@ -56,15 +75,23 @@ constexpr MUX_PIN_INFO MUX_PINS[] = {
 
 } // namespace
 
-void add_scan_cells_in_cmd_file(EDIT_FILE *fp, int32_t row) {
-    int32_t kind = OPIN_TAB[row].kind;
-    if (kind < 0 || kind >= CELL_KIND_COUNT || STEPS[kind].routine == nullptr)
+bool lives_in_bcm(const OPIN_ROW &row) {
+    return option(OPT_ADD_BCM) && STEPS[row.kind].in_bcm;
+}
+
+void add_scan_cells_in_cmd_file(EDIT_FILE *fp, int32_t index) {
+    const OPIN_ROW &row = OPIN_TAB[index];
+    if (row.kind < 0 || row.kind >= CELL_KIND_COUNT || STEPS[row.kind].routine == nullptr)
         return;
-    const char *name = STEPS[kind].routine(fp, row);
-    if (STEPS[kind].control == CONTROL_BY_CELL)
-        add_control_of_row(fp, row, name);
-    else if (STEPS[kind].control == PLAIN_CONTROL)
-        add_control_scan_cell_in_cmd(fp, row);
+    int32_t before = DYNA_count(SCAN_TAB);
+    const char *name = STEPS[row.kind].routine(fp, index);
+    if (STEPS[row.kind].control == CONTROL_BY_CELL)
+        add_control_of_row(fp, index, name);
+    else if (STEPS[row.kind].control == PLAIN_CONTROL)
+        add_control_scan_cell_in_cmd(fp, index);
+    for (int32_t cell = before; option(OPT_ADD_BCM) && !lives_in_bcm(row) && cell < DYNA_count(SCAN_TAB);
+         cell++)
+        warn_of_unwired_cell(row, SCAN_TAB[cell].inst);
 }
 
 void add_control_of_row(EDIT_FILE *fp, int32_t row, const char *name) {
@@ -74,8 +101,22 @@ void add_control_of_row(EDIT_FILE *fp, int32_t row, const char *name) {
         add_control_scan_cell_in_cmd(fp, row);
 }
 
-void place_cell(EDIT_FILE *fp, int32_t row, const char *name, const SCAN_CELL *cell) {
-    edit_add_instance(fp, name, cell->name);
+PLACED_CELL new_cell(int32_t index, const SCAN_CELL *cell, bool mux) {
+    const OPIN_ROW &row = OPIN_TAB[index];
+    PLACED_CELL placed = {cell, add_scan_tab(cell, index, mux, false), ""};
+    if (!lives_in_bcm(row))
+        return placed;
+    placed.bcm = keeps_scan_name(row) ? placed.name : next_bcm_cell();
+    if (row.kind <= CELL_BIDIR)
+        placed.blanks = placed.out_blanks = EDIT_WIDE_SECOND;
+    if (keeps_scan_name(row))
+        placed.out_blanks = EDIT_WIDE;
+    return placed;
+}
+
+void place_cell(EDIT_FILE *fp, int32_t row, const PLACED_CELL &cell) {
+    if (cell.bcm.empty())
+        edit_add_instance(fp, cell.name, cell.cell->name);
     set_order_to_last(row);
     OPIN_TAB[row].scan_cell_name = SCAN_TAB[OPIN_TAB[row].order].inst;
 }
@@ -84,36 +125,71 @@ void set_order_to_last(int32_t row) {
     OPIN_TAB[row].order = DYNA_count(SCAN_TAB) - 1;
 }
 
-void warn_of_port_at_pad(const OPIN_ROW &row, int32_t node) {
+bool is_inside_pad(const OPIN_ROW &row, const PLACED_CELL &cell) {
+    if (!is_bs_buffer(row.pad))
+        return false;
+    if (lives_in_bcm(row))
+        warn_of_unwired_cell(row, cell.name);
+    return true;
+}
+
+EDIT_OPERAND cell_pin(const PLACED_CELL &cell, CELL_PIN pin) {
+    const CELL_PIN_INFO &info = CELL_PINS[pin];
+    return cell.bcm.empty() ? pin_of(cell.name, cell.cell->*info.pin) : bcm_port(cell.bcm, info.bcm_suffix);
+}
+
+void join(EDIT_FILE *fp, const PLACED_CELL &cell, CELL_PIN pin, const EDIT_OPERAND &other) {
+    bool is_out = pin == PIN_DATA_OUT || pin == PIN_PAD_DATA_OUT;
+    bool narrow = pin == PIN_PAD_DATA_IN && other.kind != EDIT_OPERAND::NET;
+    edit_connect(fp, cell_pin(cell, pin), other,
+                 narrow   ? EDIT_PLAIN
+                 : is_out ? cell.out_blanks
+                          : cell.blanks);
+}
+
+void warn_of_port_at_pad(const PAD_PIN &pin, int32_t node) {
     if (!is_constant_net(node) && is_port_node(node))
-        vmr_printf("WARNING: Input Pad '%s' connect to output port '%s' directly.\n\n", row.pad_instance,
+        vmr_printf("WARNING: Input Pad '%s' connect to output port '%s' directly.\n\n", pin.instance,
                    node_pin_name(node));
 }
 
-EDIT_OPERAND far_operand_with_warning(const EDIT_FILE *fp, const OPIN_ROW &row, int32_t node) {
+void warn_of_chip_port(const EDIT_FILE *fp, const PAD_PIN &pin, int32_t node) {
     if (fp->warns_of_ports)
-        warn_of_port_at_pad(row, node);
-    return node_operand(node);
+        warn_of_port_at_pad(pin, node);
 }
 
-void connect_data_in(EDIT_FILE *fp, OPIN_ROW &row, const char *name, const char *data_in) {
-    EDIT_OPERAND pad_pin = side_operand(row, SIDE_OUTPUT);
+void connect_data_in(EDIT_FILE *fp, const OPIN_ROW &row, const PLACED_CELL &cell, const PAD_PIN &pin) {
     if (row.inverted == 0) {
-        edit_connect(fp, pin_of(name, data_in), pad_pin);
+        join(fp, cell, PIN_DATA_IN, pin_operand(pin));
         return;
     }
     std::string inverter = format_text("B_PAD_INV%d", ADD_BUF_COUNT++);
     edit_add_instance(fp, inverter, INVERTER);
-    edit_connect(fp, pin_of(inverter, INVERTER_INPUT), pad_pin);
-    edit_connect(fp, pin_of(inverter, INVERTER_OUTPUT), pin_of(name, data_in));
+    edit_connect(fp, pin_of(inverter, INVERTER_INPUT), pin_operand(pin));
+    edit_connect(fp, pin_of(inverter, INVERTER_OUTPUT), cell_pin(cell, PIN_DATA_IN));
 }
 
-void mux_pin_step(EDIT_FILE *fp, OPIN_ROW &row, MUX_PIN which, const char *name, const char *cell_pin) {
-    mux_pin_step(fp, row, which, name, pin_of(name, cell_pin));
+void cut_pad_input(EDIT_FILE *fp, const OPIN_ROW &row, const PLACED_CELL &cell, CELL_PIN in, CELL_PIN out,
+                   const PAD_PIN &pin, bool out_first) {
+    EDIT_OPERAND far = node_operand(far_end_of_pad(row, pin));
+    cut_pin(fp, pin, cell_pin(cell, in), cell.out_blanks);
+    if (out_first)
+        join(fp, cell, out, pin_operand(pin));
+    join(fp, cell, in, far);
+    if (!out_first)
+        join(fp, cell, out, pin_operand(pin));
 }
 
-void mux_pin_step(EDIT_FILE *fp, OPIN_ROW &row, MUX_PIN which, const char *name,
-                  const EDIT_OPERAND &cell_pin) {
+int32_t cut_pad_output(EDIT_FILE *fp, const OPIN_ROW &row, const PLACED_CELL &cell, CELL_PIN out,
+                       const PAD_PIN &pin) {
+    int32_t node = far_end_of_pad(row, pin);
+    cut_pin(fp, pin, cell_pin(cell, out), cell.out_blanks);
+    join(fp, cell, out, node_operand(node));
+    return node;
+}
+
+void mux_pin_step(EDIT_FILE *fp, const OPIN_ROW &row, MUX_PIN which, const PLACED_CELL &cell,
+                  CELL_PIN cell_side) {
     const MUX_PIN_INFO &info = MUX_PINS[which];
     const char *pin = row.pad == nullptr ? nullptr : row.pad->*info.pin;
     int32_t net = row.*info.net;
@@ -125,10 +201,10 @@ void mux_pin_step(EDIT_FILE *fp, OPIN_ROW &row, MUX_PIN which, const char *name,
                    "         %s '%s' will be disconnected and reconnected\n"
                    "         to scan cell '%s'.\n",
                    info.keyword, row.pad_instance, row.pad_class, net == 0 ? "GND" : "VCC", info.keyword,
-                   pin == nullptr ? "*UNDEF*" : pin, name);
+                   text_or_undefined(pin), cell.bcm.empty() ? cell.name : cell.bcm.c_str());
         edit_disconnect(fp, pad_pin);
     }
-    edit_connect(fp, cell_pin, pad_pin);
+    join(fp, cell, cell_side, pad_pin);
 }
 
 void free_pad_mode(EDIT_FILE *fp, const OPIN_ROW &row, int32_t mode) {

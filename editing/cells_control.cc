@@ -4,7 +4,7 @@
 // design ties to a constant, or that need no cell, may hang on the TAP's high-impedance command through a
 // buffer that several pads share in the same way.
 #include "description/lookups.hh"
-#include "editing/cell_routines.hh"
+#include "editing/bcm_cells.hh"
 #include "planning/cell_choice.hh"
 #include "planning/planning.hh"
 #include "planning/tap_state.hh"
@@ -14,6 +14,10 @@
 #include "support/text.hh"
 
 #include <algorithm>
+
+std::string highz_buffer_name(int32_t group) {
+    return format_text("highz_buf%d", group);
+}
 
 namespace {
 
@@ -41,13 +45,13 @@ const BUFFER_CELL *highz_buffer(const OPIN_ROW &row) {
     return HIZ_BUF;
 }
 
-} // namespace
-
-EDIT_OPERAND enable_source(const OPIN_ROW &row, const char *enable, bool is_oe) {
+/// What drives the enable pin in the design: with `first_node` the first other node of the net, else the
+/// first that does not just read it. Ends the run when nothing does.
+EDIT_OPERAND enable_source(const OPIN_ROW &row, const char *enable, bool first_node) {
     int32_t node = far_end(row.pad_instance, enable, SDB_INPUT);
     if (node < 0)
         fail_no_source(row);
-    if (is_oe || is_constant_net(node))
+    if (first_node || is_constant_net(node))
         return node_operand(node);
     int32_t net = node_tab[node].net;
     if ((net_tab[net].flags & SUPPLY_NET_BITS) != 0)
@@ -61,6 +65,8 @@ EDIT_OPERAND enable_source(const OPIN_ROW &row, const char *enable, bool is_oe) 
     return node_operand(node);
 }
 
+/// True for a differential pad that is not the first on its enable: its enable stays as it is. The user is
+/// told.
 bool leaves_shared_enable(const OPIN_ROW &row) {
     if (!is_differential(row.pad) || row.control_driver != 0)
         return false;
@@ -77,11 +83,8 @@ bool leaves_shared_enable(const OPIN_ROW &row) {
     return true;
 }
 
-std::string highz_buffer_name(int32_t group) {
-    return format_text("highz_buf%d", group);
-}
-
-void drive_by_highz(EDIT_FILE *fp, OPIN_ROW &row, const char *enable) {
+/// The enable hangs on the high-impedance command, through the buffer of the row's group.
+void drive_by_highz(EDIT_FILE *fp, const OPIN_ROW &row, const char *enable) {
     const BUFFER_CELL *buffer = highz_buffer(row);
     std::string name = highz_buffer_name(row.highz_group);
     EDIT_OPERAND output = pin_of(name, buffer->output);
@@ -98,57 +101,69 @@ void drive_by_highz(EDIT_FILE *fp, OPIN_ROW &row, const char *enable) {
         edit_connect(fp, pin_of(name, buffer->input), tap_signal(fp, TAP_HIZ_PIN));
 }
 
-namespace {
-
-/// Ties the %OE_MODE pins of the control cell and of the row's cell together.
-void tie_oe_mode(EDIT_FILE *fp, const OPIN_ROW &row, const char *enable, const char *control,
-                 const char *control_pin, const char *name) {
+/// Ties the %OE_MODE pins of the control cell and of the row's cell together. In <top>_BCM that is the last
+/// one that was counted.
+void tie_oe_mode(EDIT_FILE *fp, const OPIN_ROW &row, const char *enable, const PLACED_CELL &control,
+                 const char *name, const std::string &bcm_cell) {
     const char *own = row.scan_cell->oe_mode;
-    if (row.scan_cell->oe_mode_type == 0 || control_pin == nullptr || enable == nullptr || own == nullptr ||
-        same_text(enable, own))
+    const char *control_pin = control.cell->oe_mode;
+    if (row.scan_cell->oe_mode_type == 0)
         return;
-    edit_connect(fp, pin_of(control, control_pin), pin_of(name, own));
+    if (!control.bcm.empty())
+        join(fp, control, PIN_DATA_OUT, bcm_port(bcm_cell, "OE"));
+    else if (!lives_in_bcm(row) && control_pin != nullptr && enable != nullptr && own != nullptr &&
+             !same_text(enable, own))
+        edit_connect(fp, pin_of(control.name, control_pin), pin_of(name, own));
 }
 
 void add_control_cell(EDIT_FILE *fp, int32_t index, const char *enable, CONTROL_KIND_ID kind,
                       CONTROL_ROW &entry, const char *own_name) {
-    OPIN_ROW &row = OPIN_TAB[index];
-    const SCAN_CELL *cell = entry.scan_cell;
-    const char *name = add_scan_tab(cell, index, false, true);
+    const OPIN_ROW &row = OPIN_TAB[index];
+    bool in_bcm = lives_in_bcm(row);
+    bool is_oe = kind == CONTROL_OE;
+    std::string data_cell = last_bcm_cell();
+    EDIT_BLANKS blanks = in_bcm && is_oe ? EDIT_WIDE_SECOND : EDIT_PLAIN;
+    PLACED_CELL control = {entry.scan_cell, add_scan_tab(entry.scan_cell, index, false, true),
+                           in_bcm ? next_bcm_cell() : "", blanks, blanks};
     SCAN_COUNT[CONTROL_KINDS[kind].counter]++;
-    edit_add_instance(fp, name, cell->name);
-    EDIT_OPERAND data_in = pin_of(name, cell->data_in);
-    EDIT_OPERAND source = enable_source(row, enable, kind == CONTROL_OE);
-    cut_pin(fp, row.pad_instance, enable, data_in);
-    edit_connect(fp, data_in, source);
-    edit_connect(fp, pin_of(name, cell->data_out), pin_of(row.pad_instance, enable));
-    if (kind == CONTROL_OE && cell->oe_mode_type != 2)
-        tie_oe_mode(fp, row, enable, name, cell->oe_mode, own_name);
-    entry.inst = name;
-    entry.data_out = cell->data_out;
+    if (!in_bcm)
+        edit_add_instance(fp, control.name, control.cell->name);
+    EDIT_OPERAND source = enable_source(row, enable, in_bcm || is_oe);
+    cut_pin(fp, row.pad_instance, enable, cell_pin(control, PIN_DATA_IN));
+    join(fp, control, PIN_DATA_IN, source);
+    join(fp, control, PIN_DATA_OUT, pin_of(row.pad_instance, enable));
+    if (is_oe && control.cell->oe_mode_type != 2)
+        tie_oe_mode(fp, row, enable, control, own_name, data_cell);
+    entry.inst = in_bcm && is_oe ? keep_text(control.bcm) : control.name;
+    entry.data_out = control.cell->data_out;
+    bcm_control(entry) = control.bcm;
+    count_bcm_cell(control, true);
 }
 
 void drive_enable(EDIT_FILE *fp, int32_t index, CONTROL_KIND_ID kind, const char *own_name) {
     OPIN_ROW &row = OPIN_TAB[index];
-    int32_t control = row.*CONTROL_KINDS[kind].field;
-    if (control == 0 || row.pad == nullptr)
+    int32_t number = row.*CONTROL_KINDS[kind].field;
+    if (number == 0 || row.pad == nullptr)
         return;
-    bool is_low;
-    const char *enable = chosen_enable_pin(row.pad, PIN_TABLE[row.pin_index], &is_low);
-    if (control < 0) {
+    CONTROL_ROW *entry = number > 0 ? &(*CONTROL_KINDS[kind].table)[number - 1] : nullptr;
+    std::string bcm = entry != nullptr ? bcm_control(*entry) : "";
+    const char *enable = lives_in_bcm(row) || !bcm.empty()
+                             ? bcm_enable(row)
+                             : chosen_enable_pin(row.pad, PIN_TABLE[row.pin_index], nullptr);
+    if (entry == nullptr) {
         drive_by_highz(fp, row, enable);
         return;
     }
-    CONTROL_ROW &entry = (*CONTROL_KINDS[kind].table)[control - 1];
-    if (entry.inst == nullptr) {
-        add_control_cell(fp, index, enable, kind, entry, own_name);
+    if (entry->inst == nullptr) {
+        add_control_cell(fp, index, enable, kind, *entry, own_name);
         return;
     }
     // The net of the enable, should others still hang on it, is reached through the control cell's own input.
-    cut_pin(fp, row.pad_instance, enable, pin_of(entry.inst, entry.scan_cell->data_in));
-    edit_connect(fp, pin_of(entry.inst, entry.data_out), pin_of(row.pad_instance, enable));
+    PLACED_CELL control = {entry->scan_cell, entry->inst, bcm};
+    cut_pin(fp, row.pad_instance, enable, cell_pin(control, PIN_DATA_IN));
+    join(fp, control, PIN_DATA_OUT, pin_of(row.pad_instance, enable));
     if (kind == CONTROL_OE)
-        tie_oe_mode(fp, row, enable, entry.inst, entry.scan_cell->oe_mode, own_name);
+        tie_oe_mode(fp, row, enable, control, own_name, last_bcm_cell());
 }
 
 } // namespace

@@ -1,7 +1,7 @@
 // Bidirectional ports with an input cell and an output cell.
 #include "description/lookups.hh"
 #include "editing/added_pads.hh"
-#include "editing/cell_routines.hh"
+#include "editing/bcm_cells.hh"
 #include "planning/cell_choice.hh"
 #include "planning/planning.hh"
 #include "planning/tracing.hh"
@@ -12,45 +12,57 @@
 
 namespace {
 
-struct IN_OUT_PAIR {
-    const SCAN_CELL *in, *out;
-    const char *in_name, *out_name;
-};
+/// The input cell stands between the pad and the core. A cell without %DATA_OUT only observes.
+void join_input_cell(EDIT_FILE *fp, const OPIN_ROW &row, const PLACED_CELL &in) {
+    PAD_PIN pin = pin_behind_buffer(row, SIDE_OUTPUT, PAD_WORD_BIDIRECTIONAL);
+    if (in.cell->data_out != nullptr) {
+        int32_t node = cut_pad_output(fp, row, in, PIN_DATA_OUT, pin);
+        if (in.bcm.empty())
+            warn_of_port_at_pad(pin, node);
+    }
+    join(fp, in, PIN_DATA_IN, pin_operand(pin));
+}
+
+void join_output_cell(EDIT_FILE *fp, const OPIN_ROW &row, const PLACED_CELL &out) {
+    cut_pad_input(fp, row, out, PIN_DATA_IN, PIN_DATA_OUT,
+                  pin_behind_buffer(row, SIDE_INPUT, PAD_WORD_BIDIRECTIONAL), false);
+}
 
 /// The chain holds output cell, control cell, input cell.
-void add_on_pad(EDIT_FILE *fp, int32_t index, IN_OUT_PAIR &pair) {
+const char *add_on_pad(EDIT_FILE *fp, int32_t index) {
     OPIN_ROW &row = OPIN_TAB[index];
-    pair.out_name = add_scan_tab(pair.out, index, false, false);
+    PLACED_CELL out = new_cell(index, row.scan_cell);
     set_order_to_last(index);
     // The %OE_MODE wire of a control cell names the output cell, which then has to stand already.
     bool output_first = row.scan_cell->oe_mode != nullptr;
     if (output_first)
-        edit_add_instance(fp, pair.out_name, pair.out->name);
-    add_control_of_row(fp, index, pair.out_name);
-    pair.in_name = add_scan_tab(pair.in, index, false, false);
-    row.scan_cell_name = keep_format("%s,%s", pair.in_name, pair.out_name);
-
-    SAVED_SIDE saved = begin_side(row, SIDE_OUTPUT, PAD_WORD_BIDIRECTIONAL);
-    edit_add_instance(fp, pair.in_name, pair.in->name);
+        edit_add_instance(fp, out.name, out.cell->name);
+    add_control_of_row(fp, index, out.name);
+    PLACED_CELL in = new_cell(index, row.input_cell.cell);
+    row.scan_cell_name = keep_format("%s,%s", in.name, out.name);
+    edit_add_instance(fp, in.name, in.cell->name);
     if (!output_first)
-        edit_add_instance(fp, pair.out_name, pair.out->name);
-    if (pair.in->data_out != nullptr) {
-        int32_t node = far_end_of_side(row, SIDE_OUTPUT, PAD_WORD_BIDIRECTIONAL);
-        EDIT_OPERAND data_out = pin_of(pair.in_name, pair.in->data_out);
-        cut_pin(fp, row.pad_instance, row.pad_output, data_out);
-        warn_of_port_at_pad(row, node);
-        edit_connect(fp, data_out, node_operand(node));
-    }
-    edit_connect(fp, pin_of(pair.in_name, pair.in->data_in), side_operand(row, SIDE_OUTPUT));
-    end_side(row, SIDE_OUTPUT, saved);
+        edit_add_instance(fp, out.name, out.cell->name);
+    join_input_cell(fp, row, in);
+    join_output_cell(fp, row, out);
+    return out.name;
+}
 
-    saved = begin_side(row, SIDE_INPUT, PAD_WORD_BIDIRECTIONAL);
-    EDIT_OPERAND far = node_operand(far_end_of_side(row, SIDE_INPUT, PAD_WORD_BIDIRECTIONAL));
-    EDIT_OPERAND data_in = pin_of(pair.out_name, pair.out->data_in);
-    cut_pin(fp, row.pad_instance, row.pad_input, data_in);
-    edit_connect(fp, data_in, far);
-    edit_connect(fp, pin_of(pair.out_name, pair.out->data_out), side_operand(row, SIDE_INPUT));
-    end_side(row, SIDE_INPUT, saved);
+/// In <top>_BCM both data cells are reached as plain cells, the input cell by the lower number, and the chain
+/// holds the control cell behind them.
+const char *add_in_bcm(EDIT_FILE *fp, int32_t index) {
+    OPIN_ROW &row = OPIN_TAB[index];
+    PLACED_CELL out = new_cell(index, row.scan_cell);
+    PLACED_CELL in = new_cell(index, row.input_cell.cell);
+    set_order_to_last(index);
+    row.scan_cell_name = keep_format("%s,%s", out.name, in.name);
+    join_input_cell(fp, row, in);
+    count_bcm_cell(in, true);
+    out.bcm = next_bcm_cell();
+    join_output_cell(fp, row, out);
+    count_bcm_cell(out, true);
+    add_control_scan_cell_in_cmd(fp, index);
+    return out.name;
 }
 
 const BUFFER_CELL *bidirectional_pad_cell(const OPIN_ROW &row, const char *&name) {
@@ -94,12 +106,12 @@ void add_constant_control(EDIT_FILE *fp, int32_t index, const EDIT_OPERAND &enab
     edit_connect(fp, pin_of(name, control->data_out), enable);
 }
 
-void add_with_new_pad(EDIT_FILE *fp, int32_t index, IN_OUT_PAIR &pair) {
+const char *add_with_new_pad(EDIT_FILE *fp, int32_t index) {
     OPIN_ROW &row = OPIN_TAB[index];
-    pair.out_name = add_scan_tab(pair.out, index, false, false);
-    pair.in_name = add_scan_tab(pair.in, index, false, false);
+    PLACED_CELL out = new_cell(index, row.scan_cell);
+    PLACED_CELL in = new_cell(index, row.input_cell.cell);
     set_order_to_last(index);
-    row.scan_cell_name = keep_format("%s,%s", pair.in_name, pair.out_name);
+    row.scan_cell_name = keep_format("%s,%s", in.name, out.name);
 
     const char *pad_cell;
     const BUFFER_CELL *buffer = bidirectional_pad_cell(row, pad_cell);
@@ -108,9 +120,8 @@ void add_with_new_pad(EDIT_FILE *fp, int32_t index, IN_OUT_PAIR &pair) {
     bool core_reads = !is_constant_net(node) && node_reads(row, node);
     EDIT_OPERAND far = node_operand(node);
     EDIT_OPERAND pad_output = pin_of(pad, buffer->output);
-    EDIT_OPERAND data_out =
-        pair.in->data_out != nullptr ? pin_of(pair.in_name, pair.in->data_out) : pad_output;
-    EDIT_OPERAND out_data_in = pin_of(pair.out_name, pair.out->data_in);
+    EDIT_OPERAND data_out = in.cell->data_out != nullptr ? cell_pin(in, PIN_DATA_OUT) : pad_output;
+    EDIT_OPERAND out_data_in = cell_pin(out, PIN_DATA_IN);
 
     bool is_low;
     const char *enable = chosen_enable_pin(buffer, PIN_TABLE[row.pin_index], &is_low);
@@ -118,15 +129,16 @@ void add_with_new_pad(EDIT_FILE *fp, int32_t index, IN_OUT_PAIR &pair) {
     note_added_pad(pad_cell, {buffer->inout, buffer->input, buffer->output, enable});
     cut_port(fp, row, core_reads ? data_out : out_data_in);
     edit_connect(fp, pin_of(pad, buffer->inout), port_net(row.port_name));
-    edit_add_instance(fp, pair.in_name, pair.in->name);
-    edit_add_instance(fp, pair.out_name, pair.out->name);
+    edit_add_instance(fp, in.name, in.cell->name);
+    edit_add_instance(fp, out.name, out.cell->name);
     // A core that drives the port has nothing to be driven by.
     if (core_reads)
         edit_connect(fp, data_out, far);
-    edit_connect(fp, pad_output, pin_of(pair.in_name, pair.in->data_in));
-    edit_connect(fp, pin_of(pair.out_name, pair.out->data_out), pin_of(pad, buffer->input));
+    edit_connect(fp, pad_output, cell_pin(in, PIN_DATA_IN));
+    edit_connect(fp, cell_pin(out, PIN_DATA_OUT), pin_of(pad, buffer->input));
     edit_connect(fp, out_data_in, core_reads ? constant_one() : far);
     add_constant_control(fp, index, pin_of(pad, enable), is_low, core_reads);
+    return out.name;
 }
 
 } // namespace
@@ -135,10 +147,9 @@ const char *add_in_out_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
     const OPIN_ROW &row = OPIN_TAB[index];
     SCAN_COUNT[row.input_cell.counter]++;
     SCAN_COUNT[row.counter]++;
-    IN_OUT_PAIR pair = {row.input_cell.cell, row.scan_cell, nullptr, nullptr};
+    if (lives_in_bcm(row))
+        return add_in_bcm(fp, index);
     if (row.pad_instance != nullptr)
-        add_on_pad(fp, index, pair);
-    else if (option(OPT_ADD_PAD))
-        add_with_new_pad(fp, index, pair);
-    return pair.out_name;
+        return add_on_pad(fp, index);
+    return option(OPT_ADD_PAD) ? add_with_new_pad(fp, index) : nullptr;
 }

@@ -1,6 +1,6 @@
 // Input and clock cells.
 #include "editing/added_pads.hh"
-#include "editing/cell_routines.hh"
+#include "editing/bcm_cells.hh"
 #include "planning/cell_choice.hh"
 #include "planning/planning.hh"
 #include "support/run_state.hh"
@@ -9,21 +9,23 @@
 namespace {
 
 /// The cell stands between the pad's output and the core. A cell without %DATA_OUT only observes.
-void add_behind_pad(EDIT_FILE *fp, OPIN_ROW &row, const char *name) {
-    SAVED_SIDE saved = begin_side(row, SIDE_OUTPUT, PAD_WORD_INPUT);
-    if (row.scan_cell->data_out != nullptr) {
-        EDIT_OPERAND data_out = pin_of(name, row.scan_cell->data_out);
-        int32_t node = far_end_of_side(row, SIDE_OUTPUT, PAD_WORD_INPUT);
-        cut_pin(fp, row.pad_instance, row.pad_output, data_out);
-        edit_connect(fp, data_out, far_operand_with_warning(fp, row, node));
-    }
-    connect_data_in(fp, row, name, row.scan_cell->data_in);
-    end_side(row, SIDE_OUTPUT, saved);
+void add_behind_pad(EDIT_FILE *fp, const OPIN_ROW &row, const PLACED_CELL &cell) {
+    bool in_bcm = lives_in_bcm(row);
+    PAD_PIN pin = in_bcm ? pad_pin(row, SIDE_OUTPUT) : pin_behind_buffer(row, SIDE_OUTPUT, PAD_WORD_INPUT);
+    if (stays_at_port(fp, row, cell, pin))
+        return;
+    if (cell.cell->data_out != nullptr)
+        warn_of_chip_port(fp, pin, cut_pad_output(fp, row, cell, PIN_DATA_OUT, pin));
+    if (in_bcm)
+        join(fp, cell, PIN_DATA_IN, pin_operand(pin));
+    else
+        connect_data_in(fp, row, cell, pin);
+    count_bcm_cell(cell, false);
 }
 
 /// The port gets a pad of its own, and the cell stands between that and what the port fed.
 void add_behind_new_pad(EDIT_FILE *fp, OPIN_ROW &row, const char *name) {
-    ADDED_PAD pad = input_pad_cell(row);
+    ADDED_PAD pad = added_pad_cell(PIN_TABLE[row.pin_index], false);
     std::string instance = format_text("B_PAD%d", ADD_BUF_COUNT++);
     const char *data_out = row.scan_cell->data_out;
     EDIT_OPERAND source = pin_of(instance, pad.output);
@@ -62,15 +64,15 @@ void add_behind_port(EDIT_FILE *fp, const OPIN_ROW &row, const char *name) {
 const char *add_input_clock_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
     OPIN_ROW &row = OPIN_TAB[index];
     SCAN_COUNT[row.counter]++;
-    const char *name = add_scan_tab(row.scan_cell, index, false, false);
-    if (is_bs_buffer(row.pad))
-        return name;
-    place_cell(fp, index, name, row.scan_cell);
+    PLACED_CELL cell = new_cell(index, row.scan_cell);
+    if (is_inside_pad(row, cell))
+        return cell.name;
+    place_cell(fp, index, cell);
     if (row.pad_instance == nullptr && option(OPT_ADD_PAD))
-        add_behind_new_pad(fp, row, name);
-    else if (option(OPT_NO_PAD))
-        add_behind_port(fp, row, name);
+        add_behind_new_pad(fp, row, cell.name);
+    else if (option(OPT_NO_PAD) && cell.bcm.empty())
+        add_behind_port(fp, row, cell.name);
     else
-        add_behind_pad(fp, row, name);
-    return name;
+        add_behind_pad(fp, row, cell);
+    return cell.name;
 }

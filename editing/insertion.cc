@@ -2,12 +2,9 @@
 #include "editing/insertion.hh"
 
 #include "editing/added_pads.hh"
-#include "editing/bcm_flow.hh"
+#include "editing/bcm_cells.hh"
 #include "editing/cells.hh"
 #include "editing/multi_modules.hh"
-#include "editing/multi_ports.hh"
-#include "editing/multi_replace.hh"
-#include "editing/multi_wiring.hh"
 #include "editing/pad_levels.hh"
 #include "editing/pad_sides.hh"
 #include "editing/tap_hierarchy.hh"
@@ -94,9 +91,9 @@ void add_boundary_scan_chain() {
     init_multi_io_tables();
     add_scan_cell();
     if (multi_io_module_flagG != 0) {
-        set_hier_common_net(0, MULTI_IO_HIER.children);
+        set_hier_common_net();
         connect_scan_cell_for_multi_io();
-        hier_replace_io_module(0, MULTI_IO_HIER.children);
+        hier_replace_io_modules();
         warn_of_open_pad_pins();
         hier_do_kalmedit(0, MULTI_IO_HIER.children);
         print_closing_lines();
@@ -119,10 +116,7 @@ void add_boundary_scan_module() {
     reset_emission();
     begin_routes(0);
     make_top_sdb();
-    begin_bcm_cells();
-    for (int32_t row = first_row_with_cells(); row < DYNA_count(OPIN_TAB); row++)
-        if (OPIN_TAB[row].scan_cell != nullptr)
-            make_scan_cells_in_cmd_file(TAP_FP, row);
+    write_cells(TAP_FP, first_row_with_cells());
     close_sdb_file();
     edit_end_file(TAP_FP);
     print_bso_file();

@@ -1,9 +1,8 @@
 // A cell's %TDI pin is fed by the %TDO pin of the cell behind it in SCAN_TAB. Where the two stand in
 // different modules, each pin that has to leave its module gets a port of its name, on every level up to the
 // module where both signals meet.
-#include "editing/multi_chain.hh"
-
 #include "editing/multi_modules.hh"
+
 #include "planning/tap_state.hh"
 #include "support/run_state.hh"
 #include "support/text.hh"
@@ -41,74 +40,64 @@ void make_port(int32_t index, const CHAIN_PIN &which, EDIT_FILE *fp) {
     const char *name = chain_port_name(index, which);
     int32_t module = SCAN_TAB[index].io_module;
     take_port_name(module, name);
-    append_row(MULTI_IO_TAB[module].added_ports, {name, which.direction, 1});
     edit_add_port(fp, name, which.direction);
     edit_connect(fp, chain_pin(index, which), port_net(name));
 }
 
-/// Leads a port of `module` up to the child of `stop`, and returns that child.
-int32_t pass_up(int32_t module, const char *port, EDIT_PORT direction, int32_t stop) {
-    while (MULTI_IO_TAB[module].parent != stop) {
-        int32_t parent = MULTI_IO_TAB[module].parent;
-        record_port(parent, port, direction);
-        record_connection(parent, MULTI_IO_TAB[module].inst_name, port, nullptr, port);
-        module = parent;
-    }
-    return module;
-}
-
-int32_t make_port_up_to(int32_t index, const CHAIN_PIN &which, EDIT_FILE *fp, int32_t stop) {
+/// Leads a pin of a cell up to the module `stop`, through a new port on each level below that.
+void lead_up(int32_t index, const CHAIN_PIN &which, EDIT_FILE *fp, int32_t stop) {
+    int32_t module = SCAN_TAB[index].io_module;
+    if (module == stop)
+        return;
     make_port(index, which, fp);
-    return pass_up(SCAN_TAB[index].io_module, chain_port_name(index, which), which.direction, stop);
+    const char *port = chain_port_name(index, which);
+    for (; MULTI_IO_TAB[module].parent != stop; module = MULTI_IO_TAB[module].parent) {
+        record_port(MULTI_IO_TAB[module].parent, port, which.direction);
+        record_connection(MULTI_IO_TAB[module].parent, {MULTI_IO_TAB[module].inst_name, port},
+                          {nullptr, port});
+    }
 }
 
-/// The child of `ancestor` on the way down to `module`.
-int32_t child_towards(int32_t ancestor, int32_t module) {
-    while (MULTI_IO_TAB[module].parent != ancestor)
-        module = MULTI_IO_TAB[module].parent;
-    return module;
-}
-
-const char *inst_of(int32_t module) {
-    return MULTI_IO_TAB[module].inst_name;
+/// Where the pin of a cell is reached in `module`, which holds the cell or the way down to it.
+SIGNAL_PLACE place_in(int32_t module, int32_t index, const CHAIN_PIN &which) {
+    int32_t child = SCAN_TAB[index].io_module;
+    if (child == module)
+        return {SCAN_TAB[index].inst, SCAN_TAB[index].*which.pin};
+    while (MULTI_IO_TAB[child].parent != module)
+        child = MULTI_IO_TAB[child].parent;
+    return {MULTI_IO_TAB[child].inst_name, chain_port_name(index, which)};
 }
 
 /// One end of the chain, at the TAP in the top module.
 void connect_end(int32_t index, const CHAIN_PIN &which, const char *tap_pin, EDIT_FILE *fp) {
-    const SCAN_ROW &row = SCAN_TAB[index];
-    if (row.io_module == 0) {
-        record_connection(0, TAP_FP->tap, tap_pin, row.inst, row.*which.pin);
-        return;
-    }
-    int32_t child = make_port_up_to(index, which, fp, 0);
-    record_connection(0, inst_of(child), chain_port_name(index, which), TAP_FP->tap, tap_pin);
+    SIGNAL_PLACE tap = {TAP_FP->tap, tap_pin};
+    lead_up(index, which, fp, 0);
+    SIGNAL_PLACE cell = place_in(0, index, which);
+    if (SCAN_TAB[index].io_module == 0)
+        record_connection(0, tap, cell);
+    else
+        record_connection(0, cell, tap);
 }
 
 void connect_tdi(int32_t index, EDIT_FILE *fp) {
-    const SCAN_ROW &row = SCAN_TAB[index];
     if (index == DYNA_count(SCAN_TAB) - 1) {
         connect_end(index, CHAIN_TDI, TAP_CONTR->first_bcell, fp);
         return;
     }
-    const SCAN_ROW &next = SCAN_TAB[index + 1];
-    int32_t here = row.io_module, there = next.io_module;
+    int32_t here = SCAN_TAB[index].io_module, there = SCAN_TAB[index + 1].io_module;
     if (here == there) {
         edit_connect(fp, chain_pin(index, CHAIN_TDI), chain_pin(index + 1, CHAIN_TDO));
         return;
     }
     int32_t common = check_common_level_for_two_multi_io(here, there);
-    if (here == common) {
-        record_connection(here, inst_of(child_towards(common, there)), chain_port_name(index + 1, CHAIN_TDO),
-                          row.inst, row.tdi_pin);
-        return;
-    }
-    int32_t child = make_port_up_to(index, CHAIN_TDI, fp, common);
-    const char *port = chain_port_name(index, CHAIN_TDI);
-    if (there == common)
-        record_connection(common, inst_of(child), port, next.inst, next.tdo_pin);
+    lead_up(index, CHAIN_TDI, fp, common);
+    SIGNAL_PLACE own = place_in(common, index, CHAIN_TDI);
+    SIGNAL_PLACE next = place_in(common, index + 1, CHAIN_TDO);
+    // The signal that comes up into the module stands first in the line.
+    if (here == common)
+        record_connection(common, next, own);
     else
-        record_connection(common, inst_of(child), port, inst_of(child_towards(common, there)),
-                          chain_port_name(index + 1, CHAIN_TDO));
+        record_connection(common, own, next);
 }
 
 void connect_tdo(int32_t index, EDIT_FILE *fp) {
@@ -116,13 +105,11 @@ void connect_tdo(int32_t index, EDIT_FILE *fp) {
         connect_end(index, CHAIN_TDO, TAP_CONTR->last_bcell, fp);
         return;
     }
+    // The cell before has reached a pin in its own module, or in the one where the signals meet, without a
+    // port.
     int32_t here = SCAN_TAB[index].io_module, before = SCAN_TAB[index - 1].io_module;
-    if (here == before)
-        return;
-    // A cell in the module where the signals meet is reached there without a port.
-    int32_t common = check_common_level_for_two_multi_io(here, before);
-    if (here != common)
-        make_port_up_to(index, CHAIN_TDO, fp, common);
+    if (here != before)
+        lead_up(index, CHAIN_TDO, fp, check_common_level_for_two_multi_io(here, before));
 }
 
 } // namespace

@@ -35,6 +35,7 @@ void begin_module(int32_t index) {
     module.file = begin_module_file(edited);
     // The port warnings of the cell lines are those of a top module.
     module.file->warns_of_ports = true;
+    module.added_ports.path = module.added_conns.path = module.file->path;
     note_ports(module);
 }
 
@@ -62,6 +63,13 @@ void add_needs_of_child(int32_t parent, int32_t child) {
     for (int32_t i = 0; i < DYNA_count(from.extras); i++)
         to.extras[i].need += from.extras[i].need > 0 ? 1 : 0;
     IO_MODULES[parent].highz_buffer |= IO_MODULES[child].highz_buffer;
+}
+
+void replace_child(EDIT_FILE *fp, int32_t child) {
+    const char *inst = MULTI_IO_TAB[child].inst_name;
+    edit_replace(fp, inst, edited_module_name(child));
+    for (const char *pin : signals_into_module(child))
+        edit_connect(fp, pin_of(inst, pin), tap_signal(fp, pin));
 }
 
 } // namespace
@@ -103,12 +111,10 @@ void emit_multi_io_cells() {
     note_highz_buffers();
 }
 
-void set_hier_common_net(int32_t index, const MULTI_IO_NODE *children) {
-    for (const MULTI_IO_NODE &child : rows(children)) {
-        set_hier_common_net(child.row, child.children);
-        if (index != -1)
-            add_needs_of_child(index, child.row);
-    }
+void set_hier_common_net() {
+    // A module's row stands behind that of its parent.
+    for (int32_t module = DYNA_count(MULTI_IO_TAB) - 1; module > 0; module--)
+        add_needs_of_child(MULTI_IO_TAB[module].parent, module);
 }
 
 std::vector<const char *> signals_into_module(int32_t module) {
@@ -136,11 +142,22 @@ void take_port_name(int32_t module, const std::string &name) {
 
 void record_port(int32_t module, const char *name, EDIT_PORT direction) {
     take_port_name(module, name);
-    append_row(MULTI_IO_TAB[module].added_ports, {keep_text(name), direction, 0});
+    edit_add_port(&IO_MODULES[module].added_ports, name, direction);
 }
 
-void record_connection(int32_t module, const char *inst1, const char *pin1, const char *inst2,
-                       const char *pin2) {
-    append_row(MULTI_IO_TAB[module].added_conns,
-               {keep_text_or_null(inst1), keep_text(pin1), keep_text_or_null(inst2), keep_text(pin2)});
+void record_connection(int32_t module, const SIGNAL_PLACE &a, const SIGNAL_PLACE &b) {
+    edit_connect(&IO_MODULES[module].added_conns, place_operand(a), place_operand(b), EDIT_TRAILING_BLANK);
+}
+
+void hier_replace_io_modules() {
+    for (int32_t module = 1; module < DYNA_count(MULTI_IO_TAB); module++)
+        replace_child(IO_MODULES[MULTI_IO_TAB[module].parent].file, module);
+    if (option(OPT_ADD_TAP))
+        connect_standard_ports_in_top();
+    for (IO_MODULE &module : IO_MODULES)
+        module.file->text += module.added_ports.text + module.added_conns.text;
+    rwv_do_connection_table(TAP_FP);
+    for (IO_MODULE &module : IO_MODULES)
+        edit_end_file(module.file);
+    TAP_FP = nullptr;
 }

@@ -1,4 +1,4 @@
-// Pads in several modules: the state that the steps of that flow share, and its first steps.
+// Pads in several modules: the steps of that flow in their order, and the state that they share.
 //
 // Each module on the way from the top to a pad is a row of MULTI_IO_TAB and is edited as a copy of its own,
 // two instances of one class as two copies. Its command file grows step by step: head; cell lines; control
@@ -6,7 +6,7 @@
 // connections recorded for it. The text stays in memory, and each file is written whole at its end.
 #pragma once
 
-#include "editing/edit_commands.hh"
+#include "editing/standard_signals.hh"
 #include "planning/port_table.hh"
 
 #include <string>
@@ -18,6 +18,8 @@ struct IO_MODULE {
     const char *sdb_path;                  ///< the module as it was given
     EDIT_FILE *file;                       ///< null once it is written
     std::unordered_set<std::string> ports; ///< names that ports of the module have, the new ones included
+    EDIT_FILE added_ports;                 ///< lines of ports for signals that only pass through the module
+    EDIT_FILE added_conns;                 ///< lines of their connections; both go behind all others
     bool highz_buffer;                     ///< the module or one below it has a high-impedance buffer
 };
 extern std::vector<IO_MODULE> IO_MODULES; ///< made by open_multi_io_modules
@@ -32,17 +34,32 @@ void open_multi_io_modules();
 /// Writes the cells of all rows into the files of their modules, in chain order.
 void emit_multi_io_cells();
 
-/// Spreads the needs of the subtree of `index` upwards: a module counts one load per child with the signal.
-void set_hier_common_net(int32_t index, const MULTI_IO_NODE *children);
+/// Follows each standard signal from its pad up to the top module. Where it has no port to leave a module by,
+/// it gets one there and on every level above. To be done before the cells are written.
+void bs_hier_search_tap_ports();
+/// Joins an added TAP to the standard ports, in the top module's file.
+void connect_standard_ports_in_top();
 
+/// Spreads the needs upwards: a module counts one load per child with the signal.
+void set_hier_common_net();
 /// The control signals that come into the module from outside, by the names of the TAP's pins, in the order
 /// of their lines. Holds after set_hier_common_net.
 std::vector<const char *> signals_into_module(int32_t module);
 
+/// Writes the control ports, trees and control wires of every module, then the chain.
+void connect_scan_cell_for_multi_io();
+/// The nearest common ancestor of two rows of MULTI_IO_TAB, a row counting as its own; 0 for equal rows.
+int32_t check_common_level_for_two_multi_io(int32_t a, int32_t b);
+/// Joins the chain pins of SCAN_TAB row `row`. `fp` is the file of its module; what other modules have to do
+/// is recorded for them.
+void hier_add_and_connect_bc_serial(int32_t row, EDIT_FILE *fp);
+
+/// Ends the files of all modules: the children replaced and wired, in the top the standard ports, and
+/// everywhere the ports and connections recorded on the way.
+void hier_replace_io_modules();
+
 /// Notes a new port of the module. Ends the run when the name is taken.
 void take_port_name(int32_t module, const std::string &name);
-/// Records a port that hier_replace_io_module adds.
+/// Records a port, and a connection, for the end of the module's file.
 void record_port(int32_t module, const char *name, EDIT_PORT direction);
-/// Records a connection that hier_replace_io_module makes; a null instance makes its pin a net.
-void record_connection(int32_t module, const char *inst1, const char *pin1, const char *inst2,
-                       const char *pin2);
+void record_connection(int32_t module, const SIGNAL_PLACE &a, const SIGNAL_PLACE &b);

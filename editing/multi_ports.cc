@@ -1,6 +1,6 @@
-#include "editing/multi_ports.hh"
-
+// The standard ports of a chip whose pads lie in several modules.
 #include "editing/multi_modules.hh"
+
 #include "editing/pad_sides.hh"
 #include "editing/tap_top.hh"
 #include "planning/open_design.hh"
@@ -33,7 +33,7 @@ void bs_add_tap_port_to_cmd_file(STANDARD_SIGNAL signal, const char *port,
         take_pin_for_tap(IO_MODULES[modules[route.stop]].file, modules[route.stop], from.instance, from.pin);
     for (size_t level = route.stop; level < modules.size(); level++) {
         record_port(modules[level], port, SIGNALS[signal].to_pad ? EDIT_INPUT : EDIT_OUTPUT);
-        record_connection(modules[level], from.instance, from.pin, nullptr, port);
+        record_connection(modules[level], from, {nullptr, port});
         from = {MULTI_IO_TAB[modules[level]].inst_name, port};
     }
 }

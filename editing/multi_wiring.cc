@@ -1,7 +1,5 @@
-#include "editing/multi_wiring.hh"
-
+// Control signals and chain of a design with pads in several modules.
 #include "editing/cell_routines.hh"
-#include "editing/multi_chain.hh"
 #include "editing/multi_modules.hh"
 #include "editing/wiring.hh"
 #include "planning/balance_groups.hh"

@@ -1,6 +1,7 @@
 #include "editing/pad_sides.hh"
 
 #include "description/lookups.hh"
+#include "planning/cell_choice.hh"
 #include "planning/tracing.hh"
 #include "support/console.hh"
 #include "support/run_state.hh"
@@ -26,14 +27,10 @@ const char *keyword_of_side(PAD_SIDE side) {
     return side == SIDE_OUTPUT ? "%OUTPUT" : "%INPUT";
 }
 
-const char *shown(const char *text) {
-    return text == nullptr ? "*UNDEF*" : text;
-}
-
-[[noreturn]] void fail_floating(const OPIN_ROW &row, PAD_WORD word) {
+[[noreturn]] void fail_floating(const OPIN_ROW &row, const PAD_PIN &pin) {
     vmr_fail("ERROR: %s Pad '%s' is floating.\n"
              "       Please correct your SDB or specify pin '%s' as skip signal.\n\n",
-             PAD_WORDS[word], shown(row.pad_instance), shown(row.port_name));
+             PAD_WORDS[pin.word], text_or_undefined(pin.instance), text_or_undefined(row.port_name));
 }
 
 /// True when the net of the node has pins of these two instances alone. A transparent buffer belongs to the
@@ -79,12 +76,12 @@ void take_pin_for_tap(EDIT_FILE *fp, int32_t module, const char *instance, const
     note_pin_of_tap(module, instance, pin);
 }
 
-const char *&side_pin(OPIN_ROW &row, PAD_SIDE side) {
-    return side == SIDE_OUTPUT ? row.pad_output : row.pad_input;
+PAD_PIN pad_pin(const OPIN_ROW &row, PAD_SIDE side, PAD_WORD word) {
+    return {side, row.pad_instance, side == SIDE_OUTPUT ? row.pad_output : row.pad_input, word};
 }
 
-EDIT_OPERAND side_operand(OPIN_ROW &row, PAD_SIDE side) {
-    return pin_of(row.pad_instance, side_pin(row, side));
+EDIT_OPERAND pin_operand(const PAD_PIN &pin) {
+    return pin_of(pin.instance, pin.pin);
 }
 
 int32_t far_end(const char *instance, const char *pin, int32_t direction) {
@@ -97,10 +94,14 @@ int32_t far_end(const char *instance, const char *pin, int32_t direction) {
     return first_other_node(net_tab[net].first_node, -1, obj);
 }
 
-int32_t far_end_of_side(OPIN_ROW &row, PAD_SIDE side, PAD_WORD word) {
-    int32_t node = far_end(row.pad_instance, side_pin(row, side), direction_of_side(side));
+int32_t far_end(const PAD_PIN &pin) {
+    return far_end(pin.instance, pin.pin, direction_of_side(pin.side));
+}
+
+int32_t far_end_of_pad(const OPIN_ROW &row, const PAD_PIN &pin) {
+    int32_t node = far_end(pin);
     if (node < 0)
-        fail_floating(row, word);
+        fail_floating(row, pin);
     return node;
 }
 
@@ -134,25 +135,30 @@ void cut_pin(EDIT_FILE *fp, const char *instance, const char *pin, const EDIT_OP
     note_cut(find_place_node(instance, pin), successor);
 }
 
+void cut_pin(EDIT_FILE *fp, const PAD_PIN &pin, const EDIT_OPERAND &successor, EDIT_BLANKS blanks) {
+    cut_pin(fp, pin.instance, pin.pin, successor, blanks);
+}
+
 void cut_port(EDIT_FILE *fp, const OPIN_ROW &row, const EDIT_OPERAND &successor) {
     edit_disconnect(fp, port_net(row.port_name));
     note_cut(port_tab[find_iport(row.port_name)].node, successor);
 }
 
-SAVED_SIDE begin_side(OPIN_ROW &row, PAD_SIDE side, PAD_WORD word) {
-    SAVED_SIDE saved = {row.pad_instance, side_pin(row, side)};
-    int32_t node = far_end_of_side(row, side, word);
+PAD_PIN pin_behind_buffer(const OPIN_ROW &row, PAD_SIDE side, PAD_WORD word) {
+    PAD_PIN own = pad_pin(row, side, word);
+    int32_t node = far_end_of_pad(row, own);
     if (is_port_node(node))
-        return saved;
+        return own;
     int32_t obj = node_tab[node].obj;
     const char *class_name = object_class_name(obj);
     if (!trans_buffer(class_name))
-        return saved;
+        return own;
     if (!joins_only(node, obj, SDB_instance_obj(row.pad_instance))) {
         vmr_printf("WARNING: transparent buffer '%s' shares its net at pad '%s' with other pins.\n"
                    "         Boundary scan cell of port '%s' will be inserted next to the pad.\n\n",
-                   shown(SDB_obj_name(sdb, obj)), shown(row.pad_instance), shown(row.port_name));
-        return saved;
+                   text_or_undefined(SDB_obj_name(sdb, obj)), text_or_undefined(row.pad_instance),
+                   text_or_undefined(row.port_name));
+        return own;
     }
     const BUFFER_CELL *buffer = get_buffer(class_name);
     if (buffer == nullptr)
@@ -160,16 +166,10 @@ SAVED_SIDE begin_side(OPIN_ROW &row, PAD_SIDE side, PAD_WORD word) {
     const char *keyword = keyword_of_side(side);
     const char *pin = side == SIDE_OUTPUT ? buffer->output : buffer->input;
     if (pin == nullptr)
-        vmr_fail("ERROR: (%s) can't find %s in %%BUFFER %s\n\n", shown(JTAG_LIB_FILE), keyword, class_name);
+        vmr_fail("ERROR: (%s) can't find %s in %%BUFFER %s\n\n", text_or_undefined(JTAG_LIB_FILE), keyword,
+                 class_name);
     if (verify_obj_pin_name(obj, pin, direction_of_side(side)) == nullptr)
         vmr_fail("ERROR: (%s) %s %s specified in %%BUFFER %s\n       can't be found in file '%s'",
-                 shown(JTAG_LIB_FILE), keyword, pin, class_name, shown(MODULE_C_SDB));
-    row.pad_instance = keep_text_or_null(SDB_obj_name(sdb, obj));
-    side_pin(row, side) = pin;
-    return saved;
-}
-
-void end_side(OPIN_ROW &row, PAD_SIDE side, const SAVED_SIDE &saved) {
-    row.pad_instance = saved.instance;
-    side_pin(row, side) = saved.pin;
+                 text_or_undefined(JTAG_LIB_FILE), keyword, pin, class_name, text_or_undefined(MODULE_C_SDB));
+    return {side, keep_text_or_null(SDB_obj_name(sdb, obj)), pin, word};
 }

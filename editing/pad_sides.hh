@@ -40,17 +40,27 @@ void take_pin_for_tap(EDIT_FILE *fp, int32_t module, const char *instance, const
 
 /// The two sides of a pad: the pin that drives the core, and the pin that the core drives.
 enum PAD_SIDE : int32_t { SIDE_OUTPUT, SIDE_INPUT };
-const char *&side_pin(OPIN_ROW &row, PAD_SIDE side);
-
 /// How a floating pad is spoken of.
 enum PAD_WORD : int32_t { PAD_WORD_INPUT, PAD_WORD_OUTPUT, PAD_WORD_BIDIRECTIONAL };
 
+/// A pin at the core side of a pad: the pad's own, or that of a transparent buffer which belongs to the pad.
+struct PAD_PIN {
+    PAD_SIDE side;
+    const char *instance;
+    const char *pin;
+    PAD_WORD word;
+};
+PAD_PIN pad_pin(const OPIN_ROW &row, PAD_SIDE side, PAD_WORD word = PAD_WORD_INPUT);
+/// The far pin of the %TRANSPARENT_BUFFER that follows the pad on this side; the pad's own where none does.
+PAD_PIN pin_behind_buffer(const OPIN_ROW &row, PAD_SIDE side, PAD_WORD word);
+
 /// The pin as an operand.
-EDIT_OPERAND side_operand(OPIN_ROW &row, PAD_SIDE side);
+EDIT_OPERAND pin_operand(const PAD_PIN &pin);
 /// The first node on the pin's net that is no pin of the same instance, or -1.
 int32_t far_end(const char *instance, const char *pin, int32_t direction);
-/// The same for the row's pad; ends the run when the pad floats.
-int32_t far_end_of_side(OPIN_ROW &row, PAD_SIDE side, PAD_WORD word);
+int32_t far_end(const PAD_PIN &pin);
+/// The same; ends the run when the pad of the row floats.
+int32_t far_end_of_pad(const OPIN_ROW &row, const PAD_PIN &pin);
 /// The operand by which a command joins a node's net.
 EDIT_OPERAND node_operand(int32_t node);
 /// What the design has at the port: the first other node on its net, and its operand. Ends the run when the
@@ -61,15 +71,7 @@ EDIT_OPERAND port_far_operand(const OPIN_ROW &row);
 /// Disconnects the pin and notes that `successor` stands on its old net from now on.
 void cut_pin(EDIT_FILE *fp, const char *instance, const char *pin, const EDIT_OPERAND &successor,
              EDIT_BLANKS blanks = EDIT_PLAIN);
+void cut_pin(EDIT_FILE *fp, const PAD_PIN &pin, const EDIT_OPERAND &successor,
+             EDIT_BLANKS blanks = EDIT_PLAIN);
 /// The same for a port of the design.
 void cut_port(EDIT_FILE *fp, const OPIN_ROW &row, const EDIT_OPERAND &successor);
-
-/// A row's pad pin while a transparent buffer behind it stands in its place.
-struct SAVED_SIDE {
-    const char *instance;
-    const char *pin;
-};
-/// When a %TRANSPARENT_BUFFER follows the pad on this side, makes the row name that buffer's far pin.
-SAVED_SIDE begin_side(OPIN_ROW &row, PAD_SIDE side, PAD_WORD word);
-/// Makes the row name its pad again.
-void end_side(OPIN_ROW &row, PAD_SIDE side, const SAVED_SIDE &saved);

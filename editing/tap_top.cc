@@ -1,11 +1,9 @@
 #include "editing/tap_top.hh"
 
-#include "description/lookups.hh"
 #include "editing/added_pads.hh"
 #include "editing/existing_tap.hh"
 #include "editing/module_copies.hh"
 #include "planning/tracing.hh"
-#include "planning/validation.hh"
 #include "sdb/navigation.hh"
 #include "support/console.hh"
 #include "support/fnm.hh"
@@ -43,48 +41,14 @@ void join_new_signal(STANDARD_SIGNAL signal, const SIGNAL_PLACE &chip_side) {
         free_and_join(TAP_FP, top, pin_of(TAP_FP->tap, signal_tap_pin(signal)));
 }
 
-/// A pad for a standard port that the design does not have.
-struct ADDED_TAP_PAD {
-    ADDED_PAD pad;
-    const char *instance;
-    const PIN_ENTRY *pin; ///< null when the pin file does not name the port
-};
-
-const char *const PAD_NAMES[STANDARD_PORT_COUNT] = {"TDI_PAD", "TDO_PAD", "TMS_PAD", "TCK_PAD", "TRST_PAD"};
-
-/// The pad's cell is the one that the pin file names for the port, else the default one.
-ADDED_TAP_PAD added_tap_pad(STANDARD_PORT port) {
-    bool is_output = port == PORT_TDO;
-    int32_t index = TAP_PORT[port].pin_index;
-    if (index < 0 || index >= DYNA_count(OPIN_TAB)) {
-        if (is_output)
-            return {{OUTPUT_BUFFER, OUTPUT_BUFFER_PINS.input, OUTPUT_BUFFER_PINS.output},
-                    PAD_NAMES[port],
-                    nullptr};
-        return {{INPUT_BUFFER, INPUT_BUFFER_PINS.input, INPUT_BUFFER_PINS.output}, PAD_NAMES[port], nullptr};
-    }
-    OPIN_ROW &row = OPIN_TAB[index];
-    ADDED_PAD pad = is_output ? output_pad_cell(row) : input_pad_cell(row);
-    row.pad_class = pad.cell;
-    row.pad_instance = PAD_NAMES[port];
-    row.pad_output = pad.output;
-    row.pad_input = pad.input;
-    return {pad, PAD_NAMES[port], PIN_TABLE[row.pin_index]};
-}
-
 /// The enable of an added TDO pad: driven by the TAP, else tied so that the pad drives.
-void connect_added_tdo_enable(const ADDED_TAP_PAD &added, const char *enable, bool is_low) {
+void connect_added_tdo_enable(const char *instance, const char *enable, bool is_low) {
     if (TAP_TDO_EN_PIN != nullptr && enable == nullptr)
         vmr_printf("WARNING: TDO pin use 2-output PAD.\n");
     else if (TAP_TDO_EN_PIN != nullptr)
-        join_new_signal(SIGNAL_TDO_EN, {added.instance, enable});
+        join_new_signal(SIGNAL_TDO_EN, {instance, enable});
     else if (enable != nullptr)
-        edit_connect(TAP_FP, pin_of(added.instance, enable), is_low ? constant_zero() : constant_one());
-}
-
-const char *enable_of_added_pad(const ADDED_TAP_PAD &added, bool &is_low) {
-    const BUFFER_CELL *buffer = get_buffer(added.pad.cell);
-    return buffer == nullptr ? nullptr : chosen_enable_pin(buffer, added.pin, &is_low);
+        edit_connect(TAP_FP, pin_of(instance, enable), is_low ? constant_zero() : constant_one());
 }
 
 /// The chip has the port: its signals leave the modules that its pad stands in, and meet the TAP in the top.
@@ -102,20 +66,32 @@ void join_signals(std::span<const STANDARD_SIGNAL> signals) {
     show_route_in_row(signals[0]);
 }
 
-/// A port that the design does not have, with a pad.
+/// A port that the design does not have, with a pad. Its cell is the one that the pin file names for the
+/// port, else the default one.
 void add_port_with_pad(STANDARD_SIGNAL signal, const char *name) {
+    constexpr const char *names[STANDARD_PORT_COUNT] = {"TDI_PAD", "TDO_PAD", "TMS_PAD", "TCK_PAD",
+                                                        "TRST_PAD"};
+    const char *instance = names[SIGNALS[signal].port];
     bool is_output = signal == SIGNAL_TDO;
-    ADDED_TAP_PAD added = added_tap_pad(SIGNALS[signal].port);
+    int32_t index = TAP_PORT[SIGNALS[signal].port].pin_index;
+    OPIN_ROW *row = index < 0 || index >= DYNA_count(OPIN_TAB) ? nullptr : &OPIN_TAB[index];
+    const PIN_ENTRY *pin = row == nullptr ? nullptr : PIN_TABLE[row->pin_index];
+    ADDED_PAD pad = added_pad_cell(pin, is_output);
+    if (row != nullptr) {
+        row->pad_class = pad.cell;
+        row->pad_instance = instance;
+        row->pad_output = pad.output;
+        row->pad_input = pad.input;
+    }
     edit_add_port(TAP_FP, name, is_output ? EDIT_OUTPUT : EDIT_INPUT);
-    edit_add_instance(TAP_FP, added.instance, added.pad.cell);
-    edit_connect(TAP_FP, pin_of(added.instance, is_output ? added.pad.output : added.pad.input),
-                 port_net(name));
-    join_new_signal(signal, {added.instance, is_output ? added.pad.input : added.pad.output});
+    edit_add_instance(TAP_FP, instance, pad.cell);
+    edit_connect(TAP_FP, pin_of(instance, is_output ? pad.output : pad.input), port_net(name));
+    join_new_signal(signal, {instance, is_output ? pad.input : pad.output});
     bool is_low = false;
-    const char *enable = is_output ? enable_of_added_pad(added, is_low) : nullptr;
-    note_added_pad(added.pad.cell, {added.pad.input, added.pad.output, enable});
+    const char *enable = is_output ? enable_of_added_pad(pad, pin, is_low) : nullptr;
+    note_added_pad(pad.cell, {pad.input, pad.output, enable});
     if (is_output)
-        connect_added_tdo_enable(added, enable, is_low);
+        connect_added_tdo_enable(instance, enable, is_low);
 }
 
 } // namespace

@@ -70,11 +70,8 @@ void init_multi_io_tables() {
 
 void free_planning_tables() {
     release_run_tables();
-    for (MULTI_IO_ROW &row : rows(MULTI_IO_TAB)) {
-        release(row.added_ports);
-        release(row.added_conns);
+    for (MULTI_IO_ROW &row : rows(MULTI_IO_TAB))
         release_trees(row.trees);
-    }
     release(MULTI_IO_TAB);
     release_node(MULTI_IO_HIER);
 }

@@ -128,16 +128,6 @@ struct SCAN_ROW {
     int32_t module_seq;      ///< running number in its module from 1, -1 with one I/O module
 };
 
-/// A port to add to a module, and a connection to make in it (several I/O modules).
-struct ADDED_PORT {
-    const char *name;
-    int32_t direction; ///< 0 input, 1 output
-    int32_t written;   ///< 1 when the add line is in the file already
-};
-struct ADDED_CONN {
-    const char *inst1, *pin1, *inst2, *pin2; ///< a null instance makes its pin a net
-};
-
 /// One row per module on the way from the top to a pad; row 0 is the top. Where all cells lie in one module,
 /// whichever it is, row 0 has the trees.
 struct MULTI_IO_ROW {
@@ -146,8 +136,6 @@ struct MULTI_IO_ROW {
     int32_t parent;     ///< -1 for row 0
     int32_t cell_count; ///< cells inserted in this module
     CONTROL_TREES trees;
-    ADDED_PORT *added_ports;
-    ADDED_CONN *added_conns;
 };
 
 /// The tree of MULTI_IO_TAB rows.
