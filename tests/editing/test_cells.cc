@@ -1,5 +1,6 @@
 // The lines of the cell kinds, and of cells whose pads stand on one net.
 #include "tests/editing/chip_case.hh"
+#include "tests/support/expected_file.hh"
 
 namespace {
 
@@ -52,10 +53,10 @@ TEST(Cells, EachKindWritesItsLines) {
     chip_case chip(kinds_input());
     run_result result = chip.run("-add_tap");
     EXPECT_EQ(result.status, 0) << result.out << result.err;
-    expect_file("cell_kinds.cmd", chip.commands({"chip_jtag"}));
-    expect_file("cell_kinds.bso", chip.scratch.read("chip.bso"));
+    expect_commands("cell_kinds", chip.commands({"chip_jtag"}));
+    expect_file("editing/expected/cell_kinds.bso", chip.scratch.read("chip.bso"));
     size_t from = result.out.find(" - Synthesizing Boundary"), to = result.out.find("\nCPU TIME");
-    expect_file("cell_kinds.console", result.out.substr(from, to - from));
+    expect_file("editing/expected/cell_kinds.console", result.out.substr(from, to - from));
     // The bundled editor takes every line.
     std::filesystem::remove_all(chip.scratch.dir / "tools");
     result = chip.run("-add_tap");

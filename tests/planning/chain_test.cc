@@ -141,22 +141,12 @@ module chip(input a); IBUF \p[3].a (.PAD(a), .C(na)); M \m.x[0] (.a(na)); endmod
      .pins = "1 A a *\n2 INTERNAL m.x[0].u.y[1]{A} *\n"},
 };
 
-void expect_outcomes(const PLANNED_CHIP *begin, const PLANNED_CHIP *end) {
-    planning_folder folder;
-    for (const PLANNED_CHIP *chip = begin; chip != end; ++chip) {
-        SCOPED_TRACE(chip->name);
-        run_result result = folder.run(*chip);
-        EXPECT_EQ(result.status, 0) << result.out;
-        expect_file(std::string(chip->name) + ".txt", folder.outcome(result, chip->shows));
-    }
-}
-
 TEST(Chain, IsInOrderAndSharesItsControls) {
-    expect_outcomes(std::begin(CHAINS), std::end(CHAINS));
+    planning_folder().expect_outcomes(CHAINS);
 }
 
 TEST(Chain, GoesThroughTheModulesOfThePads) {
-    expect_outcomes(std::begin(MODULES), std::end(MODULES));
+    planning_folder().expect_outcomes(MODULES);
 }
 
 // 10,000 pins, in both directions of the ring: every place of the chain is given once, from TDO on.

@@ -157,13 +157,7 @@ M m(.g(1'b0), .v(1'b1)); endmodule)",
 };
 
 TEST(Ports, GetTheirCellsAsPlanned) {
-    planning_folder folder;
-    for (const PLANNED_CHIP &chip : PORTS) {
-        SCOPED_TRACE(chip.name);
-        run_result result = folder.run(chip);
-        EXPECT_EQ(result.status, 0) << result.out;
-        expect_file(std::string(chip.name) + ".txt", folder.outcome(result, chip.shows));
-    }
+    planning_folder().expect_outcomes(PORTS);
 }
 
 } // namespace

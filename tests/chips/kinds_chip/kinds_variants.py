@@ -12,6 +12,7 @@ from pad_modules import pads_in_modules
 from player import run
 
 HERE = pathlib.Path(__file__).resolve().parent
+CELLS = ["pads.v", "gated.v"]
 
 ONE_CELL = "%BIDIR_SCAN BC_BID; %BIDIR_MUX_SCAN BC_MUXB;"
 GROUPS_OF_3 = "%GROUP_SIZE 3;"
@@ -87,10 +88,6 @@ class Variant:
 
     def highz(self):
         return "highz" in self.name or self.items == HIGHZ_CELLS
-
-    def cell_files(self):
-        more = ["oe_cells.v"] if "CTLX" in self.items else ["highz_cells.v"] if self.items == HIGHZ_CELLS else []
-        return ["pads.v", "gated.v"] + more
 
     def module(self, instance):
         """The module of a pad, with the buffer that belongs to it: none, one of two in turn, or one for all."""
@@ -203,7 +200,7 @@ EXISTING_TAP = """    wire tdo_i, tdo_en, tdo_oen;
 
 def write_chip(variant, work):
     """The chip with its pads in their modules; a module may stand in another one of no cells of its own."""
-    cells = "".join((work / name).read_text() for name in variant.cell_files())
+    cells = "".join((work / name).read_text() for name in CELLS)
     text = (HERE / "kinds.v").read_text()
     text = take_pads_away(text, variant.bare)
     if variant.joins:
@@ -224,15 +221,14 @@ def write_chip(variant, work):
 def build(variant, bin_dir, work):
     shutil.rmtree(work, ignore_errors=True)
     (work / "lib").mkdir(parents=True)
-    cells = variant.cell_files()
-    for name in cells:
+    for name in CELLS:
         shutil.copy(HERE / name, work)
     change_file(work / "gated.v", SYNCH_CELLS if "-synch" in variant.options
                 else INVERTED_CELLS if "inverting" in variant.name else {})
     write_chip(variant, work)
     describe(variant, work)
     options = variant.options.split()
-    run([str(bin_dir / "kalmverin"), "-lib", *cells, "-opath", "lib"], work, "reading the cells")
+    run([str(bin_dir / "kalmverin"), "-lib", *CELLS, "-opath", "lib"], work, "reading the cells")
     if variant.exists:
         run([str(bin_dir / "rimweave"), "kinds", "-add_tap_only", *options], work, "writing the TAP")
         run([str(bin_dir / "kalmverin"), "-lib", "kinds_TAP.v", "-opath", "lib"], work, "reading the TAP")
@@ -249,4 +245,4 @@ def build(variant, bin_dir, work):
     shared = "-dont_share_control" not in variant.options and variant.module("p_dt") == variant.module("p_du")
     if not variant.joins and shared != ("is shared with another pad" in output):
         raise ProofError("no warning, or a needless one, of a differential pad on a shared enable")
-    return cells, output, ["kinds_TAP.v"] if variant.exists else []
+    return output, ["kinds_TAP.v"] if variant.exists else []

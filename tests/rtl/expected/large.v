@@ -1,12 +1,7 @@
-module  chip_tap ( TMS,
-                   TDI,
-                   TCK,
-                   TDO,
+@ 1-1
+@ 6-6
                    TRST,
-                   first_Bcell,
-                   BOUNDARY_out,
-                   SHIFT_DR,
-                   CLOCK_DR,
+@ 11-11
                    UPDATE_DR,
                    RESET,
                    MODE1,
@@ -25,12 +20,8 @@ module  chip_tap ( TMS,
                    en_c,
                    velmora_test_mode,
                    velmora_scan_mode );
-
-        output TDO;
-        output SHIFT_DR;
-        output CLOCK_DR;
-        output UPDATE_DR;
-        output first_Bcell;
+@ 16-16
+@ 19-18
         output RESET;
         output MODE1;
         output MODE2;
@@ -46,53 +37,30 @@ module  chip_tap ( TMS,
         output velmora_scan_mode;
         output MYREG_in;
         output USERDR_in;
-
-        input TMS;
-        input TDI;
-        input TCK;
-        input BOUNDARY_out;
+@ 24-23
         input TRST;
         input  MYREG_out;
         input  USERDR_out;
-
-        wire RESET;
-        wire SELECT_DR;
-        wire ENABLE;
-        wire TDOIN;
-        wire SHIFT_IR;
-        wire CLOCK_IR;
-        wire UPDATE_IR;
-        wire IR_out;
-        wire DR_out;
+@ 34-35
         wire IDMODE;
         wire tap_UPDATE_DR;
         wire[2:0]  DR_SELECT;
         wire[3:0] INST;
-
+@ 37-37
         TAP_controller  TAP(TMS, TCK, TRST,
-                            SHIFT_IR, CLOCK_IR, UPDATE_IR,
+@ 39-39
                             SHIFT_DR, CLOCK_DR, tap_UPDATE_DR,
-                            RESET, SELECT_DR, ENABLE);
-
-        BYPASS_reg  BYP(BYPASS_out, TDI, SHIFT_DR, CLOCK_DR);
-
+@ 44-43
         ID_reg      ID(IDCODE_out, TDI, SHIFT_DR, CLOCK_DR, IDMODE);
 
-        IR_reg      IR(IR_out, INST, TDI, SHIFT_IR, CLOCK_IR,
-                       UPDATE_IR, RESET);
-
+@ 47-47
         IR_dec      IRdec(DR_SELECT, INST, CHIP_TEST, HIGHZ, MODE1, MODE2, MODE3, IDMODE,
                           en_a, en_b, en_c_wire, velmora_test_mode);
-
-        DR_mux      Dmux(DR_out, DR_SELECT,
+@ 50-50
                          BYPASS_out, BOUNDARY_out, IDCODE_out, USERCODE_out, MYREG_out, USERDR_out);
-
-        IR_DR_mux   IDMUX(IR_out, DR_out, SELECT_DR, TDOIN);
-
+@ 54-56
         TDO_reg     TDOreg(TDO, TDOIN, TCK, ENABLE);
-
-        assign first_Bcell = TDI;
-
+@ 60-59
         assign MYREG_in = TDI;
 
         assign USERDR_in = TDI;
@@ -104,117 +72,20 @@ module  chip_tap ( TMS,
         assign UPDATE_DR = ~( INST == 4'b0110 ) & tap_UPDATE_DR;
         assign en_c = en_c_wire & SHIFT_DR;
 
-endmodule
-
-
-module  TAP_controller ( TMS,
-                         TCK,
+@ 65-64
                          TRST,
-                         SHIFT_IR,
-                         CLOCK_IR,
-                         UPDATE_IR,
-                         SHIFT_DR,
-                         CLOCK_DR,
-                         UPDATE_DR,
-                         RESET,
-                         SELECT_DR,
-                         ENABLE );
-
-        output SHIFT_IR;
-        output CLOCK_IR;
-        output UPDATE_IR;
-        output SHIFT_DR;
-        output CLOCK_DR;
-        output UPDATE_DR;
-        output RESET;
-        output SELECT_DR;
-        output ENABLE;
-
-        input TMS;
-        input TCK;
+@ 87-86
         input TRST;
-
-        reg EN_reg;
-        reg RESET_reg;
-        reg SHIFT_IR_reg;
-        reg SHIFT_DR_reg;
-        reg[3:0] tms_count;
-        reg[3:0] STATE;
-
-        `define  TEST_LOGIC_RESET   4'b0100
-        `define  RUN_TEST_IDLE      4'b1100
-
-        `define  SELECT_DR_SCAN     4'b0000
-        `define  CAPTURE_DR         4'b0001
-        `define  SHIFT_DR           4'b0011
-        `define  EXIT1_DR           4'b0010
-        `define  PAUSE_DR           4'b0110
-        `define  EXIT2_DR           4'b0111
-        `define  UPDATE_DR          4'b0101
-
-        `define  SELECT_IR_SCAN     4'b1000
-        `define  CAPTURE_IR         4'b1001
-        `define  SHIFT_IR           4'b1011
-        `define  EXIT1_IR           4'b1010
-        `define  PAUSE_IR           4'b1110
-        `define  EXIT2_IR           4'b1111
-        `define  UPDATE_IR          4'b1101
-
-        always @(posedge TCK)
-            tms_count <= {tms_count[2:0],TMS} ;
-
-        wire internal_TRST1 = (tms_count[0] == 1) &&
-                              (tms_count[1] == 1) &&
-                              (tms_count[2] == 1) &&
-                              (tms_count[3] == 1);
-
-        wire internal_TRST = ~internal_TRST1;
-
+@ 124-124
         always @(posedge TCK or negedge TRST)
             if (TRST == 0 )
               STATE <= `TEST_LOGIC_RESET;
             else if (TMS && internal_TRST == 0)
               STATE <= `TEST_LOGIC_RESET;
             else
-            case (STATE)
-
-            `TEST_LOGIC_RESET:
-              STATE <= (TMS) ? `TEST_LOGIC_RESET: `RUN_TEST_IDLE;
-            `RUN_TEST_IDLE:
-              STATE <= (TMS) ? `SELECT_DR_SCAN: `RUN_TEST_IDLE;
-            `SELECT_DR_SCAN:
-              STATE <= (TMS) ? `SELECT_IR_SCAN: `CAPTURE_DR;
-            `CAPTURE_DR:
-              STATE <= (TMS) ? `EXIT1_DR: `SHIFT_DR;
-            `SHIFT_DR:
-              STATE <= (TMS) ? `EXIT1_DR: `SHIFT_DR;
-            `EXIT1_DR:
-              STATE <= (TMS) ? `UPDATE_DR: `PAUSE_DR;
-            `PAUSE_DR:
-              STATE <= (TMS) ? `EXIT2_DR: `PAUSE_DR;
-            `EXIT2_DR:
-              STATE <= (TMS) ? `UPDATE_DR: `SHIFT_DR;
-            `UPDATE_DR:
-              STATE <= (TMS) ? `SELECT_DR_SCAN: `RUN_TEST_IDLE;
-            `SELECT_IR_SCAN:
-              STATE <= (TMS) ? `TEST_LOGIC_RESET: `CAPTURE_IR;
-            `CAPTURE_IR:
-              STATE <= (TMS) ? `EXIT1_IR: `SHIFT_IR;
-            `SHIFT_IR:
-              STATE <= (TMS) ? `EXIT1_IR: `SHIFT_IR;
-            `EXIT1_IR:
-              STATE <= (TMS) ? `UPDATE_IR: `PAUSE_IR;
-            `PAUSE_IR:
-              STATE <= (TMS) ? `EXIT2_IR: `PAUSE_IR;
-            `EXIT2_IR:
-              STATE <= (TMS) ? `UPDATE_IR: `SHIFT_IR;
-            `UPDATE_IR:
-              STATE <= (TMS) ? `SELECT_DR_SCAN: `RUN_TEST_IDLE;
-
-            endcase
-
+@ 162-162
         always @(negedge TCK or negedge TRST)
-        begin
+@ 164-164
             if (TRST == 0)
             begin
                 RESET_reg    <= 0;
@@ -229,47 +100,9 @@ module  TAP_controller ( TMS,
                 SHIFT_IR_reg <= (STATE == `SHIFT_IR) ? 1 : 0;
                 SHIFT_DR_reg <= (STATE == `SHIFT_DR) ? 1 : 0;
             end
-        end
+@ 195-195
 
-        assign  SHIFT_IR = SHIFT_IR_reg;
-        assign  SHIFT_DR = SHIFT_DR_reg;
-        assign  RESET = RESET_reg;
-        assign  ENABLE    = EN_reg;
-        assign  SELECT_DR = (STATE < 8) ? 1 : 0;
-        assign  CLOCK_IR = !(STATE == `SHIFT_IR || STATE == `CAPTURE_IR)
-                           | TCK;
-        assign  CLOCK_DR = !(STATE == `SHIFT_DR || STATE == `CAPTURE_DR)
-                           | TCK;
-        assign  UPDATE_IR = (STATE == `UPDATE_IR) & (~TCK);
-        assign  UPDATE_DR = (STATE == `UPDATE_DR) & (~TCK);
-
-endmodule
-
-
-module BYPASS_reg ( BYPASS_out,
-                    TDI,
-                    SHIFT_DR,
-                    CLOCK_DR );
-
-        output BYPASS_out;
-
-        input TDI;
-        input SHIFT_DR;
-        input CLOCK_DR;
-
-        wire BYPASS_in;
-        reg BYPASS_cell;
-
-        assign BYPASS_in = SHIFT_DR & TDI;
-
-        always @(posedge CLOCK_DR)
-            BYPASS_cell <= BYPASS_in;
-
-        assign BYPASS_out = BYPASS_cell;
-
-endmodule
-
-
+@ 206-205
 module ID_reg ( IDCODE_out,
                 TDI,
                 SHIFT_DR,
@@ -294,40 +127,16 @@ module ID_reg ( IDCODE_out,
 endmodule
 
 
-module IR_reg ( IR_out,
-                INST,
-                TDI,
-                SHIFT_IR,
-                CLOCK_IR,
-                UPDATE_IR,
-                RESET );
-
-        output IR_out;
+@ 215-215
         output[3:0] INST;
-
-        input TDI;
-        input SHIFT_IR;
-        input UPDATE_IR;
-        input CLOCK_IR;
-        input RESET;
-
+@ 223-223
         reg[3:0] CAP_IR;
         reg[3:0] UPD_IR;
-
-        always @(posedge CLOCK_IR)
+@ 226-226
             CAP_IR <= (SHIFT_IR) ? {TDI, CAP_IR[3:1]} : 4'b0001;
-
-        always @(posedge UPDATE_IR or negedge RESET)
+@ 229-229
             if (RESET == 0)  UPD_IR <= 4'b0011;
-            else  UPD_IR <= CAP_IR;
-
-        assign  INST   = UPD_IR;
-        assign  IR_out = CAP_IR[0];
-
-endmodule
-
-
-module IR_dec ( DR_SELECT,
+@ 239-243
                 INST,
                 CHIP_TEST,
                 HIGHZ,
@@ -392,26 +201,16 @@ module IR_dec ( DR_SELECT,
                             (INST == 4'b1100) ? `SEL_USERDR:
                             (INST == 4'b1101) ? `SEL_USERDR:
                             `SEL_BYPASS;
-
+@ 245-246
         assign  IDMODE = (INST == 4'b0011 ||
                           INST == 4'b1011 ) ? 1'b1 : 1'b0;
-
-
-endmodule
-
-
-module DR_mux ( DR_out,
-                DR_SELECT,
-                BYPASS_out,
+@ 255-255
                 BOUNDARY_out,
                 IDCODE_out,
                 USERCODE_out,
                 MYREG_out,
                 USERDR_out );
-
-       output DR_out;
-
-        input BYPASS_out;
+@ 260-264
         input BOUNDARY_out;
         input IDCODE_out;
         input USERCODE_out;
@@ -425,48 +224,17 @@ module DR_mux ( DR_out,
         `define  SEL_USERCODE     3'b011
         `define  SEL_MYREG        3'b100
         `define  SEL_USERDR       3'b101
-
-        assign  DR_out = (
-                ((DR_SELECT == `SEL_BYPASS) & BYPASS_out) |
+@ 268-268
                 ((DR_SELECT == `SEL_BOUNDARY) & BOUNDARY_out) |
                 ((DR_SELECT == `SEL_IDCODE) & IDCODE_out) |
                 ((DR_SELECT == `SEL_USERCODE) & USERCODE_out) |
                 ((DR_SELECT == `SEL_MYREG) & MYREG_out) |
                 ((DR_SELECT == `SEL_USERDR) & USERDR_out));
-
-endmodule
-
-module IR_DR_mux ( IR_out,
-                   DR_out,
-                   SELECT_DR,
-                   TDOIN );
-
-        output TDOIN;
-
-        input IR_out;
-        input DR_out;
-        input SELECT_DR;
-        assign  TDOIN = (SELECT_DR) ? DR_out : IR_out;
-
-endmodule
-
-
-module  TDO_reg ( TDO,
-                  TDOIN,
+@ 289-289
                   TCK,
                   ENABLE);
-
-        output TDO;
-
-        input TDOIN;
-        input TCK;
+@ 295-294
         input ENABLE;
-
-        reg TDO_cell;
-
-        always @(negedge TCK)
-            TDO_cell <= TDOIN;
-
+@ 301-302
         assign TDO = (ENABLE) ?  TDO_cell : 1'bz;
 
-endmodule

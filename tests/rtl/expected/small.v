@@ -1,3 +1,4 @@
+@ 1-9
 module  chip_tap ( TMS,
                    TDI,
                    TCK,
@@ -31,9 +32,9 @@ module  chip_tap ( TMS,
         wire IR_out;
         wire DR_out;
         wire[0:0]  DR_SELECT;
-        wire[2:0] INST;
+@ 11-11
 
-        TAP_controller  TAP(TMS, TCK,
+@ 13-17
                             SHIFT_IR, CLOCK_IR, UPDATE_IR,
                             SHIFT_DR, CLOCK_DR, UPDATE_DR,
                             RESET, SELECT_DR, ENABLE);
@@ -43,7 +44,7 @@ module  chip_tap ( TMS,
         IR_reg      IR(IR_out, INST, TDI, SHIFT_IR, CLOCK_IR,
                        UPDATE_IR, RESET);
 
-        IR_dec      IRdec(DR_SELECT, INST);
+@ 19-29
 
         DR_mux      Dmux(DR_out, DR_SELECT,
                          BYPASS_out, BOUNDARY_out);
@@ -120,10 +121,7 @@ module  TAP_controller ( TMS,
 
         wire internal_TRST = ~internal_TRST1;
 
-        always @(posedge TCK)
-            if (TMS && internal_TRST == 0)
-            STATE <= `TEST_LOGIC_RESET;
-          else
+@ 34-34
             case (STATE)
 
             `TEST_LOGIC_RESET:
@@ -161,13 +159,9 @@ module  TAP_controller ( TMS,
 
             endcase
 
-        always @(negedge TCK)
+@ 36-36
         begin
-            RESET_reg    <= (STATE == `TEST_LOGIC_RESET) ? 0 : 1;
-            EN_reg       <= (STATE == `SHIFT_DR |
-                            STATE == `SHIFT_IR) ? 1 : 0;
-            SHIFT_IR_reg <= (STATE == `SHIFT_IR) ? 1 : 0;
-            SHIFT_DR_reg <= (STATE == `SHIFT_DR) ? 1 : 0;
+@ 42-48
         end
 
         assign  SHIFT_IR = SHIFT_IR_reg;
@@ -198,7 +192,7 @@ module BYPASS_reg ( BYPASS_out,
 
         wire BYPASS_in;
         reg BYPASS_cell;
-
+@ 50-50
         assign BYPASS_in = SHIFT_DR & TDI;
 
         always @(posedge CLOCK_DR)
@@ -218,7 +212,7 @@ module IR_reg ( IR_out,
                 RESET );
 
         output IR_out;
-        output[2:0] INST;
+@ 52-52
 
         input TDI;
         input SHIFT_IR;
@@ -226,8 +220,7 @@ module IR_reg ( IR_out,
         input CLOCK_IR;
         input RESET;
 
-        reg[2:0] CAP_IR;
-        reg[2:0] UPD_IR;
+@ 55-59
 
         always @(posedge CLOCK_IR)
             CAP_IR <= (SHIFT_IR) ? {TDI, CAP_IR[2:1]} : 3'b001;
@@ -243,20 +236,14 @@ endmodule
 
 
 module IR_dec ( DR_SELECT,
-                INST );
-
+@ 62-62
         output[0:0] DR_SELECT;
-
-        input[2:0] INST;
-
+@ 66-69
         `define  SEL_BYPASS       1'b0
         `define  SEL_boundary     1'b1
 
-
-        assign  DR_SELECT = (INST == 3'b000) ? `SEL_boundary :
-                            (INST == 3'b001) ? `SEL_boundary:
-                            (INST == 3'b111) ? `SEL_BYPASS:
-                            `SEL_BYPASS;
+@ 74-74
+@ 76-79
 
 
 endmodule
@@ -270,7 +257,7 @@ module DR_mux ( DR_out,
        output DR_out;
 
         input BYPASS_out;
-        input boundary_out;
+@ 81-82
         input[0:0]  DR_SELECT;
 
         `define  SEL_BYPASS       1'b0
@@ -312,5 +299,5 @@ module  TDO_reg ( TDO,
             TDO_cell <= TDOIN;
 
         assign TDO =  TDO_cell;
-
+@ 84-89
 endmodule

@@ -1,10 +1,11 @@
+@ 1-1
 library IEEE;
 use IEEE.std_logic_1164.all;
 -- use IEEE.std_logic_arith.all;
 
 entity TAP_controller is
     port (
-        TMS, TCK: in std_logic;
+@ 3-5
         SHIFT_IR, CLOCK_IR, UPDATE_IR: out std_logic;
         SHIFT_DR, CLOCK_DR, UPDATE_DR: out std_logic;
         SELECT_DR, ENABLE, RESET: out std_logic
@@ -58,9 +59,9 @@ begin
 
     internal_TRST <= not (temp_trst and (not (temp_trst_d)));
 
-    process (TCK, internal_TRST)
+@ 7-7
     begin
-    if (internal_TRST = '0') then
+@ 9-9
         STATE <= TEST_RESET_ST;
     else if RISING_EDGE(TCK) then
         case STATE is
@@ -167,9 +168,9 @@ begin
     end if;
     end process;
 
-    process (TCK)
+@ 11-11
     begin
-      if (FALLING_EDGE(TCK)) then 
+@ 13-15
             if (STATE = TEST_RESET_ST) then
                   RESET_reg <= '0';
             else  RESET_reg <= '1';
@@ -238,7 +239,7 @@ use IEEE.std_logic_1164.all;
 
 entity BYPASS_reg is
     port (
-        TDI, SHIFT_DR, CLOCK_DR: in std_logic;
+@ 17-20
         BYPASS_out: out std_logic
     );
 end BYPASS_reg;
@@ -267,12 +268,12 @@ entity IR_reg is
     port (
         TDI, SHIFT_IR, UPDATE_IR, CLOCK_IR, RESET: in std_logic;
         IR_out: out std_logic;
-        INST: out std_logic_vector(2 downto 0)
+@ 22-22
     );
 end IR_reg;
 
 architecture BEHAVIOR of IR_reg is
-    signal CAP_IR, UPD_IR: std_logic_vector(2 downto 0);
+@ 24-30
 begin
     process
     begin
@@ -304,7 +305,7 @@ use IEEE.std_logic_1164.all;
 entity IR_dec is
     port (
         DR_SELECT: out std_logic_vector(0 downto 0);
-        INST: in std_logic_vector(2 downto 0)
+@ 32-37
     );
 end IR_dec;
 
@@ -316,9 +317,7 @@ begin
     process(INST)
     begin
     case INST is
-    when "000" => DR_SELECT <= SEL_boundary;
-    when "001" => DR_SELECT <= SEL_boundary;
-    when "111" => DR_SELECT <= SEL_BYPASS;
+@ 41-51
     when others => DR_SELECT <= SEL_BYPASS;
     end case;
     end process;
@@ -346,8 +345,7 @@ begin
         case DR_SELECT is
         when SEL_BYPASS =>
              DR_out <= BYPASS_out;
-        when SEL_boundary =>
-             DR_out <= boundary_out;
+@ 54-59
         when others =>
              DR_out <= '0';
         end case;
@@ -416,7 +414,7 @@ architecture STRUCTURE of chip_tap is
 
     component  TAP_controller
     port (
-        TMS, TCK: in std_logic;
+@ 61-65
         SHIFT_IR, CLOCK_IR, UPDATE_IR: out std_logic;
         SHIFT_DR, CLOCK_DR, UPDATE_DR: out std_logic;
         SELECT_DR, ENABLE, RESET: out std_logic
@@ -426,7 +424,7 @@ architecture STRUCTURE of chip_tap is
 
     component  BYPASS_reg
     port (
-        TDI, SHIFT_DR, CLOCK_DR: in std_logic;
+@ 67-68
         BYPASS_out: out std_logic
     );
     end component;
@@ -444,7 +442,7 @@ architecture STRUCTURE of chip_tap is
     component  IR_dec
     port (
         DR_SELECT: out std_logic_vector(0 downto 0);
-        INST: in std_logic_vector(2 downto 0)
+@ 70-73
     );
     end component;
     for all: IR_dec use entity work.IR_dec(BEHAVIOR);
@@ -474,12 +472,12 @@ architecture STRUCTURE of chip_tap is
     end component;
     for all: TDO_reg use entity work.TDO_reg(BEHAVIOR);
 
-    signal  RESET, SELECT_DR, ENABLE, TDOIN: std_logic;
+@ 75-77
     signal  SHIFT_DR_net, CLOCK_DR_net: std_logic;
     signal  SHIFT_IR, CLOCK_IR, UPDATE_IR: std_logic;
     signal  IR_out, DR_out, BYPASS_out: std_logic;
     signal  DR_SELECT: std_logic_vector(0 downto 0);
-    signal  INST: std_logic_vector(2 downto 0);
+@ 79-80
 
 begin
 
@@ -493,7 +491,7 @@ begin
              SHIFT_DR => SHIFT_DR_net,
              CLOCK_DR => CLOCK_DR_net,
              UPDATE_DR => UPDATE_DR,
-             RESET => RESET,
+@ 82-82
              SELECT_DR => SELECT_DR,
              ENABLE => ENABLE
         );
@@ -509,7 +507,7 @@ begin
     U3: IR_reg
         port map (
              TDI => TDI,
-             RESET => RESET,
+@ 84-86
              INST => INST,
              SHIFT_IR  => SHIFT_IR,
              CLOCK_IR  => CLOCK_IR,
@@ -526,7 +524,7 @@ begin
     U5: DR_mux
         port map (
              BYPASS_out => BYPASS_out,
-             boundary_out => BOUNDARY_out,
+@ 88-91
              DR_SELECT => DR_SELECT,
              DR_out => DR_out
         );
