@@ -6,9 +6,9 @@
 namespace {
 
 /// The ports of a chip, in the order of the ring.
-constexpr const char *PINS = "a y z0 z1 b tdi tms tck ck tdo", *TOP_TAP_PINS = "a tdi tms tck ck tdo",
+constexpr const char *PINS = "a y z0 z1 b tdi tms tck ck tdo",
                      *PAD_MODULE_PINS = "a y b tdi tms tck ck tdo",
-                     *TWO_DOWN_PINS = "ain y tdi tms tck ck tdo", *NO_BIDIR_PINS = "a y tdi tms tck ck tdo",
+                     *TWO_DOWN_PINS = "ain y tdi tms tck ck tdo",
                      *BARE_PINS = "a -n y y2 tdi tms tck ck tdo";
 
 std::string pin_rows(const std::string &ports) {
@@ -79,20 +79,6 @@ const LAYOUT LAYOUTS[] = {
      {"CC_bs", "pads_bs", "AA_bs", "chip_jtag"},
      "",
      "pads_two_down"},
-    {"tap_above_pads",
-     "pads_two_down",
-     "A.tap",
-     "-add_tap",
-     TWO_DOWN_PINS,
-     {"pads_bs", "AA_bs", "chip_jtag"},
-     "",
-     "pads_two_down"},
-    {"tap_with_pads",
-     "pads_two_down",
-     "A.p.tap",
-     "-add_tap",
-     TWO_DOWN_PINS,
-     {"pads_bs", "AA_bs", "chip_jtag"}},
     {"tap_off_the_shared_part",
      "pads_two_down",
      "A.B.tap",
@@ -102,16 +88,7 @@ const LAYOUT LAYOUTS[] = {
      "",
      "pads_two_down"},
     {"pads_added", "no_pads", "TAP", "-add_tap -add_pad", BARE_PINS, {"chip_jtag"}, PAD_CELLS},
-    {"ports_without_pads", "no_pads", "TAP", "-add_tap -no_pad", BARE_PINS, {"chip_jtag"}, PAD_CELLS},
     {"tap_exists", "tap_exists", "TAP", "", PAD_MODULE_PINS, {"pads_bs", "chip_jtag"}, "", "pads_in_module"},
-    {"tap_exists_in_top", "tap_exists_in_top", "TAP", "", TOP_TAP_PINS, {"chip_jtag"}},
-    {"tap_exists_below",
-     "tap_exists_below",
-     "top_a.b.tap",
-     "",
-     NO_BIDIR_PINS,
-     {"B_bs", "A_bs", "pads_bs", "chip_jtag"}},
-    {"tap_exists_with_pads", "tap_exists_with_pads", "p.tap", "", NO_BIDIR_PINS, {"pads_bs", "chip_jtag"}},
 };
 
 } // namespace

@@ -11,15 +11,6 @@ int compare_ints(const void *a, const void *b) {
     return (left > right) - (left < right);
 }
 
-struct keyed {
-    int key;
-    int place;
-};
-
-int compare_keyed(const void *a, const void *b) {
-    return static_cast<const keyed *>(a)->key - static_cast<const keyed *>(b)->key;
-}
-
 int *table_of(const std::vector<int> &values) {
     int *tab = nullptr;
     for (int value : values)
@@ -52,30 +43,12 @@ TEST(Dyna, DeleteClosesUpAndRefusesWhatIsNotThere) {
     }
 }
 
-TEST(Dyna, SearchBeforeAndAfterSorting) {
+TEST(Dyna, SearchGivesTheFirstOfEqualRows) {
     int *tab = table_of({5, 3, 9, 3, 1});
     auto search = [&](int key) { return DYNA_search(&tab, &key, compare_ints); };
     EXPECT_EQ(search(5), 0);
     EXPECT_EQ(search(3), 1);
     EXPECT_EQ(search(4), -1);
-    DYNA_sort(&tab, compare_ints);
-    EXPECT_EQ(values_of(tab), (std::vector<int>{1, 3, 3, 5, 9}));
-    EXPECT_EQ(search(1), 0);
-    EXPECT_EQ(search(3), 1);
-    EXPECT_EQ(search(9), 4);
-    EXPECT_EQ(search(10), -1);
-    append_row(tab, 0); // out of order: bisection would miss it
-    EXPECT_EQ(search(0), 5);
-    DYNA_free(&tab);
-}
-
-TEST(Dyna, SortKeepsEqualRowsInOrder) {
-    keyed *tab = nullptr;
-    for (int i = 0; i < 300; i++)
-        append_row(tab, keyed{i % 3, i});
-    DYNA_sort(&tab, compare_keyed);
-    for (int i = 1; i < 300; i++)
-        EXPECT_LT(tab[i - 1].key * 1000 + tab[i - 1].place, tab[i].key * 1000 + tab[i].place);
     DYNA_free(&tab);
 }
 

@@ -20,24 +20,18 @@ CHAINS = "%GROUP_SIZE 4; %DF_GROUP_SIZE 5; %DF_SIGNAL_BUFFER CBUF;"
 OE_CONTROLS = ONE_CELL + " %CONTROL_OE_SCAN BC_CTLX;"
 HIGHZ_CELLS = ONE_CELL + " %OUTPUT_SCAN BC_OUTZ; %CONTROL_SCAN BC_CTLZ;"
 VARIANTS = {  # group items of the TAP, items of the cell roles, options, expected in the report
-    "one_level": ("%GROUP_SIZE 64;", ONE_CELL, "", "     Level 2:   1 buffers    drive  45 scan cells"),
     "three_levels": (GROUPS_OF_3, ONE_CELL, "", "     Level 4:  15 buffers    drive  45 scan cells"),
     "pairs": (GROUPS_OF_3, "", "", "     Level 4:  17 buffers    drive  50 scan cells"),
     "no_trees": ("", ONE_CELL, "", "  ** Add total  45 Boundary Scan Cells:"),
     "synch": (GROUPS_OF_3, ONE_CELL, "-synch", "     Level 4:  15 buffers    drive  45 scan cells"),
-    "df_speed": (CHAINS, ONE_CELL, "-df_speed", "     Using    9 buffers to drives   45 signals"),
     "synch_df_speed": (CHAINS, "", "-synch -df_speed",
                        "     Using   13 buffers to drives   50 signals"),
-    "own_controls": (GROUPS_OF_3, ONE_CELL, "-dont_share_control",
-                     "  ** Add 15 CONTROL SCAN Cells: BC_CTL"),
     "own_controls_pairs": (GROUPS_OF_3, "", "-dont_share_control", "  ** Add 15 CONTROL SCAN Cells: BC_CTL"),
     "oe_controls": (GROUPS_OF_3, OE_CONTROLS, "", "  ** Add total  46 Boundary Scan Cells:"),
     "inverting": ("%GROUP_SIZE 3; %INV_BUFFER INV;", ONE_CELL, "",
                   "  ** Using buffer 'INV' for signal 'CLOCK_DR'"),
     "highz": (GROUPS_OF_3, ONE_CELL, "", "     TAP highz       : HIGHZ"),
     "highz_cells": (GROUPS_OF_3, HIGHZ_CELLS, "", "  ** Using buffer 'TBUF' for signal 'X1'"),
-    "in_halves": (GROUPS_OF_3, ONE_CELL, "", "  ** Add total  50 Boundary Scan Cells:"),
-    "in_halves_pairs": (GROUPS_OF_3, "", "", "  ** Add total  55 Boundary Scan Cells:"),
     "in_halves_highz": (GROUPS_OF_3, HIGHZ_CELLS, "", "  ** Add total  50 Boundary Scan Cells:"),
     "in_halves_synch": (GROUPS_OF_3, ONE_CELL, "-synch -dont_share_control",
                         "  ** Using buffer 'TBUF' for signal 'BCELL_TCK'"),
@@ -48,7 +42,6 @@ VARIANTS = {  # group items of the TAP, items of the cell roles, options, expect
     "in_ring_df_speed": (CHAINS, "", "-synch -df_speed", "  ** Using buffer 'CBUF' for signal 'BCELL_TCK'"),
     "in_ring_inverting": ("%GROUP_SIZE 3; %INV_BUFFER INV;", ONE_CELL, "",
                           "  ** Using buffer 'INV' for signal 'CLOCK_DR'"),
-    "in_ring": (GROUPS_OF_3, ONE_CELL, "", "  ** Add total  42 Boundary Scan Cells:"),
     "in_ring_highz": (GROUPS_OF_3, HIGHZ_CELLS, "", "  ** Add total  42 Boundary Scan Cells:"),
 }
 
