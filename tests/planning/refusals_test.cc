@@ -193,19 +193,12 @@ const struct {
     {CORE, "1 OBSERVE u{Q} *\n", "", "ERROR: can not find port 'Q' in instance 'u'.\n"},
     {CORE, "1 OBSERVE x{PAD} *\n", "", "ERROR: can't support inout port 'x{PAD}' now.\n"},
     {IN, NAMED("a"), "", LACKS("%DATA_IN", "INPUT SCAN", "BC_BAD") "\n\n"},
-    {CLOCK, NAMED("a"), "", LACKS("%DATA_IN", "CLOCK SCAN", "BC_BAD") "\n\n"},
-    {IN_MUX, NAMED("a"), "",
-     LACKS("%DATA_IN", "INPUT MUX SCAN", "BC_BAD") LACKS("%UPDATE_DR_OUT", "INPUT MUX SCAN", "BC_BAD")
-         LACKS("%UPDATE_DR", "INPUT MUX SCAN", "BC_BAD") "\n\n"},
     {CLOCK_MUX, NAMED("a"), "",
      LACKS("%DATA_IN", "CLOCK MUX SCAN", "BC_BAD") LACKS("%UPDATE_DR_OUT", "CLOCK MUX SCAN", "BC_BAD")
          LACKS("%UPDATE_DR", "CLOCK MUX SCAN", "BC_BAD") "\n\n"},
     {OUT, NAMED("y"), "",
      LACKS("%DATA_IN", "OUTPUT SCAN", "BC_BAD") LACKS("%DATA_OUT", "OUTPUT SCAN", "BC_BAD")
          LACKS("%UPDATE_DR", "OUTPUT SCAN", "BC_BAD") "\n" NO_MODES("OUTPUT SCAN", "BC_BAD") "\n"},
-    {OUT_MUX, NAMED("y"), "",
-     LACKS("%UPDATE_DR", "OUTPUT MUX SCAN", "BC_BAD")
-         LACKS("%UPDATE_DR_OUT", "OUTPUT MUX SCAN", "BC_BAD") "\n\n"},
     {BI, NAMED("b"), "",
      LACKS("%DATA_IN", "BIDIR SCAN", "BC_BAD") LACKS("%DATA_OUT", "BIDIR SCAN", "BC_BAD")
          LACKS("%UPDATE_DR", "BIDIR SCAN", "BC_BAD")

@@ -5,12 +5,6 @@
 
 namespace {
 
-int compare_ints(const void *a, const void *b) {
-    int left = *static_cast<const int *>(a);
-    int right = *static_cast<const int *>(b);
-    return (left > right) - (left < right);
-}
-
 int *table_of(const std::vector<int> &values) {
     int *tab = nullptr;
     for (int value : values)
@@ -43,20 +37,11 @@ TEST(Dyna, DeleteClosesUpAndRefusesWhatIsNotThere) {
     }
 }
 
-TEST(Dyna, SearchGivesTheFirstOfEqualRows) {
-    int *tab = table_of({5, 3, 9, 3, 1});
-    auto search = [&](int key) { return DYNA_search(&tab, &key, compare_ints); };
-    EXPECT_EQ(search(5), 0);
-    EXPECT_EQ(search(3), 1);
-    EXPECT_EQ(search(4), -1);
-    DYNA_free(&tab);
-}
-
 TEST(DynaDeath, RoomThatCannotBeCounted) {
     struct wide {
         char bytes[1 << 20];
     };
-    wide *tab = DYNA_init<wide>(1);
+    wide *tab = DYNA_init<wide>();
     EXPECT_EXIT(
         DYNA_resize(&tab, 2147483647), testing::ExitedWithCode(255),
         "%FATAL% DYNA resize failed!\n            .element size: 1048576. .array length: 2147483647.\n\n"
