@@ -1,9 +1,7 @@
 // tests/dftlang/every holds every statement of the five kinds of file, with the trees, the warnings and the
 // records that are made of them.
 #include "tests/dftlang/dft_case.hh"
-#include "tests/support/expected_file.hh"
 
-#include <sstream>
 #include <string>
 
 namespace {
@@ -189,18 +187,6 @@ void show_object() {
     show_statements(dft_statements(made.map->file), 2);
 }
 
-/// The tree with its leaves, which have a value, on the line of what stands before them, behind their depth.
-std::string folded(const std::string &tree) {
-    std::istringstream lines(tree);
-    std::string text;
-    for (std::string line; std::getline(lines, line);) {
-        const size_t blanks = line.find_first_not_of(' ');
-        const bool leaf = line.find('[') != std::string::npos;
-        text += leaf ? " " + std::to_string(blanks / 4) + ":" + line.substr(blanks) : "\n" + line;
-    }
-    return text + "\n";
-}
-
 run_result read_every(const scratch_folder &scratch, int debug, const std::function<void()> &show) {
     std::filesystem::copy(RW_SOURCE_DIR "/tests/dftlang/every", scratch.dir);
     return run_child(scratch, [&] {
@@ -211,17 +197,29 @@ run_result read_every(const scratch_folder &scratch, int debug, const std::funct
 
 } // namespace
 
+/// The tree with its leaves, which have a value, on the line of what stands before them, behind their depth.
+static std::string folded(const std::string &tree) {
+    std::istringstream lines(tree);
+    std::string text;
+    for (std::string line; std::getline(lines, line);) {
+        const size_t blanks = line.find_first_not_of(' ');
+        const bool leaf = line.find('[') != std::string::npos;
+        text += leaf ? " " + std::to_string(blanks / 4) + ":" + line.substr(blanks) : "\n" + line;
+    }
+    return text + "\n";
+}
+
 TEST(EveryStatement, MakesItsTree) {
     scratch_folder scratch;
     run_result result = read_every(scratch, 1, [] {});
     EXPECT_EQ(result.status, 0);
     EXPECT_EQ(result.err, scratch.read("every.err"));
-    expect_file("dftlang/every/every.tree", folded(result.out));
+    EXPECT_EQ(folded(result.out), scratch.read("every.tree"));
 }
 
 TEST(EveryStatement, MakesItsRecords) {
     scratch_folder scratch;
     run_result result = read_every(scratch, 0, show_object);
     EXPECT_EQ(result.status, 0);
-    expect_file("dftlang/every/every.object", result.out);
+    EXPECT_EQ(result.out, scratch.read("every.object"));
 }
