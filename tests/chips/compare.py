@@ -1,16 +1,10 @@
-#!/usr/bin/env python3
 """Compares two structural Verilog netlists: the same instances of the same cells, the same pins on each net.
 
-    compare.py --cells cells.v --left chip.v ring.v --right chip_jtag.v
-               [--through BS_OUT:PI=PO ...] [--drop jtag_tap ...] [--ports tdi,tdo] [-D NAME ...]
-
-Modules are expanded down to the cells of --cells, so that a flat netlist can be held against one with modules.
---through counts the cells of a name (or a pattern) as wires from pin to pin, --drop leaves them away, --ports names
-ports that the right side has in addition. Names of nets don't matter, and a net with one pin alone counts as an
-open pin. A pin that a port of the left side reaches without an assign is reached so on the right side.
-Ends with 0 when all is equal, else with 1 after the first differences.
+Modules are expanded down to the known cells, so that a flat netlist can be held against one with modules. Cells of
+`through` count as wires from pin to pin, those of `drop` are left away. Names of nets don't matter, and a net with one
+pin alone counts as an open pin. A pin that a port of the left side reaches without an assign is reached so on the right
+side.
 """
-import argparse
 import fnmatch
 import re
 import sys
@@ -280,9 +274,7 @@ class Flat:
         for a, b in wires:
             if a in nodes and b in nodes:
                 self.nets.join(nodes[a], nodes[b])
-        if wires:
-            return
-        if any(fnmatch.fnmatchcase(cell, pattern) for pattern in self.drop):
+        if wires or any(fnmatch.fnmatchcase(cell, pattern) for pattern in self.drop):
             self.dropped += [((cell, bit[0]), node) for bit, node in nodes.items()]
             return
         while name in self.instances:
@@ -341,27 +333,3 @@ def differences(left, right, extra, taken=()):
         gone = one.get(("port", port), set()) - other.get(("port", port), set())
         if gone:
             yield f"the port {port} no longer stands directly on {sorted(map(str, gone))[:4]}"
-
-
-def main():
-    options = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawTextHelpFormatter)
-    for side in ("--cells", "--left", "--right"):
-        options.add_argument(side, nargs="+", required=True)
-    options.add_argument("--through", nargs="*", default=[])
-    options.add_argument("--drop", nargs="*", default=[])
-    options.add_argument("--ports", default="")
-    options.add_argument("-D", action="append", default=[])
-    given = options.parse_args()
-    cells = Reader(given.cells, set(given.D), bodies=False).modules
-    through = [tuple(re.split("[:=]", one)) for one in given.through]
-    left, right = (Flat(Reader(files, set(given.D)), cells, through, given.drop) for files in (given.left, given.right))
-    found = list(differences(left, right, given.ports.split(",")))
-    for line in found[:20]:
-        print(line)
-    print(f"{len(left.instances)} instances, {len(set(map(left.nets.find, left.pins.values())))} nets,",
-          f"{len(found)} differences")
-    sys.exit(1 if found else 0)
-
-
-if __name__ == "__main__":
-    main()

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 """Makes one small chip per layout (where its pads stand, where its TAP stands), inserts the boundary register,
-and proves the result as proof.py does, and formally where the pads are the same before and after.
+and proves the result as proof.py does.
 
     layout_chips.py --layout pads_two_down --bin build/bin --work DIR [--vhdl]
 
@@ -20,13 +20,14 @@ from dataclasses import dataclass, field
 sys.dont_write_bytecode = True
 import proof  # noqa: E402
 from chip_files import ProofError  # noqa: E402
-from equivalence import compare_formally  # noqa: E402
 from player import run  # noqa: E402
 
 HERE = pathlib.Path(__file__).resolve().parent
 EXAMPLE = HERE.parent.parent / "examples" / "uart_chip"
 OUTPUT_PINS = {"C", "Z", "Q", "TDO", "TDO_EN"}
 DRIVEN_PADS = {"OPAD", "TPAD"}
+BCM_WIRES = [(f"BCELL{i}_IN", f"BCELL{i}_OUT") for i in (1, 2, 3, 4, 5, 6, 7, 9)] + [
+    ("BCELL8_DATA_IN", "BCELL8_PAD_OUT"), ("BCELL8_PAD_IN", "BCELL8_DATA_OUT")]
 
 
 @dataclass
@@ -232,7 +233,8 @@ def write_files(layout, design, work):
 def plan_of(layout, vhdl):
     return {"design": "chip", "cells": ["cells.v", *layout.bcm], "netlist": ["chip.v"], "resets": {"rst_n": "0"}, "vhdl": vhdl,
             "before": ["chip_TAP.v"] if layout.exists or layout.bcm else [], "cycles": 400,
-            "structure": not (vhdl or layout.bare or layout.bcm), "tdo_always_driven": layout.unwired or "-no_pad" in layout.options}
+            "structure": not (vhdl or layout.bare), "wires": {"chip_BCM": BCM_WIRES} if layout.bcm else {},
+            "tdo_always_driven": layout.unwired or "-no_pad" in layout.options}
 
 
 def insert(layout, work, bin_dir, vhdl):
@@ -263,13 +265,11 @@ def main():
         plan = plan_of(layout, given.vhdl)
         (work / "plan.json").write_text(json.dumps(plan, indent=4) + "\n")
         cells, faults, counts = proof.prove(plan, work, simulate_only=False)
-        if not faults and not layout.bare and not given.vhdl:
-            counts.append(compare_formally(plan, work))
     except ProofError as fault:
         sys.exit(f"PROOF FAILED: {given.layout}: {fault}")
     if faults:
         sys.exit("\n".join(faults[:proof.FAULTS_SHOWN]) + f"\nPROOF FAILED: {given.layout}: {len(faults)} faults")
-    print("\n".join(counts))
+    print(counts)
     print(f"PROOF PASSED: {given.layout}, {cells} boundary cells")
 
 

@@ -1,14 +1,10 @@
 #include "tests/editing/chip_case.hh"
 
+#include "tests/support/expected_file.hh"
+
 #include <algorithm>
 
 namespace {
-
-std::string read_whole(const std::string &path) {
-    std::ifstream file(path, std::ios::binary);
-    EXPECT_TRUE(file) << path;
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-}
 
 std::string replaced(std::string text, const std::string &what, const std::string &with) {
     for (size_t at = 0; (at = text.find(what, at)) != std::string::npos; at += with.size())
@@ -93,7 +89,7 @@ void run_row(const CHIP_ROW &row) {
     std::string lines = whole_command_files(chip);
     EXPECT_NE(lines.find(row.lines), std::string::npos) << row.lines << "is not in\n" << lines;
     if (*row.file != '\0')
-        expect_file(row.file, lines);
+        expect_commands(row.file, lines);
     if (row.status != 0)
         return;
     std::filesystem::remove_all(chip.scratch.dir / "tools");
@@ -153,9 +149,7 @@ std::string test_file(const std::string &name) {
     return read_whole(RW_SOURCE_DIR "/tests/editing/" + name);
 }
 
-void expect_file(const std::string &name, const std::string &text) {
-    std::string path = RW_SOURCE_DIR "/tests/editing/expected/" + name;
-    if (std::getenv("RW_WRITE_EXPECTED") != nullptr)
-        std::ofstream(path, std::ios::binary) << text;
-    EXPECT_EQ(text, read_whole(path));
+void expect_commands(const std::string &name, const std::string &text, const std::string &like) {
+    const std::string folder = "editing/expected/";
+    expect_file(folder + name + ".cmd", text, like.empty() ? "" : folder + like + ".cmd");
 }

@@ -68,5 +68,5 @@ void run_rows(std::span<const CHIP_ROW> table);
 
 /// A file of tests/editing.
 std::string test_file(const std::string &name);
-/// Compares with tests/editing/expected/<name>; writes that file instead when RW_WRITE_EXPECTED is set.
-void expect_file(const std::string &name, const std::string &text);
+/// Compares with tests/editing/expected/<name>.cmd, which may hold what is different from that of `like`.
+void expect_commands(const std::string &name, const std::string &text, const std::string &like = "");

@@ -10,42 +10,10 @@ constexpr const char *B_PINS = "1 B b *\n9 CK ck *\n", *BBH_PINS = "1 B b * PAD(
 constexpr const char *DEFAULT_PADS = "%INPUT_BUFFER IBUF; %OUTPUT_BUFFER OBUF; %INOUT_BUFFER BBUF;";
 
 const CHIP_ROW ADDED_PADS[] = {
-    {.what = "the core reads the port",
-     .input = {.design = READS, .settings = DEFAULT_PADS, .pins = B_PINS},
-     .options = "-add_tap -add_pad",
-     .expected = "WARNING: TDO pin use 2-output PAD.\n",
-     .status = 0,
-     .lines = R"(add tdo output
-add TDO_PAD OBUF
-connect TDO_PAD{PAD} tdo
-connect TDO_PAD{I} TAP{TDO}
-add B_PAD0 BBUF
-disconnect b
-connect B_PAD0{PAD} b
-add BCELL1 BC_IN
-add BCELL0 BC_OUT
-connect BCELL1{DO} g{A}
-connect B_PAD0{C} BCELL1{DI}
-connect BCELL0{DO} B_PAD0{I}
-connect BCELL0{DI} VCC
-add BCELL2 BC_CTL
-connect BCELL2{DI} VCC
-connect BCELL2{DO} B_PAD0{OEN}
-)"},
-    {.what = "the core drives the port",
-     .input = {.design = DRIVES, .settings = DEFAULT_PADS, .pins = B_PINS},
-     .options = "-add_tap -add_pad",
-     .status = 0,
-     .lines = R"(connect B_PAD0{C} BCELL1{DI}
-connect BCELL0{DO} B_PAD0{I}
-connect BCELL0{DI} f{Q}
-add BCELL2 BC_CTL
-connect BCELL2{DI} GND
-connect BCELL2{DO} B_PAD0{OEN}
-)"},
     {.what = "the core reads, the port's own cell has a high enable",
      .input = {.design = READS, .settings = DEFAULT_PADS, .pins = BBH_PINS},
      .options = "-add_tap -add_pad",
+     .expected = "WARNING: TDO pin use 2-output PAD.\n",
      .status = 0,
      .lines = "connect BCELL0{DI} VCC\nadd BCELL2 BC_CTL\nconnect BCELL2{DI} GND\n"
               "connect BCELL2{DO} B_PAD0{EN}\n"},
@@ -92,80 +60,12 @@ connect BCELL2{DO} B_PAD0{OEN}
 };
 
 const CHIP_ROW CELL_LINES[] = {
-    {.what = "output cell, control cell, input cell",
-     .input = {.bidir_cell = false},
-     .status = 0,
-     .lines = R"(add BCELL5 BC_IN
-add BCELL4 BC_OUT
-disconnect pb{C}
-connect BCELL5{DO} e{D}
-connect BCELL5{DI} pb{C}
-disconnect pb{I}
-connect BCELL4{DI} f{Q}
-connect BCELL4{DO} pb{I}
-)"},
-    {.what = "a pair of cells whose pad leads to a port of its module",
-     .input = {.design =
-                   "module pads(inout b, input o, e, output k); BBUF pb(.I(o), .OEN(e), .PAD(b), .C(k)); "
-                   "endmodule\n"
-                   "module chip(inout b, input ck); wire o, e, k; pads p(.b(b), .o(o), .e(e), .k(k));\n"
-                   "FF f(.D(k), .CK(ck), .Q(o)); FF g(.D(k), .CK(ck), .Q(e)); endmodule\n",
-               .pins = B_PINS,
-               .bidir_cell = false},
-     .expected = "WARNING: Input Pad 'pb' connect to output port 'k' directly.\n\n",
-     .status = 0,
-     .lines = "disconnect pb{C}\nconnect BCELL2{DO} k\n"},
-    {.what = "a shared control cell is tied to the %OE_MODE pins of both cells",
-     .input = {.roles = "%OUTPUT_SCAN BC_OE; %CONTROL_OE_SCAN BC_COE;", .bidir_cell = false},
-     .status = 0,
-     .lines =
-         "connect BCELL3{DO} pz{OEN}\nconnect BCELL3{OM} BCELL2{OM}\nadd BCELL4 BC_OE\ndisconnect pb{OEN}\n"
-         "connect BCELL3{DO} pb{OEN}\nconnect BCELL3{OM} BCELL4{OM}\nadd BCELL5 BC_IN\n"},
     {.what = "an %OE_MODE pin that the cell drives is left alone",
      .input = {.roles = "%OUTPUT_SCAN BC_COE; %CONTROL_OE_SCAN BC_COE;", .bidir_cell = false},
      .status = 0,
      .lines =
          "connect BCELL3{DO} pz{OEN}\nadd BCELL4 BC_COE\ndisconnect pb{OEN}\nconnect BCELL3{DO} pb{OEN}\n"
          "add BCELL5 BC_IN\n"},
-    {.what = "a clock port on a mux pad gets no cell",
-     .input = {.tap_items = "%MODE_2 mode2; ", .roles = "%INPUT_MUX_SCAN BC_MI;"},
-     .changes = {{"chip.v", "IBUF pa(", "MUXI pa(.T(q), .M(q), "},
-                 {"chip.lib", "%BUFFER MUXI {", "%BUFFER MUXI { %FUNCTION CLOCK;"}},
-     .status = 0,
-     .lines = "connect tdo TAP{TDO}\nadd BCELL0 BC_OUT\ndisconnect py{I}\n"},
-    {.what = "a pad with two muxes, an input and an output cell",
-     .input = {.tap_items = "%MODE_2 mode2; ",
-               .roles = "%OUTPUT_MUX_SCAN BC_MI; %INPUT_MUX_SCAN BC_MI;",
-               .bidir_cell = false},
-     .changes = {{"chip.v", "BBUF pb(", "MX2 pb(.T2(1'b1), .N(c), "}},
-     .expected = "WARNING: Pin %MUX_IN2 of pad 'pb'(MX2) connected to VCC.\n"
-                 "         %MUX_IN2 'T2' will be disconnected and reconnected\n"
-                 "         to scan cell 'BCELL5'.\n",
-     .status = 0,
-     .lines = "add BCELL4 BC_MI\nadd BCELL5 BC_MI\ndisconnect pb{T2}\nconnect BCELL5{UO} pb{T2}\nconnect "
-              "BCELL5{DI} pb{C}\n"
-              "connect BCELL4{DI} pb{I}\nconnect BCELL4{UO} pb{T}\ndisconnect pb{OEN}\nconnect BCELL3{DO} "
-              "pb{OEN}\n"},
-    {.what = "both cells of a pad stand inside",
-     .input = {.bidir_cell = false},
-     .changes = {{"chip.v", "BBUF pb(", "BSB pb("}, {"chip.lib", "BSB {", "BSB { %CONTROL_BCELL BC_CTL;"}},
-     .status = 0,
-     .lines = "connect BCELL3{DO} pz{OEN}\nconnect BCELL0{SO} TAP{BC_LAST}\n"},
-    {.what = "a free %MUX_OUT pin, and tied ones",
-     .input = {.roles = "%BIDIR_MUX_SCAN BC_MB;"},
-     .changes = {{"chip.v", "BBUF pb(", "MXB pb(.T(1'b0), .M(1'b1), "}},
-     .expected = "WARNING: Pin %MUX_IN1 of pad 'pb'(MXB) connected to GND.\n"
-                 "         %MUX_IN1 'T' will be disconnected and reconnected\n"
-                 "         to scan cell 'BCELL4'.\n",
-     .status = 0,
-     .lines =
-         "connect BCELL4{SP} pb{C}\nconnect BCELL4{DI} pb{I}\ndisconnect pb{T}\nconnect BCELL4{UO} pb{T}\n"
-         "connect BCELL4{MI} pb{X}\n"},
-    {.what = "mux pins on working nets stay there",
-     .input = {.roles = "%BIDIR_MUX_SCAN BC_MB;"},
-     .changes = {{"chip.v", "BBUF pb(", "INV r(.A(open)); MXB pb(.T(c), .M(c), .X(open), "}},
-     .status = 0,
-     .lines = "connect BCELL4{SP} pb{C}\nconnect BCELL4{DI} pb{I}\ndisconnect pb{OEN}\n"},
     {.what = "an internal pin that is floating",
      .input = {.roles = "%INTERNAL_SCAN BC_IN;"},
      .changes = {{"chip.v", "endmodule", "INV n(.A(c)); endmodule"},
@@ -205,11 +105,6 @@ constexpr const char *A_PINS = "1 A a *\n9 CK ck *\n", *TDO_PINS = "1 A a *\n10 
 
 /// What the design has on a pin that is to hang on the other side from now on.
 const CHIP_ROW TAKEN_PINS[] = {
-    {.what = "a tied enable of a TDO pad beside the pads' module",
-     .input = {.design = TDO_BESIDE_PADS, .pins = TDO_PINS},
-     .expected = "WARNING: Pin 'I' of 'po' is driven by the design.\n",
-     .status = 0,
-     .lines = "disconnect po{I}\nconnect po{I} TAP{TDO}\ndisconnect po{OEN}\nconnect po{OEN} TAP{TDO_EN}\n"},
     {.what = "a driven enable of a TDO pad beside the pads' module",
      .input = {.design = TDO_BESIDE_PADS, .pins = TDO_PINS},
      .changes = {{"chip.v", ".OEN(1'b0)", ".OEN(c)"}},
@@ -240,20 +135,6 @@ const CHIP_ROW TAKEN_PINS[] = {
      .changes = {{"chip.lib", "%OUTPUT PAD; %EN_L OEN; }", "%FUNCTION out; %OUTPUT PAD; %EN_L OEN; }"}},
      .status = 0,
      .lines = "disconnect pa{C}\nconnect BCELL0{DO} c\nconnect BCELL0{DI} pa{C}\n"},
-    {.what = "a TDO pad that nothing drives",
-     .input = {.design = "module chip(input a, ck, output tdo); wire c, t; IBUF pa(.PAD(a), .C(c));\n"
-                         "FF f(.D(c), .CK(ck)); OBUF po(.I(t), .PAD(tdo)); endmodule\n",
-               .pins = TDO_PINS},
-     .status = 0,
-     .lines = "add tck input\nconnect tck TAP{TCK}\nconnect po{I} TAP{TDO}\n"},
-    {.what = "a TDO pad in the top that a constant drives",
-     .input = {.design = "module chip(input a, ck, output tdo); wire c; IBUF pa(.PAD(a), .C(c));\n"
-                         "FF f(.D(c), .CK(ck)); OBUF po(.I(1'b0), .PAD(tdo)); endmodule\n",
-               .pins = TDO_PINS},
-     .expected =
-         "WARNING: Pin %TDO 'tdo' was connected to GND or VCC.\n         I of po will be disconnected.\n",
-     .status = 0,
-     .lines = "disconnect po{I}\nconnect po{I} TAP{TDO}\n"},
     {.what = "a TDO port without a pad that the core drives",
      .input = {.design = "module chip(input a, ck, output tdo); wire q; FF f(.D(a), .CK(ck), .Q(q));\n"
                          "INV g(.A(q), .Z(tdo)); endmodule\n",
@@ -326,12 +207,6 @@ const CHIP_ROW PLACES[] = {
      .expected =
          "ERROR: module 'pads' has a port 'chain_in' already, so that the signal of that name\n"
          "       can't be led into it. Please rename the port of the module or the pin of the TAP.\n\n"},
-    {.what = "the TDO pad stands in a module beside the pads",
-     .design = "pad_module",
-     .input = {.pins = PAD_MODULE_PINS},
-     .status = 0,
-     .lines = "replace p pads_bs\nconnect x{ti} TAP{TDI}\nconnect pk{C} TAP{TCK}\nconnect x{to} TAP{TDO}\n"
-              "connect x{te} TAP{TDO_EN}\nconnect p{shiftDR} TAP{shiftDR}\n"},
     {.what = "the enable of the TDO pad does not leave its module",
      .design = "pad_module",
      .input = {.pins = PAD_MODULE_PINS},
@@ -378,15 +253,6 @@ const CHIP_ROW PLACES[] = {
      .expected = "WARNING: Pin 't' of 'p' is driven by the design.\n",
      .status = 0,
      .lines = "replace p pads_bs\ndisconnect p{t}\nconnect p{t} TAP{TDO}\nconnect p{TDO_EN} TAP{TDO_EN}\n"},
-    {.what = "the TDO enable leaves the pads' module by its own port",
-     .input = {.design = "module pads(input a, output c, input t, e, output tdo); IBUF pa(.PAD(a), .C(c));\n"
-                         "TBUF po(.I(t), .OEN(e), .PAD(tdo)); endmodule\n"
-                         "module chip(input a, ck, output tdo); wire c; pads p(.a(a), .c(c), .tdo(tdo));\n"
-                         "FF f(.D(c), .CK(ck)); endmodule\n",
-               .pins = "1 A a *\n10 TDO tdo *\n9 CK ck *\n"},
-     .status = 0,
-     .lines = "replace p pads_bs\nconnect p{t} TAP{TDO}\nconnect p{e} TAP{TDO_EN}\nconnect p{shiftDR} "
-              "TAP{shiftDR}\n"},
     {.what = "standard ports without pads beside a pad module",
      .input =
          {.design =
@@ -398,14 +264,6 @@ const CHIP_ROW PLACES[] = {
      .status = 0,
      .lines =
          "replace p pads_bs\nconnect tdi TAP{TDI}\nconnect tdo TAP{TDO}\nconnect p{shiftDR} TAP{shiftDR}\n"},
-    {.what = "standard ports without pads, the cells in the top",
-     .input = {.design = "module chip(input a, ck, tdi, output tdo); INV g(.A(tdi)); INV h(.A(tdo)); FF "
-                         "f(.D(a), .CK(ck));\n"
-                         "endmodule\n",
-               .pins = "1 A a *\n6 TDI tdi *\n10 TDO tdo *\n9 CK ck *\n"},
-     .options = "-add_tap -no_pad",
-     .status = 0,
-     .lines = "add TAP tapm\nconnect tdi TAP{TDI}\n"},
     {.what = "the TAP stands with the pads of TDI, that of TMS one level up",
      .input =
          {.design =
@@ -437,7 +295,9 @@ const CHIP_ROW PLACES[] = {
      .changes = {{"chip.bsc", "%GLOBAL_TCK tck;", "%GLOBAL_TCK tck; %GLOBAL_TRST trst;"},
                  {"chip.bsc", "tck, ck;", "tck, ck, trst;"}},
      .status = 0,
-     .file = "standard_ports_with_the_pads.cmd"},
+     .lines = "add TAP tapm\nreplace p pads_bs\nconnect p{i} TAP{TDI}\nconnect p{vmr_tap_tms} TAP{TMS}\n"
+              "connect p{vmr_tap_tck} TAP{TCK}\nconnect p{t} TAP{TDO}\nconnect p{TDO_EN} TAP{TDO_EN}\n"
+              "connect p{vmr_tap_trst} TAP{TRST}\n"},
     {.what = "a standard port that is new, the TAP two levels above the pads",
      .design = "three_down",
      .input = {.tap_items = "%HIGHZ_COMMAND highz; %SIGNAL_BUFFER BUFX; %EXTRA_1 xtra; ",
@@ -447,22 +307,7 @@ const CHIP_ROW PLACES[] = {
                .instructions = "%INSTRUCTION HIGHZ = (011) ACCESS BYPASS;"},
      .options = "-add_tap -synch",
      .status = 0,
-     .file = "tap_two_levels_above_the_pads.cmd"},
-    {.what = "trees in a module two levels down, extra pins too",
-     .design = "three_down",
-     .input = {.tap_items = "%GROUP_SIZE 4; %SIGNAL_BUFFER BUFX; %EXTRA_1 xtra; ",
-               .roles = "%INPUT_SCAN BC_X; %OUTPUT_SCAN BC_X;",
-               .pins = "1 A a *\n2 Z z *\n9 CK ck *\n"},
-     .options = "-add_tap -synch",
-     .expected = "  ** Using buffer 'BUFX' for signal 'xtra'\n"
-                 "  ...............................................\n"
-                 "     Level 1: TAP controller drives  1 buffers\n"
-                 "     Level 2:   1 buffers    drive   2 scan cells\n"
-                 "  -------------------------------------\n"
-                 "====================================================\n",
-     .status = 0,
-     .lines = "add extra1_buf_1_1 BUFX\nconnect extra1_buf_1_1{A} xtra\nconnect BCELL0{SO} chain_out\n"
-              "connect BCELL0{CK} clock_buf_1_1{Z}\nconnect BCELL0{TK} bclk_buf_1_1{Z}\n"},
+     .file = "tap_two_levels_above_the_pads"},
     {.what = "the path of the TAP names no instance",
      .input = {.tap = "none.tap"},
      .expected = "ERROR: can not find the instance none in chip.sdb file.\n"},
@@ -471,12 +316,6 @@ const CHIP_ROW PLACES[] = {
      .input = {.tap = "top_a.b.tap", .pins = "1 A a *\n9 CK ck *\n"},
      .changes = {{"chip.v", "module B(input i,", "module B(input i, shiftDR,"}},
      .expected = "ERROR: module 'B' has a port 'shiftDR' already"},
-    {.what = "so has one above an existing TAP",
-     .design = "tap_exists_below",
-     .input = {.tap = "top_a.b.tap", .pins = "1 A a *\n2 Y y *\n9 CK ck *\n"},
-     .changes = {{"chip.v", "module A(", "module A(input BC_LAST, "}},
-     .options = "",
-     .expected = "ERROR: module 'A' has a port 'BC_LAST' already"},
     {.what = "no port gets a cell",
      .input = {.pins = "9 CK ck *\n"},
      .expected = "ERROR: no port of 'chip' gets a boundary cell.\n"},

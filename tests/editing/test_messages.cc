@@ -20,32 +20,10 @@ const CHIP_INPUT TRANSPARENT = {
     .pins = "1 PA a *\n2 PY y *\n9 CK ck *\n"};
 
 const CHIP_ROW PADS[] = {
-    {.what = "an input pad that nothing reads",
-     .changes = {{"chip.v", "FF f(.D(c)", "FF f(.D(q)"}},
-     .expected = "ERROR: Input Pad 'pa' is floating.\n"
-                 "       Please correct your SDB or specify pin 'a' as skip signal.\n\n"},
     {.what = "an output pad that nothing feeds",
      .changes = {{"chip.v", "py(.I(q)", "py(.I(open)"}},
      .expected = "ERROR: Output Pad 'py' is floating.\n"
                  "       Please correct your SDB or specify pin 'y' as skip signal.\n\n"},
-    {.what = "a bidirectional pad that nothing reads",
-     .changes = {{"chip.v", "e(.D(bc)", "e(.D(c)"}},
-     .expected = "WARNING: (./chip.lib) %OUTPUT C of %BUFFER BBUF which connects to\n"
-                 "         port 'b' is floating.\n",
-     .status = 0},
-    {.what = "a bidirectional pad that nothing reads and nothing feeds",
-     .changes = {{"chip.v", "e(.D(bc)", "e(.D(c)"}, {"chip.v", "pb(.I(q)", "pb(.I(open)"}},
-     .expected = "ERROR: Output Pad 'pb' is floating.\n"
-                 "       Please correct your SDB or specify pin 'b' as skip signal.\n\n"},
-    {.what = "an output pad on a constant",
-     .changes = {{"chip.v", "py(.I(q)", "py(.I(1'b1)"}},
-     .status = 0,
-     .lines = "disconnect py{I}\nconnect BCELL1{DO} py{I}\nconnect BCELL1{DI} VCC\n"},
-    {.what = "transparent buffers",
-     .input = TRANSPARENT,
-     .status = 0,
-     .lines = "disconnect ta{Z}\nconnect BCELL0{DO} f{D}\nconnect BCELL0{DI} ta{Z}\nadd BCELL1 BC_OUT\n"
-              "disconnect ty{A}\nconnect BCELL1{DO} ty{A}\nconnect BCELL1{DI} f{Q}\n"},
     {.what = "a transparent buffer whose net has other readers",
      .input = TRANSPARENT,
      .changes = {{"chip.v", "OBUF py", "INV n(.A(t)); OBUF py"}},
@@ -66,13 +44,6 @@ const CHIP_ROW PADS[] = {
      .changes = {{"chip.lib", TRB_BUFFER, "%BUFFER TRB { %INPUT Q; %OUTPUT Z; }"}},
      .expected = "ERROR: (./chip.lib) %INPUT Q specified in %BUFFER TRB\n"
                  "       can't be found in file './chip.c.sdb'"},
-    {.what = "the pad cell of an input port is not described",
-     .input = {.design = "module chip(input a, ck); INV g(.A(a)); endmodule\n",
-               .settings = DEFAULT_PADS,
-               .pins = "1 A a * PAD(NONE)\n"},
-     .options = "-add_tap -add_pad",
-     .expected = "ERROR: void declare %INPUT_BUFFER  NONE in file './chip.bsc'.\n"
-                 "       Can't find the definition of 'NONE' in file './chip.lib'.\n"},
     {.what = "the pad cell of an input port",
      .input = {.design = "module chip(input a, ck); INV g(.A(a)); endmodule\n",
                .cells = "module IB2(input P, IE, inout VDD, output Q); endmodule\n",
@@ -112,30 +83,11 @@ const CHIP_ROW ENABLES[] = {
     {.what = "an enable with readers alone",
      .changes = {{"chip.v", ".Q(en)", ""}, {"chip.v", ".CK(ck), )", ".CK(ck))"}},
      .expected = "ERROR: Can not find the source of enable pin 'z' to connect to BCELL.\n"},
-    {.what = "an enable with further readers",
-     .changes = {{"chip.v", "endmodule", "INV r(.A(en)); INV s(.A(en)); endmodule"}},
-     .status = 0,
-     .lines = "disconnect pz{OEN}\nconnect BCELL3{DI} e{Q}\nconnect BCELL3{DO} pz{OEN}\n"},
-    {.what = "a constant enable stays as it is without the command for high impedance",
-     .changes = {{"chip.v", "pz(.I(q), .OEN(en)", "pz(.I(q), .OEN(1'b0)"}},
-     .status = 0,
-     .lines = "connect BCELL2{DO} pz{I}\nconnect BCELL2{DI} f{Q}\nadd BCELL3 BC_BI\n"},
     {.what = "the command for high impedance has no instruction",
      .input = {.tap_items = HIGHZ},
      .changes = {{"chip.v", "pz(.I(q), .OEN(en)", "pz(.I(q), .OEN(1'b0)"}},
      .expected = "ERROR: (./chip.bsc) pad 'pz' needs the high impedance command of the TAP,\n"
                  "       which the TAP has only with an instruction HIGHZ in %INSTRUCTION_TABLE.\n\n"},
-    {.what = "differential pads on one enable",
-     .changes = {{"chip.v", "output z,", "output z, zm, x, xm,"},
-                 {"chip.v", "TBUF pz(.I(q), .OEN(en), .PAD(z))",
-                  "DTB pz(.I(q), .OEN(en), .PP(z), .PM(zm)); DTB px(.I(q), .OEN(en), .PP(x), .PM(xm))"},
-                 {"chip.pin", "4 PB", "5 ZM zm *\n6 PX x *\n7 XM xm *\n4 PB"}},
-     .expected = "WARNING: the enable of differential pad 'px' is shared with another pad:\n"
-                 "         it won't be connected to the control scan cell.\n"
-                 "         Please use option -dont_share_control, or an enable net of its own.\n\n",
-     .status = 0,
-     .lines = "connect BCELL3{DO} pz{OEN}\nadd BCELL4 BC_OUT\ndisconnect px{I}\nconnect BCELL4{DO} px{I}\n"
-              "connect BCELL4{DI} f{Q}\nadd BCELL5 BC_BI\n"},
     {.what = "differential pads on the command for high impedance",
      .input = {.tap_items = HIGHZ, .instructions = HIGHZ_OPCODE},
      .changes = {{"chip.v", "output z,", "output z, zm, x, xm,"},
@@ -236,19 +188,6 @@ const CHIP_ROW SIGNALS[] = {
          "         It won't be connected to port 'tms'.\n",
      .status = 0,
      .lines = "disconnect TAP{TDI}\nreplace p pads_bs\nconnect pi{C} TAP{TDI}\n"},
-    {.what = "a pin of the TAP that the design leaves open, and an extra pin",
-     .input =
-         {.design =
-              "module chip(input a, tms, ck); wire c, m; IBUF pa(.PAD(a), .C(c)); FF f(.D(c), .CK(ck));\n"
-              "IBUF pm(.PAD(tms), .C(m)); INV n(.A(m)); tapm TAP(.BC_LAST(1'b1)); endmodule\n",
-          .tap_items = "%EXTRA_1 xtra; ",
-          .roles = "%INPUT_SCAN BC_X;",
-          .pins = "1 A a *\n7 TMS tms *\n9 CK ck *\n"},
-     .options = "",
-     .expected = "WARNING: Pin 'TMS' of TAP 'TAP' is not connected in the design.\n"
-                 "         It won't be connected to port 'tms'.\n",
-     .status = 0,
-     .lines = "disconnect TAP{BC_LAST}\nadd BCELL0 BC_X\n"},
 };
 
 const CHIP_INPUT IN_ONE_MODULE = {
@@ -328,13 +267,13 @@ const CHIP_ROW FILES[] = {
      .input = {.pins = SIBLING_PINS},
      .before = READ_AGAIN_2,
      .expected = "ERROR: pin 'C' of 'j' on the way of port 'tdi' can't be found in module 'pa'.\n\n"},
-    {.what = "a 2-state TDO pad in one of several modules is freed",
+    {.what = "a constant on a TAP that stands beside pads in several modules",
      .design = "siblings",
      .input = {.pins = SIBLING_PINS},
-     .expected = "WARNING: Pin 'I' of 'po' is driven by the design.\n"
-                 "         It will be disconnected and reconnected to TAP.\n",
+     .changes = {{"chip.v", "wire v, w, t;", "wire v, w, t; tapm TAP(.BC_LAST(1'b0));"}},
+     .options = "",
      .status = 0,
-     .lines = "edit pb_bs0\npath ./rimweave_lib \ndisconnect po{I}\nadd BCELL1 BC_IN\n"},
+     .lines = "disconnect TAP{BC_LAST}\nreplace "},
     {.what = "pads in several modules, and a TAP that stands there already",
      .design = "siblings",
      .input = {.pins = SIBLING_PINS},

@@ -2,10 +2,6 @@
 #include "support/text.hh"
 #include "tests/editing/chip_case.hh"
 
-#include <chrono>
-#include <map>
-#include <random>
-
 namespace {
 
 CHIP_INPUT small_chip() {
@@ -225,52 +221,4 @@ TEST(Runs, ASecondRunIsRefusedBeforeItTouchesAnything) {
     result = chip.run("-add_tap");
     EXPECT_EQ(result.status, 0) << result.out << result.err;
     chip.scratch.run("kill $(cat left)");
-}
-
-TEST(Runs, OfTwoRunsAtOnceEachEndsRightOrIsRefused) {
-    CHIP_INPUT input;
-    input.design = test_file("designs/tap_exists_in_top.v");
-    input.cells = test_file("designs/more_cells.v");
-    input.pins = "1 PA a *\n6 TDI tdi *\n7 TMS tms *\n8 TCK tck *\n9 CK ck *\n10 TDO tdo *\n";
-    chip_case chip(input);
-    std::filesystem::remove_all(chip.scratch.dir / "tools");
-    for (const char *ext : {".sdb", ".c.sdb", ".lib", ".bsc"})
-        std::filesystem::copy(chip.scratch.path(std::string("chip") + ext),
-                              chip.scratch.path(std::string("other") + ext));
-    auto outputs = [&](const std::string &design) {
-        return chip.scratch.read("rimweave_lib/" + design + "_jtag.sdb");
-    };
-    // What each design comes to alone, and how long that takes.
-    std::map<std::string, std::string> expected;
-    auto begin = std::chrono::steady_clock::now();
-    for (const char *design : {"other", "chip"}) {
-        EXPECT_EQ(chip.scratch.run(format_text(RW_BIN_DIR "/rimweave %s -no_expand", design)).status, 0);
-        expected[design] = outputs(design);
-    }
-    std::chrono::duration<double> one_run = (std::chrono::steady_clock::now() - begin) / 2;
-
-    chip.scratch.write("pair", R"(rm -rf rimweave_lib; B=$1
-run() { $B/rimweave $2 -no_expand >$1.out 2>$1.err; echo $? >$1.status; }
-run 1 chip & sleep $3; run 2 $2; wait)");
-    std::mt19937 random(12);
-    int refused = 0;
-    for (int pair = 0; pair < 100; pair++) {
-        std::string designs[] = {"chip", pair % 2 == 0 ? "chip" : "other"};
-        double offset = std::uniform_real_distribution(0.0, one_run.count())(random);
-        SCOPED_TRACE(format_text("pair %d, %s %f s behind", pair, designs[1].c_str(), offset));
-        chip.scratch.run(format_text("bash pair " RW_BIN_DIR " %s %f", designs[1].c_str(), offset));
-        int done = 0;
-        for (int i : {0, 1}) {
-            std::string out = chip.scratch.read(std::to_string(i + 1) + ".out");
-            if (chip.scratch.read(std::to_string(i + 1) + ".status") == "0\n") {
-                EXPECT_EQ(outputs(designs[i]), expected[designs[i]]) << out;
-                done++;
-            } else {
-                EXPECT_NE(out.find("ERROR: ./rimweave_lib is used by another run"), std::string::npos) << out;
-                refused++;
-            }
-        }
-        EXPECT_GT(done, 0);
-    }
-    EXPECT_GT(refused, 0);
 }

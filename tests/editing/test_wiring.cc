@@ -84,10 +84,6 @@ connect BCELL1{SE} shift_df_buf_1{Z}
 connect BCELL2{SE} shift_df_buf_2{Z}
 )",
      "the chain of active low signal 'shiftDR' has 2 inverting buffers"},
-    {"-df_speed without sizes", 2, "", "-df_speed", "shiftDR", R"(
-connect BCELL0{SE} TAP{shiftDR}
-connect BCELL1{SE} TAP{shiftDR}
-)"},
     {"%DF_GROUP_SIZE alone", 2, "%DF_GROUP_SIZE 4; %SIGNAL_BUFFER BUFX;", "", "shiftDR", R"(
 connect BCELL0{SE} TAP{shiftDR}
 connect BCELL1{SE} TAP{shiftDR}

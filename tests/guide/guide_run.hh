@@ -2,7 +2,7 @@
 // each screen of a transcript starts with a line of its own.
 #pragma once
 
-#include "tests/support/scratch.hh"
+#include "tests/support/expected_file.hh"
 
 #include <initializer_list>
 
@@ -34,9 +34,7 @@ struct guide_folder {
 
 /// A file beside the tests.
 inline std::string beside_the_tests(const std::string &name) {
-    std::ifstream file(RW_SOURCE_DIR "/tests/guide/sessions/" + name, std::ios::binary);
-    EXPECT_TRUE(file.good()) << name;
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    return read_whole(RW_SOURCE_DIR "/tests/guide/sessions/" + name);
 }
 
 /// The screens of a run: what stands from the first mark on.

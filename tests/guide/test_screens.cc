@@ -6,7 +6,8 @@ TEST(GuideScreens, EveryMenuWithNothingSet) {
     guide_folder guide;
     run_result result = guide.session(beside_the_tests("every_menu.in") + "10\n");
     EXPECT_EQ(result.status, 255);
-    EXPECT_EQ(screens(result), beside_the_tests("every_menu_empty.expected"));
+    expect_file("guide/sessions/every_menu_empty.expected", screens(result),
+                "guide/sessions/every_menu.expected");
     EXPECT_EQ(result.err, "");
 }
 
@@ -23,8 +24,7 @@ TEST(GuideScreens, EveryFieldIsWrittenReadShownAndWrittenAgain) {
     run_result result = guide.session(beside_the_tests("every_menu.in") + "9\n");
     EXPECT_EQ(result.status, 0);
     // Files that were found keep the names under which they were found.
-    std::string expected = beside_the_tests("every_menu.expected");
-    EXPECT_EQ(screens(result), expected);
+    expect_file("guide/sessions/every_menu.expected", screens(result));
     expect_files();
 }
 

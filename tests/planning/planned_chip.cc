@@ -1,5 +1,7 @@
 #include "tests/planning/planned_chip.hh"
 
+#include "tests/support/expected_file.hh"
+
 #include <regex>
 #include <set>
 #include <sstream>
@@ -18,12 +20,6 @@ constexpr const char *BSC = R"(
 constexpr const char *TAP = "%TAP_CONTROLLER @ { %TDI tdi; %TDO tdo; %TMS tms; %TCK tck; %FIRST_BCELL first; "
                             "%LAST_BCELL last; %SHIFT_DR shift; %CLOCK_DR clock; ";
 constexpr const char *SCAN_PINS = "%TDI si; %TDO so; %SHIFT_DR sh; %CLOCK_DR ck; %TCK tk;";
-
-std::string read_whole(const std::string &path) {
-    std::ifstream file(path, std::ios::binary);
-    EXPECT_TRUE(file) << path;
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-}
 
 std::string replaced(std::string text, const std::string &what, const std::string &with) {
     for (size_t at; (at = text.find(what)) != text.npos;)
@@ -130,6 +126,15 @@ std::string planning_folder::outcome(const run_result &result, int shows) const 
     return text + "== chip.bso\n" + order.substr(head);
 }
 
+void planning_folder::expect_outcomes(std::span<const PLANNED_CHIP> chips) const {
+    for (const PLANNED_CHIP &chip : chips) {
+        SCOPED_TRACE(chip.name);
+        run_result result = run(chip);
+        EXPECT_EQ(result.status, 0) << result.out;
+        expect_file(std::string("planning/expected/") + chip.name + ".txt", outcome(result, chip.shows));
+    }
+}
+
 std::string messages_of(const std::string &console) {
     std::istringstream lines(
         between(console, "chip.lib.\n\n\n", "\n\n\n====================================================\n"));
@@ -142,11 +147,4 @@ std::string messages_of(const std::string &console) {
         after_progress = is_progress;
     }
     return kept;
-}
-
-void expect_file(const std::string &name, const std::string &text) {
-    std::string path = RW_SOURCE_DIR "/tests/planning/expected/" + name;
-    if (std::getenv("RW_WRITE_EXPECTED") != nullptr)
-        std::ofstream(path, std::ios::binary) << text;
-    EXPECT_EQ(text, read_whole(path));
 }

@@ -6,6 +6,7 @@
 
 #include "tests/support/scratch.hh"
 
+#include <span>
 #include <string>
 
 inline constexpr const char *USUAL_ROLES =
@@ -44,6 +45,8 @@ class planning_folder {
     run_result run(const PLANNED_CHIP &chip) const;
     /// What a run left, in the sections of an expected file: messages, report, commands, boundary order file.
     std::string outcome(const run_result &result, int shows) const;
+    /// Runs each chip to its end; the expected files are those of their names.
+    void expect_outcomes(std::span<const PLANNED_CHIP> chips) const;
 
     scratch_folder scratch;
 };
@@ -51,5 +54,3 @@ class planning_folder {
 /// What the run printed behind the line of the files that it read, without the lines that tell what it is
 /// doing.
 std::string messages_of(const std::string &console);
-/// Compares with tests/planning/expected/<name>; writes that file instead when RW_WRITE_EXPECTED is set.
-void expect_file(const std::string &name, const std::string &text);

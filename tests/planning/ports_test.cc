@@ -17,10 +17,6 @@ GATE u(.A(n_a), .B(n_ck), .Z(n_y)); GATE v(.A(n_d), .B(n_a)); OBUF py(.I(n_y), .
      .pins = "1 A a *\n",
      .roles = "%CLOCK_SCAN BC_CLK;",
      .library = "%BUFFER A_PAD_OF_24_CHARACTERS_X { %INPUT PAD; %OUTPUT C; }"},
-    {.name = "input_cell_for_a_clock",
-     .design = "module chip(input a); CBUF pa(.PAD(a), .C(n)); GATE v(.A(n)); endmodule",
-     .pins = "1 A a *\n",
-     .roles = "%INPUT_SCAN BC_IN;"},
     // Cells named for the pin, an input cell alone in a list, and a list that leaves the input to the roles.
     // Each counts as the cell that it is.
     {.name = "cells_of_the_pin_file",
@@ -53,12 +49,6 @@ GATE w(.Z(n_c)); endmodule)",
          R"(module chip(inout b); BBUF pb(.I(n_o), .OEN(n_e), .PAD(b), .C(n_i)); PLAIN p(.A(n_i), .Z(n_p));
 GATE u(.A(n_p), .Z(n_o)); GATE e(.Z(n_e)); endmodule)",
      .pins = "1 B b *\n"},
-    {.name = "bidirectional_as_a_pair",
-     .design =
-         R"(module chip(inout b, c); BBUF pb(.I(n_o), .OEN(n_e), .PAD(b), .C(n_i)); GATE u(.A(n_i), .Z(n_o));
-BBUF pc(.I(m_o), .OEN(n_e), .PAD(c), .C(m_i)); GATE v(.A(m_i), .Z(m_o)); GATE e(.Z(n_e)); endmodule)",
-     .pins = "1 B b *\n2 C0 c * BSC(BC_BI)\n",
-     .roles = "%INPUT_SCAN BC_IN; %OUTPUT_SCAN BC_OUT; %CONTROL_SCAN BC_CTL;"},
     {.name = "bidirectional_with_one_side",
      .design = R"(module chip(inout b, c, d);
 BBUF pb(.OEN(n_e), .PAD(b), .C(n_i)); BBUF pc(.I(n_o), .OEN(n_e), .PAD(c));
@@ -83,12 +73,6 @@ MXB1 pa(.I(o1), .OEN(n_e), .PAD(a), .C(i1), .S(1'b0), .M(n_m)); MXB2 pb(.I(o2), 
 MXB2 pc(.OEN(n_e), .PAD(c), .C(i3), .S2(1'b1)); MXB1 pd(.I(o4), .OEN(n_e), .PAD(d)); GATE u(.A(i1), .B(i2), .Z(o1));
 GATE v(.A(i3), .B(n_m), .Z(o2)); GATE w(.Z(n_e)); GATE x(.Z(o4)); endmodule)",
      .pins = "1 A a * BSC(BC_MB)\n2 B b *\n3 C0 c *\n4 D d *\n"},
-    {.name = "mux_bidirectional_pairs",
-     .design = R"(module chip(inout a, b);
-MXB1 pa(.I(o1), .OEN(n_e), .PAD(a), .C(i1)); MXB2 pb(.I(o2), .OEN(n_e), .PAD(b), .C(i2));
-GATE u(.A(i1), .Z(o1)); GATE v(.A(i2), .Z(o2)); GATE w(.Z(n_e)); endmodule)",
-     .pins = "1 A a *\n2 B b *\n",
-     .roles = "%INPUT_SCAN BC_IN; %INPUT_MUX_SCAN BC_MI; %OUTPUT_MUX_SCAN BC_MO; %CONTROL_SCAN BC_CTL;"},
     // An input that runs to a port, through a plain buffer, and the input end of a bidirectional port.
     {.name = "merged_cells",
      .design = R"(module chip(input a, b, s, output y, z, v, skip, hold, inout c, d, e, f);
@@ -98,10 +82,6 @@ BBUF pf(.I(n_f), .OEN(n_e), .PAD(f), .C(n_v)); PLAIN pv(.A(n_v), .Z(v)); GATE h(
 BBUF pd(.I(n_d), .OEN(n_e), .PAD(d), .C(n_x)); BBUF pe(.I(n_x), .OEN(n_e), .PAD(e));
 GATE u(.Z(n_c)); GATE f(.Z(n_d)); GATE g(.Z(n_e)); endmodule)",
      .pins = "1 A a *\n2 B b *\n3 S s *\n4 C0 c *\n5 D d *\n6 Y skip *\n7 E e *\n8 F f *\n"},
-    {.name = "internal_and_observed_pins",
-     .design = R"(module M(input B); GATE u2(.B(B)); endmodule
-module chip(); GATE u1(.A(n_a), .Z(n_z)); GATE u3(.A(n_z), .Z(n_a)); M m(.B(n_a)); endmodule)",
-     .pins = "1 INTERNAL u1{Z} *\n2 INTERNAL u1{A} *\n3 OBSERVE_ONLY u3{A} *\n4 OBSERVE u3{Z} *\n"},
     // Each class is warned of once; what is left of such a cell is wired.
     {.name = "chain_cells_that_lack_pins",
      .design = R"(module chip(input a, b); BS_1 pa(.PAD(a), .C(n_a)); BS_1 pb(.PAD(b), .C(n_b));
@@ -119,51 +99,20 @@ GATE u(.A(n_a), .Z(n_z)); GATE v(.A(n_b), .B(n_z)); endmodule)",
 OBUF py(.I(n_y), .PAD(y)); GATE u(.A(n_a), .B(n_b), .Z(n_y)); endmodule)",
      .pins = "1 A a *\n2 B -b *\n3 Y -y *\n",
      .settings = "%INVERTER PLAIN;"},
-    {.name = "ports_without_pads",
-     .design = R"(module chip(input a, f, tdi, output y, g); GATE u(.A(a), .Z(y)); assign g = f;
-GATE v(.A(tdi)); endmodule)",
-     .pins = "1 A a *\n2 Y y *\n3 F f *\n4 G g *\n5 DI tdi *\n",
-     .options = "-add_tap -no_pad"},
     {.name = "pads_to_be_added",
      .design = "module chip(input a, inout b, output y); GATE u(.A(a), .B(b), .Z(y)); endmodule",
      .pins = "1 A -a *\n2 B b *\n3 Y y *\n",
      .options = "-add_tap -add_pad",
      .settings = "%INPUT_BUFFER IBUF; %OUTPUT_BUFFER OBUF; %INOUT_BUFFER BBUF; %INVERTER PLAIN;"},
-    {.name = "standard_ports",
-     .design =
-         R"(module chip(input tdi, a, output tdo); IBUF pa(.PAD(a), .C(n_a)); IBUF pi(.PAD(tdi), .C(n_i));
-TBUF po(.I(1'b0), .OEN(1'b1), .PAD(tdo)); GATE u(.A(n_i), .B(n_a)); endmodule)",
-     .pins = "1 DI tdi *\n2 DO tdo *\n3 A a *\n",
-     .tap_items = "%TDO_EN tdo_en;",
-     .shows = WHOLE_CMD},
     {.name = "tdo_fed_by_a_constant_behind_an_added_cell",
      .design = R"(module chip(input a, output tdo); OBUF po(.I(VELMORA_EXP_ADDED_NET7), .PAD(tdo));
 TIEX x(.Z(VELMORA_EXP_ADDED_NET7), .A(1'b1)); IBUF pa(.PAD(a), .C(n)); GATE u(.A(n)); endmodule)",
      .pins = "1 DO tdo *\n2 A a *\n",
      .shows = WHOLE_CMD},
-    {.name = "tied_pins_of_an_existing_tap",
-     .design = R"(module M(input g, v); oldtap TAP(.update(g), .mode1(v)); endmodule
-module chip(input a, output y); IBUF pa(.PAD(a), .C(n)); GATE u(.A(n), .Z(m)); OBUF py(.I(m), .PAD(y));
-M m(.g(1'b0), .v(1'b1)); endmodule)",
-     .pins = "1 A a *\n2 Y y *\n",
-     .options = "",
-     .settings = "%TAP_MODULE { %MODULE_NAME oldtap; %INSTANCE_NAME m.TAP; }",
-     .shows = WHOLE_CMD},
-    // A plain buffer at a port is no pad; the port beside it has the least that a run needs.
-    {.name = "plain_buffer_next_to_a_port",
-     .design =
-         "module chip(input a, b); FEED p(.A(a), .Z(n)); IBUF pb(.PAD(b), .C(m)); GATE u(.A(m)); endmodule",
-     .pins = "1 A a *\n2 B b * BSC(BC_CLK)\n"},
 };
 
 TEST(Ports, GetTheirCellsAsPlanned) {
-    planning_folder folder;
-    for (const PLANNED_CHIP &chip : PORTS) {
-        SCOPED_TRACE(chip.name);
-        run_result result = folder.run(chip);
-        EXPECT_EQ(result.status, 0) << result.out;
-        expect_file(std::string(chip.name) + ".txt", folder.outcome(result, chip.shows));
-    }
+    planning_folder().expect_outcomes(PORTS);
 }
 
 } // namespace

@@ -61,8 +61,6 @@ const FAULT_CASE FAULTS[] = {
     // Cells: every fault of every role is reported before the run ends.
     {"lib", "%TDI si; ", "", "",
      "ERROR: (./chip.lib) can't find %TDI in %SCAN_CELL BC.\n\nERROR: (./chip.lib) can't find %TDI"},
-    {"bsc", "%OUTPUT_SCAN BC;", "%OUTPUT_SCAN BC; %CONTROL_OE_SCAN BC;", "",
-     "ERROR: (./chip.lib) can't find %OE_MODE in %CONRTOL_OE_SCAN BC.\n\n\n"},
     {"bsc", "%OUTPUT_SCAN BC;", "%OUTPUT_MUX_SCAN MUX;", "",
      "ERROR: (./chip.lib) can't find %UPDATE_DR in %SCAN_CELL MUX.\n"
      "       OUTPUT MUX SCAN 'MUX' should have %UPDATE_DR signal.\n"
@@ -124,9 +122,6 @@ const FAULT_CASE FAULTS[] = {
      "ERROR: (./chip.lib) can't find %MODE_3 in %TAP_CONTROLLER tapm.\n\n"},
     {"lib", "%DATA_OUT po; }", "%DATA_OUT po; %EXTRA_1 sp; }", "existing",
      "ERROR: (./chip.lib) scan cell has more extra pins than %TAP_CONTROLLER tapm.\n"},
-    {"lib", "%TMS tms;", "", "existing",
-     "WARNING: Pin %LAST_BCELL 'last' of TAP 'OLD' was connected to GND.\n"
-     "         %LAST_BCELL 'last' will be disconnected.\n"},
     // The TAP's buffers and the default pads.
     {"lib", "%MODE_1 mode;", "%MODE_1 mode; %DF_GROUP_SIZE 8; %DF_SIGNAL_BUFFER NOPE;", "-add_tap",
      "ERROR: (./chip.lib) void declare %DF_SIGNAL_BUFFER 'NOPE'\n       in %TAP_CONTROLLER.\n"

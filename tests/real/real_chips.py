@@ -120,7 +120,8 @@ def prove(chip, tool, work):
     write_models(chip, work)
     for netlist in netlists:
         accept(chip, netlist, work)
-        faults += [f"{netlist}: {fault}" for fault in check_session(chip, register, netlist, work)]
+    faults += proof.check_flat(plan, netlists, work, chip.macros)
+    faults += check_session(chip, register, netlists[0], work)
     run(["ghdl", "-a", "-fexplicit", f"{chip.top}_TAP.vhd", f"{chip.top}_jtag.vhd"], work / "vhdl", "ghdl")
     return faults
 

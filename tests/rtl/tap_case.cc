@@ -172,13 +172,10 @@ const std::vector<tap_case> &tool_cases() {
                                          "IDCODE 010 idcode\nUSERCODE 011 idcode\n";
     static const std::vector<tap_case> cases = {
         {"smallest", SMALL_TABLE, ""},
-        {"trst", SMALL_TABLE, "trst update"},
         {"synch_no_update", SMALL_TABLE, "synch"},
         {"synch_trst", SMALL_TABLE, "synch trst update rst tdo_en tdo_en_low"},
-        {"two_codes", two_codes, "update mode1 idcode usercode"},
         {"two_codes_synch", two_codes, "synch update idcode usercode"},
         {"two_codes_external", two_codes, "external update idcode usercode tdo_en"},
-        {"external_synch", two_codes, "external synch idcode usercode"},
         {"one_code_external", "EXTEST 00 boundary\nSAMPLE 01 boundary\nBYPASS 11 bypass\nIDCODE 10 IdCode\n",
          "external synch idcode"},
         {"idcode_without_register", two_codes, "update"},
@@ -188,9 +185,7 @@ const std::vector<tap_case> &tool_cases() {
          "idcode update nocapture"},
         {"large", LARGE_TABLE, "trst rst highz" + modes},
         {"large_synch", LARGE_TABLE, "synch tdo_en" + modes},
-        {"large_no_modes", LARGE_TABLE, "trst idcode usercode rst"},
         {"highz_in_mode1", LARGE_TABLE, "shared_highz1 trst" + modes},
-        {"highz_in_mode2", LARGE_TABLE, "shared_highz2" + modes},
         {"highz_in_mode3", LARGE_TABLE, "shared_highz3" + modes},
         {"highz_in_unused_mode", LARGE_TABLE, "shared_highz2 highz update mode1 idcode usercode"},
         {"gates",

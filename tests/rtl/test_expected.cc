@@ -1,51 +1,45 @@
-// Whole generated files against the expected ones in expected/. RW_WRITE_EXPECTED=1 in the environment writes
-// them anew, for a look at the difference under version control.
+// Whole generated files against the expected ones in expected/.
 #include "planning/tap_state.hh"
 #include "rtl/tap_rtl.hh"
 #include "support/run_state.hh"
 #include "tests/rtl/tap_case.hh"
-#include "tests/support/scratch.hh"
+#include "tests/support/expected_file.hh"
 
-#include <cstdlib>
 #include <gtest/gtest.h>
 #include <regex>
 
 namespace {
 
-void compare_with_expected(const std::string &file, const std::string &text) {
-    SCOPED_TRACE(file);
-    std::string path = RW_SOURCE_DIR "/tests/rtl/expected/" + file;
-    if (std::getenv("RW_WRITE_EXPECTED") != nullptr)
-        std::ofstream(path, std::ios::binary) << text;
-    std::ifstream stream(path, std::ios::binary);
-    std::string expected{std::istreambuf_iterator<char>(stream), {}};
-    EXPECT_EQ(text, expected);
-}
+const std::string EXPECTED = "rtl/expected/";
 
-/// Between them, each line of every template is written at least once and left out at least once.
+/// Between them, each line of every template is written at least once and left out at least once. The first
+/// is there whole, the others as the lines in which they differ from it.
 const tap_case WHOLE_FILES[] = {
-    {"large", LARGE_TABLE, "trst rst highz update mode1 mode2 mode3 idcode usercode extra2"},
-    {"synch", "EXTEST 000 boundary\nSAMPLE 001 boundary\nBYPASS 111 bypass\nIDCODE 010 idcode\n",
-     "synch external tdo_en tdo_en_low idcode"},
     {"synch_large", LARGE_TABLE,
      "synch trst rst tdo_en shared_highz1 update mode1 mode3 idcode usercode external"},
+    {"synch", "EXTEST 000 boundary\nSAMPLE 001 boundary\nBYPASS 111 bypass\nIDCODE 010 idcode\n",
+     "synch external tdo_en tdo_en_low idcode"},
     {"small", SMALL_TABLE, "update tdo_en"},
+    {"large", LARGE_TABLE, "trst rst highz update mode1 mode2 mode3 idcode usercode extra2"},
 };
 
 TEST(tap_rtl, whole_files) {
+    const std::string whole = EXPECTED + WHOLE_FILES[0].name;
     for (tap_case tap : WHOLE_FILES) {
-        compare_with_expected(tap.name + ".v", rtl_of(tap));
-        tap.needs += " vhdl";
-        compare_with_expected(tap.name + ".vhd", rtl_of(tap));
+        const std::string file = EXPECTED + tap.name;
+        for (const char *language : {".v", ".vhd"}) {
+            expect_file(file + language, rtl_of(tap), file == whole ? "" : whole + language);
+            tap.needs += " vhdl";
+        }
     }
 }
 
 TEST(tap_rtl, port_only_module_is_verilog_and_fills_the_tables_of_a_hierarchical_tap) {
-    tap_case tap = WHOLE_FILES[0];
+    tap_case tap = std::end(WHOLE_FILES)[-1];
     tap.needs += " vhdl hier";
     rtl_of(tap);
     JTAG_OPTION[OPT_PSEUDO_TAP] = 1;
-    compare_with_expected("large_empty.v", get_TAP_in_RTL());
+    expect_file(EXPECTED + "large_empty.v", get_TAP_in_RTL());
     std::string tables;
     for (const char **table : rwv_hier_tap_port_tabG) {
         for (const char *name : rows(table))
@@ -69,8 +63,9 @@ TEST(tap_rtl, synthesis_scripts) {
         bs_write_synthesize_script(scripts, "chip_TAP");
         for (const SYNTHESIS_SCRIPT &script : scripts) {
             static const std::regex date("[A-Z][a-z]{2} [A-Z][a-z]{2} [ 0-9]{2} [0-9:]{8} [0-9]{4}");
-            compare_with_expected(tap.name + script.extension,
-                                  std::regex_replace(script.text, date, "<DATE>"));
+            expect_file(EXPECTED + tap.name + script.extension,
+                        std::regex_replace(script.text, date, "<DATE>"),
+                        tap.name == "vhdl" ? EXPECTED + "verilog" + script.extension : "");
         }
     }
 }

@@ -71,15 +71,11 @@ void sweep_pins(const tap_case &tap, bool vhdl) {
 }
 
 TEST(tap_names, a_name_is_refused_where_the_rtl_would_not_work_and_only_there) {
-    const tap_case cases[] = {
-        {"small", SMALL_TABLE, "update"},
-        {"large", LARGE_TABLE, "trst rst highz update mode1 mode2 mode3 idcode usercode"},
-    };
-    for (const tap_case &tap : cases)
-        for (bool vhdl : {false, true}) {
-            SCOPED_TRACE(tap.name + (vhdl ? " in VHDL" : " in Verilog"));
-            sweep_pins(tap, vhdl);
-        }
+    const tap_case large = {"", LARGE_TABLE, "trst rst highz update mode1 mode2 mode3 idcode usercode"};
+    for (bool vhdl : {false, true}) {
+        SCOPED_TRACE(vhdl ? "in VHDL" : "in Verilog");
+        sweep_pins(large, vhdl);
+    }
     // The same name in other modules: TDI does not reach the controller, but the registers.
     for (const char *name : {"CAP_IR", "BYPASS_cell", "tms_count", "TDO_cell"})
         for (bool vhdl : {false, true}) {

@@ -124,14 +124,6 @@ TEST(CommandLine, SelectedOptionsAndConflicts) {
     }
 }
 
-TEST(CommandLine, EmptySwitchWarnsAndGoesOn) {
-    scratch_folder scratch;
-    run_result result = scratch.run(rimweave + " - chip");
-    EXPECT_EQ(without_banner(result.out),
-              "<banner>\nWARNING: empty option -???, ignored.\n\n<banner>\n" + missing("chip"));
-    EXPECT_EQ(without_banner(scratch.read("chip.rwv.rpt")), "<banner>\n" + missing("chip"));
-}
-
 TEST(CommandLine, NamesOfDesignAndReport) {
     struct {
         const char *arguments, *report, *message;

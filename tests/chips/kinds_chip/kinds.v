@@ -3,41 +3,10 @@
 
 `timescale 1ns / 1ps
 
-module kinds_core (clk, rst_n, x, s);
-    input clk, rst_n;
-    input [13:0] x;
-    output [15:0] s;
+module kinds_core (input clk, rst_n, input [13:0] x, output [15:0] s);
     wire [13:0] m;
-    XOR2 m0 (.A(s[15]), .B(x[0]), .Z(m[0]));
-    XOR2 m1 (.A(s[0]), .B(x[1]), .Z(m[1]));
-    XOR2 m2 (.A(s[1]), .B(x[2]), .Z(m[2]));
-    XOR2 m3 (.A(s[2]), .B(x[3]), .Z(m[3]));
-    XOR2 m4 (.A(s[3]), .B(x[4]), .Z(m[4]));
-    XOR2 m5 (.A(s[4]), .B(x[5]), .Z(m[5]));
-    XOR2 m6 (.A(s[5]), .B(x[6]), .Z(m[6]));
-    XOR2 m7 (.A(s[6]), .B(x[7]), .Z(m[7]));
-    XOR2 m8 (.A(s[7]), .B(x[8]), .Z(m[8]));
-    XOR2 m9 (.A(s[8]), .B(x[9]), .Z(m[9]));
-    XOR2 m10 (.A(s[9]), .B(x[10]), .Z(m[10]));
-    XOR2 m11 (.A(s[10]), .B(x[11]), .Z(m[11]));
-    XOR2 m12 (.A(s[11]), .B(x[12]), .Z(m[12]));
-    XOR2 m13 (.A(s[12]), .B(x[13]), .Z(m[13]));
-    DFFR f0 (.D(m[0]), .CK(clk), .RN(rst_n), .Q(s[0]));
-    DFFR f1 (.D(m[1]), .CK(clk), .RN(rst_n), .Q(s[1]));
-    DFFR f2 (.D(m[2]), .CK(clk), .RN(rst_n), .Q(s[2]));
-    DFFR f3 (.D(m[3]), .CK(clk), .RN(rst_n), .Q(s[3]));
-    DFFR f4 (.D(m[4]), .CK(clk), .RN(rst_n), .Q(s[4]));
-    DFFR f5 (.D(m[5]), .CK(clk), .RN(rst_n), .Q(s[5]));
-    DFFR f6 (.D(m[6]), .CK(clk), .RN(rst_n), .Q(s[6]));
-    DFFR f7 (.D(m[7]), .CK(clk), .RN(rst_n), .Q(s[7]));
-    DFFR f8 (.D(m[8]), .CK(clk), .RN(rst_n), .Q(s[8]));
-    DFFR f9 (.D(m[9]), .CK(clk), .RN(rst_n), .Q(s[9]));
-    DFFR f10 (.D(m[10]), .CK(clk), .RN(rst_n), .Q(s[10]));
-    DFFR f11 (.D(m[11]), .CK(clk), .RN(rst_n), .Q(s[11]));
-    DFFR f12 (.D(m[12]), .CK(clk), .RN(rst_n), .Q(s[12]));
-    DFFR f13 (.D(m[13]), .CK(clk), .RN(rst_n), .Q(s[13]));
-    DFFR f14 (.D(s[13]), .CK(clk), .RN(rst_n), .Q(s[14]));
-    DFFR f15 (.D(s[14]), .CK(clk), .RN(rst_n), .Q(s[15]));
+    XOR2 mix [13:0] (.A({s[12:0], s[15]}), .B(x), .Z(m));
+    DFFR bits [15:0] (.D({s[14:13], m}), .CK(clk), .RN(rst_n), .Q(s));
 endmodule
 
 module kinds (clk, rst_n, d0, d1, dn, bf, fti, dip, dim, bsi, mxi, mck, q0, q1, q2, t0, t1, th, tp, tk,

@@ -20,7 +20,7 @@ import proof  # noqa: E402
 from chip_files import Cell, Chip, ProofError, read_bsc  # noqa: E402
 from kinds_pads import (INPUT_NETS, INPUTS, INTERNALS, INVERTED, LOW, OF_OUTPUT_SCAN, OUTPUTS, WEAK)  # noqa: E402
 from kinds_register import Register  # noqa: E402
-from kinds_variants import VARIANTS, Variant, build, random_variant  # noqa: E402
+from kinds_variants import CELLS, HIGHZ_CELLS, VARIANTS, Variant, build, random_variant  # noqa: E402
 from player import Player  # noqa: E402
 from tap_driver import Session  # noqa: E402
 
@@ -90,20 +90,22 @@ class KindsTrials(checks.Trials):
         return self.register.off_values(self.rng.choice("01"))
 
 
-def prove(variant, work, cells, output, tap):
+def prove(variant, work, output, tap):
     register = Register(work / "kinds.bso", output)
-    register.highz_cells = "highz_cells.v" in cells
+    register.highz_cells = variant.items == HIGHZ_CELLS
     register.inverts = "-no_pad" not in variant.options      # a cell at the port itself gets no inverter
     chip = Chip(cells=[Cell(i, KINDS[register.cells[i][0]], "", register.cells[i][1])
                        for i in range(len(register.cells))], ports=register.ports)
     read_bsc(work / "kinds.bsc", chip)
     pins = chip.ports + NETS
     netlists = ["kinds_jtag.v", "kinds_jtag_flat.v"]
-    proof.accept({"design": "kinds", "cells": cells}, netlists, work)
-    before = Player(work, "before", ["kinds.v", *tap, *cells], "kinds", pins,
+    plan = {"design": "kinds", "cells": CELLS}
+    proof.accept(plan, netlists, work)
+    before = Player(work, "before", ["kinds.v", *tap, *CELLS], "kinds", pins,
                     probes={net: f"dut.{net}" for net in NETS})
-    players = {name: Player(work, name[:-2], [name, "kinds_TAP.v", *cells], "kinds_jtag", pins) for name in netlists}
-    return len(chip.cells), *proof.judge(lambda: KindsTrials(chip, register), before, players, pins)
+    after = Player(work, "after", [netlists[0], "kinds_TAP.v", *CELLS], "kinds_jtag", pins)
+    faults, _ = proof.judge(lambda: KindsTrials(chip, register), before, after, pins)
+    return len(chip.cells), faults + list(proof.check_flat(plan, netlists, work))
 
 
 def main():
@@ -115,8 +117,8 @@ def main():
     name, _, seed = given.variant.partition(":")
     variant = random_variant(int(seed)) if seed else Variant(name, *VARIANTS[name], internals="in_ring" not in name)
     try:
-        cells, output, tap = build(variant, given.bin.resolve(), given.work)
-        count, faults, _ = prove(variant, given.work.resolve(), cells, output, tap)
+        output, tap = build(variant, given.bin.resolve(), given.work)
+        count, faults = prove(variant, given.work.resolve(), output, tap)
     except ProofError as fault:
         sys.exit(f"PROOF FAILED: {fault}")
     for fault in faults[:proof.FAULTS_SHOWN]:

@@ -12,6 +12,7 @@ from pad_modules import pads_in_modules
 from player import run
 
 HERE = pathlib.Path(__file__).resolve().parent
+CELLS = ["pads.v", "gated.v"]
 
 ONE_CELL = "%BIDIR_SCAN BC_BID; %BIDIR_MUX_SCAN BC_MUXB;"
 GROUPS_OF_3 = "%GROUP_SIZE 3;"
@@ -19,24 +20,18 @@ CHAINS = "%GROUP_SIZE 4; %DF_GROUP_SIZE 5; %DF_SIGNAL_BUFFER CBUF;"
 OE_CONTROLS = ONE_CELL + " %CONTROL_OE_SCAN BC_CTLX;"
 HIGHZ_CELLS = ONE_CELL + " %OUTPUT_SCAN BC_OUTZ; %CONTROL_SCAN BC_CTLZ;"
 VARIANTS = {  # group items of the TAP, items of the cell roles, options, expected in the report
-    "one_level": ("%GROUP_SIZE 64;", ONE_CELL, "", "     Level 2:   1 buffers    drive  45 scan cells"),
     "three_levels": (GROUPS_OF_3, ONE_CELL, "", "     Level 4:  15 buffers    drive  45 scan cells"),
     "pairs": (GROUPS_OF_3, "", "", "     Level 4:  17 buffers    drive  50 scan cells"),
     "no_trees": ("", ONE_CELL, "", "  ** Add total  45 Boundary Scan Cells:"),
     "synch": (GROUPS_OF_3, ONE_CELL, "-synch", "     Level 4:  15 buffers    drive  45 scan cells"),
-    "df_speed": (CHAINS, ONE_CELL, "-df_speed", "     Using    9 buffers to drives   45 signals"),
     "synch_df_speed": (CHAINS, "", "-synch -df_speed",
                        "     Using   13 buffers to drives   50 signals"),
-    "own_controls": (GROUPS_OF_3, ONE_CELL, "-dont_share_control",
-                     "  ** Add 15 CONTROL SCAN Cells: BC_CTL"),
     "own_controls_pairs": (GROUPS_OF_3, "", "-dont_share_control", "  ** Add 15 CONTROL SCAN Cells: BC_CTL"),
     "oe_controls": (GROUPS_OF_3, OE_CONTROLS, "", "  ** Add total  46 Boundary Scan Cells:"),
     "inverting": ("%GROUP_SIZE 3; %INV_BUFFER INV;", ONE_CELL, "",
                   "  ** Using buffer 'INV' for signal 'CLOCK_DR'"),
     "highz": (GROUPS_OF_3, ONE_CELL, "", "     TAP highz       : HIGHZ"),
     "highz_cells": (GROUPS_OF_3, HIGHZ_CELLS, "", "  ** Using buffer 'TBUF' for signal 'X1'"),
-    "in_halves": (GROUPS_OF_3, ONE_CELL, "", "  ** Add total  50 Boundary Scan Cells:"),
-    "in_halves_pairs": (GROUPS_OF_3, "", "", "  ** Add total  55 Boundary Scan Cells:"),
     "in_halves_highz": (GROUPS_OF_3, HIGHZ_CELLS, "", "  ** Add total  50 Boundary Scan Cells:"),
     "in_halves_synch": (GROUPS_OF_3, ONE_CELL, "-synch -dont_share_control",
                         "  ** Using buffer 'TBUF' for signal 'BCELL_TCK'"),
@@ -47,7 +42,6 @@ VARIANTS = {  # group items of the TAP, items of the cell roles, options, expect
     "in_ring_df_speed": (CHAINS, "", "-synch -df_speed", "  ** Using buffer 'CBUF' for signal 'BCELL_TCK'"),
     "in_ring_inverting": ("%GROUP_SIZE 3; %INV_BUFFER INV;", ONE_CELL, "",
                           "  ** Using buffer 'INV' for signal 'CLOCK_DR'"),
-    "in_ring": (GROUPS_OF_3, ONE_CELL, "", "  ** Add total  42 Boundary Scan Cells:"),
     "in_ring_highz": (GROUPS_OF_3, HIGHZ_CELLS, "", "  ** Add total  42 Boundary Scan Cells:"),
 }
 
@@ -87,10 +81,6 @@ class Variant:
 
     def highz(self):
         return "highz" in self.name or self.items == HIGHZ_CELLS
-
-    def cell_files(self):
-        more = ["oe_cells.v"] if "CTLX" in self.items else ["highz_cells.v"] if self.items == HIGHZ_CELLS else []
-        return ["pads.v", "gated.v"] + more
 
     def module(self, instance):
         """The module of a pad, with the buffer that belongs to it: none, one of two in turn, or one for all."""
@@ -203,7 +193,7 @@ EXISTING_TAP = """    wire tdo_i, tdo_en, tdo_oen;
 
 def write_chip(variant, work):
     """The chip with its pads in their modules; a module may stand in another one of no cells of its own."""
-    cells = "".join((work / name).read_text() for name in variant.cell_files())
+    cells = "".join((work / name).read_text() for name in CELLS)
     text = (HERE / "kinds.v").read_text()
     text = take_pads_away(text, variant.bare)
     if variant.joins:
@@ -224,15 +214,14 @@ def write_chip(variant, work):
 def build(variant, bin_dir, work):
     shutil.rmtree(work, ignore_errors=True)
     (work / "lib").mkdir(parents=True)
-    cells = variant.cell_files()
-    for name in cells:
+    for name in CELLS:
         shutil.copy(HERE / name, work)
     change_file(work / "gated.v", SYNCH_CELLS if "-synch" in variant.options
                 else INVERTED_CELLS if "inverting" in variant.name else {})
     write_chip(variant, work)
     describe(variant, work)
     options = variant.options.split()
-    run([str(bin_dir / "kalmverin"), "-lib", *cells, "-opath", "lib"], work, "reading the cells")
+    run([str(bin_dir / "kalmverin"), "-lib", *CELLS, "-opath", "lib"], work, "reading the cells")
     if variant.exists:
         run([str(bin_dir / "rimweave"), "kinds", "-add_tap_only", *options], work, "writing the TAP")
         run([str(bin_dir / "kalmverin"), "-lib", "kinds_TAP.v", "-opath", "lib"], work, "reading the TAP")
@@ -249,4 +238,4 @@ def build(variant, bin_dir, work):
     shared = "-dont_share_control" not in variant.options and variant.module("p_dt") == variant.module("p_du")
     if not variant.joins and shared != ("is shared with another pad" in output):
         raise ProofError("no warning, or a needless one, of a differential pad on a shared enable")
-    return cells, output, ["kinds_TAP.v"] if variant.exists else []
+    return output, ["kinds_TAP.v"] if variant.exists else []

@@ -11,9 +11,9 @@ PIN = re.compile(r"\.(\w+) \(([^()]*)\)|\.(\w+)\(([^()]*)\)")
 def pin_directions(text):
     """Direction of each pin, by cell and pin."""
     cells = {}
-    for name, body in re.findall(r"\bmodule (\w+) ?\(.*?\);(.*?)\bendmodule", strip_comments(text), re.S):
-        cells[name] = {pin.strip(): direction
-                       for direction, pins in re.findall(r"\b(input|output|inout) ([^;]*);", body)
+    for name, body in re.findall(r"\bmodule (\w+) ?\((.*?)\bendmodule", strip_comments(text), re.S):
+        cells[name] = {pin.strip(): direction for direction, pins in re.findall(
+            r"\b(input|output|inout) (?:reg )?(.*?)\)?(?:;|, *(?=input|output|inout))", body, re.S)
                        for pin in pins.split(",")}
     return cells
 

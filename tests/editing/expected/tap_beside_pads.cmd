@@ -1,3 +1,4 @@
+@ 1-0
 == CC_bs
 edit CC_bs
 path ./rimweave_lib 
@@ -26,68 +27,9 @@ add mode1 output
 connect tap{mode1} mode1
 save
 quit
-== pads_bs
-edit pads_bs
-add vmr_tap_tms output
-add shiftDR input
-add clockDR input
-add updateDR input
-add mode1 input
-add chain_in input
-add chain_out output
-add TDO_EN input
-connect pm{C} vmr_tap_tms
-disconnect po{OEN}
-connect po{OEN} TDO_EN
-add BCELL0 BC_IN
-disconnect pa{C}
-connect BCELL0{DO} a_c
-connect BCELL0{DI} pa{C}
-add BCELL1 BC_OUT
-disconnect py{I}
-connect BCELL1{DO} py{I}
-connect BCELL1{DI} y_i
-connect BCELL0{SO} chain_out
-connect BCELL0{CK} clockDR
-connect BCELL0{SE} shiftDR
-connect BCELL0{UP} updateDR
-connect BCELL0{MD} mode1
-connect BCELL0{SI} BCELL1{SO}
-connect BCELL1{CK} clockDR
-connect BCELL1{SE} shiftDR
-connect BCELL1{UP} updateDR
-connect BCELL1{MD} mode1
-connect BCELL1{SI} chain_in
-save
-quit
-== AA_bs
-edit AA_bs
-add vmr_tap_tms output
-add vmr_tap_tck output
-add shiftDR input
-add clockDR input
-add updateDR input
-add mode1 input
-add chain_in input
-add chain_out output
-add TDO_EN input
-replace p pads_bs
- connect p{vmr_tap_tms} vmr_tap_tms
-connect p{tck_c} vmr_tap_tck
- connect p{TDO_EN} TDO_EN
-connect p{shiftDR} shiftDR
-connect p{clockDR} clockDR
-connect p{updateDR} updateDR
-connect p{mode1} mode1
-connect p{chain_in} chain_in
-connect p{chain_out} chain_out
-save
-quit
-== chip_jtag
-edit chip_jtag
-path ./rimweave_lib 
+@ 61-61
 replace C CC_bs
-replace A AA_bs
+@ 63-73
 connect pi{C} C{TDI}
 connect A{vmr_tap_tms} C{TMS}
 connect A{vmr_tap_tck} C{TCK}
@@ -99,5 +41,3 @@ connect A{updateDR} C{updateDR}
 connect A{mode1} C{mode1}
 connect A{chain_in} C{BC_FIRST}
 connect A{chain_out} C{BC_LAST}
-save
-quit

@@ -1,720 +1,97 @@
-library IEEE;
-use IEEE.std_logic_1164.all;
--- use IEEE.std_logic_arith.all;
-
-entity TAP_controller is
-    port (
-        TMS, TCK, TRST: in std_logic;
-        SHIFT_IR, CLOCK_IR, UPDATE_IR: out std_logic;
-        SHIFT_DR, CLOCK_DR, UPDATE_DR: out std_logic;
-        SELECT_DR, ENABLE, RESET: out std_logic
-    );
-end TAP_controller;
-
-architecture BEHAVIOR of TAP_controller is
-
-    constant TEST_RESET_ST: std_logic_vector(3 downto 0) := "0100";
-    constant TEST_IDLE_ST : std_logic_vector(3 downto 0) := "1100";
-    constant DR_SCAN_ST   : std_logic_vector(3 downto 0) := "0000";
-    constant CAPTURE_DR_ST: std_logic_vector(3 downto 0) := "0001";
-    constant SHIFT_DR_ST  : std_logic_vector(3 downto 0) := "0011";
-    constant EXIT1_DR_ST  : std_logic_vector(3 downto 0) := "0010";
-    constant PAUSE_DR_ST  : std_logic_vector(3 downto 0) := "0110";
-    constant EXIT2_DR_ST  : std_logic_vector(3 downto 0) := "0111";
-    constant UPDATE_DR_ST : std_logic_vector(3 downto 0) := "0101";
-    constant IR_SCAN_ST   : std_logic_vector(3 downto 0) := "1000";
-    constant CAPTURE_IR_ST: std_logic_vector(3 downto 0) := "1001";
-    constant SHIFT_IR_ST  : std_logic_vector(3 downto 0) := "1011";
-    constant EXIT1_IR_ST  : std_logic_vector(3 downto 0) := "1010";
-    constant PAUSE_IR_ST  : std_logic_vector(3 downto 0) := "1110";
-    constant EXIT2_IR_ST  : std_logic_vector(3 downto 0) := "1111";
-    constant UPDATE_IR_ST : std_logic_vector(3 downto 0) := "1101";
-    constant TMS_INITIAL_COUNT : std_logic_vector(4 downto 0) := "11111";
-
-    signal  STATE: std_logic_vector(3 downto 0);
-    signal  tms_count: std_logic_vector(4 downto 0);
-    signal  internal_TRST : std_logic;
-    signal  temp_trst_d : std_logic;
-    signal  temp_trst : std_logic;
-    signal  EN_reg, RESET_reg, SHIFT_IR_reg, SHIFT_DR_reg: std_logic;
-
-begin
-    process (TCK)
-    begin
-      if (RISING_EDGE(TCK)) then
-          tms_count(4 downto 1) <= tms_count(3 downto 0);
-          tms_count(0) <= TMS;
-     end if;
-    end process;
-
-    temp_trst <= '1' when (tms_count = TMS_INITIAL_COUNT) else '0';
-
-    process (TCK)
-    begin
-      if (FALLING_EDGE(TCK)) then
-          temp_trst_d <= temp_trst ;
-     end if;
-    end process;
-
-    internal_TRST <= not (temp_trst and (not (temp_trst_d)));
-
-    process (TCK, TRST, internal_TRST)
-    begin
-    if (TRST = '0' or internal_TRST = '0') then
-        STATE <= TEST_RESET_ST;
-    else if RISING_EDGE(TCK) then
-        case STATE is
-        when TEST_RESET_ST =>
-            if (TMS = '1') then
-                STATE <= TEST_RESET_ST;
-            else
-                STATE <= TEST_IDLE_ST;
-            end if;
-        when TEST_IDLE_ST =>
-            if (TMS = '1') then
-                STATE <= DR_SCAN_ST;
-            else
-                STATE <= TEST_IDLE_ST;
-            end if;
-        when DR_SCAN_ST =>
-            if (TMS = '1') then
-                STATE <= IR_SCAN_ST;
-            else
-                STATE <= CAPTURE_DR_ST;
-            end if;
-        when CAPTURE_DR_ST =>
-            if (TMS = '1') then
-                STATE <= EXIT1_DR_ST;
-            else
-                STATE <= SHIFT_DR_ST;
-            end if;
-        when SHIFT_DR_ST =>
-            if (TMS = '1') then
-                STATE <= EXIT1_DR_ST;
-            else
-                STATE <= SHIFT_DR_ST;
-            end if;
-        when EXIT1_DR_ST =>
-            if (TMS = '1') then
-                STATE <= UPDATE_DR_ST;
-            else
-                STATE <= PAUSE_DR_ST;
-            end if;
-        when PAUSE_DR_ST =>
-            if (TMS = '1') then
-                STATE <= EXIT2_DR_ST;
-            else
-                STATE <= PAUSE_DR_ST;
-            end if;
-        when EXIT2_DR_ST =>
-            if (TMS = '1') then
-                STATE <= UPDATE_DR_ST;
-            else
-                STATE <= SHIFT_DR_ST;
-            end if;
-        when UPDATE_DR_ST =>
-            if (TMS = '1') then
-                STATE <= DR_SCAN_ST;
-            else
-                STATE <= TEST_IDLE_ST;
-            end if;
-        when IR_SCAN_ST =>
-            if (TMS = '1') then
-                STATE <= TEST_RESET_ST;
-            else
-                STATE <= CAPTURE_IR_ST;
-            end if;
-        when CAPTURE_IR_ST =>
-            if (TMS = '1') then
-                STATE <= EXIT1_IR_ST;
-            else
-                STATE <= SHIFT_IR_ST;
-            end if;
-        when SHIFT_IR_ST =>
-            if (TMS = '1') then
-                STATE <= EXIT1_IR_ST;
-            else
-                STATE <= SHIFT_IR_ST;
-            end if;
-        when EXIT1_IR_ST =>
-            if (TMS = '1') then
-                STATE <= UPDATE_IR_ST;
-            else
-                STATE <= PAUSE_IR_ST;
-            end if;
-        when PAUSE_IR_ST =>
-            if (TMS = '1') then
-                STATE <= EXIT2_IR_ST;
-            else
-                STATE <= PAUSE_IR_ST;
-            end if;
-        when EXIT2_IR_ST =>
-            if (TMS = '1') then
-                STATE <= UPDATE_IR_ST;
-            else
-                STATE <= SHIFT_IR_ST;
-            end if;
-        when UPDATE_IR_ST =>
-            if (TMS = '1') then
-                STATE <= DR_SCAN_ST;
-            else
-                STATE <= TEST_IDLE_ST;
-            end if;
-        when others =>
-            STATE <= TEST_RESET_ST;
-        end case;
-    end if;
-    end if;
-    end process;
-
-    process (TCK, TRST)
-    begin
-        if (TRST = '0') then
-            RESET_reg    <= '0';
-            EN_reg       <= '0';
-            SHIFT_IR_reg <= '0';
-            SHIFT_DR_reg <= '0';
-      else if (FALLING_EDGE(TCK)) then 
-            if (STATE = TEST_RESET_ST) then
-                  RESET_reg <= '0';
-            else  RESET_reg <= '1';
-            end if;
-
-            if (STATE = SHIFT_DR_ST or STATE = SHIFT_IR_ST) then
-                  EN_reg <= '1';
-            else  EN_reg <= '0';
-            end if;
-
-            if (STATE = SHIFT_IR_ST) then
-                  SHIFT_IR_reg <= '1';
-            else  SHIFT_IR_reg <= '0';
-            end if;
-
-            if (STATE = SHIFT_DR_ST) then
-                  SHIFT_DR_reg <= '1';
-            else  SHIFT_DR_reg <= '0';
-            end if;
-        end if;
-        end if;
-    end process;
-
-
-    SHIFT_IR  <= SHIFT_IR_reg;
-    SHIFT_DR  <= SHIFT_DR_reg;
-    RESET     <= RESET_reg;
-    ENABLE    <= EN_reg;
-    SELECT_DR <= '1' when (STATE < "1000") else '0';
-
+@ 208-208
     process(STATE, TCK)
-    begin
+@ 210-212
     if ((STATE = SHIFT_IR_ST or STATE = CAPTURE_IR_ST) and TCK = '0') then
           CLOCK_IR <= '0';
     else  CLOCK_IR <= '1';
-    end if;
-    end process;
-
+@ 216-216
     process(STATE, TCK)
-    begin
+@ 218-220
     if ((STATE = SHIFT_DR_ST or STATE = CAPTURE_DR_ST) and TCK = '0') then
           CLOCK_DR <= '0';
     else  CLOCK_DR <= '1';
-    end if;
-    end process;
-
+@ 224-224
     process(STATE, TCK)
-    begin
+@ 226-226
     if (STATE = UPDATE_IR_ST and TCK = '0') then
-          UPDATE_IR <= '1';
-    else  UPDATE_IR <= '0';
-    end if;
-    end process;
-
+@ 232-232
     process(STATE, TCK)
-    begin
+@ 234-234
     if (STATE = UPDATE_DR_ST and TCK = '0') then
-          UPDATE_DR <= '1';
-    else  UPDATE_DR <= '0';
-    end if;
-    end process;
-
-end BEHAVIOR;
-
-library IEEE;
-use IEEE.std_logic_1164.all;
-
-entity BYPASS_reg is
-    port (
-        TDI, SHIFT_DR, CLOCK_DR: in std_logic;
-        BYPASS_out: out std_logic
-    );
-end BYPASS_reg;
-
-architecture BEHAVIOR of BYPASS_reg is
-    signal BYPASS_in, BYPASS_cell: std_logic;
-
-begin
-
-    BYPASS_in <= SHIFT_DR and TDI;
-
+@ 248-248
+@ 260-260
     process
-    begin
+@ 262-266
         wait until (RISING_EDGE(CLOCK_DR));
         BYPASS_cell <= BYPASS_in;
-    end process;
-
-    BYPASS_out <= BYPASS_cell;
-
-end BEHAVIOR;
-
-library IEEE;
-use IEEE.std_logic_1164.all;
-
-entity ID_reg is
-    port (
-        TDI, SHIFT_DR, CLOCK_DR, IDMODE: in std_logic;
-        IDCODE_out: out std_logic
-    );
-end ID_reg;
-
-architecture BEHAVIOR of ID_reg is
-    signal ID_cell: std_logic_vector(31 downto 0);
-
-begin
+@ 279-280
+@ 289-289
     process
-    begin
+@ 291-293
         wait until (RISING_EDGE(CLOCK_DR));
         if (SHIFT_DR = '1') then
-            ID_cell <= TDI & ID_cell(31 downto 1);
-        elsif (IDMODE = '1') then
+@ 296-296
             ID_cell <= "00010010001101000101011001111001";
-        else
-            ID_cell <= "11001010111111101011101010111110";
-        end if;
-    end process;
-
-    IDCODE_out <= ID_cell(0);
-
-end BEHAVIOR;
-
-library IEEE;
-use IEEE.std_logic_1164.all;
-
-entity IR_reg is
-    port (
-        TDI, SHIFT_IR, UPDATE_IR, CLOCK_IR, RESET: in std_logic;
-        IR_out: out std_logic;
-        INST: out std_logic_vector(3 downto 0)
-    );
-end IR_reg;
-
-architecture BEHAVIOR of IR_reg is
-    signal CAP_IR, UPD_IR: std_logic_vector(3 downto 0);
-begin
+@ 300-301
+@ 314-314
+@ 323-323
     process
-    begin
+@ 325-332
         wait until (RISING_EDGE(CLOCK_IR));
         if (SHIFT_IR = '1') then
               CAP_IR <= TDI & CAP_IR(3 downto 1);
         else  CAP_IR <= "0001";
         end if;
-    end process;
-
+@ 335-335
     process (UPDATE_IR, RESET)
-    begin
-        if (RESET = '0') then
+@ 338-343
               UPD_IR <= "0011";
         else if(RISING_EDGE(UPDATE_IR)) then
           UPD_IR <= CAP_IR;
              end if;
-        end if;
-    end process;
-
-    INST   <= UPD_IR;
-    IR_out <= CAP_IR(0);
-
-end BEHAVIOR;
-
-library IEEE;
-use IEEE.std_logic_1164.all;
-
-entity IR_dec is
-    port (
-        DR_SELECT: out std_logic_vector(2 downto 0);
-        CHIP_TEST: out std_logic;
+@ 359-358
         HIGHZ: out std_logic;
-        IDMODE: out std_logic;
-        MODE1: out std_logic;
+@ 361-360
         MODE2: out std_logic;
-        MODE3: out std_logic;
-        velmora_atpg_mode: out std_logic;
-        en_a: out std_logic;
-        en_b: out std_logic_vector(2 downto 0);
-        en_c: out std_logic;
-        INST: in std_logic_vector(3 downto 0)
-    );
-end IR_dec;
-
-architecture BEHAVIOR of IR_dec is
-        constant SEL_BYPASS: std_logic_vector(2 downto 0) := "000";
-        constant SEL_BOUNDARY: std_logic_vector(2 downto 0) := "001";
-        constant SEL_IDCODE: std_logic_vector(2 downto 0) := "010";
-        constant SEL_USERCODE: std_logic_vector(2 downto 0) := "011";
-        constant SEL_MYREG: std_logic_vector(2 downto 0) := "100";
-        constant SEL_USERDR: std_logic_vector(2 downto 0) := "101";
-begin
+@ 378-378
     MODE1 <= '1' when ( INST = "0000" ) or ( INST = "1000" ) or ( INST = "0010" ) or ( INST = "0110" ) or ( INST = "0111" )
                 else '0';
     MODE2 <= '1' when ( INST = "0010" )
-                else '0';
-    MODE3 <= '1' when ( INST = "0000" ) or ( INST = "1000" ) or ( INST = "0001" ) or ( INST = "0110" )
-                else '0';
-    IDMODE <= '1' when ( INST = "0011" ) or ( INST = "1011" )
-                else '0';
+@ 384-383
     HIGHZ <= '1' when ( INST = "0101" )
                 else '0';
-    CHIP_TEST <= '1' when ( INST = "1001" )
-                else '0';
-    velmora_atpg_mode <= '1' when ( INST = "1010" )
-                else '0';
-    en_a <= '1' when ( INST = "1100" ) or ( INST = "1101" )
-                else '0';
-    en_b <=   "101" when  INST = "1100" else
-                "010" when  INST = "1101" else
-               "000";
-    en_c <= '1' when ( INST = "1100" )
-                else '0';
-
-    process(INST)
-    begin
-    case INST is
-    when "0000" => DR_SELECT <= SEL_BOUNDARY;
-    when "1000" => DR_SELECT <= SEL_BOUNDARY;
-    when "0001" => DR_SELECT <= SEL_BOUNDARY;
-    when "0010" => DR_SELECT <= SEL_BOUNDARY;
-    when "0011" => DR_SELECT <= SEL_IDCODE;
-    when "1011" => DR_SELECT <= SEL_IDCODE;
-    when "0100" => DR_SELECT <= SEL_USERCODE;
-    when "1111" => DR_SELECT <= SEL_BYPASS;
-    when "1110" => DR_SELECT <= SEL_BYPASS;
-    when "0101" => DR_SELECT <= SEL_BYPASS;
-    when "0110" => DR_SELECT <= SEL_BYPASS;
-    when "0111" => DR_SELECT <= SEL_MYREG;
-    when "1001" => DR_SELECT <= SEL_MYREG;
-    when "1010" => DR_SELECT <= SEL_BYPASS;
-    when "1100" => DR_SELECT <= SEL_USERDR;
-    when "1101" => DR_SELECT <= SEL_USERDR;
-    when others => DR_SELECT <= SEL_BYPASS;
-    end case;
-    end process;
-end BEHAVIOR;
-
-library IEEE;
-use IEEE.std_logic_1164.all;
-
-entity DR_mux is
-    port (
-        DR_out: out std_logic;
-        BYPASS_out, BOUNDARY_out, IDCODE_out, USERCODE_out, MYREG_out, USERDR_out: in std_logic;
-        DR_SELECT: in std_logic_vector(2 downto 0)
-    );
-end DR_mux;
-
-architecture BEHAVIOR of DR_mux is
-     constant SEL_BYPASS  : std_logic_vector(2 downto 0) := "000";
-     constant SEL_BOUNDARY: std_logic_vector(2 downto 0) := "001";
-     constant SEL_IDCODE  : std_logic_vector(2 downto 0) := "010";
-     constant SEL_USERCODE: std_logic_vector(2 downto 0) := "011";
-     constant SEL_MYREG   : std_logic_vector(2 downto 0) := "100";
-     constant SEL_USERDR  : std_logic_vector(2 downto 0) := "101";
-
-begin
-
-    process(DR_SELECT, BYPASS_out, BOUNDARY_out, IDCODE_out, USERCODE_out, MYREG_out, USERDR_out)
-    begin
-        case DR_SELECT is
-        when SEL_BYPASS =>
-             DR_out <= BYPASS_out;
-        when SEL_BOUNDARY =>
-             DR_out <= BOUNDARY_out;
-        when SEL_IDCODE =>
-             DR_out <= IDCODE_out;
-        when SEL_USERCODE =>
-             DR_out <= USERCODE_out;
-        when SEL_MYREG =>
-             DR_out <= MYREG_out;
-        when SEL_USERDR =>
-             DR_out <= USERDR_out;
-        when others =>
-             DR_out <= '0';
-        end case;
-    end process;
-
-end BEHAVIOR;
-
-library IEEE;
-use IEEE.std_logic_1164.all;
-
-entity IR_DR_mux is
-    port (
-        TDOIN:  out std_logic;
-        IR_out, DR_out, SELECT_DR: in std_logic
-    );
-end IR_DR_mux;
-
-architecture BEHAVIOR of IR_DR_mux is
-
-begin
-        TDOIN <= DR_out when (SELECT_DR = '1') else IR_out;
-
-end BEHAVIOR;
-
-library IEEE;
-use IEEE.std_logic_1164.all;
-
-entity TDO_reg is
-    port (
-        TDO: out std_logic;
+@ 486-486
         TDOIN, TCK, ENABLE: in std_logic
-    );
-end TDO_reg;
-
-architecture BEHAVIOR of TDO_reg is
-        signal  TDO_cell: std_logic;
-
-begin
-    process
-    begin
-        wait until (FALLING_EDGE(TCK));
-        TDO_cell <= TDOIN;
-    end process;
-
+@ 500-500
     TDO <= TDO_cell when (ENABLE = '1') else 'Z';
-
-end BEHAVIOR;
-
-library IEEE;
-use IEEE.std_logic_1164.all;
-
-entity chip_tap is
-    port (
-        TMS: in std_logic;
-        TDI: in std_logic;
-        TCK: in std_logic;
-        TRST: in std_logic;
-        BOUNDARY_out: in std_logic;
-        first_Bcell: out std_logic;
-        TDO: out std_logic;
-        SHIFT_DR: out std_logic;
-        CLOCK_DR: out std_logic;
-        UPDATE_DR: out std_logic;
-        RESET: out std_logic;
-        MODE1: out std_logic;
+@ 514-514
+@ 517-517
+@ 520-520
+@ 524-523
         MODE2: out std_logic;
-        MODE3: out std_logic;
-        velmora_test_mode: out std_logic;
-        velmora_scan_mode: out std_logic;
+@ 527-526
         HIGHZ: out std_logic;
-        CHIP_TEST: out std_logic;
+@ 528-527
         EXTRA1: out std_logic;
         EXTRA2: out std_logic;
-        MYREG_in: out std_logic;
-        MYREG_out: in std_logic;
-        USERDR_in: out std_logic;
-        USERDR_out: in std_logic;
-        en_a: out std_logic;
-        en_b: out std_logic_vector(2 downto 0);
-        en_c: out std_logic    );
-end chip_tap;
-architecture STRUCTURE of chip_tap is
-
-    component  TAP_controller
-    port (
-        TMS, TCK, TRST: in std_logic;
-        SHIFT_IR, CLOCK_IR, UPDATE_IR: out std_logic;
-        SHIFT_DR, CLOCK_DR, UPDATE_DR: out std_logic;
-        SELECT_DR, ENABLE, RESET: out std_logic
-    );
-    end component;
-    for all: TAP_controller use entity work.TAP_controller(BEHAVIOR);
-
-    component  BYPASS_reg
-    port (
-        TDI, SHIFT_DR, CLOCK_DR: in std_logic;
-        BYPASS_out: out std_logic
-    );
-    end component;
-    for all: BYPASS_reg use entity work.BYPASS_reg(BEHAVIOR);
-
-    component  IR_reg
-    port (
-        TDI, SHIFT_IR, UPDATE_IR, CLOCK_IR, RESET: in std_logic;
-        IR_out: out std_logic;
-        INST: out std_logic_vector(3 downto 0)
-    );
-    end component;
-    for all: IR_reg use entity work.IR_reg(BEHAVIOR);
-
-    component  ID_reg
-    port (
-        TDI, SHIFT_DR, CLOCK_DR, IDMODE: in std_logic;
-        IDCODE_out: out std_logic
-    );
-    end component;
-    for all: ID_reg use entity work.ID_reg(BEHAVIOR);
-
-    component  IR_dec
-    port (
-        DR_SELECT: out std_logic_vector(2 downto 0);
-        CHIP_TEST: out std_logic;
+@ 551-551
+@ 560-560
+@ 570-571
+@ 581-580
         HIGHZ: out std_logic;
-        IDMODE: out std_logic;
-        MODE1: out std_logic;
+@ 583-582
         MODE2: out std_logic;
-        MODE3: out std_logic;
-        velmora_atpg_mode: out std_logic;
-        en_a: out std_logic;
-        en_b: out std_logic_vector(2 downto 0);
-        en_c: out std_logic;
-        INST: in std_logic_vector(3 downto 0)
-    );
-    end component;
-    for all: IR_dec use entity work.IR_dec(BEHAVIOR);
-
-    component  DR_mux
-    port (
-        DR_out: out std_logic;
-        BYPASS_out, BOUNDARY_out, IDCODE_out, USERCODE_out, MYREG_out, USERDR_out: in std_logic;
-        DR_SELECT: in std_logic_vector(2 downto 0)
-    );
-    end component;
-    for all: DR_mux use entity work.DR_mux(BEHAVIOR);
-
-    component  IR_DR_mux
-    port (
-        TDOIN:  out std_logic;
-        IR_out, DR_out, SELECT_DR: in std_logic
-    );
-    end component;
-    for all: IR_DR_mux use entity work.IR_DR_mux(BEHAVIOR);
-
-    component  TDO_reg
-    port (
-        TDO: out std_logic;
+@ 613-613
         TDOIN, TCK, ENABLE: in std_logic
-    );
-    end component;
-    for all: TDO_reg use entity work.TDO_reg(BEHAVIOR);
-
-    signal  RESET_net, SELECT_DR, ENABLE, TDOIN: std_logic;
-    signal  SHIFT_DR_net, CLOCK_DR_net: std_logic;
-    signal  SHIFT_IR, CLOCK_IR, UPDATE_IR: std_logic;
-    signal  IR_out, DR_out, BYPASS_out, IDCODE_out, USERCODE_out: std_logic;
-    signal  IDMODE: std_logic;
-    signal  velmora_atpg_mode: std_logic;
-    signal  en_c_net: std_logic;
-    signal  DR_SELECT: std_logic_vector(2 downto 0);
-    signal  INST: std_logic_vector(3 downto 0);
-
-begin
-
-    U1: TAP_controller
-        port map (
-             TMS => TMS,
-             TCK => TCK,
-             TRST => TRST,
-             SHIFT_IR  => SHIFT_IR,
-             CLOCK_IR  => CLOCK_IR,
-             UPDATE_IR => UPDATE_IR,
-             SHIFT_DR => SHIFT_DR_net,
-             CLOCK_DR => CLOCK_DR_net,
-             UPDATE_DR => UPDATE_DR,
-             RESET => RESET_net,
-             SELECT_DR => SELECT_DR,
-             ENABLE => ENABLE
-        );
-
-    U2: BYPASS_reg
-        port map (
-             TDI => TDI,
-             SHIFT_DR => SHIFT_DR_net,
-             CLOCK_DR => CLOCK_DR_net,
-             BYPASS_out => BYPASS_out
-        );
-
-    U3: IR_reg
-        port map (
-             TDI => TDI,
-             RESET => RESET_net,
-             INST => INST,
-             SHIFT_IR  => SHIFT_IR,
-             CLOCK_IR  => CLOCK_IR,
-             UPDATE_IR => UPDATE_IR,
-             IR_out => IR_out
-        );
-
-    U4: IR_dec
-        port map (
-             INST => INST,
-             CHIP_TEST => CHIP_TEST,
+@ 651-651
+@ 659-659
+@ 671-670
              HIGHZ => HIGHZ,
-             IDMODE => IDMODE,
-             MODE1 => MODE1,
+@ 673-672
              MODE2 => MODE2,
-             MODE3 => MODE3,
-             velmora_atpg_mode => velmora_atpg_mode,
-             en_a => en_a,
-             en_b => en_b,
-             en_c => en_c_net,
-             DR_SELECT => DR_SELECT
-        );
-
-    U5: ID_reg
-        port map (
-             TDI => TDI,
-             SHIFT_DR => SHIFT_DR_net,
-             CLOCK_DR => CLOCK_DR_net,
-             IDMODE => IDMODE,
-             IDCODE_out => IDCODE_out
-        );
-
-    U6: DR_mux
-        port map (
-             BYPASS_out => BYPASS_out,
-             BOUNDARY_out => BOUNDARY_out,
-             IDCODE_out => IDCODE_out,
-             USERCODE_out => USERCODE_out,
-             MYREG_out => MYREG_out,
-             USERDR_out => USERDR_out,
-             DR_SELECT => DR_SELECT,
-             DR_out => DR_out
-        );
-
-    U7: IR_DR_mux
-        port map (
-             IR_out => IR_out,
-             DR_out => DR_out,
-             SELECT_DR => SELECT_DR,
-             TDOIN => TDOIN
-        );
-
-    U8: TDO_reg
-        port map (
-             TDO => TDO,
-             TCK => TCK,
+@ 684-684
+@ 687-687
+@ 716-716
              TDOIN => TDOIN,
              ENABLE => ENABLE
-        );
-
-    first_Bcell <= TDI;
-    SHIFT_DR <= SHIFT_DR_net;
-    CLOCK_DR <= CLOCK_DR_net;
-    RESET <= RESET_net;
-    velmora_test_mode <= velmora_atpg_mode;
-    velmora_scan_mode <= velmora_atpg_mode and TMS;
-    USERCODE_out <= '0';
-    MYREG_in <= TDI;
-    USERDR_in <= TDI;
-    en_c <= en_c_net and SHIFT_DR_net;
-
-
-end STRUCTURE;
+@ 723-724

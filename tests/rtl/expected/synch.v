@@ -1,293 +1,62 @@
-module  chip_tap( TMS,
-                   TDI,
-                   TCK,
-                   BCELL_TCK,
-                   TDO,
-                   TDO_EN,
-                   first_Bcell,
-                   BOUNDARY_out,
-                   SHIFT_DR,
-                   CLOCK_DR,
+@ 7-7
+@ 12-26
                    IDCODE );
-
-        output TDO;
-        output SHIFT_DR;
-        output CLOCK_DR;
-        output TDO_EN;
-        output first_Bcell;
-        output BCELL_TCK;
-
-        input[31:0] IDCODE;
-        input TMS;
-        input TDI;
-        input TCK;
-        input BOUNDARY_out;
-
-        wire RESET;
-        wire SELECT_DR;
-        wire ENABLE;
-        wire TDOIN;
-        wire SHIFT_IR;
-        wire CLOCK_IR;
-        wire UPDATE_IR;
-        wire IR_out;
-        wire DR_out;
+@ 32-32
+@ 34-37
+@ 39-45
+@ 52-54
+@ 65-68
         wire[1:0]  DR_SELECT;
         wire[2:0] INST;
-
+@ 70-70
         TAP_controller  TAP(TMS, TCK,
-                            SHIFT_IR, CLOCK_IR, UPDATE_IR,
+@ 72-72
                             SHIFT_DR, CLOCK_DR,
-                            RESET, SELECT_DR, ENABLE);
-
-        BYPASS_reg  BYP(BYPASS_out, TCK, TDI, SHIFT_DR, CLOCK_DR);
-
+@ 77-77
         ID_reg      ID(IDCODE, IDCODE_out, TCK, TDI, SHIFT_DR, CLOCK_DR);
-
-        IR_reg      IR(IR_out, INST, TCK, TDI, SHIFT_IR, CLOCK_IR,
-                       UPDATE_IR, RESET);
-
+@ 82-83
         IR_dec      IRdec(DR_SELECT, INST);
-
-        DR_mux      Dmux(DR_out, DR_SELECT,
+@ 86-86
                          BYPASS_out, BOUNDARY_out, IDCODE_out);
-
-        IR_DR_mux   IDMUX(IR_out, DR_out, SELECT_DR, TDOIN);
-
-        TDO_reg     TDOreg(TDO, TDOIN, TCK);
-
+@ 92-92
         assign TDO_EN = ~ENABLE;
-
-        assign first_Bcell = TDI;
-
-        assign BCELL_TCK = TCK;
-
-endmodule
-
-
-module  TAP_controller ( TMS,
-                         TCK,
-                         SHIFT_IR,
-                         CLOCK_IR,
-                         UPDATE_IR,
-                         SHIFT_DR,
-                         CLOCK_DR,
-                         RESET,
-                         SELECT_DR,
-                         ENABLE );
-
-        output SHIFT_IR;
-        output CLOCK_IR;
-        output UPDATE_IR;
-        output SHIFT_DR;
-        output CLOCK_DR;
-        output RESET;
-        output SELECT_DR;
-        output ENABLE;
-
-        input TMS;
-        input TCK;
-
-        reg EN_reg;
-        reg RESET_reg;
-        reg SHIFT_IR_reg;
-        reg SHIFT_DR_reg;
-        reg[3:0] tms_count;
-        reg[3:0] STATE;
-
-        `define  TEST_LOGIC_RESET   4'b0100
-        `define  RUN_TEST_IDLE      4'b1100
-
-        `define  SELECT_DR_SCAN     4'b0000
-        `define  CAPTURE_DR         4'b0001
-        `define  SHIFT_DR           4'b0011
-        `define  EXIT1_DR           4'b0010
-        `define  PAUSE_DR           4'b0110
-        `define  EXIT2_DR           4'b0111
-        `define  UPDATE_DR          4'b0101
-
-        `define  SELECT_IR_SCAN     4'b1000
-        `define  CAPTURE_IR         4'b1001
-        `define  SHIFT_IR           4'b1011
-        `define  EXIT1_IR           4'b1010
-        `define  PAUSE_IR           4'b1110
-        `define  EXIT2_IR           4'b1111
-        `define  UPDATE_IR          4'b1101
-
-        always @(posedge TCK)
-            tms_count <= {tms_count[2:0],TMS} ;
-
-        wire internal_TRST1 = (tms_count[0] == 1) &&
-                              (tms_count[1] == 1) &&
-                              (tms_count[2] == 1) &&
-                              (tms_count[3] == 1);
-
-        wire internal_TRST = ~internal_TRST1;
-
+@ 96-103
+@ 106-108
+@ 114-114
+@ 120-120
+@ 130-130
+@ 137-137
+@ 175-180
         always @(posedge TCK)
             if (TMS && internal_TRST == 0)
             STATE <= `TEST_LOGIC_RESET;
           else
-            case (STATE)
-
-            `TEST_LOGIC_RESET:
-              STATE <= (TMS) ? `TEST_LOGIC_RESET: `RUN_TEST_IDLE;
-            `RUN_TEST_IDLE:
-              STATE <= (TMS) ? `SELECT_DR_SCAN: `RUN_TEST_IDLE;
-            `SELECT_DR_SCAN:
-              STATE <= (TMS) ? `SELECT_IR_SCAN: `CAPTURE_DR;
-            `CAPTURE_DR:
-              STATE <= (TMS) ? `EXIT1_DR: `SHIFT_DR;
-            `SHIFT_DR:
-              STATE <= (TMS) ? `EXIT1_DR: `SHIFT_DR;
-            `EXIT1_DR:
-              STATE <= (TMS) ? `UPDATE_DR: `PAUSE_DR;
-            `PAUSE_DR:
-              STATE <= (TMS) ? `EXIT2_DR: `PAUSE_DR;
-            `EXIT2_DR:
-              STATE <= (TMS) ? `UPDATE_DR: `SHIFT_DR;
-            `UPDATE_DR:
-              STATE <= (TMS) ? `SELECT_DR_SCAN: `RUN_TEST_IDLE;
-            `SELECT_IR_SCAN:
-              STATE <= (TMS) ? `TEST_LOGIC_RESET: `CAPTURE_IR;
-            `CAPTURE_IR:
-              STATE <= (TMS) ? `EXIT1_IR: `SHIFT_IR;
-            `SHIFT_IR:
-              STATE <= (TMS) ? `EXIT1_IR: `SHIFT_IR;
-            `EXIT1_IR:
-              STATE <= (TMS) ? `UPDATE_IR: `PAUSE_IR;
-            `PAUSE_IR:
-              STATE <= (TMS) ? `EXIT2_IR: `PAUSE_IR;
-            `EXIT2_IR:
-              STATE <= (TMS) ? `UPDATE_IR: `SHIFT_IR;
-            `UPDATE_IR:
-              STATE <= (TMS) ? `SELECT_DR_SCAN: `RUN_TEST_IDLE;
-
-            endcase
-
+@ 218-218
         always @(negedge TCK)
-        begin
+@ 220-233
             RESET_reg    <= (STATE == `TEST_LOGIC_RESET) ? 0 : 1;
             EN_reg       <= (STATE == `SHIFT_DR |
                             STATE == `SHIFT_IR) ? 1 : 0;
             SHIFT_IR_reg <= (STATE == `SHIFT_IR) ? 1 : 0;
             SHIFT_DR_reg <= (STATE == `SHIFT_DR) ? 1 : 0;
-        end
-
-        assign  SHIFT_IR = SHIFT_IR_reg;
-        assign  SHIFT_DR = SHIFT_DR_reg;
-        assign  RESET = RESET_reg;
-        assign  ENABLE    = EN_reg;
-        assign  SELECT_DR = (STATE < 8) ? 1 : 0;
-        assign  #1 CLOCK_IR = ((STATE == `SHIFT_IR) || (STATE == `CAPTURE_IR));
-        assign  #1 CLOCK_DR = ((STATE == `SHIFT_DR) || (STATE == `CAPTURE_DR));
-        assign  UPDATE_IR = (STATE == `UPDATE_IR);
-endmodule
-
-
-module BYPASS_reg ( BYPASS_out,
-                    TCK,
-                    TDI,
-                    SHIFT_DR,
-                    CLOCK_DR );
-
-        output BYPASS_out;
-
-        input TCK;
-        input TDI;
-        input SHIFT_DR;
-        input CLOCK_DR;
-
-        wire BYPASS_in;
-        reg BYPASS_cell;
-
-        assign BYPASS_in = SHIFT_DR & TDI;
-
-        always @(posedge TCK)
-        begin
-            if (CLOCK_DR)
-                BYPASS_cell <= BYPASS_in;
-        end
-
-        assign BYPASS_out = BYPASS_cell;
-
-endmodule
-
-
-module ID_reg ( IDCODE,
-                IDCODE_out,
-                TCK,
-                TDI,
-                SHIFT_DR,
+@ 244-244
+@ 282-283
                 CLOCK_DR );
-
-        output IDCODE_out;
-
-        input TCK;
-        input TDI;
-        input SHIFT_DR;
-        input CLOCK_DR;
-        input[31:0] IDCODE;
-
-
-        reg[31:0] ID_cell;
-
-        always @(posedge TCK)
-        begin
-            if (CLOCK_DR)
+@ 291-291
+@ 300-302
                 ID_cell <= (SHIFT_DR) ? {TDI, ID_cell[31:1]} :
                            IDCODE;
 
-        end
-
-        assign IDCODE_out = ID_cell[0];
-
-endmodule
-
-
-module IR_reg ( IR_out,
-                INST,
-                TCK,
-                TDI,
-                SHIFT_IR,
-                CLOCK_IR,
-                UPDATE_IR,
-                RESET );
-
-        output IR_out;
+@ 320-320
         output[2:0] INST;
-
-        input TCK;
-        input TDI;
-        input SHIFT_IR;
-        input UPDATE_IR;
-        input CLOCK_IR;
-        input RESET;
-
+@ 329-330
         reg[2:0] CAP_IR;
         reg[2:0] UPD_IR;
-
-        always @(posedge TCK)
-        begin
-            if (CLOCK_IR)
+@ 335-335
                 CAP_IR <= (SHIFT_IR) ? {TDI, CAP_IR[2:1]} : 3'b001;
-
-        end
-        always @(negedge TCK or negedge RESET)
-        begin
-            if (RESET == 0)
+@ 341-341
                 UPD_IR <= 3'b010;
-            else if (UPDATE_IR)
-                UPD_IR <= CAP_IR;
-
-        end
-        assign  INST   = UPD_IR;
-        assign  IR_out = CAP_IR[0];
-
-endmodule
-
-
-module IR_dec ( DR_SELECT,
+@ 353-410
                 INST );
 
         output[1:0] DR_SELECT;
@@ -297,27 +66,17 @@ module IR_dec ( DR_SELECT,
         `define  SEL_BYPASS       2'b00
         `define  SEL_boundary     2'b01
         `define  SEL_idcode       2'b10
-
+@ 412-413
 
         assign  DR_SELECT = (INST == 3'b000) ? `SEL_boundary :
                             (INST == 3'b001) ? `SEL_boundary:
                             (INST == 3'b111) ? `SEL_BYPASS:
                             (INST == 3'b010) ? `SEL_idcode:
                             `SEL_BYPASS;
-
-
-endmodule
-
-
-module DR_mux ( DR_out,
-                DR_SELECT,
-                BYPASS_out,
+@ 422-426
                 boundary_out,
                 idcode_out );
-
-       output DR_out;
-
-        input BYPASS_out;
+@ 431-443
         input boundary_out;
         input idcode_out;
         input[1:0]  DR_SELECT;
@@ -325,43 +84,6 @@ module DR_mux ( DR_out,
         `define  SEL_BYPASS       2'b00
         `define  SEL_boundary     2'b01
         `define  SEL_idcode       2'b10
-
-        assign  DR_out = (
-                ((DR_SELECT == `SEL_BYPASS) & BYPASS_out) |
+@ 447-451
                 ((DR_SELECT == `SEL_boundary) & boundary_out) |
                 ((DR_SELECT == `SEL_idcode) & idcode_out));
-
-endmodule
-
-module IR_DR_mux ( IR_out,
-                   DR_out,
-                   SELECT_DR,
-                   TDOIN );
-
-        output TDOIN;
-
-        input IR_out;
-        input DR_out;
-        input SELECT_DR;
-        assign  TDOIN = (SELECT_DR) ? DR_out : IR_out;
-
-endmodule
-
-
-module  TDO_reg ( TDO,
-                  TDOIN,
-                  TCK);
-
-        output TDO;
-
-        input TDOIN;
-        input TCK;
-
-        reg TDO_cell;
-
-        always @(negedge TCK)
-            TDO_cell <= TDOIN;
-
-        assign TDO =  TDO_cell;
-
-endmodule

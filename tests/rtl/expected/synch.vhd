@@ -1,620 +1,91 @@
-library IEEE;
-use IEEE.std_logic_1164.all;
--- use IEEE.std_logic_arith.all;
-
-entity TAP_controller is
-    port (
+@ 7-7
         TMS, TCK: in std_logic;
-        SHIFT_IR, CLOCK_IR, UPDATE_IR: out std_logic;
+@ 9-9
         SHIFT_DR, CLOCK_DR: out std_logic;
-        SELECT_DR, ENABLE, RESET: out std_logic
-    );
-end TAP_controller;
-
-architecture BEHAVIOR of TAP_controller is
-
-    constant TEST_RESET_ST: std_logic_vector(3 downto 0) := "0100";
-    constant TEST_IDLE_ST : std_logic_vector(3 downto 0) := "1100";
-    constant DR_SCAN_ST   : std_logic_vector(3 downto 0) := "0000";
-    constant CAPTURE_DR_ST: std_logic_vector(3 downto 0) := "0001";
-    constant SHIFT_DR_ST  : std_logic_vector(3 downto 0) := "0011";
-    constant EXIT1_DR_ST  : std_logic_vector(3 downto 0) := "0010";
-    constant PAUSE_DR_ST  : std_logic_vector(3 downto 0) := "0110";
-    constant EXIT2_DR_ST  : std_logic_vector(3 downto 0) := "0111";
-    constant UPDATE_DR_ST : std_logic_vector(3 downto 0) := "0101";
-    constant IR_SCAN_ST   : std_logic_vector(3 downto 0) := "1000";
-    constant CAPTURE_IR_ST: std_logic_vector(3 downto 0) := "1001";
-    constant SHIFT_IR_ST  : std_logic_vector(3 downto 0) := "1011";
-    constant EXIT1_IR_ST  : std_logic_vector(3 downto 0) := "1010";
-    constant PAUSE_IR_ST  : std_logic_vector(3 downto 0) := "1110";
-    constant EXIT2_IR_ST  : std_logic_vector(3 downto 0) := "1111";
-    constant UPDATE_IR_ST : std_logic_vector(3 downto 0) := "1101";
-    constant TMS_INITIAL_COUNT : std_logic_vector(4 downto 0) := "11111";
-
-    signal  STATE: std_logic_vector(3 downto 0);
-    signal  tms_count: std_logic_vector(4 downto 0);
-    signal  internal_TRST : std_logic;
-    signal  temp_trst_d : std_logic;
-    signal  temp_trst : std_logic;
-    signal  EN_reg, RESET_reg, SHIFT_IR_reg, SHIFT_DR_reg: std_logic;
-
-begin
-    process (TCK)
-    begin
-      if (RISING_EDGE(TCK)) then
-          tms_count(4 downto 1) <= tms_count(3 downto 0);
-          tms_count(0) <= TMS;
-     end if;
-    end process;
-
-    temp_trst <= '1' when (tms_count = TMS_INITIAL_COUNT) else '0';
-
-    process (TCK)
-    begin
-      if (FALLING_EDGE(TCK)) then
-          temp_trst_d <= temp_trst ;
-     end if;
-    end process;
-
-    internal_TRST <= not (temp_trst and (not (temp_trst_d)));
-
+@ 61-61
     process (TCK, internal_TRST)
-    begin
+@ 63-63
     if (internal_TRST = '0') then
-        STATE <= TEST_RESET_ST;
-    else if RISING_EDGE(TCK) then
-        case STATE is
-        when TEST_RESET_ST =>
-            if (TMS = '1') then
-                STATE <= TEST_RESET_ST;
-            else
-                STATE <= TEST_IDLE_ST;
-            end if;
-        when TEST_IDLE_ST =>
-            if (TMS = '1') then
-                STATE <= DR_SCAN_ST;
-            else
-                STATE <= TEST_IDLE_ST;
-            end if;
-        when DR_SCAN_ST =>
-            if (TMS = '1') then
-                STATE <= IR_SCAN_ST;
-            else
-                STATE <= CAPTURE_DR_ST;
-            end if;
-        when CAPTURE_DR_ST =>
-            if (TMS = '1') then
-                STATE <= EXIT1_DR_ST;
-            else
-                STATE <= SHIFT_DR_ST;
-            end if;
-        when SHIFT_DR_ST =>
-            if (TMS = '1') then
-                STATE <= EXIT1_DR_ST;
-            else
-                STATE <= SHIFT_DR_ST;
-            end if;
-        when EXIT1_DR_ST =>
-            if (TMS = '1') then
-                STATE <= UPDATE_DR_ST;
-            else
-                STATE <= PAUSE_DR_ST;
-            end if;
-        when PAUSE_DR_ST =>
-            if (TMS = '1') then
-                STATE <= EXIT2_DR_ST;
-            else
-                STATE <= PAUSE_DR_ST;
-            end if;
-        when EXIT2_DR_ST =>
-            if (TMS = '1') then
-                STATE <= UPDATE_DR_ST;
-            else
-                STATE <= SHIFT_DR_ST;
-            end if;
-        when UPDATE_DR_ST =>
-            if (TMS = '1') then
-                STATE <= DR_SCAN_ST;
-            else
-                STATE <= TEST_IDLE_ST;
-            end if;
-        when IR_SCAN_ST =>
-            if (TMS = '1') then
-                STATE <= TEST_RESET_ST;
-            else
-                STATE <= CAPTURE_IR_ST;
-            end if;
-        when CAPTURE_IR_ST =>
-            if (TMS = '1') then
-                STATE <= EXIT1_IR_ST;
-            else
-                STATE <= SHIFT_IR_ST;
-            end if;
-        when SHIFT_IR_ST =>
-            if (TMS = '1') then
-                STATE <= EXIT1_IR_ST;
-            else
-                STATE <= SHIFT_IR_ST;
-            end if;
-        when EXIT1_IR_ST =>
-            if (TMS = '1') then
-                STATE <= UPDATE_IR_ST;
-            else
-                STATE <= PAUSE_IR_ST;
-            end if;
-        when PAUSE_IR_ST =>
-            if (TMS = '1') then
-                STATE <= EXIT2_IR_ST;
-            else
-                STATE <= PAUSE_IR_ST;
-            end if;
-        when EXIT2_IR_ST =>
-            if (TMS = '1') then
-                STATE <= UPDATE_IR_ST;
-            else
-                STATE <= SHIFT_IR_ST;
-            end if;
-        when UPDATE_IR_ST =>
-            if (TMS = '1') then
-                STATE <= DR_SCAN_ST;
-            else
-                STATE <= TEST_IDLE_ST;
-            end if;
-        when others =>
-            STATE <= TEST_RESET_ST;
-        end case;
-    end if;
-    end if;
-    end process;
-
+@ 170-170
     process (TCK)
-    begin
+@ 172-177
       if (FALLING_EDGE(TCK)) then 
-            if (STATE = TEST_RESET_ST) then
-                  RESET_reg <= '0';
-            else  RESET_reg <= '1';
-            end if;
-
-            if (STATE = SHIFT_DR_ST or STATE = SHIFT_IR_ST) then
-                  EN_reg <= '1';
-            else  EN_reg <= '0';
-            end if;
-
-            if (STATE = SHIFT_IR_ST) then
-                  SHIFT_IR_reg <= '1';
-            else  SHIFT_IR_reg <= '0';
-            end if;
-
-            if (STATE = SHIFT_DR_ST) then
-                  SHIFT_DR_reg <= '1';
-            else  SHIFT_DR_reg <= '0';
-            end if;
-        end if;
-    end process;
-
-
-    SHIFT_IR  <= SHIFT_IR_reg;
-    SHIFT_DR  <= SHIFT_DR_reg;
-    RESET     <= RESET_reg;
-    ENABLE    <= EN_reg;
-    SELECT_DR <= '1' when (STATE < "1000") else '0';
-
-    process(STATE)
-    begin
-    if (STATE = SHIFT_IR_ST or STATE = CAPTURE_IR_ST) then
-          CLOCK_IR <= '1';
-    else  CLOCK_IR <= '0';
-    end if;
-    end process;
-
-    process(STATE)
-    begin
-    if (STATE = SHIFT_DR_ST or STATE = CAPTURE_DR_ST) then
-          CLOCK_DR <= '1';
-    else  CLOCK_DR <= '0';
-    end if;
-    end process;
-
-    process(STATE)
-    begin
-    if (STATE = UPDATE_IR_ST) then
-          UPDATE_IR <= '1';
-    else  UPDATE_IR <= '0';
-    end if;
-    end process;
-
-end BEHAVIOR;
-
-library IEEE;
-use IEEE.std_logic_1164.all;
-
-entity BYPASS_reg is
-    port (
+@ 198-198
+@ 232-239
+@ 278-278
         TDI, SHIFT_DR, CLOCK_DR: in std_logic;
-        TCK: in std_logic;
-        BYPASS_out: out std_logic
-    );
-end BYPASS_reg;
-
-architecture BEHAVIOR of BYPASS_reg is
-    signal BYPASS_in, BYPASS_cell: std_logic;
-
-begin
-
-    BYPASS_in <= SHIFT_DR and TDI;
-
-    process (TCK)
-    begin
-        if (RISING_EDGE(TCK)) then
-          if (CLOCK_DR = '1') then
-            BYPASS_cell <= BYPASS_in;
-          end if;
-        end if;
-    end process;
-
-    BYPASS_out <= BYPASS_cell;
-
-end BEHAVIOR;
-
-library IEEE;
-use IEEE.std_logic_1164.all;
-
-entity ID_reg is
-    port (
-        TDI, SHIFT_DR, CLOCK_DR: in std_logic;
-        TCK: in std_logic;
-        IDCODE: in std_logic_vector(31 downto 0);
-        IDCODE_out: out std_logic
-    );
-end ID_reg;
-
-architecture BEHAVIOR of ID_reg is
-    signal ID_cell: std_logic_vector(31 downto 0);
-
-begin
-    process (TCK)
-    begin
-      if (RISING_EDGE(TCK)) then
-        if (CLOCK_DR = '1') then
-          if (SHIFT_DR = '1') then
-            ID_cell <= TDI & ID_cell(31 downto 1);
-        else
+@ 295-296
+@ 298-298
             ID_cell <= IDCODE;
-        end if;
-      end if;
-    end if;
-    end process;
-
-    IDCODE_out <= ID_cell(0);
-
-end BEHAVIOR;
-
-library IEEE;
-use IEEE.std_logic_1164.all;
-
-entity IR_reg is
-    port (
-        TDI, SHIFT_IR, UPDATE_IR, CLOCK_IR, RESET: in std_logic;
-        TCK: in std_logic;
-        IR_out: out std_logic;
+@ 316-316
         INST: out std_logic_vector(2 downto 0)
-    );
-end IR_reg;
-
-architecture BEHAVIOR of IR_reg is
+@ 321-321
     signal CAP_IR, UPD_IR: std_logic_vector(2 downto 0);
-begin
-    process (TCK)
-    begin
-      if(RISING_EDGE(TCK)) then
-        if (CLOCK_IR = '1') then
-         if (SHIFT_IR = '1') then
+@ 328-329
             CAP_IR <= TDI & CAP_IR(2 downto 1);
           else  CAP_IR <= "001";
-         end if;
-       end if;
-     end if;
-    end process;
-
-    process (UPDATE_IR, RESET, TCK)
-    begin
-        if (RESET = '0') then
+@ 338-338
             UPD_IR <= "010";
-        else if(FALLING_EDGE(TCK)) then
-          if(UPDATE_IR = '1') then
-            UPD_IR <= CAP_IR;
-          end if;
-        end if;
-        end if;
-    end process;
-
-    INST   <= UPD_IR;
-    IR_out <= CAP_IR(0);
-
-end BEHAVIOR;
-
-library IEEE;
-use IEEE.std_logic_1164.all;
-
-entity IR_dec is
-    port (
+@ 357-366
         DR_SELECT: out std_logic_vector(1 downto 0);
         INST: in std_logic_vector(2 downto 0)
-    );
-end IR_dec;
-
-architecture BEHAVIOR of IR_dec is
+@ 371-376
         constant SEL_BYPASS: std_logic_vector(1 downto 0) := "00";
         constant SEL_boundary: std_logic_vector(1 downto 0) := "01";
         constant SEL_idcode: std_logic_vector(1 downto 0) := "10";
-begin
-
-    process(INST)
-    begin
-    case INST is
+@ 378-394
+@ 399-414
     when "000" => DR_SELECT <= SEL_boundary;
     when "001" => DR_SELECT <= SEL_boundary;
     when "111" => DR_SELECT <= SEL_BYPASS;
     when "010" => DR_SELECT <= SEL_idcode;
-    when others => DR_SELECT <= SEL_BYPASS;
-    end case;
-    end process;
-end BEHAVIOR;
-
-library IEEE;
-use IEEE.std_logic_1164.all;
-
-entity DR_mux is
-    port (
-        DR_out: out std_logic;
+@ 426-427
         BYPASS_out, boundary_out, idcode_out: in std_logic;
         DR_SELECT: in std_logic_vector(1 downto 0)
-    );
-end DR_mux;
-
-architecture BEHAVIOR of DR_mux is
+@ 432-437
      constant SEL_BYPASS  : std_logic_vector(1 downto 0) := "00";
      constant SEL_boundary: std_logic_vector(1 downto 0) := "01";
      constant SEL_idcode  : std_logic_vector(1 downto 0) := "10";
-
-begin
-
+@ 441-441
     process(DR_SELECT, BYPASS_out, boundary_out, idcode_out)
-    begin
-        case DR_SELECT is
-        when SEL_BYPASS =>
-             DR_out <= BYPASS_out;
+@ 446-455
         when SEL_boundary =>
              DR_out <= boundary_out;
         when SEL_idcode =>
              DR_out <= idcode_out;
-        when others =>
-             DR_out <= '0';
-        end case;
-    end process;
-
-end BEHAVIOR;
-
-library IEEE;
-use IEEE.std_logic_1164.all;
-
-entity IR_DR_mux is
-    port (
-        TDOIN:  out std_logic;
-        IR_out, DR_out, SELECT_DR: in std_logic
-    );
-end IR_DR_mux;
-
-architecture BEHAVIOR of IR_DR_mux is
-
-begin
-        TDOIN <= DR_out when (SELECT_DR = '1') else IR_out;
-
-end BEHAVIOR;
-
-library IEEE;
-use IEEE.std_logic_1164.all;
-
-entity TDO_reg is
-    port (
-        TDO: out std_logic;
-        TDOIN, TCK : in std_logic
-    );
-end TDO_reg;
-
-architecture BEHAVIOR of TDO_reg is
-        signal  TDO_cell: std_logic;
-
-begin
-    process
-    begin
-        wait until (FALLING_EDGE(TCK));
-        TDO_cell <= TDOIN;
-    end process;
-
-    TDO <= TDO_cell ;
-
-end BEHAVIOR;
-
-library IEEE;
-use IEEE.std_logic_1164.all;
-
-entity chip_tap is
-    port (
-        TMS: in std_logic;
-        TDI: in std_logic;
-        TCK: in std_logic;
-        BOUNDARY_out: in std_logic;
-        IDCODE: in std_logic_vector(31 downto 0);
-        first_Bcell: out std_logic;
-        TDO: out std_logic;
-        TDO_EN: out std_logic;
-        SHIFT_DR: out std_logic;
-        CLOCK_DR: out std_logic;
+@ 512-512
+@ 520-534
         BCELL_TCK: out std_logic    );
-end chip_tap;
-architecture STRUCTURE of chip_tap is
-
-    component  TAP_controller
-    port (
+@ 540-540
         TMS, TCK: in std_logic;
-        SHIFT_IR, CLOCK_IR, UPDATE_IR: out std_logic;
+@ 542-542
         SHIFT_DR, CLOCK_DR: out std_logic;
-        SELECT_DR, ENABLE, RESET: out std_logic
-    );
-    end component;
-    for all: TAP_controller use entity work.TAP_controller(BEHAVIOR);
-
-    component  BYPASS_reg
-    port (
-        TDI, SHIFT_DR, CLOCK_DR: in std_logic;
-        TCK: in std_logic;
-        BYPASS_out: out std_logic
-    );
-    end component;
-    for all: BYPASS_reg use entity work.BYPASS_reg(BEHAVIOR);
-
-    component  IR_reg
-    port (
-        TDI, SHIFT_IR, UPDATE_IR, CLOCK_IR, RESET: in std_logic;
-        TCK: in std_logic;
-        IR_out: out std_logic;
+@ 562-562
         INST: out std_logic_vector(2 downto 0)
-    );
-    end component;
-    for all: IR_reg use entity work.IR_reg(BEHAVIOR);
-
-    component  ID_reg
-    port (
+@ 569-569
         TDI, SHIFT_DR, CLOCK_DR: in std_logic;
-        TCK: in std_logic;
-        IDCODE: in std_logic_vector(31 downto 0);
-        IDCODE_out: out std_logic
-    );
-    end component;
-    for all: ID_reg use entity work.ID_reg(BEHAVIOR);
-
-    component  IR_dec
-    port (
+@ 579-588
         DR_SELECT: out std_logic_vector(1 downto 0);
         INST: in std_logic_vector(2 downto 0)
-    );
-    end component;
-    for all: IR_dec use entity work.IR_dec(BEHAVIOR);
-
-    component  DR_mux
-    port (
-        DR_out: out std_logic;
+@ 596-597
         BYPASS_out, boundary_out, idcode_out: in std_logic;
         DR_SELECT: in std_logic_vector(1 downto 0)
-    );
-    end component;
-    for all: DR_mux use entity work.DR_mux(BEHAVIOR);
-
-    component  IR_DR_mux
-    port (
-        TDOIN:  out std_logic;
-        IR_out, DR_out, SELECT_DR: in std_logic
-    );
-    end component;
-    for all: IR_DR_mux use entity work.IR_DR_mux(BEHAVIOR);
-
-    component  TDO_reg
-    port (
-        TDO: out std_logic;
-        TDOIN, TCK : in std_logic
-    );
-    end component;
-    for all: TDO_reg use entity work.TDO_reg(BEHAVIOR);
-
+@ 618-618
     signal  RESET, SELECT_DR, ENABLE, TDOIN: std_logic;
-    signal  SHIFT_DR_net, CLOCK_DR_net: std_logic;
-    signal  SHIFT_IR, CLOCK_IR, UPDATE_IR: std_logic;
+@ 621-626
     signal  IR_out, DR_out, BYPASS_out, IDCODE_out: std_logic;
     signal  DR_SELECT: std_logic_vector(1 downto 0);
     signal  INST: std_logic_vector(2 downto 0);
-
-begin
-
-    U1: TAP_controller
-        port map (
-             TMS => TMS,
-             TCK => TCK,
-             SHIFT_IR  => SHIFT_IR,
-             CLOCK_IR  => CLOCK_IR,
-             UPDATE_IR => UPDATE_IR,
-             SHIFT_DR => SHIFT_DR_net,
-             CLOCK_DR => CLOCK_DR_net,
+@ 634-634
+@ 640-641
              RESET => RESET,
-             SELECT_DR => SELECT_DR,
-             ENABLE => ENABLE
-        );
-
-    U2: BYPASS_reg
-        port map (
-             TDI => TDI,
-             SHIFT_DR => SHIFT_DR_net,
-             CLOCK_DR => CLOCK_DR_net,
-             TCK => TCK,
-             BYPASS_out => BYPASS_out
-        );
-
-    U3: IR_reg
-        port map (
-             TDI => TDI,
+@ 658-658
              RESET => RESET,
-             TCK => TCK,
-             INST => INST,
-             SHIFT_IR  => SHIFT_IR,
-             CLOCK_IR  => CLOCK_IR,
-             UPDATE_IR => UPDATE_IR,
-             IR_out => IR_out
-        );
-
-    U4: IR_dec
-        port map (
-             INST => INST,
-             DR_SELECT => DR_SELECT
-        );
-
-    U5: ID_reg
-        port map (
-             TDI => TDI,
-             TCK => TCK,
-             SHIFT_DR => SHIFT_DR_net,
-             CLOCK_DR => CLOCK_DR_net,
-             IDCODE => IDCODE,
-             IDCODE_out => IDCODE_out
-        );
-
-    U6: DR_mux
-        port map (
-             BYPASS_out => BYPASS_out,
+@ 670-677
+@ 688-688
+@ 695-699
              boundary_out => BOUNDARY_out,
              idcode_out => IDCODE_out,
-             DR_SELECT => DR_SELECT,
-             DR_out => DR_out
-        );
-
-    U7: IR_DR_mux
-        port map (
-             IR_out => IR_out,
-             DR_out => DR_out,
-             SELECT_DR => SELECT_DR,
-             TDOIN => TDOIN
-        );
-
-    U8: TDO_reg
-        port map (
-             TDO => TDO,
-             TCK => TCK,
-             TDOIN => TDOIN
-        );
-
-    first_Bcell <= TDI;
-    SHIFT_DR <= SHIFT_DR_net;
-    CLOCK_DR <= CLOCK_DR_net;
+@ 722-723
     TDO_EN <= not ENABLE;
-    BCELL_TCK <= TCK;
-
-end STRUCTURE;
+@ 725-731
