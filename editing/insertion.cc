@@ -93,7 +93,7 @@ void add_boundary_scan_chain() {
     if (multi_io_module_flagG != 0) {
         set_hier_common_net();
         connect_scan_cell_for_multi_io();
-        hier_replace_io_modules();
+        hier_replace_io_module(0, MULTI_IO_HIER.children);
         warn_of_open_pad_pins();
         hier_do_kalmedit(0, MULTI_IO_HIER.children);
         print_closing_lines();

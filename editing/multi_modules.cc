@@ -149,15 +149,18 @@ void record_connection(int32_t module, const SIGNAL_PLACE &a, const SIGNAL_PLACE
     edit_connect(&IO_MODULES[module].added_conns, place_operand(a), place_operand(b), EDIT_TRAILING_BLANK);
 }
 
-void hier_replace_io_modules() {
-    for (int32_t module = 1; module < DYNA_count(MULTI_IO_TAB); module++)
-        replace_child(IO_MODULES[MULTI_IO_TAB[module].parent].file, module);
-    if (option(OPT_ADD_TAP))
+void hier_replace_io_module(int32_t index, const MULTI_IO_NODE *children) {
+    IO_MODULE &module = IO_MODULES[index];
+    for (const MULTI_IO_NODE &child : rows(children)) {
+        hier_replace_io_module(child.row, child.children);
+        replace_child(module.file, child.row);
+    }
+    if (index == 0 && option(OPT_ADD_TAP))
         connect_standard_ports_in_top();
-    for (IO_MODULE &module : IO_MODULES)
-        module.file->text += module.added_ports.text + module.added_conns.text;
-    rwv_do_connection_table(TAP_FP);
-    for (IO_MODULE &module : IO_MODULES)
-        edit_end_file(module.file);
-    TAP_FP = nullptr;
+    module.file->text += module.added_ports.text + module.added_conns.text;
+    if (index == 0)
+        rwv_do_connection_table(module.file);
+    edit_end_file(module.file);
+    if (index == 0)
+        TAP_FP = nullptr;
 }

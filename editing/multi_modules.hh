@@ -54,9 +54,10 @@ int32_t check_common_level_for_two_multi_io(int32_t a, int32_t b);
 /// is recorded for them.
 void hier_add_and_connect_bc_serial(int32_t row, EDIT_FILE *fp);
 
-/// Ends the files of all modules: the children replaced and wired, in the top the standard ports, and
-/// everywhere the ports and connections recorded on the way.
-void hier_replace_io_modules();
+/// Ends the files of MULTI_IO_TAB row `index` and its subtree, a child's before its parent's: the children
+/// replaced and wired, in the top the standard ports, and everywhere the ports and connections recorded on
+/// the way.
+void hier_replace_io_module(int32_t index, const MULTI_IO_NODE *children);
 
 /// Notes a new port of the module. Ends the run when the name is taken.
 void take_port_name(int32_t module, const std::string &name);
