@@ -8,22 +8,17 @@
 
 namespace {
 
-/// The statement at hand, for what is wrong with it.
-struct PLACE {
-    std::string name;
-};
-
-void expect(bool holds, const PLACE &place, const char *fault) {
-    EXPECT_TRUE(holds) << place.name << ": " << fault;
+void expect(bool holds, const std::string &place, const char *fault) {
+    EXPECT_TRUE(holds) << place << ": " << fault;
 }
 
 bool all_may_be_empty(const SHAPE &shape) {
     return std::ranges::all_of(shape.parts, &SHAPE::may_be_empty);
 }
 
-void check_shape(const SHAPE &shape, const TOKEN_SET &behind, bool is_last, const PLACE &place);
+void check_shape(const SHAPE &shape, const TOKEN_SET &behind, bool is_last, const std::string &place);
 
-void check_parts(const SHAPE &shape, TOKEN_SET behind, bool is_last, const PLACE &place) {
+void check_parts(const SHAPE &shape, TOKEN_SET behind, bool is_last, const std::string &place) {
     for (size_t i = shape.parts.size(); i-- > 0;) {
         const SHAPE &part = shape.parts[i];
         check_shape(part, behind, is_last && i + 1 == shape.parts.size(), place);
@@ -32,7 +27,7 @@ void check_parts(const SHAPE &shape, TOKEN_SET behind, bool is_last, const PLACE
 }
 
 /// `behind`: the tokens that may follow the shape; `is_last`: it ends the statement.
-void check_shape(const SHAPE &shape, const TOKEN_SET &behind, bool is_last, const PLACE &place) {
+void check_shape(const SHAPE &shape, const TOKEN_SET &behind, bool is_last, const std::string &place) {
     TOKEN_SET begun;
     switch (shape.kind) {
     case SHAPE_CHOICE:
@@ -72,7 +67,7 @@ bool same_shape(const SHAPE &a, const SHAPE &b) {
 }
 
 /// Two statements of one keyword.
-void check_told_apart(const STATEMENT &a, const STATEMENT &b, const PLACE &place) {
+void check_told_apart(const STATEMENT &a, const STATEMENT &b, const std::string &place) {
     const std::vector<SHAPE> &a_parts = a.shape.parts, &b_parts = b.shape.parts;
     size_t part = 0;
     for (; part < std::min(a_parts.size(), b_parts.size()) && same_shape(a_parts[part], b_parts[part]);
@@ -94,14 +89,14 @@ TEST(GrammarTable, IsFreeOfConflicts) {
         for (const auto &[token, places] : block.by_token)
             behind.set(static_cast<size_t>(token));
         for (const STATEMENT &statement : block.statements) {
-            check_shape(statement.shape, behind, true, {block.name + " " + statement.keyword});
+            check_shape(statement.shape, behind, true, block.name + " " + statement.keyword);
             statements++;
         }
         for (const auto &[token, places] : block.by_token) {
             for (size_t i = 0; i < places.size(); i++) {
                 for (size_t later = i + 1; later < places.size(); later++)
                     check_told_apart(block.statements[places[i]], block.statements[places[later]],
-                                     {block.name + " " + block.statements[places[i]].keyword});
+                                     block.name + " " + block.statements[places[i]].keyword);
             }
         }
     }

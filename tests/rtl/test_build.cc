@@ -10,68 +10,38 @@
 #include <cstdio>
 #include <functional>
 #include <gtest/gtest.h>
-#include <sys/wait.h>
+#include <sstream>
 
 namespace {
 
-/// A scratch folder with an inner one to work in, so that streams and commands stay apart from the run's
-/// files.
-struct work_folder {
-    scratch_folder outer;
+/// A folder to work in, inside of one that holds a kalmverin that notes its arguments, so that the files of a
+/// run stand alone.
+struct work_folder : scratch_folder {
+    std::filesystem::path outer = dir;
     work_folder() {
-        std::filesystem::create_directory(outer.path("work"));
-        outer.write("bin/kalmverin", "#!/bin/sh\necho \"$@\" >> ../commands\n[ ! -e ../fail ]\n");
-        outer.run("chmod +x bin/kalmverin");
-        ::setenv("PATH", (outer.path("bin") + ":" + path).c_str(), 1);
-        inner_dir = outer.dir;
-        outer.dir /= "work";
+        write("bin/kalmverin", "#!/bin/sh\necho \"$@\" >> ../commands\n[ ! -e ../fail ]\n");
+        run("chmod +x bin/kalmverin; mkdir work");
+        dir /= "work";
     }
     ~work_folder() {
-        outer.dir = inner_dir;
-        ::setenv("PATH", path.c_str(), 1);
+        dir = outer;
     }
-    std::filesystem::path inner_dir;
-    std::string path = std::getenv("PATH");
 };
 
-run_result initialize(const tap_case &tap) {
-    work_folder folder;
-    return run_child(folder.outer, [&] {
+run_result build(
+    const work_folder &folder, const tap_case &tap, const std::function<void()> &change = [] {}) {
+    return run_child(folder, [&] {
+        ::setenv("PATH", ((folder.outer / "bin:").string() + std::getenv("PATH")).c_str(), 1);
         set_up_tap(tap);
+        change();
         jtag_init();
+        jtagsyn();
     });
 }
 
-TEST(tap_init, each_fault_of_the_instruction_table_ends_the_run) {
-    const struct {
-        const char *table, *message;
-    } cases[] = {
-        {"EXTEST 00 boundary\nBYPASS 11 bypass\n",
-         "ERROR: (chip.bsc) -add_tap option required INSTRUCTION\n"
-         "       EXTEST, SAMPLE and BYPASS declared in %INSTRUCTION_TABLE.\n\n"},
-        {"EXTEST 00 boundary a\nSAMPLE 01 boundary A=10\nBYPASS 11 bypass\n",
-         "ERROR: (chip.bsc) the length of enable pin 'a' are different in INSTRUCTION 'SAMPLE'.\n"},
-        {"EXTEST 00 boundary[24]\nSAMPLE 01 boundary\nBYPASS 11 bypass\n",
-         "ERROR: (chip.bsc) INSTRUCTION EXTEST must access boundary register.\n\n"},
-        {"EXTEST 00 boundary[24]\nSAMPLE 01 bypass\nBYPASS 11 boundary\n",
-         "ERROR: (chip.bsc) INSTRUCTION BYPASS must access bypass register.\n\n"},
-        {"EXTEST 00 boundary\nSAMPLE 01 boundary\nBYPASS 11 bypass\nidcode 10 bypass\n",
-         "ERROR: (chip.bsc) INSTRUCTION IDCODE must access IDCODE register.\n\n"},
-        {"EXTEST 00 boundary\nSAMPLE 01 boundary\nBYPASS 11 bypass\nUsercode 10 bypass\n",
-         "ERROR: (chip.bsc) INSTRUCTION USERCODE must access USERCODE register.\n\n"},
-        {"EXTEST 00 boundary\nSAMPLE 01 boundary\nBYPASS 11 bypass\nHIGHZ 10 x\nCLAMP 10 x\n",
-         "ERROR: (chip.bsc) INSTRUCTION CLAMP must access bypass register.\n\n"},
-    };
-    for (const auto &one : cases) {
-        run_result result = initialize({"", one.table, ""});
-        EXPECT_EQ(result.status, 255);
-        EXPECT_EQ(result.out, one.message);
-    }
-}
-
 TEST(tap_init, every_name_that_the_library_does_not_give_has_a_default) {
-    work_folder folder;
-    run_result result = run_child(folder.outer, [] {
+    scratch_folder folder;
+    run_result result = run_child(folder, [] {
         set_up_tap({"", LARGE_TABLE, "trst rst update highz mode1 mode2 mode3 extra2"});
         TAP_MODULE_NAME = TAP_INSTANCE_NAME = nullptr;
         jtag_init();
@@ -82,32 +52,19 @@ TEST(tap_init, every_name_that_the_library_does_not_give_has_a_default) {
                            "         Using default name -> TAP.\n\n"
                            "WARNING: (chip.bsc) can't find %MODULE_NAME in %TAP_MODULE.\n"
                            "         Using default name -> vmr_tap.\n\n";
-    const char *names[][2] = {{"TDI", "TDI"},
-                              {"TDO", "TDO"},
-                              {"TMS", "TMS"},
-                              {"TCK", "TCK"},
-                              {"TRST", "-TRST"},
-                              {"SHIFT_DR", "SHIFT_DR"},
-                              {"CLOCK_DR", "CLOCK_DR"},
-                              {"FIRST_BCELL", "first_Bcell"},
-                              {"LAST_BCELL", "BOUNDARY_out"},
-                              {"UPDATE_DR", "UPDATE_DR"},
-                              {"HIGHZ_COMMAND", "HIGHZ"},
-                              {"TAP_RESET", "-RESET"},
-                              {"MODE_1", "MODE1"},
-                              {"MODE_2", "MODE2"},
-                              {"MODE_3", "MODE3"},
-                              {"EXTRA_1", "EXTRA1"},
-                              {"EXTRA_2", "EXTRA2"}};
-    for (auto [keyword, name] : names)
+    std::istringstream names("TDI TDI TDO TDO TMS TMS TCK TCK TRST -TRST SHIFT_DR SHIFT_DR CLOCK_DR CLOCK_DR "
+                             "FIRST_BCELL first_Bcell LAST_BCELL BOUNDARY_out UPDATE_DR UPDATE_DR "
+                             "HIGHZ_COMMAND HIGHZ TAP_RESET -RESET MODE_1 MODE1 MODE_2 MODE2 MODE_3 MODE3 "
+                             "EXTRA_1 EXTRA1 EXTRA_2 EXTRA2");
+    for (std::string keyword, name; names >> keyword >> name;)
         expected += std::string("WARNING: (chip.lib) can't find %") + keyword +
                     " in %TAP_CONTROLLER vmr_tap.\n         Using default name -> " + name + ".\n\n";
     EXPECT_EQ(result.out, expected + "vmr_tap -TRST TRST EXTRA2\n");
 }
 
 TEST(tap_init, active_low_names_and_gaps_among_the_extra_pins) {
-    work_folder folder;
-    run_result result = run_child(folder.outer, [] {
+    scratch_folder folder;
+    run_result result = run_child(folder, [] {
         set_up_tap({"", SMALL_TABLE, "extra3"});
         TAP_CONTR = nullptr;
         jtag_init(); // finds the cell; its fields change below
@@ -128,28 +85,17 @@ TEST(tap_init, active_low_names_and_gaps_among_the_extra_pins) {
               "-d d x y EXTRA2 z\n");
 }
 
-run_result build(
-    const work_folder &folder, const tap_case &tap, const std::function<void()> &change = [] {}) {
-    return run_child(folder.outer, [&] {
-        set_up_tap(tap);
-        change();
-        jtag_init();
-        jtagsyn();
-    });
-}
-
 TEST(tap_build, writes_its_files_and_has_the_port_only_module_read) {
     work_folder folder;
     run_result result = build(folder, {"", SMALL_TABLE, ""});
     EXPECT_EQ(result.status, 0);
     EXPECT_EQ(result.out, " - Synthesizing RTL TAP module (chip_tap) ...\n"
                           "    .TAP module (chip_tap) was written into file 'chip_TAP.v'.\n\n");
-    EXPECT_EQ(folder.outer.read("../commands"), "-lib chip_TAP_empty.v\n");
-    EXPECT_EQ(folder.outer.run("ls").out,
+    EXPECT_EQ(folder.read("../commands"), "-lib chip_TAP_empty.v\n");
+    EXPECT_EQ(folder.run("ls").out,
               "chip_TAP.ac.tcl\nchip_TAP.dc.scr\nchip_TAP.pt.tcl\nchip_TAP.v\nchip_TAP_empty.v\n");
 
-    std::filesystem::create_directory(folder.outer.path("lib"));
-    std::filesystem::create_directory(folder.outer.path("out dir"));
+    folder.run("mkdir lib 'out dir'");
     result = build(folder, {"", SMALL_TABLE, "vhdl"}, [] {
         JTAG_OPTION[OPT_OPATH] = 1;
         OPATH = "out dir";
@@ -157,25 +103,24 @@ TEST(tap_build, writes_its_files_and_has_the_port_only_module_read) {
     });
     EXPECT_EQ(result.out, " - Synthesizing RTL TAP module (chip_tap) ...\n"
                           "    .TAP module (chip_tap) was written into file 'out dir/a;b_TAP.vhd'.\n\n");
-    EXPECT_EQ(folder.outer.read("../commands"), "-lib chip_TAP_empty.v\n-lib a;b_TAP_empty.v -opath lib\n");
-    EXPECT_EQ(folder.outer.run("ls 'out dir'").out,
+    EXPECT_EQ(folder.read("../commands"), "-lib chip_TAP_empty.v\n-lib a;b_TAP_empty.v -opath lib\n");
+    EXPECT_EQ(folder.run("ls 'out dir'").out,
               "a;b_TAP.ac.tcl\na;b_TAP.dc.scr\na;b_TAP.pt.tcl\na;b_TAP.vhd\n");
 }
 
 TEST(tap_build, faults_of_files_and_tools_end_the_run) {
     work_folder folder;
-    folder.outer.write("../fail", "");
+    folder.write("../fail", "");
     run_result result = build(folder, {"", SMALL_TABLE, ""});
     EXPECT_EQ(result.status, 255);
     EXPECT_EQ(result.out, "    Please check the \"RIMWEAVE.log\" file.\n");
-    EXPECT_TRUE(folder.outer.has("RIMWEAVE.log"));
+    EXPECT_TRUE(folder.has("RIMWEAVE.log"));
 
-    std::filesystem::remove(folder.outer.path("../fail"));
-    auto nowhere = [] {
+    std::filesystem::remove(folder.outer / "fail");
+    result = build(folder, {"", SMALL_TABLE, ""}, [] {
         JTAG_OPTION[OPT_OPATH] = 1;
         OPATH = "nowhere";
-    };
-    result = build(folder, {"", SMALL_TABLE, ""}, nowhere);
+    });
     EXPECT_EQ(result.status, 255);
     EXPECT_EQ(result.out, "ERROR: can't open file 'nowhere/chip_TAP.v'.\n\n");
 }
@@ -185,6 +130,15 @@ TEST(tap_build, tables_that_give_broken_rtl_are_refused_before_any_file_is_writt
     const struct {
         std::string table, needs, message;
     } cases[] = {
+        {"EXTEST 00 boundary\nBYPASS 11 bypass\n", "",
+         "-add_tap option required INSTRUCTION\n"
+         "       EXTEST, SAMPLE and BYPASS declared in %INSTRUCTION_TABLE.\n\n"},
+        {"EXTEST 00 boundary a\nSAMPLE 01 boundary A=10\nBYPASS 11 bypass\n", "",
+         "the length of enable pin 'a' are different in INSTRUCTION 'SAMPLE'.\n"},
+        {"EXTEST 00 boundary[24]\nSAMPLE 01 boundary\nBYPASS 11 bypass\n", "",
+         "INSTRUCTION EXTEST must access boundary register.\n\n"},
+        {base + "idcode 010 bypass\n", "", "INSTRUCTION IDCODE must access IDCODE register.\n\n"},
+        {base + "HIGHZ 010 x\nCLAMP 010 x\n", "", "INSTRUCTION CLAMP must access bypass register.\n\n"},
         {base + "M 0110 bypass\n", "", "opcode '0110' of INSTRUCTION 'M' is not 3 bits long"},
         {base + "M - bypass\n", "", "INSTRUCTION 'M' has no opcode"},
         {base + "M 012 bypass\n", "", "'012' is no opcode of INSTRUCTION 'M'"},
@@ -207,7 +161,7 @@ TEST(tap_build, tables_that_give_broken_rtl_are_refused_before_any_file_is_writt
         EXPECT_EQ(result.status, 255) << one.message;
         EXPECT_EQ(result.out.find("ERROR: (chip.bsc) "), 0u) << result.out;
         EXPECT_NE(result.out.find(one.message), std::string::npos) << result.out;
-        EXPECT_EQ(folder.outer.run("ls").out, "");
+        EXPECT_EQ(folder.run("ls").out, "");
     }
 }
 

@@ -19,12 +19,6 @@ size_t symbol_links_place(const std::string &bytes, int32_t id) {
 } // namespace
 
 TEST(bad_files, status_and_message) {
-    struct status_case {
-        const char *what;
-        int32_t status;
-        std::string message;
-        std::string bytes;
-    };
     auto with_word = [](size_t at, uint32_t value) {
         scratch_folder scratch;
         std::string bytes = small_design_bytes(scratch);
@@ -37,7 +31,11 @@ TEST(bad_files, status_and_message) {
     };
     scratch_folder scratch;
     std::string path = scratch.path("x.sdb");
-    const status_case cases[] = {
+    struct {
+        const char *what;
+        int32_t status;
+        std::string message, bytes;
+    } const cases[] = {
         {"731 bytes", -6,
          "SDB ERROR: (FA-01-0008) The size of the sdb file '" + path +
              "' is smaller than the minimum size. Please check the sdb file.\n",
@@ -50,7 +48,7 @@ TEST(bad_files, status_and_message) {
         {"marker 11", -5, read_failure, '\x0B' + with_word(8, 300)},
         {"marker 14 is none", -7, read_failure, '\x0E' + with_word(8, 300)},
     };
-    for (const status_case &one : cases) {
+    for (const auto &one : cases) {
         scratch.write("x.sdb", one.bytes);
         EXPECT_EQ(refusal_of(path), one.message) << one.what;
         EXPECT_EQ(sdb_errnoG, one.status) << one.what;

@@ -9,18 +9,17 @@ TEST(names, lookups) {
     scratch_folder scratch;
     small_design_bytes(scratch);
     open_design design(scratch.path("small.sdb"));
-    struct lookup_case {
+    struct {
         const char *name;
         int32_t obj;
-    };
-    const lookup_case cases[] = {
+    } const cases[] = {
         {"u1", 4},       {"top_pad.u_buf", 3}, {"u_buf", -1},
         {"top_pad", -1}, {"top_pad.mid", -1},  {"top_pad.u1", -1},
         {"GND_src", 0},  {"nowhere", -1},      {"top_pad.u_buf.", -1},
         {".", -1},       {"x.y.z", -1},        {"", -1},
         {nullptr, -1},
     };
-    for (const lookup_case &one : cases)
+    for (const auto &one : cases)
         EXPECT_EQ(SDB_lookup_obj(one.name), one.obj) << (one.name == nullptr ? "null" : one.name);
     EXPECT_STREQ(SDB_obj_name(design.handle, 3), "top_pad.u_buf");
     EXPECT_STREQ(SDB_net_name(design.handle, 3), "top_pad.mid");
@@ -49,10 +48,7 @@ TEST(names, class_of_a_parent) {
     int32_t bare = SDB_add_prefix(design, "bare", -1);
     SDB_close(design, 1);
     open_design read(scratch.path("small.sdb"));
-    int32_t own = SDB_obj_prefix_row(read.handle, 3);
-    EXPECT_STREQ(SDB_prefix_instance_name(read.handle, own), "u_buf");
-    EXPECT_STREQ(SDB_prefix_class_name(read.handle, own), "BUF");
-    int32_t parent = prefix_tab[own].parent;
+    int32_t own = SDB_obj_prefix_row(read.handle, 3), parent = prefix_tab[own].parent;
     EXPECT_STREQ(SDB_prefix_instance_name(read.handle, parent), "top_pad");
     EXPECT_STREQ(SDB_prefix_class_name(read.handle, parent), "PADS");
     EXPECT_EQ(SDB_obj_prefix_row(read.handle, 4), -1);
@@ -117,28 +113,23 @@ TEST(names, separators_inside_components) {
 TEST(names, hierarchical_name_as_long_as_the_buffer) {
     SYM_TABLE *symbols = SYM_init(7);
     SDB_PREFIX *rows = PREFIX_init(nullptr, symbols);
-    int32_t part = SYM_setup(symbols, std::string(2046, 'a'));
-    int32_t fits = SYM_setup(symbols, std::string(2047, 'b'));
-    int32_t too_long = SYM_setup(symbols, std::string(2048, 'c'));
-    append_row(rows, SDB_PREFIX{part, -1, -1});
-    append_row(rows, SDB_PREFIX{fits, 0, -1});
-    append_row(rows, SDB_PREFIX{too_long, 0, -1});
-    append_row(rows, SDB_PREFIX{-3, -1, -1});
-    append_row(rows, SDB_PREFIX{SDB_ENTRY_BASE - 1, -1, -1});
-    append_row(rows, SDB_PREFIX{SYM_setup(symbols, ""), -1, -1});
+    auto name = [&](size_t length, char letter) { return SYM_setup(symbols, std::string(length, letter)); };
+    for (SDB_PREFIX row : {SDB_PREFIX{name(2046, 'a'), -1, -1}, SDB_PREFIX{name(2047, 'b'), 0, -1},
+                           SDB_PREFIX{name(2048, 'c'), 0, -1}, SDB_PREFIX{-3, -1, -1},
+                           SDB_PREFIX{SDB_ENTRY_BASE - 1, -1, -1}, SDB_PREFIX{name(0, ' '), -1, -1}})
+        append_row(rows, row);
     PREFIX_init(rows, symbols);
     EXPECT_EQ(std::strlen(PREFIX_get(rows, 1)), 4094U);
     EXPECT_EQ(std::strlen(PREFIX_get(rows, 4)), 2047U) << "the name of row 1 is meant";
-    struct end_case {
+    struct {
         int32_t row;
         const char *message;
-    };
-    const end_case cases[] = {
+    } const cases[] = {
         {2, "has exceeded the internal limit \\( 4096 \\)"},
         {3, "FA-02-0026. Encountered an illegal object id"},
         {5, "FA-02-0027. Hierarchical name contains blank id"},
     };
-    for (const end_case &one : cases)
+    for (const auto &one : cases)
         EXPECT_EXIT((dup2(2, 1), PREFIX_get(rows, one.row)), testing::ExitedWithCode(255), one.message);
     PREFIX_release(rows);
     DYNA_free(&rows);
@@ -161,20 +152,6 @@ TEST(names, inconsistent_name_ends_the_run) {
     EXPECT_EQ(SDB_obj_name(design.handle, 0), nullptr);
     EXPECT_EQ(testing::internal::GetCapturedStdout(),
               "SDB FATAL: (FA-02-0008) Encountered an illegal object id.\n");
-}
-
-TEST(changes, nodes_move_between_nets) {
-    scratch_folder scratch;
-    SDB_HANDLE *design = build_small_design(scratch.path("small.sdb"));
-    SDB_connect(design, SDB_obj_node(design, 4, 0), SDB_NET_GND);
-    SDB_connect(design, SDB_obj_node(design, 3, 1), SDB_NET_VCC);
-    SDB_connect(design, SDB_obj_node(design, 3, 0), SDB_NET_VCC);
-    ASSERT_EQ(SDB_close(design, 1), 0);
-    open_design read(scratch.path("small.sdb"));
-    ASSERT_NE(read.handle, nullptr) << "the changed tables still fit each other";
-    EXPECT_EQ(net_tab[SDB_NET_GND].first_node, 0) << "the source stays the first node";
-    EXPECT_EQ(node_tab[0].next, SDB_nl_search_node("u1", "A"));
-    EXPECT_EQ(node_tab[1].next, SDB_nl_search_node("top_pad.u_buf", "A"));
 }
 
 TEST(aliases, are_read_followed_and_written) {

@@ -1,85 +1,6 @@
 // kalmlist: what its netlists say, that their readers take them, and what it refuses.
 #include "tests/siblings/netlist_case.hh"
 
-TEST(List, Verilog) {
-    netlist_folder folder;
-    folder.take("top", netlist_design);
-    folder.tool("kalmlist -verilog -hierarchy -o out.v top.sdb");
-    EXPECT_EQ(folder.read("out.v"), R"(module leaf (
-    input [3:0] a,
-    input [0:3] b,
-    output [3:0] y,
-    output z,
-    output zz,
-    output k0,
-    output k1,
-    output thru,
-    input unused,
-    output nc
-);
-  wire [3:0] n;
-  wire signal;
-  wire \u.v[3] ;
-  wire Y_;
-  wire y_;
-  wire carry;
-  assign zz = z;
-  assign k0 = 1'b0;
-  assign k1 = 1'b1;
-  assign thru = b[0];
-  INV u0 (.A(a[0]), .Z(y[0]));
-  INV u1 (.A(a[1]), .Z(y[1]));
-  INV \u[2]  (.A(y[0]), .Z(y[2]));
-  INV u3 (.A(1'b0), .Z(y[3]));
-  NAND2 register (.A(b[0]), .B(a[2]), .Z(z));
-  NAND2 entity (.A(signal), .B(\u.v[3] ), .Z(Y_));
-  INV u5 (.A(n[1]), .Z(y_));
-  INV U5 (.A(y_), .Z(signal));
-  INV \wait  (.A(n[2]), .Z(\u.v[3] ));
-  ADD4 add (.A({a[2:1], b[3], 1'b1}), .B(b), .S({carry, n}));
-  ADD4 add2 (.A(), .B({n[0], Y_, 2'b10}), .S());
-endmodule
-
-module top (
-    input [3:0] a,
-    input [3:0] b,
-    output [12:0] o,
-    output [3:0] y
-);
-  wire q3;
-  wire q2;
-  wire x1;
-  wire x2;
-  leaf s0 (
-    .a(a),
-    .b(b),
-    .y(y),
-    .z(o[0]),
-    .zz(o[1]),
-    .k0(o[2]),
-    .k1(o[3]),
-    .thru(o[4]),
-    .unused(1'b0),
-    .nc()
-  );
-  leaf s1 (
-    .a({b[3:2], a[1:0]}),
-    .b({a[0], 2'b10, b[1]}),
-    .y({q3, q2, o[8:7]}),
-    .z(o[5]),
-    .zz(o[6]),
-    .k0(),
-    .k1(),
-    .thru(),
-    .unused(),
-    .nc()
-  );
-  NAND2 i (.A(q3), .B(q2), .Z(o[9]));
-  ADD4 last (.A(a), .B({b[1:0], 2'b01}), .S({o[10], o[11], o[12], x1, x2}));
-endmodule
-)");
-}
-
 TEST(List, RoundTrip) {
     struct {
         const char *what;
@@ -94,9 +15,6 @@ TEST(List, RoundTrip) {
         {"a vector and a net of its base name",
          "module top (input a, output y); wire n, \\n[0] , \\n[1] ; INV u1 (a, n);\n"
          "INV u2 (n, \\n[0] ); INV u3 (\\n[0] , \\n[1] ); INV u4 (\\n[1] , y); endmodule"},
-        {"inputs fed through, outputs on one net and on constants",
-         "module top (input a, input b, output y, output [2:0] z, output k); INV u (b, y);\n"
-         "assign z = {a, y, a}; assign k = 1'b1; endmodule"},
         {"names of every kind",
          "module \\top (input \\reg , input \\2nd , input \\a+b , output \\always , output \\logic );\n"
          "NAND2 \\x/y (\\reg , \\2nd , \\always ); INV \\begin (\\a+b , \\logic ); endmodule"},
@@ -141,6 +59,39 @@ constexpr const char *as_it_stood = R"(module top (
 endmodule
 )";
 
+constexpr const char *levels_as_they_stood = R"(module leaf (
+    input [3:0] a,
+    input [0:3] b,
+    output [3:0] y,
+    output z,
+    input unused_in_here,
+    output not_connected
+);
+  wire [3:0] n;
+  wire carry;
+  assign y[0] = b[0];
+  INV u0 (.A(a[0]), .Z(y[1]));
+  ADD4 add (.A({a[2:1], b[3], 1'b1}), .B(b), .S({carry, n}));
+  ADD4 add2 (.A(), .B({n[0], carry, 2'b10}), .S());
+endmodule
+
+module top (
+    input a
+);
+  wire [1:0] q;
+  wire s;
+  wire t;
+  leaf l (
+    .a({a, a, 2'b01}),
+    .b({q, a, 1'b0}),
+    .y({q[0], s, q[1], t}),
+    .z(),
+    .unused_in_here(1'b0),
+    .not_connected()
+  );
+endmodule
+)";
+
 TEST(List, WritesWhatStood) {
     netlist_folder folder;
     folder.write("top.v", as_it_stood);
@@ -152,6 +103,9 @@ TEST(List, WritesWhatStood) {
     folder.accepted("out.v", "top", false);
     folder.tool("kalmlist -vhdl -hierarchy -o out.vhd top.sdb"); // VHDL takes no input there
     EXPECT_EQ(count_of(folder.read("out.vhd"), "  k_n1 <= k;\n"), 1u) << folder.read("out.vhd");
+    folder.take("top", levels_as_they_stood);
+    folder.tool("kalmlist -verilog -hierarchy -o out.v top.sdb");
+    EXPECT_EQ(folder.read("out.v"), levels_as_they_stood);
     folder.take("pair", "module pair (inout p, inout q, input a); BPAD u (a, a, , p); endmodule");
     folder.write("lib/pair.cmd", "edit pair\nconnect p q\nsave\nquit\n");
     folder.tool("kalmedit -nologo -b lib/pair");
@@ -238,8 +192,6 @@ TEST(List, Vhdl) {
 
 // GHDL runs the VHDL against the numbers that the cells' behaviour gives.
 TEST(List, VhdlSimulates) {
-    if (!has_program("ghdl"))
-        GTEST_SKIP() << "no ghdl";
     netlist_folder folder;
     folder.take("top",
                 "module half (input a, input b, output s, output c, output [1:0] k, inout io);\n"
@@ -315,11 +267,10 @@ TEST(List, VhdlNamesThatDifferByCase) {
                              "    \\out\\ : out std_logic);\n", "  \\nAND2\\ : NAND2\n", "    \\leaf\\ : out",
                              "  signal \\INV_n1\\ : std_logic;\n"})
         EXPECT_NE(text.find(line), std::string::npos) << line << "\n" << text;
-    if (has_program("ghdl"))
-        for (const char *standard : {"93", "08"}) {
-            run_result result = folder.run(std::string("rm -f *.cf; ghdl -a --std=") + standard + " out.vhd");
-            EXPECT_EQ(result.status, 0) << result.err << text;
-        }
+    for (const char *standard : {"93", "08"}) {
+        run_result result = folder.run(std::string("rm -f *.cf; ghdl -a --std=") + standard + " out.vhd");
+        EXPECT_EQ(result.status, 0) << result.err << text;
+    }
     folder.take("port", "module port (input inv, output z); INV u (inv, z); inv v (z, y); endmodule");
     folder.refused("kalmlist -vhdl -hierarchy -o port.vhd port.sdb", "the port 'inv' of module 'port'");
 }
@@ -342,7 +293,6 @@ TEST(List, Refusals) {
     folder.write("part.v", "module part (input a); INV i (a); endmodule");
     folder.tool("kalmverin part.v -opath less");
     folder.write("out.v", "kept");
-    folder.run("mkdir -m 555 closed");
     struct {
         const char *arguments;
         const char *text;
@@ -362,7 +312,4 @@ TEST(List, Refusals) {
     for (const auto &one : cases)
         folder.refused(std::string("kalmlist ") + one.arguments, one.text);
     EXPECT_EQ(folder.read("out.v"), "kept");
-    if (geteuid() != 0)
-        folder.refused("kalmlist -verilog -o closed/out.v top.sdb",
-                       "closed/out.v: this file can't be written");
 }

@@ -64,26 +64,20 @@ void netlist_folder::refused(const std::string &line, const std::string &text) c
 }
 
 void netlist_folder::accepted(const std::string &file, const std::string &top, bool by_verilator) const {
-    struct {
-        const char *program;
-        std::string line;
-    } const readers[] = {
-        {"iverilog", "iverilog -g2001 -o /dev/null -s " + top + " " + file + " cells.v"},
-        {"yosys", "yosys -q -p 'read_verilog " + file + " cells.v; hierarchy -check -top " + top + "'"},
-        {"verilator", "verilator --lint-only -Wno-fatal --top-module " + top + " " + file + " cells.v"},
+    std::vector<std::string> readers = {
+        "iverilog -g2001 -o /dev/null -s " + top + " " + file + " cells.v",
+        "yosys -q -p 'read_verilog " + file + " cells.v; hierarchy -check -top " + top + "'",
     };
-    for (const auto &reader : readers) {
-        if (!has_program(reader.program) || (reader.program == std::string("verilator") && !by_verilator))
-            continue;
-        run_result result = run(reader.line);
-        EXPECT_EQ(result.status, 0) << reader.line << "\n" << result.out << result.err << read(file);
+    if (by_verilator)
+        readers.push_back("verilator --lint-only -Wno-fatal --top-module " + top + " " + file + " cells.v");
+    for (const std::string &reader : readers) {
+        run_result result = run(reader);
+        EXPECT_EQ(result.status, 0) << reader << "\n" << result.out << result.err << read(file);
     }
 }
 
 void netlist_folder::equivalent(const std::string &one, const std::string &other,
                                 const std::string &top) const {
-    if (!has_program("yosys"))
-        return;
     auto load = [&](const std::string &file, const char *name) {
         return "read_verilog " + file + " cells.v; hierarchy -top " + top +
                "; proc; flatten; opt_clean; rename " + top + " " + name + "; design -stash " + name + "; ";
@@ -93,10 +87,6 @@ void netlist_folder::equivalent(const std::string &one, const std::string &other
                          "miter -equiv -flatten gold gate miter; sat -verify -prove trigger 0 miter";
     run_result result = run("yosys -q -p '" + script + "'");
     EXPECT_EQ(result.status, 0) << one << " and " << other << "\n" << result.err << read(one) << read(other);
-}
-
-bool has_program(const std::string &name) {
-    return std::system(("command -v " + name + " >/dev/null 2>&1").c_str()) == 0;
 }
 
 size_t count_of(const std::string &text, const std::string &part) {

@@ -25,15 +25,12 @@ struct netlist_folder : scratch_folder {
     /// Expects an error of a tool: status 255, "ERROR: " and the text on the error stream, nothing on the
     /// console that is not there too.
     void refused(const std::string &line, const std::string &text) const;
-    /// Expects that every Verilog reader of this machine takes the file, together with cells.v. Verilator
+    /// Expects that Icarus Verilog, Yosys and Verilator take the file, together with cells.v. Verilator
     /// wants a wire between an input and a pin of both directions.
     void accepted(const std::string &file, const std::string &top, bool by_verilator = true) const;
-    /// Expects that both files describe the same behaviour, which Yosys proves where it is there.
+    /// Expects that both files describe the same behaviour, which Yosys proves.
     void equivalent(const std::string &one, const std::string &other, const std::string &top) const;
 };
-
-/// True when the program is on PATH.
-bool has_program(const std::string &name);
 
 /// How often a text holds a part.
 size_t count_of(const std::string &text, const std::string &part);

@@ -1,46 +1,26 @@
 #include "support/dyna.hh"
 
+#include <array>
 #include <gtest/gtest.h>
 #include <vector>
 
-namespace {
-
-int *table_of(const std::vector<int> &values) {
-    int *tab = nullptr;
-    for (int value : values)
-        append_row(tab, value);
-    return tab;
-}
-
-std::vector<int> values_of(int *tab) {
-    return {rows(tab).begin(), rows(tab).end()};
-}
-
-} // namespace
-
 TEST(Dyna, DeleteClosesUpAndRefusesWhatIsNotThere) {
     struct {
-        int index;
-        int result;
+        int index, result;
         std::vector<int> left;
-    } const cases[] = {
-        {1, 1, {10, 30}},
-        {2, 1, {10, 20}},
-        {-7, 1, {20, 30}},
-        {3, -1, {10, 20, 30}},
-    };
+    } const cases[] = {{1, 1, {10, 30}}, {2, 1, {10, 20}}, {-7, 1, {20, 30}}, {3, -1, {10, 20, 30}}};
     for (const auto &one : cases) {
-        int *tab = table_of({10, 20, 30});
+        int *tab = nullptr;
+        for (int value : {10, 20, 30})
+            append_row(tab, value);
         EXPECT_EQ(DYNA_delete(&tab, one.index), one.result) << one.index;
-        EXPECT_EQ(values_of(tab), one.left) << one.index;
+        EXPECT_EQ(std::vector<int>(rows(tab).begin(), rows(tab).end()), one.left) << one.index;
         DYNA_free(&tab);
     }
 }
 
 TEST(DynaDeath, RoomThatCannotBeCounted) {
-    struct wide {
-        char bytes[1 << 20];
-    };
+    using wide = std::array<char, 1 << 20>;
     wide *tab = DYNA_init<wide>();
     EXPECT_EXIT(
         DYNA_resize(&tab, 2147483647), testing::ExitedWithCode(255),

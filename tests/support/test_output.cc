@@ -11,8 +11,6 @@
 TEST(MessageDeath, Layout) {
     EXPECT_EXIT(MSG_fatal("#017: one\ntwo\nthree"), testing::ExitedWithCode(255),
                 "^FATAL 017: one\n           two\n           three$");
-    EXPECT_EXIT(MSG_fatal_error(MSG_DISK_FULL), testing::ExitedWithCode(255),
-                "^\nFATAL 002: Fatal Error - Disk full\n$");
     EXPECT_EXIT(MSG_fatal_error(9), testing::ExitedWithCode(255),
                 "^\nFATAL 003: Fatal Error - Error Code 9\n$");
 }
@@ -77,8 +75,6 @@ TEST(WriteFile, RefusesWhatCannotBeCreated) {
     scratch.write("dir/file", "kept");
     EXPECT_FALSE(write_text_file(scratch.path("gone/file"), "x"));
     EXPECT_FALSE(write_text_file(scratch.path("dir"), "x"));
-    EXPECT_FALSE(write_text_file(scratch.path("dir/file/below"), "x"));
-    EXPECT_FALSE(write_text_file(scratch.path(std::string(5000, 'n')), "x"));
     EXPECT_FALSE(write_text_file(scratch.path(std::string(300, 'n')), "x"));
     ASSERT_EQ(scratch.run("chmod 555 dir").status, 0); // the file may be written, but not replaced
     run_result result = run_bound_child(scratch, [] { std::printf("%d", write_text_file("dir/file", "x")); });

@@ -38,9 +38,7 @@ TEST(Settings, Statements) {
         const char *values; ///< of the pattern hier_dot*
     } const cases[] = {
         {"hier_dot = /;\n", "[/|]"},
-        {"HIER_DOT : /;", "[/|]"},
         {"Hier_Dot\t=:= /;\r\n", "[/|]"},
-        {"hier_dot_more = -;\n", "[-|]"},
         {"# a\nhier_dot = /\n",
          "WARNING: (./.velmora.def) line 2: setting 'hier_dot' doesn't end with ';' and is ignored.\n\n[-]"},
         {"hier_dot = /\na = 1;\n",
@@ -49,17 +47,13 @@ TEST(Settings, Statements) {
         {"  # hier_dot = -;\nhier_dot = /;", "[/|]"}, // a comment, with blanks before it
         {"hier_dot =\n# gone\n x;", "[x|]"},          // also inside a statement
         {"hier_dot = '/';", "['/'|]"},                // quotes mean something in lists alone
-        {"hier_dot = ('/');", "[/|]"},
         {"hier_dot = (a b,c;\td);", "[a|b|c|d|]"},
         {"hier_dot = ('a b' \"c;d\" (e f) g);", "[a b|c;d|(e f)|g|]"},
         {"hier_dot = ('a\\'b' c);", "[a\\|c|]"},
-        {"hier_dot = ('open);", "[open|]"},
         {"hier_dot = ;", "[-]"},
         {"HIER_DOT = /;\nHIER_DOT = -;", "[/|-|]"},    // adds behind the first
         {"hier_dot = /;\nhier_dot = -;", "[/|]"},      // a second entry that is never reached
         {"hier_dot = abX\ncdX\nef;", "[ab\ncd\nef|]"}, // each line but the last loses its last character
-        {"other = 1;\n.hier_dot = /;", "[/|]"},
-        {"", "[-]"},
     };
     for (const auto &one : cases)
         EXPECT_EQ(answers(one.text, {"hier_dot*"}), one.values) << one.text;
@@ -94,12 +88,7 @@ TEST(Settings, Match) {
         const char *pattern, *text;
         bool matches;
     } const cases[] = {
-        {"HIER_DOT*", "HIER_DOT", true},
         {"HIER_DOT*", "HIER", false},
-        {"a?c", "abc", true},
-        {"*", "", true},
-        {"", "", true},
-        {"", "a", false},
         {"a*b*c", "a--b--c", true},
         {"a*b*c", "a--c--b", false},
         {"*", "a>b", false},
@@ -107,7 +96,6 @@ TEST(Settings, Match) {
         {"*?*b", "x>yb", true}, // the first run must give way to the single character
         {"a.c", "abc", false},
         {"[a]$^{1}(b)", "[a]$^{1}(b)", true},
-        {"a+", "aa", false},
     };
     for (const auto &one : cases)
         EXPECT_EQ(STR_match(one.pattern, one.text) == 0, one.matches) << one.pattern << " on " << one.text;
@@ -119,13 +107,7 @@ TEST(Settings, Match) {
 }
 
 TEST(SystemInfo, FormatK) {
-    struct {
-        int64_t kilobytes;
-        const char *text;
-    } const cases[] = {
-        {0, "0K"},      {8192, "8192K"},     {9999, "9999K"},   {10000, "10M"},
-        {16384, "16M"}, {10239487, "9999M"}, {10239488, "10G"}, {2147483647, "2048G"},
-    };
-    for (const auto &one : cases)
-        EXPECT_STREQ(format_k(one.kilobytes), one.text);
+    for (auto [kilobytes, text] : std::initializer_list<std::pair<int64_t, const char *>>{
+             {9999, "9999K"}, {10000, "10M"}, {10239487, "9999M"}, {10239488, "10G"}, {2147483647, "2048G"}})
+        EXPECT_STREQ(format_k(kilobytes), text);
 }
