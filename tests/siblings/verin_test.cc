@@ -280,6 +280,7 @@ struct {
     {"module t; assign a = b; assign a = c; endmodule", "f.v:1: the net 'a' is assigned twice."},
     {"module t; wire w; wire [1:0] w; endmodule",
      "f.v:1: 'w' is declared or used twice, with different bounds."},
+    {"module t; INV u (.A({99999999{a}})); endmodule", "f.v:1: '99999999' is no count for a replication."},
     {"module t (a); endmodule", "f.v:1: the port 'a' of module 't' has no direction."},
     {"module t (a); input a; input b; endmodule", "f.v:1: 'b' is not in the list of ports."},
     {"module t (input a, b); assign a = b; endmodule",
@@ -300,7 +301,10 @@ struct {
     {"\n`include \"f.v\"\n", "f.v:2: files that include each other are nested too deep."},
     {"`define A `A\nmodule t; `A endmodule", "f.v:2: the macro `A stands for itself or for too much."},
     {"`NONE\n", "f.v:1: the macro `NONE is not defined."},
+    {"`define M(a) a\n`M(1, 2)", "f.v:2: the macro `M takes 1 arguments, not 2."},
+    {"\n`endif", "f.v:2: `endif without `ifdef."},
     {"`default_nettype none\nmodule t; INV u (a, b); endmodule", "f.v:2: the net 'a' is not declared."},
+    {"module t;\n\x01 endmodule", "f.v:2: the character with the code 1 has no place here."},
 };
 
 TEST(Kalmverin, NamesFileAndLineOfWhatItCannotRead) {
