@@ -278,13 +278,12 @@ TEST(ConnectFile, GoesWhereOutputGoes) {
 
 TEST(ConnectFile, NamesTheWholePathOfTheTap) {
     planning_folder folder;
-    PLANNED_CHIP chip = {.name = "",
-                         .design = R"(module M(input B); GATE g(.A(B)); endmodule
+    CHIP chip = {.design = R"(module M(input B); GATE g(.A(B)); endmodule
 module chip(input a); IBUF p(.PAD(a), .C(n)); M m(.B(n)); endmodule)",
-                         .pins = "1 A a *\n",
-                         .settings = "%TAP_MODULE { %MODULE_NAME tapm; %INSTANCE_NAME m.TAP; }\n"
-                                     "%MEMORY_BIST { %INSTRUCTION NONE { %CTRL_ORDER 2; } }\n"};
-    folder.read(chip);
+                 .pins = "1 A a *\n",
+                 .settings = "%TAP_MODULE { %MODULE_NAME tapm; %INSTANCE_NAME m.TAP; }\n"
+                             "%MEMORY_BIST { %INSTRUCTION NONE { %CTRL_ORDER 2; } }\n"};
+    folder.lay_out(chip);
     for (const char *options : {"-add_tap", "-add_tap_only"}) {
         chip.options = options;
         std::filesystem::remove(folder.scratch.dir / "mbist_rimweave.cnt");
