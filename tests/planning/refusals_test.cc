@@ -285,6 +285,10 @@ const CHIP TAPS_AND_OPTIONS[] = {
      .library = "%BUFFER GATE { %FUNCTION none; }",
      .tap_items = "%DF_GROUP_SIZE 8; %DF_SIGNAL_BUFFER GATE;"},
     // Inverted pins.
+    {.design = IN,
+     .pins = "1 A -a *\n",
+     .message = "ERROR: can't find the definition of buffer 'NOPE' in file './chip.lib'.\n\n",
+     .settings = "%INVERTER NOPE;"},
     {"", IN, "1 A -a *\n",
      "ERROR: can't find %INV_BUFFER of %TAP_CONTROLLER in file './chip.lib'\n"
      "       or %INVERTER in file './chip.bsc' for pin '-a'.\n\n"},
