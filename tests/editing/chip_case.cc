@@ -64,15 +64,6 @@ std::string chip_case::command_files_of(const std::vector<std::string> &names) c
     return text;
 }
 
-std::string succeed(const run_result &result) {
-    EXPECT_EQ(result.status, 0) << result.out << result.err;
-    return result.out;
-}
-
-void expect_part(const std::string &text, const std::string &part) {
-    EXPECT_NE(text.find(part), std::string::npos) << part << "is not in\n" << text;
-}
-
 void expect_commands(const std::string &name, const std::string &text, const std::string &like) {
     const std::string folder = "editing/expected/";
     expect_file(folder + name + ".cmd", text, like.empty() ? "" : folder + like + ".cmd");

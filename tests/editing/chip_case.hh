@@ -19,10 +19,6 @@ struct chip_case : chip_folder {
     std::string command_files_of(const std::vector<std::string> &names) const;
 };
 
-/// Expects a run to its end; gives what it printed.
-std::string succeed(const run_result &result);
-/// Expects a text to hold a part.
-void expect_part(const std::string &text, const std::string &part);
 /// Compares with tests/editing/expected/<name>.cmd, which may hold what is different from that of `like`.
 void expect_commands(const std::string &name, const std::string &text, const std::string &like = "");
 
