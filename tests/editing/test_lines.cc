@@ -9,76 +9,70 @@ constexpr const char *DRIVES = "module chip(inout b, input ck); FF f(.CK(ck), .Q
 constexpr const char *B_PINS = "1 B b *\n9 CK ck *\n", *BBH_PINS = "1 B b * PAD(BBH)\n9 CK ck *\n";
 constexpr const char *DEFAULT_PADS = "%INPUT_BUFFER IBUF; %OUTPUT_BUFFER OBUF; %INOUT_BUFFER BBUF;";
 
-const CHIP_ROW ADDED_PADS[] = {
-    {.what = "the core reads, the port's own cell has a high enable",
-     .input = {.design = READS, .settings = DEFAULT_PADS, .pins = BBH_PINS},
-     .options = "-add_tap -add_pad",
-     .expected = "WARNING: TDO pin use 2-output PAD.\n",
-     .status = 0,
+const CHIP ADDED_PADS[] = {
+    {.name = "the core reads, the port's own cell has a high enable",
+     .design = READS,
+     .pins = BBH_PINS,
+     .message = "WARNING: TDO pin use 2-output PAD.\n",
+     .settings = DEFAULT_PADS,
      .lines = "connect BCELL0{DI} VCC\nadd BCELL2 BC_CTL\nconnect BCELL2{DI} GND\n"
               "connect BCELL2{DO} B_PAD0{EN}\n"},
-    {.what = "the core drives, the port's own cell has a high enable",
-     .input = {.design = DRIVES, .settings = DEFAULT_PADS, .pins = BBH_PINS},
-     .options = "-add_tap -add_pad",
-     .status = 0,
+    {.name = "the core drives, the port's own cell has a high enable",
+     .design = DRIVES,
+     .pins = BBH_PINS,
+     .settings = DEFAULT_PADS,
      .lines = "connect BCELL0{DI} f{Q}\nadd BCELL2 BC_CTL\nconnect BCELL2{DI} VCC\n"
               "connect BCELL2{DO} B_PAD0{EN}\n"},
-    {.what = "the core reads, and the input cell only observes",
-     .input = {.design = READS, .roles = "%INPUT_SCAN BC_OBS;", .settings = DEFAULT_PADS, .pins = B_PINS},
-     .options = "-add_tap -add_pad",
-     .status = 0,
+    {.name = "the core reads, and the input cell only observes",
+     .design = READS,
+     .pins = B_PINS,
+     .roles = "%INPUT_SCAN BC_OBS;",
+     .settings = DEFAULT_PADS,
      .lines = "add BCELL1 BC_OBS\nadd BCELL0 BC_OUT\nconnect B_PAD0{C} g{A}\nconnect B_PAD0{C} BCELL1{DI}\n"
               "connect BCELL0{DO} B_PAD0{I}\nconnect BCELL0{DI} VCC\n"},
-    {.what = "the port feeds another port",
-     .input = {.design = "module chip(inout b, output z, input ck); assign z = b; endmodule\n",
-               .settings = DEFAULT_PADS,
-               .pins = "1 B b *\n2 Z z *\n9 CK ck *\n"},
-     .options = "-add_tap -add_pad",
-     .status = 0,
+    {.name = "the port feeds another port",
+     .design = "module chip(inout b, output z, input ck); assign z = b; endmodule\n",
+     .pins = "1 B b *\n2 Z z *\n9 CK ck *\n",
+     .settings = DEFAULT_PADS,
      .lines = "connect BCELL1{DO} z\nconnect B_PAD0{C} BCELL1{DI}\nconnect BCELL0{DO} B_PAD0{I}\nconnect "
               "BCELL0{DI} VCC\n"
               "add BCELL2 BC_CTL\nconnect BCELL2{DI} VCC\nconnect BCELL2{DO} B_PAD0{OEN}\nadd BCELL3 BC_OUT\n"
               "add B_PAD1 OBUF\ndisconnect z\nconnect B_PAD1{PAD} z\nconnect BCELL3{DO} B_PAD1{I}\n"
               "connect BCELL3{DI} BCELL1{DO}\n"},
-    {.what = "the port leads to a pin of both directions",
-     .input = {.design = "module chip(inout b, input ck); MACRO g(.IO(b)); endmodule\n",
-               .settings = DEFAULT_PADS,
-               .pins = B_PINS},
-     .options = "-add_tap -add_pad",
-     .expected = "WARNING: bidirectional port 'b' leads to bidirectional pin 'IO' of 'g'.\n"
-                 "         The core will drive the pad through that pin, and can't read it.\n\n",
-     .status = 0,
+    {.name = "the port leads to a pin of both directions",
+     .design = "module chip(inout b, input ck); MACRO g(.IO(b)); endmodule\n",
+     .pins = B_PINS,
+     .message = "WARNING: bidirectional port 'b' leads to bidirectional pin 'IO' of 'g'.\n"
+                "         The core will drive the pad through that pin, and can't read it.\n\n",
+     .settings = DEFAULT_PADS,
      .lines = "connect BCELL0{DI} g{IO}\nadd BCELL2 BC_CTL\nconnect BCELL2{DI} GND\n"},
-    {.what = "the enable of an added TDO pad is tied when the TAP has none",
-     .input = {.design = READS,
-               .settings = "%INPUT_BUFFER IBUF; %OUTPUT_BUFFER TBUF; %INOUT_BUFFER BBUF;",
-               .pins = B_PINS},
+    {.name = "the enable of an added TDO pad is tied when the TAP has none",
+     .design = READS,
+     .pins = B_PINS,
+     .settings = "%INPUT_BUFFER IBUF; %OUTPUT_BUFFER TBUF; %INOUT_BUFFER BBUF;",
      .changes = {{"chip.lib", "%TDO_EN TDO_EN; ", ""}},
-     .options = "-add_tap -add_pad",
-     .status = 0,
      .lines = "connect TDO_PAD{I} TAP{TDO}\nconnect TDO_PAD{OEN} GND\n"},
 };
 
-const CHIP_ROW CELL_LINES[] = {
-    {.what = "an %OE_MODE pin that the cell drives is left alone",
-     .input = {.roles = "%OUTPUT_SCAN BC_COE; %CONTROL_OE_SCAN BC_COE;", .bidir_cell = false},
-     .status = 0,
+const CHIP CELL_LINES[] = {
+    {.name = "an %OE_MODE pin that the cell drives is left alone",
+     .roles = "%OUTPUT_SCAN BC_COE; %CONTROL_OE_SCAN BC_COE;",
+     .changes = {{"chip.bsc", "%BIDIR_SCAN BC_BI; ", ""}},
      .lines =
          "connect BCELL3{DO} pz{OEN}\nadd BCELL4 BC_COE\ndisconnect pb{OEN}\nconnect BCELL3{DO} pb{OEN}\n"
          "add BCELL5 BC_IN\n"},
-    {.what = "an internal pin that is floating",
-     .input = {.roles = "%INTERNAL_SCAN BC_IN;"},
+    {.name = "an internal pin that is floating",
+     .message = "ERROR: pin 'n{Z}' is floating.\n",
+     .roles = "%INTERNAL_SCAN BC_IN;",
      .changes = {{"chip.v", "endmodule", "INV n(.A(c)); endmodule"},
-                 {"chip.pin", "9 CK", "10 INTERNAL n{Z} *\n9 CK"}},
-     .expected = "ERROR: pin 'n{Z}' is floating.\n"},
-    {.what = "internal pins at ports and on a constant",
-     .input = {.roles = "%INTERNAL_SCAN BC_IN;"},
+                 {"chip.pin", "9 CK", "10 INTERNAL n{Z} *\n9 CK"}}},
+    {.name = "internal pins at ports and on a constant",
+     .message = "WARNING:  'n{Z}' connect to output port 'x' directly.\n\n"
+                "WARNING:  'n{A}' connect to input port 'd' directly.\n\n",
+     .roles = "%INTERNAL_SCAN BC_IN;",
      .changes = {{"chip.v", "input ck", "input ck, d, output x"},
                  {"chip.v", "endmodule", "INV n(.A(d), .Z(x)); INV m(.A(1'b0)); endmodule"},
                  {"chip.pin", "9 CK", "10 INTERNAL n{Z} *\n11 INTERNAL n{A} *\n12 INTERNAL m{A} *\n9 CK"}},
-     .expected = "WARNING:  'n{Z}' connect to output port 'x' directly.\n\n"
-                 "WARNING:  'n{A}' connect to input port 'd' directly.\n\n",
-     .status = 0,
      .lines =
          "disconnect n{Z}\nconnect BCELL5{DO} x\nconnect BCELL5{DI} n{Z}\nadd BCELL6 BC_IN\ndisconnect n{A}\n"
          "connect BCELL6{DI} d\nconnect BCELL6{DO} n{A}\nadd BCELL7 BC_IN\ndisconnect m{A}\n"
@@ -104,227 +98,207 @@ constexpr const char *PADS_IN_TWO_MODULES =
 constexpr const char *A_PINS = "1 A a *\n9 CK ck *\n", *TDO_PINS = "1 A a *\n10 TDO tdo *\n9 CK ck *\n";
 
 /// What the design has on a pin that is to hang on the other side from now on.
-const CHIP_ROW TAKEN_PINS[] = {
-    {.what = "a driven enable of a TDO pad beside the pads' module",
-     .input = {.design = TDO_BESIDE_PADS, .pins = TDO_PINS},
+const CHIP TAKEN_PINS[] = {
+    {.name = "a driven enable of a TDO pad beside the pads' module",
+     .design = TDO_BESIDE_PADS,
+     .pins = TDO_PINS,
+     .message = "WARNING: Pin 'OEN' of 'po' is driven by the design.\n",
      .changes = {{"chip.v", ".OEN(1'b0)", ".OEN(c)"}},
-     .expected = "WARNING: Pin 'OEN' of 'po' is driven by the design.\n",
-     .status = 0,
      .lines = "disconnect po{OEN}\nconnect po{OEN} TAP{TDO_EN}\n"},
-    {.what = "an enable that is tied above the module of the TDO pad",
-     .input = {.design = "module io(input t, e, output tdo); TBUF po(.I(t), .OEN(e), .PAD(tdo)); endmodule\n"
-                         "module chip(input a, ck, output tdo); wire c, q; IBUF pa(.PAD(a), .C(c));\n"
-                         "FF f(.D(c), .CK(ck), .Q(q)); io x(.t(q), .e(1'b0), .tdo(tdo)); endmodule\n",
-               .pins = TDO_PINS},
-     .status = 0,
+    {.name = "an enable that is tied above the module of the TDO pad",
+     .design = "module io(input t, e, output tdo); TBUF po(.I(t), .OEN(e), .PAD(tdo)); endmodule\n"
+               "module chip(input a, ck, output tdo); wire c, q; IBUF pa(.PAD(a), .C(c));\n"
+               "FF f(.D(c), .CK(ck), .Q(q)); io x(.t(q), .e(1'b0), .tdo(tdo)); endmodule\n",
+     .pins = TDO_PINS,
      .lines = "disconnect x{t}\nconnect x{t} TAP{TDO}\ndisconnect x{e}\nconnect x{e} TAP{TDO_EN}\n"},
-    {.what = "a cell in the core does not reach its net by a pin that the TAP has taken",
-     .input = {.design =
-                   "module chip(input a, ck, output tdo); wire c, q; IBUF pa(.PAD(a), .C(c)); INV n(.A(q));\n"
-                   "FF f(.D(c), .CK(ck), .Q(q)); OBUF po(.I(q), .PAD(tdo)); endmodule\n",
-               .roles = "%INTERNAL_SCAN BC_IN;",
-               .pins = "2 INTERNAL f{Q} *\n1 A a *\n10 TDO tdo *\n9 CK ck *\n"},
-     .status = 0,
+    {.name = "a cell in the core does not reach its net by a pin that the TAP has taken",
+     .design = "module chip(input a, ck, output tdo); wire c, q; IBUF pa(.PAD(a), .C(c)); INV n(.A(q));\n"
+               "FF f(.D(c), .CK(ck), .Q(q)); OBUF po(.I(q), .PAD(tdo)); endmodule\n",
+     .pins = "2 INTERNAL f{Q} *\n1 A a *\n10 TDO tdo *\n9 CK ck *\n",
+     .roles = "%INTERNAL_SCAN BC_IN;",
      .lines = "disconnect f{Q}\nconnect BCELL1{DO} n{A}\nconnect BCELL1{DI} f{Q}\n"},
-    {.what = "nor does an input cell, in the pads' module",
-     .input = {.design = "module pads(input a, output c, input t, output tdo); IBUF pa(.PAD(a), .C(c));\n"
-                         "TBUF po(.I(t), .OEN(c), .PAD(tdo)); endmodule\n"
-                         "module chip(input a, ck, output tdo); wire c; pads p(.a(a), .c(c), .tdo(tdo));\n"
-                         "FF f(.D(c), .CK(ck)); endmodule\n",
-               .pins = TDO_PINS},
+    {.name = "nor does an input cell, in the pads' module",
+     .design = "module pads(input a, output c, input t, output tdo); IBUF pa(.PAD(a), .C(c));\n"
+               "TBUF po(.I(t), .OEN(c), .PAD(tdo)); endmodule\n"
+               "module chip(input a, ck, output tdo); wire c; pads p(.a(a), .c(c), .tdo(tdo));\n"
+               "FF f(.D(c), .CK(ck)); endmodule\n",
+     .pins = TDO_PINS,
      .changes = {{"chip.lib", "%OUTPUT PAD; %EN_L OEN; }", "%FUNCTION out; %OUTPUT PAD; %EN_L OEN; }"}},
-     .status = 0,
      .lines = "disconnect pa{C}\nconnect BCELL0{DO} c\nconnect BCELL0{DI} pa{C}\n"},
-    {.what = "a TDO port without a pad that the core drives",
-     .input = {.design = "module chip(input a, ck, output tdo); wire q; FF f(.D(a), .CK(ck), .Q(q));\n"
-                         "INV g(.A(q), .Z(tdo)); endmodule\n",
-               .pins = TDO_PINS},
+    {.name = "a TDO port without a pad that the core drives",
+     .design = "module chip(input a, ck, output tdo); wire q; FF f(.D(a), .CK(ck), .Q(q));\n"
+               "INV g(.A(q), .Z(tdo)); endmodule\n",
+     .pins = TDO_PINS,
+     .message = "WARNING: Port 'tdo' is driven by the design.\n"
+                "         It will be disconnected and reconnected to TAP.\n",
      .options = "-add_tap -no_pad",
-     .expected = "WARNING: Port 'tdo' is driven by the design.\n"
-                 "         It will be disconnected and reconnected to TAP.\n",
-     .status = 0,
      .lines = "disconnect tdo\nconnect tdo TAP{TDO}\n"},
-    {.what = "a port that feeds nothing but such a port",
-     .input = {.design = "module chip(input a, ck, output tdo); FF f(.CK(ck)); assign tdo = a; endmodule\n",
-               .pins = TDO_PINS},
+    {.name = "a port that feeds nothing but such a port",
+     .design = "module chip(input a, ck, output tdo); FF f(.CK(ck)); assign tdo = a; endmodule\n",
+     .pins = TDO_PINS,
+     .message = "ERROR: port 'a' is floating.\n\n",
+     .options = "-add_tap -no_pad"},
+    {.name = "a TDO port without a pad beside pads in two modules",
+     .design = PADS_IN_TWO_MODULES,
+     .pins = "1 A a *\n2 Y y *\n10 TDO tdo *\n9 CK ck *\n",
+     .message = "WARNING: Port 'tdo' is driven by the design.\n",
      .options = "-add_tap -no_pad",
-     .expected = "ERROR: port 'a' is floating.\n\n"},
-    {.what = "a TDO port without a pad beside pads in two modules",
-     .input = {.design = PADS_IN_TWO_MODULES, .pins = "1 A a *\n2 Y y *\n10 TDO tdo *\n9 CK ck *\n"},
      .changes = {{"chip.v", "io x(.t(q), .e(1'b0), .tdo(tdo));", "INV g(.A(q), .Z(tdo)); io x();"}},
-     .options = "-add_tap -no_pad",
-     .expected = "WARNING: Port 'tdo' is driven by the design.\n",
-     .status = 0,
      .lines = "disconnect tdo\nconnect tdo TAP{TDO}\n"},
-    {.what = "a TDO pad below the top, fed and tied there, beside pads in two modules",
-     .input = {.design = PADS_IN_TWO_MODULES, .pins = "1 A a *\n2 Y y *\n10 TDO tdo *\n9 CK ck *\n"},
-     .expected = "WARNING: Pin 't' of 'x' is driven by the design.\n",
-     .status = 0,
+    {.name = "a TDO pad below the top, fed and tied there, beside pads in two modules",
+     .design = PADS_IN_TWO_MODULES,
+     .pins = "1 A a *\n2 Y y *\n10 TDO tdo *\n9 CK ck *\n",
+     .message = "WARNING: Pin 't' of 'x' is driven by the design.\n",
      .lines = "disconnect x{t}\nconnect x{t} TAP{TDO}\ndisconnect x{e}\nconnect x{e} TAP{TDO_EN}\n"},
-    {.what = "a tied output of a TAP down a path that the cell inside a pad needs",
-     .input = {.design = TIED_TAP, .tap_items = "%MODE_2 xtra; ", .tap = "m.t", .pins = A_PINS},
+    {.name = "a tied output of a TAP down a path that the cell inside a pad needs",
+     .design = TIED_TAP,
+     .pins = A_PINS,
+     .message = "WARNING: Pin %MODE_2 'xtra' of TAP 't' was connected to GND.\n"
+                "         %MODE_2 'xtra' will be disconnected.\n",
+     .options = "",
+     .tap_items = "%MODE_2 xtra; ",
+     .tap = "m.t",
      .changes = {{"chip.v", "IBUF pa", "BSIN pa"},
                  {"chip.lib", "%MODE_1 MD; }\n%BS_BUFFER BSOUT", "%MODE_2 MD; }\n%BS_BUFFER BSOUT"}},
-     .options = "",
-     .expected = "WARNING: Pin %MODE_2 'xtra' of TAP 't' was connected to GND.\n"
-                 "         %MODE_2 'xtra' will be disconnected.\n",
-     .status = 0,
      .lines = "disconnect t{clockDR}\ndisconnect t{mode1}\ndisconnect t{xtra}\ndisconnect t{BC_FIRST}\n"
               "disconnect t{BC_LAST}\n"},
-    {.what = "a tied output of a TAP that the multiplexer of a pad needs",
-     .input = {.design = TIED_TAP,
-               .tap_items = "%MODE_2 xtra; ",
-               .tap = "m.t",
-               .roles = "%INPUT_MUX_SCAN BC_MI;",
-               .pins = A_PINS},
-     .changes = {{"chip.v", "IBUF pa", "MUXI pa"}},
+    {.name = "a tied output of a TAP that the multiplexer of a pad needs",
+     .design = TIED_TAP,
+     .pins = A_PINS,
+     .message = "WARNING: Pin %MODE_2 'xtra' of TAP 't' was connected to GND.\n",
      .options = "",
-     .expected = "WARNING: Pin %MODE_2 'xtra' of TAP 't' was connected to GND.\n",
-     .status = 0,
+     .roles = "%INPUT_MUX_SCAN BC_MI;",
+     .tap_items = "%MODE_2 xtra; ",
+     .tap = "m.t",
+     .changes = {{"chip.v", "IBUF pa", "MUXI pa"}},
      .lines = "disconnect t{xtra}\n"},
-    {.what = "a tied output of a TAP that a high-impedance buffer needs",
-     .input = {.design = TIED_TAP,
-               .tap_items = "%HIGHZ_COMMAND xtra; %SIGNAL_BUFFER BUFX; ",
-               .tap = "m.t",
-               .pins = "1 A a *\n2 Z z *\n9 CK ck *\n"},
+    {.name = "a tied output of a TAP that a high-impedance buffer needs",
+     .design = TIED_TAP,
+     .pins = "1 A a *\n2 Z z *\n9 CK ck *\n",
+     .message = "WARNING: Pin %CLOCK_DR 'clockDR' of TAP 't' was connected to VCC.\n"
+                "         %CLOCK_DR 'clockDR' will be disconnected.\n",
+     .options = "",
+     .tap_items = "%HIGHZ_COMMAND xtra; %SIGNAL_BUFFER BUFX; ",
+     .tap = "m.t",
      .changes = {{"chip.v", "chip(input a", "chip(output z, input a"},
                  {"chip.v", "IBUF pa", "TBUF pz(.I(c), .OEN(1'b0), .PAD(z)); IBUF pa"}},
-     .options = "",
-     .expected = "WARNING: Pin %CLOCK_DR 'clockDR' of TAP 't' was connected to VCC.\n"
-                 "         %CLOCK_DR 'clockDR' will be disconnected.\n",
-     .status = 0,
      .lines = "disconnect t{xtra}\n"},
 };
 
 constexpr const char *PAD_MODULE_PINS =
     "1 A a *\n2 Y y *\n8 TCK tck *\n6 TDI tdi *\n10 TDO tdo *\n9 CK ck *\n";
 
-const CHIP_ROW PLACES[] = {
-    {.what = "a new port whose name is taken",
+const CHIP PLACES[] = {
+    {.name = "a new port whose name is taken",
      .design = "pad_module",
-     .input = {.pins = PAD_MODULE_PINS},
-     .changes = {{"chip.v", "pads(input a", "pads(input chain_in, a"}},
-     .expected =
+     .pins = PAD_MODULE_PINS,
+     .message =
          "ERROR: module 'pads' has a port 'chain_in' already, so that the signal of that name\n"
-         "       can't be led into it. Please rename the port of the module or the pin of the TAP.\n\n"},
-    {.what = "the enable of the TDO pad does not leave its module",
+         "       can't be led into it. Please rename the port of the module or the pin of the TAP.\n\n",
+     .changes = {{"chip.v", "pads(input a", "pads(input chain_in, a"}}},
+    {.name = "the enable of the TDO pad does not leave its module",
      .design = "pad_module",
-     .input = {.pins = PAD_MODULE_PINS},
-     .changes = {{"chip.v", ".OEN(te)", ".OEN(1'b0)"}},
-     .expected =
+     .pins = PAD_MODULE_PINS,
+     .message =
          "ERROR: the enable of port 'tdo' does not leave module 'io', which is not on the way to the pads\n"
-         "       of the boundary cells, so that it can't be joined to the TAP.\n\n"},
-    {.what = "the TDO pad is reached from the pads' module, and freed in the top",
+         "       of the boundary cells, so that it can't be joined to the TAP.\n\n",
+     .changes = {{"chip.v", ".OEN(te)", ".OEN(1'b0)"}}},
+    {.name = "the TDO pad is reached from the pads' module, and freed in the top",
      .design = "pad_module",
-     .input = {.tap = "p.tap", .pins = PAD_MODULE_PINS},
+     .pins = PAD_MODULE_PINS,
+     .message = "WARNING: Pin 'to' of 'x' is driven by the design.\n"
+                "         It will be disconnected and reconnected to TAP.\n",
+     .tap = "p.tap",
      .changes = {{"chip.v", ".tdo(tdo));", ".tdo(tdo), .to(c), .te(1'b1));"}},
-     .expected = "WARNING: Pin 'to' of 'x' is driven by the design.\n"
-                 "         It will be disconnected and reconnected to TAP.\n",
-     .status = 0,
      .lines =
          "add tms input\nreplace p pads_bs\nconnect p{TDI} x{ti}\nconnect p{TMS} tms\nconnect p{TCK} pk{C}\n"
          "disconnect x{to}\nconnect p{TDO} x{to}\ndisconnect x{te}\nconnect p{TDO_EN} x{te}\nsave\n"},
-    {.what = "connections of the user with the TAP among the pads",
+    {.name = "connections of the user with the TAP among the pads",
      .design = "pad_module",
-     .input = {.tap = "p.tap",
-               .settings = "%CONNECTION_TABLE { %CONNECT f{CK} TO ck; }",
-               .pins = PAD_MODULE_PINS},
-     .expected = "WARNING: the connections of %CONNECTION_TABLE are not made, because the TAP lies\n"
-                 "         in the modules of the pads.\n\n",
-     .status = 0},
-    {.what = "the cells stand in the top, the pads of TDI and TDO below",
+     .pins = PAD_MODULE_PINS,
+     .message = "WARNING: the connections of %CONNECTION_TABLE are not made, because the TAP lies\n"
+                "         in the modules of the pads.\n\n",
+     .settings = "%CONNECTION_TABLE { %CONNECT f{CK} TO ck; }",
+     .tap = "p.tap"},
+    {.name = "the cells stand in the top, the pads of TDI and TDO below",
      .design = "pad_module",
-     .input = {.pins = PAD_MODULE_PINS},
+     .pins = PAD_MODULE_PINS,
      .changes = {{"chip.v", "module pads(", "module unused(); endmodule\nmodule cells("},
                  {"chip.v", "pads p(.a(a), .c(c), .q(q), .y(y));",
                   "cells n(); unused u(); IBUF pa(.PAD(a), .C(c)); OBUF py(.I(q), .PAD(y));"}},
-     .status = 0,
      .lines =
          "add TAP tapm\nconnect x{ti} TAP{TDI}\nadd tms input\nconnect tms TAP{TMS}\nconnect pk{C} TAP{TCK}\n"
          "connect x{to} TAP{TDO}\nconnect x{te} TAP{TDO_EN}\n"},
-    {.what = "what the top drives onto a TDO pad without an enable is cut",
-     .input =
-         {.design =
-              "module pads(input a, output c, input t, output tdo); IBUF pa(.PAD(a), .C(c));\n"
-              "OBUF po(.I(t), .PAD(tdo)); endmodule\n"
-              "module chip(input a, ck, output tdo); wire c, q; pads p(.a(a), .c(c), .t(q), .tdo(tdo));\n"
-              "FF f(.D(c), .CK(ck), .Q(q)); endmodule\n",
-          .pins = "1 A a *\n10 TDO tdo *\n9 CK ck *\n"},
-     .expected = "WARNING: Pin 't' of 'p' is driven by the design.\n",
-     .status = 0,
+    {.name = "what the top drives onto a TDO pad without an enable is cut",
+     .design = "module pads(input a, output c, input t, output tdo); IBUF pa(.PAD(a), .C(c));\n"
+               "OBUF po(.I(t), .PAD(tdo)); endmodule\n"
+               "module chip(input a, ck, output tdo); wire c, q; pads p(.a(a), .c(c), .t(q), .tdo(tdo));\n"
+               "FF f(.D(c), .CK(ck), .Q(q)); endmodule\n",
+     .pins = "1 A a *\n10 TDO tdo *\n9 CK ck *\n",
+     .message = "WARNING: Pin 't' of 'p' is driven by the design.\n",
      .lines = "replace p pads_bs\ndisconnect p{t}\nconnect p{t} TAP{TDO}\nconnect p{TDO_EN} TAP{TDO_EN}\n"},
-    {.what = "standard ports without pads beside a pad module",
-     .input =
-         {.design =
-              "module pads(input a, output c); IBUF pa(.PAD(a), .C(c)); endmodule\n"
-              "module chip(input a, ck, tdi, output tdo); wire c; pads p(.a(a), .c(c)); INV g(.A(tdi));\n"
-              "FF f(.D(c), .CK(ck)); INV h(.A(tdo)); endmodule\n",
-          .pins = "1 A a *\n6 TDI tdi *\n10 TDO tdo *\n9 CK ck *\n"},
+    {.name = "standard ports without pads beside a pad module",
+     .design = "module pads(input a, output c); IBUF pa(.PAD(a), .C(c)); endmodule\n"
+               "module chip(input a, ck, tdi, output tdo); wire c; pads p(.a(a), .c(c)); INV g(.A(tdi));\n"
+               "FF f(.D(c), .CK(ck)); INV h(.A(tdo)); endmodule\n",
+     .pins = "1 A a *\n6 TDI tdi *\n10 TDO tdo *\n9 CK ck *\n",
      .options = "-add_tap -no_pad",
-     .status = 0,
      .lines =
          "replace p pads_bs\nconnect tdi TAP{TDI}\nconnect tdo TAP{TDO}\nconnect p{shiftDR} TAP{shiftDR}\n"},
-    {.what = "the TAP stands with the pads of TDI, that of TMS one level up",
-     .input =
-         {.design =
-              "module pads(input a, output c, input t); IBUF pa(.PAD(a), .C(c)); IBUF pt(.PAD(t)); "
-              "endmodule\n"
-              "module AA(input a, output c, input t, m); IBUF pm(.PAD(m)); pads p(.a(a), .c(c), .t(t));\n"
-              "endmodule\n"
-              "module chip(input a, tdi, tms, tck, ck); wire c; AA A(.a(a), .c(c), .t(tdi), .m(tms));\n"
-              "IBUF pk(.PAD(tck)); FF f(.D(c), .CK(ck)); endmodule\n",
-          .tap = "A.p.tap",
-          .pins = "1 A a *\n6 TDI tdi *\n8 TCK tck *\n7 TMS tms *\n9 CK ck *\n"},
-     .status = 0,
+    {.name = "the TAP stands with the pads of TDI, that of TMS one level up",
+     .design = "module pads(input a, output c, input t); IBUF pa(.PAD(a), .C(c)); IBUF pt(.PAD(t)); "
+               "endmodule\n"
+               "module AA(input a, output c, input t, m); IBUF pm(.PAD(m)); pads p(.a(a), .c(c), .t(t));\n"
+               "endmodule\n"
+               "module chip(input a, tdi, tms, tck, ck); wire c; AA A(.a(a), .c(c), .t(tdi), .m(tms));\n"
+               "IBUF pk(.PAD(tck)); FF f(.D(c), .CK(ck)); endmodule\n",
+     .pins = "1 A a *\n6 TDI tdi *\n8 TCK tck *\n7 TMS tms *\n9 CK ck *\n",
+     .tap = "A.p.tap",
      .lines = "edit AA_bs\nadd TCK input\nadd TDO output\nreplace p pads_bs\nconnect pm{C} p{TMS}\nconnect "
               "p{TCK} TCK\n"
               "connect p{TDO} TDO\nsave\n"},
-    {.what = "all standard ports in the pads' module, TRST too, TDO on a bidirectional pad",
-     .input =
-         {.design =
-              "module pads(input a, tdi, tms, tck, trst, output c, i, input t, inout tdo); IBUF pa(.PAD(a), "
-              ".C(c));\n"
-              "IBUF pi(.PAD(tdi), .C(i)); IBUF pm(.PAD(tms)); IBUF pk(.PAD(tck)); IBUF pr(.PAD(trst));\n"
-              "BBUF po(.I(t), .OEN(1'b1), .PAD(tdo)); endmodule\n"
-              "module chip(input a, ck, tdi, tms, tck, trst, inout tdo); wire c;\n"
-              "pads p(.a(a), .c(c), .tdi(tdi), .tms(tms), .tck(tck), .trst(trst), .tdo(tdo));\n"
-              "FF f(.D(c), .CK(ck)); endmodule\n",
-          .tap_items = "%TRST TRST; ",
-          .pins =
-              "1 A a *\n6 TDI tdi *\n7 TMS tms *\n8 TCK tck *\n11 TRST trst *\n10 TDO tdo *\n9 CK ck *\n"},
+    {.name = "all standard ports in the pads' module, TRST too, TDO on a bidirectional pad",
+     .design = "module pads(input a, tdi, tms, tck, trst, output c, i, input t, inout tdo); IBUF pa(.PAD(a), "
+               ".C(c));\n"
+               "IBUF pi(.PAD(tdi), .C(i)); IBUF pm(.PAD(tms)); IBUF pk(.PAD(tck)); IBUF pr(.PAD(trst));\n"
+               "BBUF po(.I(t), .OEN(1'b1), .PAD(tdo)); endmodule\n"
+               "module chip(input a, ck, tdi, tms, tck, trst, inout tdo); wire c;\n"
+               "pads p(.a(a), .c(c), .tdi(tdi), .tms(tms), .tck(tck), .trst(trst), .tdo(tdo));\n"
+               "FF f(.D(c), .CK(ck)); endmodule\n",
+     .pins = "1 A a *\n6 TDI tdi *\n7 TMS tms *\n8 TCK tck *\n11 TRST trst *\n10 TDO tdo *\n9 CK ck *\n",
+     .tap_items = "%TRST TRST; ",
      .changes = {{"chip.bsc", "%GLOBAL_TCK tck;", "%GLOBAL_TCK tck; %GLOBAL_TRST trst;"},
                  {"chip.bsc", "tck, ck;", "tck, ck, trst;"}},
-     .status = 0,
      .lines = "add TAP tapm\nreplace p pads_bs\nconnect p{i} TAP{TDI}\nconnect p{vmr_tap_tms} TAP{TMS}\n"
               "connect p{vmr_tap_tck} TAP{TCK}\nconnect p{t} TAP{TDO}\nconnect p{TDO_EN} TAP{TDO_EN}\n"
               "connect p{vmr_tap_trst} TAP{TRST}\n"},
-    {.what = "a standard port that is new, the TAP two levels above the pads",
+    {.name = "a standard port that is new, the TAP two levels above the pads",
      .design = "three_down",
-     .input = {.tap_items = "%HIGHZ_COMMAND highz; %SIGNAL_BUFFER BUFX; %EXTRA_1 xtra; ",
-               .tap = "k.tap",
-               .roles = "%INPUT_SCAN BC_X; %OUTPUT_SCAN BC_X;",
-               .pins = "1 A a *\n2 Z z *\n9 CK ck *\n",
-               .instructions = "%INSTRUCTION HIGHZ = (011) ACCESS BYPASS;"},
+     .pins = "1 A a *\n2 Z z *\n9 CK ck *\n",
      .options = "-add_tap -synch",
-     .status = 0,
+     .roles = "%INPUT_SCAN BC_X; %OUTPUT_SCAN BC_X;",
+     .tap_items = "%HIGHZ_COMMAND highz; %SIGNAL_BUFFER BUFX; %EXTRA_1 xtra; ",
+     .tap = "k.tap",
+     .instructions = "%INSTRUCTION HIGHZ = (011) ACCESS BYPASS;",
      .file = "tap_two_levels_above_the_pads"},
-    {.what = "the path of the TAP names no instance",
-     .input = {.tap = "none.tap"},
-     .expected = "ERROR: can not find the instance none in chip.sdb file.\n"},
-    {.what = "a module on the TAP's path has a port of the TAP's name",
+    {.name = "the path of the TAP names no instance",
+     .message = "ERROR: can not find the instance none in chip.sdb file.\n",
+     .tap = "none.tap"},
+    {.name = "a module on the TAP's path has a port of the TAP's name",
      .design = "tap_down_a_path",
-     .input = {.tap = "top_a.b.tap", .pins = "1 A a *\n9 CK ck *\n"},
-     .changes = {{"chip.v", "module B(input i,", "module B(input i, shiftDR,"}},
-     .expected = "ERROR: module 'B' has a port 'shiftDR' already"},
-    {.what = "no port gets a cell",
-     .input = {.pins = "9 CK ck *\n"},
-     .expected = "ERROR: no port of 'chip' gets a boundary cell.\n"},
-    {.what = "the pad of TDI stands in a module that it does not leave",
-     .input = {.design = "module sub(input tdi); IBUF pi(.PAD(tdi)); endmodule\n"
-                         "module chip(input a, input tdi, input ck); wire w; IBUF pa(.PAD(a), .C(w));\n"
-                         "FF f(.D(w), .CK(ck)); sub s(.tdi(tdi)); endmodule\n",
-               .pins = "1 PA a *\n2 CK ck *\n3 TDI tdi *\n"},
-     .expected = "ERROR: the signal of port 'tdi' does not leave module 'sub'"},
+     .pins = "1 A a *\n9 CK ck *\n",
+     .message = "ERROR: module 'B' has a port 'shiftDR' already",
+     .tap = "top_a.b.tap",
+     .changes = {{"chip.v", "module B(input i,", "module B(input i, shiftDR,"}}},
+    {.name = "no port gets a cell",
+     .pins = "9 CK ck *\n",
+     .message = "ERROR: no port of 'chip' gets a boundary cell.\n"},
+    {.name = "the pad of TDI stands in a module that it does not leave",
+     .design = "module sub(input tdi); IBUF pi(.PAD(tdi)); endmodule\n"
+               "module chip(input a, input tdi, input ck); wire w; IBUF pa(.PAD(a), .C(w));\n"
+               "FF f(.D(w), .CK(ck)); sub s(.tdi(tdi)); endmodule\n",
+     .pins = "1 PA a *\n2 CK ck *\n3 TDI tdi *\n",
+     .message = "ERROR: the signal of port 'tdi' does not leave module 'sub'"},
 };
 
 } // namespace
@@ -334,7 +308,7 @@ TEST(Lines, OfPinsThatTheTapTakes) {
 }
 
 TEST(Lines, OfAddedPads) {
-    run_rows(ADDED_PADS);
+    run_rows(ADDED_PADS, "-add_tap -add_pad");
 }
 
 TEST(Lines, OfCells) {

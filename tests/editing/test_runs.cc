@@ -4,33 +4,21 @@
 
 namespace {
 
-CHIP_INPUT small_chip() {
-    CHIP_INPUT input;
-    input.design =
+const CHIP SMALL = {
+    .design =
         "module pads(input a, output a_c); IBUF pa(.PAD(a), .C(a_c)); endmodule\n"
-        "module chip(input a, input ck); wire w; pads p(.a(a), .a_c(w)); FF f(.D(w), .CK(ck)); endmodule\n";
-    input.pins = "1 PA a *\n2 CK ck *\n";
-    return input;
-}
+        "module chip(input a, input ck); wire w; pads p(.a(a), .a_c(w)); FF f(.D(w), .CK(ck)); endmodule\n",
+    .pins = "1 PA a *\n2 CK ck *\n"};
 
-/// A chip whose TAP goes into module B, which stands in A.
-CHIP_INPUT chip_with_tap_path() {
-    CHIP_INPUT input;
-    input.design = test_file("designs/tap_down_a_path.v");
-    input.tap = "top_a.b.tap";
-    input.pins = "1 A a *\n2 Y y *\n6 TDI tdi *\n7 TMS tms *\n8 TCK tck *\n9 CK ck *\n10 TDO tdo *\n";
-    return input;
-}
+/// The TAP goes into module B, which stands in A.
+const CHIP TAP_PATH = {
+    .design = "tap_down_a_path",
+    .pins = "1 A a *\n2 Y y *\n6 TDI tdi *\n7 TMS tms *\n8 TCK tck *\n9 CK ck *\n10 TDO tdo *\n",
+    .tap = "top_a.b.tap"};
 
-/// Tools that note how they were called and what they read on standard input; kalmedit leaves the module that
-/// it was to edit as it is.
-void note_calls(const chip_case &chip) {
-    for (const char *tool : {"kalmedit", "kalmlist", "kalmflat", "mv", "cp"}) {
-        std::string real = std::string(tool) == "mv" || std::string(tool) == "cp"
-                               ? "exec /bin/" + std::string(tool) + " \"$@\""
-                               : "";
-        chip.make_tool(tool, "echo $(basename $0) \"$@\" $(cat) >>calls\n" + real);
-    }
+/// What a tool does when a case lets it do its work: the editor and those behind it leave all as it is.
+std::string work_of(const std::string &tool) {
+    return tool == "mv" || tool == "cp" ? "exec /bin/" + tool + " \"$@\"" : "exit 0";
 }
 
 std::string after(const std::string &text, const std::string &mark) {
@@ -71,12 +59,13 @@ TEST(Runs, CommandLines) {
     };
     for (const RUN &run : runs) {
         SCOPED_TRACE(run.options);
-        chip_case chip(small_chip());
-        std::filesystem::create_directories(chip.scratch.dir / "out/deep");
+        chip_case chip(SMALL);
+        chip.scratch.write("out/deep/kept", "");
         chip.scratch.write("pads.inf", "");
-        note_calls(chip);
-        run_result result = chip.run(run.options, "an answer that no tool may take\n");
-        EXPECT_EQ(result.status, 0) << result.out << result.err;
+        // Each tool notes how it was called and what it read on standard input.
+        for (const std::string tool : {"kalmedit", "kalmlist", "kalmflat", "mv", "cp"})
+            chip.make_tool(tool, "echo $(basename $0) \"$@\" $(cat) >>calls\n" + work_of(tool));
+        succeed(chip.run(run.options, "an answer that no tool may take\n"));
         EXPECT_EQ(after(chip.scratch.read("calls"), "cp ./chip.sdb"), edits + run.expected);
         EXPECT_FALSE(chip.scratch.has("bs_kalmlist.log"));
         const char *head = "// What rimweave has written, in the order to compile it.\n";
@@ -85,10 +74,9 @@ TEST(Runs, CommandLines) {
 }
 
 TEST(Runs, WhatIsPrinted) {
-    chip_case chip(small_chip());
+    chip_case chip(SMALL);
     chip.scratch.write("chip.f", "-y own\n");
-    run_result result = chip.run("-add_tap");
-    std::string text = after(result.out, " - Synthesizing Boundary");
+    std::string text = after(succeed(chip.run("-add_tap")), " - Synthesizing Boundary");
     EXPECT_EQ(text.substr(0, text.find("====")), R"( - Synthesizing Boundary Registers in gate level ...
 
     .Editing command file    ./rimweave_lib/chip_jtag.cmd ...
@@ -138,21 +126,20 @@ TEST(Runs, AFailureEndsTheRunAndTheNextOneWorks) {
     };
     for (const FAILURE &failure : failures) {
         SCOPED_TRACE(std::string(failure.tool) + " when " + failure.when);
-        chip_case chip(failure.tap_path ? chip_with_tap_path() : small_chip());
+        chip_case chip(failure.tap_path ? TAP_PATH : SMALL);
         chip.scratch.write("pads.inf", "");
         std::string before = chip.scratch.read("chip.sdb");
         std::string tool = failure.tool;
-        std::string real = tool == "mv" || tool == "cp" ? "exec /bin/" + tool + " \"$@\"" : "exit 0";
-        chip.make_tool(tool, std::string("if ") + failure.when + "; then exit 3; fi\n" + real);
+        chip.make_tool(tool, std::string("if ") + failure.when + "; then exit 3; fi\n" + work_of(tool));
         run_result result = chip.run(failure.options);
         EXPECT_EQ(result.status, 255);
         EXPECT_EQ(result.out.find("END TIME"), std::string::npos);
-        EXPECT_NE(result.out.find(failure.message), std::string::npos) << result.out;
+        expect_part(result.out, failure.message);
         EXPECT_EQ(result.out.find("ERROR") != std::string::npos,
                   std::string(failure.message).find("ERROR") != std::string::npos);
         EXPECT_EQ(chip.scratch.read("chip.sdb"), before);
-        chip.make_tool(tool, real);
-        EXPECT_EQ(chip.run(failure.options).status, 0);
+        chip.make_tool(tool, work_of(tool));
+        succeed(chip.run(failure.options));
     }
 }
 
@@ -172,14 +159,12 @@ TEST(Runs, ANameIsNeverAShellCommandOrASwitch) {
     for (const NAMES &each : names) {
         for (std::string language : {"v", "vhd"}) {
             SCOPED_TRACE(each.design + std::string(" in ") + language);
-            CHIP_INPUT input;
-            input.design =
-                format_text("module \\%s (input a, output a_c); IBUF pa(.PAD(a), .C(a_c)); endmodule\n"
-                            "module chip(input a, input ck); wire w; \\%s p(.a(a), .a_c(w));\n"
-                            "FF f(.D(w), .CK(ck)); endmodule\n",
-                            each.module, each.module);
-            input.pins = "1 PA a *\n2 CK ck *\n";
-            chip_case chip(input);
+            chip_case chip({.design = format_text(
+                                "module \\%s (input a, output a_c); IBUF pa(.PAD(a), .C(a_c)); endmodule\n"
+                                "module chip(input a, input ck); wire w; \\%s p(.a(a), .a_c(w));\n"
+                                "FF f(.D(w), .CK(ck)); endmodule\n",
+                                each.module, each.module),
+                            .pins = SMALL.pins});
             std::filesystem::remove_all(chip.scratch.dir / "tools");
             std::filesystem::create_directory(chip.scratch.dir / each.folder);
             for (const char *ext : {".sdb", ".c.sdb", ".lib", ".bsc"})
@@ -190,7 +175,7 @@ TEST(Runs, ANameIsNeverAShellCommandOrASwitch) {
                                              *each.argument ? each.argument : each.design, each.folder,
                                              language == "vhd" ? " -vhdl" : ""));
             EXPECT_EQ(result.status, each.status) << result.out << result.err;
-            EXPECT_NE(result.out.find(each.message), std::string::npos) << result.out;
+            expect_part(result.out, each.message);
             EXPECT_FALSE(chip.scratch.has("pwned") || chip.scratch.has("+pwned"));
             EXPECT_EQ(
                 chip.scratch.has(format_text("%s/%s_jtag.%s", each.folder, each.design, language.c_str())),
@@ -201,14 +186,13 @@ TEST(Runs, ANameIsNeverAShellCommandOrASwitch) {
 }
 
 TEST(Runs, ASecondRunIsRefusedBeforeItTouchesAnything) {
-    chip_case chip(small_chip());
+    chip_case chip(SMALL);
     chip.make_tool("kalmedit", "tools/again >second; echo $? >>second; exec " RW_BIN_DIR "/kalmedit \"$@\"");
     chip.make_tool("again", "exec " RW_BIN_DIR "/rimweave chip");
     chip.make_tool("first", "echo $$ >pid; exec " RW_BIN_DIR "/rimweave chip -add_tap");
     const std::string first = "PATH=$PWD/tools:$PATH; tools/first; exit $?";
-    run_result result = chip.scratch.run(first);
-    EXPECT_EQ(result.status, 0) << result.out << result.err;
-    EXPECT_EQ(chip.scratch.read("chip.rwv.rpt"), result.out);
+    std::string out = succeed(chip.scratch.run(first));
+    EXPECT_EQ(chip.scratch.read("chip.rwv.rpt"), out);
     std::string pid = chip.scratch.read("pid");
     EXPECT_EQ(after(chip.scratch.read("second"), "ERROR"),
               "ERROR: ./rimweave_lib is used by another run, process " + pid.substr(0, pid.size() - 1) +
@@ -218,7 +202,6 @@ TEST(Runs, ASecondRunIsRefusedBeforeItTouchesAnything) {
     chip.make_tool("kalmedit", "kill -9 $(cat pid); echo $$ >left; exec sleep 100");
     EXPECT_EQ(chip.scratch.run(first).status, 137);
     chip.make_tool("kalmedit", "exit 0");
-    result = chip.run("-add_tap");
-    EXPECT_EQ(result.status, 0) << result.out << result.err;
+    succeed(chip.run("-add_tap"));
     chip.scratch.run("kill $(cat left)");
 }

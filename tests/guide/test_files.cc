@@ -10,9 +10,8 @@ namespace {
 const std::string uart_chip = RW_SOURCE_DIR "/examples/uart_chip/";
 
 void lay_out_description(const guide_folder &guide) {
-    run_result result = guide.scratch.run("cp " + uart_chip + "chip.bsc " + uart_chip + "chip.lib " +
-                                          uart_chip + "chip.pin .");
-    ASSERT_EQ(result.status, 0) << result.err;
+    succeed(guide.scratch.run("cp " + uart_chip + "chip.bsc " + uart_chip + "chip.lib " + uart_chip +
+                              "chip.pin ."));
 }
 
 void lay_out_cells(const guide_folder &guide) {
@@ -56,17 +55,15 @@ TEST(GuideFiles, FromNothingToASimulatedChip) {
     ASSERT_EQ(guide.scratch.run(RW_BIN_DIR "/kalmverin chip.v").status, 0);
     run_result result = guide.session(beside_the_tests("first_chip.in"), "-add_tap");
     ASSERT_EQ(result.status, 0) << result.out << result.err;
-    EXPECT_TRUE(holds(result.out,
-                      "Enter Command : File was written to chip.bsc\nFile was written to chip.lib\n"
-                      "File was written to chip.pin\n\n - Reading input files ...\n"))
-        << result.out.substr(result.out.size() - 1000);
+    expect_part(result.out, "Enter Command : File was written to chip.bsc\nFile was written to chip.lib\n"
+                            "File was written to chip.pin\n\n - Reading input files ...\n");
     // Nothing of the session is told in the report.
     std::string report = guide.scratch.read("chip.rwv.rpt");
     EXPECT_FALSE(holds(report, "Menu") || holds(report, "File was written")) << report;
     result =
         guide.scratch.run("python3 " + tests + "proof.py --built --simulate-only --plan plan.json --work .");
     EXPECT_EQ(result.status, 0) << result.out << result.err;
-    EXPECT_TRUE(holds(result.out, "PROOF PASSED: chip, 40 boundary cells")) << result.out << result.err;
+    expect_part(result.out, "PROOF PASSED: chip, 40 boundary cells");
 }
 
 // A saved file holds what the guide can edit and nothing else; it is written where it was found.
@@ -84,19 +81,18 @@ TEST(GuideFiles, ExistingFilesAreEdited) {
          "",   "",   "60",     "",   "",     "",    "61",  "",   "",   "",   "62",    "",   "",   "",   "63",
          "",   "",   "",       "2",  "XTAL", "clk", "CLK", "",   "3",  "8"});
     EXPECT_EQ(result.status, 0) << result.out << result.err;
-    EXPECT_TRUE(holds(result.out, "File was written to ./chip.bsc\nFile was written to ./lib/chip.lib\n"
-                                  "File was written to chip.pin\n"))
-        << result.out;
+    expect_part(result.out, "File was written to ./chip.bsc\nFile was written to ./lib/chip.lib\n"
+                            "File was written to chip.pin\n");
     EXPECT_FALSE(guide.scratch.has("chip.lib"));
     std::string lib = guide.scratch.read("lib/chip.lib"), bsc = guide.scratch.read("chip.bsc"),
                 pin = guide.scratch.read("chip.pin");
     for (const char *part :
          {"%GLOBAL_TRST     nreset;", "%INSTANCE_NAME    tap_1;", "%CLOCK_SCAN      BC_CLK;",
           "INTEST = (0011)  ACCESS  BOUNDARY;", "%FILE_NAME  chip.pin;"})
-        EXPECT_TRUE(holds(bsc, part)) << part << "\n" << bsc;
+        expect_part(bsc, part);
     for (const char *part : {"%GROUP_SIZE     4;", "%BUFFER        CKPAD\n {\n  %FUNCTION    CLOCK;\n",
                              "%BUFFER        TBUF\n {\n  %FUNCTION    BUF;\n  %INPUT       A"})
-        EXPECT_TRUE(holds(lib, part)) << part << "\n" << lib;
+        expect_part(lib, part);
     EXPECT_FALSE(holds(lib, "%TDO_EN")) << lib;
     EXPECT_EQ(lines_of(pin).at(0), "%PACKAGE_TYPE My_Chip 46;\n");
     EXPECT_EQ(lines_of(pin).at(1), "2  XTAL  clk  CLK\n");
@@ -171,31 +167,25 @@ TEST(GuideFiles, EndOfInputAnywhere) {
     EXPECT_EQ(guide.scratch.run("exec <&-; " + guide.command("-add_tap_only")).status, 255);
     // What stands before the end is a whole answer.
     EXPECT_EQ(guide.session("1\n1\nabc\n6\n9").status, 0);
-    EXPECT_TRUE(holds(guide.scratch.read("chip.bsc"), "%GLOBAL_TDI      abc;\n"));
+    expect_part(guide.scratch.read("chip.bsc"), "%GLOBAL_TDI      abc;\n");
 }
 
 TEST(GuideFiles, FilesThatCannotBeWritten) {
-    {
+    struct {
+        const char *before, *answers, *says;
+    } const cases[] = {
+        {"true", "6\n1\nnone/p\n2\n1\nA\n\n\n3\n8\n",
+         "File was written to chip.bsc\nFile was written to chip.lib\nCan't open none/p to write\n"},
+        {"mkdir chip.lib", "9\n", "File was written to chip.bsc\nCan't open ./chip.lib to write\n"},
+        {"true", "6\n1\n/dev/full\n2\n1\nA\n\n\n3\n9\n",
+         "ERROR: can't write file '/dev/full' (No space left on device).\n\n"},
+    };
+    for (const auto &one : cases) {
         guide_folder guide;
-        run_result result = guide.answer({"6", "1", "none/p", "2", "1", "A", "", "", "3", "8"});
+        guide.scratch.run(one.before);
+        run_result result = guide.session(one.answers);
         EXPECT_EQ(result.status, 255);
-        EXPECT_TRUE(result.out.ends_with("File was written to chip.bsc\nFile was written to chip.lib\n"
-                                         "Can't open none/p to write\n"))
-            << result.out;
-    }
-    {
-        guide_folder guide;
-        std::filesystem::create_directory(guide.scratch.path("chip.lib"));
-        run_result result = guide.answer({"9"});
-        EXPECT_EQ(result.status, 255);
-        EXPECT_TRUE(result.out.ends_with("File was written to chip.bsc\nCan't open ./chip.lib to write\n"))
-            << result.out;
+        EXPECT_TRUE(result.out.ends_with(one.says)) << result.out;
         EXPECT_EQ(result.err, "");
-    }
-    {
-        guide_folder guide;
-        run_result result = guide.answer({"6", "1", "/dev/full", "2", "1", "A", "", "", "3", "9"});
-        EXPECT_EQ(result.status, 255);
-        EXPECT_TRUE(holds(result.out, "ERROR: can't write file '/dev/full'")) << result.out;
     }
 }

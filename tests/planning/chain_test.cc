@@ -25,7 +25,7 @@ constexpr const char *MUX_PINS = "1 A a *\n2 B b *\n3 C0 c *\n4 D d *\n5 M m *\n
 constexpr const char *XYZ = "1 X x *\n2 Y y *\n3 Z z *\n";
 constexpr const char *TAP_WITH_HIGHZ = "%HIGHZ_COMMAND hz; %SIGNAL_BUFFER PLAIN; %GROUP_SIZE 2;";
 
-const PLANNED_CHIP CHAINS[] = {
+const CHIP CHAINS[] = {
     {.name = "tdi_before_tdo",
      .design = FOUR_INPUTS,
      .pins = "1 DI tdi *\n2 A a *\n3 B b *\n4 DO tdo *\n5 C0 c *\n6 D d *\n7 S skip *\n",
@@ -96,7 +96,7 @@ GATE u(.A(na), .B(nb)); oldtap TAP(); endmodule)",
      .shows = WHOLE_REPORT | TREE_LINES},
 };
 
-const PLANNED_CHIP MODULES[] = {
+const CHIP MODULES[] = {
     {.name = "two_instances_with_one_enable",
      .design = R"(module P(input n, e, output x); TBUF p(.I(n), .OEN(e), .PAD(x)); endmodule
 module M(input nx, ny, e, output x, y); P p(.n(nx), .e(e), .x(x)); P q(.n(ny), .e(e), .x(y)); endmodule
@@ -136,7 +136,7 @@ TEST(Chain, IsWholeOnTenThousandPins) {
     }
     std::string design = "module chip(" + ports + ");\n" + pads + "endmodule\n";
     std::string pins = "20001 DO tdo *\n" + rows + "20000 DI tdi *\n";
-    run_result result = folder.run({.name = "", .design = design.c_str(), .pins = pins.c_str()});
+    run_result result = folder.plan({.design = design, .pins = pins});
     EXPECT_EQ(result.status, 0);
     EXPECT_EQ(messages_of(result.out), "");
     std::istringstream lines(folder.scratch.read("chip.bso"));

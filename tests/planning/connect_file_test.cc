@@ -6,8 +6,6 @@
 #include "support/run_state.hh"
 #include "tests/planning/planned_chip.hh"
 
-#include <filesystem>
-
 namespace {
 
 /// A pin of each sort: sel[3] is a register of three bits; MB and LB have a plain and a gated enable.
@@ -38,123 +36,28 @@ run_result connect(const scratch_folder &scratch, const std::string &bist, const
     });
 }
 
-struct connection {
-    const char *name;
-    const char *bist;
-    const char *file;
-    const char *expected; ///< behind the line of the TAP instance
-};
-
-const connection connections[] = {
-    {"memory block",
-     "%MEMORY_BIST { %INSTRUCTION mb { %SEL_INSTRUCTION SEL; %CTRL_ORDER 2, 10; %CNT_FILE a.cnt; } }",
-     "mbist_rimweave.cnt", R"(%MEMORY_BIST
-{
-     %INST_NAME    MB;
-     %INSTRUCTION '0101';
-     %BIST_EN    mb_en;
-     %BIST_RESULT_EN    mb_res;
-     %BCLK    tck;
-     %TDI    mreg_in;
-     %TDO    mreg_out;
-     %SEL_INSTRUCTION  '0111';
-     %GROUP_SEL_I    sel_in;
-     %GROUP_SEL_O    sel_out;
-     %SEL_EN    sel_gated;
-     %BISTCTRL_ORDER    2, 10;
-     %CNT_FILE    "a.cnt";
-}
-)"},
-    {"logic block",
+const struct {
+    const char *name; ///< of the expected file
+    const char *file, *bist;
+} CONNECTIONS[] = {
+    {"connect_memory_block", "mbist_rimweave.cnt",
+     "%MEMORY_BIST { %INSTRUCTION mb { %SEL_INSTRUCTION SEL; %CTRL_ORDER 2, 10; %CNT_FILE a.cnt; } }"},
+    {"connect_logic_block", "lbist_rimweave.cnt",
      "%LOGIC_BIST { %INSTRUCTION LB { %CTRL_ORDER 3; %SEL_INSTRUCTION ONE; %LBIST_INSTRUCTION DG; %TESTS (1, "
-     "0); } }",
-     "lbist_rimweave.cnt", R"(%LOGIC_BIST
-{
-     %INST_NAME    LB;
-     %SCAN_INSTRUCTION    '0110';
-     %BIST_EN    lb_en;
-     %BIST_RESULT_EN    lb_res;
-     %BCLK    tck;
-     %TDI    lreg_in;
-     %TDO    lreg_out;
-     %BISTCTRL_ORDER    3;
-     %CNT_FILE   "lbist.cnt";
-     %SHIFT_DR    shift_dr;
-     %GCLK    tck;
-     %SEL_INSTRUCTION    '1010';
-     %GROUP_SEL_I    one_in;
-     %GROUP_SEL_O    one_out;
-     %TESTS    '1', '0';
-}
-)"},
-    {"logic block with diagnosis",
+     "0); } }"},
+    {"connect_diagnosis", "lbist_rimweave.cnt",
      "%LOGIC_BIST { %INSTRUCTION LB { %CNT_FILE a.cnt, b.cnt; %DIAG_INSTRUCTION DG; %SCAN_INSTRUCTION SC; "
-     "%LBIST_INSTRUCTION MB; %SEL_INSTRUCTION SEL; } }",
-     "lbist_rimweave.cnt", R"(%LOGIC_BIST
-{
-     %INST_NAME    LB;
-     %DIAG_EN    lb_en;
-     %BCLK    tck;
-     %CNT_FILE    "a.cnt",
-                  "b.cnt";
-     %SHIFT_DR    shift_dr;
-     %SCAN_INSTRUCTION    '1000';
-     %DIAG_EN    sc_en;
-     %DIAG_INSTRUCTION    '1001';
-     %SCAN_TDI    dgreg_in;
-     %SCAN_TDO    dgreg_out;
-     %DUMP_EN    dg_en;
-     %TDI    mreg_in;
-     %TDO    mreg_out;
-     %BIST_EN    mb_en;
-     %GCLK    tck;
-     %SEL_INSTRUCTION    '0111';
-     %GROUP_SEL_I    sel_in;
-     %GROUP_SEL_O    sel_out;
-     %SEL_EN    sel_gated;
-}
-)"},
-    {"logic block without an instruction",
+     "%LBIST_INSTRUCTION MB; %SEL_INSTRUCTION SEL; } }"},
+    {"connect_without_an_instruction", "lbist_rimweave.cnt",
      "%LOGIC_BIST { %LBIST_INSTRUCTION LB; %SEL_INSTRUCTION SEL; %TESTS (101); %DEBUG_INSTRUCTION SC; "
-     "%DIAG_INSTRUCTION NULL, DG, SC; %DIAG_CNT_FILE x.cnt, d.cnt, e.cnt; }",
-     "lbist_rimweave.cnt", R"(%LOGIC_BIST
-{
-     %LBIST_INSTRUCTION    '0110';
-     %LBIST_TDI     lreg_in;
-     %LBIST_TDO     lreg_out;
-     %LBIST_EN    lb_en;
-     %CNT_FILE   "lbist.cnt";
-     %SHIFT_DR    shift_dr;
-     %BCLK    tck;
-     %GCLK    tck;
-     %SEL_INSTRUCTION    '0111';
-     %GROUP_SEL_I     sel_in;
-     %GROUP_SEL_O     sel_out;
-     %SEL_EN    sel_en;
-     %TESTS    '101';
-     %DEBUG_INSTRUCTION    '1000';
-     %DEBUG_EN    sc_en;
-     %DIAG_INSTRUCTION    "*", "DG" , "SC" ;
-}
-
-%LBIST_DIAG  DG
-{
-     %INSTRUCTION    '1001';
-     %TDI           dgreg_in;
-     %TDO           dgreg_out;
-     %DIAG_EN       dg_en;
-     %CNT_FILE      "d.cnt";
-}
-
-%LBIST_DIAG  SC
-{
-     %INSTRUCTION    '1000';
-     %TDI           screg_in;
-     %TDO           screg_out;
-     %DIAG_EN       sc_en;
-     %CNT_FILE      "e.cnt";
-}
-)"},
+     "%DIAG_INSTRUCTION NULL, DG, SC; %DIAG_CNT_FILE x.cnt, d.cnt, e.cnt; }"},
+    {"connect_cores", "lbist_rimweave.cnt", "%LOGIC_BIST { %INSTANCE_NAME u_soc; %DFT_FILE dft/soc.dft; }"},
+    {"connect_cores_diagnosis", "lbist_rimweave.cnt",
+     "%LOGIC_BIST { %INSTANCE_NAME u_soc; %DFT_FILE dft/soc.dft; %DIAG_INSTRUCTION DG; %DIAG_CNT_FILE d.cnt; "
+     "}"},
+    {"connect_cores_scan", "lbist_rimweave.cnt",
+     "%LOGIC_BIST { %INSTRUCTION LB { %INSTANCE_NAME u_soc; %DFT_FILE dft/soc.dft; %SCAN_INSTRUCTION SC; } "
+     "}"},
 };
 
 const char *const tap_line = "%TAP_INSTANCE    chip.u_core.u_tap;\n";
@@ -167,6 +70,7 @@ void lay_out_cores(const scratch_folder &scratch) {
 %CORE { %NAME = plain; %DFT_FILE = "cores/ram.dft"; }
 %CORE { %NAME = dsp; %NAME = gpu; %DFT_FILE = "cores/CPU.dft"; %LBIST_FILE = "x"; }
 )");
+    scratch.write("dft/cores/CPU.dft", "another file whose name differs in its case alone");
     scratch.write("dft/cores/cpu.dft", R"(%TOP_MODULE = cpu_top;
 %CORE { %NAME = alu; %DFT_FILE = "alu.dft"; %LBIST_FILE = "x"; }
 %CORE { %NAME = hidden; %DFT_FILE = "alu.dft"; }
@@ -180,58 +84,23 @@ void lay_out_cores(const scratch_folder &scratch) {
                   "%LBIST_FILE = \"x\"; }\n");
 }
 
-std::string replace_lines(const std::string &ocd) {
-    std::string lines = "       u_soc => TOP_Lb_soc" + ocd + ";\n";
-    for (const char *core : {"cpu", "dsp", "gpu"})
-        lines += std::string("       u_soc.usoc.") + core + " => TOP_Lb_cpu_top" + ocd +
-                 ";\n"
-                 "       u_soc.ucpu_top.alu => TOP_Lb_alu_top;\n"
-                 "       u_soc.ualu_top.mul => TOP_Lb_mul_top;\n";
-    return "     %REPLACE\n      {\n" + lines + "      }\n";
-}
-
 } // namespace
 
 TEST(ConnectFile, HoldsTheBlocks) {
-    for (const connection &row : connections) {
-        scratch_folder scratch;
-        run_result result = connect(scratch, row.bist);
-        EXPECT_EQ(result.status, 0) << row.name << result.out << result.err;
-        EXPECT_EQ(scratch.read(row.file), std::string(tap_line) + row.expected) << row.name;
-    }
-}
-
-TEST(ConnectFile, ReplacesTheCoresOfEveryLevel) {
-    const struct {
-        const char *bist;
-        const char *before; ///< line in front of %REPLACE
-        const char *ocd;
-    } rows[] = {
-        {"%LOGIC_BIST { %INSTANCE_NAME u_soc; %DFT_FILE dft/soc.dft; }", "     %GCLK    tck;\n", ""},
-        {"%LOGIC_BIST { %INSTANCE_NAME u_soc; %DFT_FILE dft/soc.dft; %DIAG_INSTRUCTION DG; %DIAG_CNT_FILE "
-         "d.cnt; }",
-         "     %GCLK    tck;\n", "_OCD"},
-        {"%LOGIC_BIST { %INSTRUCTION LB { %INSTANCE_NAME u_soc; %DFT_FILE dft/soc.dft; %SCAN_INSTRUCTION SC; "
-         "} }",
-         "     %GCLK    tck;\n", "_OCD"},
-    };
-    for (const auto &row : rows) {
+    for (const auto &[name, file, bist] : CONNECTIONS) {
         scratch_folder scratch;
         lay_out_cores(scratch);
-        scratch.write("dft/cores/CPU.dft", "another file whose name differs in its case alone");
-        run_result result = connect(scratch, row.bist);
-        EXPECT_EQ(result.status, 0) << result.out << result.err;
-        std::string file = scratch.read("lbist_rimweave.cnt");
-        EXPECT_NE(file.find(row.before + replace_lines(row.ocd)), std::string::npos) << file;
-        EXPECT_FALSE(scratch.has("soc.dft_map.log"));
+        run_result result = connect(scratch, bist);
+        EXPECT_EQ(result.status, 0) << name << result.out << result.err;
+        expect_file(std::string("planning/expected/") + name + ".cnt", scratch.read(file));
+        EXPECT_FALSE(scratch.has("soc.dft_map.log")) << name;
     }
 }
 
 TEST(ConnectFile, RefusesWhatItCannotWrite) {
     const char *const core = "%CORE { %NAME = a; %DFT_FILE = \"b.dft\"; %LBIST_FILE = \"x\"; }";
     const struct {
-        const char *bist;
-        const char *out;
+        const char *bist, *out;
     } rows[] = {
         {"%LOGIC_BIST { %DFT_FILE a.dft; }",
          "ERROR: Please specify the %INSTANCE_NAME of the core in %LOGIC_BIST.\n"},
@@ -278,13 +147,12 @@ TEST(ConnectFile, GoesWhereOutputGoes) {
 
 TEST(ConnectFile, NamesTheWholePathOfTheTap) {
     planning_folder folder;
-    PLANNED_CHIP chip = {.name = "",
-                         .design = R"(module M(input B); GATE g(.A(B)); endmodule
+    CHIP chip = {.design = R"(module M(input B); GATE g(.A(B)); endmodule
 module chip(input a); IBUF p(.PAD(a), .C(n)); M m(.B(n)); endmodule)",
-                         .pins = "1 A a *\n",
-                         .settings = "%TAP_MODULE { %MODULE_NAME tapm; %INSTANCE_NAME m.TAP; }\n"
-                                     "%MEMORY_BIST { %INSTRUCTION NONE { %CTRL_ORDER 2; } }\n"};
-    folder.read(chip);
+                 .pins = "1 A a *\n",
+                 .settings = "%MEMORY_BIST { %INSTRUCTION NONE { %CTRL_ORDER 2; } }",
+                 .tap = "m.TAP"};
+    folder.lay_out(chip);
     for (const char *options : {"-add_tap", "-add_tap_only"}) {
         chip.options = options;
         std::filesystem::remove(folder.scratch.dir / "mbist_rimweave.cnt");

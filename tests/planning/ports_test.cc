@@ -3,7 +3,7 @@
 
 namespace {
 
-const PLANNED_CHIP PORTS[] = {
+const CHIP PORTS[] = {
     {.name = "input_and_clock",
      .design = R"(module chip(input a, ck, ap, am, output y);
 IBUF pa(.PAD(a), .C(n_a)); CBUF pc(.PAD(ck), .C(n_ck)); DINP pd(.PP(ap), .PM(am), .C(n_d));

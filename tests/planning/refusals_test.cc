@@ -70,15 +70,14 @@ constexpr const char *CORE = "(input a); GATE u(.A(n)); GATE v(.Z(n)); XPAD x(.P
 constexpr const char *A = "1 A a *\n", *B = "1 B b *\n", *Y = "1 Y y *\n";
 constexpr const char *TDI = "1 DI tdi *\n", *TDO = "1 DO tdo *\n";
 
-std::string whole(const char *design) {
-    return std::string("module chip") + design + " endmodule";
+std::string whole(const std::string &design) {
+    return "module chip" + design + " endmodule";
 }
 
-void expect_refusal(const planning_folder &folder, PLANNED_CHIP chip) {
-    std::string design = whole(chip.design);
-    chip.design = design.c_str();
-    SCOPED_TRACE(design + chip.pins + chip.library);
-    run_result result = folder.run(chip);
+void expect_refusal(const planning_folder &folder, CHIP chip) {
+    chip.design = whole(chip.design);
+    SCOPED_TRACE(chip.design + *chip.pins + chip.library);
+    run_result result = folder.plan(chip);
     EXPECT_EQ(result.status, 255);
     EXPECT_EQ(messages_of(result.out), chip.message);
 }
@@ -155,17 +154,17 @@ const struct {
 TEST(Refusals, Pads) {
     planning_folder folder;
     for (const auto &each : PADS)
-        expect_refusal(folder, {.name = "",
-                                .design = each.design,
-                                .pins = each.pins,
-                                .message = each.message,
-                                .library = each.library});
+        expect_refusal(
+            folder,
+            {.design = each.design, .pins = each.pins, .message = each.message, .library = each.library});
 }
 
 // The cells that planning looks for: not declared, or of the pin file and at fault.
 #define NAMED(port) "1 P " port " * BSC(BC_BAD)\n"
 const struct {
-    const char *design, *pins, *roles, *message;
+    const char *design, *pins;
+    given_text roles;
+    const char *message;
 } CELLS[] = {
     {IN, A, "%OUTPUT_SCAN BC_OUT;", NEED("%INPUT_SCAN", "INPUT SCAN", "input port 'a'")},
     {CLOCK_MUX, A, "%INPUT_SCAN BC_IN;", NEED("%INPUT_MUX_SCAN", "INPUT_MUX_SCAN", "input port 'a'")},
@@ -183,25 +182,35 @@ const struct {
      NEED("%INTERNAL_SCAN", "INTERNAL SCAN", "internal port 'u{A}'")},
     {CORE, "1 OBSERVE u{A} *\n", "%INTERNAL_SCAN BC_IN;",
      NEED("%OBSERVE_ONLY_SCAN", "OBSERVE_ONLY SCAN", "internal port 'u{A}'")},
-    {CORE, "1 INTERNAL u{} *\n", "", "ERROR: can not get instance name or pin name in 'u{}' of pin file.\n"},
-    {CORE, "1 INTERNAL w{A} *\n", "", "ERROR: can not find instance 'w' in './chip.c.sdb' file.\n"},
-    {TWO_PATHS, "1 INTERNAL a.b.c{A} *\n", "",
+    {CORE, "1 INTERNAL u{} *\n", {}, "ERROR: can not get instance name or pin name in 'u{}' of pin file.\n"},
+    {CORE, "1 INTERNAL w{A} *\n", {}, "ERROR: can not find instance 'w' in './chip.c.sdb' file.\n"},
+    {TWO_PATHS,
+     "1 INTERNAL a.b.c{A} *\n",
+     {},
      "ERROR: instance 'a.b.c' of pin file is ambiguous in './chip.c.sdb' file.\n       Please write one of:\n"
      "           a.b\\.c\n           a\\.b.c\n\n"},
-    {CORE, "1 OBSERVE u{Q} *\n", "", "ERROR: can not find port 'Q' in instance 'u'.\n"},
-    {CORE, "1 OBSERVE x{PAD} *\n", "", "ERROR: can't support inout port 'x{PAD}' now.\n"},
-    {IN, NAMED("a"), "", LACKS("%DATA_IN", "INPUT SCAN", "BC_BAD") "\n\n"},
-    {CLOCK_MUX, NAMED("a"), "",
+    {CORE, "1 OBSERVE u{Q} *\n", {}, "ERROR: can not find port 'Q' in instance 'u'.\n"},
+    {CORE, "1 OBSERVE x{PAD} *\n", {}, "ERROR: can't support inout port 'x{PAD}' now.\n"},
+    {IN, NAMED("a"), {}, LACKS("%DATA_IN", "INPUT SCAN", "BC_BAD") "\n\n"},
+    {CLOCK_MUX,
+     NAMED("a"),
+     {},
      LACKS("%DATA_IN", "CLOCK MUX SCAN", "BC_BAD") LACKS("%UPDATE_DR_OUT", "CLOCK MUX SCAN", "BC_BAD")
          LACKS("%UPDATE_DR", "CLOCK MUX SCAN", "BC_BAD") "\n\n"},
-    {OUT, NAMED("y"), "",
+    {OUT,
+     NAMED("y"),
+     {},
      LACKS("%DATA_IN", "OUTPUT SCAN", "BC_BAD") LACKS("%DATA_OUT", "OUTPUT SCAN", "BC_BAD")
          LACKS("%UPDATE_DR", "OUTPUT SCAN", "BC_BAD") "\n" NO_MODES("OUTPUT SCAN", "BC_BAD") "\n"},
-    {BI, NAMED("b"), "",
+    {BI,
+     NAMED("b"),
+     {},
      LACKS("%DATA_IN", "BIDIR SCAN", "BC_BAD") LACKS("%DATA_OUT", "BIDIR SCAN", "BC_BAD")
          LACKS("%UPDATE_DR", "BIDIR SCAN", "BC_BAD")
              LACKS("%SYS_PIN", "BIDIR SCAN", "BC_BAD") "\n" NO_MODES("BIDIR SCAN", "BC_BAD") "\n"},
-    {BI_MUX, NAMED("b"), "",
+    {BI_MUX,
+     NAMED("b"),
+     {},
      LACKS("%SYS_PIN", "BIDIR MUX SCAN", "BC_BAD") LACKS("%UPDATE_DR", "BIDIR MUX SCAN", "BC_BAD")
          LACKS("%UPDATE_DR_OUT", "BIDIR MUX SCAN", "BC_BAD") "\n\n"},
     // Declared roles that no port takes are checked too, all of them before the run ends.
@@ -226,15 +235,12 @@ const struct {
 TEST(Refusals, Cells) {
     planning_folder folder;
     for (const auto &each : CELLS)
-        expect_refusal(folder, {.name = "",
-                                .design = each.design,
-                                .pins = each.pins,
-                                .message = each.message,
-                                .roles = *each.roles != '\0' ? each.roles : USUAL_ROLES});
+        expect_refusal(
+            folder, {.design = each.design, .pins = each.pins, .message = each.message, .roles = each.roles});
 }
 
 #define WITH_TAP " oldtap TAP();"
-const PLANNED_CHIP TAPS_AND_OPTIONS[] = {
+const CHIP TAPS_AND_OPTIONS[] = {
     {"", BI_X, B, UNDESCRIBED("XPAD", "b"), "-add_tap -no_pad"},
     {"", "(inout tdi); XPAD p(.A(tdi));", TDI,
      "ERROR: option -add_pad requires to declare %INPUT_BUFFER\n       in file './chip.bsc'.\n\n",
@@ -243,8 +249,7 @@ const PLANNED_CHIP TAPS_AND_OPTIONS[] = {
      "ERROR: option -add_pad requires to declare %OUTPUT_BUFFER\n       in file './chip.bsc'.\n\n",
      "-add_tap -no_pad"},
     // A cell of a pin in the core that the editor can't wire.
-    {.name = "",
-     .design = CORE,
+    {.design = CORE,
      .pins = "1 OBSERVE u{A} *\n",
      .message = "WARNING: (./chip.lib) can't find %TDI in %SCAN_CELL BC_2.\n"
                 "WARNING: (./chip.lib) can't find %TDO in %SCAN_CELL BC_2.\n"
@@ -254,45 +259,43 @@ const PLANNED_CHIP TAPS_AND_OPTIONS[] = {
      .settings = "%SKIP_SIGNAL_NAMES { a; }",
      .library = "%SCAN_CELL BC_2 { %SHIFT_DR si; %CLOCK_DR ck; }\n"},
     // An existing TAP without a pin that a pad needs.
-    {.name = "",
-     .design = "(output y); BSOE p(.PAD(y), .I(n), .OEN(e));" CORE_OE WITH_TAP,
+    {.design = "(output y); BSOE p(.PAD(y), .I(n), .OEN(e));" CORE_OE WITH_TAP,
      .pins = Y,
      .message = LIB "can't find %UPDATE_DR in %TAP_CONTROLLER oldtap.\n       %BS_BUFFER BSOE needs it.\n\n",
      .options = "",
      .roles = "%INPUT_SCAN BC_IN;",
      .tap_pins = ""},
-    {.name = "",
-     .design = "(output y); MUXO p(.PAD(y), .I(n), .S(1'b0));" CORE_O WITH_TAP,
+    {.design = "(output y); MUXO p(.PAD(y), .I(n), .S(1'b0));" CORE_O WITH_TAP,
      .pins = Y,
      .message = TAP_UNWIRED LIB "can't find %MODE_1 in %TAP_CONTROLLER oldtap.\n"
                                 "       Please define %MODE_1 to connectmux pad p.\n\n",
      .options = "",
      .roles = "%OUTPUT_MUX_SCAN BC_MO;",
      .tap_pins = "%UPDATE_DR update;"},
-    {.name = "",
-     .design = "(output y); TBUF p(.PAD(y), .I(n), .OEN(1'b1));" CORE_O,
+    {.design = "(output y); TBUF p(.PAD(y), .I(n), .OEN(1'b1));" CORE_O,
      .pins = Y,
      .message = LIB "can't find %SIGNAL_BUFFER in %TAP_CONTROLLER.\n"
                     "       Need it to connect %HIGHZ_COMMAND to the enable of port 'y'.\n\n",
      .tap_items = "%HIGHZ_COMMAND hz;"},
-    {.name = "",
-     .design = IN,
+    {.design = IN,
      .pins = A,
      .message = LIB "can't find %INPUT in %BUFFER GATE.\n\n" LIB "can't find %OUTPUT in %BUFFER GATE.\n\n\n",
      .library = "%BUFFER GATE { %FUNCTION none; }",
      .tap_items = "%DF_GROUP_SIZE 8; %DF_SIGNAL_BUFFER GATE;"},
     // Inverted pins.
+    {.design = IN,
+     .pins = "1 A -a *\n",
+     .message = "ERROR: can't find the definition of buffer 'NOPE' in file './chip.lib'.\n\n",
+     .settings = "%INVERTER NOPE;"},
     {"", IN, "1 A -a *\n",
      "ERROR: can't find %INV_BUFFER of %TAP_CONTROLLER in file './chip.lib'\n"
      "       or %INVERTER in file './chip.bsc' for pin '-a'.\n\n"},
-    {.name = "",
-     .design = IN,
+    {.design = IN,
      .pins = "1 A -a *\n",
      .message = LIB "can't find %INPUT in %BUFFER GATE.\n\n",
      .settings = "%INVERTER GATE;",
      .library = "%BUFFER GATE { %OUTPUT Z; }"},
-    {.name = "",
-     .design = IN,
+    {.design = IN,
      .pins = "1 A -a *\n",
      .message = LIB "can't find %OUTPUT in %BUFFER GATE.\n\n",
      .settings = "%INVERTER GATE;",
@@ -301,21 +304,19 @@ const PLANNED_CHIP TAPS_AND_OPTIONS[] = {
 
 TEST(Refusals, TapsAndOptions) {
     planning_folder folder;
-    for (const PLANNED_CHIP &chip : TAPS_AND_OPTIONS)
+    for (const CHIP &chip : TAPS_AND_OPTIONS)
         expect_refusal(folder, chip);
 }
 
 // Files that are no designs: the TAP's buffer, the chip, a cell whose ports are looked at.
 TEST(Refusals, DesignFilesThatCantBeOpened) {
     planning_folder folder;
-    std::string design = whole(IN);
-    PLANNED_CHIP chip = {.name = "",
-                         .design = design.c_str(),
-                         .pins = A,
-                         .roles = "%OUTPUT_SCAN BC_OE;",
-                         .tap_items = "%GROUP_SIZE 4; %SIGNAL_BUFFER PLAIN;"};
+    CHIP chip = {.design = whole(IN),
+                 .pins = A,
+                 .roles = "%OUTPUT_SCAN BC_OE;",
+                 .tap_items = "%GROUP_SIZE 4; %SIGNAL_BUFFER PLAIN;"};
     for (const std::string file : {"PLAIN.sdb", "chip.c.sdb", "BC_OE.sdb"}) {
-        folder.read(chip);
+        folder.lay_out(chip);
         folder.scratch.write(file, "no design");
         run_result result = folder.insert(chip);
         EXPECT_EQ(result.status, 255);
@@ -330,9 +331,8 @@ TEST(Refusals, DesignFilesThatCantBeOpened) {
 // What no netlist tells but a design file of another origin may hold: a net without a name on an enable.
 TEST(Refusals, EnableOnANamelessNet) {
     planning_folder folder;
-    std::string design = whole(OUT_EN);
-    PLANNED_CHIP chip = {.name = "", .design = design.c_str(), .pins = Y};
-    folder.read(chip);
+    CHIP chip = {.design = whole(OUT_EN), .pins = Y};
+    folder.lay_out(chip);
     std::string path = folder.scratch.path("chip.c.sdb");
     SDB_HANDLE *handle = SDB_setup(SDB_open(path.c_str(), "r", 0));
     ASSERT_NE(handle, nullptr);
@@ -354,14 +354,12 @@ TEST(Refusals, EnableOnANamelessNet) {
 // The message of a group size below two goes to the console alone, and the status is 0.
 TEST(Refusals, GroupSizesBelowTwo) {
     planning_folder folder;
-    std::string input = whole(IN), core = whole(CORE);
     const char *few = "%DF_GROUP_SIZE 1; %SIGNAL_BUFFER PLAIN;";
-    const PLANNED_CHIP chips[] = {
-        {.name = "", .design = input.c_str(), .pins = A, .tap_items = "%GROUP_SIZE 1; %SIGNAL_BUFFER PLAIN;"},
-        {.name = "", .design = input.c_str(), .pins = A, .options = "-add_tap -df_speed", .tap_items = few},
+    const CHIP chips[] = {
+        {.design = whole(IN), .pins = A, .tap_items = "%GROUP_SIZE 1; %SIGNAL_BUFFER PLAIN;"},
+        {.design = whole(IN), .pins = A, .options = "-add_tap -df_speed", .tap_items = few},
         // A cell that has the boundary clock alone.
-        {.name = "",
-         .design = core.c_str(),
+        {.design = whole(CORE),
          .pins = "1 OBSERVE u{A} *\n",
          .message = "WARNING: (./chip.lib) can't find %SHIFT_DR in %SCAN_CELL BC_TK.\n"
                     "WARNING: (./chip.lib) can't find %CLOCK_DR in %SCAN_CELL BC_TK.\n\n",
@@ -371,8 +369,8 @@ TEST(Refusals, GroupSizesBelowTwo) {
          .library = "%SCAN_CELL BC_TK { %TDI si; %TDO so; %TCK tk; %DATA_IN di; }",
          .tap_items = few},
     };
-    for (const PLANNED_CHIP &chip : chips) {
-        run_result result = folder.run(chip);
+    for (const CHIP &chip : chips) {
+        run_result result = folder.plan(chip);
         EXPECT_EQ(result.status, 0);
         EXPECT_EQ(messages_of(result.out),
                   chip.message + std::string("ERROR: Can't group 1 with max size 1 !\n"));

@@ -1,9 +1,7 @@
 // The program as a user meets it before any design is read: its streams, its report, its exit status.
-#include "tests/support/scratch.hh"
+#include "tests/support/expected_file.hh"
 
-#include <gtest/gtest.h>
 #include <regex>
-#include <string>
 
 namespace {
 
@@ -32,28 +30,43 @@ std::string missing(const char *sdb) {
 
 } // namespace
 
-TEST(CommandLine, Help) {
-    scratch_folder scratch;
-    std::ifstream file(RW_SOURCE_DIR "/tests/run/help.expected");
-    std::string help{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+TEST(CommandLine, HelpAndFaults) {
+    const std::string help = read_whole(RW_SOURCE_DIR "/tests/run/help.expected");
     struct {
         const char *arguments;
+        int status;
         std::string out;
     } const cases[] = {
-        {"", "<banner>\n" + help},
-        {"-?", help},
-        {"-HELP chip", help},
-        {"-? -bogus chip", help},
-        {"-bogus", "<banner>\n-bogus: unkown option. Please use -? for help.\n\n" + help},
-        {"-bogus -? chip", "<banner>\n-bogus: unkown option. Please use -? for help.\n\n" + help},
+        {"", 0, "<banner>\n" + help},
+        {"-?", 0, help},
+        {"-HELP chip", 0, help},
+        {"-? -bogus chip", 0, help},
+        {"-bogus", 0, "<banner>\n-bogus: unkown option. Please use -? for help.\n\n" + help},
+        {"-bogus -? chip", 0, "<banner>\n-bogus: unkown option. Please use -? for help.\n\n" + help},
+        {"a b", 255,
+         "<banner>\n\nERROR: too many arguments.\n       rimweave can handle only one circuit at once.\n\n"},
+        {"-bogus -bad chip", 255,
+         "<banner>\n-bogus: unkown option. Please use -? for help.\n\n"
+         "-bad: unkown option. Please use -? for help.\n\n"},
+        {"-add chip", 255, "<banner>\n-add: unkown option. Please use -? for help.\n\n"},
+        {"chip -opath", 255, "<banner>\n-opath: directory is missing. Please use -? for help.\n\n"},
+        {"chip -opath ''", 255, "<banner>\n-opath: directory is missing. Please use -? for help.\n\n"},
+        {"- - a b", 255,
+         "<banner>\nWARNING: empty option -???, ignored.\n\nWARNING: empty option -???, ignored.\n\n"
+         "\nERROR: too many arguments.\n       rimweave can handle only one circuit at once.\n\n"},
+        {"dir/", 255, "<banner>\n\nERROR: 'dir/' does not name a design.\n\n"},
+        {"''", 255, "<banner>\n\nERROR: '' does not name a design.\n\n"},
+        {"$(printf '%05000d' 0)", 255,
+         "<banner>\n\nERROR: the design name is longer than 1000 characters.\n\n"},
     };
     for (const auto &one : cases) {
+        scratch_folder scratch;
         run_result result = scratch.run(rimweave + " " + one.arguments);
         EXPECT_EQ(without_banner(result.out), one.out) << one.arguments;
         EXPECT_EQ(result.err, "") << one.arguments;
-        EXPECT_EQ(result.status, 0) << one.arguments;
+        EXPECT_EQ(result.status, one.status) << one.arguments;
+        EXPECT_EQ(scratch.run("ls -A").out, "") << one.arguments; // neither a report nor a working folder
     }
-    EXPECT_EQ(scratch.run("ls -A").out, ""); // the folder is left as it was
 }
 
 TEST(CommandLine, BannerRuleFillsTheLine) {
@@ -62,35 +75,6 @@ TEST(CommandLine, BannerRuleFillsTheLine) {
     std::string rule = out.substr(1, out.find('\n', 1) - 1);
     EXPECT_TRUE(rule.size() == 78 || rule.size() == 77) << rule;
     EXPECT_EQ(rule.find(' '), (rule.size() - (rule.rfind(' ') - rule.find(' ') + 1)) / 2) << rule;
-}
-
-TEST(CommandLine, Faults) {
-    struct {
-        const char *arguments;
-        std::string out;
-    } const cases[] = {
-        {"a b",
-         "<banner>\n\nERROR: too many arguments.\n       rimweave can handle only one circuit at once.\n\n"},
-        {"-bogus -bad chip", "<banner>\n-bogus: unkown option. Please use -? for help.\n\n"
-                             "-bad: unkown option. Please use -? for help.\n\n"},
-        {"-add chip", "<banner>\n-add: unkown option. Please use -? for help.\n\n"},
-        {"chip -opath", "<banner>\n-opath: directory is missing. Please use -? for help.\n\n"},
-        {"chip -opath ''", "<banner>\n-opath: directory is missing. Please use -? for help.\n\n"},
-        {"- - a b",
-         "<banner>\nWARNING: empty option -???, ignored.\n\nWARNING: empty option -???, ignored.\n\n"
-         "\nERROR: too many arguments.\n       rimweave can handle only one circuit at once.\n\n"},
-        {"dir/", "<banner>\n\nERROR: 'dir/' does not name a design.\n\n"},
-        {"''", "<banner>\n\nERROR: '' does not name a design.\n\n"},
-        {"$(printf '%05000d' 0)", "<banner>\n\nERROR: the design name is longer than 1000 characters.\n\n"},
-    };
-    for (const auto &one : cases) {
-        scratch_folder scratch;
-        run_result result = scratch.run(rimweave + " " + one.arguments);
-        EXPECT_EQ(without_banner(result.out), one.out) << one.arguments;
-        EXPECT_EQ(result.err, "") << one.arguments;
-        EXPECT_EQ(result.status, 255) << one.arguments;
-        EXPECT_EQ(scratch.run("ls -A").out, "") << one.arguments; // neither a report nor a working folder
-    }
 }
 
 TEST(CommandLine, SelectedOptionsAndConflicts) {

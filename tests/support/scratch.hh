@@ -107,3 +107,14 @@ inline run_result run_bound_child(const scratch_folder &scratch, const std::func
         action();
     });
 }
+
+/// Expects a run to its end; gives what it printed.
+inline std::string succeed(const run_result &result) {
+    EXPECT_EQ(result.status, 0) << result.out << result.err;
+    return result.out;
+}
+
+/// Expects a text to hold a part.
+inline void expect_part(const std::string &text, const std::string &part) {
+    EXPECT_NE(text.find(part), std::string::npos) << part << " is not in\n" << text;
+}

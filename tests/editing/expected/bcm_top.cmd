@@ -1,4 +1,3 @@
-== chip_jtag
 edit chip_jtag
 add chip_BCM chip_BCM
 connect pi{C} chip_BCM{BCM_TDI}

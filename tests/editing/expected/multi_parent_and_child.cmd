@@ -1,7 +1,7 @@
 == low_bs0
 edit low_bs0
 path ./rimweave_lib 
-add BCELL0 BC_X
+add BCELL0 BC_S
 disconnect i{C}
 connect BCELL0{DO} k
 connect BCELL0{DI} i{C}
@@ -32,7 +32,7 @@ quit
 == mid_bs0
 edit mid_bs0
 path ./rimweave_lib 
-add BCELL1 BC_X
+add BCELL1 BC_S
 disconnect i{C}
 connect BCELL1{DO} m
 connect BCELL1{DI} i{C}
@@ -62,7 +62,7 @@ quit
 edit chip_jtag
 path ./rimweave_lib 
 add TAP tapm
-add BCELL2 BC_X
+add BCELL2 BC_S
 disconnect i{C}
 connect BCELL2{DO} h{D}
 connect BCELL2{DI} i{C}

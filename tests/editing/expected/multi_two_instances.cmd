@@ -1,7 +1,7 @@
 == low_bs0
 edit low_bs0
 path ./rimweave_lib 
-add BCELL0 BC_X
+add BCELL0 BC_S
 disconnect i{C}
 connect BCELL0{DO} k
 connect BCELL0{DI} i{C}
@@ -18,7 +18,7 @@ quit
 == mid_bs0
 edit mid_bs0
 path ./rimweave_lib 
-add BCELL2 BC_X
+add BCELL2 BC_S
 disconnect i{C}
 connect BCELL2{DO} m
 connect BCELL2{DI} i{C}
@@ -42,7 +42,7 @@ quit
 == low_bs1
 edit low_bs1
 path ./rimweave_lib 
-add BCELL1 BC_X
+add BCELL1 BC_S
 disconnect i{C}
 connect BCELL1{DO} k
 connect BCELL1{DI} i{C}
@@ -59,7 +59,7 @@ quit
 == mid_bs1
 edit mid_bs1
 path ./rimweave_lib 
-add BCELL3 BC_X
+add BCELL3 BC_S
 disconnect i{C}
 connect BCELL3{DO} m
 connect BCELL3{DI} i{C}

@@ -41,6 +41,7 @@ module BC_CTL(input di, si, sh, ck, tk, up, m, r, output do, so); endmodule
 module BC_COE(input di, si, sh, ck, tk, up, output do, so, oe); endmodule
 module BC_MI(input di, si, sh, ck, tk, up, output uo, so); endmodule
 module BC_MO(input di, si, sh, ck, tk, up, output uo, so); endmodule
+module BC_MX(input di, si, sh, ck, tk, up, m, output uo, so); endmodule
 module BC_MB(input di, sp, md, si, sh, ck, tk, up, output uo, sy, so); endmodule
 module BC_X(input di, si, sh, ck, tk, x1, x2, output do, so); endmodule
 module BS_1(input PAD, si, output C, so); endmodule

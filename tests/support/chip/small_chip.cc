@@ -1,0 +1,84 @@
+#include "tests/support/chip/small_chip.hh"
+
+#include <algorithm>
+
+namespace {
+
+constexpr const char *SCAN_PINS = "%TDI si; %TDO so; %SHIFT_DR sh; %CLOCK_DR ck; %TCK tk;";
+
+void fill(std::string &text, const std::string &hole, const given_text &given) {
+    for (size_t at; (at = text.find("<" + hole + "=")) != text.npos;) {
+        size_t usual = at + hole.size() + 2, end = text.find('>', usual);
+        text.replace(at, end + 1 - at, given.value_or(text.substr(usual, end - usual)));
+    }
+}
+
+/// An existing TAP has a name of its own, as the program leaves a cell of the one that it adds.
+std::string tap_module(const CHIP &chip) {
+    return chip.options.value_or("-add_tap").find("-add_tap") != std::string::npos ? "tapm" : "oldtap";
+}
+
+void read_cells(const scratch_folder &scratch, const std::string &file) {
+    EXPECT_EQ(scratch.run(RW_BIN_DIR "/kalmverin -lib '" + file + "' -opath lib").err, "");
+}
+
+} // namespace
+
+chip_folder::chip_folder(const std::string &tests) : designs(RW_SOURCE_DIR "/tests/" + tests + "/designs/") {
+    std::filesystem::create_directories(scratch.dir / "lib");
+    read_cells(scratch, designs + "cells.v");
+}
+
+void chip_folder::lay_out(const CHIP &chip) const {
+    for (const char *left : {"rimweave_lib", "chip.bso"})
+        std::filesystem::remove_all(scratch.dir / left);
+    if (!chip.cells.empty())
+        read_cells(scratch, scratch.write("cells.v", chip.cells));
+    for (const std::string file : {"chip.v", "chip.lib", "chip.bsc", "chip.pin"}) {
+        bool has_name = chip.design.find(' ') == chip.design.npos;
+        std::string text = file != "chip.v" ? read_whole(designs + file)
+                           : has_name       ? read_whole(designs + chip.design + ".v")
+                                            : chip.design;
+        const std::pair<const char *, given_text> holes[] = {
+            {"PINS", chip.pins},
+            {"ROLES", chip.roles},
+            {"SETTINGS", chip.settings},
+            {"LIBRARY", chip.library},
+            {"TAP_ITEMS", chip.tap_items},
+            {"TAP_PINS", chip.tap_pins},
+            {"TAP", chip.tap},
+            {"INSTRUCTIONS", chip.instructions},
+            {"MODULE", tap_module(chip)},
+        };
+        for (const auto &[hole, given] : holes)
+            fill(text, hole, given);
+        for (size_t at; file == "chip.lib" && (at = text.find('$')) != text.npos;)
+            text.replace(at, 1, SCAN_PINS);
+        for (const CHANGE &change : chip.changes) {
+            if (change.file != file)
+                continue;
+            size_t at = text.find(change.from);
+            ASSERT_NE(at, text.npos) << change.from;
+            text.replace(at, std::string(change.from).size(), change.to);
+        }
+        scratch.write(file, text);
+    }
+    EXPECT_EQ(scratch.run(RW_BIN_DIR "/kalmverin chip.v").err, "");
+}
+
+run_result chip_folder::run(const std::string &options, std::string_view input) const {
+    return scratch.run("PATH=$PWD/tools:$PATH " RW_BIN_DIR "/rimweave chip " + options, input);
+}
+
+std::vector<std::string> chip_folder::command_files() const {
+    std::vector<std::string> names;
+    for (const auto &file : std::filesystem::directory_iterator(scratch.dir / "rimweave_lib"))
+        if (file.path().extension() == ".cmd" && file.is_regular_file())
+            names.push_back(file.path().stem());
+    std::ranges::sort(names);
+    return names;
+}
+
+std::string chip_folder::commands(const std::string &name) const {
+    return scratch.read("rimweave_lib/" + name + ".cmd");
+}
