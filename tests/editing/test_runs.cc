@@ -205,3 +205,38 @@ TEST(Runs, ASecondRunIsRefusedBeforeItTouchesAnything) {
     succeed(chip.run("-add_tap"));
     chip.scratch.run("kill $(cat left)");
 }
+
+TEST(Runs, OfTwoAtOnceEachEndsRightOrIsRefused) {
+    chip_case chip(SMALL);
+    std::filesystem::remove_all(chip.scratch.dir / "tools");
+    chip.scratch.write("pairs", R"(RANDOM=12
+run() { $1/rimweave $3 -add_tap -no_expand >$2.out 2>&1; echo $? >$2.status; }
+for file in chip.sdb chip.c.sdb chip.lib chip.bsc; do cp $file other${file#chip}; done
+for design in chip other; do
+    run $1 alone $design
+    cp rimweave_lib/${design}_jtag.sdb $design.alone
+done
+for pair in {1..100}; do
+    rm -rf rimweave_lib
+    designs=(chip chip)
+    [ $((pair % 2)) = 0 ] || designs[1]=other
+    run $1 0 chip &
+    sleep 0.0$((RANDOM % 90 + 10))
+    run $1 1 ${designs[1]}
+    wait
+    done=0
+    for i in 0 1; do
+        if [ $(cat $i.status) = 0 ]; then
+            done=1
+            cmp rimweave_lib/${designs[i]}_jtag.sdb ${designs[i]}.alone
+        else
+            refused=1
+            grep -q 'ERROR: ./rimweave_lib is used by another run' $i.out || cat $i.out
+        fi
+    done
+    [ $done = 1 ] || echo "pair $pair: both are refused"
+done
+[ "$refused" = 1 ] || echo "none is refused"
+)");
+    EXPECT_EQ(succeed(chip.scratch.run("bash pairs " RW_BIN_DIR)), "");
+}
