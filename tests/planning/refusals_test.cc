@@ -49,8 +49,6 @@ namespace {
 constexpr const char *IN = "(input a); IBUF p(.PAD(a), .C(n));" CORE_I;
 constexpr const char *IN_X = "(input a); XPAD p(.A(a), .PAD(n));" CORE_I;
 constexpr const char *IN_GATE = "(input a); GATE p(.A(a), .Z(n));" CORE_I;
-constexpr const char *IN_MUX = "(input a); MUXI p(.PAD(a), .C(n));" CORE_I;
-constexpr const char *CLOCK = "(input a); CBUF p(.PAD(a), .C(n));" CORE_I;
 constexpr const char *CLOCK_MUX = "(input a); MUXC p(.PAD(a), .C(n));" CORE_I;
 constexpr const char *TDI_X = "(input tdi); XPAD p(.A(tdi));";
 constexpr const char *OUT = "(output y); OBUF p(.I(n), .PAD(y));" CORE_O;
