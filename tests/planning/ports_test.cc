@@ -59,7 +59,7 @@ endmodule)",
      .design = R"(module chip(input a, inout b, c, output y, z);
 BSIN pa(.PAD(a), .C(z)); BSIO pb(.I(n_o), .OEN(n_e), .PAD(b), .C(n_i)); BSIO pc(.OEN(n_e), .PAD(c), .C(n_c));
 BSOE py(.I(n_y), .OEN(n_e), .PAD(y)); GATE u(.A(n_i), .B(n_c), .Z(n_o)); GATE e(.Z(n_e)); GATE v(.Z(n_y)); endmodule)",
-     .pins = "1 A a *\n2 B b *\n3 C0 c *\n4 Y y *\n",
+     .pins = "1 A a *\n2 B b *\n3 C0 c * BSC(BC_BI)\n4 Y y *\n",
      .shows = WHOLE_CMD},
     {.name = "mux_pads",
      .design = R"(module chip(input a, c, output y, z, e);
