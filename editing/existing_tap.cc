@@ -1,7 +1,7 @@
 #include "editing/existing_tap.hh"
 
+#include "editing/module_border.hh"
 #include "editing/tap_hierarchy.hh"
-#include "editing/tap_top.hh"
 #include "planning/tracing.hh"
 #include "planning/validation.hh"
 #include "support/console.hh"

@@ -67,3 +67,9 @@ const char *begin_level_file(const char *module, bool with_path) {
     vmr_printf("    .Editing command file    %s ...\n", path.c_str());
     return found;
 }
+
+std::string edited_module_name(int32_t module) {
+    const MULTI_IO_ROW &row = MULTI_IO_TAB[module];
+    return module == 0 ? format_text("%s_jtag", row.class_name)
+                       : format_text("%s_bs%d", row.class_name, row.copy);
+}

@@ -4,6 +4,8 @@
 
 #include "editing/edit_commands.hh"
 
+#include <string>
+
 /// Copies a file through the shell; 0 is success.
 int copy_file(const std::string &from, const std::string &to);
 
@@ -15,6 +17,9 @@ void begin_top_file(bool with_path);
 const char *found_module_file(const char *module);
 void copy_module(const char *sdb_path, const std::string &edited);
 EDIT_FILE *begin_module_file(const std::string &edited);
+
+/// Name of the edited module of a row of MULTI_IO_TAB: "chip_jtag" for the top, else "<class>_bs<copy>".
+std::string edited_module_name(int32_t module);
 
 /// A level of the pads' path: copies the module as <module>_bs, begins its file in PAD_FP and returns the
 /// path of its SDB.

@@ -2,6 +2,7 @@
 
 #include "editing/cells.hh"
 #include "editing/existing_tap.hh"
+#include "editing/module_border.hh"
 #include "editing/module_copies.hh"
 #include "editing/pad_sides.hh"
 #include "editing/tap_hierarchy.hh"
@@ -73,12 +74,6 @@ void replace_child(EDIT_FILE *fp, int32_t child) {
 }
 
 } // namespace
-
-std::string edited_module_name(int32_t module) {
-    const MULTI_IO_ROW &row = MULTI_IO_TAB[module];
-    return module == 0 ? format_text("%s_jtag", row.class_name)
-                       : format_text("%s_bs%d", row.class_name, row.copy);
-}
 
 void open_multi_io_modules() {
     IO_MODULES.assign(DYNA_count(MULTI_IO_TAB), {});

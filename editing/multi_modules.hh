@@ -24,9 +24,6 @@ struct IO_MODULE {
 };
 extern std::vector<IO_MODULE> IO_MODULES; ///< made by open_multi_io_modules
 
-/// Name of the edited module: "chip_jtag" for the top, else "<class>_bs<copy>".
-std::string edited_module_name(int32_t module);
-
 /// Copies all modules and begins their files. Ends the run with a message when one can't be found, copied or
 /// written.
 void open_multi_io_modules();

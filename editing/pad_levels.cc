@@ -1,6 +1,7 @@
 #include "editing/pad_levels.hh"
 
 #include "editing/existing_tap.hh"
+#include "editing/module_border.hh"
 #include "editing/module_copies.hh"
 #include "editing/tap_top.hh"
 #include "planning/open_design.hh"

@@ -1,6 +1,7 @@
 #include "editing/tap_hierarchy.hh"
 
 #include "editing/existing_tap.hh"
+#include "editing/module_border.hh"
 #include "editing/module_copies.hh"
 #include "editing/tap_top.hh"
 #include "editing/tool_runs.hh"
@@ -101,7 +102,12 @@ bool place_tap(EDIT_FILE *fp, int32_t depth) {
     return !is_path && option(OPT_ADD_TAP);
 }
 
-void lift_tap_pin(EDIT_FILE *fp, const char *pin, EDIT_PORT direction) {
-    add_new_port(fp, pin, direction);
-    edit_connect(fp, pin_of(fp->tap, pin), port_net(pin));
+void write_idcode_lines(EDIT_FILE *fp) {
+    if (!option(OPT_EXTERNAL_IDCODE) || IDCODE_REG == nullptr)
+        return;
+    for (int32_t bit = 31; bit >= 0; bit--) {
+        char value = IDCODE_REG[31 - bit];
+        EDIT_OPERAND net = value == '1' ? constant_one() : value == '0' ? constant_zero() : free_net();
+        edit_connect(fp, pin_of(fp->tap, format_text("IDCODE[%d]", bit).c_str()), net);
+    }
 }

@@ -26,6 +26,5 @@ void edit_tap_path(const PAD_PATH &pads);
 /// instance takes its edited module. True when the TAP is new.
 bool place_tap(EDIT_FILE *fp, int32_t depth);
 
-/// Gives the edited module, whose SDB is open, a port for a pin of the TAP or of what leads to it, and joins
-/// both.
-void lift_tap_pin(EDIT_FILE *fp, const char *pin, EDIT_PORT direction);
+/// The 32 lines that tie the TAP's IDCODE input, when -external_idcode asks for them.
+void write_idcode_lines(EDIT_FILE *fp);

@@ -1,7 +1,6 @@
 #include "editing/tool_runs.hh"
 
 #include "editing/module_copies.hh"
-#include "editing/multi_modules.hh"
 #include "planning/port_table.hh"
 #include "planning/tap_state.hh"
 #include "support/console.hh"
