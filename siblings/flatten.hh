@@ -9,6 +9,6 @@
 NL_MODULE NL_flatten(NL_DESIGN &design, int32_t top);
 
 /// Takes pins off their nets that are alone there, on a net without a port: what walks the flat design finds
-/// an open pin. The nets stay. Pins of a pad for one direction that leads nowhere keep theirs, as they wait for
-/// a TAP, and so do don't-care bits in the core.
+/// an open pin. The nets stay. Pins of a pad for one direction that leads nowhere keep theirs, as they wait
+/// for a TAP, and so do don't-care bits in the core.
 void NL_open_lone_pins(const NL_DESIGN &design, NL_MODULE &flat);

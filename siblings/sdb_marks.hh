@@ -23,7 +23,7 @@ enum MARK_KIND : int32_t {
 /// Writes the marks. `symbol_of` gives the symbol of a name; net ids of the file are those of the module.
 void MARKS_write(SDB_HANDLE *file, const NL_MODULE &module, const std::function<int32_t(int32_t)> &symbol_of);
 
-/// Calls `take` for each pair: with a port's symbol or with the id of a net, neither of them checked, and with
-/// the NL_MARKs of the port or net.
+/// Calls `take` for each pair: with a port's symbol or with the id of a net, neither of them checked, and
+/// with the NL_MARKs of the port or net.
 void MARKS_read(const SDB_HANDLE *file,
                 const std::function<void(MARK_KIND kind, int32_t id, uint8_t marks)> &take);

@@ -94,7 +94,8 @@ std::string log_text(const VLOG &reader, const NL_MODULE *flat) {
     return text;
 }
 
-/// The folder of -opath, which a first run has not got yet. One that can't be made is told of by the first file.
+/// The folder of -opath, which a first run has not got yet. One that can't be made is told of by the first
+/// file.
 void make_output_directory(const VERIN_ARGUMENTS &arguments) {
     if (!arguments.output_directory.empty())
         ::mkdir(arguments.output_directory.c_str(), 0777);

@@ -15,7 +15,8 @@ struct tool {
 const tool TOOLS[] = {
     {"iverilog", "iverilog -g2001 -o tap.vvp tap.v", false},
     {"verilator", "verilator --lint-only -Wno-fatal --no-timing --top-module chip_tap tap.v", false},
-    {"yosys", "yosys -q -p 'read_verilog tap.v; hierarchy -check -top chip_tap; proc; flatten; check -assert'", false},
+    {"yosys",
+     "yosys -q -p 'read_verilog tap.v; hierarchy -check -top chip_tap; proc; flatten; check -assert'", false},
     {"ghdl 93",
      "mkdir -p w93 && ghdl -a --std=93 --workdir=w93 tap.vhd && ghdl -e --std=93 --workdir=w93 chip_tap",
      true},

@@ -71,8 +71,10 @@ TEST(Flat, NamesStayApart) {
 // Power ports that a module below joins keep their own pins in the flat design, and the assign between them.
 TEST(Flat, PowerPortsJoinedBelow) {
     netlist_folder folder;
-    folder.write("top.v", "module ring (inout p, q, input a); assign q = p; BPAD u (a, a, , q); BPAD w (a, a, , p); endmodule\n"
-                          "module top (inout vdd, vio, input a); ring r (vio, vdd, a), s (vio, vdd, a); endmodule");
+    folder.write(
+        "top.v",
+        "module ring (inout p, q, input a); assign q = p; BPAD u (a, a, , q); BPAD w (a, a, , p); endmodule\n"
+        "module top (inout vdd, vio, input a); ring r (vio, vdd, a), s (vio, vdd, a); endmodule");
     folder.tool("kalmverin -power p,q top.v");
     folder.tool("kalmflat -cellonly top");
     std::string text = folder.read("top_flat.v");
