@@ -233,6 +233,9 @@ void EDIT_replace(EDIT_NETLIST &edit, int32_t instance_index, int32_t def_index)
 
 void EDIT_save(EDIT_NETLIST &edit, const std::string &name) {
     NL_MODULE &module = edited(edit);
+    NL_join_constants(module, edit.sets);
+    if (NL_union_find(edit.sets, NL_VCC) == NL_GND)
+        TOOL_fail(name + ".sdb", 0, "the edited design joins the constants 0 and 1.");
     NL_merge_nets(module, edit.sets);
     NL_name_port_nets(edit.design, module);
     NL_write_sdb(edit.design, module, name + ".sdb");

@@ -136,6 +136,7 @@ NL_MODULE NL_flatten(NL_DESIGN &design, int32_t top) {
     NL_add_net(work.flat, module.nets[NL_VCC].name);
     NL_union_init(work.sets, work.flat.nets.size());
     expand(work, top, nullptr, NL_NONE);
+    NL_join_constants(work.flat, work.sets);
     check_joined(work);
     NL_merge_nets(work.flat, work.sets);
     NL_name_port_nets(design, work.flat);

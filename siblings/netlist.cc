@@ -129,6 +129,19 @@ void NL_union_join(NL_UNION &sets, int32_t a, int32_t b) {
         sets.parent[static_cast<size_t>(a)] = b;
 }
 
+void NL_join_constants(const NL_MODULE &module, NL_UNION &sets) {
+    for (bool changed = true; changed;) { // an assign may lead on to the next one
+        changed = false;
+        for (const NL_ASSIGN &assign : module.assigns) {
+            int32_t left = NL_union_find(sets, assign.left), right = NL_union_find(sets, assign.right);
+            if (left == right || (left > NL_VCC && right > NL_VCC))
+                continue;
+            NL_union_join(sets, left, right);
+            changed = true;
+        }
+    }
+}
+
 void NL_merge_nets(NL_MODULE &module, NL_UNION &sets) {
     std::vector<int32_t> place(module.nets.size());
     size_t kept = 0;

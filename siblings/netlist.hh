@@ -120,6 +120,9 @@ void NL_union_init(NL_UNION &sets, size_t count);
 int32_t NL_union_find(NL_UNION &sets, int32_t net);
 void NL_union_join(NL_UNION &sets, int32_t a, int32_t b);
 
+/// Makes the nets one that an assign joins with a constant: a supply that is tied has no pins of its own.
+void NL_join_constants(const NL_MODULE &module, NL_UNION &sets);
+
 /// Replaces every net by the root of its set, whose name is kept, and drops the others, and assigns within a
 /// set or made twice. Constants keep their places.
 void NL_merge_nets(NL_MODULE &module, NL_UNION &sets);
