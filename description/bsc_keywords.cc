@@ -100,6 +100,7 @@ constexpr BSC_KEYWORD keywords[] = {
     // The roles of %SCAN_CELLS.
 #define ROLE_KEYWORD(name) setting("%" #name, BSC_ROLE_KEY, &name),
     FOR_EACH_CELL_ROLE(ROLE_KEYWORD)
+#undef ROLE_KEYWORD
 };
 // clang-format on
 

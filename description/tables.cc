@@ -20,6 +20,7 @@ const char **WILD_CARD_BUF_TAB = nullptr;
 
 #define DEFINE_ROLE(name) const char *name = nullptr;
 FOR_EACH_CELL_ROLE(DEFINE_ROLE)
+#undef DEFINE_ROLE
 
 const char *GLOBAL_TDI = nullptr;
 const char *GLOBAL_TDO = nullptr;

@@ -83,6 +83,7 @@ constexpr MENU_ENTRY global_port_entries[] = {
 void forget_roles_and_tap_names() {
 #define FORGET_ROLE(name) name = nullptr;
     FOR_EACH_CELL_ROLE(FORGET_ROLE)
+#undef FORGET_ROLE
     TAP_MODULE_NAME = TAP_INSTANCE_NAME = nullptr;
 }
 

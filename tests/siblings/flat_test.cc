@@ -83,8 +83,9 @@ TEST(Flat, PowerPortsJoinedBelow) {
         EXPECT_EQ(count_of(text, line), 1u) << line << "\n" << text;
     folder.accepted("top_flat.v", "top");
 
-    folder.write("tied.v", "module ring (inout p, q, input a); assign q = p; BPAD u (a, a, , q); endmodule\n"
-                           "module tied (input a, output y); wire w; ring r (1'b0, w, a); INV i (w, y); endmodule");
+    folder.write("tied.v",
+                 "module ring (inout p, q, input a); assign q = p; BPAD u (a, a, , q); endmodule\n"
+                 "module tied (input a, output y); wire w; ring r (1'b0, w, a); INV i (w, y); endmodule");
     folder.tool("kalmverin -power p,q tied.v");
     folder.tool("kalmflat -cellonly tied");
     EXPECT_EQ(count_of(folder.read("tied_flat.v"), "INV i (.A(1'b0), "), 1u) << folder.read("tied_flat.v");
