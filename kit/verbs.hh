@@ -1,0 +1,4 @@
+// The verbs of rimkit, each in the file of its name.
+#pragma once
+
+#include "kit/command.hh"
