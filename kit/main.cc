@@ -3,14 +3,13 @@
 #include "siblings/tool.hh"
 #include "support/text.hh"
 
-#include <array>
 #include <cstdio>
 #include <cstring>
 #include <string>
 
 namespace {
 
-constexpr std::array<const KIT_VERB *, 0> VERBS = {};
+constexpr const KIT_VERB *VERBS[] = {&kit_start};
 
 std::string program_help() {
     std::string text = "Usage: rimkit VERB [options] DESIGN\n\n";

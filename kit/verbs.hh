@@ -2,3 +2,5 @@
 #pragma once
 
 #include "kit/command.hh"
+
+extern const KIT_VERB kit_start;

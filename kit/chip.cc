@@ -1,0 +1,63 @@
+#include "kit/chip.hh"
+
+#include "planning/tracing.hh"
+#include "sdb/navigation.hh"
+
+namespace {
+
+std::string text_of(int32_t symbol) {
+    const char *text = SYM_get(sym_tab, symbol);
+    return text != nullptr ? text : "";
+}
+
+} // namespace
+
+std::string chip_port_name(int32_t port) {
+    return text_of(port_tab[port].name);
+}
+
+std::string chip_pin_name(int32_t pin) {
+    return text_of(pin_tab[pin].name);
+}
+
+std::string chip_class_name(int32_t class_id) {
+    return class_id < 0 ? "" : text_of(class_tab[class_id].name);
+}
+
+std::string chip_instance_name(int32_t obj) {
+    const char *name = SDB_obj_name(sdb, obj);
+    return name != nullptr ? name : "";
+}
+
+SDB_DIRECTION chip_pin_direction(int32_t pin) {
+    return static_cast<SDB_DIRECTION>(pin_tab[pin].direction & SDB_DIRECTION_MASK);
+}
+
+SDB_DIRECTION chip_port_direction(int32_t port) {
+    return static_cast<SDB_DIRECTION>(port_tab[port].flags & SDB_DIRECTION_MASK);
+}
+
+std::vector<int32_t> chip_net_nodes(int32_t net) {
+    std::vector<int32_t> nodes;
+    if (net >= 0)
+        for (int32_t node = net_tab[net].first_node; node >= 0; node = node_tab[node].next)
+            nodes.push_back(node);
+    return nodes;
+}
+
+int32_t chip_pin_node(int32_t obj, const std::string &pin) {
+    return find_pin_node(obj, pin.c_str());
+}
+
+CHIP_SOURCE chip_source(int32_t node) {
+    int32_t net = node < 0 ? -1 : node_tab[node].net;
+    if (net == SDB_NET_GND)
+        return SOURCE_ZERO;
+    if (net == SDB_NET_VCC)
+        return SOURCE_ONE;
+    return chip_is_alone(node) ? SOURCE_OPEN : SOURCE_DRIVEN;
+}
+
+bool chip_is_alone(int32_t node) {
+    return node < 0 || find_adjacent_node(node) < 0;
+}

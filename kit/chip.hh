@@ -1,0 +1,32 @@
+// The flat design as rimkit looks at it: short questions to the tables of sdb/sdb.hh, which hold the current
+// design. Ids are those of these tables; -1 is none.
+#pragma once
+
+#include "sdb/sdb.hh"
+
+#include <functional>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+/// The name of a port, of a pin, of a cell, of an instance.
+std::string chip_port_name(int32_t port);
+std::string chip_pin_name(int32_t pin);
+std::string chip_class_name(int32_t class_id);
+std::string chip_instance_name(int32_t obj);
+
+/// Direction of a pin or a port.
+SDB_DIRECTION chip_pin_direction(int32_t pin);
+SDB_DIRECTION chip_port_direction(int32_t port);
+
+/// The nodes of a net in their order; none for -1.
+std::vector<int32_t> chip_net_nodes(int32_t net);
+
+/// The node of an object's pin, or -1.
+int32_t chip_pin_node(int32_t obj, const std::string &pin);
+
+/// What drives or ties the net of an input pin.
+enum CHIP_SOURCE { SOURCE_OPEN, SOURCE_ZERO, SOURCE_ONE, SOURCE_DRIVEN };
+CHIP_SOURCE chip_source(int32_t node);
+/// True when nothing but `node` is on its net, or it is on none.
+bool chip_is_alone(int32_t node);

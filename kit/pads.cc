@@ -1,0 +1,279 @@
+#include "kit/pads.hh"
+
+#include "kit/chip.hh"
+#include "kit/liberty_function.hh"
+#include "kit/names.hh"
+#include "support/text.hh"
+
+#include <algorithm>
+
+namespace {
+
+std::string listed(const std::vector<std::string> &names) {
+    std::string text;
+    for (const std::string &name : names)
+        text += (text.empty() ? "" : ", ") + name;
+    return text;
+}
+
+bool is_supply(const LIBERTY_CELL &cell, const std::string &pin) {
+    return kit_is_power_name(pin) ||
+           std::find(cell.power_pins.begin(), cell.power_pins.end(), pin) != cell.power_pins.end();
+}
+
+const LIBERTY_PIN *find_pin(const LIBERTY_CELL &cell, const std::string &name) {
+    auto found = std::find_if(cell.pins.begin(), cell.pins.end(),
+                              [&name](const LIBERTY_PIN &pin) { return pin.name == name; });
+    return found != cell.pins.end() ? &*found : nullptr;
+}
+
+/// The single pin that a function shows, and under which values of the others. Several that do are a doubt.
+struct SHOWN_PIN {
+    std::string pin;
+    bool inverted = false;
+    std::vector<LIBERTY_LITERAL> gates;
+};
+
+/// Looks for `wanted`, or for any pin when it is null, in the function. A pin that stands there ungated wins.
+bool find_shown(const LIBERTY_FUNCTION &function, const std::string *wanted, SHOWN_PIN &shown) {
+    bool found = false;
+    for (const std::string &pin :
+         wanted != nullptr ? std::vector<std::string>{*wanted} : liberty_function_pins(function))
+        for (LIBERTY_SENSE sense : {LIBERTY_SENSE::DIRECT, LIBERTY_SENSE::INVERTED}) {
+            LIBERTY_CONDITION condition = liberty_function_shows(function, pin, sense);
+            if (condition.when != LIBERTY_WHEN::ALWAYS && condition.when != LIBERTY_WHEN::LITERALS)
+                continue;
+            int rank_new = 0, rank_old = 0;
+            bool better = !found || (kit_pin_habit(pin, false, rank_new) == HABIT_INPUT &&
+                                     kit_pin_habit(shown.pin, false, rank_old) != HABIT_INPUT);
+            if (!better)
+                continue;
+            shown = {pin, sense == LIBERTY_SENSE::INVERTED, condition.literals};
+            found = true;
+        }
+    return found;
+}
+
+void add_gates(PAD_KIND &kind, const std::vector<LIBERTY_LITERAL> &gates) {
+    for (const LIBERTY_LITERAL &gate : gates)
+        if (!kit_is_power_name(gate.pin))
+            kind.gates.push_back({gate.pin, gate.value});
+}
+
+/// Which core pin shows the pad.
+void take_reading_pin(PAD_KIND &kind, const LIBERTY_CELL &cell, const LIBERTY_PIN &pad) {
+    std::vector<std::string> others;
+    for (const LIBERTY_PIN &pin : cell.pins) {
+        if (pin.direction != LIBERTY_DIRECTION::OUTPUT || pin.is_pad || is_supply(cell, pin.name))
+            continue;
+        SHOWN_PIN shown;
+        LIBERTY_FUNCTION function = liberty_function(pin.function);
+        bool shows = find_shown(function, &pad.name, shown);
+        if (!shows && function.state != LIBERTY_READ::NOTHING)
+            continue;
+        if (!kind.output.empty()) {
+            others.push_back(pin.name);
+            continue;
+        }
+        kind.output = pin.name;
+        kind.output_inverted = shown.inverted;
+        add_gates(kind, shown.gates);
+        if (!shows)
+            kind.doubts.push_back(pin.name + " has no function in Liberty: is it what the pad reads?");
+    }
+    if (!others.empty())
+        kind.doubts.push_back("the pad is read by " + listed(others) + " as well as by " + kind.output);
+    if (kind.output_inverted)
+        kind.doubts.push_back(kind.output +
+                              " is the inverse of the pad: the register sees the inverse of the pin");
+}
+
+/// The enables in the expression that releases the pad.
+void take_enables(PAD_KIND &kind, const LIBERTY_PIN &pad) {
+    LIBERTY_CONDITION off = liberty_function_true_when_any(liberty_function(pad.three_state));
+    if (off.when == LIBERTY_WHEN::NEVER)
+        return;
+    if (off.when == LIBERTY_WHEN::ALWAYS) {
+        kind.doubts.push_back("Liberty says that the pad never drives");
+        return;
+    }
+    if (off.when == LIBERTY_WHEN::COMPLEX) {
+        kind.doubts.push_back("its enable is an expression of " + listed(off.pins) + ": \"" +
+                              pad.three_state + "\"; a control cell can hold one pin");
+        return;
+    }
+    for (const LIBERTY_LITERAL &literal : off.literals) {
+        std::string &enable = literal.value ? kind.enable_low : kind.enable_high;
+        if (enable.empty())
+            enable = literal.pin;
+        else
+            kind.gates.push_back({literal.pin, !literal.value});
+    }
+    if (off.literals.size() > 1)
+        kind.doubts.push_back("the pad drives when all of " + listed(off.pins) + " let it");
+}
+
+/// Which core pin drives the pad.
+void take_driving_pin(PAD_KIND &kind, const LIBERTY_PIN &pad) {
+    LIBERTY_FUNCTION function = liberty_function(pad.function);
+    if (function.state == LIBERTY_READ::BAD || function.state == LIBERTY_READ::TOO_WIDE) {
+        kind.doubts.push_back("its function can't be read: \"" + pad.function + "\"");
+        return;
+    }
+    SHOWN_PIN shown;
+    if (find_shown(function, nullptr, shown)) {
+        kind.input = shown.pin;
+        kind.input_inverted = shown.inverted;
+        add_gates(kind, shown.gates);
+        if (kind.input_inverted)
+            kind.doubts.push_back("the pad drives the inverse of " + kind.input +
+                                  ", and so does the register");
+    } else if (!liberty_function_pins(function).empty()) {
+        kind.doubts.push_back("what it drives is an expression: \"" + pad.function + "\"");
+    }
+    take_enables(kind, pad);
+}
+
+bool is_constant(const std::string &function) {
+    LIBERTY_FUNCTION read = liberty_function(function);
+    return read.state == LIBERTY_READ::DONE && liberty_function_pins(read).empty();
+}
+
+bool has_core_pin(const LIBERTY_CELL &cell) {
+    return std::any_of(cell.pins.begin(), cell.pins.end(), [&cell](const LIBERTY_PIN &pin) {
+        return !pin.is_pad && !is_supply(cell, pin.name) &&
+               (pin.direction == LIBERTY_DIRECTION::INPUT || pin.direction == LIBERTY_DIRECTION::OUTPUT);
+    });
+}
+
+PAD_USE use_of(const PAD_KIND &kind, bool drives) {
+    bool has_enable = !kind.enable_low.empty() || !kind.enable_high.empty();
+    if (drives && !kind.output.empty())
+        return PAD_BIDIRECTIONAL;
+    return !drives ? PAD_INPUT : has_enable ? PAD_THREE_STATE : PAD_OUTPUT;
+}
+
+void take_other_pins(PAD_KIND &kind, const std::vector<std::string> &inputs) {
+    for (const std::string &pin : inputs)
+        if (pin != kind.input && pin != kind.enable_low && pin != kind.enable_high && pin != kind.pad &&
+            pin != kind.pad_minus)
+            kind.others.push_back(pin);
+}
+
+} // namespace
+
+PAD_KIND pad_kind_of_liberty(const LIBERTY &library, const LIBERTY_CELL &cell) {
+    PAD_KIND kind;
+    kind.cell = cell.name;
+    kind.source = format_text("%s:%d", library.files[static_cast<size_t>(cell.file)].c_str(), cell.line);
+    auto pad =
+        std::find_if(cell.pins.begin(), cell.pins.end(), [](const LIBERTY_PIN &pin) { return pin.is_pad; });
+    if (pad == cell.pins.end())
+        return kind;
+    kind.pad = pad->name;
+    if (!has_core_pin(cell)) {
+        bool is_power = kit_is_power_name(pad->name) || is_constant(pad->function);
+        kind.use = is_power ? PAD_POWER : PAD_ANALOG;
+        return kind;
+    }
+    if (const LIBERTY_PIN *minus = find_pin(cell, pad->complementary); minus != nullptr)
+        kind.pad_minus = minus->name;
+    bool drives =
+        pad->direction != LIBERTY_DIRECTION::INPUT &&
+        (!pad->function.empty() || !pad->three_state.empty() || pad->direction == LIBERTY_DIRECTION::OUTPUT);
+    if (pad->direction != LIBERTY_DIRECTION::OUTPUT)
+        take_reading_pin(kind, cell, *pad);
+    if (drives)
+        take_driving_pin(kind, *pad);
+    kind.use = use_of(kind, drives);
+    if (kind.use == PAD_INPUT && kind.output.empty())
+        kind.use = PAD_ANALOG; // neither read nor driven
+    std::vector<std::string> inputs;
+    for (const LIBERTY_PIN &pin : cell.pins)
+        if (pin.direction == LIBERTY_DIRECTION::INPUT && !is_supply(cell, pin.name))
+            inputs.push_back(pin.name);
+    take_other_pins(kind, inputs);
+    return kind;
+}
+
+bool looks_like_pad(int32_t class_id, const std::string &pin) {
+    std::string cell = lower_case(chip_class_name(class_id)), low = lower_case(pin);
+    if (low.find("pad") != low.npos)
+        return true;
+    for (std::string_view word : {"pad", "_io_", "iobuf", "ibuf", "obuf"})
+        if (cell.find(word) != cell.npos)
+            return true;
+    return false;
+}
+
+PAD_KIND guessed_pad_kind(int32_t class_id, const std::string &pad_pin) {
+    PAD_KIND kind;
+    kind.cell = chip_class_name(class_id);
+    kind.pad = pad_pin;
+    kind.source = "no Liberty file describes this cell: guessed from the directions and names of its pins";
+    std::vector<std::string> inputs, outputs;
+    int best_input = -1, best_output = -1, best_enable = -1;
+    SDB_DIRECTION pad_direction = SDB_INPUT;
+    for (int32_t i = 0; i < class_tab[class_id].pin_count; ++i) {
+        int32_t pin = class_tab[class_id].first_pin + i;
+        std::string name = chip_pin_name(pin);
+        SDB_DIRECTION direction = chip_pin_direction(pin);
+        if (name == pad_pin)
+            pad_direction = direction;
+        if (name == pad_pin || kit_is_power_name(name) || direction == SDB_BIDIRECTIONAL)
+            continue;
+        (direction == SDB_OUTPUT ? outputs : inputs).push_back(name);
+        int rank = 0;
+        auto take = [&rank, &name](int &best, std::string &field) {
+            if (best < 0 || rank < best) {
+                best = rank;
+                field = name;
+                return true;
+            }
+            return false;
+        };
+        switch (kit_pin_habit(name, direction == SDB_OUTPUT, rank)) {
+        case HABIT_INPUT:
+            take(best_input, kind.input);
+            break;
+        case HABIT_OUTPUT:
+            take(best_output, kind.output);
+            break;
+        case HABIT_EN_LOW:
+            if (take(best_enable, kind.enable_low))
+                kind.enable_high.clear();
+            break;
+        case HABIT_EN_HIGH:
+            if (take(best_enable, kind.enable_high))
+                kind.enable_low.clear();
+            break;
+        case HABIT_NONE:
+            break;
+        }
+    }
+    if (inputs.empty() && outputs.empty()) {
+        kind.use = kit_is_power_name(pad_pin) || kit_is_power_name(kind.cell) ? PAD_POWER : PAD_ANALOG;
+        return kind;
+    }
+    if (kit_is_power_name(pad_pin)) {
+        kind.use = PAD_POWER;
+        return kind;
+    }
+    if (kind.output.empty() && !outputs.empty() && pad_direction != SDB_OUTPUT)
+        kind.output = *std::find_if(outputs.begin(), outputs.end() - 1, [](const std::string &name) {
+            return lower_case(name).compare(0, 3, "tie") != 0;
+        });
+    if (pad_direction == SDB_INPUT || kind.input.empty())
+        kind.input = kind.enable_low = kind.enable_high = "";
+    if (pad_direction == SDB_OUTPUT)
+        kind.output.clear();
+    kind.use = use_of(kind, !kind.input.empty());
+    std::string pins;
+    for (const auto &[words, pin] :
+         {std::pair{"driven by ", kind.input}, std::pair{"read by ", kind.output},
+          std::pair{"on while low: ", kind.enable_low}, std::pair{"on while high: ", kind.enable_high}})
+        pins += pin.empty() ? "" : (pins.empty() ? "" : ", ") + std::string(words) + pin;
+    kind.doubts.push_back("is the pad " + pins + "?");
+    take_other_pins(kind, inputs);
+    return kind;
+}

@@ -1,0 +1,16 @@
+// What the cells next to the ports do: input, output, enable and the rest, by their Liberty entries, else by
+// the directions and names of their pins.
+#pragma once
+
+#include "kit/chip_plan.hh"
+#include "kit/liberty.hh"
+
+/// The pad kind of a cell that Liberty describes; its use is PAD_UNKNOWN when the entry shows no pad.
+PAD_KIND pad_kind_of_liberty(const LIBERTY &library, const LIBERTY_CELL &cell);
+
+/// A guess for a cell that Liberty does not describe, from its pins in the open design; `pad_pin` is the pin
+/// that stands on a port. Each part of it is marked in `doubts`.
+PAD_KIND guessed_pad_kind(int32_t class_id, const std::string &pad_pin);
+
+/// True when a cell without a Liberty entry looks like a pad to whom its pin `pin` is shown.
+bool looks_like_pad(int32_t class_id, const std::string &pin);
