@@ -1,0 +1,16 @@
+// BC_2. Control, between core (DI) and the enable of pads (DO). RN sets it to 1, which turns pads with %EN_L off.
+// Made by make_cells.py.
+`timescale 1ns / 1ps
+
+`celldefine
+module RIM_BC_2_CTL1 (input DI, SI, SE, CK, UP, M1, M2, RN, output reg SO, output DO);
+    reg held;
+    wire taken = M2 ? DI : DO;
+    // One time unit after its clock: the neighbour has taken the old value, whatever the order of events.
+    always @(posedge CK) SO <= #1 SE ? SI : taken;
+    always @(posedge UP or negedge RN)
+        if (!RN) held <= #1 1'b1;
+        else held <= #1 SO;
+    assign DO = M1 ? held : DI;
+endmodule
+`endcelldefine

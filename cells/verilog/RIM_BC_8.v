@@ -1,0 +1,15 @@
+// BC_8. Bidirectional, core (DI) to pad (DO); the core reads the pad past the cell. Takes the pin (SP). Not for
+// INTEST.
+// Made by make_cells.py.
+`timescale 1ns / 1ps
+
+`celldefine
+module RIM_BC_8 (input DI, SP, SI, SE, CK, UP, M1, output reg SO, output DO);
+    reg held;
+    wire taken = SP;
+    // One time unit after its clock: the neighbour has taken the old value, whatever the order of events.
+    always @(posedge CK) SO <= #1 SE ? SI : taken;
+    always @(posedge UP) held <= #1 SO;
+    assign DO = M1 ? held : DI;
+endmodule
+`endcelldefine

@@ -1,0 +1,30 @@
+-- BC_1. Control, between core (DI) and the enable of pads (DO). RN sets it to 1, which turns pads with %EN_L off.
+-- PAD_ON tells a BC_7 whether the pad drives. HZ turns them off. For -synch.
+-- Made by make_cells.py.
+library ieee; use ieee.std_logic_1164.all;
+
+entity RIM_BC_1_OE1Z_S is
+  port (DI, SI, SE, TCK, CE, UE, M1, RN, HZ : in std_logic;
+        DO, SO, PAD_ON : out std_logic);
+end RIM_BC_1_OE1Z_S;
+
+architecture rtl of RIM_BC_1_OE1Z_S is
+  signal taken, shifted, held, driven : std_logic;
+begin
+  taken <= DI;
+  -- One time unit after its clock: the neighbour has taken the old value, whatever the order of events.
+  process (TCK) begin
+    if rising_edge(TCK) and CE = '1' then
+      if SE = '1' then shifted <= SI after 1 ns; else shifted <= taken after 1 ns; end if;
+    end if;
+  end process;
+  SO <= shifted;
+  process (TCK, RN) begin
+    if RN = '0' then held <= '1' after 1 ns;
+    elsif falling_edge(TCK) and UE = '1' then held <= shifted after 1 ns;
+    end if;
+  end process;
+  driven <= held or HZ when M1 = '1' or HZ = '1' else DI;
+  DO <= driven;
+  PAD_ON <= not driven;
+end rtl;
