@@ -10,6 +10,13 @@ std::string text_of(int32_t symbol) {
     return text != nullptr ? text : "";
 }
 
+bool is_tie_cell(int32_t class_id) {
+    for (int32_t i = 0; class_id >= 0 && i < class_tab[class_id].pin_count; ++i)
+        if (chip_pin_direction(class_tab[class_id].first_pin + i) == SDB_INPUT)
+            return false;
+    return class_id >= 0;
+}
+
 } // namespace
 
 std::string chip_port_name(int32_t port) {
@@ -55,7 +62,17 @@ CHIP_SOURCE chip_source(int32_t node) {
         return SOURCE_ZERO;
     if (net == SDB_NET_VCC)
         return SOURCE_ONE;
-    return chip_is_alone(node) ? SOURCE_OPEN : SOURCE_DRIVEN;
+    if (chip_is_alone(node))
+        return SOURCE_OPEN;
+    CHIP_SOURCE source = SOURCE_CORE;
+    for (int32_t at = net_tab[net].first_node; at >= 0; at = node_tab[at].next) {
+        int32_t obj = node_tab[at].obj;
+        if (obj < 0)
+            source = SOURCE_PORT;
+        else if (chip_pin_direction(node_tab[at].pin) == SDB_OUTPUT)
+            return is_tie_cell(obj_tab[obj].class_id) ? SOURCE_TIE_CELL : SOURCE_CORE;
+    }
+    return source;
 }
 
 bool chip_is_alone(int32_t node) {

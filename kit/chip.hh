@@ -25,8 +25,12 @@ std::vector<int32_t> chip_net_nodes(int32_t net);
 /// The node of an object's pin, or -1.
 int32_t chip_pin_node(int32_t obj, const std::string &pin);
 
-/// What drives or ties the net of an input pin.
-enum CHIP_SOURCE { SOURCE_OPEN, SOURCE_ZERO, SOURCE_ONE, SOURCE_DRIVEN };
+/// What drives the net of an input pin. A cell without inputs is a tie cell.
+enum CHIP_SOURCE { SOURCE_OPEN, SOURCE_ZERO, SOURCE_ONE, SOURCE_TIE_CELL, SOURCE_PORT, SOURCE_CORE };
 CHIP_SOURCE chip_source(int32_t node);
+/// True when the net is no constant and something is on it beside the pin.
+inline bool chip_is_driven(int32_t node) {
+    return chip_source(node) >= SOURCE_TIE_CELL;
+}
 /// True when nothing but `node` is on its net, or it is on none.
 bool chip_is_alone(int32_t node);

@@ -75,7 +75,8 @@ struct TEST_PORT_PLAN {
 struct PIN_STATE {
     std::string pin;
     int32_t zero = 0, one = 0, open = 0;
-    std::vector<std::string> driven; ///< ports of the pads whose pin the core or a port drives
+    int32_t tied = 0;                  ///< by a cell without inputs
+    std::vector<std::string> driven{}; ///< ports of the pads whose pin the core or a port drives
 };
 
 /// One row of the pin file: a port or, with `port` empty, a pin of the package that is no signal.

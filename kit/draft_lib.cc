@@ -56,8 +56,8 @@ std::string pin_comments(const CHIP_PLAN &plan, const PAD_KIND &pad) {
     for (const PIN_STATE &state : states->second) {
         std::string line = "  // " + state.pin + ":";
         const char *comma = "";
-        for (auto [count, words] :
-             {std::pair{state.zero, "0"}, std::pair{state.one, "1"}, std::pair{state.open, "open"}})
+        for (auto [count, words] : {std::pair{state.zero, "0"}, std::pair{state.one, "1"},
+                                    std::pair{state.open, "open"}, std::pair{state.tied, "a tie cell"}})
             if (count > 0) {
                 line += format_text("%s %s at %d pads", comma, words, count);
                 comma = ",";

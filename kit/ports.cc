@@ -103,7 +103,7 @@ bool lives(const PORT_PLAN &plan, const std::string &pin) {
 
 void take_enable(PORT_PLAN &plan, const PAD_KIND &kind) {
     auto works = [&plan](const std::string &enable) {
-        return !enable.empty() && chip_source(chip_pin_node(plan.pad_obj, enable)) == SOURCE_DRIVEN;
+        return !enable.empty() && chip_is_driven(chip_pin_node(plan.pad_obj, enable));
     };
     bool low_works = works(kind.enable_low), high_works = works(kind.enable_high);
     plan.enable_works = low_works || high_works;
@@ -180,7 +180,7 @@ void note_pin_states(CHIP_PLAN &chip, const PORT_PLAN &plan, const PAD_KIND &kin
     std::vector<PIN_STATE> &states = chip.pin_states[kind.cell];
     if (states.empty())
         for (const std::string &pin : kind.others)
-            states.push_back({pin, 0, 0, 0, {}});
+            states.push_back({pin});
     for (PIN_STATE &state : states)
         switch (chip_source(chip_pin_node(plan.pad_obj, state.pin))) {
         case SOURCE_ZERO:
@@ -192,7 +192,11 @@ void note_pin_states(CHIP_PLAN &chip, const PORT_PLAN &plan, const PAD_KIND &kin
         case SOURCE_OPEN:
             ++state.open;
             break;
-        case SOURCE_DRIVEN:
+        case SOURCE_TIE_CELL:
+            ++state.tied;
+            break;
+        case SOURCE_PORT:
+        case SOURCE_CORE:
             state.driven.push_back(plan.name);
         }
 }
