@@ -126,13 +126,16 @@ std::string ports_read_as(CHIP_PLAN &plan, PORT_READ_AS direction) {
 
 /// Plans the ports; where the declared direction of some is not that of their pads the netlist is read again.
 void plan_design(CHIP_PLAN &plan, const KIT_CALL &call, const LIBERTY &library) {
+    auto models = read_verilog_models(kit_values(call, "cells"), kit_values(call, "define"),
+                                      kit_values(call, "include"));
     std::string file = plan.design + ".c.sdb";
     for (bool again : {false, true}) {
         open_sdb_file(file.c_str());
-        plan_ports(plan, library);
+        plan_ports(plan, library, models);
         plan_test_ports(plan, kit_value(call, "test-ports"));
         std::string as_input = ports_read_as(plan, READ_AS_INPUT),
                     as_output = ports_read_as(plan, READ_AS_OUTPUT);
+        plan_pin_states(plan);
         if ((as_input.empty() && as_output.empty()) || again)
             return;
         close_sdb_file();
