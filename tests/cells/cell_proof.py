@@ -59,7 +59,7 @@ class Cell:
         if function == "bidir":
             function += "_out" if values["PAD_ON"] else "_in"
         row = CAPTURES[self.type, function]
-        source = row[("EXTEST", "SAMPLE", "INTEST").index(instruction)] if instruction in list(INSTRUCTIONS)[:3] else None
+        source = dict(zip(("EXTEST", "SAMPLE", "INTEST"), row)).get(instruction)
         return values["update"] if source == "UPD" else values[SIDES[function][source == "PO"]] if source else None
 
     def driven(self, instruction, values):
@@ -91,7 +91,7 @@ def check_made(folder, work):
             yield f"{file}: not what make_cells.py writes"
 
 
-# ---- captures ---------------------------------------------------------------------------------------------------------
+# ---- captures ----------------------------------------------------------------------------------------
 
 def write_tops(cells, work):
     """One module with all cells side by side, and behind each one another with a later clock, in both languages."""
@@ -126,7 +126,8 @@ class Steps:
     """The steps of the bench, and what has to be seen at the end of some of them."""
 
     def __init__(self, cells):
-        self.cells, self.now, self.steps, self.expect = cells, dict(IDLE, DI=0, SP=0, PAD_ON=0, M1=0, M2=0, HZ=0), [], []
+        self.cells, self.steps, self.expect = cells, [], []
+        self.now = {**dict.fromkeys(INPUTS, 0), **IDLE}
 
     def step(self, **changes):
         self.now.update(changes)
@@ -197,7 +198,7 @@ def check_captures(cells, folder, work):
                 yield f"{language}: {label}: {pin} is {answers[step][place[pin]]}, not {value}"
 
 
-# ---- gates ------------------------------------------------------------------------------------------------------------
+# ---- gates -------------------------------------------------------------------------------------------
 
 def check_gates(cells, folder, gates, work):
     """From VHDL the gates come by way of GHDL's own synthesis."""
@@ -206,8 +207,9 @@ def check_gates(cells, folder, gates, work):
         run(["ghdl", "--synth", "--out=verilog", cell.name], work, "synthesising the VHDL") for cell in cells))
     sources = {"Verilog": " ".join(str(folder / "verilog" / f"{cell.name}.v") for cell in cells), "VHDL": "from_vhdl.v"}
     for language, files in sources.items():
-        run(["yosys", "-q", "-p", f"read_liberty -lib {gates}; read_verilog {files}; proc; opt; techmap; opt; dfflibmap -liberty {gates}; "
-             f"abc -liberty {gates}; opt_clean; check -assert -mapped; write_json {language}.json"], work, "yosys")
+        run(["yosys", "-q", "-p", f"read_liberty -lib {gates}; read_verilog {files}; proc; opt; techmap; opt; "
+             f"dfflibmap -liberty {gates}; abc -liberty {gates}; opt_clean; check -assert -mapped; "
+             f"write_json {language}.json"], work, "yosys")
         modules = json.loads((work / f"{language}.json").read_text())["modules"]
         for cell in cells:
             yield from (f"{language}: {cell.name}: {fault}" for fault in gate_faults(cell, modules[cell.name]))
