@@ -1,8 +1,10 @@
 // rimkit start: the three description files of a chip, drafted from its netlist and the libraries of its
 // cells.
+#include "kit/start.hh"
 #include "kit/boundary_cells.hh"
 #include "kit/drafts.hh"
 #include "kit/files.hh"
+#include "kit/json.hh"
 #include "kit/names.hh"
 #include "kit/order.hh"
 #include "kit/ports.hh"
@@ -197,29 +199,9 @@ int32_t lines_to_check(const std::string &text) {
     return lines;
 }
 
-void report(const CHIP_PLAN &plan, const KIT_CALL &call, int32_t checks) {
-    size_t scanned = 0, skipped = 0, tests = 0;
-    for (const PORT_PLAN &port : plan.ports)
-        ++(port.use == PORT_SCANNED ? scanned : port.use == PORT_SKIPPED ? skipped : tests);
-    if (kit_has(call, "json")) {
-        std::printf("{\"design\": \"%s\", \"ports\": %zu, \"with_cells\": %zu, \"skipped\": %zu, \"order\": "
-                    "\"%s\", \"to_check\": %d}\n",
-                    plan.design.c_str(), plan.ports.size(), scanned, skipped, plan.order_source.c_str(),
-                    checks);
-        return;
-    }
-    std::printf("%s: %zu ports: %zu with boundary cells, %zu skipped, %zu of the test port\n",
-                plan.design.c_str(), plan.ports.size(), scanned, skipped, tests);
-    std::printf("order: %s\n", plan.order_source.c_str());
-    std::printf("%s.lib, %s.bsc, %s.pin: %d lines with \"please check\"\n", plan.design.c_str(),
-                plan.design.c_str(), plan.design.c_str(), checks);
-}
-
-int run_start(const KIT_CALL &call) {
-    if (call.names.size() != 1)
-        kit_usage_fault("one DESIGN, the name of the top module, is needed");
-    CHIP_PLAN plan;
-    plan.design = call.names[0];
+/// Reads the netlist and the libraries of its cells, and plans the ports.
+void plan_chip(CHIP_PLAN &plan, const KIT_CALL &call, const std::string &design) {
+    plan.design = design;
     plan.idcode = idcode_digits(kit_value(call, "idcode"));
     plan.package = kit_value(call, "package", "PACKAGE");
     plan.with_intest = kit_has(call, "intest");
@@ -231,22 +213,62 @@ int run_start(const KIT_CALL &call) {
         KIT_PROGRESS progress("reading " + file);
         liberty_read(library, file);
     }
-    update_design(call, plan.design);
+    update_design(call, design);
     plan_design(plan, call, library);
-    plan_order(plan, kit_value(call, "pins"), kit_value(call, "def"));
-    CELL_CHOICE cells = choose_boundary_cells(plan, kit_value(call, "boundary-cells"));
-    read_boundary_cells(call, cells);
-    int32_t checks = 0;
-    for (const auto &[ending, text] :
-         {std::pair{".lib", draft_lib(plan, cells)}, std::pair{".bsc", draft_bsc(plan, cells)},
-          std::pair{".pin", draft_pin(plan, cells)}})
-        if (write_draft(plan.design + ending, text, kit_has(call, "force")))
-            checks += lines_to_check(text);
-    report(plan, call, checks);
+}
+
+int run_start(const KIT_CALL &call) {
+    if (call.names.size() != 1)
+        kit_usage_fault("one DESIGN, the name of the top module, is needed");
+    START_RESULT result = start_drafts(call, call.names[0]);
+    if (kit_has(call, "json"))
+        std::printf("{\"design\": %s, \"ports\": %zu, \"with_cells\": %zu, \"skipped\": %zu, \"order\": %s, "
+                    "\"to_check\": %d}\n",
+                    json_text(result.design).c_str(), result.ports, result.scanned, result.skipped,
+                    json_text(result.order).c_str(), result.to_check);
+    else
+        std::printf("%s", start_report(result).c_str());
     return KIT_DONE;
 }
 
 } // namespace
+
+const std::span<const KIT_OPTION> start_options = OPTIONS;
+
+START_RESULT start_drafts(const KIT_CALL &call, const std::string &design) {
+    CHIP_PLAN plan;
+    plan_chip(plan, call, design);
+    plan_order(plan, kit_value(call, "pins"), kit_value(call, "def"));
+    CELL_CHOICE cells = choose_boundary_cells(plan, kit_value(call, "boundary-cells"));
+    read_boundary_cells(call, cells);
+    close_sdb_file();
+    START_RESULT result = {design, plan.ports.size(), 0, 0, 0, plan.order_source, 0};
+    for (const PORT_PLAN &port : plan.ports)
+        ++(port.use == PORT_SCANNED   ? result.scanned
+           : port.use == PORT_SKIPPED ? result.skipped
+                                      : result.tests);
+    for (const auto &[ending, text] :
+         {std::pair{".lib", draft_lib(plan, cells)}, std::pair{".bsc", draft_bsc(plan, cells)},
+          std::pair{".pin", draft_pin(plan, cells)}})
+        if (write_draft(design + ending, text, kit_has(call, "force")))
+            result.to_check += lines_to_check(text);
+    return result;
+}
+
+std::string start_report(const START_RESULT &result) {
+    const char *design = result.design.c_str();
+    return format_text(
+        "%s: %zu ports: %zu with boundary cells, %zu skipped, %zu of the test port\norder: %s\n"
+        "%s.lib, %s.bsc, %s.pin: %d lines with \"please check\"\n",
+        design, result.ports, result.scanned, result.skipped, result.tests, result.order.c_str(), design,
+        design, design, result.to_check);
+}
+
+void start_update(const KIT_CALL &call, const std::string &design) {
+    CHIP_PLAN plan;
+    plan_chip(plan, call, design);
+    close_sdb_file();
+}
 
 const KIT_VERB kit_start = {
     "start",

@@ -4,3 +4,4 @@
 #include "kit/command.hh"
 
 extern const KIT_VERB kit_start;
+extern const KIT_VERB kit_run;
