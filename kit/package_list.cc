@@ -153,14 +153,14 @@ std::optional<std::array<size_t, COLUMNS>> columns_titled(const std::string &pat
 
 } // namespace
 
-std::vector<PACKAGE_PIN> package_list_read(const std::string &path) {
+std::vector<PACKAGE_LIST_ROW> package_list_read(const std::string &path) {
     const std::string text = TOOL_read_file(path);
     std::string_view whole = text;
     if (whole.starts_with("\xEF\xBB\xBF")) // what spreadsheets write before UTF-8
         whole.remove_prefix(3);
     CSV_READING reading{path, whole, separator_of(whole)};
     std::array<size_t, COLUMNS> places = {0, 1, 2};
-    std::vector<PACKAGE_PIN> pins;
+    std::vector<PACKAGE_LIST_ROW> pins;
     std::unordered_map<std::string, int32_t> lines;
     for (bool is_first = true; auto record = reading.next(); is_first = false) {
         if (auto titled = is_first ? columns_titled(path, *record) : std::nullopt) {

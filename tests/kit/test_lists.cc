@@ -77,9 +77,9 @@ struct LIST_CASE {
     const char *title, *text, *shown;
 };
 
-std::string shown(const std::vector<PACKAGE_PIN> &pins) {
+std::string shown(const std::vector<PACKAGE_LIST_ROW> &pins) {
     std::string text;
-    for (const PACKAGE_PIN &pin : pins)
+    for (const PACKAGE_LIST_ROW &pin : pins)
         text += pin.number + "|" + pin.target + "|" + pin.name + "@" + std::to_string(pin.line) + " ";
     return text;
 }
