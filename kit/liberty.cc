@@ -109,17 +109,20 @@ void add_bits(LIBERTY_READING &reading, std::vector<std::string> &names, const s
     }
 }
 
+bool is_number(std::string_view text, int32_t &number) {
+    auto [end, fault] = std::from_chars(text.data(), text.data() + text.size(), number);
+    return fault == std::errc() && end == text.data() + text.size();
+}
+
 /// `A[3:0]` names its bits.
 std::vector<std::string> pin_names(LIBERTY_READING &reading, const LIBERTY_STATEMENT &statement) {
     std::vector<std::string> names;
     for (std::string &name : names_in(statement.words)) {
-        size_t open = name.rfind('['), colon = name.find(':', open + 1);
+        size_t open = name.rfind('['), colon = name.rfind(':');
         int32_t from = 0, to = 0;
-        const char *start = name.data() + open + 1;
-        const char *middle = name.data() + colon, *end = name.data() + name.size() - 1;
-        if (open != std::string::npos && colon != std::string::npos && *end == ']' &&
-            std::from_chars(start, middle, from).ptr == middle && start != middle &&
-            std::from_chars(middle + 1, end, to).ptr == end && middle + 1 != end)
+        if (open < colon && colon != std::string::npos && name.back() == ']' &&
+            is_number(std::string_view(name).substr(open + 1, colon - open - 1), from) &&
+            is_number(std::string_view(name).substr(colon + 1, name.size() - colon - 2), to))
             add_bits(reading, names, name.substr(0, open), from, to, statement.line);
         else
             names.push_back(std::move(name));
@@ -279,8 +282,7 @@ void set_attribute(const LIBERTY_READING &reading, LIBERTY_PIN &pin, const LIBER
 int64_t number_of(const LIBERTY_READING &reading, const LIBERTY_STATEMENT &statement) {
     std::string text = joined(statement);
     int32_t number = -1;
-    if (std::from_chars(text.data(), text.data() + text.size(), number).ptr != text.data() + text.size() ||
-        number < 0)
+    if (!is_number(text, number) || number < 0)
         liberty_fail(reading, format_text("'%s' is no number of a bit.", text.c_str()), statement.line);
     return number;
 }
