@@ -176,20 +176,23 @@ std::string idcode_digits(const std::string &text) {
     return digits;
 }
 
-/// Reads the chosen cells of the own library into lib/.
-void read_boundary_cells(const KIT_CALL &call, const CELL_CHOICE &cells) {
+/// Puts the sources of the chosen cells of the own library beside the drafts, so that the folder holds all
+/// that the result is made of, and reads them into lib/.
+void take_boundary_cells(const KIT_CALL &call, const std::string &design, const CELL_CHOICE &cells) {
     if (kit_has(call, "boundary-cells"))
         return;
-    std::vector<std::string> words = {"kalmverin", "-lib"};
-    for (const std::string &name : cell_names(cells)) {
-        std::string source = own_cells_folder() + "verilog/" + name + ".v";
-        if (is_outdated("lib/" + name + ".sdb", {source}))
-            words.push_back(source);
+    bool outdated = false;
+    std::string verilog = design + "_cells.v";
+    for (const auto &[language, ending] : {std::pair{"verilog/", ".v"}, std::pair{"vhdl/", ".vhd"}}) {
+        std::string text;
+        for (const std::string &name : cell_names(cells))
+            text += TOOL_read_file(own_cells_folder() + language + name + ending) + "\n";
+        write_draft(design + "_cells" + ending, text, kit_has(call, "force"));
     }
-    if (words.size() == 2)
-        return;
-    words.insert(words.end(), {"-opath", "lib"});
-    run_step(words);
+    for (const std::string &name : cell_names(cells))
+        outdated = outdated || is_outdated("lib/" + name + ".sdb", {verilog});
+    if (outdated)
+        run_step({"kalmverin", "-lib", verilog, "-opath", "lib"});
 }
 
 int32_t lines_to_check(const std::string &text) {
@@ -240,7 +243,7 @@ START_RESULT start_drafts(const KIT_CALL &call, const std::string &design) {
     plan_chip(plan, call, design);
     plan_order(plan, kit_value(call, "pins"), kit_value(call, "def"));
     CELL_CHOICE cells = choose_boundary_cells(plan, kit_value(call, "boundary-cells"));
-    read_boundary_cells(call, cells);
+    take_boundary_cells(call, design, cells);
     close_sdb_file();
     START_RESULT result = {design, plan.ports.size(), 0, 0, 0, plan.order_source, 0};
     for (const PORT_PLAN &port : plan.ports)
