@@ -131,6 +131,8 @@ bool is_number(std::string_view text, int32_t &number) {
 std::vector<std::string> pin_names(LIBERTY_READING &reading, const LIBERTY_STATEMENT &statement) {
     std::vector<std::string> names;
     for (std::string &name : names_in(statement.words)) {
+        if (std::count(name.begin(), name.end(), '[') != std::count(name.begin(), name.end(), ']'))
+            liberty_fail(reading, format_text("'%s' is no name of a pin.", name.c_str()), statement.line);
         size_t open = name.rfind('['), colon = name.rfind(':');
         int32_t from = 0, to = 0;
         if (open < colon && colon != std::string::npos && name.back() == ']' &&
@@ -342,6 +344,8 @@ void liberty_add_string(LIBERTY_READING &reading, std::string_view string) {
     for (size_t at = 1; at + 1 < string.size(); ++at) {
         if (string[at] == '\\' && string[at + 1] == '\n')
             ++at; // goes on in the next line
+        else if (string[at] == '\\' && string.substr(at + 1, 2) == "\r\n")
+            at += 2;
         else if (string[at] == '\\' && (string[at + 1] == '"' || string[at + 1] == '\\'))
             text += string[++at];
         else
