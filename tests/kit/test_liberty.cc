@@ -63,8 +63,8 @@ const KEPT_CASE KEPT[] = {
     {"names with and without quotes, values without semicolons",
      "cell (\"A\") { pad_cell : \"true\"\n area : 1.0 + \n 2.0\n pin(P) { direction : \"inout\"\n is_pad : "
      "true }\n"
-     "pin (\"Q\") { direction\n : output; function : \"P\" } }",
-     "A a.lib:2 pad, P:inout is_pad, Q:out=P\n"},
+     "pin (\"Q\") { direction\n : output; function : (P + !R)*Q } }",
+     "A a.lib:2 pad, P:inout is_pad, Q:out=( P + !R ) *Q\n"},
     {"lines that go on, strings over lines, comments",
      "cell (A) { /* pin (X) { */ // cell (B) {\n pin (P) { function : \"A \\\n + B\n C\"; three_state \\\n : "
      "\"!E\" ; } }",
@@ -136,6 +136,9 @@ const KEPT_CASE REFUSED[] = {
     {"type", in_library("cell (A) {\n bus (P) { bus_type : t; } }"), "a.lib:3: there is no type 't'."},
     {"bus of all bits there are", in_library("cell (A) { pin (P[2147483647:0]) { } }"),
      "a.lib:2: the bus 'P' has more than 16384 bits."},
+    {"bits in parentheses", in_library("cell (A) { pin (P(0)) { } }"), "a.lib:2: a '(' can't stand here."},
+    {"blanks in a range", in_library("cell (A) { pin (\"P[1 : 0]\") { } }"),
+     "a.lib:2: 'P[1' is no name of a pin."},
     {"NUL", std::string("library (l) {\n \0 }", 18), "a.lib:2: a ':' or '(' is missing behind this name."},
     {"a file that includes itself", in_library("include_file (b.lib);"),
      "b.lib:1: the file './a.lib' includes itself."},
