@@ -191,7 +191,7 @@ const char *shown_kind(SCAN_KIND kind) {
 void finish_statement(PARSER &parser, size_t place, SCAN_AST *node, int32_t line) {
     FRAME &frame = parser.frames.back();
     const STATEMENT &statement = frame.block->statements[place];
-    if (statement.repetition == REPEATS_WITH_WARNING && frame.stands.test(place))
+    if (statement.warns_again && frame.stands.test(place))
         error_handler(parser.scanner.file_name, line, MESSAGE_REPEATED, shown_kind(statement.kind));
     frame.stands.set(place);
     SCAN_APPEND_CHILD(
