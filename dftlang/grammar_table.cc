@@ -2,8 +2,8 @@
 // block-end checks walk.
 //
 // `block NAME` opens a block; each line below it is a statement, or several that are alike: the keywords with
-// commas between them, the shape of what follows, and its marks. `shape NAME` names a shape for use in others.
-// In a shape
+// commas between them, the shape of what follows, and its marks. `shape NAME` names a shape for use in
+// others. In a shape
 //
 //     name string pattern integer real percent    one token of that class, stored as a leaf
 //     digits  an integer of any length            bit  0 or 1
@@ -16,8 +16,8 @@
 // Every word in capitals that is used is a keyword. `words` reserves further ones: the first one's token
 // stands for all of the line, so that the text alone tells them apart.
 //
-// %WORD_# is the numbered word %WORD_<n>, which the scanner knows by its front. Statements of one keyword are told apart by the first place
-// in which they differ, and each counts for itself. Marks:
+// %WORD_# is the numbered word %WORD_<n>, which the scanner knows by its front. Statements of one keyword are
+// told apart by the first place in which they differ, and each counts for itself. Marks:
 //
 //     #1          a further one is warned of; look-ups find the first
 //     #n          repetition is meant; statements of one kind are collected in one list node
