@@ -137,7 +137,7 @@ void refuse_names_of_logic(const std::vector<TAP_MODULE_PORT> &ports) {
 
 void refuse_names() {
     refuse_module_name();
-    std::vector<TAP_MODULE_PORT> ports = tap_ports();
+    std::vector<TAP_MODULE_PORT> ports = tap_ports(rtl_language());
     std::unordered_set<std::string> taken;
     for (const TAP_MODULE_PORT &port : ports) {
         refuse_words(port.name);
