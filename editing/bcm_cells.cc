@@ -52,14 +52,15 @@ void check_bcm_design() {
         vmr_printf("WARNING: option -add_bcm does not carry out %%CONNECTION_TABLE.\n\n");
 }
 
-void make_top_sdb() {
-    begin_top_file(false);
-    TAP_FP->holds_cells = TAP_FP->warns_of_ports = true;
+EDIT_FILE *make_top_sdb() {
+    EDIT_FILE *top = begin_top_file(false);
+    top->warns_of_ports = true;
     bcm_cells = {};
-    TAP_FP->tap = keep_text(bcm_name());
-    edit_add_instance(TAP_FP, TAP_FP->tap, TAP_FP->tap);
-    write_standard_ports(true);
-    write_idcode_lines(TAP_FP);
+    top->tap = keep_text(bcm_name());
+    edit_add_instance(top, top->tap, top->tap);
+    write_standard_ports(top, true);
+    write_idcode_lines(top);
+    return top;
 }
 
 bool keeps_scan_name(const OPIN_ROW &row) {
@@ -119,7 +120,7 @@ const char *bcm_enable(const OPIN_ROW &row) {
 bool stays_at_port(const EDIT_FILE *fp, const OPIN_ROW &row, const PLACED_CELL &cell, const PAD_PIN &pin) {
     if (cell.bcm.empty())
         return false;
-    int32_t node = far_end_of_pad(row, pin);
+    int32_t node = far_end_of_pad(fp, row, pin);
     warn_of_chip_port(fp, pin, node);
     return !is_constant_net(node) && is_port_node(node);
 }

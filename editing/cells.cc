@@ -171,7 +171,7 @@ void connect_data_in(EDIT_FILE *fp, const OPIN_ROW &row, const PLACED_CELL &cell
 
 void cut_pad_input(EDIT_FILE *fp, const OPIN_ROW &row, const PLACED_CELL &cell, CELL_PIN in, CELL_PIN out,
                    const PAD_PIN &pin, bool out_first) {
-    EDIT_OPERAND far = node_operand(far_end_of_pad(row, pin));
+    EDIT_OPERAND far = node_operand(fp, far_end_of_pad(fp, row, pin));
     cut_pin(fp, pin, cell_pin(cell, in), cell.out_blanks);
     if (out_first)
         join(fp, cell, out, pin_operand(pin));
@@ -182,9 +182,9 @@ void cut_pad_input(EDIT_FILE *fp, const OPIN_ROW &row, const PLACED_CELL &cell, 
 
 int32_t cut_pad_output(EDIT_FILE *fp, const OPIN_ROW &row, const PLACED_CELL &cell, CELL_PIN out,
                        const PAD_PIN &pin) {
-    int32_t node = far_end_of_pad(row, pin);
+    int32_t node = far_end_of_pad(fp, row, pin);
     cut_pin(fp, pin, cell_pin(cell, out), cell.out_blanks);
-    join(fp, cell, out, node_operand(node));
+    join(fp, cell, out, node_operand(fp, node));
     return node;
 }
 

@@ -47,12 +47,12 @@ const BUFFER_CELL *highz_buffer(const OPIN_ROW &row) {
 
 /// What drives the enable pin in the design: with `first_node` the first other node of the net, else the
 /// first that does not just read it. Ends the run when nothing does.
-EDIT_OPERAND enable_source(const OPIN_ROW &row, const char *enable, bool first_node) {
-    int32_t node = far_end(row.pad_instance, enable, SDB_INPUT);
+EDIT_OPERAND enable_source(const EDIT_FILE *fp, const OPIN_ROW &row, const char *enable, bool first_node) {
+    int32_t node = far_end(fp, row.pad_instance, enable, SDB_INPUT);
     if (node < 0)
         fail_no_source(row);
     if (first_node || is_constant_net(node))
-        return node_operand(node);
+        return node_operand(fp, node);
     int32_t net = node_tab[node].net;
     if ((net_tab[net].flags & SUPPLY_NET_BITS) != 0)
         return design_net(net);
@@ -62,7 +62,7 @@ EDIT_OPERAND enable_source(const OPIN_ROW &row, const char *enable, bool first_n
     // Readers alone drive nothing.
     if (node < 0)
         fail_no_source(row);
-    return node_operand(node);
+    return node_operand(fp, node);
 }
 
 /// True for a differential pad that is not the first on its enable: its enable stays as it is. The user is
@@ -90,14 +90,14 @@ void drive_by_highz(EDIT_FILE *fp, const OPIN_ROW &row, const char *enable) {
     EDIT_OPERAND output = pin_of(name, buffer->output);
     // The row marked as the driver is the first; should it have written nothing, the next one adds the
     // buffer.
-    bool is_new = emission.highz_buffers.insert({current_multi_io_indexG, row.highz_group}).second;
+    bool is_new = fp->highz_buffers.insert(row.highz_group).second;
     if (is_new)
         edit_add_instance(fp, name, HIZ_BUF_NAME);
     cut_pin(fp, row.pad_instance, enable, output);
     edit_connect(fp, output, pin_of(row.pad_instance, enable));
     // With pads in several modules, a module below the top has no port for the signal yet: the wiring step
     // adds it and joins the buffer.
-    if (is_new && current_multi_io_indexG <= 0)
+    if (is_new && row.io_module == 0)
         edit_connect(fp, pin_of(name, buffer->input), tap_signal(fp, TAP_HIZ_PIN));
 }
 
@@ -128,7 +128,7 @@ void add_control_cell(EDIT_FILE *fp, int32_t index, const char *enable, CONTROL_
     SCAN_COUNT[CONTROL_KINDS[kind].counter]++;
     if (!in_bcm)
         edit_add_instance(fp, control.name, control.cell->name);
-    EDIT_OPERAND source = enable_source(row, enable, in_bcm || is_oe);
+    EDIT_OPERAND source = enable_source(fp, row, enable, in_bcm || is_oe);
     cut_pin(fp, row.pad_instance, enable, cell_pin(control, PIN_DATA_IN));
     join(fp, control, PIN_DATA_IN, source);
     join(fp, control, PIN_DATA_OUT, pin_of(row.pad_instance, enable));

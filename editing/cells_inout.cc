@@ -14,7 +14,7 @@ namespace {
 
 /// The input cell stands between the pad and the core. A cell without %DATA_OUT only observes.
 void join_input_cell(EDIT_FILE *fp, const OPIN_ROW &row, const PLACED_CELL &in) {
-    PAD_PIN pin = pin_behind_buffer(row, SIDE_OUTPUT, PAD_WORD_BIDIRECTIONAL);
+    PAD_PIN pin = pin_behind_buffer(fp, row, SIDE_OUTPUT, PAD_WORD_BIDIRECTIONAL);
     if (in.cell->data_out != nullptr) {
         int32_t node = cut_pad_output(fp, row, in, PIN_DATA_OUT, pin);
         if (in.bcm.empty())
@@ -25,7 +25,7 @@ void join_input_cell(EDIT_FILE *fp, const OPIN_ROW &row, const PLACED_CELL &in) 
 
 void join_output_cell(EDIT_FILE *fp, const OPIN_ROW &row, const PLACED_CELL &out) {
     cut_pad_input(fp, row, out, PIN_DATA_IN, PIN_DATA_OUT,
-                  pin_behind_buffer(row, SIDE_INPUT, PAD_WORD_BIDIRECTIONAL), false);
+                  pin_behind_buffer(fp, row, SIDE_INPUT, PAD_WORD_BIDIRECTIONAL), false);
 }
 
 /// The chain holds output cell, control cell, input cell.
@@ -82,14 +82,14 @@ const BUFFER_CELL *bidirectional_pad_cell(const OPIN_ROW &row, const char *&name
 }
 
 /// True when the node takes its value from its net. A pin that does both is taken for one that drives.
-bool node_reads(const OPIN_ROW &row, int32_t node) {
+bool node_reads(const EDIT_FILE *fp, const OPIN_ROW &row, int32_t node) {
     if (is_port_node(node))
         return (port_tab[node_tab[node].pin].flags & SDB_DIRECTION_MASK) == SDB_OUTPUT;
     int32_t direction = pin_tab[node_tab[node].pin].direction & SDB_DIRECTION_MASK;
     if (direction == SDB_BIDIRECTIONAL)
         vmr_printf("WARNING: bidirectional port '%s' leads to bidirectional pin '%s' of '%s'.\n"
                    "         The core will drive the pad through that pin, and can't read it.\n\n",
-                   row.port_name, node_pin_name(node), node_operand(node).instance.c_str());
+                   row.port_name, node_pin_name(node), node_operand(fp, node).instance.c_str());
     return direction == SDB_INPUT;
 }
 
@@ -116,9 +116,9 @@ const char *add_with_new_pad(EDIT_FILE *fp, int32_t index) {
     const char *pad_cell;
     const BUFFER_CELL *buffer = bidirectional_pad_cell(row, pad_cell);
     std::string pad = format_text("B_PAD%d", ADD_BUF_COUNT++);
-    int32_t node = port_far_node(row);
-    bool core_reads = !is_constant_net(node) && node_reads(row, node);
-    EDIT_OPERAND far = node_operand(node);
+    int32_t node = port_far_node(fp, row);
+    bool core_reads = !is_constant_net(node) && node_reads(fp, row, node);
+    EDIT_OPERAND far = node_operand(fp, node);
     EDIT_OPERAND pad_output = pin_of(pad, buffer->output);
     EDIT_OPERAND data_out = in.cell->data_out != nullptr ? cell_pin(in, PIN_DATA_OUT) : pad_output;
     EDIT_OPERAND out_data_in = cell_pin(out, PIN_DATA_IN);

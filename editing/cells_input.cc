@@ -11,7 +11,8 @@ namespace {
 /// The cell stands between the pad's output and the core. A cell without %DATA_OUT only observes.
 void add_behind_pad(EDIT_FILE *fp, const OPIN_ROW &row, const PLACED_CELL &cell) {
     bool in_bcm = lives_in_bcm(row);
-    PAD_PIN pin = in_bcm ? pad_pin(row, SIDE_OUTPUT) : pin_behind_buffer(row, SIDE_OUTPUT, PAD_WORD_INPUT);
+    PAD_PIN pin =
+        in_bcm ? pad_pin(row, SIDE_OUTPUT) : pin_behind_buffer(fp, row, SIDE_OUTPUT, PAD_WORD_INPUT);
     if (stays_at_port(fp, row, cell, pin))
         return;
     if (cell.cell->data_out != nullptr)
@@ -31,7 +32,7 @@ void add_behind_new_pad(EDIT_FILE *fp, OPIN_ROW &row, const char *name) {
     EDIT_OPERAND source = pin_of(instance, pad.output);
     edit_add_instance(fp, instance, pad.cell);
     note_added_pad(pad.cell, {pad.input, pad.output});
-    EDIT_OPERAND far = port_far_operand(row);
+    EDIT_OPERAND far = port_far_operand(fp, row);
     // The inverter of an added pad takes the pad's number.
     std::string inverter = format_text("B_PAD_INV%d", ADD_BUF_COUNT - 1);
     EDIT_OPERAND behind = row.inverted != 0 ? pin_of(inverter, INVERTER_OUTPUT) : source;
@@ -52,7 +53,7 @@ void add_behind_new_pad(EDIT_FILE *fp, OPIN_ROW &row, const char *name) {
 void add_behind_port(EDIT_FILE *fp, const OPIN_ROW &row, const char *name) {
     if (row.scan_cell->data_out != nullptr) {
         EDIT_OPERAND data_out = pin_of(name, row.scan_cell->data_out);
-        EDIT_OPERAND far = port_far_operand(row);
+        EDIT_OPERAND far = port_far_operand(fp, row);
         cut_port(fp, row, data_out);
         edit_connect(fp, data_out, far);
     }

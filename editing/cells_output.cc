@@ -22,7 +22,7 @@ void enable_added_pad(EDIT_FILE *fp, const OPIN_ROW &row, const ADDED_PAD &pad) 
 /// Between the core and the port, with a pad of its own when one is to be added.
 void add_at_port(EDIT_FILE *fp, OPIN_ROW &row, const char *name) {
     EDIT_OPERAND data_in = pin_of(name, row.scan_cell->data_in);
-    EDIT_OPERAND far = port_far_operand(row);
+    EDIT_OPERAND far = port_far_operand(fp, row);
     EDIT_OPERAND driven = port_net(row.port_name);
     if (option(OPT_ADD_PAD)) {
         ADDED_PAD pad = added_pad_cell(PIN_TABLE[row.pin_index], true);
@@ -58,8 +58,8 @@ const char *add_output_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
         add_at_port(fp, row, cell.name);
         return cell.name;
     }
-    PAD_PIN pin =
-        lives_in_bcm(row) ? pad_pin(row, SIDE_INPUT) : pin_behind_buffer(row, SIDE_INPUT, PAD_WORD_OUTPUT);
+    PAD_PIN pin = lives_in_bcm(row) ? pad_pin(row, SIDE_INPUT)
+                                    : pin_behind_buffer(fp, row, SIDE_INPUT, PAD_WORD_OUTPUT);
     if (stays_at_port(fp, row, cell, pin))
         return cell.name;
     cut_pad_input(fp, row, cell, PIN_DATA_IN, PIN_DATA_OUT, pin, true);
@@ -75,8 +75,8 @@ const char *add_bidi_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
     SCAN_COUNT[row.counter]++;
     place_cell(fp, index, cell);
     cut_pad_input(fp, row, cell, PIN_PAD_DATA_IN, PIN_PAD_DATA_OUT,
-                  pin_behind_buffer(row, SIDE_INPUT, PAD_WORD_BIDIRECTIONAL), false);
-    PAD_PIN output = pin_behind_buffer(row, SIDE_OUTPUT, PAD_WORD_BIDIRECTIONAL);
+                  pin_behind_buffer(fp, row, SIDE_INPUT, PAD_WORD_BIDIRECTIONAL), false);
+    PAD_PIN output = pin_behind_buffer(fp, row, SIDE_OUTPUT, PAD_WORD_BIDIRECTIONAL);
     if (cell.cell->sys_in != nullptr)
         cut_pad_output(fp, row, cell, PIN_SYS_IN, output);
     join(fp, cell, PIN_SYS_PIN, pin_operand(output));
@@ -95,7 +95,7 @@ const char *add_internal_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
         return cell.name;
     }
     bool drives_core = pin.side == SIDE_OUTPUT;
-    int32_t node = far_end(pin);
+    int32_t node = far_end(fp, pin);
     if (node < 0)
         vmr_fail("ERROR: pin '%s' is floating.\n", row.port_name);
     bool at_port = !is_constant_net(node) && is_port_node(node);

@@ -5,9 +5,6 @@
 #include "support/run_state.hh"
 #include "support/whole_file.hh"
 
-EDIT_FILE *TAP_FP = nullptr;
-EDIT_FILE *PAD_FP = nullptr;
-
 namespace {
 
 constexpr const char *UNKNOWN_NAME = "*UNDEF*";

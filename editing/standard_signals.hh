@@ -14,12 +14,6 @@
 #include <string>
 #include <vector>
 
-/// Where a signal is: a pin of an instance, or a port when `instance` is null. A null pin is no place.
-struct SIGNAL_PLACE {
-    const char *instance = nullptr;
-    const char *pin = nullptr;
-};
-
 /// The place of a signal in one module.
 struct ROUTE_STEP {
     SIGNAL_PLACE place;
@@ -73,6 +67,8 @@ const char *tdo_enable_pin();
 /// True for a standard port that the TAP gets: all but a TRST that is not declared.
 bool port_is_used(STANDARD_PORT port);
 EDIT_OPERAND place_operand(const SIGNAL_PLACE &place);
+/// Disconnects a pin that the TAP takes, and notes it.
+void take_pin_for_tap(EDIT_FILE *fp, const SIGNAL_PLACE &place);
 /// The modules above the signal's pad.
 int32_t levels_of(STANDARD_SIGNAL signal);
 

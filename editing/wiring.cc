@@ -196,7 +196,7 @@ void connect_control_signal(EDIT_FILE *fp, CONTROL_TREES &trees, int32_t index) 
         connect_pad_modes(fp, trees, OPIN_TAB[row.mux_row]);
 }
 
-void connect_scan_cell_in_cmd(EDIT_FILE *&fp) {
+void connect_scan_cell_in_cmd(EDIT_FILE *fp) {
     CONTROL_TREES &trees = MULTI_IO_TAB[0].trees;
     build_control_trees(fp, trees, true);
     int32_t last = DYNA_count(SCAN_TAB) - 1;

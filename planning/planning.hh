@@ -8,7 +8,7 @@
 /// Resets the tables and counters for a run.
 void rimweave_init();
 
-/// Makes row 0 of MULTI_IO_TAB and the root of MULTI_IO_HIER: the top module.
+/// Makes row 0 of MULTI_IO_TAB: the top module.
 void init_multi_io_tables();
 
 /// Releases the planning tables and nulls their handles.

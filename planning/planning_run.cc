@@ -14,12 +14,6 @@ template <class T> void release(T *&tab) {
     tab = nullptr;
 }
 
-void release_node(MULTI_IO_NODE &node) {
-    for (MULTI_IO_NODE &child : rows(node.children))
-        release_node(child);
-    release(node.children);
-}
-
 void release_trees(CONTROL_TREES &trees) {
     for (BUFFER_TREE &tree : trees.signals)
         release(tree.group);
@@ -56,7 +50,6 @@ void rimweave_init() {
     HIGHZ_CNT = 0;
     TAP_FLAG = NO_TAP_NETS;
     multi_io_module_flagG = 0;
-    current_multi_io_indexG = -1;
 }
 
 void init_multi_io_tables() {
@@ -65,7 +58,6 @@ void init_multi_io_tables() {
     top.parent = -1;
     MULTI_IO_TAB = nullptr;
     append_row(MULTI_IO_TAB, top);
-    MULTI_IO_HIER = {0, nullptr};
 }
 
 void free_planning_tables() {
@@ -73,5 +65,4 @@ void free_planning_tables() {
     for (MULTI_IO_ROW &row : rows(MULTI_IO_TAB))
         release_trees(row.trees);
     release(MULTI_IO_TAB);
-    release_node(MULTI_IO_HIER);
 }

@@ -11,9 +11,7 @@ CONTROL_ROW *CONTROL_TAB = nullptr;
 CONTROL_ROW *CONTROL_OE_TAB = nullptr;
 SCAN_ROW *SCAN_TAB = nullptr;
 MULTI_IO_ROW *MULTI_IO_TAB = nullptr;
-MULTI_IO_NODE MULTI_IO_HIER = {0, nullptr};
 int32_t multi_io_module_flagG = 0;
-int32_t current_multi_io_indexG = -1;
 int32_t HIGHZ_CNT = 0;
 const char **BUFFER_REPORT = nullptr;
 const char *BSO_FILE = nullptr;
@@ -78,7 +76,6 @@ int32_t create_an_entry_of_OPIN_TAB(int32_t pin_index, const char *core_name) {
     row.order = row.chain_place = -1;
     std::fill(std::begin(row.mode_net), std::end(row.mode_net), -1);
     row.mux_in1_net = row.mux_in2_net = row.mux_out_net = -1;
-    row.io_module = -1;
     append_row(OPIN_TAB, row);
     return DYNA_count(OPIN_TAB) - 1;
 }

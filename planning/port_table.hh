@@ -75,8 +75,9 @@ struct PORT_FACTS {
     const char *pad_instance;    ///< the pad's instance name without hierarchy
     const char **hier_classes;   ///< table: modules above the pad, innermost first
     const char **hier_instances; ///< table: their instance names
-    int32_t io_module;           ///< row of MULTI_IO_TAB, -1 until traced
-    int32_t mode_net[3];         ///< net at the pad's %MODE_1..3, -1 when not traced, 0 GND, 1 VCC
+    /// Row of MULTI_IO_TAB; 0 for all rows where the cells lie in one module, whichever it is.
+    int32_t io_module;
+    int32_t mode_net[3]; ///< net at the pad's %MODE_1..3, -1 when not traced, 0 GND, 1 VCC
     /// Nets at %MUX_IN1, %MUX_IN2, %MUX_OUT, -1 when not traced.
     int32_t mux_in1_net, mux_in2_net, mux_out_net;
 };
@@ -107,9 +108,7 @@ struct OPIN_ROW : PORT_FACTS, PORT_CHOICE, PORT_PLACE {};
 
 /// One row per control cell (CONTROL_TAB) or OE control cell (CONTROL_OE_TAB).
 struct CONTROL_ROW {
-    int32_t net;       ///< the enable's net: the sharing key
-    int32_t io_module; ///< module of the first port, -1 with one I/O module
-    const char *net_name;
+    const char *net_name;  ///< the enable's net
     const char *bsdl_type; ///< "controlr" or "control"
     SCAN_CELL *scan_cell;
     const char *inst;     ///< set when the cell is emitted
@@ -124,34 +123,26 @@ struct SCAN_ROW {
     const char *pins[SIGNAL_COUNT];
     const char **extra_pins; ///< table: the cell's %EXTRA_n pins
     int32_t mux_row;         ///< OPIN_TAB row whose pad's mode pins need driving, or -1
-    int32_t io_module;       ///< -1 with one I/O module
-    int32_t module_seq;      ///< running number in its module from 1, -1 with one I/O module
+    int32_t io_module;       ///< that of its port
 };
 
-/// One row per module on the way from the top to a pad; row 0 is the top. Where all cells lie in one module,
-/// whichever it is, row 0 has the trees.
+/// One row per module on the way from the top to a pad, a child's behind its parent's; row 0 is the top.
+/// Where all cells lie in one module, whichever it is, row 0 has the trees.
 struct MULTI_IO_ROW {
     const char *class_name, *inst_name;
-    int32_t copy;       ///< how many earlier rows have this class
-    int32_t parent;     ///< -1 for row 0
-    int32_t cell_count; ///< cells inserted in this module
+    int32_t copy;   ///< how many earlier rows have this class
+    int32_t parent; ///< -1 for row 0
     CONTROL_TREES trees;
-};
-
-/// The tree of MULTI_IO_TAB rows.
-struct MULTI_IO_NODE {
-    int32_t row;
-    MULTI_IO_NODE *children; ///< table
+    bool highz_buffer;      ///< the module or one below it has a high-impedance buffer; set by emission
+    struct EDIT_FILE *file; ///< while it is written, null before and after (editing/edit_commands.hh)
 };
 
 extern OPIN_ROW *OPIN_TAB;       ///< filled by the classification, sorted by the scan order
 extern CONTROL_ROW *CONTROL_TAB; ///< filled by save_contr_tab; emission sets inst and data_out
 extern CONTROL_ROW *CONTROL_OE_TAB;
-extern SCAN_ROW *SCAN_TAB;              ///< filled by add_scan_tab during emission
-extern MULTI_IO_ROW *MULTI_IO_TAB;      ///< row 0 made by the driver, the rest by the tracing
-extern MULTI_IO_NODE MULTI_IO_HIER;     ///< its root is row 0
-extern int32_t multi_io_module_flagG;   ///< 1 when the cells do not all lie in one module
-extern int32_t current_multi_io_indexG; ///< module being emitted, -1 outside that
+extern SCAN_ROW *SCAN_TAB;            ///< filled by add_scan_tab during emission
+extern MULTI_IO_ROW *MULTI_IO_TAB;    ///< row 0 made by the driver, the rest by the tracing
+extern int32_t multi_io_module_flagG; ///< 1 when the cells do not all lie in one module
 extern int32_t HIGHZ_CNT;          ///< planning: outputs on the high-impedance signal whose cell has %HIGHZ
 extern const char **BUFFER_REPORT; ///< table: lines of the buffer report in the order written
 extern const char *BSO_FILE;       ///< name of the boundary order file, null when none was written
