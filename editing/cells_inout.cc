@@ -29,40 +29,35 @@ void join_output_cell(EDIT_FILE *fp, const OPIN_ROW &row, const PLACED_CELL &out
 }
 
 /// The chain holds output cell, control cell, input cell.
-const char *add_on_pad(EDIT_FILE *fp, int32_t index) {
-    OPIN_ROW &row = OPIN_TAB[index];
-    PLACED_CELL out = new_cell(index, row.scan_cell);
-    set_order_to_last(index);
+void add_on_pad(EDIT_FILE *fp, OPIN_ROW &row) {
+    PLACED_CELL out = new_cell(row, row.scan_cell);
+    row.order = row.chain_place;
     // The %OE_MODE wire of a control cell names the output cell, which then has to stand already.
     bool output_first = row.scan_cell->oe_mode != nullptr;
     if (output_first)
         edit_add_instance(fp, out.name, out.cell->name);
-    add_control_of_row(fp, index, out.name);
-    PLACED_CELL in = new_cell(index, row.input_cell.cell);
+    add_control_of_row(fp, row);
+    PLACED_CELL in = new_cell(row, row.input_cell.cell);
     row.scan_cell_name = keep_format("%s,%s", in.name, out.name);
     edit_add_instance(fp, in.name, in.cell->name);
     if (!output_first)
         edit_add_instance(fp, out.name, out.cell->name);
     join_input_cell(fp, row, in);
     join_output_cell(fp, row, out);
-    return out.name;
 }
 
 /// In <top>_BCM both data cells are reached as plain cells, the input cell by the lower number, and the chain
 /// holds the control cell behind them.
-const char *add_in_bcm(EDIT_FILE *fp, int32_t index) {
-    OPIN_ROW &row = OPIN_TAB[index];
-    PLACED_CELL out = new_cell(index, row.scan_cell);
-    PLACED_CELL in = new_cell(index, row.input_cell.cell);
-    set_order_to_last(index);
-    row.scan_cell_name = keep_format("%s,%s", out.name, in.name);
+void add_in_bcm(EDIT_FILE *fp, OPIN_ROW &row) {
+    PLACED_CELL out = new_cell(row, row.scan_cell);
+    PLACED_CELL in = new_cell(row, row.input_cell.cell);
+    point_at_last_cell(row, keep_format("%s,%s", out.name, in.name));
     join_input_cell(fp, row, in);
     count_bcm_cell(in, true);
     out.bcm = next_bcm_cell();
     join_output_cell(fp, row, out);
     count_bcm_cell(out, true);
-    add_control_scan_cell_in_cmd(fp, index);
-    return out.name;
+    add_control_scan_cell_in_cmd(fp, row);
 }
 
 const BUFFER_CELL *bidirectional_pad_cell(const OPIN_ROW &row, const char *&name) {
@@ -94,24 +89,21 @@ bool node_reads(const EDIT_FILE *fp, const OPIN_ROW &row, int32_t node) {
 }
 
 /// The control cell of an added pad: a constant enables the direction in which the core uses the port.
-void add_constant_control(EDIT_FILE *fp, int32_t index, const EDIT_OPERAND &enable, bool is_low,
+void add_constant_control(EDIT_FILE *fp, OPIN_ROW &row, const EDIT_OPERAND &enable, bool is_low,
                           bool core_reads) {
-    const OPIN_ROW &row = OPIN_TAB[index];
     CHOSEN_CELL chosen = required_cell(row, declared_cell(COUNT_CONTROL));
     const SCAN_CELL *control = chosen.cell;
-    const char *name = add_scan_tab(control, index, false, true);
+    const char *name = add_scan_tab(control, row, false, true);
     SCAN_COUNT[chosen.counter]++;
     edit_add_instance(fp, name, control->name);
     edit_connect(fp, pin_of(name, control->data_in), is_low == core_reads ? constant_one() : constant_zero());
     edit_connect(fp, pin_of(name, control->data_out), enable);
 }
 
-const char *add_with_new_pad(EDIT_FILE *fp, int32_t index) {
-    OPIN_ROW &row = OPIN_TAB[index];
-    PLACED_CELL out = new_cell(index, row.scan_cell);
-    PLACED_CELL in = new_cell(index, row.input_cell.cell);
-    set_order_to_last(index);
-    row.scan_cell_name = keep_format("%s,%s", in.name, out.name);
+void add_with_new_pad(EDIT_FILE *fp, OPIN_ROW &row) {
+    PLACED_CELL out = new_cell(row, row.scan_cell);
+    PLACED_CELL in = new_cell(row, row.input_cell.cell);
+    point_at_last_cell(row, keep_format("%s,%s", in.name, out.name));
 
     const char *pad_cell;
     const BUFFER_CELL *buffer = bidirectional_pad_cell(row, pad_cell);
@@ -137,19 +129,16 @@ const char *add_with_new_pad(EDIT_FILE *fp, int32_t index) {
     edit_connect(fp, pad_output, cell_pin(in, PIN_DATA_IN));
     edit_connect(fp, cell_pin(out, PIN_DATA_OUT), pin_of(pad, buffer->input));
     edit_connect(fp, out_data_in, core_reads ? constant_one() : far);
-    add_constant_control(fp, index, pin_of(pad, enable), is_low, core_reads);
-    return out.name;
+    add_constant_control(fp, row, pin_of(pad, enable), is_low, core_reads);
 }
 
 } // namespace
 
-const char *add_in_out_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
-    const OPIN_ROW &row = OPIN_TAB[index];
-    SCAN_COUNT[row.input_cell.counter]++;
-    SCAN_COUNT[row.counter]++;
+void add_in_out_scan_cell_in_cmd(EDIT_FILE *fp, OPIN_ROW &row) {
     if (lives_in_bcm(row))
-        return add_in_bcm(fp, index);
-    if (row.pad_instance != nullptr)
-        return add_on_pad(fp, index);
-    return option(OPT_ADD_PAD) ? add_with_new_pad(fp, index) : nullptr;
+        add_in_bcm(fp, row);
+    else if (row.pad_instance != nullptr)
+        add_on_pad(fp, row);
+    else if (option(OPT_ADD_PAD))
+        add_with_new_pad(fp, row);
 }

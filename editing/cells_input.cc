@@ -43,8 +43,7 @@ void add_behind_new_pad(EDIT_FILE *fp, OPIN_ROW &row, const char *name) {
         edit_add_instance(fp, inverter, INVERTER);
         edit_connect(fp, source, pin_of(inverter, INVERTER_INPUT));
     }
-    row.pad_instance = keep_text(behind.instance);
-    row.pad_output = keep_text(behind.name);
+    row.shown_pad = {true, keep_text(behind.instance), nullptr};
     edit_connect(fp, far, core_side);
     edit_connect(fp, pin_of(name, row.scan_cell->data_in), behind);
 }
@@ -62,18 +61,15 @@ void add_behind_port(EDIT_FILE *fp, const OPIN_ROW &row, const char *name) {
 
 } // namespace
 
-const char *add_input_clock_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
-    OPIN_ROW &row = OPIN_TAB[index];
-    SCAN_COUNT[row.counter]++;
-    PLACED_CELL cell = new_cell(index, row.scan_cell);
+void add_input_clock_cell_in_cmd(EDIT_FILE *fp, OPIN_ROW &row) {
+    PLACED_CELL cell = new_cell(row, row.scan_cell);
     if (is_inside_pad(row, cell))
-        return cell.name;
-    place_cell(fp, index, cell);
+        return;
+    place_cell(fp, row, cell);
     if (row.pad_instance == nullptr && option(OPT_ADD_PAD))
         add_behind_new_pad(fp, row, cell.name);
     else if (option(OPT_NO_PAD) && cell.bcm.empty())
         add_behind_port(fp, row, cell.name);
     else
         add_behind_pad(fp, row, cell);
-    return cell.name;
 }

@@ -23,8 +23,8 @@
 namespace {
 
 void write_cells(EDIT_FILE *fp) {
-    for (int32_t row = first_row_with_cells(); row < DYNA_count(OPIN_TAB); row++)
-        if (OPIN_TAB[row].scan_cell != nullptr)
+    for (OPIN_ROW &row : rows(OPIN_TAB).subspan(first_row_with_cells()))
+        if (row.scan_cell != nullptr)
             add_scan_cells_in_cmd_file(fp, row);
 }
 

@@ -66,18 +66,18 @@ void open_multi_io_modules() {
 void emit_multi_io_cells() {
     // Neighbours in the ring may stand in different modules: each module is opened once, for all its cells.
     std::vector<SDB_HANDLE *> designs(DYNA_count(MULTI_IO_TAB));
-    for (int32_t index = 0; index < DYNA_count(OPIN_TAB); index++) {
-        if (OPIN_TAB[index].scan_cell == nullptr)
+    for (OPIN_ROW &row : rows(OPIN_TAB)) {
+        if (row.scan_cell == nullptr)
             continue;
-        MULTI_IO_ROW &module = MULTI_IO_TAB[OPIN_TAB[index].io_module];
-        SDB_HANDLE *&design = designs[OPIN_TAB[index].io_module];
+        MULTI_IO_ROW &module = MULTI_IO_TAB[row.io_module];
+        SDB_HANDLE *&design = designs[row.io_module];
         if (design == nullptr) {
             open_sdb_file(module.file->sdb_path);
             design = sdb;
         } else if (design != sdb) {
             SDB_setup(design);
         }
-        add_scan_cells_in_cmd_file(module.file, index);
+        add_scan_cells_in_cmd_file(module.file, row);
         module.highz_buffer = !module.file->highz_buffers.empty();
     }
     for (SDB_HANDLE *design : designs)

@@ -167,7 +167,7 @@ void follow(std::span<const STANDARD_SIGNAL> signals, const OPIN_ROW &row, int32
 void show_route_in_row(STANDARD_SIGNAL signal) {
     OPIN_ROW *row = signal_row(signal);
     if (row != nullptr && row->pad_instance != nullptr && signal != SIGNAL_TDO_EN)
-        row->pad_instance = SIGNALS[signal].route.top.place.instance;
+        row->shown_pad = {true, SIGNALS[signal].route.top.place.instance, nullptr};
 }
 
 bool is_driven_in_top(STANDARD_SIGNAL signal, int32_t found) {

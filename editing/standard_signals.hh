@@ -90,7 +90,7 @@ enum LEVEL_USE {
 /// the pin. Warns of what is cut off where a signal stops.
 void follow(std::span<const STANDARD_SIGNAL> signals, const OPIN_ROW &row, int32_t from, int32_t to,
             LEVEL_USE use);
-/// Lets the port's row name the instance at which the following has ended; the boundary order file shows it.
+/// Lets the boundary order file show the instance at which the following has ended as the port's pad.
 void show_route_in_row(STANDARD_SIGNAL signal);
 
 /// True when the top module, which must be open, has something on the pin that an added TAP is to drive.

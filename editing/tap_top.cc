@@ -53,12 +53,8 @@ void add_port_with_pad(EDIT_FILE *top, STANDARD_SIGNAL signal, const char *name)
     OPIN_ROW *row = index < 0 || index >= DYNA_count(OPIN_TAB) ? nullptr : &OPIN_TAB[index];
     const PIN_ENTRY *pin = row == nullptr ? nullptr : PIN_TABLE[row->pin_index];
     ADDED_PAD pad = added_pad_cell(pin, is_output);
-    if (row != nullptr) {
-        row->pad_class = pad.cell;
-        row->pad_instance = instance;
-        row->pad_output = pad.output;
-        row->pad_input = pad.input;
-    }
+    if (row != nullptr)
+        row->shown_pad = {true, instance, pad.cell};
     edit_add_port(top, name, is_output ? EDIT_OUTPUT : EDIT_INPUT);
     edit_add_instance(top, instance, pad.cell);
     edit_connect(top, pin_of(instance, is_output ? pad.output : pad.input), port_net(name));

@@ -192,8 +192,8 @@ void connect_control_signal(EDIT_FILE *fp, CONTROL_TREES &trees, int32_t index) 
     for (int32_t i = 0; i < DYNA_count(row.extra_pins); i++)
         if (row.extra_pins[i] != nullptr)
             edit_connect(fp, pin_of(row.inst, row.extra_pins[i]), next_source(fp, extra_signal(trees, i)));
-    if (row.mux_row >= 0)
-        connect_pad_modes(fp, trees, OPIN_TAB[row.mux_row]);
+    if (row.mux_pad != nullptr)
+        connect_pad_modes(fp, trees, *row.mux_pad);
 }
 
 void connect_scan_cell_in_cmd(EDIT_FILE *fp) {

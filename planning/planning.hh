@@ -38,7 +38,7 @@ void forget_control_sharing();
 /// Marks the rows that make a control cell or a high-impedance buffer; rows are in chain order.
 void setup_driving_control_cell_and_highz_buf();
 /// Appends the SCAN_TAB row of an inserted cell, counts its loads and returns its instance name.
-const char *add_scan_tab(const SCAN_CELL *cell, int32_t row, bool mux, bool is_control);
+const char *add_scan_tab(const SCAN_CELL *cell, OPIN_ROW &row, bool mux, bool is_control);
 /// 1, 2, 3 when the TAP's %HIGHZ_COMMAND is the same pin as its %MODE_1, %MODE_2, %MODE_3; else 0.
 int32_t check_hiz_signal();
 

@@ -93,6 +93,14 @@ struct PORT_CHOICE {
     int32_t oe_control;     ///< the same for CONTROL_OE_TAB
 };
 
+/// What the boundary order file shows as a port's pad in place of that of the design: an added one, or where
+/// the signal of a standard port has come to in the top module.
+struct SHOWN_PAD {
+    bool is_set;
+    const char *instance;   ///< null at a port
+    const char *class_name; ///< null for that of the design
+};
+
 /// Where the port's cells stand: the first fields by the scan order, the others by emission.
 struct PORT_PLACE {
     int32_t sort_key;           ///< place among the rows; no place in the chain
@@ -101,6 +109,7 @@ struct PORT_PLACE {
     int32_t order;              ///< SCAN_TAB index of the row's cell, -1 before it has one
     int32_t chain_place;        ///< SCAN_TAB index of the row's first cell, -1 before it has one
     const char *scan_cell_name; ///< instance names of the inserted cells, null before
+    SHOWN_PAD shown_pad;
 };
 
 /// One row per pin-list entry that has a top name.
@@ -122,7 +131,7 @@ struct SCAN_ROW {
     /// Control pins, null where the cell has none; [SIG_BCLK] is the %TCK pin.
     const char *pins[SIGNAL_COUNT];
     const char **extra_pins; ///< table: the cell's %EXTRA_n pins
-    int32_t mux_row;         ///< OPIN_TAB row whose pad's mode pins need driving, or -1
+    const OPIN_ROW *mux_pad; ///< row whose pad's mode pins need driving, or null
     int32_t io_module;       ///< that of its port
 };
 

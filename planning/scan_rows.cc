@@ -20,13 +20,12 @@ void count_pad_modes(const OPIN_ROW &row, CONTROL_TREES &trees) {
 
 } // namespace
 
-const char *add_scan_tab(const SCAN_CELL *cell, int32_t row_index, bool mux, bool is_control) {
-    OPIN_ROW &row = OPIN_TAB[row_index];
+const char *add_scan_tab(const SCAN_CELL *cell, OPIN_ROW &row, bool mux, bool is_control) {
     int32_t index = DYNA_count(SCAN_TAB);
     if (row.chain_place < 0)
         row.chain_place = index;
     SCAN_ROW scan = {};
-    scan.mux_row = mux ? row_index : -1;
+    scan.mux_pad = mux ? &row : nullptr;
     if (is_bs_buffer(row.pad) && !is_control)
         scan.inst = row.pad_instance; // the cell is the pad
     else if (row.direction != nullptr)

@@ -75,7 +75,6 @@ void look_at_tdo_feed(OPIN_ROW &row, int32_t port) {
         constant = feed;
     if (named_net >= 0)
         row.net_name = keep_text_or_null(SDB_net_name(sdb, named_net));
-    row.direction = row.pad_instance;
     if (constant < 0)
         return;
     vmr_printf("WARNING: Pin %%TDO '%s' was connected to GND or VCC.\n", GLOBAL_TDO);
