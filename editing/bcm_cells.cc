@@ -2,6 +2,7 @@
 
 #include "editing/module_copies.hh"
 #include "editing/tap_top.hh"
+#include "planning/port_pad.hh"
 #include "planning/tracing.hh"
 #include "support/console.hh"
 #include "support/run_state.hh"
@@ -126,10 +127,9 @@ bool stays_at_port(const EDIT_FILE *fp, const OPIN_ROW &row, const PLACED_CELL &
 }
 
 void join_bcm_mode(EDIT_FILE *fp, const OPIN_ROW &row, const PLACED_CELL &cell, int32_t mode) {
-    const char *pin = row.pad == nullptr ? nullptr : row.pad->*PAD_MODES[mode];
-    if (cell.bcm.empty() || pin == nullptr || row.mode_net[mode] > 1)
+    if (cell.bcm.empty() || !mode_hangs_on_tap(row, mode))
         return;
     free_pad_mode(fp, row, mode);
     edit_connect(fp, bcm_port(cell.bcm, format_text("MODE%d", mode + 1).c_str()),
-                 pin_of(row.pad_instance, pin));
+                 pin_of(row.pad_instance, row.pad->*PAD_MODES[mode]));
 }

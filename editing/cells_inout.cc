@@ -60,20 +60,13 @@ void add_in_bcm(EDIT_FILE *fp, OPIN_ROW &row) {
     add_control_scan_cell_in_cmd(fp, row);
 }
 
-const BUFFER_CELL *bidirectional_pad_cell(const OPIN_ROW &row, const char *&name) {
-    name = PIN_TABLE[row.pin_index]->pad_name;
-    if (name != nullptr)
-        bs_check_inout_buf_fields(name);
-    else
-        name = INOUT_BUFFER;
-    const BUFFER_CELL *buffer = get_buffer(name);
-    bool is_low;
-    if (buffer == nullptr || chosen_enable_pin(buffer, PIN_TABLE[row.pin_index], &is_low) == nullptr)
+ADDED_PAD bidirectional_pad(const OPIN_ROW &row) {
+    ADDED_PAD pad = added_pad_cell(PAD_INOUT, PIN_TABLE[row.pin_index]);
+    if (pad.enable == nullptr)
         vmr_fail("ERROR: (%s) can't find %%EN_L or %%EN_H in %%BUFFER %s\n"
                  "       to add a bidirectional pad to port '%s'.\n\n",
-                 JTAG_LIB_FILE == nullptr ? "" : JTAG_LIB_FILE, name == nullptr ? "%INOUT_BUFFER" : name,
-                 row.port_name);
-    return buffer;
+                 JTAG_LIB_FILE, pad.cell == nullptr ? "%INOUT_BUFFER" : pad.cell, row.port_name);
+    return pad;
 }
 
 /// True when the node takes its value from its net. A pin that does both is taken for one that drives.
@@ -105,8 +98,8 @@ void add_with_new_pad(EDIT_FILE *fp, OPIN_ROW &row) {
     PLACED_CELL in = new_cell(row, row.input_cell.cell);
     point_at_last_cell(row, keep_format("%s,%s", in.name, out.name));
 
-    const char *pad_cell;
-    const BUFFER_CELL *buffer = bidirectional_pad_cell(row, pad_cell);
+    ADDED_PAD added = bidirectional_pad(row);
+    const BUFFER_CELL *buffer = added.buffer;
     std::string pad = format_text("B_PAD%d", ADD_BUF_COUNT++);
     int32_t node = port_far_node(fp, row);
     bool core_reads = !is_constant_net(node) && node_reads(fp, row, node);
@@ -115,10 +108,8 @@ void add_with_new_pad(EDIT_FILE *fp, OPIN_ROW &row) {
     EDIT_OPERAND data_out = in.cell->data_out != nullptr ? cell_pin(in, PIN_DATA_OUT) : pad_output;
     EDIT_OPERAND out_data_in = cell_pin(out, PIN_DATA_IN);
 
-    bool is_low;
-    const char *enable = chosen_enable_pin(buffer, PIN_TABLE[row.pin_index], &is_low);
-    edit_add_instance(fp, pad, pad_cell);
-    note_added_pad(pad_cell, {buffer->inout, buffer->input, buffer->output, enable});
+    edit_add_instance(fp, pad, added.cell);
+    note_added_pad(added.cell, {buffer->inout, buffer->input, buffer->output, added.enable});
     cut_port(fp, row, core_reads ? data_out : out_data_in);
     edit_connect(fp, pin_of(pad, buffer->inout), port_net(row.port_name));
     edit_add_instance(fp, in.name, in.cell->name);
@@ -129,7 +120,7 @@ void add_with_new_pad(EDIT_FILE *fp, OPIN_ROW &row) {
     edit_connect(fp, pad_output, cell_pin(in, PIN_DATA_IN));
     edit_connect(fp, cell_pin(out, PIN_DATA_OUT), pin_of(pad, buffer->input));
     edit_connect(fp, out_data_in, core_reads ? constant_one() : far);
-    add_constant_control(fp, row, pin_of(pad, enable), is_low, core_reads);
+    add_constant_control(fp, row, pin_of(pad, added.enable), added.is_low, core_reads);
 }
 
 } // namespace

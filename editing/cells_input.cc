@@ -26,19 +26,19 @@ void add_behind_pad(EDIT_FILE *fp, const OPIN_ROW &row, const PLACED_CELL &cell)
 
 /// The port gets a pad of its own, and the cell stands between that and what the port fed.
 void add_behind_new_pad(EDIT_FILE *fp, OPIN_ROW &row, const char *name) {
-    ADDED_PAD pad = added_pad_cell(PIN_TABLE[row.pin_index], false);
+    ADDED_PAD pad = added_pad_cell(PAD_INPUT, PIN_TABLE[row.pin_index]);
     std::string instance = format_text("B_PAD%d", ADD_BUF_COUNT++);
     const char *data_out = row.scan_cell->data_out;
-    EDIT_OPERAND source = pin_of(instance, pad.output);
+    EDIT_OPERAND source = pin_of(instance, pad.buffer->output);
     edit_add_instance(fp, instance, pad.cell);
-    note_added_pad(pad.cell, {pad.input, pad.output});
+    note_added_pad(pad.cell, {pad.buffer->input, pad.buffer->output});
     EDIT_OPERAND far = port_far_operand(fp, row);
     // The inverter of an added pad takes the pad's number.
     std::string inverter = format_text("B_PAD_INV%d", ADD_BUF_COUNT - 1);
     EDIT_OPERAND behind = row.inverted != 0 ? pin_of(inverter, INVERTER_OUTPUT) : source;
     EDIT_OPERAND core_side = data_out != nullptr ? pin_of(name, data_out) : behind;
     cut_port(fp, row, core_side);
-    edit_connect(fp, pin_of(instance, pad.input), port_net(row.port_name));
+    edit_connect(fp, pin_of(instance, pad.buffer->input), port_net(row.port_name));
     if (row.inverted != 0) {
         edit_add_instance(fp, inverter, INVERTER);
         edit_connect(fp, source, pin_of(inverter, INVERTER_INPUT));

@@ -10,29 +10,23 @@
 
 namespace {
 
-/// A two-state output on a pad with an enable: the pad drives always.
-void enable_added_pad(EDIT_FILE *fp, const OPIN_ROW &row, const char *instance, const ADDED_PAD &pad) {
-    bool is_low = false;
-    const char *enable = enable_of_added_pad(pad, PIN_TABLE[row.pin_index], is_low);
-    if (enable != nullptr)
-        edit_connect(fp, pin_of(instance, enable), is_low ? constant_zero() : constant_one());
-    note_added_pad(pad.cell, {pad.input, pad.output, enable});
-}
-
 /// Between the core and the port, with a pad of its own when one is to be added.
 void add_at_port(EDIT_FILE *fp, OPIN_ROW &row, const char *name) {
     EDIT_OPERAND data_in = pin_of(name, row.scan_cell->data_in);
     EDIT_OPERAND far = port_far_operand(fp, row);
     EDIT_OPERAND driven = port_net(row.port_name);
     if (option(OPT_ADD_PAD)) {
-        ADDED_PAD pad = added_pad_cell(PIN_TABLE[row.pin_index], true);
+        ADDED_PAD pad = added_pad_cell(PAD_OUTPUT, PIN_TABLE[row.pin_index]);
         const char *instance = keep_format("B_PAD%d", ADD_BUF_COUNT++);
         edit_add_instance(fp, instance, pad.cell);
         cut_port(fp, row, data_in);
-        edit_connect(fp, pin_of(instance, pad.output), port_net(row.port_name));
+        edit_connect(fp, pin_of(instance, pad.buffer->output), port_net(row.port_name));
         row.shown_pad = {true, instance, nullptr};
-        driven = pin_of(instance, pad.input);
-        enable_added_pad(fp, row, instance, pad);
+        driven = pin_of(instance, pad.buffer->input);
+        // A two-state output on a pad with an enable: the pad drives always.
+        if (pad.enable != nullptr)
+            edit_connect(fp, pin_of(instance, pad.enable), pad.is_low ? constant_zero() : constant_one());
+        note_added_pad(pad.cell, {pad.buffer->input, pad.buffer->output, pad.enable});
     } else {
         cut_port(fp, row, data_in);
     }

@@ -36,8 +36,6 @@ EDIT_OPERAND constant_one();
 EDIT_OPERAND constant_zero();
 /// The net of a bit whose value is free.
 EDIT_OPERAND free_net();
-/// The operand as it stands in a line.
-std::string operand_text(const EDIT_OPERAND &operand);
 
 /// Blanks of a line beyond the plain form. The editor reads all alike.
 enum EDIT_BLANKS {

@@ -94,7 +94,6 @@ void insert_in_modules() {
 } // namespace
 
 void add_boundary_scan_chain() {
-    init_multi_io_tables();
     plan_cells();
     bool several = multi_io_module_flagG != 0;
     if (several && rwv_hier_tap_ctrlG != 0)
@@ -105,7 +104,6 @@ void add_boundary_scan_chain() {
 }
 
 void add_boundary_scan_module() {
-    init_multi_io_tables();
     plan_cells();
     check_cells_exist();
     check_bcm_design();

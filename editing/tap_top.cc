@@ -18,13 +18,13 @@ void join_new_signal(EDIT_FILE *top, STANDARD_SIGNAL signal, const SIGNAL_PLACE 
 }
 
 /// The enable of an added TDO pad: driven by the TAP, else tied so that the pad drives.
-void connect_added_tdo_enable(EDIT_FILE *top, const char *instance, const char *enable, bool is_low) {
-    if (TAP_TDO_EN_PIN != nullptr && enable == nullptr)
+void connect_added_tdo_enable(EDIT_FILE *top, const char *instance, const ADDED_PAD &pad) {
+    if (TAP_TDO_EN_PIN != nullptr && pad.enable == nullptr)
         vmr_printf("WARNING: TDO pin use 2-output PAD.\n");
     else if (TAP_TDO_EN_PIN != nullptr)
-        join_new_signal(top, SIGNAL_TDO_EN, {instance, enable});
-    else if (enable != nullptr)
-        edit_connect(top, pin_of(instance, enable), is_low ? constant_zero() : constant_one());
+        join_new_signal(top, SIGNAL_TDO_EN, {instance, pad.enable});
+    else if (pad.enable != nullptr)
+        edit_connect(top, pin_of(instance, pad.enable), pad.is_low ? constant_zero() : constant_one());
 }
 
 /// The chip has the port: its signals leave the modules that its pad stands in, and meet the TAP in the top.
@@ -52,18 +52,17 @@ void add_port_with_pad(EDIT_FILE *top, STANDARD_SIGNAL signal, const char *name)
     int32_t index = TAP_PORT[SIGNALS[signal].port].pin_index;
     OPIN_ROW *row = index < 0 || index >= DYNA_count(OPIN_TAB) ? nullptr : &OPIN_TAB[index];
     const PIN_ENTRY *pin = row == nullptr ? nullptr : PIN_TABLE[row->pin_index];
-    ADDED_PAD pad = added_pad_cell(pin, is_output);
+    ADDED_PAD pad = added_pad_cell(is_output ? PAD_OUTPUT : PAD_INPUT, pin);
     if (row != nullptr)
         row->shown_pad = {true, instance, pad.cell};
     edit_add_port(top, name, is_output ? EDIT_OUTPUT : EDIT_INPUT);
     edit_add_instance(top, instance, pad.cell);
-    edit_connect(top, pin_of(instance, is_output ? pad.output : pad.input), port_net(name));
-    join_new_signal(top, signal, {instance, is_output ? pad.input : pad.output});
-    bool is_low = false;
-    const char *enable = is_output ? enable_of_added_pad(pad, pin, is_low) : nullptr;
-    note_added_pad(pad.cell, {pad.input, pad.output, enable});
+    const char *input = pad.buffer->input, *output = pad.buffer->output;
+    edit_connect(top, pin_of(instance, is_output ? output : input), port_net(name));
+    join_new_signal(top, signal, {instance, is_output ? input : output});
+    note_added_pad(pad.cell, {input, output, is_output ? pad.enable : nullptr});
     if (is_output)
-        connect_added_tdo_enable(top, instance, enable, is_low);
+        connect_added_tdo_enable(top, instance, pad);
 }
 
 } // namespace

@@ -57,10 +57,9 @@ bool in_same_module(const OPIN_ROW &a, const OPIN_ROW &b) {
 
 } // namespace
 
-void get_hier_class_and_inst_name(int32_t row_index, int32_t obj) {
-    OPIN_ROW &row = OPIN_TAB[row_index];
+void get_hier_class_and_inst_name(OPIN_ROW &row, int32_t obj) {
     if (io_modules.reference_row < 0)
-        io_modules.reference_row = row_index;
+        io_modules.reference_row = static_cast<int32_t>(&row - OPIN_TAB);
     int32_t prefix_row = SDB_obj_prefix_row(sdb, obj);
     if (prefix_row < 0) {
         row.pad_instance = keep_text(text_or_undefined(SDB_obj_name(sdb, obj)));

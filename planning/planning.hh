@@ -5,11 +5,8 @@
 
 #include <cstdint>
 
-/// Resets the tables and counters for a run.
+/// Resets the tables and counters for a run; MULTI_IO_TAB has its row 0 then, the top module.
 void rimweave_init();
-
-/// Makes row 0 of MULTI_IO_TAB: the top module.
-void init_multi_io_tables();
 
 /// Releases the planning tables and nulls their handles.
 void free_planning_tables();
@@ -19,9 +16,9 @@ void free_planning_tables();
 void produce_opin_control_tab();
 
 /// Per direction: chooses the cell of one row, whose pad has been taken.
-void save_input_clock_tab(int32_t row, int32_t port);
-void save_output_scan_tab(int32_t row, int32_t port);
-void save_bidir_scan_tab(int32_t row);
+void save_input_clock_tab(OPIN_ROW &row, int32_t port);
+void save_output_scan_tab(OPIN_ROW &row, int32_t port);
+void save_bidir_scan_tab(OPIN_ROW &row);
 /// True, with a warning, when the port's core side, the net of `node`, runs straight or through one buffer to
 /// another port, whose cell then serves both.
 bool is_merged(const OPIN_ROW &row, int32_t node, bool is_bidir);

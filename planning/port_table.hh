@@ -177,15 +177,10 @@ struct CELL_KIND_INFO {
 };
 extern const CELL_KIND_INFO CELL_KINDS[CELL_KIND_COUNT];
 
-/// What the package column of a pin says: a signal inside the core with a cell of its own (INTERNAL), or one
-/// that a cell only watches (OBSERVE or OBSERVE_ONLY, which mean the same).
-bool is_internal_pin(const PIN_ENTRY *pin);
-bool is_observe_pin(const PIN_ENTRY *pin);
-
 /// True when emission puts a cell into the chain for the row: it has one, and its kind has a step for it.
 bool row_gets_cells(const OPIN_ROW &row);
 /// The first row of OPIN_TAB that gets a cell, whose pad gives the place of the chain; -1 when there is none.
 int32_t first_row_with_cells();
 
-/// Appends a row for the pin and returns its index. `core_name` is the pin's top name, with its '-'.
-int32_t create_an_entry_of_OPIN_TAB(int32_t pin_index, const char *core_name);
+/// Appends a row for the pin. `core_name` is the pin's top name, with its '-'.
+OPIN_ROW &create_an_entry_of_OPIN_TAB(int32_t pin_index, const char *core_name);
