@@ -27,8 +27,8 @@ void note_builtin_cell(const OPIN_ROW &row, const SCAN_CELL &cell);
 struct TAP_PIN_ROW {
     const char *keyword;
     const char *TAP_CELL::*field;
-    const char *
-        *name; ///< takes the pin's name without '-'; null for an end of the chain, used from the record
+    /// Takes the pin's name without '-'; null for an end of the chain, which is used from the record.
+    const char **name;
     const char *fallback;          ///< its name in a TAP that the run makes, where the library has none
     int32_t *found = nullptr;      ///< word of TAP_FLAG, or null
     const int32_t *need = nullptr; ///< word of BCELL_HAS; null for a pin that no cell has to ask for
