@@ -150,7 +150,7 @@ extern OPIN_ROW *OPIN_TAB;       ///< filled by the classification, sorted by th
 extern CONTROL_ROW *CONTROL_TAB; ///< filled by save_contr_tab; emission sets inst and data_out
 extern CONTROL_ROW *CONTROL_OE_TAB;
 extern SCAN_ROW *SCAN_TAB;            ///< filled by add_scan_tab during emission
-extern MULTI_IO_ROW *MULTI_IO_TAB;    ///< row 0 made by the driver, the rest by the tracing
+extern MULTI_IO_ROW *MULTI_IO_TAB;    ///< row 0 made by rimweave_init, the rest by the tracing
 extern int32_t multi_io_module_flagG; ///< 1 when the cells do not all lie in one module
 extern int32_t HIGHZ_CNT;          ///< planning: outputs on the high-impedance signal whose cell has %HIGHZ
 extern const char **BUFFER_REPORT; ///< table: lines of the buffer report in the order written
