@@ -62,7 +62,7 @@ void check_connect_pad() {
     const PIN_ENTRY *tdo = nullptr;
     for (const PIN_ENTRY *pin : rows(PIN_TABLE)) {
         const char *name = pin->top_name;
-        if (name == nullptr || is_internal_pin(pin) || is_observe_pin(pin))
+        if (name == nullptr || bs_internal_word(pin->package_name))
             continue;
         if (same_text(name, GLOBAL_TDO))
             tdo = pin;

@@ -11,51 +11,39 @@
 #include <cstdlib>
 #include <cstring>
 
-int32_t error_num = 0;
-int32_t warning_num = 0;
-
 namespace {
+
+int32_t error_num = 0; ///< diagnostics so far
+int32_t warning_num = 0;
 
 /// Longest design argument: with a search directory and its extension it still fits the work area of a name.
 constexpr size_t longest_design = 1000;
 
+/// What the line of selected options shows of a switch. The line is printed when one that asks for it is set.
+enum SWITCH_LINE { HIDDEN, SHOWN, ASKS_FOR_LINE };
+
 struct switch_entry {
     const char *name;
     OPTION_INDEX index;
-    bool has_directory;
+    SWITCH_LINE line;
 };
 
+/// In the order of the line. -opath takes a directory.
 constexpr switch_entry switches[] = {
-    {"debug", OPT_DEBUG, false},
-    {"add_tap", OPT_ADD_TAP, false},
-    {"add_tap_only", OPT_ADD_TAP_ONLY, false},
-    {"add_bcm", OPT_ADD_BCM, false},
-    {"add_pad", OPT_ADD_PAD, false},
-    {"dont_share_control", OPT_DONT_SHARE_CONTROL, false},
-    {"vhdl", OPT_VHDL, false},
-    {"guideline", OPT_GUIDELINE, false},
-    {"df_speed", OPT_DF_SPEED, false},
-    {"external_idcode", OPT_EXTERNAL_IDCODE, false},
-    {"synch", OPT_SYNCH, false},
-    {"no_expand", OPT_NO_EXPAND, false},
-    {"no_pad", OPT_NO_PAD, false},
-    {"opath", OPT_OPATH, true},
-};
-
-/// The line of selected options in its order. The line is printed when one of those that ask for it is set.
-struct selected_entry {
-    const char *text;
-    OPTION_INDEX index;
-    bool asks_for_line;
-};
-
-constexpr selected_entry selected[] = {
-    {" -add_tap", OPT_ADD_TAP, true},   {" -add_tap_only", OPT_ADD_TAP_ONLY, true},
-    {" -add_bcm", OPT_ADD_BCM, true},   {" -vhdl", OPT_VHDL, true},
-    {" -add_pad", OPT_ADD_PAD, true},   {" -opath ", OPT_OPATH, true},
-    {" -df_speed", OPT_DF_SPEED, true}, {" -external_idcode", OPT_EXTERNAL_IDCODE, false},
-    {" -synch", OPT_SYNCH, false},      {" -no_expand", OPT_NO_EXPAND, false},
-    {" -no_pad", OPT_NO_PAD, false},    {" -dont_share_control", OPT_DONT_SHARE_CONTROL, false},
+    {"debug", OPT_DEBUG, HIDDEN},
+    {"guideline", OPT_GUIDELINE, HIDDEN},
+    {"add_tap", OPT_ADD_TAP, ASKS_FOR_LINE},
+    {"add_tap_only", OPT_ADD_TAP_ONLY, ASKS_FOR_LINE},
+    {"add_bcm", OPT_ADD_BCM, ASKS_FOR_LINE},
+    {"vhdl", OPT_VHDL, ASKS_FOR_LINE},
+    {"add_pad", OPT_ADD_PAD, ASKS_FOR_LINE},
+    {"opath", OPT_OPATH, ASKS_FOR_LINE},
+    {"df_speed", OPT_DF_SPEED, ASKS_FOR_LINE},
+    {"external_idcode", OPT_EXTERNAL_IDCODE, SHOWN},
+    {"synch", OPT_SYNCH, SHOWN},
+    {"no_expand", OPT_NO_EXPAND, SHOWN},
+    {"no_pad", OPT_NO_PAD, SHOWN},
+    {"dont_share_control", OPT_DONT_SHARE_CONTROL, SHOWN},
 };
 
 /// Switches that exclude each other, in the words of their message.
@@ -94,11 +82,6 @@ Options:
   -dont_share_control : inserting boundary scan cells in every 
                  BIDI output and 3-state output enable ports.
 )";
-
-void init_option_flag() {
-    for (int32_t &flag : JTAG_OPTION)
-        flag = 0;
-}
 
 [[noreturn]] void print_help_options() {
     console_printf("%s", help_text);
@@ -139,7 +122,7 @@ void scan_option(int32_t argc, char **argv, int32_t *index_pointer) {
         if (!same_text_no_case(name, known.name))
             continue;
         JTAG_OPTION[known.index] = 1;
-        if (known.has_directory)
+        if (known.index == OPT_OPATH)
             take_output_directory(argc, argv, index_pointer);
         return;
     }
@@ -190,13 +173,13 @@ void open_report() {
 void print_selected_options() {
     bool wanted = false;
     std::string line = "Selected option: ";
-    for (const selected_entry &entry : selected) {
-        if (!option(entry.index))
+    for (const switch_entry &entry : switches) {
+        if (!option(entry.index) || entry.line == HIDDEN)
             continue;
-        wanted = wanted || entry.asks_for_line;
-        line += entry.text;
+        wanted = wanted || entry.line == ASKS_FOR_LINE;
+        line += std::string(" -") + entry.name;
         if (entry.index == OPT_OPATH)
-            line += OPATH;
+            line += std::string(" ") + OPATH;
     }
     if (wanted)
         vmr_printf("%s.\n\n", line.c_str());
@@ -204,8 +187,7 @@ void print_selected_options() {
 
 } // namespace
 
-void jtag_parse_cmd_line(int32_t argc, char **argv, const char **design_out) {
-    init_option_flag();
+void jtag_parse_cmd_line(int32_t argc, char **argv) {
     const char *design = nullptr;
     int32_t designs = 0;
     for (int32_t i = 1; i < argc; i++) {
@@ -228,10 +210,9 @@ void jtag_parse_cmd_line(int32_t argc, char **argv, const char **design_out) {
     if (error_num != 0)
         end_run();
     take_design_name(design);
-    *design_out = TOP_MODULE;
     open_working_folder();
     open_report();
-    top_direct_output(TOP_MODULE, ".sdb", 0);
+    top_direct_output(TOP_MODULE);
     print_selected_options();
     for (const conflict_entry &pair : conflicts)
         if (option(pair.one) && option(pair.other))

@@ -65,7 +65,6 @@ void SDB_start_load_def() {
 
 void start_routine() {
     add_own_folder_to_path();
-    top_print_prog_name_and_version_num("RIMWEAVE", "V2.6.0");
     SDB_start_load_def();
     top_set_w_directory(velmora_write_dir);
 }
@@ -144,7 +143,7 @@ void run_sequence(int32_t argc, char **argv) {
     start_routine();
     install_fault_handlers();
     uti_prepare_system_info();
-    jtag_parse_cmd_line(argc, argv, &TOP_MODULE);
+    jtag_parse_cmd_line(argc, argv);
     lead_tools_to_design();
     get_bsc_lib_name();
     if (option(OPT_GUIDELINE))

@@ -1,6 +1,7 @@
 // File names taken apart and put together. The search list stands in search_path.cc.
 #include "support/fnm.hh"
 
+#include "support/console.hh"
 #include "support/message.hh"
 #include "support/text.hh"
 
@@ -99,26 +100,14 @@ std::string FNM_make(FNM_NAME *parsed) {
 }
 
 std::string FNM_break(const char *name, const char *parts) {
-    FNM_NAME all = FNM_parse(name);
-    FNM_NAME wanted = {nullptr, nullptr, nullptr, nullptr};
-    for (const char *part = parts; *part != '\0'; part++) {
-        switch (*part) {
-        case 'v':
-            wanted.volume = all.volume;
-            break;
-        case 'p':
-            wanted.path = all.path;
-            break;
-        case 'b':
-            wanted.name = all.name;
-            break;
-        case 'e':
-            wanted.ext = all.ext;
-            break;
-        default:
-            break;
-        }
-    }
+    FNM_NAME wanted = FNM_parse(name);
+    auto keep = [parts](char letter, const char *&part) {
+        if (std::strchr(parts, letter) == nullptr)
+            part = nullptr;
+    };
+    keep('p', wanted.path);
+    keep('b', wanted.name);
+    keep('e', wanted.ext);
     return FNM_make(&wanted);
 }
 
@@ -129,16 +118,6 @@ std::string FNM_build(const char *dir, const char *name, const char *ext) {
     if (ext != nullptr)
         parsed.ext = ext;
     return FNM_make(&parsed);
-}
-
-std::string FNM_append_ext(const char *name, const char *ext) {
-    std::string text = name;
-    size_t dot = text.rfind('.');
-    if (ext == nullptr)
-        return text.substr(0, dot);
-    if (dot != std::string::npos && text.compare(dot, std::string::npos, ext) == 0)
-        return text;
-    return text + ext;
 }
 
 std::FILE *FNM_open(const char *name) {
@@ -187,7 +166,7 @@ std::string FNM_get_link(const char *name) {
         current = link_target(current, target);
         chain += "->" + target;
         if (::lstat(current.c_str(), &state) == 0 && !visited.emplace(state.st_dev, state.st_ino).second) {
-            MSG_inform("\n");
+            error_printf("\n");
             MSG_fatal("Please remove self-link '%s' before proceeding!\n\n", chain.c_str());
         }
     }
