@@ -239,7 +239,7 @@ int SDB_close(SDB_HANDLE *handle, int32_t save) {
 void SDB_new_table(SDB_TABLE *table, int32_t index, int32_t record_size, int32_t capacity) {
     table->record_size = record_size;
     table->count = 0;
-    table->data = dyna_core::init(static_cast<uint32_t>(record_size));
+    table->data = dyna_core::init(0, static_cast<uint32_t>(record_size));
     auto room = static_cast<int32_t>(dyna_core::capacity(table->data));
     if (capacity > room)
         dyna_core::resize(&table->data, capacity - room);

@@ -12,20 +12,26 @@
 
 /// The untyped core. Handles are addresses of element 0; only the typed face below calls these.
 namespace dyna_core {
-void *init(uint32_t element_size);
+void *init(int32_t limit, uint32_t element_size);
 int32_t add(void **tab, int32_t n);
 int32_t resize(void **tab, int32_t delta);
 int32_t remove(void *tab, int32_t index);
+int32_t sort(void *tab, int (*compare)(const void *, const void *));
+int32_t search(const void *tab, const void *key, int (*compare)(const void *, const void *));
 int32_t release(void *tab);
 int32_t count(const void *tab);
 uint32_t capacity(const void *tab);
 void set_delta(void *tab, uint32_t delta);
 } // namespace dyna_core
 
-/// Creates an empty table that grows. Ends the run with "Not enough memory" when the allocation fails.
-template <class T> T *DYNA_init() {
+/// A compare function of the standard library's sort, over two elements.
+using DYNA_compare = int (*)(const void *, const void *);
+
+/// Creates a table with room for `limit` elements, zeroed; with `limit` 0 it has room for 16 and grows.
+/// Ends the run with "Not enough memory" when the allocation fails.
+template <class T> T *DYNA_init(int32_t limit = 0) {
     static_assert(std::is_trivially_copyable_v<T>, "a table moves its rows as bytes");
-    return static_cast<T *>(dyna_core::init(sizeof(T)));
+    return static_cast<T *>(dyna_core::init(limit, sizeof(T)));
 }
 
 /// Number of elements in use; 0 for a null handle.
@@ -34,7 +40,7 @@ template <class T> int32_t DYNA_count(const T *tab) {
 }
 
 /// Appends n elements, whose memory is not cleared, and returns the index of the first; -1 for a null handle.
-/// Pointers to elements are invalid afterwards.
+/// A bounded table drops its oldest elements. Pointers to elements are invalid afterwards.
 template <class T> int32_t DYNA_add(T **tab, int32_t n) {
     void *handle = *tab;
     int32_t first = dyna_core::add(&handle, n);
@@ -55,10 +61,23 @@ template <class T> int32_t DYNA_delete(T **tab, int32_t index) {
     return dyna_core::remove(*tab, index);
 }
 
+/// Sorts and marks the table as sorted; 0, or -1 for a null handle.
+template <class T> int32_t DYNA_sort(T **tab, DYNA_compare compare) {
+    return dyna_core::sort(*tab, compare);
+}
+
+/// Index of the element that compares equal to `key`, or -1. A sorted table is searched by bisection.
+template <class T> int32_t DYNA_search(T **tab, const T *key, DYNA_compare compare) {
+    return dyna_core::search(*tab, key, compare);
+}
+
 /// Releases the table; 0, or -1 for a null handle. The caller clears its handle.
 template <class T> int32_t DYNA_free(T **tab) {
     return dyna_core::release(*tab);
 }
+
+/// Compares the strings that two elements of a table of strings point to.
+int DYNA_scomp(const void *a, const void *b);
 
 /// The rows of a table as a range; a null handle is an empty range. Invalid after the next append.
 template <class T> std::span<T> rows(T *tab) {

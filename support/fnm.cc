@@ -1,7 +1,6 @@
 // File names taken apart and put together. The search list stands in search_path.cc.
 #include "support/fnm.hh"
 
-#include "support/console.hh"
 #include "support/message.hh"
 #include "support/text.hh"
 
@@ -105,6 +104,7 @@ std::string FNM_break(const char *name, const char *parts) {
         if (std::strchr(parts, letter) == nullptr)
             part = nullptr;
     };
+    keep('v', wanted.volume);
     keep('p', wanted.path);
     keep('b', wanted.name);
     keep('e', wanted.ext);
@@ -118,6 +118,16 @@ std::string FNM_build(const char *dir, const char *name, const char *ext) {
     if (ext != nullptr)
         parsed.ext = ext;
     return FNM_make(&parsed);
+}
+
+std::string FNM_append_ext(const char *name, const char *ext) {
+    std::string text = name;
+    size_t dot = text.rfind('.');
+    if (ext == nullptr)
+        return text.substr(0, dot);
+    if (dot != std::string::npos && text.compare(dot, std::string::npos, ext) == 0)
+        return text;
+    return text + ext;
 }
 
 std::FILE *FNM_open(const char *name) {
@@ -166,7 +176,7 @@ std::string FNM_get_link(const char *name) {
         current = link_target(current, target);
         chain += "->" + target;
         if (::lstat(current.c_str(), &state) == 0 && !visited.emplace(state.st_dev, state.st_ino).second) {
-            error_printf("\n");
+            MSG_inform("\n");
             MSG_fatal("Please remove self-link '%s' before proceeding!\n\n", chain.c_str());
         }
     }

@@ -22,10 +22,12 @@ FNM_NAME FNM_parse(const char *name);
 /// Path, name and extension put together; the volume is never written. A path that starts with '~' is
 /// replaced in the record by its home expansion.
 std::string FNM_make(FNM_NAME *parsed);
-/// The parts named by the letters `p`, `b`, `e` only: FNM_break("dir/chip.sdb", "p") is "dir/".
+/// The parts named by the letters `v`, `p`, `b`, `e` only: FNM_break("dir/chip.sdb", "p") is "dir/".
 std::string FNM_break(const char *name, const char *parts);
 /// `name` with its path replaced by `dir` and its extension by `ext`, where those are not null.
 std::string FNM_build(const char *dir, const char *name, const char *ext);
+/// `name` with `ext` (which carries its dot) appended unless it ends with it; cut at its last '.' when null.
+std::string FNM_append_ext(const char *name, const char *ext);
 
 constexpr int FNM_HERE = 0;              ///< flag of FNM_search: the name as it stands
 constexpr int FNM_ON_SEARCH_PATH = 0xff; ///< flag of FNM_search: below each directory of the search list

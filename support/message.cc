@@ -47,8 +47,17 @@ void MSG_fatal(const char *format, ...) {
     end_run();
 }
 
+int MSG_inform(const char *format, ...) {
+    va_list values;
+    va_start(values, format);
+    formatted_text text(format, values);
+    va_end(values);
+    error_printf("%.*s", static_cast<int>(text.view().size()), text.view().data());
+    return 0;
+}
+
 void MSG_fatal_error(int code) {
-    error_printf("\n");
+    MSG_inform("\n");
     for (const abort_text &known : abort_msg)
         if (known.code == code)
             MSG_fatal("#002: Fatal Error - %s\n", known.text);
