@@ -23,11 +23,14 @@ def flatten(work, files, cells, macros):
     return next(module for module in modules.values() if "top" in module["attributes"])
 
 
-def without_assigns(work, files):
-    for name in files:
-        text = re.sub(r"//[^\n]*|/\*.*?\*/", "", (work / name).read_text(), flags=re.S)
-        (work / f"no_assign_{name}").write_text(re.sub(r"(?<!\\)\bassign\b[^;]*;", "", text))
-    return tuple(f"no_assign_{name}" for name in files)
+def without_assigns(work, name):
+    """The name of a file that holds what the given one holds but for assigns."""
+    text = re.sub(r"//[^\n]*|/\*.*?\*/", "", (work / name).read_text(), flags=re.S)
+    text, count = re.subn(r"(?<!\\)\bassign\b[^;]*;", "", text)
+    if count:
+        name = f"no_assign_{name}"
+        (work / name).write_text(text)
+    return name
 
 
 class Union:
@@ -49,7 +52,7 @@ class Side:
     """One netlist: its instances, and of each pin and each port, bit by bit, the net. A bit of no value is open."""
 
     def __init__(self, work, files, cells, macros=(), through=(), drop=()):
-        self.direct = self.read(flatten(work, without_assigns(work, files), cells, macros), (), ())
+        self.direct = self.read(flatten(work, tuple(without_assigns(work, name) for name in files), cells, macros), (), ())
         self.pins, self.ports = self.read(flatten(work, files, cells, macros), through, drop)
 
     def read(self, top, through, drop):
