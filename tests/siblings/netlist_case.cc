@@ -89,6 +89,11 @@ void netlist_folder::equivalent(const std::string &one, const std::string &other
     EXPECT_EQ(result.status, 0) << one << " and " << other << "\n" << result.err << read(one) << read(other);
 }
 
+void expect_parts(const std::string &text, std::initializer_list<const char *> parts) {
+    for (const char *part : parts)
+        expect_part(text, part);
+}
+
 size_t count_of(const std::string &text, const std::string &part) {
     size_t count = 0;
     for (size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1))

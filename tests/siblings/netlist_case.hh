@@ -22,7 +22,7 @@ struct netlist_folder : scratch_folder {
     void tool(const std::string &line) const;
     /// Writes `<name>.v` and reads it with kalmverin.
     void take(const std::string &name, std::string_view verilog) const;
-    /// Expects an error of a tool: status 255, "ERROR: " and the text on the error stream, nothing on the
+    /// Expects the text in the error of a tool: status 255, "ERROR: " on the error stream, nothing on the
     /// console that is not there too.
     void refused(const std::string &line, const std::string &text) const;
     /// Expects that Icarus Verilog, Yosys and Verilator take the file, together with cells.v. Verilator
@@ -31,6 +31,9 @@ struct netlist_folder : scratch_folder {
     /// Expects that both files describe the same behaviour, which Yosys proves.
     void equivalent(const std::string &one, const std::string &other, const std::string &top) const;
 };
+
+/// Expects a text to hold each part.
+void expect_parts(const std::string &text, std::initializer_list<const char *> parts);
 
 /// How often a text holds a part.
 size_t count_of(const std::string &text, const std::string &part);
