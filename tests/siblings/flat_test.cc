@@ -93,19 +93,8 @@ TEST(Flat, Refusals) {
     folder.take("top", netlist_design);
     folder.run("mkdir cut; head -c 300 top.sdb > cut/top.sdb; mkdir alone; cp top.sdb alone/solo.sdb; "
                "cp leaf.sdb alone; sed -i s/leaf/gone/ alone/solo.sdb");
-    struct {
-        const char *arguments;
-        const char *text;
-    } const cases[] = {
-        {"", "usage: kalmflat"},
-        {"none", "there is no file 'none.sdb'"},
-        {"alone/solo -opath .", "'gone' has no SDB file on the search path"},
-        {"cut/top -opath .", "cut/top.sdb"},
-        {"top -opath none", "none/top"},
-    };
     std::string flat = folder.read("top.c.sdb");
-    for (const auto &one : cases)
-        folder.refused(std::string("kalmflat ") + one.arguments, one.text);
+    folder.refuses("kalmflat", {"", "none", "alone/solo -opath .", "cut/top -opath .", "top -opath none"});
     EXPECT_EQ(folder.read("top.c.sdb"), flat);
     EXPECT_FALSE(folder.has("top_flat.v"));
     std::filesystem::create_directory(folder.path("top_flat.v"));

@@ -1,7 +1,7 @@
 // A small cell library and designs over it, taken through the tools as a user would.
 #pragma once
 
-#include "tests/support/scratch.hh"
+#include "tests/support/expected_file.hh"
 
 #include <string>
 #include <string_view>
@@ -25,6 +25,8 @@ struct netlist_folder : scratch_folder {
     /// Expects the text in the error of a tool: status 255, "ERROR: " on the error stream, nothing on the
     /// console that is not there too.
     void refused(const std::string &line, const std::string &text) const;
+    /// The same for several arguments of a tool; the errors stand in siblings/expected/<tool>_refusals.txt.
+    void refuses(const std::string &tool, std::initializer_list<const char *> arguments) const;
     /// Expects that Icarus Verilog, Yosys and Verilator take the file, together with cells.v. Verilator
     /// wants a wire between an input and a pin of both directions.
     void accepted(const std::string &file, const std::string &top, bool by_verilator = true) const;
