@@ -24,8 +24,7 @@ const CHIP PADS[] = {
      .design = BUFFERED,
      .pins = "1 PA a *\n2 PY y *\n9 CK ck *\n",
      .settings = TRANSPARENT,
-     .changes = {{"chip.v", "OBUF py", "INV n(.A(t)); OBUF py"}},
-     .lines = "disconnect pa{C}\nconnect BCELL0{DO} ta{A}\nconnect BCELL0{DI} pa{C}\n"},
+     .changes = {{"chip.v", "OBUF py", "INV n(.A(t)); OBUF py"}}},
     {.name = "a transparent buffer that is not described",
      .design = BUFFERED,
      .pins = "1 PA a *\n2 PY y *\n9 CK ck *\n",
@@ -47,9 +46,7 @@ const CHIP PADS[] = {
      .options = "-add_tap -add_pad",
      .settings = DEFAULT_PADS,
      .library = "%BUFFER IB2 { %INPUT P; %OUTPUT Q; }",
-     .cells = "module IB2(input P, IE, inout VDD, output Q); endmodule\n",
-     .lines = "add B_PAD0 IB2\ndisconnect a\nconnect B_PAD0{P} a\nconnect g{A} BCELL0{DO}\n"
-              "connect BCELL0{DI} B_PAD0{Q}\n"},
+     .cells = "module IB2(input P, IE, inout VDD, output Q); endmodule\n"},
     {.name = "a bidirectional cell for the output pads",
      .design = READS,
      .pins = B_PINS,
@@ -85,9 +82,7 @@ const CHIP ENABLES[] = {
      .changes = {{"chip.v", "output z,", "output z, zm, x, xm,"},
                  {"chip.v", "TBUF pz(.I(q), .OEN(en), .PAD(z))",
                   "DTB pz(.I(q), .OEN(1'b0), .PP(z), .PM(zm)); DTB px(.I(q), .OEN(1'b0), .PP(x), .PM(xm))"},
-                 {"chip.pin", "4 PB", "5 ZM zm *\n6 PX x *\n7 XM xm *\n4 PB"}},
-     .lines = "add highz_buf0 BUFX\ndisconnect pz{OEN}\nconnect highz_buf0{Z} pz{OEN}\n"
-              "connect highz_buf0{A} TAP{highz}\nadd BCELL3 BC_OUT\n"},
+                 {"chip.pin", "4 PB", "5 ZM zm *\n6 PX x *\n7 XM xm *\n4 PB"}}},
 };
 
 /// A cell that the pin file names for one port alone.
@@ -131,9 +126,7 @@ const CHIP SIGNALS[] = {
      .roles = "%INPUT_SCAN BC_G;",
      .library = GAP_LIBRARY,
      .tap_items = "%EXTRA_2 xtra; %GROUP_SIZE 4; %SIGNAL_BUFFER BUFX; ",
-     .cells = GAP_CELL,
-     .lines = "connect TAP{clockDR} clock_buf_1_1{A}\nadd extra2_buf_1_1 BUFX\n"
-              "connect TAP{xtra} extra2_buf_1_1{A}\nconnect BCELL0{SO} TAP{BC_LAST}\n"},
+     .cells = GAP_CELL},
     {.name = "the same with pads in several modules",
      .design = "siblings",
      .pins = SIBLING_PINS,
@@ -141,30 +134,21 @@ const CHIP SIGNALS[] = {
      .roles = "%INPUT_SCAN BC_G;",
      .library = GAP_LIBRARY,
      .tap_items = "%EXTRA_1 xtra1; %EXTRA_2 xtra; %GROUP_SIZE 4; %SIGNAL_BUFFER BUFX; ",
-     .cells = GAP_CELL,
-     .lines = "add clock_buf_1_1 BUFX\nconnect clock_buf_1_1{A} clockDR\nadd extra2_buf_1_1 BUFX\n"
-              "connect extra2_buf_1_1{A} xtra\nconnect BCELL0{CK} clock_buf_1_1{Z}\n"},
+     .cells = GAP_CELL},
     {.name = "a signal that no cell but one of the pin file has",
      .pins = M2_PINS,
      .options = "-add_tap",
-     .tap_items = "%MODE_2 mode2; ",
-     .lines = "connect BCELL0{M2} TAP{mode2}\n"},
+     .tap_items = "%MODE_2 mode2; "},
     {.name = "a TAP down a path, with the clock of the cells",
      .design = "tap_in_module",
      .pins = WITH_TAP_PINS,
      .options = "-synch",
-     .tap = "b.t",
-     .lines =
-         "add BCELL_TCK output\nconnect t{BCELL_TCK} BCELL_TCK\nadd BC_FIRST output\nconnect t{BC_FIRST} "
-         "BC_FIRST\n"
-         "add BC_LAST input\nconnect t{BC_LAST} BC_LAST\nsave\nquit\nedit chip_jtag\npath ./rimweave_lib \n"
-         "replace b B_bs\nreplace p pads_bs\nconnect p{shiftDR} b{shiftDR}\n"},
+     .tap = "b.t"},
     {.name = "a constant on a standard pin of the TAP beside a pad module",
      .design = "module pads(input a, output c); IBUF pa(.PAD(a), .C(c)); endmodule\n"
                "module chip(input a, tdi, ck); wire c; pads p(.a(a), .c(c)); FF f(.D(c), .CK(ck));\n"
                "IBUF pi(.PAD(tdi)); tapm TAP(.TDI(1'b0)); endmodule\n",
-     .pins = "1 A a *\n6 TDI tdi *\n9 CK ck *\n",
-     .lines = "disconnect TAP{TDI}\nreplace p pads_bs\nconnect pi{C} TAP{TDI}\n"},
+     .pins = "1 A a *\n6 TDI tdi *\n9 CK ck *\n"},
 };
 
 constexpr const char *IN_ONE_MODULE =
@@ -236,8 +220,7 @@ const CHIP FILES[] = {
      .design = "siblings",
      .pins = SIBLING_PINS,
      .options = "",
-     .changes = {{"chip.v", "wire v, w, t;", "wire v, w, t; tapm TAP(.BC_LAST(1'b0));"}},
-     .lines = "disconnect TAP{BC_LAST}\nreplace "},
+     .changes = {{"chip.v", "wire v, w, t;", "wire v, w, t; tapm TAP(.BC_LAST(1'b0));"}}},
     {.name = "pads in several modules, and a TAP that stands there already",
      .design = "siblings",
      .pins = SIBLING_PINS,
@@ -245,8 +228,7 @@ const CHIP FILES[] = {
      .changes = {{"chip.v", "wire v, w, t;", "wire v, w, t, o; tapm TAP(.TDI(t), .TDO(o));"},
                  {"chip.v", ".d(t)", ".d(o)"},
                  {"chip.v", "po(.I(g)", "po(.I(d)"},
-                 {"chip.v", "IBUF j(.PAD(tdi), .C(t))", "IBUF j(.PAD(tdi)); INV h(.A(k), .Z(t))"}},
-     .lines = "edit pb_bs0\npath ./rimweave_lib \nadd BCELL1 BC_IN\n"},
+                 {"chip.v", "IBUF j(.PAD(tdi), .C(t))", "IBUF j(.PAD(tdi)); INV h(.A(k), .Z(t))"}}},
 };
 
 } // namespace

@@ -31,7 +31,6 @@ struct CHIP {
     given_text instructions = {}; ///< further items of %INSTRUCTION_TABLE
     std::vector<CHANGE> changes = {};
     const char *before = ""; ///< shell commands ahead of the run
-    const char *lines = "";  ///< part of the command files, one behind the other by name
     const char *file = "";   ///< the expected file of them all
     int shows = 0;           ///< which parts of a run an expected file holds
 };
