@@ -52,7 +52,8 @@ class Side:
     """One netlist: its instances, and of each pin and each port, bit by bit, the net. A bit of no value is open."""
 
     def __init__(self, work, files, cells, macros=(), through=(), drop=()):
-        self.direct = self.read(flatten(work, tuple(without_assigns(work, name) for name in files), cells, macros), (), ())
+        plain = tuple(without_assigns(work, name) for name in files)
+        self.direct = self.read(flatten(work, plain, cells, macros), (), ())
         self.pins, self.ports = self.read(flatten(work, files, cells, macros), through, drop)
 
     def read(self, top, through, drop):
