@@ -28,12 +28,12 @@ from tap_driver import Session  # noqa: E402
 
 CELLS = ["cells.v", "bscells.v"]
 CHIPS = {
-    "as2650": SimpleNamespace(top="chip_top", cells=162, netlist=["chip_top.pnl.v"], macros=[],
+    "as2650": SimpleNamespace(top="chip_top", cells=162, netlist=["chip_top.pnl.v"], macros=(),
                               read=["-as_input", "clk_PAD,rst_n_PAD"]),
-    "trc": SimpleNamespace(top="chip_top", cells=81, netlist=["chip_top.pnl.v"], macros=[],
+    "trc": SimpleNamespace(top="chip_top", cells=81, netlist=["chip_top.pnl.v"], macros=(),
                            read=["-as_input", "clk_PAD,rst_n_PAD,input_PAD"]),
     "caravel": SimpleNamespace(top="caravel", cells=129, netlist=["caravel.v", "chip_io.v", "constant_block.v"],
-                               macros=["USE_POWER_PINS"], read=[]),
+                               macros=("USE_POWER_PINS",), read=[]),
 }
 IDCODE = 0x12650555
 TEST_PORTS = {"tdi": "input", "tms": "input", "tck": "input", "trst_n": "input", "tdo": "output"}
