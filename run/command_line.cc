@@ -1,9 +1,9 @@
 #include "run/command_line.hh"
 
+#include "planning/input_files.hh"
 #include "run/banner.hh"
 #include "run/working_folder.hh"
 #include "support/console.hh"
-#include "support/fnm.hh"
 #include "support/program.hh"
 #include "support/run_state.hh"
 #include "support/text.hh"
@@ -18,29 +18,6 @@ namespace {
 
 /// Longest design argument: with a search directory and its extension it still fits the work area of a name.
 constexpr size_t longest_design = 1000;
-
-struct switch_entry {
-    const char *name;
-    OPTION_INDEX index;
-    bool has_directory;
-};
-
-constexpr switch_entry switches[] = {
-    {"debug", OPT_DEBUG, false},
-    {"add_tap", OPT_ADD_TAP, false},
-    {"add_tap_only", OPT_ADD_TAP_ONLY, false},
-    {"add_bcm", OPT_ADD_BCM, false},
-    {"add_pad", OPT_ADD_PAD, false},
-    {"dont_share_control", OPT_DONT_SHARE_CONTROL, false},
-    {"vhdl", OPT_VHDL, false},
-    {"guideline", OPT_GUIDELINE, false},
-    {"df_speed", OPT_DF_SPEED, false},
-    {"external_idcode", OPT_EXTERNAL_IDCODE, false},
-    {"synch", OPT_SYNCH, false},
-    {"no_expand", OPT_NO_EXPAND, false},
-    {"no_pad", OPT_NO_PAD, false},
-    {"opath", OPT_OPATH, true},
-};
 
 /// The line of selected options in its order. The line is printed when one of those that ask for it is set.
 struct selected_entry {
@@ -135,11 +112,9 @@ void scan_option(int32_t argc, char **argv, int32_t *index_pointer) {
     }
     if (same_text_no_case(name, "help") || same_text(name, "?"))
         print_help_options();
-    for (const switch_entry &known : switches) {
-        if (!same_text_no_case(name, known.name))
-            continue;
-        JTAG_OPTION[known.index] = 1;
-        if (known.has_directory)
+    if (const RUN_SWITCH *known = find_switch(name); known != nullptr) {
+        JTAG_OPTION[known->index] = 1;
+        if (known->has_directory)
             take_output_directory(argc, argv, index_pointer);
         return;
     }
@@ -154,9 +129,7 @@ void take_design_name(const char *argument) {
         banner_before_first_diagnostic();
         console_fail("\nERROR: the design name is longer than %zu characters.\n\n", longest_design);
     }
-    bool is_sdb = FNM_break(argument, "e") == ".sdb";
-    TOP_MODULE = keep_text(FNM_break(argument, is_sdb ? "b" : "be"));
-    PATH = keep_text(FNM_break(argument, "p"));
+    take_design(argument);
     if (TOP_MODULE[0] == '\0') {
         banner_before_first_diagnostic();
         console_fail("\nERROR: '%s' does not name a design.\n\n", argument);

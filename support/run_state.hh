@@ -28,6 +28,15 @@ enum OPTION_INDEX : int32_t {
     OPTION_COUNT = 16
 };
 
+/// A switch of the command line, which is read without regard to case.
+struct RUN_SWITCH {
+    const char *name; ///< without its dash
+    OPTION_INDEX index;
+    bool has_directory; ///< the next argument belongs to it
+};
+/// The switch of that name, without its dash; null when there is none.
+const RUN_SWITCH *find_switch(const char *name);
+
 extern int32_t JTAG_OPTION[OPTION_COUNT]; ///< one flag per switch
 extern const char *TOP_MODULE;            ///< design name, without directory and without `.sdb`
 extern const char *PATH;                  ///< directory of the design argument with its '/', or empty
