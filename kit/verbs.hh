@@ -3,4 +3,5 @@
 
 #include "kit/command.hh"
 
+extern const KIT_VERB kit_doctor;
 extern const KIT_VERB kit_start;
