@@ -91,14 +91,14 @@ bool is_described(const BUFFER_CELL &pad, const std::string &pin) {
     return false;
 }
 
-/// A pin of a pad cell, and the ports at whose pads one thing is the matter with it.
+/// What is the matter with pins of a pad cell, and at the pads of which ports.
 struct PAD_PIN_STATE {
-    const char *rule;
-    const char *words;
-    std::string cell, pin;
+    const char *rule = nullptr, *words = "";
+    std::string cell{};
+    std::vector<std::string> ports{};
     auto operator<=>(const PAD_PIN_STATE &other) const = default;
 };
-using PAD_PIN_PORTS = std::map<PAD_PIN_STATE, std::vector<std::string>>;
+using PAD_PIN_PORTS = std::map<std::pair<std::string, std::string>, PAD_PIN_STATE>; // by cell and pin
 
 /// What Liberty says of a pad cell; null for nothing.
 const PAD_KIND *known_kind(std::map<std::string, PAD_KIND> &kinds, const LIBERTY &library,
@@ -129,25 +129,33 @@ void look_at_pin(const OPIN_ROW &row, const PAD_KIND *kind, const std::string &p
         kind != nullptr && row.pad_input != nullptr && (pin == kind->enable_low || pin == kind->enable_high);
     if (source == SOURCE_CORE || source == SOURCE_PORT) {
         rule = needed != nullptr || is_enable ? "pad-gated" : "pad-follows-core";
-        words = is_enable           ? "is an enable that the library file does not name, and follows the core"
-                : needed != nullptr ? "must be on for the pad to work, and follows the core"
-                                    : "is not in the library file, and follows the core";
+        words = is_enable ? "that switches it, that the library file does not name and that the core drives"
+                : needed != nullptr ? "that must be on for the pad to work and that the core drives"
+                                    : "that the library file does not name and that the core drives";
     } else if (needed != nullptr && (source == SOURCE_ZERO || source == SOURCE_ONE) &&
                (source == SOURCE_ONE) != needed->value) {
         rule = "pad-never-works";
-        words = needed->value ? "must be 1 for the pad to work, and is tied to 0"
-                              : "must be 0 for the pad to work, and is tied to 1";
+        words = needed->value ? "tied to 0 that must be 1 for the pad to work"
+                              : "tied to 1 that must be 0 for the pad to work";
     }
-    if (rule != nullptr)
-        ports[{rule, words, row.pad_class, pin}].push_back(row.port_name);
+    if (rule == nullptr)
+        return;
+    PAD_PIN_STATE &state = ports[{row.pad_class, pin}];
+    // Pads of one kind may differ: the worst is told.
+    if (state.rule == nullptr || (state.rule != rule && std::string_view(rule) == "pad-never-works"))
+        state = {rule, words, row.pad_class, {}};
+    if (state.rule == rule)
+        state.ports.emplace_back(row.port_name);
 }
+
+constexpr size_t LISTED = 5;
 
 /// A few of the names, and how many there are.
 std::string shortened_list(const std::vector<std::string> &names) {
     std::string text;
-    for (size_t i = 0; i < names.size() && i < 4; ++i)
+    for (size_t i = 0; i < names.size() && i < LISTED; ++i)
         text += (i == 0 ? "" : ", ") + names[i];
-    return names.size() > 4 ? text + format_text(" and %zu more", names.size() - 4) : text;
+    return names.size() > LISTED ? text + format_text(" and %zu more", names.size() - LISTED) : text;
 }
 
 /// An enable under the keyword of the other polarity.
@@ -191,13 +199,16 @@ void check_pads(std::vector<FINDING> &findings, const LIBERTY &library) {
     for (const auto &[cell, kind] : kinds)
         if (const BUFFER_CELL *pad = get_buffer(cell.c_str()); pad != nullptr)
             check_enables(findings, *pad, kind);
+    std::map<PAD_PIN_STATE, std::vector<std::string>> pins; // that share their state
+    for (const auto &[place, state] : ports)
+        pins[state].push_back(place.second);
     std::string lib = name_or_empty(JTAG_LIB_FILE);
-    for (const auto &[state, names] : ports) {
+    for (const auto &[state, names] : pins) {
         const BUFFER_CELL *pad = get_buffer(state.cell.c_str());
         findings.push_back(make_finding(
-            state.rule, state.cell + "/" + state.pin, lib, line_of_name(lib, pad != nullptr ? pad->name : ""),
-            format_text("pin %s of pad %s %s: %s", state.pin.c_str(), state.cell.c_str(), state.words,
-                        shortened_list(names).c_str())));
+            state.rule, state.cell + "/" + names[0], lib, line_of_name(lib, pad != nullptr ? pad->name : ""),
+            format_text("pad %s has %s %s %s: %s", state.cell.c_str(), names.size() > 1 ? "pins" : "pin",
+                        shortened_list(names).c_str(), state.words, shortened_list(state.ports).c_str())));
     }
 }
 

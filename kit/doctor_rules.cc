@@ -54,8 +54,9 @@ constexpr DOCTOR_RULE RULES[] = {
      "the port among the %SKIP_SIGNAL_NAMES of {bsc}"},
     {"floating-pad", ERROR, "there is nothing that a cell could be put between",
      "connect it in the netlist, or list the port in %SKIP_SIGNAL_NAMES of {bsc}"},
-    {"open-pad-side", WARNING, "this side of the pad gets no boundary cell",
-     "connect the pin in the netlist"},
+    {"open-pad-side", NOTE, "this side of the pad gets no boundary cell: a board test can't use it",
+     "connect the pin in the netlist, or leave it when the core has no use for it"},
+    {"direct-port", NOTE, "the boundary cell stands at the border of the pad's module", "none is needed"},
     {"pad-lacks-pin", ERROR, "the run ends: it can't tell how the pad is driven or read",
      "add the pin to the block of {object} in {lib}"},
     {"pad-pin-unknown", ERROR, "the run ends: the cell in the netlist has no such pin on a net",
@@ -183,6 +184,8 @@ constexpr MESSAGE_ROW MESSAGES[] = {
     {"empty file. Can't find non skip pin", "pin-list-missing", 0},
     {"no port of '*' gets a boundary cell", "no-cells", 0, IN_BSC_FILE},
     {"'*' and '*' need a boundary scan cell", "shared-wire", 1, IN_PIN_FILE},
+    {"Input Pad '*' connect to output port", "direct-port", 1},
+    {"'*' connect to * port '*' directly", "direct-port", 1, IN_PIN_FILE},
     {"*port '*' connects to *", "merged-port", 2, IN_PIN_FILE},
     {"can not get instance name or pin name in '*'", "internal-pin", 1, IN_PIN_FILE},
     {"can not find instance '*'", "internal-pin", 1, IN_PIN_FILE},
@@ -264,6 +267,11 @@ constexpr MESSAGE_ROW MESSAGES[] = {
     {"Pin * connected to *. * will be disconnected", "rewired", 1},
 };
 
+/// A file in the working directory is shown without "./".
+std::string without_here(const std::string &file) {
+    return file.starts_with("./") ? file.substr(2) : file;
+}
+
 /// The value of a word between the braces of a rule's text.
 std::string value_of(const std::string &word, const FINDING &finding, const std::vector<std::string> &words) {
     auto text = [](const char *name) { return std::string(name != nullptr ? name : ""); };
@@ -272,9 +280,9 @@ std::string value_of(const std::string &word, const FINDING &finding, const std:
     if (word == "design")
         return TOP_MODULE;
     if (word == "lib")
-        return JTAG_LIB_FILE != nullptr ? text(JTAG_LIB_FILE) : text(TOP_MODULE) + ".lib";
+        return JTAG_LIB_FILE != nullptr ? without_here(JTAG_LIB_FILE) : text(TOP_MODULE) + ".lib";
     if (word == "bsc")
-        return JTAG_BSC_FILE != nullptr ? text(JTAG_BSC_FILE) : text(TOP_MODULE) + ".bsc";
+        return JTAG_BSC_FILE != nullptr ? without_here(JTAG_BSC_FILE) : text(TOP_MODULE) + ".bsc";
     if (word == "pin")
         return PIN_FILE != nullptr ? text(PIN_FILE) : text(TOP_MODULE) + ".pin";
     size_t number = word.size() == 1 && word[0] >= '1' && word[0] <= '9' ? word[0] - '0' : 0;
@@ -408,8 +416,9 @@ const char *message_start(const char *line, FINDING_SEVERITY &severity) {
 
 const std::span<const DOCTOR_RULE> doctor_rules = RULES;
 
-FINDING make_finding(const char *rule, const std::string &object, const std::string &file, int32_t line,
+FINDING make_finding(const char *rule, const std::string &object, const std::string &found, int32_t line,
                      const std::string &text, const std::vector<std::string> &words) {
+    std::string file = without_here(found);
     for (const DOCTOR_RULE &known : RULES) {
         if (std::strcmp(known.name, rule) != 0)
             continue;
@@ -437,9 +446,10 @@ std::vector<FINDING> findings_in_output(const std::string &output, bool ended) {
             messages.push_back({severity, "", 0, start});
             goes_on = true;
             has_error = has_error || severity == ERROR;
-        } else if (goes_on && blanks > 0) {
+        } else if (goes_on && blanks > 0 && line[blanks] != '-' && line[blanks] != '.') {
             messages.back().text += " " + line.substr(blanks);
         } else {
+            goes_on = false; // what is being done: " - Synthesizing ...", "    .Editing ..."
             last_line = line.substr(blanks);
         }
     }

@@ -42,14 +42,18 @@ struct SCRATCH_FOLDER {
     SCRATCH_FOLDER &operator=(const SCRATCH_FOLDER &) = delete;
 };
 
-/// The directories of the search list by their full names, the scratch folder in front.
+/// The directories of the search list by their full names; in front of them the scratch folder and, where the
+/// list has it, the lib folder there, into which the run has the TAP's own cell read.
 std::string full_search_list(const fs::path &scratch) {
-    std::string list = scratch.string() + ":";
+    std::string list = scratch.string() + ":", own_library = fs::absolute("lib").string() + ":";
     std::string relative = FNM_list_with_folder(PATH);
     for (size_t at = 0; at < relative.size();) {
         size_t end = std::min(relative.find(':', at), relative.size());
+        std::string folder = fs::absolute(relative.substr(at, end - at)).lexically_normal().string() + ":";
+        if (folder == own_library)
+            list += (scratch / "lib").string() + ":";
         if (end > at)
-            list += fs::absolute(relative.substr(at, end - at)).lexically_normal().string() + ":";
+            list += folder;
         at = end + 1;
     }
     return list;

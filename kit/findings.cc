@@ -49,6 +49,10 @@ std::string findings_text(const std::vector<FINDING> &findings) {
         text += place_of(finding) +
                 kit_coloured(severity.colour, std::string(severity.word) + ":", STDOUT_FILENO) + " " +
                 finding.text + " [" + finding.rule + "]\n";
+        // Below the last of several that have it in common.
+        const FINDING *next = &finding != &findings.back() ? &finding + 1 : nullptr;
+        if (next != nullptr && next->rule == finding.rule && next->cure == finding.cure)
+            continue;
         if (!finding.effect.empty())
             text += "    effect: " + finding.effect + "\n";
         if (!finding.cure.empty())
