@@ -37,8 +37,8 @@ ON = {0: "turns pads with %EN_H", 1: "turns pads with %EN_L"}
 
 
 def control(type, reset, oe, highz, capture=("DI",)):
-    """A control cell for pads that are off at the reset value. With highz HZ forces that value, for one gate more between
-    the core and the enable; the cells without it have the multiplexer alone."""
+    """A control cell for pads that are off at the reset value. With highz HZ forces that value, for one gate more
+    between the core and the enable; the cells without it have the multiplexer alone."""
     force = ("held | HZ" if reset else "held & ~HZ") if highz else "held"
     tail = "OE" if oe else "CTL"
     text = (f"Control, between core (DI) and the enable of pads (DO). RN sets it to {reset}, which {ON[reset]} off."
@@ -51,8 +51,8 @@ def control(type, reset, oe, highz, capture=("DI",)):
 # What each instruction makes of the modes: M1 is high in EXTEST, INTEST and CLAMP, M2 in INTEST alone.
 GATED = [
     Cell("RIM_BC_1_IN", "BC_1", "Input, between pad (DI) and core (DO). Takes the pad.", outward=("M2", "held", "DI")),
-    Cell("RIM_BC_1_OUT", "BC_1", "Output, between core (DI) and pad (DO). Takes the core. Also a control cell without a "
-         "reset, and an internal cell.", outward=FROM_CORE),
+    Cell("RIM_BC_1_OUT", "BC_1", "Output, between core (DI) and pad (DO). Takes the core. Also a control cell without "
+         "a reset, and an internal cell.", outward=FROM_CORE),
     *(control("BC_1", reset, oe, highz) for oe in (False, True) for highz in (False, True) for reset in (0, 1)),
     Cell("RIM_BC_2_IN", "BC_2", "Input, between pad (DI) and core (DO). Takes what the core sees: in INTEST the update "
          "stage.", ("DO",), ("M2", "held", "DI")),
@@ -61,15 +61,15 @@ GATED = [
     *(control("BC_2", reset, False, False, ("M2", "DI", "DO")) for reset in (0, 1)),
     Cell("RIM_BC_4", "BC_4", "Clock or observe-only: looks at its wire (DI) and leaves it alone."),
     Cell("RIM_BC_7", "BC_7", "Bidirectional, both ways through the cell: core (DI) to pad (DO), pad (SP) to core (CI). "
-         "Takes the core while the pad drives, else what the core sees; in EXTEST the pin. PAD_ON comes from the control "
-         "cell of the pad, RIM_BC_1_OE0 or RIM_BC_1_OE1.",
+         "Takes the core while the pad drives, else what the core sees; in EXTEST the pin. PAD_ON comes from the "
+         "control cell of the pad, RIM_BC_1_OE0 or RIM_BC_1_OE1.",
          ("PAD_ON & (~M1 | M2)", "DI", "CI"), FROM_CORE, ("M2", "held", "SP")),
-    Cell("RIM_BC_8", "BC_8", "Bidirectional, core (DI) to pad (DO); the core reads the pad past the cell. Takes the pin "
-         "(SP). Not for INTEST.", ("SP",), FROM_CORE),
+    Cell("RIM_BC_8", "BC_8", "Bidirectional, core (DI) to pad (DO); the core reads the pad past the cell. Takes the "
+         "pin (SP). Not for INTEST.", ("SP",), FROM_CORE),
     Cell("RIM_BC_9", "BC_9", "Output that watches its pin, core (DI) to pad (DO). In EXTEST takes the pin (SP), by the "
          "receiver that a bidirectional pad has; else the core.", ("M1 & ~M2", "SP", "DI"), FROM_CORE),
-    Cell("RIM_BC_10", "BC_10", "Output that watches its pin, core (DI) to pad (DO). Takes the pin (SP), by the receiver "
-         "that a bidirectional pad has. Not for INTEST.", ("SP",), FROM_CORE),
+    Cell("RIM_BC_10", "BC_10", "Output that watches its pin, core (DI) to pad (DO). Takes the pin (SP), by the "
+         "receiver that a bidirectional pad has. Not for INTEST.", ("SP",), FROM_CORE),
 ]
 CELLS = GATED + [replace(cell, name=cell.name + "_S", text=cell.text + " For -synch.", synch=True) for cell in GATED]
 BUFFERS = {"RIM_BUF": ("Buffer for the trees of the control signals.", "A", "%BUFFER", "BUF"),
@@ -101,7 +101,7 @@ def head(cell, mark):
     return comment(f"{cell.type}. {cell.text}", mark + " ") + comment("Made by make_cells.py.", mark + " ")
 
 
-# ---- Verilog ----------------------------------------------------------------------------------------------------------
+# ---- Verilog -----------------------------------------------------------------------------------------
 
 def verilog_choice(parts):
     *choices, last = parts
@@ -132,7 +132,7 @@ def verilog(cell):
     return head(cell, "//") + text + "endmodule\n`endcelldefine\n"
 
 
-# ---- VHDL -------------------------------------------------------------------------------------------------------------
+# ---- VHDL --------------------------------------------------------------------------------------------
 
 INSIDE = {"DO": "driven", "CI": "inward"}      # an output can't be read back
 
@@ -191,11 +191,11 @@ def buffers(folder):
             f"architecture rtl of {name} is\nbegin\n  Z <= {vhdl_value(value)};\nend rtl;\n")
 
 
-# ---- boundary_cells.lib -----------------------------------------------------------------------------------------------
+# ---- boundary_cells.lib ------------------------------------------------------------------------------
 
 LIBRARY_HEAD = """\
-/* Boundary cells ready to use, made by make_cells.py: README.md tells which one to take. Each block is the cell of that name
-   in verilog/ and vhdl/; %STD_NAME is its type. Cells whose name ends in _S are for -synch. */
+/* Boundary cells ready to use, made by make_cells.py: README.md tells which one to take. Each block is the cell of
+   that name in verilog/ and vhdl/; %STD_NAME is its type. Cells whose name ends in _S are for -synch. */
 """
 
 
@@ -207,8 +207,8 @@ def block(cell):
 
 def library():
     blocks = [block(cell) for cell in CELLS]
-    blocks += [f"// {text}\n{keyword:15} {name}\n {{\n  %FUNCTION     {word};\n  %INPUT        A;\n  %OUTPUT       Z;\n }}\n"
-               for name, (text, _, keyword, word) in BUFFERS.items()]
+    blocks += [f"// {text}\n{keyword:15} {name}\n {{\n  %FUNCTION     {word};\n  %INPUT        A;\n"
+               "  %OUTPUT       Z;\n }\n" for name, (text, _, keyword, word) in BUFFERS.items()]
     return LIBRARY_HEAD + "".join("\n" + text for text in blocks)
 
 

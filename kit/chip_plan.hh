@@ -9,10 +9,11 @@
 #include <utility>
 #include <vector>
 
-/// A value that a pin must have.
+/// A value that a pin must have for the pad to be read or to drive.
 struct PIN_VALUE {
     std::string pin;
     bool value;
+    bool for_reading;
 };
 
 enum PAD_USE {

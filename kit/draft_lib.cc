@@ -47,37 +47,46 @@ std::string ports_in_short(const std::vector<std::string> &ports) {
     return ports.size() > 3 ? text + format_text(" and %zu more", ports.size() - 3) : text;
 }
 
+std::string pads_in_words(int32_t count) {
+    return count == 1 ? "1 pad" : format_text("%d pads", count);
+}
+
+/// What a value that the pad needs on this pin means where it has it not; empty for a pin without such a
+/// value.
+std::string gate_comment(const PAD_KIND &pad, const PIN_STATE &state) {
+    auto gate = std::find_if(pad.gates.begin(), pad.gates.end(),
+                             [&state](const PIN_VALUE &value) { return value.pin == state.pin; });
+    if (gate == pad.gates.end())
+        return "";
+    const char *does = gate->for_reading ? "is not read" : "does not drive";
+    int32_t off = gate->value ? state.zero : state.one;
+    if (!state.driven.empty())
+        return format_text("  // please check: without %s = %d the pad %s, in EXTEST too; see \"Pads that "
+                           "the core turns on\" in"
+                           " users_guide.md\n",
+                           state.pin.c_str(), gate->value ? 1 : 0, does);
+    return off == 0 ? ""
+                    : format_text("  // please check: without %s = %d the pad %s: %s for good\n",
+                                  state.pin.c_str(), gate->value ? 1 : 0, does, pads_in_words(off).c_str());
+}
+
 /// What the netlist does with the pins that the boundary register does not reach.
 std::string pin_comments(const CHIP_PLAN &plan, const PAD_KIND &pad) {
-    std::string text;
     auto states = plan.pin_states.find(pad.cell);
-    if (states == plan.pin_states.end())
-        return text;
-    for (const PIN_STATE &state : states->second) {
+    std::string text;
+    for (const PIN_STATE &state :
+         states != plan.pin_states.end() ? states->second : std::vector<PIN_STATE>{}) {
         std::string line = "  // " + state.pin + ":";
         const char *comma = "";
         for (auto [count, words] : {std::pair{state.zero, "0"}, std::pair{state.one, "1"},
                                     std::pair{state.open, "open"}, std::pair{state.tied, "a tie cell"}})
             if (count > 0) {
-                line += format_text("%s %s at %d pads", comma, words, count);
+                line += format_text("%s %s at %s", comma, words, pads_in_words(count).c_str());
                 comma = ",";
             }
         if (!state.driven.empty())
             line += format_text("%s follows the core at %s", comma, ports_in_short(state.driven).c_str());
-        auto gate = std::find_if(pad.gates.begin(), pad.gates.end(),
-                                 [&](const PIN_VALUE &value) { return value.pin == state.pin; });
-        if (gate != pad.gates.end()) {
-            int32_t off = gate->value ? state.zero : state.one;
-            if (!state.driven.empty())
-                line += format_text("\n  // please check: without %s = %d the pad is off, in EXTEST too; see "
-                                    "\"Pads that the core turns on\""
-                                    " in users_guide.md",
-                                    state.pin.c_str(), gate->value ? 1 : 0);
-            else if (off > 0)
-                line += format_text("\n  // please check: %d pads are off for good, since they need %s = %d",
-                                    off, state.pin.c_str(), gate->value ? 1 : 0);
-        }
-        text += line + "\n";
+        text += line + "\n" + gate_comment(pad, state);
     }
     return text;
 }

@@ -16,7 +16,7 @@ namespace {
 // Limits of what one statement may make of a few bytes.
 constexpr size_t LONGEST_STATEMENT = 1 << 16; // characters of a kept one
 constexpr int64_t WIDEST_BUS = 1 << 14;
-constexpr size_t MOST_MEMORY = 1U << 30; // of all pins
+constexpr size_t MOST_MEMORY = 1U << 29; // of all pins
 constexpr size_t DEEPEST_INCLUDE = 16;
 constexpr int32_t MOST_INCLUDES = 1000;
 
@@ -92,6 +92,18 @@ bool is_true(const LIBERTY_STATEMENT &statement) {
     return text == "true" || text == "1";
 }
 
+/// One statement may name thousands of pins, each of which has its own texts.
+void charge(LIBERTY_READING &reading, size_t memory) {
+    reading.expanded += memory;
+    if (reading.expanded > MOST_MEMORY)
+        liberty_fail(reading, "the pins of this library take more memory than 512 MB.");
+}
+
+size_t memory_of(const LIBERTY_PIN &pin) {
+    return sizeof pin + pin.name.size() + pin.function.size() + pin.three_state.size() +
+           pin.complementary.size() + pin.driver_types.size() * sizeof(std::string);
+}
+
 std::string bit_name(const std::string &bus, int64_t bit) {
     return bus + "[" + std::to_string(bit) + "]";
 }
@@ -103,23 +115,29 @@ void add_bits(LIBERTY_READING &reading, std::vector<std::string> &names, const s
         liberty_fail(reading,
                      format_text("the bus '%s' has more than %d bits.", bus.c_str(), int(WIDEST_BUS)), line);
     for (int64_t bit = from;; bit += from < to ? 1 : -1) {
+        charge(reading, sizeof(LIBERTY_PIN) + bus.size());
         names.push_back(bit_name(bus, bit));
         if (bit == to)
             return;
     }
 }
 
+bool is_number(std::string_view text, int32_t &number) {
+    auto [end, fault] = std::from_chars(text.data(), text.data() + text.size(), number);
+    return fault == std::errc() && end == text.data() + text.size();
+}
+
 /// `A[3:0]` names its bits.
 std::vector<std::string> pin_names(LIBERTY_READING &reading, const LIBERTY_STATEMENT &statement) {
     std::vector<std::string> names;
     for (std::string &name : names_in(statement.words)) {
-        size_t open = name.rfind('['), colon = name.find(':', open + 1);
+        if (std::count(name.begin(), name.end(), '[') != std::count(name.begin(), name.end(), ']'))
+            liberty_fail(reading, format_text("'%s' is no name of a pin.", name.c_str()), statement.line);
+        size_t open = name.rfind('['), colon = name.rfind(':');
         int32_t from = 0, to = 0;
-        const char *start = name.data() + open + 1;
-        const char *middle = name.data() + colon, *end = name.data() + name.size() - 1;
-        if (open != std::string::npos && colon != std::string::npos && *end == ']' &&
-            std::from_chars(start, middle, from).ptr == middle && start != middle &&
-            std::from_chars(middle + 1, end, to).ptr == end && middle + 1 != end)
+        if (open < colon && colon != std::string::npos && name.back() == ']' &&
+            is_number(std::string_view(name).substr(open + 1, colon - open - 1), from) &&
+            is_number(std::string_view(name).substr(colon + 1, name.size() - colon - 2), to))
             add_bits(reading, names, name.substr(0, open), from, to, statement.line);
         else
             names.push_back(std::move(name));
@@ -140,16 +158,8 @@ void take_from_bus(LIBERTY_PIN &pin, const LIBERTY_PIN &bus) {
         pin.driver_types = bus.driver_types;
 }
 
-/// One group may name thousands of pins, each of which has its own texts.
-void charge(LIBERTY_READING &reading, const LIBERTY_PIN &pin) {
-    reading.expanded += sizeof pin + pin.name.size() + pin.function.size() + pin.three_state.size() +
-                        pin.complementary.size() + pin.driver_types.size() * sizeof(std::string);
-    if (reading.expanded > MOST_MEMORY)
-        liberty_fail(reading, "the pins of this library take more memory than a gigabyte.");
-}
-
 void add_pin(LIBERTY_READING &reading, std::vector<LIBERTY_PIN> &to, LIBERTY_PIN pin) {
-    charge(reading, pin);
+    charge(reading, memory_of(pin));
     to.push_back(std::move(pin));
 }
 
@@ -185,7 +195,7 @@ void end_bus(LIBERTY_READING &reading, std::vector<LIBERTY_PIN> &to) {
     std::unordered_map<std::string_view, LIBERTY_PIN *> own;
     for (LIBERTY_PIN &pin : bus.own_pins) {
         take_from_bus(pin, bus.common);
-        charge(reading, bus.common);
+        charge(reading, memory_of(bus.common));
         own.emplace(pin.name, &pin);
     }
     std::unordered_set<const LIBERTY_PIN *> taken;
@@ -279,8 +289,7 @@ void set_attribute(const LIBERTY_READING &reading, LIBERTY_PIN &pin, const LIBER
 int64_t number_of(const LIBERTY_READING &reading, const LIBERTY_STATEMENT &statement) {
     std::string text = joined(statement);
     int32_t number = -1;
-    if (std::from_chars(text.data(), text.data() + text.size(), number).ptr != text.data() + text.size() ||
-        number < 0)
+    if (!is_number(text, number) || number < 0)
         liberty_fail(reading, format_text("'%s' is no number of a bit.", text.c_str()), statement.line);
     return number;
 }
@@ -335,6 +344,8 @@ void liberty_add_string(LIBERTY_READING &reading, std::string_view string) {
     for (size_t at = 1; at + 1 < string.size(); ++at) {
         if (string[at] == '\\' && string[at + 1] == '\n')
             ++at; // goes on in the next line
+        else if (string[at] == '\\' && string.substr(at + 1, 2) == "\r\n")
+            at += 2;
         else if (string[at] == '\\' && (string[at + 1] == '"' || string[at + 1] == '\\'))
             text += string[++at];
         else

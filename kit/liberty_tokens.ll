@@ -65,7 +65,7 @@ constexpr const char *NO_PARENTHESIS = "the ')' of this statement is missing.";
 
 blank   [ \t\r\f\v]
 plain   [^ \t\r\f\v\n(){};:,"\\/\[]
-inner   [^\]\n"{};(),]
+inner   [^ \t\r\f\v\]\n"{};(),]
 word    ({plain}|\[{inner}*)+
 string  \"([^"\\]|\\(.|\n))*
 
@@ -125,7 +125,7 @@ string  \"([^"\\]|\\(.|\n))*
 <VALUE>{
 {word}|"/"          { liberty_add_word(reading, TEXT); }
 {string}\"          { liberty_add_string(reading, TEXT); count_lines(reading, TEXT); }
-[(),:]              reading.is_unfinished = false;
+[(),:]              liberty_add_word(reading, TEXT);
 "{"                 liberty_fail(reading, "a '{' can't stand here.");
 \n                  {
                         ++LINE;
@@ -141,8 +141,12 @@ string  \"([^"\\]|\\(.|\n))*
 <WORDS>{
 {word}|"/"          liberty_add_word(reading, TEXT);
 {string}\"          { liberty_add_string(reading, TEXT); count_lines(reading, TEXT); }
-[,:]                ;
-"("                 ++reading.depth;
+,                   ;
+[(:]                {
+                        if (reading.word != nullptr)
+                            liberty_fail(reading, liberty_stray(TEXT));
+                        reading.depth += yytext[0] == '(';
+                    }
 ")"                 {
                         if (--reading.depth == 0)
                             BEGIN(TAIL);

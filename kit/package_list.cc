@@ -108,13 +108,15 @@ struct CSV_READING {
 constexpr size_t COLUMNS = 3;
 constexpr const char *TITLES[COLUMNS] = {"number", "port or pad", "name"};
 
-/// Words of a title, in the order in which columns are given: "pin name" is a name, "pin" alone a number.
+/// Words of a title, in the order in which they tell: "pad number" is a number, "signal name" a port, "pin
+/// name" a name and "pin" alone a number.
 constexpr struct {
     const char *word;
     size_t column;
-} TITLE_WORDS[] = {{"name", 2},     {"number", 0},   {"no", 0},    {"no.", 0}, {"num", 0}, {"#", 0},
-                   {"position", 0}, {"ball", 0},     {"port", 1},  {"pad", 1}, {"net", 1}, {"signal", 1},
-                   {"instance", 1}, {"function", 2}, {"label", 2}, {"pin", 0}, {"lead", 0}};
+} TITLE_WORDS[] = {{"number", 0},   {"no", 0},       {"no.", 0},  {"num", 0},
+                   {"position", 0}, {"port", 1},     {"pad", 1},  {"net", 1},
+                   {"signal", 1},   {"instance", 1}, {"name", 2}, {"function", 2},
+                   {"label", 2},    {"pin", 0},      {"ball", 0}, {"lead", 0}};
 
 std::optional<size_t> column_titled(const std::string &title) {
     std::string words = " " + lower_case(title) + " ";
@@ -127,17 +129,20 @@ std::optional<size_t> column_titled(const std::string &title) {
     return {};
 }
 
-/// The place of each column, when the line consists of titles.
+/// The place of each column, when the line consists of titles: a pin has a digit in its number, and one of
+/// these words could be the name of a port as well.
 std::optional<std::array<size_t, COLUMNS>> columns_titled(const std::string &path, const RECORD &record) {
     std::array<size_t, COLUMNS> places;
     places.fill(SIZE_MAX);
     size_t known = 0;
-    for (size_t at = 0; at < record.fields.size(); ++at)
+    for (size_t at = 0; at < record.fields.size(); ++at) {
+        if (record.fields[at].find_first_of("0123456789") != std::string::npos)
+            return {};
         if (auto column = column_titled(record.fields[at]); column && places[*column] == SIZE_MAX) {
             places[*column] = at;
             ++known;
         }
-    // One word could be the name of a port as well.
+    }
     if (known < 2)
         return {};
     for (size_t column : {size_t{0}, size_t{1}})
@@ -175,5 +180,7 @@ std::vector<PACKAGE_LIST_ROW> package_list_read(const std::string &path) {
                       row->second);
         pins.push_back({field(0), field(1), field(2), record->line});
     }
+    if (pins.empty())
+        TOOL_fail(path, 0, "there are no pins in this file.");
     return pins;
 }

@@ -32,6 +32,7 @@ struct SHOWN_PIN {
     std::string pin;
     bool inverted = false;
     std::vector<LIBERTY_LITERAL> gates;
+    std::vector<std::string> condition; ///< pins of a condition that is no list of values
 };
 
 /// Looks for `wanted`, or for any pin when it is null, in the function. A pin that stands there ungated wins.
@@ -41,23 +42,24 @@ bool find_shown(const LIBERTY_FUNCTION &function, const std::string *wanted, SHO
          wanted != nullptr ? std::vector<std::string>{*wanted} : liberty_function_pins(function))
         for (LIBERTY_SENSE sense : {LIBERTY_SENSE::DIRECT, LIBERTY_SENSE::INVERTED}) {
             LIBERTY_CONDITION condition = liberty_function_shows(function, pin, sense);
-            if (condition.when != LIBERTY_WHEN::ALWAYS && condition.when != LIBERTY_WHEN::LITERALS)
+            if (condition.when == LIBERTY_WHEN::NEVER || function.state != LIBERTY_READ::DONE)
                 continue;
             int rank_new = 0, rank_old = 0;
             bool better = !found || (kit_pin_habit(pin, false, rank_new) == HABIT_INPUT &&
                                      kit_pin_habit(shown.pin, false, rank_old) != HABIT_INPUT);
             if (!better)
                 continue;
-            shown = {pin, sense == LIBERTY_SENSE::INVERTED, condition.literals};
+            shown = {pin, sense == LIBERTY_SENSE::INVERTED, condition.literals,
+                     condition.when == LIBERTY_WHEN::COMPLEX ? condition.pins : std::vector<std::string>{}};
             found = true;
         }
     return found;
 }
 
-void add_gates(PAD_KIND &kind, const std::vector<LIBERTY_LITERAL> &gates) {
+void add_gates(PAD_KIND &kind, const std::vector<LIBERTY_LITERAL> &gates, bool for_reading) {
     for (const LIBERTY_LITERAL &gate : gates)
         if (!kit_is_power_name(gate.pin))
-            kind.gates.push_back({gate.pin, gate.value});
+            kind.gates.push_back({gate.pin, gate.value, for_reading});
 }
 
 /// Which core pin shows the pad.
@@ -77,7 +79,10 @@ void take_reading_pin(PAD_KIND &kind, const LIBERTY_CELL &cell, const LIBERTY_PI
         }
         kind.output = pin.name;
         kind.output_inverted = shown.inverted;
-        add_gates(kind, shown.gates);
+        add_gates(kind, shown.gates, true);
+        if (!shown.condition.empty())
+            kind.doubts.push_back("the pad is read while " + listed(shown.condition) + " let it: \"" +
+                                  pin.function + "\"");
         if (!shows)
             kind.doubts.push_back(pin.name + " has no function in Liberty: is it what the pad reads?");
     }
@@ -88,29 +93,48 @@ void take_reading_pin(PAD_KIND &kind, const LIBERTY_CELL &cell, const LIBERTY_PI
                               " is the inverse of the pad: the register sees the inverse of the pin");
 }
 
-/// The enables in the expression that releases the pad.
+/// True when the function is true wherever its name `name` has that value, whatever the others are.
+bool is_true_by(const LIBERTY_FUNCTION &function, size_t name, bool value) {
+    for (size_t i = 0; i < size_t{1} << function.names.size(); ++i)
+        if ((i >> name & 1) == (value ? 1 : 0) && (function.table[i / 64] >> (i % 64) & 1) == 0)
+            return false;
+    return true;
+}
+
+/// The enables in the expression that releases the pad: pins that can switch it off alone. The one that is
+/// called like an enable is what a control cell holds; of any others, the first.
 void take_enables(PAD_KIND &kind, const LIBERTY_PIN &pad) {
-    LIBERTY_CONDITION off = liberty_function_true_when_any(liberty_function(pad.three_state));
-    if (off.when == LIBERTY_WHEN::NEVER)
-        return;
-    if (off.when == LIBERTY_WHEN::ALWAYS) {
-        kind.doubts.push_back("Liberty says that the pad never drives");
-        return;
-    }
-    if (off.when == LIBERTY_WHEN::COMPLEX) {
-        kind.doubts.push_back("its enable is an expression of " + listed(off.pins) + ": \"" +
-                              pad.three_state + "\"; a control cell can hold one pin");
+    LIBERTY_FUNCTION off = liberty_function(pad.three_state);
+    std::vector<std::string> pins = liberty_function_pins(off);
+    if (pins.empty()) {
+        if (liberty_function_true_when_any(off).when == LIBERTY_WHEN::ALWAYS)
+            kind.doubts.emplace_back("Liberty says that the pad never drives");
         return;
     }
-    for (const LIBERTY_LITERAL &literal : off.literals) {
+    std::vector<LIBERTY_LITERAL> literals;
+    for (size_t name = 0; off.state == LIBERTY_READ::DONE && name < off.names.size(); ++name)
+        for (bool value : {false, true})
+            if (is_true_by(off, name, value))
+                literals.push_back({off.names[name], value});
+    if (literals.empty()) {
+        kind.doubts.push_back("its enable is an expression of " + listed(pins) + ": \"" + pad.three_state +
+                              "\"; a control cell can hold one pin");
+        return;
+    }
+    std::stable_partition(literals.begin(), literals.end(), [](const LIBERTY_LITERAL &literal) {
+        int rank = 0;
+        return kit_pin_habit(literal.pin, false, rank) == (literal.value ? HABIT_EN_LOW : HABIT_EN_HIGH);
+    });
+    for (const LIBERTY_LITERAL &literal : literals) {
         std::string &enable = literal.value ? kind.enable_low : kind.enable_high;
         if (enable.empty())
             enable = literal.pin;
         else
-            kind.gates.push_back({literal.pin, !literal.value});
+            kind.gates.push_back({literal.pin, !literal.value, false});
     }
-    if (off.literals.size() > 1)
-        kind.doubts.push_back("the pad drives when all of " + listed(off.pins) + " let it");
+    if (pins.size() > 1)
+        kind.doubts.push_back("the pad is off when \"" + pad.three_state + "\" is true: the pins beside " +
+                              literals[0].pin + " have to let it drive in test");
 }
 
 /// Which core pin drives the pad.
@@ -124,7 +148,10 @@ void take_driving_pin(PAD_KIND &kind, const LIBERTY_PIN &pad) {
     if (find_shown(function, nullptr, shown)) {
         kind.input = shown.pin;
         kind.input_inverted = shown.inverted;
-        add_gates(kind, shown.gates);
+        add_gates(kind, shown.gates, false);
+        if (!shown.condition.empty())
+            kind.doubts.push_back("it drives " + kind.input + " while " + listed(shown.condition) +
+                                  " let it: \"" + pad.function + "\"");
         if (kind.input_inverted)
             kind.doubts.push_back("the pad drives the inverse of " + kind.input +
                                   ", and so does the register");
@@ -206,74 +233,120 @@ bool looks_like_pad(int32_t class_id, const std::string &pin) {
     return false;
 }
 
-PAD_KIND guessed_pad_kind(int32_t class_id, const std::string &pad_pin) {
-    PAD_KIND kind;
-    kind.cell = chip_class_name(class_id);
-    kind.pad = pad_pin;
-    kind.source = "no Liberty file describes this cell: guessed from the directions and names of its pins";
+namespace {
+
+/// The pins of a class, of which the supplies and other pins of both directions say nothing.
+struct CLASS_PINS {
     std::vector<std::string> inputs, outputs;
-    int best_input = -1, best_output = -1, best_enable = -1;
     SDB_DIRECTION pad_direction = SDB_INPUT;
+};
+
+CLASS_PINS pins_of_class(int32_t class_id, const std::string &pad_pin) {
+    CLASS_PINS pins;
     for (int32_t i = 0; i < class_tab[class_id].pin_count; ++i) {
         int32_t pin = class_tab[class_id].first_pin + i;
         std::string name = chip_pin_name(pin);
         SDB_DIRECTION direction = chip_pin_direction(pin);
         if (name == pad_pin)
-            pad_direction = direction;
-        if (name == pad_pin || kit_is_power_name(name) || direction == SDB_BIDIRECTIONAL)
-            continue;
-        (direction == SDB_OUTPUT ? outputs : inputs).push_back(name);
-        int rank = 0;
-        auto take = [&rank, &name](int &best, std::string &field) {
-            if (best < 0 || rank < best) {
-                best = rank;
-                field = name;
-                return true;
+            pins.pad_direction = direction;
+        else if (!kit_is_power_name(name) && direction != SDB_BIDIRECTIONAL)
+            (direction == SDB_OUTPUT ? pins.outputs : pins.inputs).push_back(name);
+    }
+    return pins;
+}
+
+/// Takes the pins with the surest names.
+void take_named_pins(PAD_KIND &kind, const CLASS_PINS &pins) {
+    int best[HABIT_EN_HIGH + 1];
+    std::fill(std::begin(best), std::end(best), INT32_MAX);
+    std::string found[HABIT_EN_HIGH + 1];
+    for (bool is_output : {false, true})
+        for (const std::string &name : is_output ? pins.outputs : pins.inputs) {
+            int rank = 0;
+            PIN_HABIT habit = kit_pin_habit(name, is_output, rank);
+            if (habit != HABIT_NONE && rank < best[habit]) {
+                best[habit] = rank;
+                found[habit] = name;
             }
-            return false;
-        };
-        switch (kit_pin_habit(name, direction == SDB_OUTPUT, rank)) {
-        case HABIT_INPUT:
-            take(best_input, kind.input);
-            break;
-        case HABIT_OUTPUT:
-            take(best_output, kind.output);
-            break;
-        case HABIT_EN_LOW:
-            if (take(best_enable, kind.enable_low))
-                kind.enable_high.clear();
-            break;
-        case HABIT_EN_HIGH:
-            if (take(best_enable, kind.enable_high))
-                kind.enable_low.clear();
-            break;
-        case HABIT_NONE:
-            break;
         }
+    kind.input = found[HABIT_INPUT];
+    kind.output = found[HABIT_OUTPUT];
+    kind.enable_low = found[HABIT_EN_LOW];
+    kind.enable_high = kind.enable_low.empty() ? found[HABIT_EN_HIGH] : "";
+    bool is_tie = true;
+    for (size_t i = 0; kind.output.empty() && is_tie && i < pins.outputs.size(); ++i) {
+        is_tie = lower_case(pins.outputs[i]).compare(0, 3, "tie") == 0;
+        kind.output = is_tie ? "" : pins.outputs[i];
     }
-    if (inputs.empty() && outputs.empty()) {
-        kind.use = kit_is_power_name(pad_pin) || kit_is_power_name(kind.cell) ? PAD_POWER : PAD_ANALOG;
-        return kind;
-    }
-    if (kit_is_power_name(pad_pin)) {
-        kind.use = PAD_POWER;
-        return kind;
-    }
-    if (kind.output.empty() && !outputs.empty() && pad_direction != SDB_OUTPUT)
-        kind.output = *std::find_if(outputs.begin(), outputs.end() - 1, [](const std::string &name) {
-            return lower_case(name).compare(0, 3, "tie") != 0;
-        });
-    if (pad_direction == SDB_INPUT || kind.input.empty())
+    if (pins.pad_direction == SDB_INPUT || kind.input.empty())
         kind.input = kind.enable_low = kind.enable_high = "";
-    if (pad_direction == SDB_OUTPUT)
+    if (pins.pad_direction == SDB_OUTPUT)
         kind.output.clear();
-    kind.use = use_of(kind, !kind.input.empty());
-    std::string pins;
+}
+
+/// "driven by A, read by Y, on while high: OE".
+std::string parts_of(const PAD_KIND &kind) {
+    std::string text;
     for (const auto &[words, pin] :
          {std::pair{"driven by ", kind.input}, std::pair{"read by ", kind.output},
           std::pair{"on while low: ", kind.enable_low}, std::pair{"on while high: ", kind.enable_high}})
-        pins += pin.empty() ? "" : (pins.empty() ? "" : ", ") + std::string(words) + pin;
-    kind.doubts.push_back("is the pad " + pins + "?");
-    take_other_pins(kind, inputs);
+        text += pin.empty() ? "" : (text.empty() ? "" : ", ") + std::string(words) + pin;
+    return text;
+}
+
+/// The class as a Liberty cell without functions.
+LIBERTY_CELL cell_of_class(int32_t class_id, const std::string &pad_pin) {
+    LIBERTY_CELL cell;
+    cell.name = chip_class_name(class_id);
+    for (int32_t i = 0; i < class_tab[class_id].pin_count; ++i) {
+        int32_t pin = class_tab[class_id].first_pin + i;
+        LIBERTY_PIN row;
+        row.name = chip_pin_name(pin);
+        SDB_DIRECTION direction = chip_pin_direction(pin);
+        row.direction = direction == SDB_INPUT    ? LIBERTY_DIRECTION::INPUT
+                        : direction == SDB_OUTPUT ? LIBERTY_DIRECTION::OUTPUT
+                                                  : LIBERTY_DIRECTION::INOUT;
+        row.is_pad = row.name == pad_pin;
+        cell.pins.push_back(row);
+    }
+    return cell;
+}
+
+bool is_complete(const PAD_KIND &kind) {
+    bool has_enable = !kind.enable_low.empty() || !kind.enable_high.empty();
+    return kind.use == PAD_BIDIRECTIONAL ? !kind.input.empty() && !kind.output.empty() && has_enable
+                                         : !kind.input.empty() || !kind.output.empty();
+}
+
+} // namespace
+
+PAD_KIND guessed_pad_kind(int32_t class_id, const std::string &pad_pin,
+                          const std::unordered_map<std::string, VERILOG_MODEL> &models) {
+    PAD_KIND kind;
+    kind.cell = chip_class_name(class_id);
+    kind.pad = pad_pin;
+    CLASS_PINS pins = pins_of_class(class_id, pad_pin);
+    if (kit_is_power_name(pad_pin) || (pins.inputs.empty() && pins.outputs.empty())) {
+        kind.use = kit_is_power_name(pad_pin) || kit_is_power_name(kind.cell) ? PAD_POWER : PAD_ANALOG;
+        return kind;
+    }
+    LIBERTY_CELL cell = cell_of_class(class_id, pad_pin);
+    auto model = models.find(kind.cell);
+    if (model != models.end() && take_verilog_model(cell, model->second)) {
+        LIBERTY library;
+        library.files.push_back(model->second.file);
+        PAD_KIND shown = pad_kind_of_liberty(library, cell);
+        if (is_complete(shown)) {
+            shown.source = "no Liberty file describes this cell: guessed from its Verilog model in " +
+                           model->second.file;
+            shown.doubts.insert(shown.doubts.begin(), "is the pad " + parts_of(shown) + "?");
+            return shown;
+        }
+    }
+    take_named_pins(kind, pins);
+    kind.use = use_of(kind, !kind.input.empty());
+    kind.source = "no Liberty file describes this cell: guessed from the directions and names of its pins";
+    kind.doubts.push_back("is the pad " + parts_of(kind) + "?");
+    take_other_pins(kind, pins.inputs);
     return kind;
 }

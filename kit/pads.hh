@@ -4,13 +4,16 @@
 
 #include "kit/chip_plan.hh"
 #include "kit/liberty.hh"
+#include "kit/verilog_model.hh"
 
 /// The pad kind of a cell that Liberty describes; its use is PAD_UNKNOWN when the entry shows no pad.
 PAD_KIND pad_kind_of_liberty(const LIBERTY &library, const LIBERTY_CELL &cell);
 
-/// A guess for a cell that Liberty does not describe, from its pins in the open design; `pad_pin` is the pin
-/// that stands on a port. Each part of it is marked in `doubts`.
-PAD_KIND guessed_pad_kind(int32_t class_id, const std::string &pad_pin);
+/// A guess for a cell that Liberty does not describe: from its Verilog model where that shows enough
+/// (`models` by cell), else from the directions and names of its pins in the open design. `pad_pin` is the
+/// pin that stands on a port. A doubt says what was guessed.
+PAD_KIND guessed_pad_kind(int32_t class_id, const std::string &pad_pin,
+                          const std::unordered_map<std::string, VERILOG_MODEL> &models);
 
 /// True when a cell without a Liberty entry looks like a pad to whom its pin `pin` is shown.
 bool looks_like_pad(int32_t class_id, const std::string &pin);

@@ -20,7 +20,8 @@ struct PAD_PLACE {
 struct PAD_KINDS {
     CHIP_PLAN &plan;
     const LIBERTY &library;
-    std::unordered_map<std::string, const PAD_KIND *> known;
+    const std::unordered_map<std::string, VERILOG_MODEL> &models;
+    std::unordered_map<std::string, const PAD_KIND *> known{};
 };
 
 const PAD_KIND *kind_of_node(PAD_KINDS &kinds, int32_t node) {
@@ -36,7 +37,7 @@ const PAD_KIND *kind_of_node(PAD_KINDS &kinds, int32_t node) {
     if (entry != kinds.library.cells.end())
         kind = pad_kind_of_liberty(kinds.library, entry->second);
     else if (looks_like_pad(class_id, pin))
-        kind = guessed_pad_kind(class_id, pin);
+        kind = guessed_pad_kind(class_id, pin, kinds.models);
     if (kind.use == PAD_UNKNOWN || !(same_text_no_case(kind.pad.c_str(), pin.c_str()) ||
                                      same_text_no_case(kind.pad_minus.c_str(), pin.c_str())))
         return nullptr;
@@ -176,7 +177,8 @@ void plan_scanned(PORT_PLAN &plan, const PAD_KIND &kind, int32_t port, CLOCK_SEA
 }
 
 /// Counts what the further input pins of a pad are tied to.
-void note_pin_states(CHIP_PLAN &chip, const PORT_PLAN &plan, const PAD_KIND &kind) {
+void note_pin_states(CHIP_PLAN &chip, const PORT_PLAN &plan) {
+    const PAD_KIND &kind = *plan.pad;
     std::vector<PIN_STATE> &states = chip.pin_states[kind.cell];
     if (states.empty())
         for (const std::string &pin : kind.others)
@@ -203,12 +205,12 @@ void note_pin_states(CHIP_PLAN &chip, const PORT_PLAN &plan, const PAD_KIND &kin
 
 } // namespace
 
-void plan_ports(CHIP_PLAN &chip, const LIBERTY &library) {
+void plan_ports(CHIP_PLAN &chip, const LIBERTY &library,
+                const std::unordered_map<std::string, VERILOG_MODEL> &models) {
     chip.ports.clear();
     chip.pads.clear();
-    chip.pin_states.clear();
     chip.port_of_name.clear();
-    PAD_KINDS kinds = {chip, library, {}};
+    PAD_KINDS kinds = {chip, library, models};
     CLOCK_SEARCH clocks(library);
     std::unordered_map<int32_t, std::string> taken; // pads by object: one port each
     for (int32_t port = 0; port < port_count; ++port) {
@@ -234,10 +236,20 @@ void plan_ports(CHIP_PLAN &chip, const LIBERTY &library) {
                                          plan.pad_instance.c_str());
             else if (is_minus) // the plus leg has the cell
                 plan.doubt.clear();
-            if (plan.use == PORT_SCANNED)
-                note_pin_states(chip, plan, *place.kind);
         }
         chip.port_of_name.emplace(plan.name, static_cast<int32_t>(chip.ports.size()));
         chip.ports.push_back(std::move(plan));
     }
+}
+
+void plan_pin_states(CHIP_PLAN &chip) {
+    chip.pin_states.clear();
+    std::vector<const PORT_PLAN *> ports;
+    for (const PORT_PLAN &port : chip.ports)
+        if (port.use == PORT_SCANNED)
+            ports.push_back(&port);
+    std::sort(ports.begin(), ports.end(),
+              [](const PORT_PLAN *a, const PORT_PLAN *b) { return kit_counts_before(a->name, b->name); });
+    for (const PORT_PLAN *port : ports)
+        note_pin_states(chip, *port);
 }

@@ -1,8 +1,10 @@
 // rimkit start: the three description files of a chip, drafted from its netlist and the libraries of its
 // cells.
+#include "kit/start.hh"
 #include "kit/boundary_cells.hh"
 #include "kit/drafts.hh"
 #include "kit/files.hh"
+#include "kit/json.hh"
 #include "kit/names.hh"
 #include "kit/order.hh"
 #include "kit/ports.hh"
@@ -126,13 +128,16 @@ std::string ports_read_as(CHIP_PLAN &plan, PORT_READ_AS direction) {
 
 /// Plans the ports; where the declared direction of some is not that of their pads the netlist is read again.
 void plan_design(CHIP_PLAN &plan, const KIT_CALL &call, const LIBERTY &library) {
+    auto models = read_verilog_models(kit_values(call, "cells"), kit_values(call, "define"),
+                                      kit_values(call, "include"));
     std::string file = plan.design + ".c.sdb";
     for (bool again : {false, true}) {
         open_sdb_file(file.c_str());
-        plan_ports(plan, library);
+        plan_ports(plan, library, models);
         plan_test_ports(plan, kit_value(call, "test-ports"));
         std::string as_input = ports_read_as(plan, READ_AS_INPUT),
                     as_output = ports_read_as(plan, READ_AS_OUTPUT);
+        plan_pin_states(plan);
         if ((as_input.empty() && as_output.empty()) || again)
             return;
         close_sdb_file();
@@ -171,20 +176,23 @@ std::string idcode_digits(const std::string &text) {
     return digits;
 }
 
-/// Reads the chosen cells of the own library into lib/.
-void read_boundary_cells(const KIT_CALL &call, const CELL_CHOICE &cells) {
+/// Puts the sources of the chosen cells of the own library beside the drafts, so that the folder holds all
+/// that the result is made of, and reads them into lib/.
+void take_boundary_cells(const KIT_CALL &call, const std::string &design, const CELL_CHOICE &cells) {
     if (kit_has(call, "boundary-cells"))
         return;
-    std::vector<std::string> words = {"kalmverin", "-lib"};
-    for (const std::string &name : cell_names(cells)) {
-        std::string source = own_cells_folder() + "verilog/" + name + ".v";
-        if (is_outdated("lib/" + name + ".sdb", {source}))
-            words.push_back(source);
+    bool outdated = false;
+    std::string verilog = design + "_cells.v";
+    for (const auto &[language, ending] : {std::pair{"verilog/", ".v"}, std::pair{"vhdl/", ".vhd"}}) {
+        std::string text;
+        for (const std::string &name : cell_names(cells))
+            text += TOOL_read_file(own_cells_folder() + language + name + ending) + "\n";
+        write_draft(design + "_cells" + ending, text, kit_has(call, "force"));
     }
-    if (words.size() == 2)
-        return;
-    words.insert(words.end(), {"-opath", "lib"});
-    run_step(words);
+    for (const std::string &name : cell_names(cells))
+        outdated = outdated || is_outdated("lib/" + name + ".sdb", {verilog});
+    if (outdated)
+        run_step({"kalmverin", "-lib", verilog, "-opath", "lib"});
 }
 
 int32_t lines_to_check(const std::string &text) {
@@ -194,29 +202,9 @@ int32_t lines_to_check(const std::string &text) {
     return lines;
 }
 
-void report(const CHIP_PLAN &plan, const KIT_CALL &call, int32_t checks) {
-    size_t scanned = 0, skipped = 0, tests = 0;
-    for (const PORT_PLAN &port : plan.ports)
-        ++(port.use == PORT_SCANNED ? scanned : port.use == PORT_SKIPPED ? skipped : tests);
-    if (kit_has(call, "json")) {
-        std::printf("{\"design\": \"%s\", \"ports\": %zu, \"with_cells\": %zu, \"skipped\": %zu, \"order\": "
-                    "\"%s\", \"to_check\": %d}\n",
-                    plan.design.c_str(), plan.ports.size(), scanned, skipped, plan.order_source.c_str(),
-                    checks);
-        return;
-    }
-    std::printf("%s: %zu ports: %zu with boundary cells, %zu skipped, %zu of the test port\n",
-                plan.design.c_str(), plan.ports.size(), scanned, skipped, tests);
-    std::printf("order: %s\n", plan.order_source.c_str());
-    std::printf("%s.lib, %s.bsc, %s.pin: %d lines with \"please check\"\n", plan.design.c_str(),
-                plan.design.c_str(), plan.design.c_str(), checks);
-}
-
-int run_start(const KIT_CALL &call) {
-    if (call.names.size() != 1)
-        kit_usage_fault("one DESIGN, the name of the top module, is needed");
-    CHIP_PLAN plan;
-    plan.design = call.names[0];
+/// Reads the netlist and the libraries of its cells, and plans the ports.
+void plan_chip(CHIP_PLAN &plan, const KIT_CALL &call, const std::string &design) {
+    plan.design = design;
     plan.idcode = idcode_digits(kit_value(call, "idcode"));
     plan.package = kit_value(call, "package", "PACKAGE");
     plan.with_intest = kit_has(call, "intest");
@@ -228,22 +216,62 @@ int run_start(const KIT_CALL &call) {
         KIT_PROGRESS progress("reading " + file);
         liberty_read(library, file);
     }
-    update_design(call, plan.design);
+    update_design(call, design);
     plan_design(plan, call, library);
-    plan_order(plan, kit_value(call, "pins"), kit_value(call, "def"));
-    CELL_CHOICE cells = choose_boundary_cells(plan, kit_value(call, "boundary-cells"));
-    read_boundary_cells(call, cells);
-    int32_t checks = 0;
-    for (const auto &[ending, text] :
-         {std::pair{".lib", draft_lib(plan, cells)}, std::pair{".bsc", draft_bsc(plan, cells)},
-          std::pair{".pin", draft_pin(plan, cells)}})
-        if (write_draft(plan.design + ending, text, kit_has(call, "force")))
-            checks += lines_to_check(text);
-    report(plan, call, checks);
+}
+
+int run_start(const KIT_CALL &call) {
+    if (call.names.size() != 1)
+        kit_usage_fault("one DESIGN, the name of the top module, is needed");
+    START_RESULT result = start_drafts(call, call.names[0]);
+    if (kit_has(call, "json"))
+        std::printf("{\"design\": %s, \"ports\": %zu, \"with_cells\": %zu, \"skipped\": %zu, \"order\": %s, "
+                    "\"to_check\": %d}\n",
+                    json_text(result.design).c_str(), result.ports, result.scanned, result.skipped,
+                    json_text(result.order).c_str(), result.to_check);
+    else
+        std::printf("%s", start_report(result).c_str());
     return KIT_DONE;
 }
 
 } // namespace
+
+const std::span<const KIT_OPTION> start_options = OPTIONS;
+
+START_RESULT start_drafts(const KIT_CALL &call, const std::string &design) {
+    CHIP_PLAN plan;
+    plan_chip(plan, call, design);
+    plan_order(plan, kit_value(call, "pins"), kit_value(call, "def"));
+    CELL_CHOICE cells = choose_boundary_cells(plan, kit_value(call, "boundary-cells"));
+    take_boundary_cells(call, design, cells);
+    close_sdb_file();
+    START_RESULT result = {design, plan.ports.size(), 0, 0, 0, plan.order_source, 0};
+    for (const PORT_PLAN &port : plan.ports)
+        ++(port.use == PORT_SCANNED   ? result.scanned
+           : port.use == PORT_SKIPPED ? result.skipped
+                                      : result.tests);
+    for (const auto &[ending, text] :
+         {std::pair{".lib", draft_lib(plan, cells)}, std::pair{".bsc", draft_bsc(plan, cells)},
+          std::pair{".pin", draft_pin(plan, cells)}})
+        if (write_draft(design + ending, text, kit_has(call, "force")))
+            result.to_check += lines_to_check(text);
+    return result;
+}
+
+std::string start_report(const START_RESULT &result) {
+    const char *design = result.design.c_str();
+    return format_text(
+        "%s: %zu ports: %zu with boundary cells, %zu skipped, %zu of the test port\norder: %s\n"
+        "%s.lib, %s.bsc, %s.pin: %d lines with \"please check\"\n",
+        design, result.ports, result.scanned, result.skipped, result.tests, result.order.c_str(), design,
+        design, design, result.to_check);
+}
+
+void start_update(const KIT_CALL &call, const std::string &design) {
+    CHIP_PLAN plan;
+    plan_chip(plan, call, design);
+    close_sdb_file();
+}
 
 const KIT_VERB kit_start = {
     "start",

@@ -5,3 +5,4 @@
 
 extern const KIT_VERB kit_doctor;
 extern const KIT_VERB kit_start;
+extern const KIT_VERB kit_run;

@@ -5,7 +5,9 @@
 
   - made: the files are those that make_cells.py writes
   - captures: all cells in one bench, the same steps for the Verilog under Icarus and for the VHDL under GHDL; in each
-    instruction, with each value of core, pin, enable and both stages, against capture_table.py
+    instruction, with each value of core, pin, enable and both stages, against capture_table.py. The pins are driven
+    by what boundary_cells.lib calls them
+  - races: a cell behind each one has its clock some zero-delay assignments later, and still takes the old value
   - gates: both languages mapped by Yosys: two flip-flops or one, no latch, a multiplexer alone between the data pins
 """
 
@@ -30,17 +32,23 @@ DATA = ("DI", "SP", "PAD_ON")
 MODES = ("M1", "M2", "HZ")
 INPUTS = (*IDLE, *DATA, *MODES)
 OUTPUTS = ("DO", "CI", "SO", "PAD_ON")
+# Of a cell without %TCK %CLOCK_DR and %UPDATE_DR are the gated clocks, of one with it enables.
+ROLES = {"DATA_IN": "DI", "DATA_OUT": "DO", "SYS_PIN": "SP", "SYS_IN": "CI", "TDI": "SI", "TDO": "SO", "SHIFT_DR": "SE",
+         "MODE_1": "M1", "MODE_2": "M2", "RST": "RN", "HIGHZ": "HZ", "OE_MODE": "PAD_ON"}
+CLOCKS = {False: {"CLOCK_DR": "CK", "UPDATE_DR": "UP"}, True: {"TCK": "TCK", "CLOCK_DR": "CE", "UPDATE_DR": "UE"}}
+LATER = 4
 
 
 class Cell:
     """A block of boundary_cells.lib. The type and the function are told by the name."""
 
     def __init__(self, name, items):
-        self.name, self.pins = name, [pin for key, pin in items if key != "STD_NAME"]
+        roles = ROLES | CLOCKS["TCK" in items]
+        self.name, self.pins = name, {roles[key]: pin for key, pin in items.items() if key != "STD_NAME"}
         self.type, self.tail = re.fullmatch(r"RIM_(BC_\d+)_?(\w*?)(?:_?S)?", name).groups()
         self.function = FUNCTIONS.get(self.tail) or UNNAMED[self.type]
         self.off = re.sub(r"\D", "", self.tail)             # what a control cell's reset gives
-        if dict(items).get("STD_NAME") != self.type:
+        if items.get("STD_NAME") != self.type:
             raise ProofError(f"{name}: the library has another type")
         # a control cell says whether its pads are on, a bidirectional cell asks
         self.outputs = [pin for pin in self.pins if pin in OUTPUTS and (pin != "PAD_ON" or self.off)]
@@ -51,7 +59,7 @@ class Cell:
         if function == "bidir":
             function += "_out" if values["PAD_ON"] else "_in"
         row = CAPTURES[self.type, function]
-        source = row[("EXTEST", "SAMPLE", "INTEST").index(instruction)] if instruction in list(INSTRUCTIONS)[:3] else None
+        source = dict(zip(("EXTEST", "SAMPLE", "INTEST"), row)).get(instruction)
         return values["update"] if source == "UPD" else values[SIDES[function][source == "PO"]] if source else None
 
     def driven(self, instruction, values):
@@ -71,7 +79,7 @@ class Cell:
 
 def read_cells(folder):
     text = strip_comments((folder / "boundary_cells.lib").read_text())
-    return [Cell(name, re.findall(r"%(\w+)\s+(\S+?)\s*;", body))
+    return [Cell(name, dict(re.findall(r"%(\w+)\s+(\S+?)\s*;", body)))
             for name, body in re.findall(r"%SCAN_CELL\s+(\S+)\s*\{([^}]*)\}", text)]
 
 
@@ -83,22 +91,34 @@ def check_made(folder, work):
             yield f"{file}: not what make_cells.py writes"
 
 
-# ---- captures ---------------------------------------------------------------------------------------------------------
+# ---- captures ----------------------------------------------------------------------------------------
 
 def write_tops(cells, work):
-    """One module with all cells side by side, in both languages."""
-    outputs = [f"{cell.name}_{pin}" for cell in cells for pin in cell.outputs]
-    def joined(cell, form):
-        return ", ".join(form.format(pin, f"{cell.name}_{pin}" if pin in cell.outputs else pin) for pin in cell.pins)
+    """One module with all cells side by side, and behind each one another with a later clock, in both languages."""
+    outputs = [f"{cell.name}_{pin}" for cell in cells for pin in (*cell.outputs, "LATE")]
+    def joined(form, cell):
+        return ", ".join(form.format(port, f"{cell.name}_{pin}" if pin in cell.outputs else pin)
+                         for pin, port in cell.pins.items())
+    def late(form, cell):
+        nets = {"SI": f"{cell.name}_SO", "SO": f"{cell.name}_LATE", "CK": f"CK_{LATER}", "TCK": f"TCK_{LATER}"}
+        return ", ".join(form.format(port, nets.get(pin, pin)) for pin, port in cell.pins.items()
+                         if pin in nets or pin not in cell.outputs)
+    steps = [(clock, f"{clock}_{step - 1}" if step > 1 else clock, f"{clock}_{step}")
+             for clock in ("CK", "TCK") for step in range(1, LATER + 1)]
     (work / "tops.v").write_text(
         f"module tops ({', '.join(['input ' + pin for pin in INPUTS] + ['output ' + pin for pin in outputs])});\n"
-        + "".join(f"    {cell.name} u_{cell.name} ({joined(cell, '.{0}({1})')});\n" for cell in cells) + "endmodule\n")
-    ports = [f"{pin} : in std_logic" for pin in INPUTS] + [f"{pin} : out std_logic" for pin in outputs]
+        + "".join(f"    reg {later};\n    always @({clock}) {later} <= {clock};\n" for _, clock, later in steps)
+        + "".join(f"    {cell.name} u_{cell.name} ({joined('.{}({})', cell)});\n"
+                  f"    {cell.name} late_{cell.name} ({late('.{}({})', cell)});\n" for cell in cells) + "endmodule\n")
+    ports = [f"{pin} : in std_logic" for pin in INPUTS] + [f"{pin} : inout std_logic" for pin in outputs]
     (work / "tops.vhd").write_text(
         f"library ieee; use ieee.std_logic_1164.all;\nentity tops is port ({'; '.join(ports)}); end tops;\n"
-        "architecture all_cells of tops is\nbegin\n"
-        + "".join(f"  u_{cell.name} : entity work.{cell.name} port map ({joined(cell, '{0} => {1}')});\n" for cell in cells)
-        + "end all_cells;\n")
+        "architecture all_cells of tops is\n"
+        + "".join(f"  signal {later} : std_logic;\n" for _, _, later in steps) + "begin\n"
+        + "".join(f"  {later} <= {clock};\n" for _, clock, later in steps)
+        + "".join(f"  u_{cell.name} : entity work.{cell.name} port map ({joined('{} => {}', cell)});\n"
+                  f"  late_{cell.name} : entity work.{cell.name} port map ({late('{} => {}', cell)});\n"
+                  for cell in cells) + "end all_cells;\n")
     return outputs
 
 
@@ -106,7 +126,8 @@ class Steps:
     """The steps of the bench, and what has to be seen at the end of some of them."""
 
     def __init__(self, cells):
-        self.cells, self.now, self.steps, self.expect = cells, dict(IDLE, DI=0, SP=0, PAD_ON=0, M1=0, M2=0, HZ=0), [], []
+        self.cells, self.steps, self.expect = cells, [], []
+        self.now = {**dict.fromkeys(INPUTS, 0), **IDLE}
 
     def step(self, **changes):
         self.now.update(changes)
@@ -142,7 +163,7 @@ class Steps:
         self.scan(1, stage)
         self.step(**INSTRUCTIONS[instruction][0], **{pin: values[pin] for pin in DATA})
         self.idle()
-        self.see(label, lambda cell: {"SO": stage, **cell.driven(instruction, values)})
+        self.see(label, lambda cell: {"SO": stage, "LATE": values["update"], **cell.driven(instruction, values)})
         self.scan(0, 1 - stage)
         self.see(label + ", taken", lambda cell: {"SO": cell.taken(instruction, values),
                                                   **cell.driven(instruction, values)})
@@ -177,7 +198,7 @@ def check_captures(cells, folder, work):
                 yield f"{language}: {label}: {pin} is {answers[step][place[pin]]}, not {value}"
 
 
-# ---- gates ------------------------------------------------------------------------------------------------------------
+# ---- gates -------------------------------------------------------------------------------------------
 
 def check_gates(cells, folder, gates, work):
     """From VHDL the gates come by way of GHDL's own synthesis."""
@@ -186,8 +207,9 @@ def check_gates(cells, folder, gates, work):
         run(["ghdl", "--synth", "--out=verilog", cell.name], work, "synthesising the VHDL") for cell in cells))
     sources = {"Verilog": " ".join(str(folder / "verilog" / f"{cell.name}.v") for cell in cells), "VHDL": "from_vhdl.v"}
     for language, files in sources.items():
-        run(["yosys", "-q", "-p", f"read_liberty -lib {gates}; read_verilog {files}; proc; opt; techmap; opt; dfflibmap -liberty {gates}; "
-             f"abc -liberty {gates}; opt_clean; check -assert -mapped; write_json {language}.json"], work, "yosys")
+        run(["yosys", "-q", "-p", f"read_liberty -lib {gates}; read_verilog {files}; proc; opt; techmap; opt; "
+             f"dfflibmap -liberty {gates}; abc -liberty {gates}; opt_clean; check -assert -mapped; "
+             f"write_json {language}.json"], work, "yosys")
         modules = json.loads((work / f"{language}.json").read_text())["modules"]
         for cell in cells:
             yield from (f"{language}: {cell.name}: {fault}" for fault in gate_faults(cell, modules[cell.name]))

@@ -7,6 +7,10 @@
 #include "dftlang/scan_interface.hh"
 #include "guide/guide.hh"
 #include "guide/save.hh"
+#include "kit/liberty.hh"
+#include "kit/liberty_function.hh"
+#include "kit/package_list.hh"
+#include "kit/placement.hh"
 #include "sdb/navigation.hh"
 #include "sdb/sdb.hh"
 #include "siblings/edit_program.hh"
@@ -218,6 +222,40 @@ void read_answers() {
     });
 }
 
+// --- what drafts are made of
+
+void ask_function(const std::string &text) {
+    LIBERTY_FUNCTION function = liberty_function(text);
+    for (const std::string &pin : function.names)
+        for (LIBERTY_SENSE sense : {LIBERTY_SENSE::DIRECT, LIBERTY_SENSE::INVERTED}) {
+            bool follows = liberty_function_shows(function, pin, sense).when == LIBERTY_WHEN::ALWAYS;
+            if (follows != liberty_function_is(function, pin, sense))
+                __builtin_trap();
+        }
+    liberty_function_true_when_any(function);
+}
+
+void read_liberty() {
+    fuzz_run([] {
+        LIBERTY library;
+        liberty_read(library, "in.lib");
+        for (const auto &[name, cell] : library.cells)
+            for (const LIBERTY_PIN &pin : cell.pins) {
+                ask_function(pin.function);
+                ask_function(pin.three_state);
+            }
+    });
+}
+
+void read_lists() {
+    fuzz_run([] {
+        PLACEMENT placement = placement_read("in.def");
+        if (placement_ring(placement.components).size() != placement.components.size())
+            __builtin_trap();
+    });
+    fuzz_run([] { package_list_read("in.csv"); });
+}
+
 const FUZZ_READER readers[] = {
     {"lib", {"in.lib"}, read_lib, prepare_descriptions},
     {"bsc", {"in.bsc", "chip.pin", "chip.lib"}, read_bsc, prepare_descriptions},
@@ -231,6 +269,8 @@ const FUZZ_READER readers[] = {
     {"edit", {"in.cmd"}, read_edits, prepare_edits},
     {"verilog", {"in.v", "inc.v"}, read_verilog, make_cells},
     {"sdb", {"chip.sdb", "chip.asn"}, read_sdb, prepare_sdb},
+    {"liberty", {"in.lib", "inc.lib"}, read_liberty},
+    {"lists", {"in.def", "in.csv"}, read_lists},
     {"guide", {"answers", "chip.bsc", "chip.lib", "chip.pin"}, read_answers, make_keywords},
 };
 
