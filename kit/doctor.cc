@@ -6,6 +6,7 @@
 #include "kit/doctor.hh"
 
 #include "description/reader.hh"
+#include "description/tables.hh"
 #include "editing/insertion.hh"
 #include "kit/doctor_checks.hh"
 #include "kit/doctor_rules.hh"
@@ -37,12 +38,9 @@ constexpr KIT_OPTION OPTIONS[] = {
 
 /// The faults so far as findings; the collector is empty then.
 void take_findings(FAULT_COLLECTOR &faults, std::vector<FINDING> &findings) {
-    bool has_error = std::any_of(findings.begin(), findings.end(),
-                                 [](const FINDING &finding) { return finding.severity == FINDING_ERROR; });
-    std::vector<FINDING> found = findings_in_output(faults.text, faults.ended > 0 && !has_error);
+    std::vector<FINDING> found = findings_in_output(faults.text);
     findings.insert(findings.end(), found.begin(), found.end());
     faults.text.clear();
-    faults.ended = 0;
 }
 
 /// Tries a step. One that ended may have left a design open.
@@ -75,16 +73,9 @@ void read_liberty(const std::vector<std::string> &files, LIBERTY &library, std::
         KIT_PROGRESS progress("reading " + file);
         FAULT_COLLECTOR faults;
         if (!try_step([&] { liberty_read(library, file); }))
-            findings.push_back(make_finding("unreadable-liberty", file, file, 0, faults.text));
+            findings.push_back(make_finding("unreadable-liberty", file, file, 0,
+                                            faults.text.substr(0, faults.text.find('\n'))));
     }
-}
-
-/// A text of the collector without "ERROR: " and line end.
-void tidy(std::string &text) {
-    if (text.starts_with("ERROR: "))
-        text.erase(0, 7);
-    while (!text.empty() && text.back() == '\n')
-        text.pop_back();
 }
 
 /// Checks of one design while its flat form is open.
@@ -95,16 +86,30 @@ void look_at_design(const LIBERTY &library, std::vector<FINDING> &findings) {
         refine_finding(finding);
 }
 
+/// False when too little could be read for a look at the rest.
+bool read_descriptions(FAULT_COLLECTOR &faults, std::vector<FINDING> &findings) {
+    bsdft_init();
+    if (try_step([] { get_bs_dft_file(JTAG_LIB_FILE, JTAG_BSC_FILE, 0); }))
+        return true;
+    take_findings(faults, findings);
+    auto is_unread = [](const FINDING &finding) {
+        return finding.rule == "syntax" || finding.rule == "missing-file" || finding.rule == "run-error";
+    };
+    bool lib_is_unread = std::any_of(findings.begin(), findings.end(), [&](const FINDING &finding) {
+        return is_unread(finding) && finding.file != doctor_bsc_file() && finding.file != doctor_pin_file();
+    });
+    if (lib_is_unread) // what the .bsc file names can stand behind the fault
+        std::erase_if(findings, [](const FINDING &finding) { return finding.rule == "role-cell-unknown"; });
+    return DYNA_count(PIN_TABLE) > 0 && std::none_of(findings.begin(), findings.end(), is_unread);
+}
+
 void examine(const DOCTOR_CALL &call, bool with_design, const LIBERTY &library,
              std::vector<FINDING> &findings) {
     FAULT_COLLECTOR faults;
     find_description_files();
     try_step([&] { find_input_files(with_design); });
-    bool is_read = false;
-    if (JTAG_LIB_FILE != nullptr && JTAG_BSC_FILE != nullptr) {
-        bsdft_init();
-        is_read = try_step([] { get_bs_dft_file(JTAG_LIB_FILE, JTAG_BSC_FILE, 0); });
-    }
+    bool is_read =
+        JTAG_LIB_FILE != nullptr && JTAG_BSC_FILE != nullptr && read_descriptions(faults, findings);
     bool has_design = with_design && MODULE_SDB != nullptr && MODULE_C_SDB != nullptr;
     if (has_design)
         for (const char *file : {MODULE_SDB, MODULE_C_SDB})
@@ -179,8 +184,6 @@ std::vector<FINDING> doctor_findings(const DOCTOR_CALL &call) {
     set_up_search();
     LIBERTY library;
     read_liberty(call.liberty, library, findings);
-    for (FINDING &finding : findings)
-        tidy(finding.text);
     examine(call, !option(OPT_ADD_TAP_ONLY), library, findings);
     sdb_log_stream = log;
     bool has_error = std::any_of(findings.begin(), findings.end(),

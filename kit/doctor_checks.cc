@@ -45,7 +45,7 @@ bool has_opcode_of_ones(const INSTRUCTION &instruction) {
 }
 
 void check_instructions(std::vector<FINDING> &findings) {
-    std::string bsc = name_or_empty(JTAG_BSC_FILE);
+    std::string bsc = doctor_bsc_file();
     const INSTRUCTION *bypass = find_instruction("BYPASS");
     for (const INSTRUCTION &instruction : rows(INSTRUCTIONS)) {
         bool is_bypass = &instruction == bypass;
@@ -60,7 +60,7 @@ void check_instructions(std::vector<FINDING> &findings) {
 }
 
 void check_idcode(std::vector<FINDING> &findings) {
-    std::string code = name_or_empty(IDCODE_REG), bsc = name_or_empty(JTAG_BSC_FILE);
+    std::string code = name_or_empty(IDCODE_REG), bsc = doctor_bsc_file();
     auto add = [&](const std::string &text, const std::string &cure) {
         FINDING finding = make_finding("idcode", code, bsc, line_of_name(bsc, code), text);
         finding.cure = cure;
@@ -94,7 +94,7 @@ void check_idcode(std::vector<FINDING> &findings) {
 void check_group_size(std::vector<FINDING> &findings, int32_t cells) {
     if (TAP_CONTR == nullptr)
         return;
-    std::string lib = name_or_empty(JTAG_LIB_FILE);
+    std::string lib = doctor_lib_file();
     const struct {
         const char *keyword;
         int32_t size;
@@ -144,7 +144,7 @@ constexpr CELL_PIN CELL_PINS[] = {
 };
 
 void check_pins_of_cell(std::vector<FINDING> &findings, const SCAN_CELL &cell, const char *path) {
-    std::string lib = name_or_empty(JTAG_LIB_FILE);
+    std::string lib = doctor_lib_file();
     OPEN_DESIGN design(path);
     for (const CELL_PIN &row : CELL_PINS) {
         std::string pin = name_or_empty(without_minus(cell.*row.field));
@@ -193,9 +193,9 @@ void check_tables(std::vector<FINDING> &findings) {
     for (const OPIN_ROW &row : rows(OPIN_TAB))
         cells += row_gets_cells(row) ? 1 : 0;
     check_group_size(findings, cells);
-    if (PACKAGE_PIN_NUMBER > BS_PIN_COUNT && PIN_FILE != nullptr)
-        findings.push_back(make_finding("package-count", name_or_empty(PACKAGE_TYPE), PIN_FILE,
-                                        line_of_name(PIN_FILE, "%PACKAGE_TYPE"),
+    if (PACKAGE_PIN_NUMBER > BS_PIN_COUNT && BS_PIN_COUNT > 0)
+        findings.push_back(make_finding("package-count", name_or_empty(PACKAGE_TYPE), doctor_pin_file(),
+                                        line_of_name(doctor_pin_file(), "%PACKAGE_TYPE"),
                                         format_text("the package has %d pins, and the file rows for %d",
                                                     PACKAGE_PIN_NUMBER, BS_PIN_COUNT)));
 }

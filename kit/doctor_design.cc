@@ -33,7 +33,7 @@ std::string port_in_other_case(const std::string &name) {
 
 /// Names in the .bsc file that would be taken for those of new ports, or for none.
 void check_names(std::vector<FINDING> &findings) {
-    std::string bsc = name_or_empty(JTAG_BSC_FILE);
+    std::string bsc = doctor_bsc_file();
     auto check = [&](const char *given, const char *statement) {
         std::string name = name_or_empty(without_minus(given)), port = port_in_other_case(name);
         if (port.empty())
@@ -60,7 +60,7 @@ void check_test_ports(std::vector<FINDING> &findings) {
         auto row = std::find_if(pins.begin(), pins.end(), [&name](const PIN_ENTRY *pin) {
             return pin->top_name != nullptr && name == without_minus(pin->top_name);
         });
-        std::string pin_file = name_or_empty(PIN_FILE);
+        std::string pin_file = doctor_pin_file();
         if (row == pins.end())
             findings.push_back(
                 make_finding("unlisted-test-port", name, pin_file, 0,
@@ -75,7 +75,7 @@ void check_power(std::vector<FINDING> &findings) {
     for (const OPIN_ROW &row : rows(OPIN_TAB))
         if (row_gets_cells(row) && kit_is_power_name(row.port_name))
             findings.push_back(make_finding(
-                "power-in-chain", row.port_name, name_or_empty(PIN_FILE), PIN_TABLE[row.pin_index]->line,
+                "power-in-chain", row.port_name, doctor_pin_file(), PIN_TABLE[row.pin_index]->line,
                 format_text("'%s' has the name of a supply, and gets a boundary cell", row.port_name)));
 }
 
@@ -170,7 +170,7 @@ void check_enables(std::vector<FINDING> &findings, const BUFFER_CELL &pad, const
     for (const auto &enable : enables) {
         if (enable.other.empty() || !same_text_no_case(enable.named, enable.other.c_str()))
             continue;
-        std::string lib = name_or_empty(JTAG_LIB_FILE);
+        std::string lib = doctor_lib_file();
         FINDING finding =
             make_finding("enable-polarity", kind.cell, lib, line_of_name(lib, pad.name),
                          format_text("%s %s of pad %s is of the other polarity in %s", enable.keyword,
@@ -202,7 +202,7 @@ void check_pads(std::vector<FINDING> &findings, const LIBERTY &library) {
     std::map<PAD_PIN_STATE, std::vector<std::string>> pins; // that share their state
     for (const auto &[place, state] : ports)
         pins[state].push_back(place.second);
-    std::string lib = name_or_empty(JTAG_LIB_FILE);
+    std::string lib = doctor_lib_file();
     for (const auto &[state, names] : pins) {
         const BUFFER_CELL *pad = get_buffer(state.cell.c_str());
         findings.push_back(make_finding(
@@ -224,16 +224,19 @@ void check_tdo(std::vector<FINDING> &findings) {
     if (has_enable && TAP_CONTR->tdo_en != nullptr)
         return;
     findings.push_back(make_finding(
-        "tdo-release", row->port_name, name_or_empty(PIN_FILE), pin->line,
+        "tdo-release", row->port_name, doctor_pin_file(), pin->line,
         has_enable ? format_text("the TAP has no %%TDO_EN for the enable of pad %s of TDO", row->pad_class)
                    : format_text("pad %s of TDO has no enable", row->pad_class)));
 }
 
-/// The words between the quotes behind "port" in a message.
+/// The words between the quotes behind "port" at the end of a message.
 std::string traced_port(const std::string &text) {
-    size_t at = text.find("tracing port '");
-    at = at == text.npos ? at : at + std::char_traits<char>::length("tracing port '");
-    return at == text.npos ? "" : text.substr(at, text.find('\'', at) - at);
+    constexpr std::string_view WORD = "port '";
+    size_t at = text.find("while tracing ");
+    at = at == text.npos ? at : text.find(WORD, at);
+    return at == text.npos
+               ? ""
+               : text.substr(at + WORD.size(), text.find('\'', at + WORD.size()) - at - WORD.size());
 }
 
 /// The object next to a port, or -1.
@@ -247,7 +250,7 @@ int32_t object_at_port(const std::string &name) {
 void refine_undescribed(FINDING &finding) {
     for (const BUFFER_CELL *buffer : rows(BUFFER_TAB))
         if (same_text_no_case(buffer->name, finding.object.c_str())) {
-            std::string lib = name_or_empty(JTAG_LIB_FILE);
+            std::string lib = doctor_lib_file();
             finding.rule = "name-case";
             finding.file = lib;
             finding.line = line_of_name(lib, buffer->name);
@@ -264,22 +267,24 @@ void refine_undescribed(FINDING &finding) {
     if (class_id < 0)
         return;
     FINDING bond = make_finding("bond-pad", finding.object, finding.file, finding.line, finding.text);
-    bond.cure =
-        traced_port(finding.text) + " among the %SKIP_SIGNAL_NAMES of " + name_or_empty(JTAG_BSC_FILE);
+    bond.cure = traced_port(finding.text) + " among the %SKIP_SIGNAL_NAMES of " + doctor_bsc_file();
     finding = bond;
 }
 
-/// The switch of kalmverin that gives the port the direction of its pad.
-void refine_inout(FINDING &finding) {
-    int32_t obj = object_at_port(finding.object);
+/// A bidirectional port that stands on the one way of its pad: the switch of kalmverin that cures it.
+void refine_inout(FINDING &finding, const std::string &name) {
+    int32_t obj = object_at_port(name), port = SDB_nl_search_port(name.c_str());
     const BUFFER_CELL *pad = obj < 0 ? nullptr : get_buffer(object_class_name(obj));
-    int32_t port = SDB_nl_search_port(finding.object.c_str());
-    int32_t node = port < 0 ? -1 : find_adjacent_node(port_tab[port].node);
-    if (pad == nullptr || node < 0)
+    if (pad == nullptr)
         return;
-    bool is_input = same_text_no_case(node_pin_name(node), pad->input);
+    const char *pin = node_pin_name(find_adjacent_node(port_tab[port].node));
+    bool is_input = same_text_no_case(pin, pad->input);
+    if (!is_input && !same_text_no_case(pin, pad->output))
+        return;
+    std::string file = doctor_pin_file();
+    finding = make_finding("inout-on-one-way-pad", name, file, line_of_name(file, name), finding.text);
     finding.cure = format_text("read the netlist with kalmverin -as_%s %s", is_input ? "input" : "output",
-                               kit_bit(finding.object).base.c_str());
+                               kit_bit(name).base.c_str());
 }
 
 } // namespace
@@ -301,6 +306,8 @@ void refine_finding(FINDING &finding) {
     } else if (finding.rule == "undescribed-cell") {
         refine_undescribed(finding);
     } else if (finding.rule == "inout-on-one-way-pad") {
-        refine_inout(finding);
+        refine_inout(finding, finding.object);
+    } else if (finding.rule == "pad-lacks-pin") {
+        refine_inout(finding, traced_port(finding.text));
     }
 }

@@ -1,6 +1,7 @@
 #include "kit/doctor_rules.hh"
 
 #include "description/tables.hh"
+#include "support/faults.hh"
 #include "support/run_state.hh"
 #include "support/text.hh"
 
@@ -143,7 +144,8 @@ enum MESSAGE_PLACE {
     IN_PIN_FILE,
     IN_LIB_FILE,
     IN_BSC_FILE,
-    AT_TDO, ///< the row of TDO, which is the object
+    AT_TDO,  ///< the row of TDO, which is the object
+    IS_FILE, ///< the object is a file
 };
 
 /// A message of a run from its first word behind the severity and the file; `*` stands for any words. What
@@ -156,13 +158,15 @@ struct MESSAGE_ROW {
 };
 
 constexpr MESSAGE_ROW MESSAGES[] = {
-    {"can't find SDB file '*'", "missing-sdb", 1},
+    {"can't find SDB file '*'", "missing-sdb", 1, IS_FILE},
     {"Can't find file *.sdb", "missing-sdb", 1},
-    {"Can not find \"*\" file", "missing-sdb", 1},
-    {"can't find * file '*' in default", "missing-file", 2},
-    {"Can't open * file *", "missing-file", 2},
+    {"Can not find \"*\" file", "missing-sdb", 1, IS_FILE},
+    {"can't find * file '*' in default", "missing-file", 2, IS_FILE},
+    {"Can't open * file *", "missing-file", 2, IS_FILE},
     {"can't open pin file '*'", "missing-file", 1, IN_BSC_FILE},
-    {"can't open SDB file '*'", "damaged-sdb", 1},
+    {"can't open SDB file '*'", "damaged-sdb", 1, IS_FILE},
+    {"SDB *: (./*) ", "damaged-sdb", 2, IS_FILE},
+    {"SDB *'*'", "damaged-sdb", 2, IS_FILE},
     {"SDB *", "damaged-sdb", 0},
     {"Syntax *rror at *", "syntax", 0},
     {"yacc stack overflow", "syntax", 0},
@@ -209,6 +213,7 @@ constexpr MESSAGE_ROW MESSAGES[] = {
     {"enable '*' of pad '*' of port '*' stays on", "two-enables", 3, IN_PIN_FILE},
     {"%EN_H * of pad '*'(*) is driven by %HIGHZ_COMMAND '*'. The pad of port '*'", "highz-polarity", 5,
      IN_PIN_FILE},
+    {"Can't find Cell *.", "role-cell-unknown", 1},
     {"can't find %SCAN_CELL '*' for %BS_BUFFER", "role-cell-unknown", 1, IN_LIB_FILE},
     {"can't find scan cell * '*' in", "role-cell-unknown", 2, IN_BSC_FILE},
     {"can't find the scan cells for port '*'", "role-missing", 0},
@@ -222,6 +227,7 @@ constexpr MESSAGE_ROW MESSAGES[] = {
     {"can't find %INPUT in %BUFFER *.", "pad-lacks-pin", 1},
     {"can't find * in %BUFFER *, while tracing bidirectional port '*'", "pad-lacks-pin", 2},
     {"can't find * in %BUFFER *.", "pad-lacks-pin", 2},
+    {"can't find * in %BUFFER *", "pad-lacks-pin", 2},
     {"can't find * in DIFFERENTIAL BUFFER *", "pad-lacks-pin", 2},
     {"can't find %*INSTANCE_NAME in %TAP_MODULE. Using", "tap-default-name", 0},
     {"can't find %MODULE_NAME in %TAP_MODULE. Using", "tap-default-name", 0},
@@ -274,17 +280,19 @@ std::string without_here(const std::string &file) {
 
 /// The value of a word between the braces of a rule's text.
 std::string value_of(const std::string &word, const FINDING &finding, const std::vector<std::string> &words) {
-    auto text = [](const char *name) { return std::string(name != nullptr ? name : ""); };
+    const struct {
+        const char *word;
+        std::string name, otherwise;
+    } files[] = {{"lib", doctor_lib_file(), ".lib"},
+                 {"bsc", doctor_bsc_file(), ".bsc"},
+                 {"pin", doctor_pin_file(), ".pin"}};
     if (word == "object")
         return finding.object;
     if (word == "design")
         return TOP_MODULE;
-    if (word == "lib")
-        return JTAG_LIB_FILE != nullptr ? without_here(JTAG_LIB_FILE) : text(TOP_MODULE) + ".lib";
-    if (word == "bsc")
-        return JTAG_BSC_FILE != nullptr ? without_here(JTAG_BSC_FILE) : text(TOP_MODULE) + ".bsc";
-    if (word == "pin")
-        return PIN_FILE != nullptr ? text(PIN_FILE) : text(TOP_MODULE) + ".pin";
+    for (const auto &file : files)
+        if (word == file.word)
+            return file.name.empty() ? TOP_MODULE + file.otherwise : file.name;
     size_t number = word.size() == 1 && word[0] >= '1' && word[0] <= '9' ? word[0] - '0' : 0;
     return number > 0 && number <= words.size() ? words[number - 1] : "{" + word + "}";
 }
@@ -359,25 +367,27 @@ FINDING finding_of_message(MESSAGE message) {
         const char *rule = message.severity == ERROR ? "run-error" : "run-warning";
         return make_finding(rule, "", message.file, message.line, message.text);
     }
-    auto name = [](const char *text) { return std::string(text != nullptr ? text : ""); };
     std::string object = row->object > 0 ? words[static_cast<size_t>(row->object) - 1] : "";
-    std::string sought = object;
     switch (row->place) {
     case IN_ITS_FILE:
         break;
     case IN_PIN_FILE:
-        message.file = name(PIN_FILE);
+        message.file = doctor_pin_file();
         break;
     case IN_LIB_FILE:
-        message.file = name(JTAG_LIB_FILE);
+        message.file = doctor_lib_file();
         break;
     case IN_BSC_FILE:
-        message.file = name(JTAG_BSC_FILE);
+        message.file = doctor_bsc_file();
+        break;
+    case IS_FILE:
+        message.file = object;
         break;
     case AT_TDO:
-        message.file = name(PIN_FILE);
-        object = sought = name(GLOBAL_TDO);
+        message.file = doctor_pin_file();
+        object = GLOBAL_TDO != nullptr ? GLOBAL_TDO : "";
     }
+    std::string sought = object;
     if (std::string_view(row->rule) == "undescribed-cell") // the row of the port: the cell has no line yet
         sought = words[1];
     if (message.line == 0 && !message.file.empty() && !sought.empty())
@@ -416,6 +426,18 @@ const char *message_start(const char *line, FINDING_SEVERITY &severity) {
 
 const std::span<const DOCTOR_RULE> doctor_rules = RULES;
 
+std::string doctor_lib_file() {
+    return JTAG_LIB_FILE != nullptr ? without_here(JTAG_LIB_FILE) : "";
+}
+
+std::string doctor_bsc_file() {
+    return JTAG_BSC_FILE != nullptr ? without_here(JTAG_BSC_FILE) : "";
+}
+
+std::string doctor_pin_file() {
+    return PIN_FILE != nullptr ? without_here(PIN_FILE) : "";
+}
+
 FINDING make_finding(const char *rule, const std::string &object, const std::string &found, int32_t line,
                      const std::string &text, const std::vector<std::string> &words) {
     std::string file = without_here(found);
@@ -430,10 +452,10 @@ FINDING make_finding(const char *rule, const std::string &object, const std::str
     return {ERROR, rule, file, line, object, text};
 }
 
-std::vector<FINDING> findings_in_output(const std::string &output, bool ended) {
+std::vector<FINDING> findings_in_output(const std::string &output) {
     std::vector<MESSAGE> messages;
     std::string last_line;
-    bool goes_on = false, has_error = false;
+    bool goes_on = false;
     for (size_t at = 0; at < output.size();) {
         size_t end = std::min(output.find('\n', at), output.size());
         std::string line = output.substr(at, end - at);
@@ -442,19 +464,22 @@ std::vector<FINDING> findings_in_output(const std::string &output, bool ended) {
         FINDING_SEVERITY severity = ERROR;
         if (blanks == line.npos) {
             goes_on = false;
+        } else if (line == END_MARK) {
+            if (!last_line.empty())
+                messages.push_back({ERROR, "", 0, last_line});
+            last_line.clear();
         } else if (const char *start = message_start(line.c_str() + blanks, severity); start != nullptr) {
             messages.push_back({severity, "", 0, start});
             goes_on = true;
-            has_error = has_error || severity == ERROR;
+            last_line.clear();
         } else if (goes_on && blanks > 0 && line[blanks] != '-' && line[blanks] != '.') {
             messages.back().text += " " + line.substr(blanks);
         } else {
             goes_on = false; // what is being done: " - Synthesizing ...", "    .Editing ..."
-            last_line = line.substr(blanks);
+            last_line = line[blanks] == '-' || line[blanks] == '.' ? "" : line.substr(blanks);
         }
     }
-    if (ended && !has_error && !last_line.empty())
-        messages.push_back({ERROR, "", 0, last_line});
+
     std::vector<FINDING> findings;
     for (MESSAGE &message : messages) {
         std::string text; // one blank between words

@@ -23,10 +23,15 @@ extern const std::span<const DOCTOR_RULE> doctor_rules;
 FINDING make_finding(const char *rule, const std::string &object, const std::string &file, int32_t line,
                      const std::string &text, const std::vector<std::string> &words = {});
 
+/// The description files as findings name them; empty before they are known.
+std::string doctor_lib_file();
+std::string doctor_bsc_file();
+std::string doctor_pin_file();
+
 /// The line of a name in a description file: where its block begins, else where it stands first; for a port
 /// in the pin file that of its row. 0 when it does not stand there.
 int32_t line_of_name(const std::string &file, const std::string &name);
 
-/// The findings in what steps of a run have printed. `ended` says that one of them has ended the run, which
-/// makes its last line an error where it names itself none.
-std::vector<FINDING> findings_in_output(const std::string &output, bool ended);
+/// The findings in what steps of a run have printed. A line in front of an END_MARK (support/faults.hh) is an
+/// error also where it does not call itself one.
+std::vector<FINDING> findings_in_output(const std::string &output);

@@ -49,7 +49,9 @@ std::string full_search_list(const fs::path &scratch) {
     std::string relative = FNM_list_with_folder(PATH);
     for (size_t at = 0; at < relative.size();) {
         size_t end = std::min(relative.find(':', at), relative.size());
-        std::string folder = fs::absolute(relative.substr(at, end - at)).lexically_normal().string() + ":";
+        std::string folder = fs::absolute(relative.substr(at, end - at)).lexically_normal().string();
+        folder.erase(folder.find_last_not_of('/') + 1);
+        folder += ":";
         if (folder == own_library)
             list += (scratch / "lib").string() + ":";
         if (end > at)
@@ -101,7 +103,7 @@ void try_run(std::vector<FINDING> &findings, const std::vector<std::string> &swi
                            " && VELMORA_DIRS=" + shell_word(full_search_list(scratch.path)) + " rimweave " +
                            shell_word(TOP_MODULE) + words + " > .output 2>&1");
     std::string output = with_user_names(TOOL_read_file((scratch.path / ".output").string()), scratch.path);
-    std::vector<FINDING> said = findings_in_output(output, status != 0);
+    std::vector<FINDING> said = findings_in_output(output);
     bool has_error = false;
     for (const FINDING &finding : said)
         has_error |= finding.severity == FINDING_ERROR;

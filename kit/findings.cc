@@ -1,6 +1,7 @@
 #include "kit/findings.hh"
 
 #include "kit/command.hh"
+#include "kit/json.hh"
 #include "kit/progress.hh"
 #include "support/text.hh"
 
@@ -31,12 +32,12 @@ void sort_findings(std::vector<FINDING> &findings) {
     std::stable_sort(findings.begin(), findings.end(), [](const FINDING &a, const FINDING &b) {
         return std::tie(a.severity, a.file, a.line) < std::tie(b.severity, b.file, b.line);
     });
-    std::set<std::tuple<std::string, std::string, std::string, std::string>> seen;
+    std::set<std::tuple<std::string, std::string, int32_t, std::string, std::string>> seen;
     std::erase_if(findings, [&seen](const FINDING &finding) {
         // A finding about no object is known by its text.
         const std::string &detail = finding.object.empty() ? finding.text : finding.object;
         bool is_general = finding.rule == "run-error" || finding.rule == "run-warning";
-        return !seen.insert({finding.rule, finding.file, detail, is_general ? finding.text : ""}).second;
+        return !seen.insert({finding.rule, finding.file, finding.line, detail, is_general ? finding.text : ""}).second;
     });
 }
 
@@ -64,29 +65,16 @@ std::string findings_text(const std::vector<FINDING> &findings) {
     return text + "\n";
 }
 
-std::string json_string(const std::string &text) {
-    std::string quoted = "\"";
-    for (unsigned char c : text)
-        if (c == '"' || c == '\\')
-            quoted += {'\\', static_cast<char>(c)};
-        else if (c < 0x20 || c >= 0x7f) // names of other alphabets come as bytes of no known code
-            quoted += format_text("\\u%04x", c);
-        else
-            quoted += static_cast<char>(c);
-    return quoted + "\"";
-}
-
 std::string findings_json(const std::vector<FINDING> &findings) {
     std::string text = "[";
     for (const FINDING &finding : findings) {
-        text +=
-            format_text("%s\n  {\"severity\": \"%s\", \"rule\": %s, \"file\": %s, \"line\": %d",
-                        text.size() == 1 ? "" : ",", SEVERITIES[finding.severity].word,
-                        json_string(finding.rule).c_str(), json_string(finding.file).c_str(), finding.line);
+        text += format_text("%s\n  {\"severity\": \"%s\", \"rule\": %s, \"file\": %s, \"line\": %d",
+                            text.size() == 1 ? "" : ",", SEVERITIES[finding.severity].word,
+                            json_text(finding.rule).c_str(), json_text(finding.file).c_str(), finding.line);
         for (const auto &[name, value] :
              {std::pair{"object", &finding.object}, std::pair{"text", &finding.text},
               std::pair{"effect", &finding.effect}, std::pair{"cure", &finding.cure}})
-            text += format_text(", \"%s\": %s", name, json_string(*value).c_str());
+            text += format_text(", \"%s\": %s", name, json_text(*value).c_str());
         text += "}";
     }
     return text + (findings.empty() ? "]\n" : "\n]\n");

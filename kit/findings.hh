@@ -19,7 +19,7 @@ struct FINDING {
     std::string cure{};   ///< the line to add or to change
 };
 
-/// Sorts by severity, file and line, and drops what is said twice: one rule on one object in one file.
+/// Sorts by severity, file and line, and drops what is said twice: one rule on one object at one place.
 void sort_findings(std::vector<FINDING> &findings);
 
 /// "FILE:LINE: error: text [rule]" with effect and cure below, and a line of counts.
@@ -29,6 +29,3 @@ std::string findings_json(const std::vector<FINDING> &findings);
 
 /// KIT_FINDINGS with an error or a warning, else KIT_DONE.
 int findings_status(const std::vector<FINDING> &findings);
-
-/// A text as a JSON string, with its quotes.
-std::string json_string(const std::string &text);

@@ -145,7 +145,7 @@ void warn_of_unlisted_ports() {
         const PIN_ENTRY *pin = PIN_TABLE[row.pin_index];
         int32_t port = SDB_nl_search_port(row.port_name);
         if (port < 0 && !skip_signal(pin->top_name) && !is_internal_pin(pin) && !is_observe_pin(pin))
-            port = find_iport(row.port_name);
+            try_step([&port, &row] { port = find_iport(row.port_name); });
         if (port >= 0)
             is_listed[port] = 1;
     }

@@ -16,6 +16,9 @@ struct END_OF_STEP {
     int status; ///< that the process would have had
 };
 
+/// Stands on a line of its own.
+constexpr std::string_view END_MARK = "\001";
+
 /// One at a time.
 class FAULT_COLLECTOR {
   public:
@@ -24,9 +27,7 @@ class FAULT_COLLECTOR {
     FAULT_COLLECTOR(const FAULT_COLLECTOR &) = delete;
     FAULT_COLLECTOR &operator=(const FAULT_COLLECTOR &) = delete;
 
-    std::string text;     ///< all that was printed
-    int32_t ended = 0;    ///< steps that ended before their end
-    int32_t ended_at = 0; ///< status of the last of them
+    std::string text; ///< all that was printed, with a line END_MARK where a step ended before its end
 };
 
 /// The one that lives, or null: there is none in a run.
@@ -44,9 +45,8 @@ template <class STEP> bool try_step(const STEP &step) {
     try {
         step();
         return true;
-    } catch (const END_OF_STEP &end) {
-        ++fault_collector->ended;
-        fault_collector->ended_at = end.status;
+    } catch (const END_OF_STEP &) {
+        fault_collector->text.append("\n").append(END_MARK).append("\n");
         return false;
     }
 }
