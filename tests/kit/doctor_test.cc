@@ -214,7 +214,9 @@ TEST_F(Doctor, BadFilesGetTheirMessage) {
         std::string text;
         FOUND found;
     } cases[] = {
-        {"chip.c.sdb", design.substr(0, design.size() / 2), {"chip.c.sdb error damaged-sdb"}},
+        {"chip.c.sdb",
+         design.substr(0, design.size() / 2),
+         {"chip.c.sdb error damaged-sdb", " error damaged-sdb"}},
         {"chip.c.sdb", "", {"chip.c.sdb error damaged-sdb"}},
         {"chip.lib",
          std::string("\x7f"
