@@ -128,16 +128,19 @@ void examine(const DOCTOR_CALL &call, bool with_design, const LIBERTY &library,
 }
 
 /// Sets the switches. Those that only say where files go are left out of `kept`.
-void take_switches(const std::vector<std::string> &switches, std::vector<std::string> &kept) {
+void take_switches(const std::vector<std::string> &switches, std::vector<std::string> &kept,
+                   std::string &opath) {
     for (size_t i = 0; i < switches.size(); ++i) {
         const RUN_SWITCH *known = find_switch(switches[i].c_str() + 1);
         if (known == nullptr || known->index == OPT_GUIDELINE)
             kit_usage_fault("rimweave has no switch '" + switches[i] + "' for a run that could be looked at");
         JTAG_OPTION[known->index] = known->has_directory ? 0 : 1;
-        if (known->has_directory)
-            ++i;
-        else
+        if (!known->has_directory)
             kept.push_back(switches[i]);
+        else if (++i < switches.size())
+            opath = switches[i];
+        else
+            kit_usage_fault(switches[i - 1] + " takes a folder");
     }
     if (!option(OPT_ADD_TAP) && !option(OPT_ADD_TAP_ONLY) && !option(OPT_ADD_BCM)) {
         JTAG_OPTION[OPT_ADD_TAP] = 1;
@@ -177,7 +180,8 @@ int run_doctor(const KIT_CALL &call) {
 std::vector<FINDING> doctor_findings(const DOCTOR_CALL &call) {
     std::vector<FINDING> findings;
     std::vector<std::string> switches;
-    take_switches(call.switches, switches);
+    std::string opath;
+    take_switches(call.switches, switches, opath);
     take_design(call.design.c_str());
     add_own_folder_to_path();
     std::FILE *log = std::exchange(sdb_log_stream, nullptr);
@@ -185,6 +189,7 @@ std::vector<FINDING> doctor_findings(const DOCTOR_CALL &call) {
     LIBERTY library;
     read_liberty(call.liberty, library, findings);
     examine(call, !option(OPT_ADD_TAP_ONLY), library, findings);
+    check_folders(findings, opath);
     sdb_log_stream = log;
     bool has_error = std::any_of(findings.begin(), findings.end(),
                                  [](const FINDING &finding) { return finding.severity == FINDING_ERROR; });

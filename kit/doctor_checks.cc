@@ -12,7 +12,9 @@
 #include "support/run_state.hh"
 #include "support/text.hh"
 
+#include <filesystem>
 #include <set>
+#include <unistd.h>
 
 namespace {
 
@@ -184,6 +186,21 @@ void check_files(std::vector<FINDING> &findings, const std::vector<std::string> 
         if (file != nullptr && is_outdated(file, sources))
             findings.push_back(
                 make_finding("stale-sdb", file, file, 0, "it is older than the netlist it was made from"));
+}
+
+void check_folders(std::vector<FINDING> &findings, const std::string &opath) {
+    for (const std::string &folder :
+         {std::string("."), std::string("lib"), std::string(RIMWEAVE_OPATH), opath}) {
+        bool is_optional = folder == "lib" || folder == RIMWEAVE_OPATH; // there, or made by the run
+        std::error_code missing;
+        bool exists = std::filesystem::exists(folder, missing);
+        if (folder.empty() || (is_optional && !exists))
+            continue;
+        if (!std::filesystem::is_directory(folder, missing) || ::access(folder.c_str(), W_OK | X_OK) != 0)
+            findings.push_back(
+                make_finding("unwritable-folder", folder, folder, 0,
+                             exists ? "this folder can't be written" : "there is no such folder"));
+    }
 }
 
 void check_tables(std::vector<FINDING> &findings) {

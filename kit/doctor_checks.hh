@@ -9,6 +9,8 @@
 
 /// Ages of the design's files and of its netlists.
 void check_files(std::vector<FINDING> &findings, const std::vector<std::string> &netlists);
+/// The folders that a run writes into; `opath` is that of -opath, or empty.
+void check_folders(std::vector<FINDING> &findings, const std::string &opath);
 /// The description tables alone: instructions, IDCODE, package, group sizes.
 void check_tables(std::vector<FINDING> &findings);
 /// The pins that the library file names in the boundary cells, against the cells.

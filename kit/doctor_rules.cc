@@ -18,6 +18,8 @@ constexpr DOCTOR_RULE RULES[] = {
     {"missing-sdb", ERROR, "what it holds can't be looked at or wired",
      "kalmverin -lib CELLS.v -opath lib for a cell, kalmverin {design}.v for the design"},
     {"damaged-sdb", ERROR, "the design can't be read", "read the netlist again: kalmverin {design}.v"},
+    {"unwritable-folder", ERROR, "the run ends: it can't write what it makes",
+     "make the folder, or its permissions such that it can be written"},
     {"stale-sdb", WARNING, "the cells go into the chip as it was, not as it is",
      "kalmverin {design}.v, with the switches of the first time"},
     {"syntax", ERROR, "the reading of this file ends here; what stands behind it has not been looked at",
@@ -79,28 +81,29 @@ constexpr DOCTOR_RULE RULES[] = {
      ""},
     {"highz-polarity", ERROR, "HIGHZ turns the pad on instead of off",
      "a %HIGHZ_COMMAND with a leading '-' in {lib}"},
-    {"add-pad", ERROR, "the run ends: there is no pad that it could add", "{1} CELL; in {bsc}"},
+    {"add-pad", ERROR, "the run ends: there is no pad that it could add", "{keyword} CELL; in {bsc}"},
     // Cells
     {"role-missing", ERROR, "the run ends: a port needs a cell of this role",
-     "{1} CELL; among the %SCAN_CELLS of {bsc}"},
+     "{keyword} CELL; among the %SCAN_CELLS of {bsc}"},
     {"role-cell-unknown", ERROR, "the run ends: nothing tells what the cell is",
      "%SCAN_CELL {object} { ... } in {lib}, or another cell in %SCAN_CELLS of {bsc}"},
     {"cell-lacks-pin", ERROR, "the cell would hang in the chain without this pin",
-     "{1} PIN; in the block of {object} in {lib}"},
+     "{keyword} PIN; in the block of {object} in {lib}"},
     {"cell-pin-unknown", ERROR, "the wire to this pin is refused or goes nowhere: the chain is broken",
      "write the pin as the cell's Verilog has it"},
     {"cell-mode", WARNING, "the cell can't hold its pad, or its mode pin stays open",
      "see the block of the cell in {lib}"},
     // The TAP
     {"tap-lacks-pin", ERROR, "the cells need a signal that the TAP does not have",
-     "{1} PORT; in %TAP_CONTROLLER of {lib}"},
+     "{keyword} PORT; in %TAP_CONTROLLER of {lib}"},
     {"tap-default-name", NOTE, "the TAP's port gets the usual name", "name it in %TAP_CONTROLLER of {lib}"},
     {"tap-name", ERROR, "no tool would read the TAP's RTL", "another name in %TAP_CONTROLLER of {lib}"},
     {"tap-buffer", ERROR, "the trees of the control signals can't be built",
      "a %BUFFER with %INPUT and %OUTPUT in {lib} for the TAP's %SIGNAL_BUFFER or %INV_BUFFER"},
     {"tap-polarity", WARNING, "the signal reaches the cells upside down", "the name without '-' in {lib}"},
     {"tap-instance", ERROR, "the run ends: there is no place for the TAP", "see %INSTANCE_NAME in {bsc}"},
-    {"test-port-undeclared", ERROR, "the run ends: the TAP would have no such pin", "{1} PORT; in {bsc}"},
+    {"test-port-undeclared", ERROR, "the run ends: the TAP would have no such pin",
+     "{keyword} PORT; in {bsc}"},
     {"unlisted-test-port", WARNING, "the port is in the design, but the TAP is not wired to its pad",
      "a row NUMBER NAME {object} DIRECTION in {pin}, and {object} among the %SKIP_SIGNAL_NAMES of {bsc}"},
     {"test-port-in-chain", WARNING, "the test port gets a boundary cell, which cuts it off",
@@ -290,6 +293,12 @@ std::string value_of(const std::string &word, const FINDING &finding, const std:
         return finding.object;
     if (word == "design")
         return TOP_MODULE;
+    if (word == "keyword") {
+        size_t mark = finding.text.find('%');
+        return mark == finding.text.npos
+                   ? ""
+                   : finding.text.substr(mark, finding.text.find_first_of(" ,.;", mark) - mark);
+    }
     for (const auto &file : files)
         if (word == file.word)
             return file.name.empty() ? TOP_MODULE + file.otherwise : file.name;

@@ -9,7 +9,7 @@
 #include <vector>
 
 /// A rule: a section of docs/rimkit_doctor.md. Its texts may hold {object}, {design}, {lib}, {bsc} and {pin}
-/// for names, and {1}, {2} ... for the words of a message.
+/// for names, {1}, {2} ... for the words of a message, and {keyword} for the first %WORD in it.
 struct DOCTOR_RULE {
     const char *name;
     FINDING_SEVERITY severity; ///< of a finding that is no error of a run

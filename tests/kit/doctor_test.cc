@@ -37,7 +37,7 @@ class Doctor : public ::testing::Test {
 
 TEST_F(Doctor, ACleanChipIsCleanAndItsRunEnds) {
     folder.lay_out(usual_chip());
-    for (const char *switches : {"", " -vhdl -opath nowhere", " -synch"}) {
+    for (const char *switches : {"", " -vhdl -opath lib", " -synch"}) {
         run_result result = examine(std::string("chip") + switches);
         EXPECT_EQ(result.status, 0) << result.out << result.err;
         EXPECT_FALSE(folder.scratch.has("rimweave_lib"));
@@ -90,7 +90,10 @@ const FAULT FAULTS[] = {
     {"power_in_the_chain",
      {{"chip.v", "y, z)", "y, VDD)"}, {"chip.v", "PAD(z)", "PAD(VDD)"}, {"chip.pin", "Z z", "Z VDD"}},
      {"chip.pin:6 warning power-in-chain"}},
-    {"no_control_cell", {{"chip.bsc", "%CONTROL_SCAN BC_CTL;", ""}}, {"chip.bsc error role-missing"}},
+    {"no_control_cell",
+     {{"chip.bsc", "%CONTROL_SCAN BC_CTL;", ""}},
+     {"chip.bsc error role-missing"},
+     "%CONTROL_SCAN CELL; among the %SCAN_CELLS of chip.bsc"},
     {"role_without_block",
      {{"chip.bsc", "%BIDIR_SCAN BC_BI", "%BIDIR_SCAN BC_NO"}},
      {"chip.bsc:8 error role-cell-unknown", "chip.bsc:8 error role-missing"}},
@@ -241,6 +244,7 @@ TEST_F(Doctor, BadFilesGetTheirMessage) {
         scratch.run("touch -d '1 hour' chip.v; " RW_BIN_DIR "/rimkit doctor chip | grep -c stale-sdb").out,
         "2\n");
     EXPECT_EQ(scratch.run("TMPDIR=/nowhere " RW_BIN_DIR "/rimkit doctor chip").status, 255);
+    EXPECT_EQ(found_in(examine("chip -opath nowhere").out), FOUND{"nowhere error unwritable-folder"});
     EXPECT_EQ(examine("chip -no_such").status, 2);
     scratch.run("mkdir empty");
     run_result result = scratch.run("cd empty; " RW_BIN_DIR "/rimkit doctor chip");
