@@ -240,11 +240,11 @@ TEST_F(Doctor, BadFilesGetTheirMessage) {
         EXPECT_EQ(found_in(result.out), bad.found) << result.out << result.err;
         scratch.write(bad.file, before);
     }
+    EXPECT_EQ(found_in(examine("chip -opath nowhere").out), FOUND{"nowhere error unwritable-folder"});
     EXPECT_EQ(
         scratch.run("touch -d '1 hour' chip.v; " RW_BIN_DIR "/rimkit doctor chip | grep -c stale-sdb").out,
         "2\n");
     EXPECT_EQ(scratch.run("TMPDIR=/nowhere " RW_BIN_DIR "/rimkit doctor chip").status, 255);
-    EXPECT_EQ(found_in(examine("chip -opath nowhere").out), FOUND{"nowhere error unwritable-folder"});
     EXPECT_EQ(examine("chip -no_such").status, 2);
     scratch.run("mkdir empty");
     run_result result = scratch.run("cd empty; " RW_BIN_DIR "/rimkit doctor chip");
