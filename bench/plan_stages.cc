@@ -58,7 +58,6 @@ int main(int argc, char **argv) {
         check_scan_cells();
     });
     timed("opening", [] { open_sdb_file(MODULE_C_SDB); });
-    init_multi_io_tables();
     timed("fields", [] {
         rimweave_init();
         check_necessary_fields();

@@ -37,7 +37,7 @@ const char *bs_pin_direction(int32_t row) {
 }
 
 bool bs_internal_word(const char *package_name) {
-    return same_text(package_name, "INTERNAL");
+    return same_text(package_name, "INTERNAL") || bs_observe_word(package_name);
 }
 
 bool bs_observe_word(const char *package_name) {

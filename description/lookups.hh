@@ -30,7 +30,8 @@ bool trans_buffer(const char *name);
 const char *bs_pin_name(int32_t row);
 const char *bs_pin_direction(int32_t row);
 
-/// True for the package names that mark a row of the pin file as an internal cell: INTERNAL, and OBSERVE,
-/// which may be written OBSERVE_ONLY too. False for null.
+/// True for the package names that mark a row of the pin file as a cell inside the core: INTERNAL, and those
+/// of a cell that only watches. False for null.
 bool bs_internal_word(const char *package_name);
+/// True for the latter: OBSERVE and OBSERVE_ONLY, which mean the same.
 bool bs_observe_word(const char *package_name);

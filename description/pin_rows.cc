@@ -110,7 +110,7 @@ void pin_package_column(PIN_READING &reading, const char *name) {
     check_index(reading, name, current_row(reading).line);
     current_row(reading).package_name = name;
     // The words that mark the rows of internal cells are no names.
-    if (!bs_internal_word(name) && !bs_observe_word(name))
+    if (!bs_internal_word(name))
         check_repeat(reading, reading.package_names, name, name);
 }
 

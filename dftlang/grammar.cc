@@ -28,17 +28,6 @@ constexpr TOKEN_WORD token_words[] = {
     {"pin-name", TOKEN_NAME, IDENT_NODE, SHAPE_PIN_NAME},
 };
 
-struct NUMBERED_TOKEN {
-    std::string_view word;
-    int32_t token;
-};
-
-constexpr NUMBERED_TOKEN numbered_tokens[] = {
-    {"%SCAN_SELECT_#", TOKEN_SCAN_SELECT_N},     {"%BIST_CLOCK_#", TOKEN_BIST_CLOCK_N},
-    {"%BIST_SELECT_#", TOKEN_BIST_SELECT_N},     {"%FOLD_SCAN_IN_#", TOKEN_FOLD_SCAN_IN_N},
-    {"%FOLD_SCAN_OUT_#", TOKEN_FOLD_SCAN_OUT_N},
-};
-
 /// Keys are texts of the table.
 struct COMPILER {
     std::vector<BLOCK> blocks;
@@ -75,10 +64,6 @@ int32_t block_id(std::string_view name) {
 
 /// Token of a word that is not of the table's own language. What the table uses is a keyword.
 int32_t word_token_number(std::string_view word) {
-    for (const NUMBERED_TOKEN &row : numbered_tokens) {
-        if (row.word == word)
-            return row.token;
-    }
     if (word == "name")
         return TOKEN_NAME;
     if (word[0] != '%' && !std::isupper(static_cast<unsigned char>(word[0])))
@@ -152,14 +137,9 @@ void add_first(SHAPE &shape) {
     }
 }
 
-SHAPE token_shape(int32_t token, bool with_leaf, SCAN_KIND leaf, SHAPE_KIND kind = SHAPE_TOKEN) {
-    SHAPE shape;
-    shape.kind = kind;
-    shape.token = token;
-    shape.with_leaf = with_leaf;
-    shape.node = leaf;
-    add_first(shape);
-    return shape;
+SHAPE token_shape(int32_t token, bool with_leaf = false, SCAN_KIND leaf = DUMMY,
+                  SHAPE_KIND kind = SHAPE_TOKEN) {
+    return {.kind = kind, .token = token, .with_leaf = with_leaf, .node = leaf};
 }
 
 SHAPE SHAPE_READER::choice() {
@@ -185,12 +165,11 @@ SHAPE SHAPE_READER::sequence() {
 
 SHAPE SHAPE_READER::element() {
     SHAPE made = plain_element();
+    add_first(made);
     if (!rest.starts_with('*'))
         return made;
     rest.remove_prefix(1);
-    SHAPE repeat;
-    repeat.kind = SHAPE_REPEAT;
-    repeat.parts.push_back(std::move(made));
+    SHAPE repeat = {.kind = SHAPE_REPEAT, .parts = {std::move(made)}};
     add_first(repeat);
     return repeat;
 }
@@ -201,33 +180,27 @@ SHAPE SHAPE_READER::plain_element() {
         made = choice();
         need(")");
     } else if (take("[")) {
-        made.kind = SHAPE_OPTION;
-        made.parts.push_back(choice());
+        made = {.kind = SHAPE_OPTION, .parts = {choice()}};
         need("]");
-        add_first(made);
     } else if (take("{")) {
-        made.kind = SHAPE_BODY;
-        made.block = block_id(word());
+        made = {.kind = SHAPE_BODY, .block = block_id(word())};
         need("}");
-        add_first(made);
     } else if (take("<")) {
-        made.kind = SHAPE_NODE;
-        made.node = kind_of(word());
-        made.parts.push_back(choice());
+        SCAN_KIND node = kind_of(word());
+        made = {.kind = SHAPE_NODE, .node = node, .parts = {choice()}};
         need(">");
-        add_first(made);
     } else if (take("'")) {
-        made = token_shape(rest[0], false, DUMMY);
+        made = token_shape(rest[0]);
         rest.remove_prefix(1);
         need("'");
     } else if (take("=>")) {
-        made = token_shape(TOKEN_ARROW, false, DUMMY);
+        made = token_shape(TOKEN_ARROW);
     } else if (take("@")) {
         made = token_shape(word_token_number(word()), true, IDENT_NODE);
     } else if (is_word_character(rest[0])) {
         made = word_element();
     } else {
-        made = token_shape(rest[0], false, DUMMY);
+        made = token_shape(rest[0]);
         rest.remove_prefix(1);
     }
     return made;
@@ -242,7 +215,7 @@ SHAPE SHAPE_READER::word_element() {
     auto found = compiler().shapes.find(text);
     if (found != compiler().shapes.end())
         return found->second;
-    return token_shape(word_token_number(text), false, DUMMY);
+    return token_shape(word_token_number(text));
 }
 
 /// The mark `name` behind a statement, with or without a text in parentheses.
@@ -271,37 +244,45 @@ SCAN_KIND list_kind(SCAN_KIND kind) {
     return found == compiler().kinds.end() ? DUMMY : found->second;
 }
 
-void add_statement(int32_t block, std::string_view line) {
-    size_t marks_at = line.find(" #");
-    std::string_view marks = marks_at == std::string_view::npos ? std::string_view() : line.substr(marks_at);
-    SHAPE_READER reader{line.substr(0, marks_at)};
-    reader.skip_blanks();
+/// The statement of one keyword, with the shape and the marks of its line.
+STATEMENT statement_of(std::string_view keyword, const SHAPE &shape, std::string_view marks) {
     STATEMENT made = {};
-    std::string_view keyword = reader.word();
     made.keyword = keyword;
-    int32_t token = word_token_number(keyword);
+    made.shape = shape;
     MARK as = find_mark(marks, "#as");
-    std::string own_kind = made.keyword.substr(made.keyword[0] == '%' ? 1 : 0) + "_NODE";
+    std::string own_kind = made.keyword.substr(keyword[0] == '%' ? 1 : 0) + "_NODE";
     made.kind = kind_of(as.stands ? as.text : std::string_view(own_kind));
-    made.shape = reader.sequence();
-    if (!reader.rest.empty())
-        tree_error();
+    made.warns_again = find_mark(marks, "#1").stands;
     MARK list = find_mark(marks, "#list");
-    bool collects = find_mark(marks, "#n").stands;
-    made.repetition = collects                        ? REPEATS_INTO_LIST
-                      : find_mark(marks, "#1").stands ? REPEATS_WITH_WARNING
-                                                      : REPEATS_SILENTLY;
-    made.list = !collects ? DUMMY : list.stands ? kind_of(list.text) : list_kind(made.kind);
+    if (find_mark(marks, "#n").stands)
+        made.list = list.stands ? kind_of(list.text) : list_kind(made.kind);
+    else
+        made.list = DUMMY;
     made.with_text = find_mark(marks, "#text").stands;
     MARK needed = find_mark(marks, "#need");
     if (needed.stands)
         made.needed = needed.text.empty() ? keyword : needed.text;
-    BLOCK &owner = compiler().blocks[static_cast<size_t>(block)];
-    owner.is_checked = owner.is_checked || needed.stands;
-    owner.by_token[token].push_back(owner.statements.size());
-    owner.statements.push_back(std::move(made));
-    if (owner.statements.size() > most_statements)
+    return made;
+}
+
+void add_statements(int32_t number, std::string_view line) {
+    size_t marks_at = line.find(" #");
+    std::string_view marks = marks_at == std::string_view::npos ? std::string_view() : line.substr(marks_at);
+    SHAPE_READER reader{line.substr(0, marks_at)};
+    std::vector<std::string_view> keywords;
+    do {
+        reader.skip_blanks();
+        keywords.push_back(reader.word());
+    } while (reader.take(","));
+    SHAPE shape = reader.sequence();
+    BLOCK &block = compiler().blocks[static_cast<size_t>(number)]; // found behind the bodies of the shape
+    if (!reader.rest.empty() || block.statements.size() + keywords.size() > most_statements)
         tree_error();
+    for (std::string_view keyword : keywords) {
+        block.by_token[word_token_number(keyword)].push_back(block.statements.size());
+        block.statements.push_back(statement_of(keyword, shape, marks));
+        block.is_checked = block.is_checked || !block.statements.back().needed.empty();
+    }
 }
 
 size_t statement_place(const BLOCK &block, std::string_view keyword) {
@@ -334,7 +315,7 @@ void read_line(std::string_view line, int32_t &block) {
     } else if (line.starts_with("block ")) {
         block = block_id(line.substr(6));
     } else if (!line.empty()) {
-        add_statement(block, line);
+        add_statements(block, line);
     }
 }
 

@@ -32,19 +32,17 @@ struct SHAPE {
     bool with_leaf = false;
     SCAN_KIND node = DUMMY; ///< leaf kind of a token, kind of a node
     int32_t block = -1;     ///< of a body
-    std::vector<SHAPE> parts;
-    TOKEN_SET first; ///< tokens that it can start with
+    std::vector<SHAPE> parts{};
+    TOKEN_SET first{}; ///< tokens that it can start with
     bool may_be_empty = false;
 };
-
-enum REPETITION : int32_t { REPEATS_SILENTLY, REPEATS_WITH_WARNING, REPEATS_INTO_LIST };
 
 struct STATEMENT {
     std::string keyword;
     SCAN_KIND kind;
-    SHAPE shape; ///< of what stands behind the keyword: a sequence
-    REPETITION repetition;
-    SCAN_KIND list; ///< DUMMY: no list node
+    SHAPE shape;      ///< of what stands behind the keyword: a sequence
+    bool warns_again; ///< of a further one in its block
+    SCAN_KIND list;   ///< that collects the further ones; DUMMY: no list node
     bool with_text;
     std::string_view needed; ///< name in the warning when it is missing; empty: not needed
 };

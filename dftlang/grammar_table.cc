@@ -1,8 +1,9 @@
 // The grammar of the DFT configuration language: one table that the parser, the repetition warnings and the
 // block-end checks walk.
 //
-// `block NAME` opens a block; each line below it is a statement: its keyword, the shape of what follows, and
-// its marks. `shape NAME` names a shape for use in others. In a shape
+// `block NAME` opens a block; each line below it is a statement, or several that are alike: the keywords with
+// commas between them, the shape of what follows, and its marks. `shape NAME` names a shape for use in
+// others. In a shape
 //
 //     name string pattern integer real percent    one token of that class, stored as a leaf
 //     digits  an integer of any length            bit  0 or 1
@@ -15,8 +16,8 @@
 // Every word in capitals that is used is a keyword. `words` reserves further ones: the first one's token
 // stands for all of the line, so that the text alone tells them apart.
 //
-// %WORD_# is the numbered block word %WORD_<n>. Statements of one keyword are told apart by the first place
-// in which they differ, and each counts for itself. Marks:
+// %WORD_# is the numbered word %WORD_<n>, which the scanner knows by its front. Statements of one keyword are
+// told apart by the first place in which they differ, and each counts for itself. Marks:
 //
 //     #1          a further one is warned of; look-ups find the first
 //     #n          repetition is meant; statements of one kind are collected in one list node
@@ -36,6 +37,8 @@ words %CONTROL_PORT_2
 words %CONTROL_PORT_3
 words %P1500
 words %EXTRA_SEQ %EXTRA
+words %SCAN_CLOCK %SCAN_CLOCK_#
+words %DATA %DATA_#
 words CONTROL CONTROL_WEIGHT0 CONTROL_WEIGHT0_A CONTROL_WEIGHT0_B CONTROL_WEIGHT1 CONTROL_WEIGHT1_A CONTROL_WEIGHT1_B
 words OBSERVE OBSERVE_BLOCK
 shape names           <IDENT_LIST_NODE name ( [,] name )*>
@@ -110,8 +113,7 @@ block DFT
     %CRITICAL_PATH {CRITICAL_PATH} #1
     %FALSE_PATH {MULTICYCLE_PATH} #1
     %NONTPI_INSTANCE {NONTPI_INSTANCE} #1
-    %SCAN_IN_LIST = names ; #1
-    %SCAN_OUT_LIST = names ; #1
+    %SCAN_IN_LIST, %SCAN_OUT_LIST = names ; #1
     %GUI {GUI} #1
     %HOOKUP {HOOKUP} #1
     %CAPTURE_CLOCK {CAPTURE_CLOCK} #1
@@ -120,14 +122,10 @@ block DFT
     %DEF_INFO {DEF_INFO} #1
     %CORE_NO_SCAN {CORE_NO_SCAN} #1 #as(CORE_NO_SCAN)
 block SELECT_SCAN
-    %SCAN_INIT (integer | percent) ; #1 #need
-    %SCAN_INCR (integer | percent) ; #1 #need
-    %SCAN_MAX (integer | percent) ; #1 #need
+    %SCAN_INIT, %SCAN_INCR, %SCAN_MAX (integer | percent) ; #1 #need
     %DONT_SCAN_TYPE name-list ; #1 #need
-    %MUST_SCAN_TYPE name-list ; #1
-    %DONT_SCAN_MODULE name-list ; #1
-    %DONT_SCAN names ; #1
-    %MUST_SCAN names ; #1
+    %MUST_SCAN_TYPE, %DONT_SCAN_MODULE name-list ; #1
+    %DONT_SCAN, %MUST_SCAN names ; #1
 block PORT_INFO
     %PORT name {PORT}
 block PORT
@@ -136,18 +134,12 @@ block PORT
     %PORT_MAP name '{' names '}' ;
 block SEQUENCE
     %FORCE name = pattern ; #n #need
-    %FORCE_CLOCK name [= pattern] ; #n #list(FORCE_LIST_NODE)
-    %CLOCK name [= pattern] ; #n #list(FORCE_LIST_NODE)
-    %CYCLE_LENGTH = integer ; #1
-    %FRAME_LENGTH = integer ; #1
+    %FORCE_CLOCK, %CLOCK name [= pattern] ; #n #list(FORCE_LIST_NODE)
+    %CYCLE_LENGTH, %FRAME_LENGTH = integer ; #1
     %SET_TIMING {SET_TIMING} #n
 block SET_TIMING
     %CYCLE [=] integer ;
-    %P_CLOCK [=] numbers names ;
-    %N_CLOCK [=] numbers names ;
-    %PI_TIME [=] numbers names ;
-    %PO_TIME [=] numbers names ;
-    %IO_TIME [=] numbers names ;
+    %P_CLOCK, %N_CLOCK, %PI_TIME, %PO_TIME, %IO_TIME [=] numbers names ;
     %PRECISION [=] integer ;
     %DEFAULT_PI_TIME [=] (integer | real) ; #as(D_PI_TIME_NODE)
     %DEFAULT_PO_TIME [=] (integer | real) ; #as(D_PO_TIME_NODE)
@@ -156,17 +148,11 @@ block SET_TIMING
 block INSTRUCTION
     %MODE = string ; #1
     %PREAMBLE = names ; #1
-    %SHIFT = name ; #1
-    %EXTRA_SEQ = name ; #1
-    %PROPAGATE = name ; #1
-    %HOLD = name ; #1
-    %RUNBIST = name ; #1
-    %CAPTURE = name ; #1
+    %SHIFT, %EXTRA_SEQ, %PROPAGATE, %HOLD, %RUNBIST, %CAPTURE = name ; #1
     %POSTAMBLE = names ; #1
     %RAM_WRITE = name ; #1
 block PLL_CLOCK_FIX
-    %SCOPE = name ;
-    %PLL_PATH = name ;
+    %SCOPE, %PLL_PATH = name ;
     %EXTERNAL_PLL_IN_CLOCK name {EXTERNAL_IN}
     %FIX_EXTERNAL_PLL_IN_AND_SCAN_CLOCK name {FIX_EXTERNAL_IN}
     %INTERNAL_PLL_IN_CLOCK name {INTERNAL_IN}
@@ -178,48 +164,29 @@ block EXTERNAL_IN
     %FROM_EXTERNAL_PLL_CLOCK_INPORT = name ;
 block FIX_EXTERNAL_IN
     %PERIOD = integer ;
-    %PLL_CLOCK_INPORT = name ;
-    %FROM_EXTERNAL_SCAN_CLOCK_INPORT = name ;
-    %NEW_EXTERNAL_PLL_CLOCK_INPORT = name ;
+    %PLL_CLOCK_INPORT, %FROM_EXTERNAL_SCAN_CLOCK_INPORT, %NEW_EXTERNAL_PLL_CLOCK_INPORT = name ;
 block INTERNAL_IN
     %PERIOD = integer ;
-    %PLL_CLOCK_INPORT = name ;
-    %FROM_INTERNAL_PLL_CLOCK_WIRE = name ;
+    %PLL_CLOCK_INPORT, %FROM_INTERNAL_PLL_CLOCK_WIRE = name ;
 block FIX_INTERNAL_IN
     %PERIOD = integer ;
-    %PLL_CLOCK_INPORT = name ;
-    %FROM_CLOCK_GENERATOR = name ;
-    %FROM_CLOCK_GENERATOR_OUTPORT = name ;
-    %FROM_INTERNAL_SCAN_CLOCK_WIRE = name ;
-    %NEW_SCAN_CLOCK_ENABLE_INPORT = name ;
-    %NEW_INTERNAL_PLL_CLOCK_WIRE = name ;
+    %PLL_CLOCK_INPORT, %FROM_CLOCK_GENERATOR, %FROM_CLOCK_GENERATOR_OUTPORT = name ;
+    %FROM_INTERNAL_SCAN_CLOCK_WIRE, %NEW_SCAN_CLOCK_ENABLE_INPORT, %NEW_INTERNAL_PLL_CLOCK_WIRE = name ;
     %NEW_LBIST_DOMAIN_CLOCK_OUTPORT = name ;
 block FIX_INTERNAL_IN_EXTERNAL
     %PERIOD = integer ;
-    %PLL_CLOCK_INPORT = name ;
-    %FROM_EXTERNAL_SCAN_CLOCK_INPORT = name ;
-    %THROUGH_CLOCK_GENERATOR = name ;
-    %THROUGH_CLOCK_GENERATOR_INPORT = name ;
-    %NEW_EXTERNAL_PLL_CLOCK_INPORT = name ;
+    %PLL_CLOCK_INPORT, %FROM_EXTERNAL_SCAN_CLOCK_INPORT, %THROUGH_CLOCK_GENERATOR = name ;
+    %THROUGH_CLOCK_GENERATOR_INPORT, %NEW_EXTERNAL_PLL_CLOCK_INPORT = name ;
 block FIX_INTERNAL_OUT
     %PERIOD = integer ;
-    %PLL_CLOCK_OUTPORT = name ;
-    %DRIVE_CLOCK_WIRE = name ;
-    %NEW_SCAN_CLOCK_ENABLE_INPORT = name ;
-    %NEW_INTERNAL_PLL_CLOCK_WIRE = name ;
-    %NEW_LBIST_DOMAIN_CLOCK_OUTPORT = name ;
+    %PLL_CLOCK_OUTPORT, %DRIVE_CLOCK_WIRE, %NEW_SCAN_CLOCK_ENABLE_INPORT = name ;
+    %NEW_INTERNAL_PLL_CLOCK_WIRE, %NEW_LBIST_DOMAIN_CLOCK_OUTPORT = name ;
 block PLL
-    %NAME = name ;
-    %FIX_FB_CLOCK_IN_TEST = name ;
-    %FB_ENABLE = name ;
+    %NAME, %FIX_FB_CLOCK_IN_TEST, %FB_ENABLE = name ;
     %REF_CLOCK {REF_CLOCK}
     %FB_CLOCK {FB_CLOCK}
     %OUTPUT_CLOCK {OUTPUT_CLOCK}
-    %FORCE0 = names ;
-    %FORCE1 = names ;
-    %CONSTANT0 = names ;
-    %CONSTANT1 = names ;
-    %DONT_MODIFY = names ;
+    %FORCE0, %FORCE1, %CONSTANT0, %CONSTANT1, %DONT_MODIFY = names ;
     %AUTO_CONSTANT = bit ;
     %SCAN_CK_MUX {SCAN_CK_MUX}
     %TWO_PULSE_GEN {TWO_PULSE_GEN}
@@ -228,8 +195,7 @@ block REF_CLOCK
     %CLOCK name = pattern ;
     %CLOCK_NET name ;
     %LB_CLOCK name = pattern ;
-    %ENABLE = name ;
-    %EXT_PORT = name ;
+    %ENABLE, %EXT_PORT = name ;
 block FB_CLOCK
     %PERIOD = real ;
     %CLOCK name = pattern ;
@@ -244,24 +210,12 @@ block OUTPUT_CLOCK
     %ENABLE = name ;
     %PLL_CLOCK_BUFFER = names ;
 block SCAN_CK_MUX
-    %NAME = name ;
-    %PLL_CK_PIN = name ;
-    %SCAN_CK_PIN = name ;
-    %CLK_NET = name ;
+    %NAME, %PLL_CK_PIN, %SCAN_CK_PIN, %CLK_NET = name ;
 block TWO_PULSE_GEN
-    %NAME = name ;
-    %CAPTURE_MODE = name ;
-    %FINISH_MODE = name ;
-    %RESET_MODE = name ;
+    %NAME, %CAPTURE_MODE, %FINISH_MODE, %RESET_MODE = name ;
 block BLACKBOX
-    %INSTANCE_NAME = name ;
-    %MODULE_NAME = name ;
-    %FORCE0 = names ;
-    %FORCE1 = names ;
-    %CONSTANT0 = names ;
-    %CONSTANT1 = names ;
-    %DONT_MODIFY = names ;
-    %CLOCK = names ;
+    %INSTANCE_NAME, %MODULE_NAME = name ;
+    %FORCE0, %FORCE1, %CONSTANT0, %CONSTANT1, %DONT_MODIFY, %CLOCK = names ;
     %INPUT = (observe-word | @DONT_MODIFY) ;
     %OUTPUT = (control-word | @DONT_MODIFY | bit) ;
 block FILE_NAME
@@ -278,77 +232,48 @@ block CONNECT_SCAN
     %SCAN_PAD {SCAN_PAD}
     %MS_VIOLATION integer ; #1 #as(MS_VIOLATION)
 block SCAN_DELAY
-    %DELAY_OUT = name ; #1 #need
-    %DELAY_OUT_DEFAULT = name ; #1 #need
-    %SCAN_TEST = name ; #1 #need
+    %DELAY_OUT, %DELAY_OUT_DEFAULT, %SCAN_TEST = name ; #1 #need
 block SCAN_PORT
-    %SCAN_IN = name ; #1
-    %SCAN_OUT = name ; #1
-    %DEFAULT = name ; #1
+    %SCAN_IN, %SCAN_OUT, %DEFAULT = name ; #1
 block SCAN_SELECT
-    %SELECT = name ; #1 #need
-    %GLOBAL_SELECT = name ; #1 #need
+    %SELECT, %GLOBAL_SELECT = name ; #1 #need
 block SCAN_CLOCK
-    %NAME = name ;
-    %INSTANCE_NAME = name ;
-    %PIN_NAME = name ;
+    %NAME, %INSTANCE_NAME, %PIN_NAME = name ;
     %CLOCK {INNER_CLOCK} #1
-    %CLOCK = name ; #1
-    %GLOBAL_CLOCK = name ; #1
+    %CLOCK, %GLOBAL_CLOCK = name ; #1
     %GLOBAL_CLOCK = name '{' name '}' ; #1
     %CLOCK_POLARITY = name ; #1
 block INNER_CLOCK
-    %NAME = name ;
-    %INSTANCE_NAME = name ;
-    %PIN_NAME = name ;
+    %NAME, %INSTANCE_NAME, %PIN_NAME = name ;
     %CLOCK {INNER_CLOCK}
-    %CLOCK = name ; #1
-    %GLOBAL_CLOCK = name ; #1
+    %CLOCK, %GLOBAL_CLOCK = name ; #1
     %GLOBAL_CLOCK = name '{' name '}' ; #1
     %CLOCK_POLARITY = name ; #1
 block SCAN_PAD
-    %SDI_PAD_NAME = name ;
-    %SDO_PAD_NAME = name ;
-    %SDI_PAD_OUT = name ;
-    %SDO_PAD_IN = name ;
-    %SDO_PAD_CLASS = names ;
-    %SDI_PAD_CLASS = names ;
+    %SDI_PAD_NAME, %SDO_PAD_NAME, %SDI_PAD_OUT, %SDO_PAD_IN = name ;
+    %SDO_PAD_CLASS, %SDI_PAD_CLASS = names ;
 block CONNECT_CORE
     %CORE_PACKAGE_FILE = string ; #1
-    %MODULE_NAME = name ; #1
-    %INSTANCE_NAME = name ; #1
-    %CORE_INSTRUCTION '{' %INSTRUCTION = name ; '}' #1
-    %SYSTEM_INSTRUCTION '{' %INSTRUCTION = name ; '}' #1
+    %MODULE_NAME, %INSTANCE_NAME = name ; #1
+    %CORE_INSTRUCTION, %SYSTEM_INSTRUCTION '{' %INSTRUCTION = name ; '}' #1
     %SCAN_PORT [name] {SCAN_PORT} #n
 block CORE
     %NAME = name ; #as(CORE_NAME_NODE)
-    %TIE0 = names ;
-    %TIE1 = names ;
-    %DFT_FILE = string ;
-    %LBIST_FILE = string ;
+    %TIE0, %TIE1 = names ;
+    %DFT_FILE, %LBIST_FILE = string ;
     %PREAMBLE = names ;
     %PATSET name {PATSET}
-    %CLOCK_PORTS = targets ;
-    %SET_RESET_PORTS = targets ;
-    %BIDI_PORTS = targets ;
-    %SCAN_IN_PORTS = targets ;
-    %SCAN_OUT_PORTS = targets ;
+    %CLOCK_PORTS, %SET_RESET_PORTS, %BIDI_PORTS, %SCAN_IN_PORTS, %SCAN_OUT_PORTS = targets ;
     %INSTRUCTION name {CORE_INSTRUCTION}
     %DONT_FIX fix-pair ( [,] fix-pair )* ;
 block PATSET
     %DFT_FILE = string ;
     %FORCE_LIST = names ;
-    %BTP = string ;
-    %TP = string ;
-    %INT = string ;
-    %OPTION = string ;
+    %BTP, %TP, %INT, %OPTION = string ;
 block CORE_INSTRUCTION
     %MODE = string ;
     %PREAMBLE = names ;
-    %SHIFT = name ;
-    %EXTRA_SEQ = name ;
-    %HOLD = name ;
-    %CAPTURE = name ;
+    %SHIFT, %EXTRA_SEQ, %HOLD, %CAPTURE = name ;
     %PATSET name {CORE_PATSET}
 block CORE_PATSET
     %BTP = string ;
@@ -356,8 +281,7 @@ block TEST_SCHEDULE
     %TEST_SESSION name ;
 block TEST_ARCHITECTURE
     %TAM_CONFIG {TAM_CONFIG}
-    %TYPE = name ;
-    %TEST_CONTROLLER = name ;
+    %TYPE, %TEST_CONTROLLER = name ;
 block TAM_CONFIG
     %CORE name {TAM_CORE}
 block TAM_CORE
@@ -365,13 +289,9 @@ block TAM_CORE
     %TAM_OUT name {TAM_OUT}
     %PORT_INFO {TAM_PORT_INFO}
 block TAM_IN
-    %TAM_IN_PORT = name ;
-    %TAM_IN_PAD = name ;
-    %TAM_IN_PAD_OUT = name ;
+    %TAM_IN_PORT, %TAM_IN_PAD, %TAM_IN_PAD_OUT = name ;
 block TAM_OUT
-    %TAM_OUT_PORT = name ;
-    %TAM_OUT_PAD = name ;
-    %TAM_OUT_PAD_IN = name ;
+    %TAM_OUT_PORT, %TAM_OUT_PAD, %TAM_OUT_PAD_IN = name ;
 block TAM_PORT_INFO
     %PORT name {TAM_PORT}
 block TAM_PORT
@@ -386,8 +306,7 @@ block CONNECT_BIST
     %BIST_INSTANCES_FILE {FILE_NAME} #1
     %BIST_INSTRUCTION {BIST_INSTRUCTION} #1 #need
 block BIST_PORT
-    %SCAN_IN = name ; #1 #need
-    %SCAN_OUT = name ; #1 #need
+    %SCAN_IN, %SCAN_OUT = name ; #1 #need
     %DEFAULT = name ; #1
 block BIST_INSTRUCTION
     %INSTRUCTION = name ; #1 #need
@@ -399,30 +318,20 @@ block ATPG_MODE
     %STROBE name = pattern ; #1
     %AUTOSAVE integer ; #1
     %SKIPFAULTS integers ; #1
-    %ILLEGAL_INPUTS names = <PATTERN_LIST_NODE pattern (, pattern)*> ; #n
-    %LEGAL_INPUTS names = <PATTERN_LIST_NODE pattern (, pattern)*> ; #n
+    %ILLEGAL_INPUTS, %LEGAL_INPUTS names = <PATTERN_LIST_NODE pattern (, pattern)*> ; #n
     %GRAY_CODE names = <PATTERN_LIST_NODE pattern> ; #n
-    %RESET name = pattern ; #n
-    %RESET_DISABLE name = pattern ; #n
-    %SET name = pattern ; #n
-    %SET_DISABLE name = pattern ; #n
-    %POWER_ON_RESET [names] ; #n
-    %POWER_ON_SET [names] ; #n
+    %RESET, %RESET_DISABLE, %SET, %SET_DISABLE name = pattern ; #n
+    %POWER_ON_RESET, %POWER_ON_SET [names] ; #n
     %RAM name = string ; #n
     %CLOCK name = pattern ; #n #as(ATPG_CLOCK_NODE)
-    %BLACK_BOX names ; #1
-    %BYPASS names ; #1
+    %BLACK_BOX, %BYPASS names ; #1
     %UNCONTROLLABLE names ; #1 #as(UNCONTROL_NODE)
     %UNCONTROLLABLE_CHAIN names ; #1 #as(UNCONTROL_CHAIN_NODE)
     %UNOBSERVABLE names ; #1 #as(UNOBSERVE_NODE)
     %UNOBSERVABLE_CHAIN names ; #1 #as(UNOBSERVE_CHAIN_NODE)
     %FEEDBACK_LOOPS = string ; #1
-    %RAM_READ names [=] pattern ; #n
-    %RAM_WRITE names [=] pattern ; #n
-    %SKIP_BUS names ;
-    %NO_FLOATING names ;
-    %SKEW_FF names ;
-    %DONT_FAULT_MODULE names ;
+    %RAM_READ, %RAM_WRITE names [=] pattern ; #n
+    %SKIP_BUS, %NO_FLOATING, %SKEW_FF, %DONT_FAULT_MODULE names ;
     %CONTROL name = pattern ; #n
     %CONTROL_CELL {CONTROL_CELL} #n
 block CONTROL_CELL
@@ -432,39 +341,31 @@ block TEST_CONVERSION
     %SET_TIMING {SET_TIMING}
     %REMOVE_PIN names ;
     %CLOCK {CONVERSION_CLOCK} #as(CONVERSION_CLOCK_NODE)
-    %RAM_READ names [=] pattern ; #n
-    %RAM_WRITE names [=] pattern ; #n
+    %RAM_READ, %RAM_WRITE names [=] pattern ; #n
     %DIFF_PAD name {DIFF_PAD} #n
 block CONVERSION_CLOCK
     %CLOCK name (= pattern | integer) ; #as(TEST_C_CLOCK_NODE)
     %BIST_CLOCK name (= pattern | integer) ; #as(TEST_B_CLOCK_NODE)
 block DIFF_PAD
-    %P_PAD = name ; #1 #need
-    %N_PAD = name ; #1 #need
+    %P_PAD, %N_PAD = name ; #1 #need
 block SELECT_FAULT
     %FAULT_MODEL = string ; #1
     %RANDOM_SAMPLE (integer | percent) ; #1
     %STATISTICAL_SAMPLE {STATISTICAL_SAMPLE} #1
-    %DONT_FAULT_TYPE name-list ; #1
-    %MUST_FAULT_TYPE name-list ; #1
-    %DONT_FAULT names ; #1
-    %MUST_FAULT names ; #1
+    %DONT_FAULT_TYPE, %MUST_FAULT_TYPE name-list ; #1
+    %DONT_FAULT, %MUST_FAULT names ; #1
     %FAULT_ORDER string ; #1
     %FILE_NAME = string ; #1
     %DONT_FAULT_MODULE names ; #1
-    %DONT_FAULT_FILE = string ; #1
-    %MUST_FAULT_FILE = string ; #1
+    %DONT_FAULT_FILE, %MUST_FAULT_FILE = string ; #1
     %DONT_FAULT_PATH '{' ( <PATH_NAME_NODE name pattern ;> )* '}' #as(DONT_FAULT_PATH)
 block STATISTICAL_SAMPLE
-    %PRECISION percent ; #1 #need
-    %CONFIDENCE_LEVEL percent ; #1 #need
+    %PRECISION, %CONFIDENCE_LEVEL percent ; #1 #need
 block SCAN_REPAIR
     %FORCE_NET {FORCE_NET} #1
 block FORCE_NET
     %NET_NAME = name ; #1
-    %SHIFT = pattern ; #1
-    %HOLD = pattern ; #1
-    %CAPTURE = pattern ; #1
+    %SHIFT, %HOLD, %CAPTURE = pattern ; #1
 block SCAN_DECODER
     %SCAN_MODE {DECODER_PORT} #1
     %SCAN_MODE = name ; #1
@@ -476,17 +377,10 @@ block SCAN_DECODER
     %OVERRIDE_MODE = name ; #1
     %RAM_WRITE {DECODER_PORT} #1
     %RAM_WRITE = name ; #1
-    %SCAN_MODE_OUT {DECODER_PIN} #1
-    %SCAN_MODE_INV_OUT {DECODER_PIN} #1
-    %TEST_MODE_OUT {DECODER_PIN} #1
-    %TEST_MODE_INV_OUT {DECODER_PIN} #1
+    %SCAN_MODE_OUT, %SCAN_MODE_INV_OUT, %TEST_MODE_OUT, %TEST_MODE_INV_OUT {DECODER_PIN} #1
     %OVERRIDE_MODE_OUT {DECODER_PIN} #1
     %OVERRIDE_MODE_INV_OUT {DECODER_PIN} #1 #as(OVERRIDE_INV_OUT_NODE)
-    %POSITION = name ; #1
-    %DECODER_NAME = name ; #1
-    %DECODER_SCAN_MODE = name ; #1
-    %DECODER_SCAN_MODE_INV = name ; #1
-    %DECODER_TEST_MODE = name ; #1
+    %POSITION, %DECODER_NAME, %DECODER_SCAN_MODE, %DECODER_SCAN_MODE_INV, %DECODER_TEST_MODE = name ; #1
     %DECODER_TEST_MODE_INV = name ; #1
 block DECODER_PORT
     %PORT_NAME = name ; #1 #as(DECODER_PORT_NAME_NODE)
@@ -500,73 +394,40 @@ block FS_MODE
     %PAD_OUT = name ; #1 #as(DECODER_PAD_OUT_NODE)
     %POLARITY = name ; #1 #as(DECODER_POLARITY_NODE)
 block DECODER_PIN
-    %INSTANCE_NAME = name ; #1
-    %PIN_NAME = name ; #1
+    %INSTANCE_NAME, %PIN_NAME = name ; #1
 block CLOCK_PERIOD
     %CLOCK name = integer ; #1
     %CLOCK name = real ; #1
 block TEST_FILES
-    %MBIST_FILE = name ; #1
-    %LBIST_FILE = name ; #1
-    %BSD_FILE = name ; #1
-    %MACRO_TEST = name ; #1
+    %MBIST_FILE, %LBIST_FILE, %BSD_FILE, %MACRO_TEST = name ; #1
 block TA_CONSTRAINTS
     %CLOCK name = pattern ; #n #as(TA_CLOCK_NODE)
     %FORCE name = pattern ; #n
     %FORCE_CLOCK name [= pattern] ; #n
     %DFT names ; #1 #as(TA_DFT_NODE)
-    %ISOLATE_MOD name '{' pin-value (, pin-value)* '}' ; #n
-    %ISOLATE_RAM name '{' pin-value (, pin-value)* '}' ; #n
-    %ISOLATE_REG name '{' pin-value (, pin-value)* '}' ; #n
+    %ISOLATE_MOD, %ISOLATE_RAM, %ISOLATE_REG name '{' pin-value (, pin-value)* '}' ; #n
     %INIT_PATTERNS name ; #1
 block SCAN_MODULE
-    %SCAN_IN = name ; #1
-    %SCAN_OUT = name ; #1
-    %SCAN_MODE = name ; #1
-    %TEST_MODE = name ; #1
+    %SCAN_IN, %SCAN_OUT, %SCAN_MODE, %TEST_MODE = name ; #1
     %DONT_FIX fix-pair ( [,] fix-pair )* ;
 block MBIST_CONSTRAINTS
     %MBIST_CONTROL integer {MBIST_CONTROL}
 block MBIST_CONTROL
-    %BISTMODE = pin ;
-    %BISTFAIL = pin ;
-    %ERRMAP = pin ;
-    %BIST_RESULT_EN = pin ;
-    %BIST_RESULT_IN = pin ;
-    %BIST_RESULT_OUT = pin ;
-    %FINISH = pin ;
-    %UTI_SCAN_IN = pin ;
-    %UTI_SCAN_OUT = pin ;
-    %MEMGROUPSEL = pin ;
-    %MEMGROUPSEL_IN = pin ;
-    %MEMGROUPSEL_OUT = pin ;
-    %BIST_SEL_EN = pin ;
-    %VMR_TIS = pin ;
-    %VCLK = pin ;
-    %VMR_UTI_IN = pin ;
-    %VMR_UTI_OUT = pin ;
-    %VMR_UTI_SHIFT = pin ;
-    %VMR_UTI_HOLD_IN = pin ;
-    %VMR_UTI_HOLD_OUT = pin ;
-    %BYPASS = pin ;
-    %BIST_CLK = pin ;
-    %SHIFTEND = pin ;
-    %SIGNATUREOUT = pin ;
+    %BISTMODE, %BISTFAIL, %ERRMAP, %BIST_RESULT_EN, %BIST_RESULT_IN, %BIST_RESULT_OUT, %FINISH = pin ;
+    %UTI_SCAN_IN, %UTI_SCAN_OUT, %MEMGROUPSEL, %MEMGROUPSEL_IN, %MEMGROUPSEL_OUT, %BIST_SEL_EN = pin ;
+    %VMR_TIS, %VCLK, %VMR_UTI_IN, %VMR_UTI_OUT, %VMR_UTI_SHIFT, %VMR_UTI_HOLD_IN, %VMR_UTI_HOLD_OUT = pin ;
+    %BYPASS, %BIST_CLK, %SHIFTEND, %SIGNATUREOUT = pin ;
 block MBIST_BSD
     %INSTRUCTION name {BSD_INSTRUCTION}
 block BSD_INSTRUCTION
     %MBIST_CLOCK = name ;
     %MBIST_MDF = string ;
 block FOLD_SCAN_INFO
-    %CHAIN_ORDER names ;
-    %VIRTUAL_SOURCE names ;
-    %VIRTUAL_CONTROL names ;
+    %CHAIN_ORDER, %VIRTUAL_SOURCE, %VIRTUAL_CONTROL names ;
 block MULTICYCLE_PATH
     %PATH {PATH}
 block PATH
-    %FROM = targets ;
-    %THROUGH = targets ;
-    %TO = targets ;
+    %FROM, %THROUGH, %TO = targets ;
     %CYCLE = integer ;
     %FILE_NAME = string ;
 block CRITICAL_PATH
@@ -574,11 +435,7 @@ block CRITICAL_PATH
 block NONTPI_INSTANCE
     %INSTANCE = name ;
 block GUI
-    %PATH = string ;
-    %EXTRACTION = string ;
-    %DRC = string ;
-    %INIT_CONFLICT = string ;
-    %UNKNOWN = string ;
+    %PATH, %EXTRACTION, %DRC, %INIT_CONFLICT, %UNKNOWN = string ;
 block HOOKUP
     %CLOCK ({INNER_CLOCK} | = name ;)
 block CAPTURE_CLOCK
@@ -594,8 +451,7 @@ block FOLDSCAN
     %WRAPPER_CHAIN_FILE = string ;
 block WRAPPER_CHAIN
     %CLOCK = name ; #need(%CLK)
-    %SCAN_IN = name ; #need
-    %SCAN_OUT = name ; #need
+    %SCAN_IN, %SCAN_OUT = name ; #need
 block DEEP_SCAN_INFO
     %TDDM_TDM_INFO name {TDDM_TDM_INFO} #n #need
     %TOP_MODULE name ; #need(TOP_MODULE)
@@ -605,12 +461,10 @@ block TDDM_TDM_INFO
     %TDDM_GROUP name {TDDM_GROUP} #1 #need
     %TDM_GROUP name {TDM_GROUP} #1 #need
 block TDDM_GROUP
-    %TDDM_IN = name ; #1 #need
-    %CLOCK = name ; #1 #need
+    %TDDM_IN, %CLOCK = name ; #1 #need
     %CHAIN_ORDER names ; #1 #need
 block TDM_GROUP
-    %TDM_OUT = name ; #1 #need
-    %CLOCK = name ; #1 #need
+    %TDM_OUT, %CLOCK = name ; #1 #need
     %CHAIN_ORDER names ; #1 #need
     %CLEAR = name ; #1 #need
 block DEF_INFO
@@ -639,11 +493,7 @@ block MAP_CELL
 block DELAY_CELL
     %SCAN_PORT %SCAN_IN => name ; #1 #as(SCAN_PORT_IN_NODE) #need(%SCAN_PORT %SCAN_IN)
     %SCAN_PORT %SCAN_OUT => name ; #1 #as(SCAN_PORT_OUT_NODE) #need(%SCAN_PORT %SCAN_OUT)
-    %LOOP_DATA_IN => name ; #1 #need
-    %LOOP_DATA_OUT => name ; #1 #need
-    %DELAY_SCAN_TEST => name ; #1 #need
-    %DELAY_SCAN_CLOCK => name ; #1 #need
-    %DELAY_SCAN_SCAN => name ; #1 #need
+    %LOOP_DATA_IN, %LOOP_DATA_OUT, %DELAY_SCAN_TEST, %DELAY_SCAN_CLOCK, %DELAY_SCAN_SCAN => name ; #1 #need
     %DELAY_MAP_CELL name {DELAY_MAP_CELL}
 block DELAY_MAP_CELL
     %DATA_IN => name ; #1 #as(DELAY_DATA_IN_NODE)
@@ -657,35 +507,20 @@ block REPAIR_CELL
     %BUFFER name integer ;
     %CELL ( name | @LOCKUP_LATCH ) name ( ; | {CELL} )
 block CELL
-    %DATA = name ; #as(PIN_NODE) #text
-    %SELECT = name ; #as(PIN_NODE) #text
-    %ENABLE = name ; #as(PIN_NODE) #text
+    %DATA, %SELECT, %ENABLE = name ; #as(PIN_NODE) #text
     %STRENGTH = integer ; #as(PIN_NODE) #text
-    %CK = name ; #as(PIN_NODE) #text
-    %IN = name ; #as(PIN_NODE) #text
-    %OUT = name ; #as(PIN_NODE) #text
-    %CLOCK = name ; #as(PIN_NODE) #text
-    %OUTPUT = name ; #as(PIN_NODE) #text
-    %TRIGGER = name ; #as(PIN_NODE) #text
-    %ACTIVE = name ; #as(PIN_NODE) #text
+    %CK, %IN, %OUT, %CLOCK, %OUTPUT, %TRIGGER, %ACTIVE = name ; #as(PIN_NODE) #text
 block TEST_POINT_CELL
     %CELL (observe-word | control-word | name) name {TEST_POINT}
 block TEST_POINT
-    %DATA_IN = name ; #as(PIN_NODE) #text
-    %DATA_OUT = name ; #as(PIN_NODE) #text
-    %SCAN_IN = name ; #as(PIN_NODE) #text
-    %SCAN_OUT = name ; #as(PIN_NODE) #text
-    %TEST_ENABLE = name ; #as(PIN_NODE) #text
-    %SCAN_CLOCK = name ; #as(PIN_NODE) #text
-    %SCAN_ENABLE = name ; #as(PIN_NODE) #text
-    %EXTRA_GATE = name ; #as(PIN_NODE) #text
+    %DATA_IN, %DATA_OUT, %SCAN_IN, %SCAN_OUT, %TEST_ENABLE, %SCAN_CLOCK = name ; #as(PIN_NODE) #text
+    %SCAN_ENABLE, %EXTRA_GATE = name ; #as(PIN_NODE) #text
 block PSO
     MUST_SCAN test-points ; #n #as(PSO_MUST_SCAN_NODE)
     FS_SCAN test-points ; #n #as(PSO_FS_SCAN_NODE)
     DONT_SCAN group (, group)* ; #n #as(PSO_DONT_SCAN_NODE)
     DONT_MODIFY group (, group)* ; #n #as(PSO_DONT_MODIFY_NODE)
-    MUST_BE_TRANSPARENT group (, group)* ; #n #as(PSO_MUST_BE_TRANS_NODE)
-    MUST_BE_TRANSPARENT_B group (, group)* ; #n #as(PSO_MUST_BE_TRANS_NODE)
+    MUST_BE_TRANSPARENT, MUST_BE_TRANSPARENT_B group (, group)* ; #n #as(PSO_MUST_BE_TRANS_NODE)
     MUST_BE_TRANSPARENT_F group (, group)* ; #n #as(PSO_MUST_BE_TRANS_NODE)
     SCAN_GROUP group (, group)* ; #n #as(PSO_SCAN_GROUP_NODE)
     FULL_SCAN group (, group)* ; #n #as(PSO_FULL_SCAN_NODE)

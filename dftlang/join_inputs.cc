@@ -89,6 +89,7 @@ constexpr size_t no_place = static_cast<size_t>(-1);
 struct KEPT {
     size_t round;
     size_t row;
+    auto operator<=>(const KEPT &) const = default;
 };
 
 /// The joining of one mode.
@@ -178,9 +179,7 @@ void add_port(GROUP &group, JOIN &a, size_t port) {
 struct COMMON_PORT {
     size_t a;
     size_t b;
-    bool operator<(const COMMON_PORT &other) const {
-        return a != other.a ? a < other.a : b < other.b;
-    }
+    auto operator<=>(const COMMON_PORT &) const = default;
 };
 
 using PATTERNS = std::vector<const std::string *>;
@@ -593,9 +592,7 @@ std::vector<JOINED_ROW> combine_relative_legal_inputs(const std::vector<INPUT_RO
     begin_joins(all);
     for (size_t round = 1; !all.active.empty(); round++)
         join_round(all, round);
-    std::sort(all.kept.begin(), all.kept.end(), [](const KEPT &a, const KEPT &b) {
-        return a.round != b.round ? a.round < b.round : a.row < b.row;
-    });
+    std::ranges::sort(all.kept);
     std::vector<JOINED_ROW> made;
     for (const KEPT &kept : all.kept)
         made.push_back(joined_row(all, kept.row));

@@ -38,20 +38,6 @@ void check_path(SCAN_AST &path, bool is_false_path, const char *path_file) {
     }
 }
 
-/// Checks each path of a block, and those of the files that it names.
-void map_paths(SCAN_AST *block, bool is_false_path) {
-    for (SCAN_AST &path : scan_children(block)) {
-        check_path(path, is_false_path, nullptr);
-        for (SCAN_AST &statement : scan_children(&path)) {
-            if (statement.kind != FILE_NAME_NODE)
-                continue;
-            SIDE_FILE file = read_side_file(value_text(&statement), PATH_FILE_KIND);
-            for (SCAN_AST &own_path : scan_children(file.tree))
-                check_path(own_path, is_false_path, file.name);
-        }
-    }
-}
-
 /// A %POLARITY without a value says nothing.
 void check_polarity(SCAN_AST *block) {
     SCAN_AST *statement = SCAN_FIND_CHILD(block, DECODER_POLARITY_NODE);
@@ -75,12 +61,18 @@ constexpr SCAN_KIND decoder_ports[] = {SCAN_MODE_NODE, TEST_MODE_NODE, OVERRIDE_
 
 } // namespace
 
-void map_multicycle_path(SCAN_AST *block) {
-    map_paths(block, false);
-}
-
-void map_false_path(SCAN_AST *block) {
-    map_paths(block, true);
+void map_paths(SCAN_AST *block) {
+    bool is_false_path = block->kind == FALSE_PATH_NODE;
+    for (SCAN_AST &path : scan_children(block)) {
+        check_path(path, is_false_path, nullptr);
+        for (SCAN_AST &statement : scan_children(&path)) {
+            if (statement.kind != FILE_NAME_NODE)
+                continue;
+            SIDE_FILE file = read_side_file(value_text(&statement), PATH_FILE_KIND);
+            for (SCAN_AST &own_path : scan_children(file.tree))
+                check_path(own_path, is_false_path, file.name);
+        }
+    }
 }
 
 void map_scan_decoder(SCAN_AST *block) {

@@ -77,14 +77,11 @@ constexpr FAULT_LIST fault_lists[] = {
 
 } // namespace
 
-void map_connect_scans(SCAN_AST *list) {
+void map_connections(SCAN_AST *list) {
+    bool is_bist = list->kind == CONNECT_BIST_LIST_NODE;
     for (SCAN_AST &block : scan_children(list))
-        map_connection(block, SCAN_CLOCK_LIST_NODE, SCAN_INSTANCES_FILE_NODE);
-}
-
-void map_connect_bists(SCAN_AST *list) {
-    for (SCAN_AST &block : scan_children(list))
-        map_connection(block, BIST_CLOCK_LIST_NODE, BIST_INSTANCES_FILE_NODE);
+        map_connection(block, is_bist ? BIST_CLOCK_LIST_NODE : SCAN_CLOCK_LIST_NODE,
+                       is_bist ? BIST_INSTANCES_FILE_NODE : SCAN_INSTANCES_FILE_NODE);
 }
 
 void map_select_fault(SCAN_AST *block) {

@@ -30,14 +30,14 @@ struct MAP_STEP {
 
 constexpr MAP_STEP map_steps[] = {
     {PORT_INFO_NODE, map_port_info},
-    {MULTICYCLE_PATH_NODE, map_multicycle_path},
-    {FALSE_PATH_NODE, map_false_path},
+    {MULTICYCLE_PATH_NODE, map_paths},
+    {FALSE_PATH_NODE, map_paths},
     {SCAN_DECODER_NODE, map_scan_decoder},
     {SEQUENCE_LIST_NODE, map_sequences},
     {CORE_LIST_NODE, map_cores},
     {INSTRUCTION_LIST_NODE, map_instructions},
-    {CONNECT_SCAN_LIST_NODE, map_connect_scans},
-    {CONNECT_BIST_LIST_NODE, map_connect_bists},
+    {CONNECT_SCAN_LIST_NODE, map_connections},
+    {CONNECT_BIST_LIST_NODE, map_connections},
     {ATPG_CONSTAINTS_NODE, map_atpg_constraints},
     {SELECT_FAULT_NODE, map_select_fault},
 };

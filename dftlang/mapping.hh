@@ -12,11 +12,9 @@ void MAP_AST_2_OBJECT();
 const SCAN_AST *SCAN_FIND_SEQUENCE(const char *name);
 
 // The blocks that are looked into.
-void map_multicycle_path(SCAN_AST *block);
-void map_false_path(SCAN_AST *block);
+void map_paths(SCAN_AST *block); ///< %MULTICYCLE_PATH or %FALSE_PATH, with the files that it names
 void map_scan_decoder(SCAN_AST *block);
-void map_connect_scans(SCAN_AST *list);
-void map_connect_bists(SCAN_AST *list);
+void map_connections(SCAN_AST *list); ///< all %CONNECT_SCAN or all %CONNECT_BIST
 void map_atpg_constraints(SCAN_AST *block);
 void map_select_fault(SCAN_AST *block);
 void map_sequences(SCAN_AST *list);

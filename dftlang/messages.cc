@@ -15,9 +15,13 @@ namespace {
 
 std::vector<std::string> log_files; ///< of the configurations read since the last orderly end
 
-std::string filled(const char *text, const char *file, int32_t line, const char *text1, const char *text2) {
-    std::string made;
-    for (const char *at = text; *at != '\0'; at++) {
+/// What goes ahead of the text, by the kind.
+constexpr const char *places[] = {"ERROR : '<F>', line-<L>, ", "WARNING : '<F>', line-<L>, ", "", ""};
+
+std::string filled(const DFT_MESSAGE &message, const char *file, int32_t line, const char *text1,
+                   const char *text2) {
+    std::string made, text = std::string(places[message.kind]) + message.text + '\n';
+    for (const char *at = text.c_str(); *at != '\0'; at++) {
         bool mark = at[0] == '<' && at[1] != '\0' && at[2] == '>';
         if (!mark) {
             made += *at;
@@ -32,14 +36,20 @@ std::string filled(const char *text, const char *file, int32_t line, const char 
     return made;
 }
 
+[[noreturn]] void fail(void (*print)(const char *, ...), const char *format, va_list values) {
+    print("%s", format_list(format, values).c_str());
+    close_scan();
+    end_run();
+}
+
 } // namespace
 
 void error_handler(const char *file, int32_t line, const DFT_MESSAGE &message, const char *text1,
                    const char *text2) {
-    error_printf("%s", filled(message.text, file, line, text1, text2).c_str());
+    error_printf("%s", filled(message, file, line, text1, text2).c_str());
     if (message.kind == WARNING)
         return;
-    if (message.kind == FATAL)
+    if (message.kind != FATAL_KEEPS_LOG)
         close_scan();
     end_run();
 }
@@ -62,17 +72,11 @@ void close_scan() {
 void scan_fail(const char *format, ...) {
     va_list values;
     va_start(values, format);
-    console_printf("%s", format_list(format, values).c_str());
-    va_end(values);
-    close_scan();
-    end_run();
+    fail(console_printf, format, values);
 }
 
 void scan_error_fail(const char *format, ...) {
     va_list values;
     va_start(values, format);
-    error_printf("%s", format_list(format, values).c_str());
-    va_end(values);
-    close_scan();
-    end_run();
+    fail(error_printf, format, values);
 }

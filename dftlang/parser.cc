@@ -49,15 +49,10 @@ int32_t token(const PARSER &parser) {
     return parser.scanner.value.type;
 }
 
-[[noreturn]] void scan_yyerror(const PARSER &parser) {
+/// A fault at the token: a syntax error, or a message with the token's text.
+[[noreturn]] void scan_yyerror(const PARSER &parser, const DFT_MESSAGE &message = MESSAGE_SYNTAX) {
     const SCANNER &scanner = parser.scanner;
-    error_handler(scanner.file_name, scanner.line, MESSAGE_SYNTAX, scanner.value.shown);
-    tree_error();
-}
-
-[[noreturn]] void out_of_range(const PARSER &parser) {
-    const SCANNER &scanner = parser.scanner;
-    error_handler(scanner.file_name, scanner.line, MESSAGE_NUMBER_RANGE, scanner.value.text);
+    error_handler(scanner.file_name, scanner.line, message, scanner.value.shown);
     tree_error();
 }
 
@@ -77,11 +72,18 @@ void check_number(const PARSER &parser, const SHAPE &shape) {
     }
     if (shape.kind != SHAPE_TOKEN)
         return;
-    if (shape.token == TOKEN_INTEGER && !fits_integer(text))
-        out_of_range(parser);
-    if ((shape.token == TOKEN_REAL || shape.token == TOKEN_PERCENT) &&
-        !std::isfinite(std::strtod(text, nullptr)))
-        out_of_range(parser);
+    bool is_real = shape.token == TOKEN_REAL || shape.token == TOKEN_PERCENT;
+    if ((shape.token == TOKEN_INTEGER && !fits_integer(text)) ||
+        (is_real && !std::isfinite(std::strtod(text, nullptr))))
+        scan_yyerror(parser, MESSAGE_NUMBER_RANGE);
+}
+
+/// Name of a kind as messages print it.
+const char *shown_kind(SCAN_KIND kind) {
+    std::string_view name = scan_kind_name(kind);
+    if (name.ends_with("_NODE"))
+        name.remove_suffix(5);
+    return keep_text(name);
 }
 
 /// Splits <instance>.<pin>. The instance ends in _<number>, which ties it to one of the BIST controllers.
@@ -95,11 +97,8 @@ void append_pin_name(OPEN_NODE &node, int32_t line, const char *text) {
     const char *bar = std::strchr(instance, '_');
     bool numbered =
         bar != nullptr && (std::strcmp(bar + 1, "0") == 0 || std::strtol(bar + 1, nullptr, 10) != 0);
-    if (!numbered) {
-        std::string keyword = scan_kind_name(node.node->kind);
-        keyword.resize(keyword.size() - std::strlen("_NODE"));
-        scan_error_fail("ERROR : %s pin format error !\n", keyword.c_str());
-    }
+    if (!numbered)
+        scan_error_fail("ERROR : %s pin format error !\n", shown_kind(node.node->kind));
     SCAN_APPEND_CHILD(node, SCAN_MAKE_LEAF(IDENT_NODE, line, instance));
     SCAN_APPEND_CHILD(node, SCAN_MAKE_LEAF(IDENT_NODE, line, keep_text(dot + 1)));
 }
@@ -179,19 +178,11 @@ OPEN_NODE &list_node(FRAME &frame, SCAN_KIND kind, int32_t line) {
     return frame.lists.emplace_back(list);
 }
 
-/// Name of a kind in the repetition warning.
-const char *shown_kind(SCAN_KIND kind) {
-    std::string_view name = scan_kind_name(kind);
-    if (name.ends_with("_NODE"))
-        name.remove_suffix(5);
-    return keep_text(name);
-}
-
 /// A statement of the innermost block is complete; `line` is that of its last token.
 void finish_statement(PARSER &parser, size_t place, SCAN_AST *node, int32_t line) {
     FRAME &frame = parser.frames.back();
     const STATEMENT &statement = frame.block->statements[place];
-    if (statement.repetition == REPEATS_WITH_WARNING && frame.stands.test(place))
+    if (statement.warns_again && frame.stands.test(place))
         error_handler(parser.scanner.file_name, line, MESSAGE_REPEATED, shown_kind(statement.kind));
     frame.stands.set(place);
     SCAN_APPEND_CHILD(

@@ -18,14 +18,9 @@ enum TOKEN : int32_t {
     TOKEN_PATTERN,
     TOKEN_NAME,
     TOKEN_STRING,
-    TOKEN_ARROW,         // =>
-    TOKEN_SCAN_SELECT_N, // %SCAN_SELECT_<n>
-    TOKEN_BIST_CLOCK_N,
-    TOKEN_BIST_SELECT_N,
-    TOKEN_FOLD_SCAN_IN_N,
-    TOKEN_FOLD_SCAN_OUT_N,
+    TOKEN_ARROW, // =>
     TOKEN_KEYWORDS,
-    TOKEN_LIMIT = TOKEN_KEYWORDS + 400
+    TOKEN_LIMIT = TOKEN_KEYWORDS + 420
 };
 
 /// A single token holds at most this many characters.

@@ -61,6 +61,11 @@ static void add(SCANNER *scanner, std::string_view text) {
         too_large();
 }
 
+/// Token of %WORD_<n>, by its name in the grammar table.
+static int numbered_word(std::string_view text) {
+    return keyword_lookup(std::string(text.substr(0, text.rfind('_') + 1)) + '#');
+}
+
 /// Drops the leading blanks and one blank at the end. A NUL behind a '\' ends the text.
 static std::string_view sl_ignore_space(std::string_view text) {
     text = text.substr(0, text.find('\0'));
@@ -83,8 +88,9 @@ static size_t word_length(std::string_view run) {
 }
 %}
 
-NUMBER  [0-9]+
-WORD    [A-Za-z_#$%&@][A-Za-z0-9_!#$%&()*+\-./:<>@\[\\\]^|]*
+NUMBER    [0-9]+
+NUMBERED  SCAN_CLOCK|DATA|SCAN_SELECT|BIST_CLOCK|BIST_SELECT|FOLD_SCAN_IN|FOLD_SCAN_OUT
+WORD      [A-Za-z_#$%&@][A-Za-z0-9_!#$%&()*+\-./:<>@\[\\\]^|]*
 
 %%
 
@@ -99,16 +105,12 @@ WORD    [A-Za-z_#$%&@][A-Za-z0-9_!#$%&()*+\-./:<>@\[\\\]^|]*
 "'"[01SXZ\t\f\n]+"'"    return pattern(yyextra, yytext);
 "\\"[^ \t\f\n]*         return copied(yyextra, TOKEN_NAME, {yytext, static_cast<size_t>(yyleng)});
 
-"%SCAN_CLOCK_"{NUMBER}     return copied(yyextra, keyword_lookup("%SCAN_CLOCK"), yytext);
-"%DATA_"{NUMBER}           return copied(yyextra, keyword_lookup("%DATA"), yytext);
-"%SCAN_SELECT_"{NUMBER}    return copied(yyextra, TOKEN_SCAN_SELECT_N, yytext);
-"%BIST_CLOCK_"{NUMBER}     return copied(yyextra, TOKEN_BIST_CLOCK_N, yytext);
-"%BIST_SELECT_"{NUMBER}    return copied(yyextra, TOKEN_BIST_SELECT_N, yytext);
-"%FOLD_SCAN_IN_"{NUMBER}   return copied(yyextra, TOKEN_FOLD_SCAN_IN_N, yytext);
-"%FOLD_SCAN_OUT_"{NUMBER}  return copied(yyextra, TOKEN_FOLD_SCAN_OUT_N, yytext);
+"%"{NUMBERED}_{NUMBER}  return copied(yyextra, numbered_word(yytext), yytext);
 {WORD}                  {
-                            /* Keywords are few and stand everywhere: their texts are shared. */
-                            if (int keyword = keyword_lookup(yytext); keyword >= 0)
+                            /* Keywords are few and stand everywhere: their texts are shared. The table's own
+                               %WORD_# is none of them. */
+                            int keyword = yytext[yyleng - 1] == '#' ? -1 : keyword_lookup(yytext);
+                            if (keyword >= 0)
                                 return give(yyextra, keyword, keep_text(yytext));
                             if (static_cast<size_t>(yyleng) > longest_token)
                                 too_large();

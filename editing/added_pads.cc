@@ -3,7 +3,6 @@
 #include "description/lookups.hh"
 #include "planning/open_design.hh"
 #include "planning/tracing.hh"
-#include "planning/validation.hh"
 #include "sdb/sdb.hh"
 #include "support/console.hh"
 #include "support/fnm.hh"
@@ -38,22 +37,12 @@ std::vector<PAD_PIN> pins_of_cell(const char *cell) {
 
 } // namespace
 
-ADDED_PAD added_pad_cell(const PIN_ENTRY *pin, bool is_output) {
-    const char *own = pin == nullptr ? nullptr : pin->pad_name;
-    if (own == nullptr)
-        return is_output ? ADDED_PAD{OUTPUT_BUFFER, OUTPUT_BUFFER_PINS.input, OUTPUT_BUFFER_PINS.output}
-                         : ADDED_PAD{INPUT_BUFFER, INPUT_BUFFER_PINS.input, INPUT_BUFFER_PINS.output};
-    if (is_output)
-        bs_check_output_buf_fields(own);
-    else
-        bs_check_input_buf_fields(own);
-    const auto &pins = is_output ? SPEC_OUTPUT_BUFFER_PINS : SPEC_INPUT_BUFFER_PINS;
-    return {own, pins.input, pins.output};
-}
-
-const char *enable_of_added_pad(const ADDED_PAD &pad, const PIN_ENTRY *pin, bool &is_low) {
-    const BUFFER_CELL *buffer = get_buffer(pad.cell);
-    return buffer == nullptr ? nullptr : chosen_enable_pin(buffer, pin, &is_low);
+ADDED_PAD added_pad_cell(PAD_ROLE role, const PIN_ENTRY *pin) {
+    const char *cell = pad_to_add(role, pin);
+    ADDED_PAD pad = {cell, get_buffer(cell)};
+    if (pad.buffer != nullptr)
+        pad.enable = chosen_enable_pin(pad.buffer, pin, &pad.is_low);
+    return pad;
 }
 
 void note_added_pad(const char *cell, std::initializer_list<const char *> connected) {

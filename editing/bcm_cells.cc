@@ -2,6 +2,7 @@
 
 #include "editing/module_copies.hh"
 #include "editing/tap_top.hh"
+#include "planning/port_pad.hh"
 #include "planning/tracing.hh"
 #include "support/console.hh"
 #include "support/run_state.hh"
@@ -52,14 +53,15 @@ void check_bcm_design() {
         vmr_printf("WARNING: option -add_bcm does not carry out %%CONNECTION_TABLE.\n\n");
 }
 
-void make_top_sdb() {
-    begin_top_file(false);
-    TAP_FP->holds_cells = TAP_FP->warns_of_ports = true;
+EDIT_FILE *make_top_sdb() {
+    EDIT_FILE *top = begin_top_file(false);
+    top->warns_of_ports = true;
     bcm_cells = {};
-    TAP_FP->tap = keep_text(bcm_name());
-    edit_add_instance(TAP_FP, TAP_FP->tap, TAP_FP->tap);
-    write_standard_ports(true);
-    write_idcode_lines(TAP_FP);
+    top->tap = keep_text(bcm_name());
+    edit_add_instance(top, top->tap, top->tap);
+    write_standard_ports(top, true);
+    write_idcode_lines(top);
+    return top;
 }
 
 bool keeps_scan_name(const OPIN_ROW &row) {
@@ -119,16 +121,15 @@ const char *bcm_enable(const OPIN_ROW &row) {
 bool stays_at_port(const EDIT_FILE *fp, const OPIN_ROW &row, const PLACED_CELL &cell, const PAD_PIN &pin) {
     if (cell.bcm.empty())
         return false;
-    int32_t node = far_end_of_pad(row, pin);
+    int32_t node = far_end_of_pad(fp, row, pin);
     warn_of_chip_port(fp, pin, node);
     return !is_constant_net(node) && is_port_node(node);
 }
 
 void join_bcm_mode(EDIT_FILE *fp, const OPIN_ROW &row, const PLACED_CELL &cell, int32_t mode) {
-    const char *pin = row.pad == nullptr ? nullptr : row.pad->*PAD_MODES[mode];
-    if (cell.bcm.empty() || pin == nullptr || row.mode_net[mode] > 1)
+    if (cell.bcm.empty() || !mode_hangs_on_tap(row, mode))
         return;
     free_pad_mode(fp, row, mode);
     edit_connect(fp, bcm_port(cell.bcm, format_text("MODE%d", mode + 1).c_str()),
-                 pin_of(row.pad_instance, pin));
+                 pin_of(row.pad_instance, row.pad->*PAD_MODES[mode]));
 }

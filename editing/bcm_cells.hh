@@ -10,9 +10,9 @@
 /// Ends the run with a message when planning has found what the flow can't do: pads below the top module, or
 /// ports without a pad. Writes nothing.
 void check_bcm_design();
-/// Copies the top module, begins its file in TAP_FP, writes the instance of <top>_BCM with the wires of the
+/// Copies the top module, begins its file, writes the instance of <top>_BCM with the wires of the
 /// standard ports, and starts the numbering of the cells. The top module's SDB must be open.
-void make_top_sdb();
+EDIT_FILE *make_top_sdb();
 
 /// True when the row's cells stand in <top>_BCM: with -add_bcm, for all kinds but a few.
 bool lives_in_bcm(const OPIN_ROW &row);

@@ -1,24 +1,23 @@
-// The routines behind add_scan_cells_in_cmd_file, and what they share. Each takes a row of OPIN_TAB by its
-// index; one that returns a name gives the instance name of the inserted cell.
+// The routines behind add_scan_cells_in_cmd_file, and what they share.
 #pragma once
 
 #include "editing/pad_sides.hh"
 
-const char *add_input_clock_cell_in_cmd(EDIT_FILE *fp, int32_t row);
-const char *add_output_scan_cell_in_cmd(EDIT_FILE *fp, int32_t row);
-const char *add_bidi_scan_cell_in_cmd(EDIT_FILE *fp, int32_t row);
-const char *add_in_out_scan_cell_in_cmd(EDIT_FILE *fp, int32_t row);
-const char *add_internal_scan_cell_in_cmd(EDIT_FILE *fp, int32_t row);
-const char *add_mux_input_cell_in_cmd(EDIT_FILE *fp, int32_t row);
-const char *add_mux_output_scan_cell_in_cmd(EDIT_FILE *fp, int32_t row);
-const char *add_mux_bidi_scan_cell_in_cmd(EDIT_FILE *fp, int32_t row);
-const char *add_mux1_in_out_scan_cell_in_cmd(EDIT_FILE *fp, int32_t row);
-const char *add_mux2_in_out_scan_cell_in_cmd(EDIT_FILE *fp, int32_t row);
-void add_control_scan_cell_in_cmd(EDIT_FILE *fp, int32_t row);
-/// `name` is the instance of the row's own cell, whose %OE_MODE pin is tied to the control cell's.
-void add_oe_control_scan_cell_in_cmd(EDIT_FILE *fp, int32_t row, const char *name);
+void add_input_clock_cell_in_cmd(EDIT_FILE *fp, OPIN_ROW &row);
+void add_output_scan_cell_in_cmd(EDIT_FILE *fp, OPIN_ROW &row);
+void add_bidi_scan_cell_in_cmd(EDIT_FILE *fp, OPIN_ROW &row);
+void add_in_out_scan_cell_in_cmd(EDIT_FILE *fp, OPIN_ROW &row);
+void add_internal_scan_cell_in_cmd(EDIT_FILE *fp, OPIN_ROW &row);
+void add_mux_input_cell_in_cmd(EDIT_FILE *fp, OPIN_ROW &row);
+void add_mux_output_scan_cell_in_cmd(EDIT_FILE *fp, OPIN_ROW &row);
+void add_mux_bidi_scan_cell_in_cmd(EDIT_FILE *fp, OPIN_ROW &row);
+void add_mux1_in_out_scan_cell_in_cmd(EDIT_FILE *fp, OPIN_ROW &row);
+void add_mux2_in_out_scan_cell_in_cmd(EDIT_FILE *fp, OPIN_ROW &row);
+void add_control_scan_cell_in_cmd(EDIT_FILE *fp, OPIN_ROW &row);
+/// Ties the %OE_MODE pin of the row's own cell, its first, to the control cell's.
+void add_oe_control_scan_cell_in_cmd(EDIT_FILE *fp, OPIN_ROW &row);
 /// The OE control routine when the row's cell has an %OE_MODE pin, else the plain one.
-void add_control_of_row(EDIT_FILE *fp, int32_t row, const char *name);
+void add_control_of_row(EDIT_FILE *fp, OPIN_ROW &row);
 
 /// A cell while its lines are written. With -add_bcm most cells stand in <top>_BCM and are reached through
 /// ports of that instance.
@@ -30,11 +29,11 @@ struct PLACED_CELL {
     EDIT_BLANKS out_blanks = EDIT_PLAIN; ///< of the line for %DATA_OUT, and of the cut before it
 };
 /// Appends the SCAN_TAB row of the row's cell, or of the input cell of a pair. Nothing is written yet.
-PLACED_CELL new_cell(int32_t row, const SCAN_CELL *cell, bool mux = false);
+PLACED_CELL new_cell(OPIN_ROW &row, const SCAN_CELL *cell, bool mux = false);
 /// Writes the `add` line of a cell in the design and lets the OPIN_TAB row point at the cell.
-void place_cell(EDIT_FILE *fp, int32_t row, const PLACED_CELL &cell);
-/// Sets `order` to the last SCAN_TAB row.
-void set_order_to_last(int32_t row);
+void place_cell(EDIT_FILE *fp, OPIN_ROW &row, const PLACED_CELL &cell);
+/// Lets the OPIN_TAB row point at the last SCAN_TAB row, and name its cells.
+void point_at_last_cell(OPIN_ROW &row, const char *names);
 /// True for a cell that is built into the row's pad, and so has no lines. One that should stand in <top>_BCM
 /// is warned of.
 bool is_inside_pad(const OPIN_ROW &row, const PLACED_CELL &cell);

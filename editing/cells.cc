@@ -13,13 +13,11 @@
 
 namespace {
 
-using NAMED_ROUTINE = const char *(*)(EDIT_FILE *fp, int32_t row);
-
 /// What follows the data cell of a kind.
 enum CONTROL_STEP { NO_CONTROL, PLAIN_CONTROL, CONTROL_BY_CELL };
 
 struct KIND_STEPS {
-    NAMED_ROUTINE routine; ///< null when the kind writes nothing
+    void (*routine)(EDIT_FILE *fp, OPIN_ROW &row); ///< null when the kind writes nothing
     CONTROL_STEP control;
     bool in_bcm; ///< with -add_bcm the cells stand in <top>_BCM; else in the top module all the same
 };
@@ -79,31 +77,34 @@ bool lives_in_bcm(const OPIN_ROW &row) {
     return option(OPT_ADD_BCM) && STEPS[row.kind].in_bcm;
 }
 
-void add_scan_cells_in_cmd_file(EDIT_FILE *fp, int32_t index) {
-    const OPIN_ROW &row = OPIN_TAB[index];
+void add_scan_cells_in_cmd_file(EDIT_FILE *fp, OPIN_ROW &row) {
     if (row.kind < 0 || row.kind >= CELL_KIND_COUNT || STEPS[row.kind].routine == nullptr)
         return;
+    // The report leaves out a bidirectional cell inside its pad.
+    if (row.kind != CELL_BIDIR || !is_bs_buffer(row.pad))
+        SCAN_COUNT[row.counter]++;
+    if (row.input_cell.cell != nullptr)
+        SCAN_COUNT[row.input_cell.counter]++;
     int32_t before = DYNA_count(SCAN_TAB);
-    const char *name = STEPS[row.kind].routine(fp, index);
+    STEPS[row.kind].routine(fp, row);
     if (STEPS[row.kind].control == CONTROL_BY_CELL)
-        add_control_of_row(fp, index, name);
+        add_control_of_row(fp, row);
     else if (STEPS[row.kind].control == PLAIN_CONTROL)
-        add_control_scan_cell_in_cmd(fp, index);
+        add_control_scan_cell_in_cmd(fp, row);
     for (int32_t cell = before; option(OPT_ADD_BCM) && !lives_in_bcm(row) && cell < DYNA_count(SCAN_TAB);
          cell++)
         warn_of_unwired_cell(row, SCAN_TAB[cell].inst);
 }
 
-void add_control_of_row(EDIT_FILE *fp, int32_t row, const char *name) {
-    if (OPIN_TAB[row].scan_cell->oe_mode != nullptr)
-        add_oe_control_scan_cell_in_cmd(fp, row, name);
+void add_control_of_row(EDIT_FILE *fp, OPIN_ROW &row) {
+    if (row.scan_cell->oe_mode != nullptr)
+        add_oe_control_scan_cell_in_cmd(fp, row);
     else
         add_control_scan_cell_in_cmd(fp, row);
 }
 
-PLACED_CELL new_cell(int32_t index, const SCAN_CELL *cell, bool mux) {
-    const OPIN_ROW &row = OPIN_TAB[index];
-    PLACED_CELL placed = {cell, add_scan_tab(cell, index, mux, false), ""};
+PLACED_CELL new_cell(OPIN_ROW &row, const SCAN_CELL *cell, bool mux) {
+    PLACED_CELL placed = {cell, add_scan_tab(cell, row, mux, false), ""};
     if (!lives_in_bcm(row))
         return placed;
     placed.bcm = keeps_scan_name(row) ? placed.name : next_bcm_cell();
@@ -114,15 +115,15 @@ PLACED_CELL new_cell(int32_t index, const SCAN_CELL *cell, bool mux) {
     return placed;
 }
 
-void place_cell(EDIT_FILE *fp, int32_t row, const PLACED_CELL &cell) {
+void place_cell(EDIT_FILE *fp, OPIN_ROW &row, const PLACED_CELL &cell) {
     if (cell.bcm.empty())
         edit_add_instance(fp, cell.name, cell.cell->name);
-    set_order_to_last(row);
-    OPIN_TAB[row].scan_cell_name = SCAN_TAB[OPIN_TAB[row].order].inst;
+    point_at_last_cell(row, cell.name);
 }
 
-void set_order_to_last(int32_t row) {
-    OPIN_TAB[row].order = DYNA_count(SCAN_TAB) - 1;
+void point_at_last_cell(OPIN_ROW &row, const char *names) {
+    row.order = DYNA_count(SCAN_TAB) - 1;
+    row.scan_cell_name = names;
 }
 
 bool is_inside_pad(const OPIN_ROW &row, const PLACED_CELL &cell) {
@@ -171,7 +172,7 @@ void connect_data_in(EDIT_FILE *fp, const OPIN_ROW &row, const PLACED_CELL &cell
 
 void cut_pad_input(EDIT_FILE *fp, const OPIN_ROW &row, const PLACED_CELL &cell, CELL_PIN in, CELL_PIN out,
                    const PAD_PIN &pin, bool out_first) {
-    EDIT_OPERAND far = node_operand(far_end_of_pad(row, pin));
+    EDIT_OPERAND far = node_operand(fp, far_end_of_pad(fp, row, pin));
     cut_pin(fp, pin, cell_pin(cell, in), cell.out_blanks);
     if (out_first)
         join(fp, cell, out, pin_operand(pin));
@@ -182,9 +183,9 @@ void cut_pad_input(EDIT_FILE *fp, const OPIN_ROW &row, const PLACED_CELL &cell, 
 
 int32_t cut_pad_output(EDIT_FILE *fp, const OPIN_ROW &row, const PLACED_CELL &cell, CELL_PIN out,
                        const PAD_PIN &pin) {
-    int32_t node = far_end_of_pad(row, pin);
+    int32_t node = far_end_of_pad(fp, row, pin);
     cut_pin(fp, pin, cell_pin(cell, out), cell.out_blanks);
-    join(fp, cell, out, node_operand(node));
+    join(fp, cell, out, node_operand(fp, node));
     return node;
 }
 

@@ -7,4 +7,4 @@
 /// Writes the lines of the row's cell, with its control cell where the row makes one, and the pad or inverter
 /// that it needs. The SDB of the module that holds the pad must be open. Appends to SCAN_TAB; sets `order`
 /// and `scan_cell_name` of the row. Kinds without a step write nothing. Ends the run on a floating pad.
-void add_scan_cells_in_cmd_file(EDIT_FILE *fp, int32_t row);
+void add_scan_cells_in_cmd_file(EDIT_FILE *fp, OPIN_ROW &row);

@@ -47,12 +47,12 @@ const BUFFER_CELL *highz_buffer(const OPIN_ROW &row) {
 
 /// What drives the enable pin in the design: with `first_node` the first other node of the net, else the
 /// first that does not just read it. Ends the run when nothing does.
-EDIT_OPERAND enable_source(const OPIN_ROW &row, const char *enable, bool first_node) {
-    int32_t node = far_end(row.pad_instance, enable, SDB_INPUT);
+EDIT_OPERAND enable_source(const EDIT_FILE *fp, const OPIN_ROW &row, const char *enable, bool first_node) {
+    int32_t node = far_end(fp, row.pad_instance, enable, SDB_INPUT);
     if (node < 0)
         fail_no_source(row);
     if (first_node || is_constant_net(node))
-        return node_operand(node);
+        return node_operand(fp, node);
     int32_t net = node_tab[node].net;
     if ((net_tab[net].flags & SUPPLY_NET_BITS) != 0)
         return design_net(net);
@@ -62,7 +62,7 @@ EDIT_OPERAND enable_source(const OPIN_ROW &row, const char *enable, bool first_n
     // Readers alone drive nothing.
     if (node < 0)
         fail_no_source(row);
-    return node_operand(node);
+    return node_operand(fp, node);
 }
 
 /// True for a differential pad that is not the first on its enable: its enable stays as it is. The user is
@@ -90,21 +90,21 @@ void drive_by_highz(EDIT_FILE *fp, const OPIN_ROW &row, const char *enable) {
     EDIT_OPERAND output = pin_of(name, buffer->output);
     // The row marked as the driver is the first; should it have written nothing, the next one adds the
     // buffer.
-    bool is_new = emission.highz_buffers.insert({current_multi_io_indexG, row.highz_group}).second;
+    bool is_new = fp->highz_buffers.insert(row.highz_group).second;
     if (is_new)
         edit_add_instance(fp, name, HIZ_BUF_NAME);
     cut_pin(fp, row.pad_instance, enable, output);
     edit_connect(fp, output, pin_of(row.pad_instance, enable));
     // With pads in several modules, a module below the top has no port for the signal yet: the wiring step
     // adds it and joins the buffer.
-    if (is_new && current_multi_io_indexG <= 0)
+    if (is_new && row.io_module == 0)
         edit_connect(fp, pin_of(name, buffer->input), tap_signal(fp, TAP_HIZ_PIN));
 }
 
 /// Ties the %OE_MODE pins of the control cell and of the row's cell together. In <top>_BCM that is the last
 /// one that was counted.
 void tie_oe_mode(EDIT_FILE *fp, const OPIN_ROW &row, const char *enable, const PLACED_CELL &control,
-                 const char *name, const std::string &bcm_cell) {
+                 const std::string &bcm_cell) {
     const char *own = row.scan_cell->oe_mode;
     const char *control_pin = control.cell->oe_mode;
     if (row.scan_cell->oe_mode_type == 0)
@@ -113,35 +113,33 @@ void tie_oe_mode(EDIT_FILE *fp, const OPIN_ROW &row, const char *enable, const P
         join(fp, control, PIN_DATA_OUT, bcm_port(bcm_cell, "OE"));
     else if (!lives_in_bcm(row) && control_pin != nullptr && enable != nullptr && own != nullptr &&
              !same_text(enable, own))
-        edit_connect(fp, pin_of(control.name, control_pin), pin_of(name, own));
+        edit_connect(fp, pin_of(control.name, control_pin), pin_of(SCAN_TAB[row.chain_place].inst, own));
 }
 
-void add_control_cell(EDIT_FILE *fp, int32_t index, const char *enable, CONTROL_KIND_ID kind,
-                      CONTROL_ROW &entry, const char *own_name) {
-    const OPIN_ROW &row = OPIN_TAB[index];
+void add_control_cell(EDIT_FILE *fp, OPIN_ROW &row, const char *enable, CONTROL_KIND_ID kind,
+                      CONTROL_ROW &entry) {
     bool in_bcm = lives_in_bcm(row);
     bool is_oe = kind == CONTROL_OE;
     std::string data_cell = last_bcm_cell();
     EDIT_BLANKS blanks = in_bcm && is_oe ? EDIT_WIDE_SECOND : EDIT_PLAIN;
-    PLACED_CELL control = {entry.scan_cell, add_scan_tab(entry.scan_cell, index, false, true),
+    PLACED_CELL control = {entry.scan_cell, add_scan_tab(entry.scan_cell, row, false, true),
                            in_bcm ? next_bcm_cell() : "", blanks, blanks};
     SCAN_COUNT[CONTROL_KINDS[kind].counter]++;
     if (!in_bcm)
         edit_add_instance(fp, control.name, control.cell->name);
-    EDIT_OPERAND source = enable_source(row, enable, in_bcm || is_oe);
+    EDIT_OPERAND source = enable_source(fp, row, enable, in_bcm || is_oe);
     cut_pin(fp, row.pad_instance, enable, cell_pin(control, PIN_DATA_IN));
     join(fp, control, PIN_DATA_IN, source);
     join(fp, control, PIN_DATA_OUT, pin_of(row.pad_instance, enable));
     if (is_oe && control.cell->oe_mode_type != 2)
-        tie_oe_mode(fp, row, enable, control, own_name, data_cell);
+        tie_oe_mode(fp, row, enable, control, data_cell);
     entry.inst = in_bcm && is_oe ? keep_text(control.bcm) : control.name;
     entry.data_out = control.cell->data_out;
     bcm_control(entry) = control.bcm;
     count_bcm_cell(control, true);
 }
 
-void drive_enable(EDIT_FILE *fp, int32_t index, CONTROL_KIND_ID kind, const char *own_name) {
-    OPIN_ROW &row = OPIN_TAB[index];
+void drive_enable(EDIT_FILE *fp, OPIN_ROW &row, CONTROL_KIND_ID kind) {
     int32_t number = row.*CONTROL_KINDS[kind].field;
     if (number == 0 || row.pad == nullptr)
         return;
@@ -155,7 +153,7 @@ void drive_enable(EDIT_FILE *fp, int32_t index, CONTROL_KIND_ID kind, const char
         return;
     }
     if (entry->inst == nullptr) {
-        add_control_cell(fp, index, enable, kind, *entry, own_name);
+        add_control_cell(fp, row, enable, kind, *entry);
         return;
     }
     // The net of the enable, should others still hang on it, is reached through the control cell's own input.
@@ -163,19 +161,18 @@ void drive_enable(EDIT_FILE *fp, int32_t index, CONTROL_KIND_ID kind, const char
     cut_pin(fp, row.pad_instance, enable, cell_pin(control, PIN_DATA_IN));
     join(fp, control, PIN_DATA_OUT, pin_of(row.pad_instance, enable));
     if (kind == CONTROL_OE)
-        tie_oe_mode(fp, row, enable, control, own_name, last_bcm_cell());
+        tie_oe_mode(fp, row, enable, control, last_bcm_cell());
 }
 
 } // namespace
 
-void add_control_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
-    const OPIN_ROW &row = OPIN_TAB[index];
+void add_control_scan_cell_in_cmd(EDIT_FILE *fp, OPIN_ROW &row) {
     if (row.pad == nullptr || row.pad->control_bcell != nullptr)
         return;
     if (!leaves_shared_enable(row))
-        drive_enable(fp, index, CONTROL_PLAIN, nullptr);
+        drive_enable(fp, row, CONTROL_PLAIN);
 }
 
-void add_oe_control_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index, const char *name) {
-    drive_enable(fp, index, CONTROL_OE, name);
+void add_oe_control_scan_cell_in_cmd(EDIT_FILE *fp, OPIN_ROW &row) {
+    drive_enable(fp, row, CONTROL_OE);
 }

@@ -14,7 +14,7 @@ namespace {
 
 /// The input cell stands between the pad and the core. A cell without %DATA_OUT only observes.
 void join_input_cell(EDIT_FILE *fp, const OPIN_ROW &row, const PLACED_CELL &in) {
-    PAD_PIN pin = pin_behind_buffer(row, SIDE_OUTPUT, PAD_WORD_BIDIRECTIONAL);
+    PAD_PIN pin = pin_behind_buffer(fp, row, SIDE_OUTPUT, PAD_WORD_BIDIRECTIONAL);
     if (in.cell->data_out != nullptr) {
         int32_t node = cut_pad_output(fp, row, in, PIN_DATA_OUT, pin);
         if (in.bcm.empty())
@@ -25,108 +25,91 @@ void join_input_cell(EDIT_FILE *fp, const OPIN_ROW &row, const PLACED_CELL &in) 
 
 void join_output_cell(EDIT_FILE *fp, const OPIN_ROW &row, const PLACED_CELL &out) {
     cut_pad_input(fp, row, out, PIN_DATA_IN, PIN_DATA_OUT,
-                  pin_behind_buffer(row, SIDE_INPUT, PAD_WORD_BIDIRECTIONAL), false);
+                  pin_behind_buffer(fp, row, SIDE_INPUT, PAD_WORD_BIDIRECTIONAL), false);
 }
 
 /// The chain holds output cell, control cell, input cell.
-const char *add_on_pad(EDIT_FILE *fp, int32_t index) {
-    OPIN_ROW &row = OPIN_TAB[index];
-    PLACED_CELL out = new_cell(index, row.scan_cell);
-    set_order_to_last(index);
+void add_on_pad(EDIT_FILE *fp, OPIN_ROW &row) {
+    PLACED_CELL out = new_cell(row, row.scan_cell);
+    row.order = row.chain_place;
     // The %OE_MODE wire of a control cell names the output cell, which then has to stand already.
     bool output_first = row.scan_cell->oe_mode != nullptr;
     if (output_first)
         edit_add_instance(fp, out.name, out.cell->name);
-    add_control_of_row(fp, index, out.name);
-    PLACED_CELL in = new_cell(index, row.input_cell.cell);
+    add_control_of_row(fp, row);
+    PLACED_CELL in = new_cell(row, row.input_cell.cell);
     row.scan_cell_name = keep_format("%s,%s", in.name, out.name);
     edit_add_instance(fp, in.name, in.cell->name);
     if (!output_first)
         edit_add_instance(fp, out.name, out.cell->name);
     join_input_cell(fp, row, in);
     join_output_cell(fp, row, out);
-    return out.name;
 }
 
 /// In <top>_BCM both data cells are reached as plain cells, the input cell by the lower number, and the chain
 /// holds the control cell behind them.
-const char *add_in_bcm(EDIT_FILE *fp, int32_t index) {
-    OPIN_ROW &row = OPIN_TAB[index];
-    PLACED_CELL out = new_cell(index, row.scan_cell);
-    PLACED_CELL in = new_cell(index, row.input_cell.cell);
-    set_order_to_last(index);
-    row.scan_cell_name = keep_format("%s,%s", out.name, in.name);
+void add_in_bcm(EDIT_FILE *fp, OPIN_ROW &row) {
+    PLACED_CELL out = new_cell(row, row.scan_cell);
+    PLACED_CELL in = new_cell(row, row.input_cell.cell);
+    point_at_last_cell(row, keep_format("%s,%s", out.name, in.name));
     join_input_cell(fp, row, in);
     count_bcm_cell(in, true);
     out.bcm = next_bcm_cell();
     join_output_cell(fp, row, out);
     count_bcm_cell(out, true);
-    add_control_scan_cell_in_cmd(fp, index);
-    return out.name;
+    add_control_scan_cell_in_cmd(fp, row);
 }
 
-const BUFFER_CELL *bidirectional_pad_cell(const OPIN_ROW &row, const char *&name) {
-    name = PIN_TABLE[row.pin_index]->pad_name;
-    if (name != nullptr)
-        bs_check_inout_buf_fields(name);
-    else
-        name = INOUT_BUFFER;
-    const BUFFER_CELL *buffer = get_buffer(name);
-    bool is_low;
-    if (buffer == nullptr || chosen_enable_pin(buffer, PIN_TABLE[row.pin_index], &is_low) == nullptr)
+ADDED_PAD bidirectional_pad(const OPIN_ROW &row) {
+    ADDED_PAD pad = added_pad_cell(PAD_INOUT, PIN_TABLE[row.pin_index]);
+    if (pad.enable == nullptr)
         vmr_fail("ERROR: (%s) can't find %%EN_L or %%EN_H in %%BUFFER %s\n"
                  "       to add a bidirectional pad to port '%s'.\n\n",
-                 JTAG_LIB_FILE == nullptr ? "" : JTAG_LIB_FILE, name == nullptr ? "%INOUT_BUFFER" : name,
-                 row.port_name);
-    return buffer;
+                 JTAG_LIB_FILE, pad.cell == nullptr ? "%INOUT_BUFFER" : pad.cell, row.port_name);
+    return pad;
 }
 
 /// True when the node takes its value from its net. A pin that does both is taken for one that drives.
-bool node_reads(const OPIN_ROW &row, int32_t node) {
+bool node_reads(const EDIT_FILE *fp, const OPIN_ROW &row, int32_t node) {
     if (is_port_node(node))
         return (port_tab[node_tab[node].pin].flags & SDB_DIRECTION_MASK) == SDB_OUTPUT;
     int32_t direction = pin_tab[node_tab[node].pin].direction & SDB_DIRECTION_MASK;
     if (direction == SDB_BIDIRECTIONAL)
         vmr_printf("WARNING: bidirectional port '%s' leads to bidirectional pin '%s' of '%s'.\n"
                    "         The core will drive the pad through that pin, and can't read it.\n\n",
-                   row.port_name, node_pin_name(node), node_operand(node).instance.c_str());
+                   row.port_name, node_pin_name(node), node_operand(fp, node).instance.c_str());
     return direction == SDB_INPUT;
 }
 
 /// The control cell of an added pad: a constant enables the direction in which the core uses the port.
-void add_constant_control(EDIT_FILE *fp, int32_t index, const EDIT_OPERAND &enable, bool is_low,
+void add_constant_control(EDIT_FILE *fp, OPIN_ROW &row, const EDIT_OPERAND &enable, bool is_low,
                           bool core_reads) {
-    const OPIN_ROW &row = OPIN_TAB[index];
     CHOSEN_CELL chosen = required_cell(row, declared_cell(COUNT_CONTROL));
     const SCAN_CELL *control = chosen.cell;
-    const char *name = add_scan_tab(control, index, false, true);
+    const char *name = add_scan_tab(control, row, false, true);
     SCAN_COUNT[chosen.counter]++;
     edit_add_instance(fp, name, control->name);
     edit_connect(fp, pin_of(name, control->data_in), is_low == core_reads ? constant_one() : constant_zero());
     edit_connect(fp, pin_of(name, control->data_out), enable);
 }
 
-const char *add_with_new_pad(EDIT_FILE *fp, int32_t index) {
-    OPIN_ROW &row = OPIN_TAB[index];
-    PLACED_CELL out = new_cell(index, row.scan_cell);
-    PLACED_CELL in = new_cell(index, row.input_cell.cell);
-    set_order_to_last(index);
-    row.scan_cell_name = keep_format("%s,%s", in.name, out.name);
+void add_with_new_pad(EDIT_FILE *fp, OPIN_ROW &row) {
+    PLACED_CELL out = new_cell(row, row.scan_cell);
+    PLACED_CELL in = new_cell(row, row.input_cell.cell);
+    point_at_last_cell(row, keep_format("%s,%s", in.name, out.name));
 
-    const char *pad_cell;
-    const BUFFER_CELL *buffer = bidirectional_pad_cell(row, pad_cell);
+    ADDED_PAD added = bidirectional_pad(row);
+    const BUFFER_CELL *buffer = added.buffer;
     std::string pad = format_text("B_PAD%d", ADD_BUF_COUNT++);
-    int32_t node = port_far_node(row);
-    bool core_reads = !is_constant_net(node) && node_reads(row, node);
-    EDIT_OPERAND far = node_operand(node);
+    int32_t node = port_far_node(fp, row);
+    bool core_reads = !is_constant_net(node) && node_reads(fp, row, node);
+    EDIT_OPERAND far = node_operand(fp, node);
     EDIT_OPERAND pad_output = pin_of(pad, buffer->output);
     EDIT_OPERAND data_out = in.cell->data_out != nullptr ? cell_pin(in, PIN_DATA_OUT) : pad_output;
     EDIT_OPERAND out_data_in = cell_pin(out, PIN_DATA_IN);
 
-    bool is_low;
-    const char *enable = chosen_enable_pin(buffer, PIN_TABLE[row.pin_index], &is_low);
-    edit_add_instance(fp, pad, pad_cell);
-    note_added_pad(pad_cell, {buffer->inout, buffer->input, buffer->output, enable});
+    edit_add_instance(fp, pad, added.cell);
+    note_added_pad(added.cell, {buffer->inout, buffer->input, buffer->output, added.enable});
     cut_port(fp, row, core_reads ? data_out : out_data_in);
     edit_connect(fp, pin_of(pad, buffer->inout), port_net(row.port_name));
     edit_add_instance(fp, in.name, in.cell->name);
@@ -137,19 +120,16 @@ const char *add_with_new_pad(EDIT_FILE *fp, int32_t index) {
     edit_connect(fp, pad_output, cell_pin(in, PIN_DATA_IN));
     edit_connect(fp, cell_pin(out, PIN_DATA_OUT), pin_of(pad, buffer->input));
     edit_connect(fp, out_data_in, core_reads ? constant_one() : far);
-    add_constant_control(fp, index, pin_of(pad, enable), is_low, core_reads);
-    return out.name;
+    add_constant_control(fp, row, pin_of(pad, added.enable), added.is_low, core_reads);
 }
 
 } // namespace
 
-const char *add_in_out_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
-    const OPIN_ROW &row = OPIN_TAB[index];
-    SCAN_COUNT[row.input_cell.counter]++;
-    SCAN_COUNT[row.counter]++;
+void add_in_out_scan_cell_in_cmd(EDIT_FILE *fp, OPIN_ROW &row) {
     if (lives_in_bcm(row))
-        return add_in_bcm(fp, index);
-    if (row.pad_instance != nullptr)
-        return add_on_pad(fp, index);
-    return option(OPT_ADD_PAD) ? add_with_new_pad(fp, index) : nullptr;
+        add_in_bcm(fp, row);
+    else if (row.pad_instance != nullptr)
+        add_on_pad(fp, row);
+    else if (option(OPT_ADD_PAD))
+        add_with_new_pad(fp, row);
 }

@@ -12,14 +12,10 @@ struct MUX_PAIR {
     PLACED_CELL out, in;
 };
 
-MUX_PAIR place_mux_pair(EDIT_FILE *fp, int32_t index, bool mux_is_input) {
-    OPIN_ROW &row = OPIN_TAB[index];
-    PLACED_CELL out = new_cell(index, row.scan_cell, !mux_is_input);
-    PLACED_CELL in = new_cell(index, row.input_cell.cell, mux_is_input);
-    SCAN_COUNT[row.counter]++;
-    SCAN_COUNT[row.input_cell.counter]++;
-    set_order_to_last(index);
-    row.scan_cell_name = keep_format("%s,%s", out.name, in.name);
+MUX_PAIR place_mux_pair(EDIT_FILE *fp, OPIN_ROW &row, bool mux_is_input) {
+    PLACED_CELL out = new_cell(row, row.scan_cell, !mux_is_input);
+    PLACED_CELL in = new_cell(row, row.input_cell.cell, mux_is_input);
+    point_at_last_cell(row, keep_format("%s,%s", out.name, in.name));
     edit_add_instance(fp, out.name, out.cell->name);
     edit_add_instance(fp, in.name, in.cell->name);
     return {out, in};
@@ -36,39 +32,32 @@ void connect_pair_data(EDIT_FILE *fp, const OPIN_ROW &row, const MUX_PAIR &pair)
     mux_pin_step(fp, row, MUX_IN1, pair.out, PIN_UPDATE_OUT);
 }
 
-PLACED_CELL place_mux_cell(EDIT_FILE *fp, int32_t index) {
-    const OPIN_ROW &row = OPIN_TAB[index];
-    SCAN_COUNT[row.counter]++;
-    PLACED_CELL cell = new_cell(index, row.scan_cell, true);
-    place_cell(fp, index, cell);
+PLACED_CELL place_mux_cell(EDIT_FILE *fp, OPIN_ROW &row) {
+    PLACED_CELL cell = new_cell(row, row.scan_cell, true);
+    place_cell(fp, row, cell);
     return cell;
 }
 
 } // namespace
 
-const char *add_mux_input_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
-    const OPIN_ROW &row = OPIN_TAB[index];
-    PLACED_CELL cell = place_mux_cell(fp, index);
+void add_mux_input_cell_in_cmd(EDIT_FILE *fp, OPIN_ROW &row) {
+    PLACED_CELL cell = place_mux_cell(fp, row);
     mux_pin_step(fp, row, MUX_IN2, cell, PIN_UPDATE_OUT);
     connect_data_in(fp, row, cell, pad_pin(row, SIDE_OUTPUT));
     join_bcm_mode(fp, row, cell, 1);
     count_bcm_cell(cell, true);
-    return cell.name;
 }
 
-const char *add_mux_output_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
-    const OPIN_ROW &row = OPIN_TAB[index];
-    PLACED_CELL cell = place_mux_cell(fp, index);
+void add_mux_output_scan_cell_in_cmd(EDIT_FILE *fp, OPIN_ROW &row) {
+    PLACED_CELL cell = place_mux_cell(fp, row);
     mux_pin_step(fp, row, MUX_IN1, cell, PIN_UPDATE_OUT);
     join_pad_input(fp, row, cell, PIN_DATA_IN);
     join_bcm_mode(fp, row, cell, 0);
     count_bcm_cell(cell, true);
-    return cell.name;
 }
 
-const char *add_mux_bidi_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
-    const OPIN_ROW &row = OPIN_TAB[index];
-    PLACED_CELL cell = place_mux_cell(fp, index);
+void add_mux_bidi_scan_cell_in_cmd(EDIT_FILE *fp, OPIN_ROW &row) {
+    PLACED_CELL cell = place_mux_cell(fp, row);
     PAD_PIN output = pad_pin(row, SIDE_OUTPUT, PAD_WORD_BIDIRECTIONAL);
     if (cell.cell->sys_in != nullptr)
         cut_pad_output(fp, row, cell, PIN_SYS_IN, output);
@@ -79,20 +68,16 @@ const char *add_mux_bidi_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
         mux_pin_step(fp, row, MUX_OUT, cell, PIN_MUX_DATA_IN);
     join_bcm_mode(fp, row, cell, 0);
     count_bcm_cell(cell, true);
-    return cell.name;
 }
 
-const char *add_mux1_in_out_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
-    MUX_PAIR pair = place_mux_pair(fp, index, true);
-    connect_pair_data(fp, OPIN_TAB[index], pair);
-    return pair.out.name;
+void add_mux1_in_out_scan_cell_in_cmd(EDIT_FILE *fp, OPIN_ROW &row) {
+    MUX_PAIR pair = place_mux_pair(fp, row, true);
+    connect_pair_data(fp, row, pair);
 }
 
-const char *add_mux2_in_out_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
-    const OPIN_ROW &row = OPIN_TAB[index];
-    MUX_PAIR pair = place_mux_pair(fp, index, false);
+void add_mux2_in_out_scan_cell_in_cmd(EDIT_FILE *fp, OPIN_ROW &row) {
+    MUX_PAIR pair = place_mux_pair(fp, row, false);
     if (pair.in.cell->update_dr_out != nullptr)
         mux_pin_step(fp, row, MUX_IN2, pair.in, PIN_UPDATE_OUT);
     connect_pair_data(fp, row, pair);
-    return pair.out.name;
 }

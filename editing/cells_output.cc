@@ -10,30 +10,23 @@
 
 namespace {
 
-/// A two-state output on a pad with an enable: the pad drives always.
-void enable_added_pad(EDIT_FILE *fp, const OPIN_ROW &row, const ADDED_PAD &pad) {
-    bool is_low = false;
-    const char *enable = enable_of_added_pad(pad, PIN_TABLE[row.pin_index], is_low);
-    if (enable != nullptr)
-        edit_connect(fp, pin_of(row.pad_instance, enable), is_low ? constant_zero() : constant_one());
-    note_added_pad(pad.cell, {pad.input, pad.output, enable});
-}
-
 /// Between the core and the port, with a pad of its own when one is to be added.
 void add_at_port(EDIT_FILE *fp, OPIN_ROW &row, const char *name) {
     EDIT_OPERAND data_in = pin_of(name, row.scan_cell->data_in);
-    EDIT_OPERAND far = port_far_operand(row);
+    EDIT_OPERAND far = port_far_operand(fp, row);
     EDIT_OPERAND driven = port_net(row.port_name);
     if (option(OPT_ADD_PAD)) {
-        ADDED_PAD pad = added_pad_cell(PIN_TABLE[row.pin_index], true);
+        ADDED_PAD pad = added_pad_cell(PAD_OUTPUT, PIN_TABLE[row.pin_index]);
         const char *instance = keep_format("B_PAD%d", ADD_BUF_COUNT++);
         edit_add_instance(fp, instance, pad.cell);
         cut_port(fp, row, data_in);
-        edit_connect(fp, pin_of(instance, pad.output), port_net(row.port_name));
-        row.pad_instance = instance;
-        row.pad_input = pad.input;
-        driven = pin_operand(pad_pin(row, SIDE_INPUT));
-        enable_added_pad(fp, row, pad);
+        edit_connect(fp, pin_of(instance, pad.buffer->output), port_net(row.port_name));
+        row.shown_pad = {true, instance, nullptr};
+        driven = pin_of(instance, pad.buffer->input);
+        // A two-state output on a pad with an enable: the pad drives always.
+        if (pad.enable != nullptr)
+            edit_connect(fp, pin_of(instance, pad.enable), pad.is_low ? constant_zero() : constant_one());
+        note_added_pad(pad.cell, {pad.buffer->input, pad.buffer->output, pad.enable});
     } else {
         cut_port(fp, row, data_in);
     }
@@ -43,59 +36,50 @@ void add_at_port(EDIT_FILE *fp, OPIN_ROW &row, const char *name) {
 
 } // namespace
 
-const char *add_output_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
-    OPIN_ROW &row = OPIN_TAB[index];
-    SCAN_COUNT[row.counter]++;
-    PLACED_CELL cell = new_cell(index, row.scan_cell);
+void add_output_scan_cell_in_cmd(EDIT_FILE *fp, OPIN_ROW &row) {
+    PLACED_CELL cell = new_cell(row, row.scan_cell);
     if (is_inside_pad(row, cell)) {
         // The cell is the pad.
-        set_order_to_last(index);
-        row.scan_cell_name = cell.name;
-        return cell.name;
+        point_at_last_cell(row, cell.name);
+        return;
     }
-    place_cell(fp, index, cell);
+    place_cell(fp, row, cell);
     if (row.pad_instance == nullptr) {
         add_at_port(fp, row, cell.name);
-        return cell.name;
+        return;
     }
-    PAD_PIN pin =
-        lives_in_bcm(row) ? pad_pin(row, SIDE_INPUT) : pin_behind_buffer(row, SIDE_INPUT, PAD_WORD_OUTPUT);
+    PAD_PIN pin = lives_in_bcm(row) ? pad_pin(row, SIDE_INPUT)
+                                    : pin_behind_buffer(fp, row, SIDE_INPUT, PAD_WORD_OUTPUT);
     if (stays_at_port(fp, row, cell, pin))
-        return cell.name;
+        return;
     cut_pad_input(fp, row, cell, PIN_DATA_IN, PIN_DATA_OUT, pin, true);
     count_bcm_cell(cell, false);
-    return cell.name;
 }
 
-const char *add_bidi_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
-    const OPIN_ROW &row = OPIN_TAB[index];
-    PLACED_CELL cell = new_cell(index, row.scan_cell);
+void add_bidi_scan_cell_in_cmd(EDIT_FILE *fp, OPIN_ROW &row) {
+    PLACED_CELL cell = new_cell(row, row.scan_cell);
     if (is_inside_pad(row, cell))
-        return cell.name;
-    SCAN_COUNT[row.counter]++;
-    place_cell(fp, index, cell);
+        return;
+    place_cell(fp, row, cell);
     cut_pad_input(fp, row, cell, PIN_PAD_DATA_IN, PIN_PAD_DATA_OUT,
-                  pin_behind_buffer(row, SIDE_INPUT, PAD_WORD_BIDIRECTIONAL), false);
-    PAD_PIN output = pin_behind_buffer(row, SIDE_OUTPUT, PAD_WORD_BIDIRECTIONAL);
+                  pin_behind_buffer(fp, row, SIDE_INPUT, PAD_WORD_BIDIRECTIONAL), false);
+    PAD_PIN output = pin_behind_buffer(fp, row, SIDE_OUTPUT, PAD_WORD_BIDIRECTIONAL);
     if (cell.cell->sys_in != nullptr)
         cut_pad_output(fp, row, cell, PIN_SYS_IN, output);
     join(fp, cell, PIN_SYS_PIN, pin_operand(output));
     count_bcm_cell(cell, true);
-    return cell.name;
 }
 
-const char *add_internal_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
-    const OPIN_ROW &row = OPIN_TAB[index];
-    SCAN_COUNT[row.counter]++;
-    PLACED_CELL cell = new_cell(index, row.scan_cell);
-    place_cell(fp, index, cell);
+void add_internal_scan_cell_in_cmd(EDIT_FILE *fp, OPIN_ROW &row) {
+    PLACED_CELL cell = new_cell(row, row.scan_cell);
+    place_cell(fp, row, cell);
     PAD_PIN pin = pad_pin(row, row.pad_output != nullptr ? SIDE_OUTPUT : SIDE_INPUT);
     if (cell.cell->data_out == nullptr) {
         join(fp, cell, PIN_DATA_IN, pin_operand(pin));
-        return cell.name;
+        return;
     }
     bool drives_core = pin.side == SIDE_OUTPUT;
-    int32_t node = far_end(pin);
+    int32_t node = far_end(fp, pin);
     if (node < 0)
         vmr_fail("ERROR: pin '%s' is floating.\n", row.port_name);
     bool at_port = !is_constant_net(node) && is_port_node(node);
@@ -105,9 +89,8 @@ const char *add_internal_scan_cell_in_cmd(EDIT_FILE *fp, int32_t index) {
     if (drives_core) {
         cut_pad_output(fp, row, cell, PIN_DATA_OUT, pin);
         join(fp, cell, PIN_DATA_IN, pin_operand(pin));
-        return cell.name;
+        return;
     }
     // The line for %DATA_IN stands first when the far end is a port.
     cut_pad_input(fp, row, cell, PIN_DATA_IN, PIN_DATA_OUT, pin, !at_port);
-    return cell.name;
 }

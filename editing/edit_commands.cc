@@ -1,19 +1,15 @@
 #include "editing/edit_commands.hh"
 
+#include "planning/tracing.hh"
 #include "sdb/navigation.hh"
 #include "support/console.hh"
 #include "support/run_state.hh"
 #include "support/whole_file.hh"
 
-EDIT_FILE *TAP_FP = nullptr;
-EDIT_FILE *PAD_FP = nullptr;
-
 namespace {
 
-constexpr const char *UNKNOWN_NAME = "*UNDEF*";
-
 std::string known(const char *name) {
-    return name == nullptr ? UNKNOWN_NAME : name;
+    return text_or_undefined(name);
 }
 
 /// The language parts its words at blanks, so a name with one would silently become two words.
@@ -24,7 +20,8 @@ void check_word(const EDIT_FILE *file, const std::string &word) {
 }
 
 std::string checked(const EDIT_FILE *file, const EDIT_OPERAND &operand) {
-    std::string text = operand_text(operand);
+    std::string text =
+        operand.kind == EDIT_OPERAND::PIN ? operand.instance + "{" + operand.name + "}" : operand.name;
     check_word(file, text);
     return text;
 }
@@ -63,12 +60,6 @@ EDIT_OPERAND free_net() {
 
 EDIT_OPERAND tap_signal(const EDIT_FILE *file, const char *pin) {
     return file->tap != nullptr ? pin_of(file->tap, pin) : port_net(pin);
-}
-
-std::string operand_text(const EDIT_OPERAND &operand) {
-    if (operand.kind == EDIT_OPERAND::PIN)
-        return operand.instance + "{" + operand.name + "}";
-    return operand.name;
 }
 
 EDIT_FILE *edit_begin_file(const std::string &path, const std::string &module, bool with_path) {

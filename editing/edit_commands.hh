@@ -12,7 +12,11 @@
 #include "planning/port_table.hh"
 
 #include <cstdint>
+#include <set>
 #include <string>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
 
 /// One side of a command.
 struct EDIT_OPERAND {
@@ -32,8 +36,6 @@ EDIT_OPERAND constant_one();
 EDIT_OPERAND constant_zero();
 /// The net of a bit whose value is free.
 EDIT_OPERAND free_net();
-/// The operand as it stands in a line.
-std::string operand_text(const EDIT_OPERAND &operand);
 
 /// Blanks of a line beyond the plain form. The editor reads all alike.
 enum EDIT_BLANKS {
@@ -44,25 +46,38 @@ enum EDIT_BLANKS {
     EDIT_WIDE_SECOND,    ///< "connect a  b": others of them
 };
 
-/// One edit command file that is being written, and what is to be known of the module that it edits. The
-/// layout that begins the file sets the latter.
+/// Where a signal is: a pin of an instance, or a port when `instance` is null. A null pin is no place.
+struct SIGNAL_PLACE {
+    const char *instance = nullptr;
+    const char *pin = nullptr;
+};
+
+/// A module that is edited: its command file that is being written, and what is to be known of the module.
 struct EDIT_FILE {
-    std::string path; ///< where it goes, "./rimweave_lib/chip_jtag.cmd"
-    std::string text; ///< the lines so far
+    std::string path;               ///< where it goes, "./rimweave_lib/chip_jtag.cmd"
+    std::string text;               ///< the lines so far
+    const char *sdb_path = nullptr; ///< the module as it was given
     /// The instance in this module that is the TAP or leads to it. Null where there is none: the TAP's
     /// signals then come in by ports that have the names of its pins.
     const char *tap = nullptr;
-    bool holds_cells = false; ///< cells are written into this file
     /// A pad that stands on a port directly is warned of. In a module below the top, a port is the way to the
     /// core.
     bool warns_of_ports = false;
+
+    /// By node: what took the place of a pin that a cell has cut off its net.
+    std::unordered_map<int32_t, EDIT_OPERAND> cut_pins = {};
+    /// Pins that the TAP takes off their nets before the cells are written: none leads to its net any more.
+    std::vector<SIGNAL_PLACE> taken_pins = {};
+    std::set<int32_t> highz_buffers = {}; ///< groups whose buffer is in the file
+
+    // Of one of several modules with pads: the names of its ports, the new ones included, and the lines that
+    // other modules have asked for, which go behind all others.
+    std::unordered_set<std::string> ports = {};
+    std::string added_ports = {}, added_conns = {};
 };
 
 /// The TAP's signal in the module: the TAP's pin, or the port that carries it in.
 EDIT_OPERAND tap_signal(const EDIT_FILE *file, const char *pin);
-
-extern EDIT_FILE *TAP_FP; ///< the top module's file; set by open_and_modify_top_sdb, null when none is open
-extern EDIT_FILE *PAD_FP; ///< the file of the level in work; set by open_and_modify_hierarchy_sdb
 
 /// A new file with its `edit <module>` line, and a `path` line for the library directory when `with_path` is
 /// set. Null when the file can't be created at `path`: the caller has the message.

@@ -23,27 +23,30 @@
 
 namespace {
 
-void write_cells(EDIT_FILE *fp, int32_t first) {
-    for (int32_t row = first; row < DYNA_count(OPIN_TAB); row++)
-        if (OPIN_TAB[row].scan_cell != nullptr)
+void write_cells(EDIT_FILE *fp) {
+    for (OPIN_ROW &row : rows(OPIN_TAB).subspan(first_row_with_cells()))
+        if (row.scan_cell != nullptr)
             add_scan_cells_in_cmd_file(fp, row);
 }
 
-/// The cells' pads stand in the top module.
-void emit_in_top(const PAD_PATH &pads, int32_t first) {
-    open_sdb_file(MODULE_SDB);
-    open_and_modify_top_sdb(pads);
-    write_cells(TAP_FP, first);
-    rwv_do_connection_table(TAP_FP);
+/// Writes all files but that of the module with the cells' pads, which it returns.
+EDIT_FILE *write_cell_lines() {
+    PAD_PATH pads = path_of_pads();
+    edit_tap_path(pads);
+    begin_routes(pads.levels);
+    EDIT_FILE *file;
+    if (pads.levels == 0) {
+        open_sdb_file(MODULE_SDB);
+        file = open_and_modify_top_sdb(pads);
+        write_cells(file);
+        rwv_do_connection_table(file);
+    } else {
+        file = write_pad_levels(pads, open_and_modify_top_sdb(pads));
+        open_sdb_file(file->sdb_path);
+        write_cells(file);
+    }
     close_sdb_file();
-}
-
-/// The cells' pads stand in a module below the top.
-void emit_in_pad_module(const PAD_PATH &pads, int32_t first) {
-    open_and_modify_top_sdb(pads);
-    open_sdb_file(write_pad_levels(pads));
-    write_cells(PAD_FP, first);
-    close_sdb_file();
+    return file;
 }
 
 void classify_ports() {
@@ -59,25 +62,28 @@ void check_cells_exist() {
                  TOP_MODULE, JTAG_BSC_FILE == nullptr ? "" : JTAG_BSC_FILE);
 }
 
-void add_scan_cell() {
-    plan_cells();
-    if (multi_io_module_flagG != 0 && rwv_hier_tap_ctrlG != 0)
-        vmr_fail("ERROR: Can not support hierarchic TAP controller for multiple IO-PAD modules.\n\n");
-    check_cells_exist();
-    reset_emission();
-    if (multi_io_module_flagG != 0) {
-        open_multi_io_modules();
-        bs_hier_search_tap_ports();
-        emit_multi_io_cells();
-        print_bso_file();
-        return;
-    }
+/// The cells' pads stand in one module.
+void insert_in_one_module() {
     vmr_printf(" - Synthesizing Boundary Registers in gate level ...\n\n");
-    PAD_PATH pads = path_of_pads();
-    edit_tap_path(pads);
-    begin_routes(pads.levels);
-    (pads.levels == 0 ? emit_in_top : emit_in_pad_module)(pads, first_row_with_cells());
+    EDIT_FILE *file = write_cell_lines();
     print_bso_file();
+    built_bus_balance_group_tab_for_control_signal(MULTI_IO_TAB[0].trees);
+    connect_scan_cell_in_cmd(file);
+    warn_of_open_pad_pins();
+    do_kalmedit();
+}
+
+void insert_in_modules() {
+    open_multi_io_modules();
+    bs_hier_search_tap_ports();
+    emit_multi_io_cells();
+    print_bso_file();
+    set_hier_common_net();
+    connect_scan_cell_for_multi_io();
+    hier_replace_io_modules();
+    warn_of_open_pad_pins();
+    hier_do_kalmedit();
+    print_closing_lines();
 }
 
 } // namespace
@@ -90,37 +96,26 @@ void plan_cells() {
 }
 
 void add_boundary_scan_chain() {
-    init_multi_io_tables();
-    add_scan_cell();
-    if (multi_io_module_flagG != 0) {
-        set_hier_common_net();
-        connect_scan_cell_for_multi_io();
-        hier_replace_io_module(0, MULTI_IO_HIER.children);
-        warn_of_open_pad_pins();
-        hier_do_kalmedit(0, MULTI_IO_HIER.children);
-        print_closing_lines();
-    } else {
-        built_bus_balance_group_tab_for_control_signal(MULTI_IO_TAB[0].trees);
-        connect_scan_cell_in_cmd(PAD_FP != nullptr ? PAD_FP : TAP_FP);
-        warn_of_open_pad_pins();
-        do_kalmedit();
-    }
+    plan_cells();
+    bool several = multi_io_module_flagG != 0;
+    if (several && rwv_hier_tap_ctrlG != 0)
+        vmr_fail("ERROR: Can not support hierarchic TAP controller for multiple IO-PAD modules.\n\n");
+    check_cells_exist();
+    (several ? insert_in_modules : insert_in_one_module)();
     print_report();
 }
 
 void add_boundary_scan_module() {
-    init_multi_io_tables();
     plan_cells();
     check_cells_exist();
     check_bcm_design();
     vmr_printf(" - Synthesizing Boundary Registers in gate level ...\n\n");
     open_sdb_file(MODULE_SDB);
-    reset_emission();
     begin_routes(0);
-    make_top_sdb();
-    write_cells(TAP_FP, first_row_with_cells());
+    EDIT_FILE *top = make_top_sdb();
+    write_cells(top);
     close_sdb_file();
-    edit_end_file(TAP_FP);
+    edit_end_file(top);
     print_bso_file();
     do_kalmedit();
     print_report();

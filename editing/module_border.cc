@@ -1,5 +1,6 @@
 #include "editing/module_border.hh"
 
+#include "planning/port_pad.hh"
 #include "planning/tracing.hh"
 #include "sdb/navigation.hh"
 #include "support/console.hh"
@@ -23,8 +24,7 @@ bool highz_buffers_exist() {
 /// The pads of mux cells may need a mode signal that no cell has a pin for.
 const char *mode_pin_of_pads(int32_t mode) {
     for (const OPIN_ROW &row : rows(OPIN_TAB))
-        if (row.scan_cell != nullptr && row.kind >= CELL_MUX_INPUT && row.pad != nullptr &&
-            row.pad->*PAD_MODES[mode] != nullptr && row.mode_net[mode] < 2)
+        if (row.scan_cell != nullptr && row.kind >= CELL_MUX_INPUT && mode_hangs_on_tap(row, mode))
             return without_minus(TAP_CONTR->*CONTROL_SIGNALS[MODE_SIGNALS[mode]].tap_field);
     return nullptr;
 }

@@ -5,12 +5,13 @@
 #include "editing/edit_commands.hh"
 
 #include <string>
+#include <vector>
 
 /// Copies a file through the shell; 0 is success.
 int copy_file(const std::string &from, const std::string &to);
 
-/// Copies the top module and begins its file in TAP_FP, with a `path` line or without.
-void begin_top_file(bool with_path);
+/// Copies the top module and begins its file, with a `path` line or without.
+EDIT_FILE *begin_top_file(bool with_path);
 
 // A module of a TAP path, or one of several that hold pads: its SDB, the copy of that under the edited
 // module's name, and its command file.
@@ -20,7 +21,10 @@ EDIT_FILE *begin_module_file(const std::string &edited);
 
 /// Name of the edited module of a row of MULTI_IO_TAB: "chip_jtag" for the top, else "<class>_bs<copy>".
 std::string edited_module_name(int32_t module);
+/// The rows of MULTI_IO_TAB, each behind the modules below it.
+std::vector<int32_t> modules_children_first();
 
-/// A level of the pads' path: copies the module as <module>_bs, begins its file in PAD_FP and returns the
-/// path of its SDB.
-const char *begin_level_file(const char *module, bool with_path);
+/// A level of the pads' path, or of that of a standard port: the SDB of its module. Kept for good.
+const char *found_level_file(const char *module);
+/// Copies the module of a level of the pads' path as <module>_bs and begins its file.
+EDIT_FILE *begin_level_file(const char *module, bool with_path);

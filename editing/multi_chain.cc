@@ -70,7 +70,7 @@ SIGNAL_PLACE place_in(int32_t module, int32_t index, const CHAIN_PIN &which) {
 
 /// One end of the chain, at the TAP in the top module.
 void connect_end(int32_t index, const CHAIN_PIN &which, const char *tap_pin, EDIT_FILE *fp) {
-    SIGNAL_PLACE tap = {TAP_FP->tap, tap_pin};
+    SIGNAL_PLACE tap = {MULTI_IO_TAB[0].file->tap, tap_pin};
     lead_up(index, which, fp, 0);
     SIGNAL_PLACE cell = place_in(0, index, which);
     if (SCAN_TAB[index].io_module == 0)

@@ -10,19 +10,7 @@
 #include "planning/port_table.hh"
 
 #include <string>
-#include <unordered_set>
 #include <vector>
-
-/// What the flow keeps of one row of MULTI_IO_TAB, under the same index.
-struct IO_MODULE {
-    const char *sdb_path;                  ///< the module as it was given
-    EDIT_FILE *file;                       ///< null once it is written
-    std::unordered_set<std::string> ports; ///< names that ports of the module have, the new ones included
-    EDIT_FILE added_ports;                 ///< lines of ports for signals that only pass through the module
-    EDIT_FILE added_conns;                 ///< lines of their connections; both go behind all others
-    bool highz_buffer;                     ///< the module or one below it has a high-impedance buffer
-};
-extern std::vector<IO_MODULE> IO_MODULES; ///< made by open_multi_io_modules
 
 /// Copies all modules and begins their files. Ends the run with a message when one can't be found, copied or
 /// written.
@@ -35,7 +23,7 @@ void emit_multi_io_cells();
 /// it gets one there and on every level above. To be done before the cells are written.
 void bs_hier_search_tap_ports();
 /// Joins an added TAP to the standard ports, in the top module's file.
-void connect_standard_ports_in_top();
+void connect_standard_ports_in_top(EDIT_FILE *top);
 
 /// Spreads the needs upwards: a module counts one load per child with the signal.
 void set_hier_common_net();
@@ -51,10 +39,9 @@ int32_t check_common_level_for_two_multi_io(int32_t a, int32_t b);
 /// is recorded for them.
 void hier_add_and_connect_bc_serial(int32_t row, EDIT_FILE *fp);
 
-/// Ends the files of MULTI_IO_TAB row `index` and its subtree, a child's before its parent's: the children
-/// replaced and wired, in the top the standard ports, and everywhere the ports and connections recorded on
-/// the way.
-void hier_replace_io_module(int32_t index, const MULTI_IO_NODE *children);
+/// Ends the files of all modules, a child's before its parent's: the children replaced and wired, in the top
+/// the standard ports, and everywhere the ports and connections recorded on the way.
+void hier_replace_io_modules();
 
 /// Notes a new port of the module. Ends the run when the name is taken.
 void take_port_name(int32_t module, const std::string &name);

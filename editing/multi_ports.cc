@@ -30,7 +30,7 @@ void bs_add_tap_port_to_cmd_file(STANDARD_SIGNAL signal, const char *port,
     const ROUTE_STEP &stop = route.steps[route.stop];
     SIGNAL_PLACE from = stop.place;
     if (stop.cut)
-        take_pin_for_tap(IO_MODULES[modules[route.stop]].file, modules[route.stop], from.instance, from.pin);
+        take_pin_for_tap(MULTI_IO_TAB[modules[route.stop]].file, from);
     for (size_t level = route.stop; level < modules.size(); level++) {
         record_port(modules[level], port, SIGNALS[signal].to_pad ? EDIT_INPUT : EDIT_OUTPUT);
         record_connection(modules[level], from, {nullptr, port});
@@ -60,7 +60,7 @@ void search_signal(STANDARD_SIGNAL signal) {
     OPEN_DESIGN top(MODULE_SDB);
     route.top.cut = is_taken_in_top(signal, *SIGNALS[signal].found);
     if (route.top.cut)
-        note_pin_of_tap(0, route.top.place.instance, route.top.place.pin);
+        MULTI_IO_TAB[0].file->taken_pins.push_back(route.top.place);
 }
 
 } // namespace
@@ -74,14 +74,14 @@ void bs_hier_search_tap_ports() {
         show_route_in_row(signal);
 }
 
-void connect_standard_ports_in_top() {
+void connect_standard_ports_in_top(EDIT_FILE *top_file) {
     for (STANDARD_SIGNAL signal : TRST_FIRST_ORDER) {
         const ROUTE_STEP &top = SIGNALS[signal].route.top;
         if (!port_is_used(SIGNALS[signal].port))
             continue;
         if (signal_row(signal) != nullptr && top.place.pin != nullptr)
-            free_and_join(TAP_FP, top, pin_of(TAP_FP->tap, signal_tap_pin(signal)));
+            free_and_join(top_file, top, pin_of(top_file->tap, signal_tap_pin(signal)));
         else if (signal_row(signal) == nullptr && signal != SIGNAL_TDO_EN)
-            add_standard_port(signal);
+            add_standard_port(top_file, signal);
     }
 }

@@ -28,18 +28,14 @@ struct PAD_LEVEL {
     TAP_MATCH match;
     bool is_top;
     const char *child; ///< instance of the next level down, null at level 0
-    EDIT_FILE *&file;
+    EDIT_FILE *file;
 };
 
+/// The level, whose file is not there yet.
 PAD_LEVEL level_of_path(const PAD_PATH &path, int32_t number) {
-    bool is_top = number == path.levels;
     TAP_MATCH match = number == path.tap_level ? TAP_HERE : number > path.tap_level ? TAP_BELOW : TAP_ABOVE;
-    return {path,
-            number,
-            match,
-            is_top,
-            number == 0 ? nullptr : path.row->hier_instances[number - 1],
-            is_top ? TAP_FP : PAD_FP};
+    const char *child = number == 0 ? nullptr : path.row->hier_instances[number - 1];
+    return {path, number, match, number == path.levels, child, nullptr};
 }
 
 bool tap_is_in_path(const PAD_PATH &path) {
@@ -162,23 +158,21 @@ void add_entering_ports(const PAD_LEVEL &level) {
                          SIGNALS[signal].to_pad ? EDIT_OUTPUT : EDIT_INPUT);
 }
 
-const char *open_and_modify_hierarchy_sdb(const PAD_LEVEL &level) {
+void open_and_modify_hierarchy_sdb(PAD_LEVEL &level) {
     const PAD_PATH &path = level.path;
     // What is left of the TAP's path lies in the library directory already.
     int32_t depth = path.levels - path.tap_level;
     bool with_path = level.match == TAP_HERE && depth + 1 < DYNA_count(rwv_hier_tap_ctrl_name_tabG);
-    const char *found = begin_level_file(path.row->hier_classes[level.number], with_path);
-    if (level.match == TAP_HERE && place_tap(PAD_FP, depth))
-        write_idcode_lines(PAD_FP);
+    level.file = begin_level_file(path.row->hier_classes[level.number], with_path);
+    if (level.match == TAP_HERE && place_tap(level.file, depth))
+        write_idcode_lines(level.file);
     if (level.match == TAP_BELOW)
-        PAD_FP->tap = level.child;
-    PAD_FP->holds_cells = level.number == 0;
-    OPEN_DESIGN module(found);
+        level.file->tap = level.child;
+    OPEN_DESIGN module(level.file->sdb_path);
     if (level.match == TAP_ABOVE)
         add_control_ports(level);
     else
         add_entering_ports(level);
-    return found;
 }
 
 // ---- the wires of a level
@@ -250,7 +244,7 @@ void connect_crossings(const PAD_LEVEL &level) {
     }
 }
 
-void finish_level(const PAD_LEVEL &level) {
+void finish_level(PAD_LEVEL &level) {
     if (level.match != TAP_BELOW)
         connect_crossings(level);
     if (level.is_top && level.match == TAP_HERE)
@@ -263,20 +257,21 @@ void finish_level(const PAD_LEVEL &level) {
 
 } // namespace
 
-const char *write_pad_levels(const PAD_PATH &path) {
+EDIT_FILE *write_pad_levels(const PAD_PATH &path, EDIT_FILE *top) {
     bs_search_standard_ports(path);
-    const char *sdb_path = nullptr;
-    for (int32_t number = path.levels; number >= 0; number--) {
+    if (tap_is_in_path(path))
+        top->tap = path.row->hier_instances[path.levels - 1];
+    for (int32_t number = path.levels;; number--) {
         PAD_LEVEL level = level_of_path(path, number);
         if (level.is_top)
-            TAP_FP->tap = level.match == TAP_HERE ? TAP_FP->tap : level.child;
+            level.file = top;
         else
-            sdb_path = open_and_modify_hierarchy_sdb(level);
+            open_and_modify_hierarchy_sdb(level);
         if (level.child != nullptr)
             edit_replace(level.file, level.child, std::string(path.row->hier_classes[number - 1]) + "_bs");
         connect_signals(level);
-        if (level.child != nullptr)
-            finish_level(level);
+        if (level.child == nullptr)
+            return level.file;
+        finish_level(level);
     }
-    return sdb_path;
 }

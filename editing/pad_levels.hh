@@ -5,6 +5,5 @@
 #include "editing/tap_hierarchy.hh"
 
 /// Follows the standard signals, ends the top module's file and writes those of all levels of the pads' path,
-/// from the top's child down. That of level 0, with all that stands before the cell lines, stays open in
-/// PAD_FP. Returns the path of its SDB.
-const char *write_pad_levels(const PAD_PATH &path);
+/// from the top's child down. Returns that of level 0, with all that stands before the cell lines.
+EDIT_FILE *write_pad_levels(const PAD_PATH &path, EDIT_FILE *top);

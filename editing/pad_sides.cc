@@ -7,17 +7,13 @@
 #include "support/run_state.hh"
 #include "support/text.hh"
 
-EMISSION_STATE emission;
+#include <algorithm>
+
 int32_t ADD_BUF_COUNT = 0;
 
 namespace {
 
 const char *const PAD_WORDS[] = {"Input", "Output", "Bidirectional"};
-
-/// Node ids are those of one design file, so the module is part of the key.
-int64_t cut_key(int32_t node) {
-    return (static_cast<int64_t>(current_multi_io_indexG) << 32) | static_cast<uint32_t>(node);
-}
 
 int32_t direction_of_side(PAD_SIDE side) {
     return side == SIDE_OUTPUT ? SDB_OUTPUT : SDB_INPUT;
@@ -42,39 +38,25 @@ bool joins_only(int32_t node, int32_t obj, int32_t other) {
     return true;
 }
 
-bool is_taken(int32_t node) {
-    for (const EMISSION_STATE::TAKEN_PIN &taken : emission.taken_pins)
-        if (taken.module == current_multi_io_indexG && find_place_node(taken.instance, taken.pin) == node)
-            return true;
-    return false;
+bool is_taken(const EDIT_FILE *fp, int32_t node) {
+    return std::ranges::any_of(fp->taken_pins, [node](const SIGNAL_PLACE &taken) {
+        return find_place_node(taken.instance, taken.pin) == node;
+    });
 }
 
 /// The first node of the list that is neither `own`, nor of the object, nor taken by the TAP; -1 for none.
-int32_t first_other_node(int32_t node, int32_t own, int32_t obj) {
-    while (node >= 0 && (node == own || (obj >= 0 && node_tab[node].obj == obj) || is_taken(node)))
+int32_t first_other_node(const EDIT_FILE *fp, int32_t node, int32_t own, int32_t obj) {
+    while (node >= 0 && (node == own || (obj >= 0 && node_tab[node].obj == obj) || is_taken(fp, node)))
         node = node_tab[node].next;
     return node;
 }
 
-void note_cut(int32_t node, const EDIT_OPERAND &successor) {
+void note_cut(EDIT_FILE *fp, int32_t node, const EDIT_OPERAND &successor) {
     if (node >= 0)
-        emission.cut_pins.insert_or_assign(cut_key(node), successor);
+        fp->cut_pins.insert_or_assign(node, successor);
 }
 
 } // namespace
-
-void reset_emission() {
-    emission = {};
-}
-
-void note_pin_of_tap(int32_t module, const char *instance, const char *pin) {
-    emission.taken_pins.push_back({module, instance, pin});
-}
-
-void take_pin_for_tap(EDIT_FILE *fp, int32_t module, const char *instance, const char *pin) {
-    edit_disconnect(fp, instance != nullptr ? pin_of(instance, pin) : port_net(pin));
-    note_pin_of_tap(module, instance, pin);
-}
 
 PAD_PIN pad_pin(const OPIN_ROW &row, PAD_SIDE side, PAD_WORD word) {
     return {side, row.pad_instance, side == SIDE_OUTPUT ? row.pad_output : row.pad_input, word};
@@ -84,55 +66,54 @@ EDIT_OPERAND pin_operand(const PAD_PIN &pin) {
     return pin_of(pin.instance, pin.pin);
 }
 
-int32_t far_end(const char *instance, const char *pin, int32_t direction) {
+int32_t far_end(const EDIT_FILE *fp, const char *instance, const char *pin, int32_t direction) {
     int32_t obj = SDB_instance_obj(instance);
     if (obj < 0 || pin == nullptr)
         return -1;
     int32_t net = search_inet_connected_to_obj(obj, pin, direction);
     if (net < 0)
         return -1;
-    return first_other_node(net_tab[net].first_node, -1, obj);
+    return first_other_node(fp, net_tab[net].first_node, -1, obj);
 }
 
-int32_t far_end(const PAD_PIN &pin) {
-    return far_end(pin.instance, pin.pin, direction_of_side(pin.side));
+int32_t far_end(const EDIT_FILE *fp, const PAD_PIN &pin) {
+    return far_end(fp, pin.instance, pin.pin, direction_of_side(pin.side));
 }
 
-int32_t far_end_of_pad(const OPIN_ROW &row, const PAD_PIN &pin) {
-    int32_t node = far_end(pin);
+int32_t far_end_of_pad(const EDIT_FILE *fp, const OPIN_ROW &row, const PAD_PIN &pin) {
+    int32_t node = far_end(fp, pin);
     if (node < 0)
         fail_floating(row, pin);
     return node;
 }
 
-EDIT_OPERAND node_operand(int32_t node) {
+EDIT_OPERAND node_operand(const EDIT_FILE *fp, int32_t node) {
     if (is_constant_net(node))
         return design_net(node);
-    if (node >= 0)
-        if (auto cut = emission.cut_pins.find(cut_key(node)); cut != emission.cut_pins.end())
-            return cut->second;
+    if (auto cut = fp->cut_pins.find(node); cut != fp->cut_pins.end())
+        return cut->second;
     if (node < 0 || is_port_node(node))
         return port_net(node_pin_name(node));
     return pin_of(SDB_obj_name(sdb, node_tab[node].obj), node_pin_name(node));
 }
 
-int32_t port_far_node(const OPIN_ROW &row) {
+int32_t port_far_node(const EDIT_FILE *fp, const OPIN_ROW &row) {
     int32_t own = port_tab[find_iport(row.port_name)].node;
     int32_t net = node_tab[own].net;
-    int32_t node = net < 0 ? -1 : first_other_node(net_tab[net].first_node, own, -1);
+    int32_t node = net < 0 ? -1 : first_other_node(fp, net_tab[net].first_node, own, -1);
     if (node < 0)
         vmr_fail("ERROR: port '%s' is floating.\n\n", row.port_name);
     return node;
 }
 
-EDIT_OPERAND port_far_operand(const OPIN_ROW &row) {
-    return node_operand(port_far_node(row));
+EDIT_OPERAND port_far_operand(const EDIT_FILE *fp, const OPIN_ROW &row) {
+    return node_operand(fp, port_far_node(fp, row));
 }
 
 void cut_pin(EDIT_FILE *fp, const char *instance, const char *pin, const EDIT_OPERAND &successor,
              EDIT_BLANKS blanks) {
     edit_disconnect(fp, pin_of(instance, pin), blanks);
-    note_cut(find_place_node(instance, pin), successor);
+    note_cut(fp, find_place_node(instance, pin), successor);
 }
 
 void cut_pin(EDIT_FILE *fp, const PAD_PIN &pin, const EDIT_OPERAND &successor, EDIT_BLANKS blanks) {
@@ -141,12 +122,12 @@ void cut_pin(EDIT_FILE *fp, const PAD_PIN &pin, const EDIT_OPERAND &successor, E
 
 void cut_port(EDIT_FILE *fp, const OPIN_ROW &row, const EDIT_OPERAND &successor) {
     edit_disconnect(fp, port_net(row.port_name));
-    note_cut(port_tab[find_iport(row.port_name)].node, successor);
+    note_cut(fp, port_tab[find_iport(row.port_name)].node, successor);
 }
 
-PAD_PIN pin_behind_buffer(const OPIN_ROW &row, PAD_SIDE side, PAD_WORD word) {
+PAD_PIN pin_behind_buffer(const EDIT_FILE *fp, const OPIN_ROW &row, PAD_SIDE side, PAD_WORD word) {
     PAD_PIN own = pad_pin(row, side, word);
-    int32_t node = far_end_of_pad(row, own);
+    int32_t node = far_end_of_pad(fp, row, own);
     if (is_port_node(node))
         return own;
     int32_t obj = node_tab[node].obj;

@@ -10,33 +10,7 @@
 #include "planning/tap_state.hh"
 #include "sdb/navigation.hh"
 
-#include <set>
-#include <unordered_map>
-#include <utility>
-#include <vector>
-
-/// What the emission of cells keeps between rows; reset by reset_emission when a run begins to write cells.
-struct EMISSION_STATE {
-    std::unordered_map<int64_t, EDIT_OPERAND> cut_pins;  ///< by module and node: what took its place
-    std::set<std::pair<int32_t, int32_t>> highz_buffers; ///< by module: groups whose buffer is in the file
-    /// Pins that the TAP takes off their nets before the cells are written: none of them leads to its net any
-    /// more.
-    struct TAKEN_PIN {
-        int32_t module;       ///< as current_multi_io_indexG is while the cells of its module are written
-        const char *instance; ///< null for a port
-        const char *pin;
-    };
-    std::vector<TAKEN_PIN> taken_pins;
-};
-extern EMISSION_STATE emission;
 extern int32_t ADD_BUF_COUNT; ///< running number of added pads and inverters, never reset
-
-void reset_emission();
-
-/// Notes a pin, or a port when `instance` is null, that the TAP takes in a module that may hold cells.
-void note_pin_of_tap(int32_t module, const char *instance, const char *pin);
-/// The same, and disconnects it.
-void take_pin_for_tap(EDIT_FILE *fp, int32_t module, const char *instance, const char *pin);
 
 /// The two sides of a pad: the pin that drives the core, and the pin that the core drives.
 enum PAD_SIDE : int32_t { SIDE_OUTPUT, SIDE_INPUT };
@@ -52,21 +26,21 @@ struct PAD_PIN {
 };
 PAD_PIN pad_pin(const OPIN_ROW &row, PAD_SIDE side, PAD_WORD word = PAD_WORD_INPUT);
 /// The far pin of the %TRANSPARENT_BUFFER that follows the pad on this side; the pad's own where none does.
-PAD_PIN pin_behind_buffer(const OPIN_ROW &row, PAD_SIDE side, PAD_WORD word);
+PAD_PIN pin_behind_buffer(const EDIT_FILE *fp, const OPIN_ROW &row, PAD_SIDE side, PAD_WORD word);
 
 /// The pin as an operand.
 EDIT_OPERAND pin_operand(const PAD_PIN &pin);
 /// The first node on the pin's net that is no pin of the same instance, or -1.
-int32_t far_end(const char *instance, const char *pin, int32_t direction);
-int32_t far_end(const PAD_PIN &pin);
+int32_t far_end(const EDIT_FILE *fp, const char *instance, const char *pin, int32_t direction);
+int32_t far_end(const EDIT_FILE *fp, const PAD_PIN &pin);
 /// The same; ends the run when the pad of the row floats.
-int32_t far_end_of_pad(const OPIN_ROW &row, const PAD_PIN &pin);
+int32_t far_end_of_pad(const EDIT_FILE *fp, const OPIN_ROW &row, const PAD_PIN &pin);
 /// The operand by which a command joins a node's net.
-EDIT_OPERAND node_operand(int32_t node);
+EDIT_OPERAND node_operand(const EDIT_FILE *fp, int32_t node);
 /// What the design has at the port: the first other node on its net, and its operand. Ends the run when the
 /// port floats.
-int32_t port_far_node(const OPIN_ROW &row);
-EDIT_OPERAND port_far_operand(const OPIN_ROW &row);
+int32_t port_far_node(const EDIT_FILE *fp, const OPIN_ROW &row);
+EDIT_OPERAND port_far_operand(const EDIT_FILE *fp, const OPIN_ROW &row);
 
 /// Disconnects the pin and notes that `successor` stands on its old net from now on.
 void cut_pin(EDIT_FILE *fp, const char *instance, const char *pin, const EDIT_OPERAND &successor,

@@ -1,6 +1,6 @@
 #include "editing/standard_signals.hh"
 
-#include "editing/pad_sides.hh"
+#include "editing/module_copies.hh"
 #include "planning/open_design.hh"
 #include "planning/tracing.hh"
 #include "sdb/navigation.hh"
@@ -136,6 +136,11 @@ EDIT_OPERAND place_operand(const SIGNAL_PLACE &place) {
     return place.instance == nullptr ? port_net(place.pin) : pin_of(place.instance, place.pin);
 }
 
+void take_pin_for_tap(EDIT_FILE *fp, const SIGNAL_PLACE &place) {
+    edit_disconnect(fp, place_operand(place));
+    fp->taken_pins.push_back(place);
+}
+
 int32_t levels_of(STANDARD_SIGNAL signal) {
     const OPIN_ROW *row = signal_row(signal);
     return row == nullptr || row->pad_instance == nullptr ? 0 : DYNA_count(row->hier_classes);
@@ -153,10 +158,7 @@ void begin_routes(int32_t levels) {
 void follow(std::span<const STANDARD_SIGNAL> signals, const OPIN_ROW &row, int32_t from, int32_t to,
             LEVEL_USE use) {
     for (int32_t level = from; level < to; level++) {
-        const char *found = find_design_file(format_text("%s.sdb", row.hier_classes[level]));
-        if (found == nullptr)
-            console_fail("ERROR: Can't find file %s%s.sdb.\n\n", PATH, row.hier_classes[level]);
-        OPEN_DESIGN module(found);
+        OPEN_DESIGN module(found_level_file(row.hier_classes[level]));
         for (STANDARD_SIGNAL signal : signals)
             climb(SIGNALS[signal], row, level, use);
     }
@@ -165,7 +167,7 @@ void follow(std::span<const STANDARD_SIGNAL> signals, const OPIN_ROW &row, int32
 void show_route_in_row(STANDARD_SIGNAL signal) {
     OPIN_ROW *row = signal_row(signal);
     if (row != nullptr && row->pad_instance != nullptr && signal != SIGNAL_TDO_EN)
-        row->pad_instance = SIGNALS[signal].route.top.place.instance;
+        row->shown_pad = {true, SIGNALS[signal].route.top.place.instance, nullptr};
 }
 
 bool is_driven_in_top(STANDARD_SIGNAL signal, int32_t found) {
@@ -190,8 +192,6 @@ bool is_taken_in_top(STANDARD_SIGNAL signal, int32_t found) {
 void free_and_join(EDIT_FILE *fp, const ROUTE_STEP &step, const EDIT_OPERAND &tap, bool tap_first) {
     EDIT_OPERAND chip = place_operand(step.place);
     if (step.cut)
-        edit_disconnect(fp, chip);
-    if (step.cut && fp->holds_cells)
-        note_pin_of_tap(-1, step.place.instance, step.place.pin);
+        take_pin_for_tap(fp, step.place);
     edit_connect(fp, tap_first ? tap : chip, tap_first ? chip : tap);
 }

@@ -14,12 +14,6 @@
 #include <string>
 #include <vector>
 
-/// Where a signal is: a pin of an instance, or a port when `instance` is null. A null pin is no place.
-struct SIGNAL_PLACE {
-    const char *instance = nullptr;
-    const char *pin = nullptr;
-};
-
 /// The place of a signal in one module.
 struct ROUTE_STEP {
     SIGNAL_PLACE place;
@@ -73,6 +67,8 @@ const char *tdo_enable_pin();
 /// True for a standard port that the TAP gets: all but a TRST that is not declared.
 bool port_is_used(STANDARD_PORT port);
 EDIT_OPERAND place_operand(const SIGNAL_PLACE &place);
+/// Disconnects a pin that the TAP takes, and notes it.
+void take_pin_for_tap(EDIT_FILE *fp, const SIGNAL_PLACE &place);
 /// The modules above the signal's pad.
 int32_t levels_of(STANDARD_SIGNAL signal);
 
@@ -94,7 +90,7 @@ enum LEVEL_USE {
 /// the pin. Warns of what is cut off where a signal stops.
 void follow(std::span<const STANDARD_SIGNAL> signals, const OPIN_ROW &row, int32_t from, int32_t to,
             LEVEL_USE use);
-/// Lets the port's row name the instance at which the following has ended; the boundary order file shows it.
+/// Lets the boundary order file show the instance at which the following has ended as the port's pad.
 void show_route_in_row(STANDARD_SIGNAL signal);
 
 /// True when the top module, which must be open, has something on the pin that an added TAP is to drive.

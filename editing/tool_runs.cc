@@ -97,14 +97,12 @@ void rwv_hier_do_kalmedit_for_tap_instance(int last) {
     }
 }
 
-void hier_do_kalmedit(int32_t index, const MULTI_IO_NODE *children) {
-    if (index == -1)
-        return;
-    for (const MULTI_IO_NODE &child : rows(children))
-        hier_do_kalmedit(child.row, child.children);
-    std::string module = edited_module_name(index);
-    run_editor(module, " ");
-    move_to_library(module);
+void hier_do_kalmedit() {
+    for (int32_t index : modules_children_first()) {
+        std::string module = edited_module_name(index);
+        run_editor(module, " ");
+        move_to_library(module);
+    }
 }
 
 void print_closing_lines() {

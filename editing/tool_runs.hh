@@ -13,8 +13,8 @@
 void do_kalmedit();
 /// Runs the files of a TAP path, from the TAP's parent up to row `last` of the path, and moves the results.
 void rwv_hier_do_kalmedit_for_tap_instance(int32_t last);
-/// Runs the files of MULTI_IO_TAB row `index` and its subtree, children first, and moves each result at once.
-void hier_do_kalmedit(int32_t index, const MULTI_IO_NODE *children);
+/// Runs the files of all rows of MULTI_IO_TAB, children first, and moves each result at once.
+void hier_do_kalmedit();
 /// The lines that close an insertion, and the netlist.
 void print_closing_lines();
 /// Writes the edited design as one netlist and expands it.

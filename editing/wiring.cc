@@ -3,6 +3,7 @@
 #include "description/lookups.hh"
 #include "editing/buffer_trees.hh"
 #include "editing/cell_routines.hh"
+#include "planning/port_pad.hh"
 #include "support/console.hh"
 #include "support/run_state.hh"
 #include "support/text.hh"
@@ -139,11 +140,10 @@ EDIT_OPERAND next_source(const EDIT_FILE *fp, const WIRED_SIGNAL &signal) {
 /// The mode pins of a mux pad hang on the signals of the cells. A pin on a working net is left as it is.
 void connect_pad_modes(EDIT_FILE *fp, CONTROL_TREES &trees, const OPIN_ROW &row) {
     for (int32_t i = 0; i < 3; i++) {
-        const char *pin = row.pad == nullptr ? nullptr : row.pad->*PAD_MODES[i];
-        if (pin == nullptr || row.mode_net[i] > 1)
+        if (!mode_hangs_on_tap(row, i))
             continue;
         free_pad_mode(fp, row, i);
-        edit_connect(fp, pin_of(row.pad_instance, pin),
+        edit_connect(fp, pin_of(row.pad_instance, row.pad->*PAD_MODES[i]),
                      next_source(fp, control_signal(trees, MODE_SIGNALS[i])));
     }
 }
@@ -192,11 +192,11 @@ void connect_control_signal(EDIT_FILE *fp, CONTROL_TREES &trees, int32_t index) 
     for (int32_t i = 0; i < DYNA_count(row.extra_pins); i++)
         if (row.extra_pins[i] != nullptr)
             edit_connect(fp, pin_of(row.inst, row.extra_pins[i]), next_source(fp, extra_signal(trees, i)));
-    if (row.mux_row >= 0)
-        connect_pad_modes(fp, trees, OPIN_TAB[row.mux_row]);
+    if (row.mux_pad != nullptr)
+        connect_pad_modes(fp, trees, *row.mux_pad);
 }
 
-void connect_scan_cell_in_cmd(EDIT_FILE *&fp) {
+void connect_scan_cell_in_cmd(EDIT_FILE *fp) {
     CONTROL_TREES &trees = MULTI_IO_TAB[0].trees;
     build_control_trees(fp, trees, true);
     int32_t last = DYNA_count(SCAN_TAB) - 1;

@@ -6,7 +6,7 @@
 
 /// Writes trees, control wires and chain for a design with one I/O module behind its cell lines, and ends the
 /// file. SCAN_TAB must have a row, and built_bus_balance_group_tab_for_control_signal must have run.
-void connect_scan_cell_in_cmd(EDIT_FILE *&fp);
+void connect_scan_cell_in_cmd(EDIT_FILE *fp);
 
 /// Writes the buffer trees of all control signals. `with_report` adds the lines that close each tree in the
 /// report.

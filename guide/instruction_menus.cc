@@ -107,12 +107,10 @@ MENU_STEP edit_instruction(const std::string &name, int indent) {
     OPCODE_END end = ask_opcodes(row, {indent, "Enter Instruction opcode : "});
     if (end != OPCODES_THERE)
         return end == INPUT_ENDED ? MENU_LEAVE : MENU_STAY;
-    ANSWER accessed = ask({indent, "Enter Access Register : "});
-    if (!accessed)
-        return MENU_LEAVE;
-    if (!accessed->empty())
-        INSTRUCTIONS[row].register_name = field_text(*accessed);
-    return MENU_STAY;
+    return ask_value({indent, "Enter Access Register : "}, [row](const std::string &accessed) {
+        INSTRUCTIONS[row].register_name = field_text(accessed);
+        return MENU_STAY;
+    });
 }
 
 void INST_opcode_menu() {
@@ -125,18 +123,10 @@ void INST_opcode_menu() {
 }
 
 /// The first instruction is asked for without the table's screen.
-MENU_STEP ask_first_instruction() {
-    ANSWER name = ask({prompt_indent, "Enter Instruction name : "});
-    if (!name)
-        return MENU_LEAVE;
-    if (name->empty())
-        return MENU_STAY;
-    return edit_instruction(*name, 15);
-}
-
 MENU_STEP edit_opcode_table(MENU_PAGE &) {
     if (DYNA_count(INSTRUCTIONS) == 0)
-        return ask_first_instruction();
+        return ask_value({prompt_indent, "Enter Instruction name : "},
+                         [](const std::string &name) { return edit_instruction(name, 15); });
     INST_opcode_menu();
     return MENU_STAY;
 }

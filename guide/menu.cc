@@ -96,16 +96,13 @@ MENU_STEP ask_list(const char **&list, const PROMPT &prompt, bool (*accept)(cons
 }
 
 MENU_STEP ask_number(int32_t &number, const PROMPT &prompt, const char *subject) {
-    ANSWER answer = ask(prompt);
-    if (!answer)
-        return MENU_LEAVE;
-    if (answer->empty())
+    return ask_value(prompt, [&](const std::string &answer) {
+        if (auto value = to_integer(answer))
+            number = *value;
+        else
+            error_wait("%*s%s must be an integer", prompt.indent, "", subject);
         return MENU_STAY;
-    if (auto value = to_integer(*answer))
-        number = *value;
-    else
-        error_wait("%*s%s must be an integer", prompt.indent, "", subject);
-    return MENU_STAY;
+    });
 }
 
 MENU_STEP leave_menu(MENU_PAGE &) {

@@ -57,6 +57,14 @@ MENU_END work_menu(const GUIDE_MENU &menu, MENU_PAGE &page);
 /// Asks for a list: an answer adds the tokens that `accept` takes, an empty one empties the list.
 MENU_STEP ask_list(const char **&list, const PROMPT &prompt, bool (*accept)(const std::string &token));
 
+/// Asks for a value and gives `take(value)`. An empty answer changes nothing; the end of the input leaves.
+template <class TAKE> MENU_STEP ask_value(const PROMPT &prompt, const TAKE &take) {
+    ANSWER answer = ask(prompt);
+    if (!answer)
+        return MENU_LEAVE;
+    return answer->empty() ? MENU_STAY : take(*answer);
+}
+
 /// Asks for a number; an empty answer leaves it, and of one that is none `subject` is said that it must be.
 MENU_STEP ask_number(int32_t &number, const PROMPT &prompt, const char *subject);
 

@@ -111,16 +111,13 @@ void PIN_table_menu() {
 /// The first pin is asked for without the table's screen, and stays whatever is known of it.
 MENU_STEP ask_first_pin() {
     constexpr int indent = 16;
-    ANSWER number = ask({indent, "Enter pin number : "});
-    if (!number)
-        return MENU_LEAVE;
-    if (number->empty())
-        return MENU_STAY;
-    int32_t row = find_or_add_pin(*number);
-    MENU_STEP step = ask_columns(*PIN_TABLE[row], indent);
-    if (step == MENU_LEAVE)
-        delete_empty_pin(row);
-    return step;
+    return ask_value({indent, "Enter pin number : "}, [](const std::string &number) {
+        int32_t row = find_or_add_pin(number);
+        MENU_STEP step = ask_columns(*PIN_TABLE[row], indent);
+        if (step == MENU_LEAVE)
+            delete_empty_pin(row);
+        return step;
+    });
 }
 
 MENU_STEP edit_pin_table(MENU_PAGE &) {

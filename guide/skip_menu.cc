@@ -46,33 +46,27 @@ int32_t find_skip_signal(const char *name) {
 }
 
 MENU_STEP add_skip_signal(MENU_PAGE &) {
-    ANSWER name = ask(signal_prompt);
-    if (!name)
-        return MENU_LEAVE;
-    if (name->empty())
+    return ask_value(signal_prompt, [](const std::string &name) {
+        if (find_skip_signal(name.c_str()) >= 0) {
+            error_wait("%6sSignal '%s' is already in list.", "", name.c_str());
+        } else {
+            SKIP_SIGNAL *added = new_record<SKIP_SIGNAL>();
+            added->name = keep_text(name);
+            append_row(SKIP_SIGNAL_TAB, added);
+        }
         return MENU_STAY;
-    if (find_skip_signal(name->c_str()) >= 0) {
-        error_wait("%6sSignal '%s' is already in list.", "", name->c_str());
-        return MENU_STAY;
-    }
-    SKIP_SIGNAL *added = new_record<SKIP_SIGNAL>();
-    added->name = keep_text(*name);
-    append_row(SKIP_SIGNAL_TAB, added);
-    return MENU_STAY;
+    });
 }
 
 MENU_STEP delete_skip_signal(MENU_PAGE &) {
-    ANSWER name = ask(signal_prompt);
-    if (!name)
-        return MENU_LEAVE;
-    if (name->empty())
+    return ask_value(signal_prompt, [](const std::string &name) {
+        int32_t row = find_skip_signal(name.c_str());
+        if (row < 0)
+            error_wait("%6sSignal '%s' is not in list.", "", name.c_str());
+        else
+            DYNA_delete(&SKIP_SIGNAL_TAB, row);
         return MENU_STAY;
-    int32_t row = find_skip_signal(name->c_str());
-    if (row < 0)
-        error_wait("%6sSignal '%s' is not in list.", "", name->c_str());
-    else
-        DYNA_delete(&SKIP_SIGNAL_TAB, row);
-    return MENU_STAY;
+    });
 }
 
 constexpr MENU_ENTRY skip_entries[] = {

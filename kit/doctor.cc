@@ -64,7 +64,6 @@ void try_planning(bool with_design) {
         try_step(warn_about_rtl);
     if (!with_design)
         return;
-    init_multi_io_tables();
     try_on_design(plan_cells);
 }
 
@@ -134,8 +133,8 @@ void take_switches(const std::vector<std::string> &switches, std::vector<std::st
         const RUN_SWITCH *known = find_switch(switches[i].c_str() + 1);
         if (known == nullptr || known->index == OPT_GUIDELINE)
             kit_usage_fault("rimweave has no switch '" + switches[i] + "' for a run that could be looked at");
-        JTAG_OPTION[known->index] = known->has_directory ? 0 : 1;
-        if (!known->has_directory)
+        JTAG_OPTION[known->index] = known->index == OPT_OPATH ? 0 : 1;
+        if (known->index != OPT_OPATH)
             kept.push_back(switches[i]);
         else if (++i < switches.size())
             opath = switches[i];
@@ -156,7 +155,7 @@ DOCTOR_CALL call_of(const KIT_CALL &call) {
         bool is_switch = call.names[i][0] == '-';
         (is_switch ? doctor.switches : designs).push_back(call.names[i]);
         const RUN_SWITCH *known = is_switch ? find_switch(call.names[i].c_str() + 1) : nullptr;
-        if (known != nullptr && known->has_directory && ++i < call.names.size())
+        if (known != nullptr && known->index == OPT_OPATH && ++i < call.names.size())
             doctor.switches.push_back(call.names[i]);
     }
     if (designs.size() != 1)

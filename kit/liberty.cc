@@ -407,6 +407,11 @@ void liberty_end_cell(LIBERTY_READING &reading) {
     reading.library.cells.emplace(std::move(name), std::move(reading.cell));
 }
 
+void liberty_add_power_pins(LIBERTY_READING &reading, const LIBERTY_STATEMENT &statement) {
+    for (std::string &name : names_in(statement.words))
+        reading.cell.power_pins.push_back(std::move(name));
+}
+
 void liberty_begin_pin(LIBERTY_READING &reading, const LIBERTY_STATEMENT &statement) {
     reading.pins.clear();
     for (std::string &name : pin_names(reading, statement)) {

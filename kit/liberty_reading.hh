@@ -147,6 +147,7 @@ void liberty_parse(LIBERTY_READING &reading);
 // The parser's actions.
 void liberty_begin_cell(LIBERTY_READING &reading, const LIBERTY_STATEMENT &statement);
 void liberty_end_cell(LIBERTY_READING &reading);
+void liberty_add_power_pins(LIBERTY_READING &reading, const LIBERTY_STATEMENT &statement);
 void liberty_begin_pin(LIBERTY_READING &reading, const LIBERTY_STATEMENT &statement);
 void liberty_end_pin(LIBERTY_READING &reading);
 void liberty_begin_bus(LIBERTY_READING &reading, const LIBERTY_STATEMENT &statement);

@@ -20,8 +20,6 @@
 #define YY_INPUT(buffer, result, size) result = bytes_read(*yyextra->sources.back().bytes, buffer, size)
 #define YY_FATAL_ERROR(reason) liberty_fail(*yyget_extra(yyscanner), reason)
 
-using TOKEN = liberty_yy::parser::token;
-
 static std::string_view text_of(const char *text, size_t size) {
     return {text, size};
 }
@@ -33,7 +31,7 @@ static void count_lines(LIBERTY_READING &reading, std::string_view text) {
         reading.sources.back().line += character == '\n';
 }
 
-// What a kept statement is to the parser; null for one that is passed over, or was an order to the scanner.
+// What a kept statement is to the parser; 0 for one that is passed over, or was an order to the scanner.
 static int end_statement(LIBERTY_READING &reading, LIBERTY_STATEMENT &value) {
     if (reading.word == nullptr || reading.word->key == INCLUDE_FILE)
         return 0;

@@ -16,7 +16,7 @@ struct PAD_PLACE {
     const PAD_KIND *kind = nullptr;
 };
 
-/// The kinds of the cells that have been asked for, one per cell and pin on a port.
+/// The kinds of the cells that have been asked for; of a cell without a Liberty entry, one per pin on a port.
 struct PAD_KINDS {
     CHIP_PLAN &plan;
     const LIBERTY &library;
@@ -29,20 +29,26 @@ const PAD_KIND *kind_of_node(PAD_KINDS &kinds, int32_t node) {
     if (class_id < 0)
         return nullptr;
     std::string cell = chip_class_name(class_id), pin = chip_pin_name(node_tab[node].pin);
-    auto [known, is_new] = kinds.known.try_emplace(cell + "/" + pin, nullptr);
-    if (!is_new)
-        return known->second;
+    auto is_on = [&pin](const PAD_KIND &kind) {
+        return same_text_no_case(kind.pad.c_str(), pin.c_str()) ||
+               (!kind.pad_minus.empty() && same_text_no_case(kind.pad_minus.c_str(), pin.c_str()));
+    };
     auto entry = kinds.library.cells.find(cell);
+    // Which pin of a cell is the pad is told by Liberty, or by the port that stands on it.
+    auto [known, is_new] =
+        kinds.known.try_emplace(entry != kinds.library.cells.end() ? cell : cell + "/" + pin, nullptr);
+    if (!is_new)
+        return known->second != nullptr && is_on(*known->second) ? known->second : nullptr;
     PAD_KIND kind;
     if (entry != kinds.library.cells.end())
         kind = pad_kind_of_liberty(kinds.library, entry->second);
     else if (looks_like_pad(class_id, pin))
         kind = guessed_pad_kind(class_id, pin, kinds.models);
-    if (kind.use == PAD_UNKNOWN || !(same_text_no_case(kind.pad.c_str(), pin.c_str()) ||
-                                     same_text_no_case(kind.pad_minus.c_str(), pin.c_str())))
+    if (kind.use == PAD_UNKNOWN)
         return nullptr;
     kinds.plan.pads.push_back(kind);
-    return known->second = &kinds.plan.pads.back();
+    known->second = &kinds.plan.pads.back();
+    return is_on(kind) ? known->second : nullptr;
 }
 
 bool is_signal_pad(const PAD_KIND *kind) {

@@ -135,8 +135,7 @@ void take_cell_of_sides(OPIN_ROW &row, const SIDES &sides) {
 
 } // namespace
 
-void save_bidir_scan_tab(int32_t row_index) {
-    OPIN_ROW &row = OPIN_TAB[row_index];
+void save_bidir_scan_tab(OPIN_ROW &row) {
     BUFFER_CELL *pad = row.pad;
     if (pad == nullptr) { // a pad will be added, with an input and an output cell
         take_pair(row, CELL_INOUT, needed_cell(row, COUNT_OUTPUT, "%OUTPUT_SCAN"),

@@ -58,15 +58,16 @@ const char *cell_names(const OPIN_ROW &row) {
 }
 
 void append_port_lines(std::string &text, const OPIN_ROW &row) {
+    const char *instance = row.shown_pad.is_set ? row.shown_pad.instance : row.pad_instance;
+    const char *pad_class = row.shown_pad.class_name != nullptr ? row.shown_pad.class_name : row.pad_class;
     bool known = row.kind >= 0 && row.kind < CELL_KIND_COUNT;
     text += shows_order(row) ? format_text(" %4d  ", shown_order(row)) : "    *  ";
-    text +=
-        format_text("%4s %-13s %-20s %-9s %-11s %-11s\n", text_or(row.pin_num, "*"),
-                    text_or(row.port_name, "*"), text_or(row.net_name, "*"), text_or(row.pad_instance, "  *"),
-                    known ? CELL_KINDS[row.kind].bso_word : "  *", text_or(cell_names(row), "  *"));
-    if (row.pad_class == nullptr)
+    text += format_text("%4s %-13s %-20s %-9s %-11s %-11s\n", text_or(row.pin_num, "*"),
+                        text_or(row.port_name, "*"), text_or(row.net_name, "*"), text_or(instance, "  *"),
+                        known ? CELL_KINDS[row.kind].bso_word : "  *", text_or(cell_names(row), "  *"));
+    if (pad_class == nullptr)
         return;
-    std::string pad = row.pad_class;
+    std::string pad = pad_class;
     text.append(43, ' ');
     text += "   [" + pad + "]";
     text.append(pad.size() < 20 ? 20 - pad.size() : 0, ' ');

@@ -116,10 +116,10 @@ void warn_of_missing_pins() {
             continue;
         bool fault = misses_chain_pin("WARNING", *row.scan_cell);
         if (row.kind == CELL_INTERNAL && misses_pin("WARNING", *row.scan_cell, DATA_IN))
-            fault =
-                report_fault("         %s '%s' should have %s signal.\n",
-                             is_observe_pin(PIN_TABLE[row.pin_index]) ? "OBSERVE_ONLY SCAN" : "INTERNAL SCAN",
-                             row.scan_cell->name, DATA_IN.keyword);
+            fault = report_fault("         %s '%s' should have %s signal.\n",
+                                 bs_observe_word(PIN_TABLE[row.pin_index]->package_name) ? "OBSERVE_ONLY SCAN"
+                                                                                         : "INTERNAL SCAN",
+                                 row.scan_cell->name, DATA_IN.keyword);
         if (fault)
             vmr_printf("\n");
     }

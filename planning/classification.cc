@@ -31,29 +31,28 @@ const char *INVERTER_OUTPUT = nullptr;
 
 namespace {
 
-void save_OPIN_TAB_for_adding_scan_cell(int32_t row_index) {
-    OPIN_ROW &row = OPIN_TAB[row_index];
+void save_OPIN_TAB_for_adding_scan_cell(OPIN_ROW &row) {
     int32_t port = find_iport(row.port_name);
     int32_t direction = port_tab[port].flags & SDB_DIRECTION_MASK;
-    take_pad(row_index, port, direction != SDB_BIDIRECTIONAL);
+    take_pad(row, port, direction != SDB_BIDIRECTIONAL);
     row.direction = bs_pin_direction(row.pin_index);
     if (has_function(row.pad, "BUF")) { // no pad: nothing is inserted at this port
         row.kind = CELL_INTERNAL;
         return;
     }
     if (direction == SDB_INPUT)
-        save_input_clock_tab(row_index, port);
+        save_input_clock_tab(row, port);
     else if (direction == SDB_OUTPUT)
-        save_output_scan_tab(row_index, port);
+        save_output_scan_tab(row, port);
     else if (direction == SDB_BIDIRECTIONAL)
-        save_bidir_scan_tab(row_index);
+        save_bidir_scan_tab(row);
     else
         vmr_fail("FATAL: can't identify function of port '%s'.\n\n", row.port_name);
     resolve_modes_of_port(row);
 }
 
 void take_internal_cell(OPIN_ROW &row) {
-    bool observes = is_observe_pin(PIN_TABLE[row.pin_index]);
+    bool observes = bs_observe_word(PIN_TABLE[row.pin_index]->package_name);
     CHOSEN_CELL chosen = {get_scan_cell(observes ? OBSERVE_ONLY_SCAN : INTERNAL_SCAN), COUNT_INTERNAL};
     constexpr CELL_WORDS OBSERVE = {"%OBSERVE_ONLY_SCAN", "OBSERVE_ONLY SCAN", "internal"};
     constexpr CELL_WORDS INTERNAL = {"%INTERNAL_SCAN", "INTERNAL SCAN", "internal"};
@@ -71,8 +70,7 @@ void take_internal_cell(OPIN_ROW &row) {
     vmr_fail("\n");
 }
 
-void save_OPIN_TAB_for_adding_scan_cell_internal(int32_t row_index) {
-    OPIN_ROW &row = OPIN_TAB[row_index];
+void save_OPIN_TAB_for_adding_scan_cell_internal(OPIN_ROW &row) {
     std::string_view name = row.port_name;
     size_t open = name.find('{');
     size_t close = open == name.npos ? name.npos : name.find('}', open);
@@ -90,7 +88,7 @@ void save_OPIN_TAB_for_adding_scan_cell_internal(int32_t row_index) {
     int32_t node = find_pin_node(row.pad_obj, pin_name);
     if (node < 0)
         vmr_fail("ERROR: can not find port '%s' in instance '%s'.\n", pin_name, instance.c_str());
-    get_hier_class_and_inst_name(row_index, row.pad_obj);
+    get_hier_class_and_inst_name(row, row.pad_obj);
     row.direction = bs_pin_direction(row.pin_index);
     row.net_name = keep_text_or_null(SDB_net_name(sdb, node_tab[node].net));
     switch (pin_tab[node_tab[node].pin].direction & SDB_DIRECTION_MASK) {
@@ -144,7 +142,7 @@ void warn_of_unlisted_ports() {
     for (const OPIN_ROW &row : rows(OPIN_TAB)) {
         const PIN_ENTRY *pin = PIN_TABLE[row.pin_index];
         int32_t port = SDB_nl_search_port(row.port_name);
-        if (port < 0 && !skip_signal(pin->top_name) && !is_internal_pin(pin) && !is_observe_pin(pin))
+        if (port < 0 && !skip_signal(pin->top_name) && !bs_internal_word(pin->package_name))
             try_step([&port, &row] { port = find_iport(row.port_name); });
         if (port >= 0)
             is_listed[port] = 1;
@@ -188,10 +186,10 @@ void make_rows() {
         const char *name = bs_pin_name(pin);
         if (name == nullptr)
             return;
-        int32_t row = create_an_entry_of_OPIN_TAB(pin, name);
+        OPIN_ROW &row = create_an_entry_of_OPIN_TAB(pin, name);
         if (skip_signal(name))
             bs_save_OPIN_TAB_for_standard_port_of_TAP(row, name);
-        else if (is_internal_pin(PIN_TABLE[pin]) || is_observe_pin(PIN_TABLE[pin]))
+        else if (bs_internal_word(PIN_TABLE[pin]->package_name))
             save_OPIN_TAB_for_adding_scan_cell_internal(row);
         else
             save_OPIN_TAB_for_adding_scan_cell(row);

@@ -91,7 +91,7 @@ void split_table(const CONTROL_KIND &kind) {
             continue;
         auto [known, is_new] = new_index.try_emplace({control, row.io_module}, DYNA_count(split) + 1);
         if (is_new)
-            append_row(split, whole[control - 1]).io_module = row.io_module;
+            append_row(split, whole[control - 1]);
         control = known->second;
     }
     DYNA_free(&whole);
@@ -131,9 +131,8 @@ void mark_drivers() {
         for (int32_t kind = 0; kind < CONTROL_KIND_COUNT; ++kind)
             if (int32_t control = row.*CONTROL_KINDS[kind].field; control > 0)
                 row.control_driver |= made.insert({kind, control, 0}).second;
-        int32_t module = multi_io_module_flagG != 0 ? row.io_module : -1;
         if (is_driven_by_highz(row))
-            row.control_driver |= made.insert({HIGHZ, row.highz_group, module}).second;
+            row.control_driver |= made.insert({HIGHZ, row.highz_group, row.io_module}).second;
     }
 }
 
@@ -160,8 +159,6 @@ int32_t save_contr_tab(CONTROL_KIND_ID which, const OPIN_ROW &row) {
     if (!is_new && !option(OPT_DONT_SHARE_CONTROL))
         return known->second + 1;
     CONTROL_ROW control = {};
-    control.net = net;
-    control.io_module = -1;
     control.net_name = keep_text(net_name);
     control.bsdl_type = cell->rst != nullptr ? "controlr" : "control";
     control.scan_cell = cell;

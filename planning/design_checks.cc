@@ -63,7 +63,7 @@ void check_connect_pad() {
     const PIN_ENTRY *tdo = nullptr;
     each_apart(rows(PIN_TABLE), [&tdo](const PIN_ENTRY *pin) {
         const char *name = pin->top_name;
-        if (name == nullptr || is_internal_pin(pin) || is_observe_pin(pin))
+        if (name == nullptr || bs_internal_word(pin->package_name))
             return;
         if (same_text(name, GLOBAL_TDO))
             tdo = pin;

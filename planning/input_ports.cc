@@ -101,8 +101,7 @@ bool is_merged(const OPIN_ROW &row, int32_t node, bool is_bidir) {
     return true;
 }
 
-void save_input_clock_tab(int32_t row_index, int32_t port) {
-    OPIN_ROW &row = OPIN_TAB[row_index];
+void save_input_clock_tab(OPIN_ROW &row, int32_t port) {
     bool is_clock = has_function(row.pad, "CLOCK");
     int32_t node = core_node(row, port);
     if (node < 0 || (!is_bs_buffer(row.pad) && is_merged(row, node, false)))

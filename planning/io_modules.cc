@@ -12,37 +12,26 @@
 
 namespace {
 
-/// The modules met so far. A row of MULTI_IO_TAB is found by its parent, class and instance.
+/// The modules met so far.
 struct IO_MODULES {
-    struct PLACE {
-        int32_t row;   // of MULTI_IO_TAB
-        int32_t child; // in the parent's node
-    };
     int32_t reference_row = -1; // OPIN_TAB row that the next hierarchical pad is compared with
-    std::unordered_map<std::string, PLACE> places;
+    std::unordered_map<std::string, int32_t> rows;   // of MULTI_IO_TAB, by parent, class and instance
     std::unordered_map<std::string, int32_t> copies; // rows of each class
 };
 IO_MODULES io_modules;
 
-/// The row of a module below the module of `cursor`, made when it is new; moves the cursor to it.
+/// The row of a module below that of row `parent`, made when it is new.
 ///
 /// The parent belongs to the key: two modules of one class may carry one instance name below different
 /// parents, and their cells must not be mixed.
-int32_t enter_module(MULTI_IO_NODE *&cursor, const char *class_name, const char *inst_name) {
-    std::string key = std::to_string(cursor->row) + '\0' + class_name + '\0' + inst_name;
-    auto [place, is_new] = io_modules.places.try_emplace(key);
-    if (is_new) {
-        MULTI_IO_ROW module = {};
-        module.class_name = class_name;
-        module.inst_name = inst_name;
-        module.copy = io_modules.copies[class_name]++;
-        module.parent = cursor->row;
-        append_row(MULTI_IO_TAB, module);
-        append_row(cursor->children, {DYNA_count(MULTI_IO_TAB) - 1, nullptr});
-        place->second = {DYNA_count(MULTI_IO_TAB) - 1, DYNA_count(cursor->children) - 1};
-    }
-    cursor = &cursor->children[place->second.child];
-    return place->second.row;
+int32_t enter_module(int32_t parent, const char *class_name, const char *inst_name) {
+    std::string key = std::to_string(parent) + '\0' + class_name + '\0' + inst_name;
+    auto [known, is_new] = io_modules.rows.try_emplace(key, DYNA_count(MULTI_IO_TAB));
+    if (is_new)
+        append_row(
+            MULTI_IO_TAB,
+            MULTI_IO_ROW{class_name, inst_name, io_modules.copies[class_name]++, parent, {}, false, nullptr});
+    return known->second;
 }
 
 /// Fills the hierarchy fields of a row from the parents of its cell's name, innermost first.
@@ -68,44 +57,30 @@ bool in_same_module(const OPIN_ROW &a, const OPIN_ROW &b) {
 
 } // namespace
 
-void get_hier_class_and_inst_name(int32_t row_index, int32_t obj) {
-    OPIN_ROW &row = OPIN_TAB[row_index];
+void get_hier_class_and_inst_name(OPIN_ROW &row, int32_t obj) {
     if (io_modules.reference_row < 0)
-        io_modules.reference_row = row_index;
+        io_modules.reference_row = static_cast<int32_t>(&row - OPIN_TAB);
     int32_t prefix_row = SDB_obj_prefix_row(sdb, obj);
     if (prefix_row < 0) {
         row.pad_instance = keep_text(text_or_undefined(SDB_obj_name(sdb, obj)));
-        row.io_module = 0;
         io_modules.reference_row = -1;
         return;
     }
     take_parents(row, prefix_row);
     if (!in_same_module(row, OPIN_TAB[io_modules.reference_row]))
         multi_io_module_flagG = 1;
-
-    MULTI_IO_NODE *cursor = &MULTI_IO_HIER;
-    row.io_module = 0;
     for (int32_t i = DYNA_count(row.hier_classes) - 1; i >= 0; --i)
-        row.io_module = enter_module(cursor, row.hier_classes[i], row.hier_instances[i]);
+        row.io_module = enter_module(row.io_module, row.hier_classes[i], row.hier_instances[i]);
 }
 
 void settle_io_modules() {
-    // A port without a described pad has its cell at the port itself, in the top module.
-    auto module_of = [](const OPIN_ROW &row) { return row.io_module < 0 ? 0 : row.io_module; };
-    const OPIN_ROW *first = nullptr;
-    for (const OPIN_ROW &row : rows(OPIN_TAB)) {
-        if (!row_gets_cells(row))
-            continue;
-        if (first == nullptr)
-            first = &row;
-        if (module_of(row) != module_of(*first))
+    int32_t first = first_row_with_cells();
+    for (const OPIN_ROW &row : rows(OPIN_TAB))
+        if (row_gets_cells(row) && row.io_module != OPIN_TAB[first].io_module)
             multi_io_module_flagG = 1;
-    }
     if (multi_io_module_flagG == 0)
-        return;
-    for (OPIN_ROW &row : rows(OPIN_TAB))
-        if (row.scan_cell != nullptr)
-            row.io_module = module_of(row);
+        for (OPIN_ROW &row : rows(OPIN_TAB))
+            row.io_module = 0;
 }
 
 void forget_io_modules() {

@@ -67,8 +67,7 @@ CHOSEN_CELL choose_mux_output_cell(const OPIN_ROW &row) {
 
 } // namespace
 
-void save_output_scan_tab(int32_t row_index, int32_t port) {
-    OPIN_ROW &row = OPIN_TAB[row_index];
+void save_output_scan_tab(OPIN_ROW &row, int32_t port) {
     PAD_STATE state = STATE_2;
     if (row.pad == nullptr) {
         if (option(OPT_ADD_PAD) && OUTPUT_BUFFER == nullptr)

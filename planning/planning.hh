@@ -5,11 +5,8 @@
 
 #include <cstdint>
 
-/// Resets the tables and counters for a run.
+/// Resets the tables and counters for a run; MULTI_IO_TAB has its row 0 then, the top module.
 void rimweave_init();
-
-/// Makes row 0 of MULTI_IO_TAB and the root of MULTI_IO_HIER: the top module.
-void init_multi_io_tables();
 
 /// Releases the planning tables and nulls their handles.
 void free_planning_tables();
@@ -19,9 +16,9 @@ void free_planning_tables();
 void produce_opin_control_tab();
 
 /// Per direction: chooses the cell of one row, whose pad has been taken.
-void save_input_clock_tab(int32_t row, int32_t port);
-void save_output_scan_tab(int32_t row, int32_t port);
-void save_bidir_scan_tab(int32_t row);
+void save_input_clock_tab(OPIN_ROW &row, int32_t port);
+void save_output_scan_tab(OPIN_ROW &row, int32_t port);
+void save_bidir_scan_tab(OPIN_ROW &row);
 /// True, with a warning, when the port's core side, the net of `node`, runs straight or through one buffer to
 /// another port, whose cell then serves both.
 bool is_merged(const OPIN_ROW &row, int32_t node, bool is_bidir);
@@ -38,7 +35,7 @@ void forget_control_sharing();
 /// Marks the rows that make a control cell or a high-impedance buffer; rows are in chain order.
 void setup_driving_control_cell_and_highz_buf();
 /// Appends the SCAN_TAB row of an inserted cell, counts its loads and returns its instance name.
-const char *add_scan_tab(const SCAN_CELL *cell, int32_t row, bool mux, bool is_control);
+const char *add_scan_tab(const SCAN_CELL *cell, OPIN_ROW &row, bool mux, bool is_control);
 /// 1, 2, 3 when the TAP's %HIGHZ_COMMAND is the same pin as its %MODE_1, %MODE_2, %MODE_3; else 0.
 int32_t check_hiz_signal();
 

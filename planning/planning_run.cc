@@ -14,12 +14,6 @@ template <class T> void release(T *&tab) {
     tab = nullptr;
 }
 
-void release_node(MULTI_IO_NODE &node) {
-    for (MULTI_IO_NODE &child : rows(node.children))
-        release_node(child);
-    release(node.children);
-}
-
 void release_trees(CONTROL_TREES &trees) {
     for (BUFFER_TREE &tree : trees.signals)
         release(tree.group);
@@ -28,8 +22,9 @@ void release_trees(CONTROL_TREES &trees) {
     release(trees.extras);
 }
 
-/// All tables but those of the modules, which are there before the others.
-void release_run_tables() {
+} // namespace
+
+void free_planning_tables() {
     for (OPIN_ROW &row : rows(OPIN_TAB)) {
         release(row.hier_classes);
         release(row.hier_instances);
@@ -44,34 +39,21 @@ void release_run_tables() {
     release(TAP_FLAG.extras);
     for (STANDARD_PORT_STATE &port : TAP_PORT)
         port.row = nullptr;
+    for (MULTI_IO_ROW &row : rows(MULTI_IO_TAB))
+        release_trees(row.trees);
+    release(MULTI_IO_TAB);
     forget_control_sharing();
     forget_io_modules();
 }
 
-} // namespace
-
 void rimweave_init() {
-    release_run_tables();
+    free_planning_tables();
+    MULTI_IO_ROW top = {};
+    top.class_name = top.inst_name = TOP_MODULE;
+    top.parent = -1;
+    append_row(MULTI_IO_TAB, top);
     std::fill(std::begin(SCAN_COUNT), std::end(SCAN_COUNT), 0);
     HIGHZ_CNT = 0;
     TAP_FLAG = NO_TAP_NETS;
     multi_io_module_flagG = 0;
-    current_multi_io_indexG = -1;
-}
-
-void init_multi_io_tables() {
-    MULTI_IO_ROW top = {};
-    top.class_name = top.inst_name = TOP_MODULE;
-    top.parent = -1;
-    MULTI_IO_TAB = nullptr;
-    append_row(MULTI_IO_TAB, top);
-    MULTI_IO_HIER = {0, nullptr};
-}
-
-void free_planning_tables() {
-    release_run_tables();
-    for (MULTI_IO_ROW &row : rows(MULTI_IO_TAB))
-        release_trees(row.trees);
-    release(MULTI_IO_TAB);
-    release_node(MULTI_IO_HIER);
 }

@@ -31,13 +31,12 @@ bool has_function(const BUFFER_CELL *pad, const char *word) {
     return pad != nullptr && same_text_no_case(pad->function, word);
 }
 
-void take_pad(int32_t row_index, int32_t port, bool bare_is_allowed) {
-    OPIN_ROW &row = OPIN_TAB[row_index];
+void take_pad(OPIN_ROW &row, int32_t port, bool bare_is_allowed) {
     row.pad_obj = node_tab[get_node_connected_to_portnode(port)].obj;
     row.pad_class = keep_text(object_class_name(row.pad_obj));
     row.pad = get_buffer(row.pad_class);
     if (row.pad != nullptr)
-        get_hier_class_and_inst_name(row_index, row.pad_obj);
+        get_hier_class_and_inst_name(row, row.pad_obj);
     else if (!option(OPT_ADD_PAD) && !(option(OPT_NO_PAD) && bare_is_allowed))
         vmr_fail("FATAL: can't find the definition of buffer '%s' while tracing port '%s'.\n"
                  "       Please specify the following in file '%s'.\n"

@@ -13,10 +13,10 @@ inline bool is_differential(const BUFFER_CELL *pad) {
 /// True when the pad's %FUNCTION is the word, not minding case.
 bool has_function(const BUFFER_CELL *pad, const char *word);
 
-/// Finds the cell next to the port of OPIN_TAB row `row_index` and fills pad_obj, pad_class and, when the
+/// Finds the cell next to the port of the row and fills pad_obj, pad_class and, when the
 /// library describes it, pad and the hierarchy. Ends the run at an undescribed cell, unless the options let
 /// the port stand without a pad; -no_pad does so only where `bare_is_allowed`.
-void take_pad(int32_t row_index, int32_t port, bool bare_is_allowed);
+void take_pad(OPIN_ROW &row, int32_t port, bool bare_is_allowed);
 
 /// The node of the pad's %OUTPUT, through which it drives the core. Ends the run when the library or the
 /// design has no such pin. `words` is the pad's keyword in the messages.

@@ -1,6 +1,7 @@
 // The tables that planning fills, and what is fixed of cell kinds and control cells.
 #include "planning/port_table.hh"
 
+#include "description/lookups.hh"
 #include "support/run_state.hh"
 #include "support/text.hh"
 
@@ -11,9 +12,7 @@ CONTROL_ROW *CONTROL_TAB = nullptr;
 CONTROL_ROW *CONTROL_OE_TAB = nullptr;
 SCAN_ROW *SCAN_TAB = nullptr;
 MULTI_IO_ROW *MULTI_IO_TAB = nullptr;
-MULTI_IO_NODE MULTI_IO_HIER = {0, nullptr};
 int32_t multi_io_module_flagG = 0;
-int32_t current_multi_io_indexG = -1;
 int32_t HIGHZ_CNT = 0;
 const char **BUFFER_REPORT = nullptr;
 const char *BSO_FILE = nullptr;
@@ -44,14 +43,6 @@ const CELL_KIND_INFO CELL_KINDS[CELL_KIND_COUNT] = {
     {"inout", CELL_PAIR},   // CELL_MUX2_INOUT
 };
 
-bool is_internal_pin(const PIN_ENTRY *pin) {
-    return same_text(pin->package_name, "INTERNAL");
-}
-
-bool is_observe_pin(const PIN_ENTRY *pin) {
-    return same_text(pin->package_name, "OBSERVE") || same_text(pin->package_name, "OBSERVE_ONLY");
-}
-
 bool row_gets_cells(const OPIN_ROW &row) {
     if (row.scan_cell == nullptr || row.kind < 0 || row.kind >= CELL_KIND_COUNT)
         return false;
@@ -66,11 +57,11 @@ int32_t first_row_with_cells() {
     return found == table.end() ? -1 : static_cast<int32_t>(found - table.begin());
 }
 
-int32_t create_an_entry_of_OPIN_TAB(int32_t pin_index, const char *core_name) {
+OPIN_ROW &create_an_entry_of_OPIN_TAB(int32_t pin_index, const char *core_name) {
     const PIN_ENTRY &pin = *PIN_TABLE[pin_index];
     OPIN_ROW row = {};
     row.pin_index = pin_index;
-    row.pin_num = is_internal_pin(&pin) || is_observe_pin(&pin) ? pin.package_name : pin.number;
+    row.pin_num = bs_internal_word(pin.package_name) ? pin.package_name : pin.number;
     row.port_name = keep_text(without_minus(core_name));
     row.inverted = is_active_low(core_name) ? 1 : 0;
     row.kind = CELL_NONE;
@@ -78,7 +69,5 @@ int32_t create_an_entry_of_OPIN_TAB(int32_t pin_index, const char *core_name) {
     row.order = row.chain_place = -1;
     std::fill(std::begin(row.mode_net), std::end(row.mode_net), -1);
     row.mux_in1_net = row.mux_in2_net = row.mux_out_net = -1;
-    row.io_module = -1;
-    append_row(OPIN_TAB, row);
-    return DYNA_count(OPIN_TAB) - 1;
+    return append_row(OPIN_TAB, row);
 }

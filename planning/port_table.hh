@@ -75,8 +75,9 @@ struct PORT_FACTS {
     const char *pad_instance;    ///< the pad's instance name without hierarchy
     const char **hier_classes;   ///< table: modules above the pad, innermost first
     const char **hier_instances; ///< table: their instance names
-    int32_t io_module;           ///< row of MULTI_IO_TAB, -1 until traced
-    int32_t mode_net[3];         ///< net at the pad's %MODE_1..3, -1 when not traced, 0 GND, 1 VCC
+    /// Row of MULTI_IO_TAB; 0 for all rows where the cells lie in one module, whichever it is.
+    int32_t io_module;
+    int32_t mode_net[3]; ///< net at the pad's %MODE_1..3, -1 when not traced, 0 GND, 1 VCC
     /// Nets at %MUX_IN1, %MUX_IN2, %MUX_OUT, -1 when not traced.
     int32_t mux_in1_net, mux_in2_net, mux_out_net;
 };
@@ -92,6 +93,14 @@ struct PORT_CHOICE {
     int32_t oe_control;     ///< the same for CONTROL_OE_TAB
 };
 
+/// What the boundary order file shows as a port's pad in place of that of the design: an added one, or where
+/// the signal of a standard port has come to in the top module.
+struct SHOWN_PAD {
+    bool is_set;
+    const char *instance;   ///< null at a port
+    const char *class_name; ///< null for that of the design
+};
+
 /// Where the port's cells stand: the first fields by the scan order, the others by emission.
 struct PORT_PLACE {
     int32_t sort_key;           ///< place among the rows; no place in the chain
@@ -100,6 +109,7 @@ struct PORT_PLACE {
     int32_t order;              ///< SCAN_TAB index of the row's cell, -1 before it has one
     int32_t chain_place;        ///< SCAN_TAB index of the row's first cell, -1 before it has one
     const char *scan_cell_name; ///< instance names of the inserted cells, null before
+    SHOWN_PAD shown_pad;
 };
 
 /// One row per pin-list entry that has a top name.
@@ -107,9 +117,7 @@ struct OPIN_ROW : PORT_FACTS, PORT_CHOICE, PORT_PLACE {};
 
 /// One row per control cell (CONTROL_TAB) or OE control cell (CONTROL_OE_TAB).
 struct CONTROL_ROW {
-    int32_t net;       ///< the enable's net: the sharing key
-    int32_t io_module; ///< module of the first port, -1 with one I/O module
-    const char *net_name;
+    const char *net_name;  ///< the enable's net
     const char *bsdl_type; ///< "controlr" or "control"
     SCAN_CELL *scan_cell;
     const char *inst;     ///< set when the cell is emitted
@@ -123,35 +131,27 @@ struct SCAN_ROW {
     /// Control pins, null where the cell has none; [SIG_BCLK] is the %TCK pin.
     const char *pins[SIGNAL_COUNT];
     const char **extra_pins; ///< table: the cell's %EXTRA_n pins
-    int32_t mux_row;         ///< OPIN_TAB row whose pad's mode pins need driving, or -1
-    int32_t io_module;       ///< -1 with one I/O module
-    int32_t module_seq;      ///< running number in its module from 1, -1 with one I/O module
+    const OPIN_ROW *mux_pad; ///< row whose pad's mode pins need driving, or null
+    int32_t io_module;       ///< that of its port
 };
 
-/// One row per module on the way from the top to a pad; row 0 is the top. Where all cells lie in one module,
-/// whichever it is, row 0 has the trees.
+/// One row per module on the way from the top to a pad, a child's behind its parent's; row 0 is the top.
+/// Where all cells lie in one module, whichever it is, row 0 has the trees.
 struct MULTI_IO_ROW {
     const char *class_name, *inst_name;
-    int32_t copy;       ///< how many earlier rows have this class
-    int32_t parent;     ///< -1 for row 0
-    int32_t cell_count; ///< cells inserted in this module
+    int32_t copy;   ///< how many earlier rows have this class
+    int32_t parent; ///< -1 for row 0
     CONTROL_TREES trees;
-};
-
-/// The tree of MULTI_IO_TAB rows.
-struct MULTI_IO_NODE {
-    int32_t row;
-    MULTI_IO_NODE *children; ///< table
+    bool highz_buffer;      ///< the module or one below it has a high-impedance buffer; set by emission
+    struct EDIT_FILE *file; ///< while it is written, null before and after (editing/edit_commands.hh)
 };
 
 extern OPIN_ROW *OPIN_TAB;       ///< filled by the classification, sorted by the scan order
 extern CONTROL_ROW *CONTROL_TAB; ///< filled by save_contr_tab; emission sets inst and data_out
 extern CONTROL_ROW *CONTROL_OE_TAB;
-extern SCAN_ROW *SCAN_TAB;              ///< filled by add_scan_tab during emission
-extern MULTI_IO_ROW *MULTI_IO_TAB;      ///< row 0 made by the driver, the rest by the tracing
-extern MULTI_IO_NODE MULTI_IO_HIER;     ///< its root is row 0
-extern int32_t multi_io_module_flagG;   ///< 1 when the cells do not all lie in one module
-extern int32_t current_multi_io_indexG; ///< module being emitted, -1 outside that
+extern SCAN_ROW *SCAN_TAB;            ///< filled by add_scan_tab during emission
+extern MULTI_IO_ROW *MULTI_IO_TAB;    ///< row 0 made by rimweave_init, the rest by the tracing
+extern int32_t multi_io_module_flagG; ///< 1 when the cells do not all lie in one module
 extern int32_t HIGHZ_CNT;          ///< planning: outputs on the high-impedance signal whose cell has %HIGHZ
 extern const char **BUFFER_REPORT; ///< table: lines of the buffer report in the order written
 extern const char *BSO_FILE;       ///< name of the boundary order file, null when none was written
@@ -177,15 +177,10 @@ struct CELL_KIND_INFO {
 };
 extern const CELL_KIND_INFO CELL_KINDS[CELL_KIND_COUNT];
 
-/// What the package column of a pin says: a signal inside the core with a cell of its own (INTERNAL), or one
-/// that a cell only watches (OBSERVE or OBSERVE_ONLY, which mean the same).
-bool is_internal_pin(const PIN_ENTRY *pin);
-bool is_observe_pin(const PIN_ENTRY *pin);
-
 /// True when emission puts a cell into the chain for the row: it has one, and its kind has a step for it.
 bool row_gets_cells(const OPIN_ROW &row);
 /// The first row of OPIN_TAB that gets a cell, whose pad gives the place of the chain; -1 when there is none.
 int32_t first_row_with_cells();
 
-/// Appends a row for the pin and returns its index. `core_name` is the pin's top name, with its '-'.
-int32_t create_an_entry_of_OPIN_TAB(int32_t pin_index, const char *core_name);
+/// Appends a row for the pin. `core_name` is the pin's top name, with its '-'.
+OPIN_ROW &create_an_entry_of_OPIN_TAB(int32_t pin_index, const char *core_name);

@@ -20,13 +20,12 @@ void count_pad_modes(const OPIN_ROW &row, CONTROL_TREES &trees) {
 
 } // namespace
 
-const char *add_scan_tab(const SCAN_CELL *cell, int32_t row_index, bool mux, bool is_control) {
-    OPIN_ROW &row = OPIN_TAB[row_index];
+const char *add_scan_tab(const SCAN_CELL *cell, OPIN_ROW &row, bool mux, bool is_control) {
     int32_t index = DYNA_count(SCAN_TAB);
     if (row.chain_place < 0)
         row.chain_place = index;
     SCAN_ROW scan = {};
-    scan.mux_row = mux ? row_index : -1;
+    scan.mux_pad = mux ? &row : nullptr;
     if (is_bs_buffer(row.pad) && !is_control)
         scan.inst = row.pad_instance; // the cell is the pad
     else if (row.direction != nullptr)
@@ -36,15 +35,8 @@ const char *add_scan_tab(const SCAN_CELL *cell, int32_t row_index, bool mux, boo
     scan.tdi_pin = cell->tdi;
     scan.tdo_pin = cell->tdo;
     scan.pins[SIG_BCLK] = cell->tck;
-    scan.io_module = scan.module_seq = -1;
-
-    bool several = multi_io_module_flagG != 0 && current_multi_io_indexG >= 0;
-    MULTI_IO_ROW &module = MULTI_IO_TAB[several ? current_multi_io_indexG : 0];
-    if (several) {
-        scan.io_module = current_multi_io_indexG;
-        scan.module_seq = ++module.cell_count;
-    }
-    CONTROL_TREES &trees = module.trees;
+    scan.io_module = row.io_module;
+    CONTROL_TREES &trees = MULTI_IO_TAB[row.io_module].trees;
     if (option(OPT_SYNCH))
         ++trees.signals[SIG_BCLK].need;
     for (int32_t signal = 0; signal < SIG_BCLK; ++signal) {

@@ -75,7 +75,6 @@ void look_at_tdo_feed(OPIN_ROW &row, int32_t port) {
         constant = feed;
     if (named_net >= 0)
         row.net_name = keep_text_or_null(SDB_net_name(sdb, named_net));
-    row.direction = row.pad_instance;
     if (constant < 0)
         return;
     vmr_printf("WARNING: Pin %%TDO '%s' was connected to GND or VCC.\n", GLOBAL_TDO);
@@ -95,7 +94,7 @@ void look_at_tdo_enable(const OPIN_ROW &row) {
 
 } // namespace
 
-void bs_save_OPIN_TAB_for_standard_port_of_TAP(int32_t row_index, const char *name) {
+void bs_save_OPIN_TAB_for_standard_port_of_TAP(OPIN_ROW &row, const char *name) {
     STANDARD_PORT_STATE *state = nullptr;
     for (STANDARD_PORT candidate : STANDARD_PORT_ORDER)
         if (state == nullptr && *TAP_PORT[candidate].global_name != nullptr &&
@@ -103,16 +102,15 @@ void bs_save_OPIN_TAB_for_standard_port_of_TAP(int32_t row_index, const char *na
             state = &TAP_PORT[candidate];
     if (state == nullptr)
         return;
-    OPIN_ROW &row = OPIN_TAB[row_index];
     bool is_tdo = state == &TAP_PORT[PORT_TDO];
     row.kind = is_tdo ? CELL_OUTPUT3 : CELL_INPUT;
-    state->pin_index = row_index;
+    state->pin_index = static_cast<int32_t>(&row - OPIN_TAB);
     int32_t port = SDB_nl_search_port(row.port_name);
     if (port < 0)
         return; // the port is added with the TAP
     state->row = &row;
 
-    take_pad(row_index, port, true);
+    take_pad(row, port, true);
     int32_t direction = port_tab[port].flags & SDB_DIRECTION_MASK;
     bool is_bidir = direction == SDB_BIDIRECTIONAL;
     if (direction == SDB_OUTPUT || (is_bidir && is_tdo))

@@ -42,78 +42,41 @@ void note_tap_net(int32_t signal, const char *pin) {
         TAP_FLAG.control[signal] = net_of_tap_pin(tap_obj, pin, SDB_OUTPUT, keyword, keyword);
 }
 
-/// One pin of the TAP: whether it is wanted, where its name goes, and which TAP_FLAG word belongs to it.
-struct TAP_PIN_ROW {
-    const char *keyword;
-    const char *TAP_CELL::*field;
-    const char **global; ///< null: the name stays in the record, which loses its '-'
-    bool wanted;
-    int32_t *word = nullptr; ///< null: none
-    int32_t direction = SDB_OUTPUT;
-    bool required = true;
-    const char *again = nullptr; ///< in the second warning line; null for `keyword`
-};
-
-TAP_PIN_ROW standard_pin(STANDARD_PORT port, const char *keyword, bool wanted = true) {
-    return {keyword, TAP_PORT[port].tap_field, &TAP_PORT[port].tap_pin, wanted};
-}
-
-TAP_PIN_ROW control_pin(CONTROL_SIGNAL signal, bool wanted, const char *again = nullptr) {
+TAP_PIN_ROW control_pin(CONTROL_SIGNAL signal, const char *fallback) {
     const CONTROL_SIGNAL_INFO &info = CONTROL_SIGNALS[signal];
-    return {info.keyword, info.tap_field, &TAP_PIN[signal], wanted, &TAP_FLAG.control[signal], SDB_OUTPUT,
-            true,         again};
+    const int32_t *need = signal == SIG_SHIFT || signal == SIG_CLOCK ? nullptr : &BCELL_HAS[signal];
+    return {info.keyword, info.tap_field, &TAP_PIN[signal], fallback, &TAP_FLAG.control[signal], need};
 }
 
 /// True when the TAP cell lacks the pin; the message has been printed.
-bool misses_tap_pin(const TAP_PIN_ROW &row) {
-    if (TAP_CONTR->*row.field != nullptr || !row.required)
+bool misses_tap_pin(int32_t id) {
+    const TAP_PIN_ROW &row = TAP_PIN_ROWS[id];
+    if (TAP_CONTR->*row.field != nullptr || id == TAP_COMMAND)
         return false;
-    if (row.field == &TAP_CELL::trst)
+    if (id == TAP_TRST)
         return report_fault("ERROR: (%s) can't find %%TRST in %%TAP_CONTROLLER %s to match\n"
                             "       %%GLOBAL_TRST '%s' in %s.\n",
                             JTAG_LIB_FILE, TAP_MODULE_NAME, GLOBAL_TRST, JTAG_BSC_FILE);
     return report_fault("ERROR: (%s) can't find %s%sin %%TAP_CONTROLLER %s.\n", JTAG_LIB_FILE, row.keyword,
-                        row.field == &TAP_CELL::highz_command ? "" : " ", TAP_MODULE_NAME);
+                        id == TAP_HIGHZ ? "" : " ", TAP_MODULE_NAME);
 }
 
-void resolve_tap_pin(int32_t tap_obj, const TAP_PIN_ROW &row, TAP_PINS_FOUND &found) {
+void resolve_tap_pin(int32_t tap_obj, int32_t id, TAP_PINS_FOUND &found) {
+    const TAP_PIN_ROW &row = TAP_PIN_ROWS[id];
     const char *&field = TAP_CONTR->*row.field;
-    const char *pin = row.wanted ? without_minus(field) : nullptr;
-    if (row.wanted)
-        found.error |= misses_tap_pin(row);
-    if (row.global == nullptr) {
+    bool wanted = tap_pin_is_wanted(id);
+    const char *pin = wanted ? without_minus(field) : nullptr;
+    if (wanted)
+        found.error |= misses_tap_pin(id);
+    if (row.name == nullptr) {
         field = pin;
     } else {
-        found.inverted |= row.wanted && is_active_low(field);
-        *row.global = pin;
+        found.inverted |= wanted && is_active_low(field);
+        *row.name = pin;
     }
-    if (tap_obj != -1 && pin != nullptr && row.word != nullptr)
-        *row.word = net_of_tap_pin(tap_obj, pin, row.direction, row.keyword,
-                                   row.again != nullptr ? row.again : row.keyword);
-}
-
-void resolve_named_pins(int32_t tap_obj, TAP_PINS_FOUND &found) {
-    auto needed = [](CONTROL_SIGNAL signal) { return control_pin(signal, BCELL_HAS[signal] != 0); };
-    const TAP_PIN_ROW pins[] = {
-        standard_pin(PORT_TRST, "%TRST", GLOBAL_TRST != nullptr),
-        standard_pin(PORT_TDI, "%TDI"),
-        standard_pin(PORT_TDO, "%TDO"),
-        standard_pin(PORT_TMS, "%TMS"),
-        standard_pin(PORT_TCK, "%TCK"),
-        control_pin(SIG_SHIFT, true),
-        control_pin(SIG_CLOCK, true),
-        {"%FIRST_BCELL", &TAP_CELL::first_bcell, nullptr, true, &TAP_FLAG.first_bcell},
-        {"%LAST_BCELL", &TAP_CELL::last_bcell, nullptr, true, &TAP_FLAG.last_bcell, SDB_INPUT},
-        {"%HIGHZ_COMMAND", &TAP_CELL::highz_command, &TAP_HIZ_PIN, true, &TAP_FLAG.hiz, SDB_OUTPUT, false},
-        needed(SIG_UPDATE),
-        control_pin(SIG_HIGHZ, BCELL_HAS[SIG_HIGHZ] != 0, "%HIGHZ"),
-        needed(SIG_RST),
-        needed(SIG_MODE1),
-        needed(SIG_MODE2),
-        needed(SIG_MODE3),
-    };
-    for (const TAP_PIN_ROW &row : pins)
-        resolve_tap_pin(tap_obj, row, found);
+    if (tap_obj != -1 && pin != nullptr && row.found != nullptr)
+        *row.found = net_of_tap_pin(tap_obj, pin, id == TAP_LAST ? SDB_INPUT : SDB_OUTPUT, row.keyword,
+                                    id == TAP_HIGHZ ? "%HIGHZ" : row.keyword);
 }
 
 /// What the design has on the standard pins of an existing TAP. A pin alone on its net is not wired yet.
@@ -150,6 +113,30 @@ void resolve_extra_pins(int32_t tap_obj, TAP_PINS_FOUND &found) {
 
 } // namespace
 
+const TAP_PIN_ROW TAP_PIN_ROWS[TAP_PIN_COUNT] = {
+    {"%TDI", &TAP_CELL::tdi, &TAP_PORT[PORT_TDI].tap_pin, "TDI"},
+    {"%TDO", &TAP_CELL::tdo, &TAP_PORT[PORT_TDO].tap_pin, "TDO"},
+    {"%TMS", &TAP_CELL::tms, &TAP_PORT[PORT_TMS].tap_pin, "TMS"},
+    {"%TCK", &TAP_CELL::tck, &TAP_PORT[PORT_TCK].tap_pin, "TCK"},
+    {"%TRST", &TAP_CELL::trst, &TAP_PORT[PORT_TRST].tap_pin, "-TRST"},
+    control_pin(SIG_SHIFT, "SHIFT_DR"),
+    control_pin(SIG_CLOCK, "CLOCK_DR"),
+    {"%FIRST_BCELL", &TAP_CELL::first_bcell, nullptr, "first_Bcell", &TAP_FLAG.first_bcell},
+    {"%LAST_BCELL", &TAP_CELL::last_bcell, nullptr, "BOUNDARY_out", &TAP_FLAG.last_bcell},
+    control_pin(SIG_UPDATE, "UPDATE_DR"),
+    control_pin(SIG_HIGHZ, "HIGHZ"),
+    control_pin(SIG_RST, "-RESET"),
+    control_pin(SIG_MODE1, "MODE1"),
+    control_pin(SIG_MODE2, "MODE2"),
+    control_pin(SIG_MODE3, "MODE3"),
+    {"%HIGHZ_COMMAND", &TAP_CELL::highz_command, &TAP_HIZ_PIN, "HIGHZ", &TAP_FLAG.hiz},
+};
+
+bool tap_pin_is_wanted(int32_t id) {
+    const int32_t *need = TAP_PIN_ROWS[id].need;
+    return id == TAP_TRST ? GLOBAL_TRST != nullptr : need == nullptr || *need != 0;
+}
+
 void forget_needs() {
     std::fill(std::begin(BCELL_HAS), std::end(BCELL_HAS), 0);
     BCELL_EXTRA = 0;
@@ -166,9 +153,9 @@ void note_cells_of_pins() {
     for (const PIN_ENTRY *pin : rows(PIN_TABLE)) {
         if (pin->top_name == nullptr || skip_signal(pin->top_name))
             continue;
-        const char *inside = is_internal_pin(pin)  ? INTERNAL_SCAN
-                             : is_observe_pin(pin) ? OBSERVE_ONLY_SCAN
-                                                   : nullptr;
+        const char *inside = bs_observe_word(pin->package_name)    ? OBSERVE_ONLY_SCAN
+                             : bs_internal_word(pin->package_name) ? INTERNAL_SCAN
+                                                                   : nullptr;
         for (const char *name : {pin->bsc_name, pin->bsc_kind == BSC_I ? pin->bsc_i : nullptr, inside})
             if (const SCAN_CELL *cell = get_scan_cell(name); cell != nullptr)
                 note_control_pins(*cell);
@@ -203,7 +190,13 @@ void note_builtin_cell(const OPIN_ROW &row, const SCAN_CELL &cell) {
 
 TAP_PINS_FOUND resolve_tap_pins(int32_t tap_obj) {
     TAP_PINS_FOUND found;
-    resolve_named_pins(tap_obj, found);
+    resolve_tap_pin(tap_obj, TAP_TRST, found);
+    for (int32_t id = 0; id < TAP_COMMAND; ++id) {
+        if (id == TAP_UPDATE)
+            resolve_tap_pin(tap_obj, TAP_COMMAND, found);
+        if (id != TAP_TRST)
+            resolve_tap_pin(tap_obj, id, found);
+    }
     note_standard_nets(tap_obj);
     resolve_extra_pins(tap_obj, found);
     return found;

@@ -1,9 +1,12 @@
-// What the chain needs of the TAP: the one list of needs, and the pins of the TAP that serve them.
+// What the chain needs of the TAP: the one list of needs, and the one table of the TAP's pins that serve
+// them.
 //
-// BCELL_HAS and BCELL_EXTRA are the list. The declared cells, the cells that the pin file names and the pads
-// of the design enter their needs before the TAP's pins are resolved. A cell inside a pad is met later, while
-// its port is classified: it enters its needs then, and the pins that are missing are resolved behind that
-// port.
+// BCELL_HAS and BCELL_EXTRA are the list. It has to be there before the ports are classified: a TAP that the
+// run makes is written first, and of one that is in the design all missing pins are told, and the run ends,
+// before the first message about a port. The declared cells, the cells that the pin file names and, for a new
+// TAP, the pads of the design enter their needs by then. In a design with a TAP the cell inside a pad is met
+// while its port is classified: it enters its needs then, in messages of its own, and the pins that are
+// missing are resolved behind that port.
 #pragma once
 
 #include "planning/port_table.hh"
@@ -19,6 +22,31 @@ void note_cells_of_pins();
 void note_needs_of_pad(const BUFFER_CELL &pad);
 /// Enters the cell inside the pad of a row. Ends the run when the TAP lacks a pin that it can't do without.
 void note_builtin_cell(const OPIN_ROW &row, const SCAN_CELL &cell);
+
+/// A pin of the TAP.
+struct TAP_PIN_ROW {
+    const char *keyword;
+    const char *TAP_CELL::*field;
+    /// Takes the pin's name without '-'; null for an end of the chain, which is used from the record.
+    const char **name;
+    const char *fallback;          ///< its name in a TAP that the run makes, where the library has none
+    int32_t *found = nullptr;      ///< word of TAP_FLAG, or null
+    const int32_t *need = nullptr; ///< word of BCELL_HAS; null for a pin that no cell has to ask for
+};
+/// The rows that are spoken of alone. %HIGHZ_COMMAND stands in two: as the source of the cells' %HIGHZ pins,
+/// and last as the command itself, which no chain needs.
+enum TAP_PIN_ID : int32_t {
+    TAP_TRST = 4,
+    TAP_LAST = 8,
+    TAP_UPDATE,
+    TAP_HIGHZ,
+    TAP_COMMAND = 15,
+    TAP_PIN_COUNT
+};
+/// In the order in which the names of a TAP that the run makes are resolved.
+extern const TAP_PIN_ROW TAP_PIN_ROWS[TAP_PIN_COUNT];
+/// True when the chain, or the chip, needs the pin of the row.
+bool tap_pin_is_wanted(int32_t id);
 
 /// What resolve_tap_pins found beside the pins.
 struct TAP_PINS_FOUND {

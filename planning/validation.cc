@@ -12,17 +12,12 @@
 #include "support/run_state.hh"
 #include "support/text.hh"
 
-PAD_PINS INPUT_BUFFER_PINS;
-PAD_PINS OUTPUT_BUFFER_PINS;
-PAD_PINS SPEC_INPUT_BUFFER_PINS;
-PAD_PINS SPEC_OUTPUT_BUFFER_PINS;
-
 namespace {
 
 // Pads that the .bsc or pin file names.
 
-enum PAD_ROLE { PAD_INPUT, PAD_OUTPUT, PAD_INOUT };
 constexpr const char *PAD_KEYWORD[] = {"%INPUT_BUFFER", "%OUTPUT_BUFFER", "%INOUT_BUFFER"};
+constexpr const char **DEFAULT_PAD[] = {&INPUT_BUFFER, &OUTPUT_BUFFER, &INOUT_BUFFER};
 
 bool misses_pad_pin(const char *keyword, const char *pin, const char *name) {
     return pin == nullptr &&
@@ -40,7 +35,7 @@ bool is_bidirectional_pad(PAD_ROLE role, const BUFFER_CELL &buffer) {
 }
 
 // Checks one pad cell. A fault is printed; with `ends` the first one ends the run. True when there was one.
-bool check_pad_cell(PAD_ROLE role, const char *name, PAD_PINS *pins, bool ends) {
+bool check_pad_cell(PAD_ROLE role, const char *name, bool ends) {
     bool fault = false;
     auto note = [&](bool found) {
         fault |= found;
@@ -54,8 +49,6 @@ bool check_pad_cell(PAD_ROLE role, const char *name, PAD_PINS *pins, bool ends) 
                           PAD_KEYWORD[role], name, JTAG_BSC_FILE, name, JTAG_LIB_FILE));
         return true;
     }
-    if (pins != nullptr)
-        *pins = {buffer->input, buffer->output};
     if (role == PAD_INOUT)
         note(misses_pad_pin("%INOUT", buffer->inout, name));
     else if (option(OPT_ADD_PAD))
@@ -69,20 +62,13 @@ bool check_pad_cell(PAD_ROLE role, const char *name, PAD_PINS *pins, bool ends) 
 
 // True after a fault.
 bool check_default_pads() {
-    const struct {
-        PAD_ROLE role;
-        const char *name;
-        PAD_PINS *pins;
-    } pads[] = {{PAD_INPUT, INPUT_BUFFER, &INPUT_BUFFER_PINS},
-                {PAD_OUTPUT, OUTPUT_BUFFER, &OUTPUT_BUFFER_PINS},
-                {PAD_INOUT, INOUT_BUFFER, nullptr}};
-    for (const auto &pad : pads)
-        if (option(OPT_ADD_PAD) && pad.name == nullptr && pad.role != PAD_INOUT)
-            fail_add_pad(PAD_KEYWORD[pad.role]);
+    for (PAD_ROLE role : {PAD_INPUT, PAD_OUTPUT})
+        if (option(OPT_ADD_PAD) && *DEFAULT_PAD[role] == nullptr)
+            fail_add_pad(PAD_KEYWORD[role]);
     bool fault = false;
-    for (const auto &pad : pads)
-        if (pad.name != nullptr)
-            fault |= check_pad_cell(pad.role, pad.name, pad.pins, false);
+    for (PAD_ROLE role : {PAD_INPUT, PAD_OUTPUT, PAD_INOUT})
+        if (*DEFAULT_PAD[role] != nullptr)
+            fault |= check_pad_cell(role, *DEFAULT_PAD[role], false);
     return fault;
 }
 
@@ -241,14 +227,9 @@ void check_necessary_fields() {
         vmr_fail("\n");
 }
 
-void bs_check_input_buf_fields(const char *name) {
-    check_pad_cell(PAD_INPUT, name, &SPEC_INPUT_BUFFER_PINS, true);
-}
-
-void bs_check_output_buf_fields(const char *name) {
-    check_pad_cell(PAD_OUTPUT, name, &SPEC_OUTPUT_BUFFER_PINS, true);
-}
-
-void bs_check_inout_buf_fields(const char *name) {
-    check_pad_cell(PAD_INOUT, name, nullptr, true);
+const char *pad_to_add(PAD_ROLE role, const PIN_ENTRY *pin) {
+    const char *own = pin == nullptr ? nullptr : pin->pad_name;
+    if (own != nullptr)
+        check_pad_cell(role, own, true);
+    return own != nullptr ? own : *DEFAULT_PAD[role];
 }

@@ -30,17 +30,8 @@ void check_pin_signal_inv_buf();
 /// fault. The design must be open.
 void check_necessary_fields();
 
-/// Checks of a pad cell that the pin file names for one pin; they fill SPEC_BUFFER_PINS and end the run on a
-/// fault.
-void bs_check_input_buf_fields(const char *name);
-void bs_check_output_buf_fields(const char *name);
-void bs_check_inout_buf_fields(const char *name);
-
-/// %INPUT and %OUTPUT of a pad cell.
-struct PAD_PINS {
-    const char *input, *output;
-};
-extern PAD_PINS INPUT_BUFFER_PINS;       ///< of %INPUT_BUFFER; set by check_necessary_fields
-extern PAD_PINS OUTPUT_BUFFER_PINS;      ///< of %OUTPUT_BUFFER
-extern PAD_PINS SPEC_INPUT_BUFFER_PINS;  ///< of an input pad cell named for one pin
-extern PAD_PINS SPEC_OUTPUT_BUFFER_PINS; ///< of an output pad cell named for one pin
+/// The roles of pads that -add_pad adds.
+enum PAD_ROLE { PAD_INPUT, PAD_OUTPUT, PAD_INOUT };
+/// The pad cell that the pin file names for the pin, which is checked, else the default one, null for none.
+/// `pin` is null for a port that the pin file does not name. Ends the run on a fault.
+const char *pad_to_add(PAD_ROLE role, const PIN_ENTRY *pin);

@@ -2,12 +2,18 @@
 //
 // The two texts are twins, not translations: the Verilog counts four high samples of TMS and tests the fifth
 // at the edge itself, the VHDL counts five and pulses an asynchronous reset.
-//
-// Letters: T TRST, U update output, S -synch. Lists: W all states, X the two idle ones, Y the data column, Z
-// the instruction column.
 #include "rtl/templates.hh"
 
-const char TAP_CONTROLLER_V[] = R"(
+// clang-format off
+
+const RTL_TEMPLATE TAP_CONTROLLER_LIBRARY_VHDL = {"", "", R"(
+       |library IEEE;
+       |use IEEE.std_logic_1164.all;
+       |-- use IEEE.std_logic_arith.all;
+       |
+)"};
+
+const TAP_PART TAP_CONTROLLER = {.name = "TAP_controller", .verilog = {"STU", "WXYZ", R"(
        |
        |module  TAP_controller ( <TMS>,
        |                         <TCK>,
@@ -119,16 +125,7 @@ const char TAP_CONTROLLER_V[] = R"(
        |endmodule
        |
        |
-)";
-
-const char TAP_CONTROLLER_LIBRARY_VHDL[] = R"(
-       |library IEEE;
-       |use IEEE.std_logic_1164.all;
-       |-- use IEEE.std_logic_arith.all;
-       |
-)";
-
-const char TAP_CONTROLLER_PORTS_VHDL[] = R"(
+)"}, .vhdl_ports = {"TU", "", R"(
        |    port (
     T  |        <TMS>, <TCK>, <TRST>: in std_logic;
     t  |        <TMS>, <TCK>: in std_logic;
@@ -137,9 +134,7 @@ const char TAP_CONTROLLER_PORTS_VHDL[] = R"(
     u  |        <SHIFT_DR>, <CLOCK_DR>: out std_logic;
        |        SELECT_DR, ENABLE, <RESET>: out std_logic
        |    );
-)";
-
-const char TAP_CONTROLLER_BODY_VHDL[] = R"(
+)"}, .vhdl_body = {"STU", "W", R"(
        |
        |architecture BEHAVIOR of TAP_controller is
        |
@@ -280,4 +275,4 @@ const char TAP_CONTROLLER_BODY_VHDL[] = R"(
     U  |
        |end BEHAVIOR;
        |
-)";
+)"}};

@@ -1,16 +1,15 @@
 // The data registers and the multiplexers between them and TDO, in both languages.
-//
-// Letters: S -synch, E -external_idcode, I two codes in the identification register, D an enable port for
-// TDO. List: B the data registers.
 #include "rtl/templates.hh"
 
-const char LIBRARY_VHDL[] = R"(
+// clang-format off
+
+const RTL_TEMPLATE LIBRARY_VHDL = {"", "", R"(
       |library IEEE;
       |use IEEE.std_logic_1164.all;
       |
-)";
+)"};
 
-const char BYPASS_REG_V[] = R"(
+const TAP_PART BYPASS_REG = {.name = "BYPASS_reg", .verilog = {"S", "", R"(
       |module BYPASS_reg ( BYPASS_out,
     S |                    <TCK>,
       |                    <TDI>,
@@ -41,17 +40,13 @@ const char BYPASS_REG_V[] = R"(
       |
       |endmodule
       |
-)";
-
-const char BYPASS_REG_PORTS_VHDL[] = R"(
+)"}, .vhdl_ports = {"S", "", R"(
       |    port (
       |        <TDI>, <SHIFT_DR>, <CLOCK_DR>: in std_logic;
     S |        <TCK>: in std_logic;
       |        BYPASS_out: out std_logic
       |    );
-)";
-
-const char BYPASS_REG_BODY_VHDL[] = R"(
+)"}, .vhdl_body = {"S", "", R"(
       |
       |architecture BEHAVIOR of BYPASS_reg is
       |    signal BYPASS_in, BYPASS_cell: std_logic;
@@ -76,9 +71,9 @@ const char BYPASS_REG_BODY_VHDL[] = R"(
       |
       |end BEHAVIOR;
       |
-)";
+)"}};
 
-const char ID_REG_V[] = R"(
+const TAP_PART ID_REG = {.name = "ID_reg", .verilog = {"EIS", "", R"(
         |
     e   |module ID_reg ( IDCODE_out,
     E   |module ID_reg ( IDCODE,
@@ -128,9 +123,7 @@ const char ID_REG_V[] = R"(
         |
         |endmodule
         |
-)";
-
-const char ID_REG_PORTS_VHDL[] = R"(
+)"}, .vhdl_ports = {"EIS", "", R"(
         |    port (
     i   |        <TDI>, <SHIFT_DR>, <CLOCK_DR>: in std_logic;
     I   |        <TDI>, <SHIFT_DR>, <CLOCK_DR>, IDMODE: in std_logic;
@@ -138,9 +131,7 @@ const char ID_REG_PORTS_VHDL[] = R"(
     E   |        IDCODE: in std_logic_vector(31 downto 0);
         |        IDCODE_out: out std_logic
         |    );
-)";
-
-const char ID_REG_BODY_VHDL[] = R"(
+)"}, .vhdl_body = {"EIS", "", R"(
         |
         |architecture BEHAVIOR of ID_reg is
         |    signal ID_cell: std_logic_vector(31 downto 0);
@@ -171,9 +162,9 @@ const char ID_REG_BODY_VHDL[] = R"(
         |
         |end BEHAVIOR;
         |
-)";
+)"}};
 
-const char DR_MUX_V[] = R"(
+const TAP_PART DR_MUX = {.name = "DR_mux", .verilog = {"", "B", R"(
       |
       |module DR_mux ( DR_out,
       |                DR_SELECT,
@@ -190,17 +181,13 @@ const char DR_MUX_V[] = R"(
     B |                ((DR_SELECT == `SEL_<REG>) & <REG_OUT>)<TERM_END>
       |
       |endmodule
-)";
-
-const char DR_MUX_PORTS_VHDL[] = R"(
+)"}, .vhdl_ports = {"", "", R"(
       |    port (
       |        DR_out: out std_logic;
       |        <REGISTER_OUTS>: in std_logic;
       |        DR_SELECT: in std_logic_vector(<L-1> downto 0)
       |    );
-)";
-
-const char DR_MUX_BODY_VHDL[] = R"(
+)"}, .vhdl_body = {"", "B", R"(
       |
       |architecture BEHAVIOR of DR_mux is
     B |     constant SEL_<REG8>: std_logic_vector(<L-1> downto 0) := "<CODE>";
@@ -219,9 +206,9 @@ const char DR_MUX_BODY_VHDL[] = R"(
       |
       |end BEHAVIOR;
       |
-)";
+)"}};
 
-const char IR_DR_MUX_V[] = R"(
+const TAP_PART IR_DR_MUX = {.name = "IR_DR_mux", .verilog = {"", "", R"(
       |
       |module IR_DR_mux ( IR_out,
       |                   DR_out,
@@ -237,16 +224,12 @@ const char IR_DR_MUX_V[] = R"(
       |
       |endmodule
       |
-)";
-
-const char IR_DR_MUX_PORTS_VHDL[] = R"(
+)"}, .vhdl_ports = {"", "", R"(
       |    port (
       |        TDOIN:  out std_logic;
       |        IR_out, DR_out, SELECT_DR: in std_logic
       |    );
-)";
-
-const char IR_DR_MUX_BODY_VHDL[] = R"(
+)"}, .vhdl_body = {"", "", R"(
       |
       |architecture BEHAVIOR of IR_DR_mux is
       |
@@ -255,9 +238,9 @@ const char IR_DR_MUX_BODY_VHDL[] = R"(
       |
       |end BEHAVIOR;
       |
-)";
+)"}};
 
-const char TDO_REG_V[] = R"(
+const TAP_PART TDO_REG = {.name = "TDO_reg", .verilog = {"D", "", R"(
       |
       |module  TDO_reg ( <TDO>,
       |                  TDOIN,
@@ -280,17 +263,13 @@ const char TDO_REG_V[] = R"(
     D |        assign <TDO> =  TDO_cell;
       |
       |endmodule
-)";
-
-const char TDO_REG_PORTS_VHDL[] = R"(
+)"}, .vhdl_ports = {"D", "", R"(
       |    port (
       |        <TDO>: out std_logic;
     d |        TDOIN, <TCK>, ENABLE: in std_logic
     D |        TDOIN, <TCK> : in std_logic
       |    );
-)";
-
-const char TDO_REG_BODY_VHDL[] = R"(
+)"}, .vhdl_body = {"D", "", R"(
       |
       |architecture BEHAVIOR of TDO_reg is
       |        signal  TDO_cell: std_logic;
@@ -307,4 +286,4 @@ const char TDO_REG_BODY_VHDL[] = R"(
       |
       |end BEHAVIOR;
       |
-)";
+)"}};

@@ -122,24 +122,20 @@ std::string selected_register(const INSTRUCTION &instruction) {
     return ACCESS_REG[find_access_register(register_base(instruction.register_name))];
 }
 
-std::string verilog_selections() {
-    std::string text, indent(28, ' ');
-    for (int32_t row = 0; row < DYNA_count(INSTRUCTIONS); ++row)
-        for (const std::string &opcode : instruction_opcodes(row))
-            text += (text.empty() ? "" : indent) + "(" + comparison(opcode, VERILOG) + ") ? `SEL_" +
-                    selected_register(INSTRUCTIONS[row]) + (row == 0 ? " :\n" : ":\n");
-    return text + indent + "`SEL_BYPASS;";
-}
-
-/// The choices of the VHDL decoder. An opcode may stand there once; the first row that has it wins, as in
-/// Verilog.
-std::vector<TEMPLATE_NAMES> vhdl_choices() {
+/// What each opcode selects, in table order. In VHDL an opcode may stand there once; the first row that has
+/// it wins, as it does in Verilog by itself.
+std::vector<TEMPLATE_NAMES> selections(RTL_LANGUAGE language) {
     std::vector<TEMPLATE_NAMES> choices;
     std::set<std::string> seen;
     for (int32_t row = 0; row < DYNA_count(INSTRUCTIONS); ++row)
-        for (const std::string &opcode : instruction_opcodes(row))
-            if (std::string text = pattern_text(opcode, VHDL); seen.insert(text).second)
-                choices.push_back({{"OPCODE", text}, {"REG", selected_register(INSTRUCTIONS[row])}});
+        for (const std::string &opcode : instruction_opcodes(row)) {
+            std::string text = pattern_text(opcode, language);
+            if (seen.insert(text).second || language == VERILOG)
+                choices.push_back({{"LEAD", choices.empty() ? "assign  DR_SELECT = " : std::string(20, ' ')},
+                                   {"OPCODE", text},
+                                   {"REG", selected_register(INSTRUCTIONS[row])},
+                                   {"GAP", row == 0 ? " " : ""}});
+        }
     return choices;
 }
 
@@ -149,45 +145,58 @@ struct DECODER_PORT {
     TEMPLATE_NAMES row;
 };
 
-std::vector<DECODER_PORT> decoder_ports(RTL_LANGUAGE language, const INNER_NAME &inner_name) {
-    std::vector<DECODER_PORT> ports;
-    auto add = [&](char letter, const std::string &port, const std::string &net, const std::string &terms) {
-        ports.push_back({letter, {{"PORT", port}, {"NET", net}, {"TERMS", terms}}});
-    };
-    auto net = [&](const char *name) { return table_name(language == VHDL ? inner_name(name) : name); };
-    if (has_instruction(KNOWN_CHIP_TEST))
-        add('K', "CHIP_TEST", net("CHIP_TEST"), output_terms(KNOWN_CHIP_TEST, language));
-    if (has_highz_port())
-        add('H', table_name(TAP_HIZ_PIN), net(TAP_HIZ_PIN), output_terms(KNOWN_HIGHZ, language));
-    for (int32_t mode = 1; mode <= 3; ++mode) {
-        CONTROL_SIGNAL signal = MODE_SIGNALS[mode - 1];
-        const char *gap = language == VERILOG && mode != 2 ? " " : "";
-        if (BCELL_HAS[signal])
-            add(static_cast<char>('0' + mode), table_name(TAP_PIN[signal]), net(TAP_PIN[signal]),
-                gap + mode_terms(mode, language));
+/// What drives the enable pin, and the words of one of several bits. A gate stands between the decoder and
+/// its pin.
+void add_enable_pin(TEMPLATE_NAMES &row, const ENABLE_PIN &pin, const ENABLE_USES &uses,
+                    RTL_LANGUAGE language) {
+    if (pin.gate_kind != GATE_NONE)
+        row["NET"] =
+            language == VHDL ? table_name(std::string(pin.name) + "_net") : table_name(pin.name) + "_wire";
+    int32_t width = enable_width(pin.value);
+    row["TERMS"] =
+        width == 0 ? single_enable_terms(pin, uses, language) : wide_enable_terms(pin, uses, language);
+    if (width == 0)
+        return;
+    row["RANGE"] = format_text("[%d:0]", width - 1);
+    row["TYPE"] = format_text("std_logic_vector(%d downto 0)", width - 1);
+    row["GAP"] = "\n";
+}
+
+std::vector<DECODER_PORT> decoder_ports(RTL_LANGUAGE language, const std::vector<TAP_MODULE_PORT> &ports) {
+    std::vector<DECODER_PORT> made;
+    ENABLE_USES uses = enable_uses();
+    const ENABLE_PIN *pin = INST_ENABLE_PIN; // the ports have the pins in this order
+    for (const TAP_MODULE_PORT &port : ports) {
+        auto name = [&port](const std::string &text) { return port.is_fixed ? text : table_name(text); };
+        TEMPLATE_NAMES row = {{"PORT", name(port.name)}, {"NET", name(port.inner)}};
+        switch (port.role) {
+        case ROLE_CHIP_TEST:
+            row["TERMS"] = output_terms(KNOWN_CHIP_TEST, language);
+            break;
+        case ROLE_HIGHZ:
+            row["TERMS"] = output_terms(KNOWN_HIGHZ, language);
+            break;
+        case ROLE_ATPG:
+            row["PORT"] = port.inner;
+            row["TERMS"] = output_terms(KNOWN_VELMORA_ATPG, language);
+            break;
+        case ROLE_MODE1:
+        case ROLE_MODE2:
+        case ROLE_MODE3:
+            row["TERMS"] = (language == VERILOG && port.role != ROLE_MODE2 ? " " : "") +
+                           mode_terms(port.role - ROLE_MODE1 + 1, language);
+            break;
+        case ROLE_ENABLE:
+            add_enable_pin(row, *pin++, uses, language);
+            break;
+        default:
+            continue;
+        }
+        made.push_back({port.role, std::move(row)});
     }
     if (has_id_mode())
-        add('I', "IDMODE", "IDMODE", id_mode_terms(language));
-    ENABLE_USES uses = enable_uses();
-    for (const ENABLE_PIN &pin : rows(INST_ENABLE_PIN)) {
-        bool is_gated = pin.gate_kind != GATE_NONE;
-        bool wide = std::string_view(pin.value).size() > 1;
-        std::string gated =
-            language == VHDL ? table_name(std::string(pin.name) + "_net") : table_name(pin.name) + "_wire";
-        add('N', table_name(pin.name), is_gated ? gated : net(pin.name),
-            wide ? wide_enable_terms(pin, uses, language) : single_enable_terms(pin, uses, language));
-        if (wide) {
-            size_t high = std::string_view(pin.value).size() - 1;
-            ports.back().row["RANGE"] = format_text("[%zu:0]", high);
-            ports.back().row["TYPE"] = format_text("std_logic_vector(%zu downto 0)", high);
-            ports.back().row["GAP"] = "\n";
-        }
-    }
-    if (has_instruction(KNOWN_VELMORA_ATPG)) {
-        const char *name = language == VHDL ? "velmora_atpg_mode" : "velmora_test_mode";
-        add('M', name, name, output_terms(KNOWN_VELMORA_ATPG, language));
-    }
-    return ports;
+        made.push_back({'I', {{"PORT", "IDMODE"}, {"NET", "IDMODE"}, {"TERMS", id_mode_terms(language)}}});
+    return made;
 }
 
 /// The orders in which the text has the decoder's ports, per list of the templates: the header with the
@@ -201,6 +210,13 @@ constexpr DECODER_ORDER DECODER_ORDERS[] = {
     {'V', "KHI123NM", "KHI123MN"},
     {'=', "123HKNM", "123IHKMN"},
 };
+
+/// The ports in one of the orders; those of one letter keep their order.
+std::vector<DECODER_PORT> sorted(std::vector<DECODER_PORT> ports, std::string_view letters) {
+    std::erase_if(ports, [&](const DECODER_PORT &port) { return letters.find(port.letter) == letters.npos; });
+    std::ranges::stable_sort(ports, {}, [&](const DECODER_PORT &port) { return letters.find(port.letter); });
+    return ports;
+}
 
 /// What the decoder's Verilog instance is joined to, four enable pins to a line.
 std::string decoder_nets(const std::vector<DECODER_PORT> &ports) {
@@ -251,26 +267,24 @@ std::string enable_default(const ENABLE_PIN &pin, const ENABLE_USES &uses) {
     return pattern;
 }
 
-void add_decoder_values(TEMPLATE_VALUES &values, RTL_LANGUAGE language, const INNER_NAME &inner_name) {
+void add_decoder_values(TEMPLATE_VALUES &values, RTL_LANGUAGE language,
+                        const std::vector<TAP_MODULE_PORT> &tap_ports) {
     TEMPLATE_NAMES &names = values.names;
     names["RANGE"] = "";
     names["TYPE"] = "std_logic";
     names["GAP"] = "";
     names["IDMODE_TERMS"] = id_mode_terms(language);
-    names["SELECTIONS"] = verilog_selections();
     std::vector<std::string> clamp = instruction_opcodes(INST_EXIST[KNOWN_CLAMP]);
     std::string terms = joined_terms(clamp, " | ", VERILOG);
     names["CLAMP_TERMS"] = clamp.size() > 1 ? "( " + terms + " )" : terms;
-    values.lists['F'] = vhdl_choices();
+    values.lists['F'] = selections(language);
 
-    std::vector<DECODER_PORT> ports = decoder_ports(language, inner_name);
-    names["DECODER_NETS"] = decoder_nets(ports);
+    std::vector<DECODER_PORT> ports = decoder_ports(language, tap_ports);
+    names["DECODER_NETS"] = decoder_nets(sorted(ports, DECODER_ORDERS[0].verilog));
     for (const DECODER_ORDER &order : DECODER_ORDERS) {
         std::vector<TEMPLATE_NAMES> &list = values.lists[order.list];
-        for (char letter : language == VHDL ? order.vhdl : order.verilog)
-            for (const DECODER_PORT &port : ports)
-                if (port.letter == letter)
-                    list.push_back(port.row);
+        for (DECODER_PORT &port : sorted(ports, language == VHDL ? order.vhdl : order.verilog))
+            list.push_back(std::move(port.row));
     }
     // The input comes first in the header, so that it is the last one where there is no output of these.
     std::vector<TEMPLATE_NAMES> &header = values.lists['Q'];

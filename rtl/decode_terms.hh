@@ -1,21 +1,14 @@
 // What the instruction decoder writes behind each of its outputs, from the instruction table.
 #pragma once
 
+#include "rtl/tap_ports.hh"
 #include "support/template_text.hh"
 
-#include "rtl/tap_model.hh"
-
-#include <functional>
 #include <unordered_map>
 
-/// The two languages of the generated text.
-enum RTL_LANGUAGE { VERILOG, VHDL };
-
-/// The name by which the inside of the VHDL top module knows an output of the TAP.
-using INNER_NAME = std::function<std::string(const char *name)>;
-
-/// Adds the decoder's names and lists to `values`.
-void add_decoder_values(TEMPLATE_VALUES &values, RTL_LANGUAGE language, const INNER_NAME &inner_name);
+/// Adds the decoder's names and lists to `values`; `ports` are those of the language, in header order.
+void add_decoder_values(TEMPLATE_VALUES &values, RTL_LANGUAGE language,
+                        const std::vector<TAP_MODULE_PORT> &ports);
 
 /// An instruction that names an enable pin, by its row, with the value that it gives the pin.
 struct ENABLE_USE {

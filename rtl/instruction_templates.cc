@@ -1,10 +1,9 @@
 // The instruction register and its decoder, in both languages.
-//
-// Letters: S -synch, I IDMODE. Lists: B the data registers, F the opcodes with the register that each
-// selects; Q, V and = the ports of the decoder in the orders of header, declarations and assignments.
 #include "rtl/templates.hh"
 
-const char IR_REG_V[] = R"(
+// clang-format off
+
+const TAP_PART IR_REG = {.name = "IR_reg", .verilog = {"S", "", R"(
       |
       |module IR_reg ( IR_out,
       |                INST,
@@ -52,18 +51,14 @@ const char IR_REG_V[] = R"(
       |
       |endmodule
       |
-)";
-
-const char IR_REG_PORTS_VHDL[] = R"(
+)"}, .vhdl_ports = {"S", "", R"(
       |    port (
       |        <TDI>, SHIFT_IR, UPDATE_IR, CLOCK_IR, <RESET>: in std_logic;
     S |        <TCK>: in std_logic;
       |        IR_out: out std_logic;
       |        INST: out std_logic_vector(<N-1> downto 0)
       |    );
-)";
-
-const char IR_REG_BODY_VHDL[] = R"(
+)"}, .vhdl_body = {"S", "", R"(
       |
       |architecture BEHAVIOR of IR_reg is
       |    signal CAP_IR, UPD_IR: std_logic_vector(<N-1> downto 0);
@@ -108,9 +103,9 @@ const char IR_REG_BODY_VHDL[] = R"(
       |
       |end BEHAVIOR;
       |
-)";
+)"}};
 
-const char IR_DEC_V[] = R"(
+const TAP_PART IR_DEC = {.name = "IR_dec", .verilog = {"I", "=BFQV", R"(
       |
       |module IR_dec ( DR_SELECT,
     Q |                <PORT><PORT_END>
@@ -124,24 +119,21 @@ const char IR_DEC_V[] = R"(
       |
     = |        assign  <PORT> =<TERMS>;<GAP>
       |
-      |        assign  DR_SELECT = <SELECTIONS>
+    F |        <LEAD>(INST == <N>'b<OPCODE>) ? `SEL_<REG><GAP>:
+      |                            `SEL_BYPASS;
       |
     I |        assign  IDMODE = (<IDMODE_TERMS>) ? 1'b1 : 1'b0;
     I |
       |
       |endmodule
       |
-)";
-
-const char IR_DEC_PORTS_VHDL[] = R"(
+)"}, .vhdl_ports = {"", "V", R"(
       |    port (
       |        DR_SELECT: out std_logic_vector(<L-1> downto 0);
     V |        <PORT>: out <TYPE>;
       |        INST: in std_logic_vector(<N-1> downto 0)
       |    );
-)";
-
-const char IR_DEC_BODY_VHDL[] = R"(
+)"}, .vhdl_body = {"", "=BF", R"(
       |
       |architecture BEHAVIOR of IR_dec is
     B |        constant SEL_<REG>: std_logic_vector(<L-1> downto 0) := "<CODE>";
@@ -157,4 +149,4 @@ const char IR_DEC_BODY_VHDL[] = R"(
       |    end process;
       |end BEHAVIOR;
       |
-)";
+)"}};

@@ -20,38 +20,30 @@ WORDS split(const char *text) {
 }
 
 // IEEE 1364-2001, and what Icarus Verilog takes for a word in that generation too.
-const char *const VERILOG_WORDS = "always and assign automatic begin buf bufif0 bufif1 case casex casez cell "
-                                  "cmos config deassign default defparam "
-                                  "design disable edge else end endcase endconfig endfunction endgenerate "
-                                  "endmodule endprimitive endspecify endtable "
-                                  "endtask event for force forever fork function generate genvar highz0 "
-                                  "highz1 if ifnone incdir include initial inout "
-                                  "input instance integer join large liblist library localparam macromodule "
-                                  "medium module nand negedge nmos nor "
-                                  "noshowcancelled not notif0 notif1 or output parameter pmos posedge "
-                                  "primitive pull0 pull1 pulldown pullup "
-                                  "pulsestyle_onevent pulsestyle_ondetect rcmos real realtime reg release "
-                                  "repeat rnmos rpmos rtran rtranif0 rtranif1 "
-                                  "scalared showcancelled signed small specify specparam strong0 strong1 "
-                                  "supply0 supply1 table task time tran tranif0 "
-                                  "tranif1 tri tri0 tri1 triand trior trireg unsigned use vectored wait wand "
-                                  "weak0 weak1 while wire wor xnor xor "
-                                  "bool logic wreal";
+const char *const VERILOG_WORDS = R"(
+    always and assign automatic begin buf bufif0 bufif1 case casex casez cell cmos config deassign
+    default defparam design disable edge else end endcase endconfig endfunction endgenerate endmodule
+    endprimitive endspecify endtable endtask event for force forever fork function generate genvar
+    highz0 highz1 if ifnone incdir include initial inout input instance integer join large liblist
+    library localparam macromodule medium module nand negedge nmos nor noshowcancelled not notif0 notif1
+    or output parameter pmos posedge primitive pull0 pull1 pulldown pullup pulsestyle_onevent
+    pulsestyle_ondetect rcmos real realtime reg release repeat rnmos rpmos rtran rtranif0 rtranif1
+    scalared showcancelled signed small specify specparam strong0 strong1 supply0 supply1 table task
+    time tran tranif0 tranif1 tri tri0 tri1 triand trior trireg unsigned use vectored wait wand weak0
+    weak1 while wire wor xnor xor bool logic wreal
+)";
 
 // IEEE 1076-1993 and 1076-2008.
-const char *const VHDL_WORDS =
-    "abs access after alias all and architecture array assert assume assume_guarantee attribute begin block "
-    "body buffer "
-    "bus case component configuration constant context cover default disconnect downto else elsif end entity "
-    "exit "
-    "fairness file for force function generate generic group guarded if impure in inertial inout is label "
-    "library "
-    "linkage literal loop map mod nand new next nor not null of on open or others out package parameter port "
-    "postponed "
-    "procedure process property protected pure range record register reject release rem report restrict "
-    "restrict_guarantee return rol ror select sequence severity shared signal sla sll sra srl strong subtype "
-    "then to "
-    "transport type unaffected units until use variable vmode vprop vunit wait when while with xnor xor";
+const char *const VHDL_WORDS = R"(
+    abs access after alias all and architecture array assert assume assume_guarantee attribute begin
+    block body buffer bus case component configuration constant context cover default disconnect downto
+    else elsif end entity exit fairness file for force function generate generic group guarded if impure
+    in inertial inout is label library linkage literal loop map mod nand new next nor not null of on
+    open or others out package parameter port postponed procedure process property protected pure range
+    record register reject release rem report restrict restrict_guarantee return rol ror select sequence
+    severity shared signal sla sll sra srl strong subtype then to transport type unaffected units until
+    use variable vmode vprop vunit wait when while with xnor xor
+)";
 
 bool is_letter(char c) {
     return std::isalpha(static_cast<unsigned char>(c)) != 0;

@@ -1,7 +1,15 @@
-// The scripts that synthesize and time the TAP with outside tools. Letter: V VHDL.
-#include "rtl/templates.hh"
+// The scripts that synthesize and time the TAP with outside tools.
+#include "rtl/tap_rtl.hh"
 
-const char AC_SHELL_SCRIPT[] = R"(
+#include "planning/tap_state.hh"
+#include "rtl/templates.hh"
+#include "support/console.hh"
+#include "support/run_state.hh"
+
+// clang-format off
+
+const SCRIPT_TEMPLATE SCRIPT_TEMPLATES[] = {
+{".ac.tcl", {"V", "", R"(
       |
       |# FILE : Velmora TAP Synthesis Script file for ac_shell
       |# NAME : <NAME>.ac.tcl
@@ -32,9 +40,9 @@ const char AC_SHELL_SCRIPT[] = R"(
     V |write_vhdl -hierarchical <NAME>_gate.vhd
       |
       |quit
-)";
+)"}},
 
-const char DC_SHELL_SCRIPT[] = R"(
+{".dc.scr", {"V", "", R"(
       |
       |/*
       |  FILE : Velmora TAP Synthesis Script file for dc_shell
@@ -77,9 +85,9 @@ const char DC_SHELL_SCRIPT[] = R"(
     V |write -f vhdl -h -o <NAME>_gate.vhd
       |
       |quit
-)";
+)"}},
 
-const char PT_SHELL_SCRIPT[] = R"(
+{".pt.tcl", {"V", "", R"(
       |# FILE : Velmora TAP Synthesis Script file for pt_shell
       |# NAME : <NAME>.pt.tcl
       |# TOOL : RIMWEAVE V2.8.9
@@ -108,4 +116,19 @@ const char PT_SHELL_SCRIPT[] = R"(
       |
       |report_timing -to [all_outputs]
       |
-)";
+)"}}};
+
+// clang-format on
+
+std::vector<SYNTHESIS_SCRIPT> bs_write_synthesize_script(const std::string &design) {
+    TEMPLATE_VALUES values;
+    values.letters = option(OPT_VHDL) ? "V" : "";
+    values.names = {{"NAME", design},
+                    {"TAP_MODULE", TAP_MODULE_NAME},
+                    {"TCK", TAP_PORT[PORT_TCK].tap_pin},
+                    {"DATE", get_time_string()}};
+    std::vector<SYNTHESIS_SCRIPT> scripts;
+    for (const SCRIPT_TEMPLATE &one : SCRIPT_TEMPLATES)
+        scripts.push_back({one.extension, expand_template(one.script.text, values)});
+    return scripts;
+}

@@ -46,9 +46,7 @@ void write_rtl(const std::string &design) {
 }
 
 void write_scripts(const std::string &design) {
-    SYNTHESIS_SCRIPT scripts[SYNTHESIS_SCRIPTS];
-    bs_write_synthesize_script(scripts, design);
-    for (const SYNTHESIS_SCRIPT &script : scripts) {
+    for (const SYNTHESIS_SCRIPT &script : bs_write_synthesize_script(design)) {
         std::string file = output_file(design + script.extension);
         if (!write_text_file(file, script.text))
             vmr_fail("ERROR: can't open file '%s'.\n\n", file.c_str());

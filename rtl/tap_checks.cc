@@ -138,7 +138,7 @@ void refuse_names_of_logic(const std::vector<TAP_MODULE_PORT> &ports) {
 
 void refuse_names() {
     refuse_module_name();
-    std::vector<TAP_MODULE_PORT> ports = tap_ports();
+    std::vector<TAP_MODULE_PORT> ports = tap_ports(rtl_language());
     std::unordered_set<std::string> taken;
     each_apart(ports, [&taken](const TAP_MODULE_PORT &port) {
         refuse_words(port.name);

@@ -10,6 +10,9 @@
 #include <string_view>
 #include <vector>
 
+/// The two languages of the generated text.
+enum RTL_LANGUAGE { VERILOG, VHDL };
+
 /// The instructions that the TAP treats by name.
 enum KNOWN_INSTRUCTION : int32_t {
     KNOWN_INTEST,

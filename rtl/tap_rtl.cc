@@ -12,33 +12,14 @@
 
 namespace {
 
-/// One module below the TAP, in both languages.
-struct TAP_PART {
-    const char *name;
-    const char *verilog;
-    const char *vhdl_library, *vhdl_ports, *vhdl_body;
-};
-
-constexpr TAP_PART CONTROLLER = {"TAP_controller", TAP_CONTROLLER_V, TAP_CONTROLLER_LIBRARY_VHDL,
-                                 TAP_CONTROLLER_PORTS_VHDL, TAP_CONTROLLER_BODY_VHDL};
-constexpr TAP_PART BYPASS = {"BYPASS_reg", BYPASS_REG_V, LIBRARY_VHDL, BYPASS_REG_PORTS_VHDL,
-                             BYPASS_REG_BODY_VHDL};
-constexpr TAP_PART ID = {"ID_reg", ID_REG_V, LIBRARY_VHDL, ID_REG_PORTS_VHDL, ID_REG_BODY_VHDL};
-constexpr TAP_PART INST = {"IR_reg", IR_REG_V, LIBRARY_VHDL, IR_REG_PORTS_VHDL, IR_REG_BODY_VHDL};
-constexpr TAP_PART DECODER = {"IR_dec", IR_DEC_V, LIBRARY_VHDL, IR_DEC_PORTS_VHDL, IR_DEC_BODY_VHDL};
-constexpr TAP_PART DATA_MUX = {"DR_mux", DR_MUX_V, LIBRARY_VHDL, DR_MUX_PORTS_VHDL, DR_MUX_BODY_VHDL};
-constexpr TAP_PART SERIAL_MUX = {"IR_DR_mux", IR_DR_MUX_V, LIBRARY_VHDL, IR_DR_MUX_PORTS_VHDL,
-                                 IR_DR_MUX_BODY_VHDL};
-constexpr TAP_PART OUTPUT = {"TDO_reg", TDO_REG_V, LIBRARY_VHDL, TDO_REG_PORTS_VHDL, TDO_REG_BODY_VHDL};
-
 /// The modules in the order of the file, and in the order of the component declarations.
-constexpr const TAP_PART *FILE_ORDER[] = {&CONTROLLER, &BYPASS,   &ID,         &INST,
-                                          &DECODER,    &DATA_MUX, &SERIAL_MUX, &OUTPUT};
-constexpr const TAP_PART *COMPONENT_ORDER[] = {&CONTROLLER, &BYPASS,   &INST,       &ID,
-                                               &DECODER,    &DATA_MUX, &SERIAL_MUX, &OUTPUT};
+constexpr const TAP_PART *FILE_ORDER[] = {&TAP_CONTROLLER, &BYPASS_REG, &ID_REG,    &IR_REG,
+                                          &IR_DEC,         &DR_MUX,     &IR_DR_MUX, &TDO_REG};
+constexpr const TAP_PART *COMPONENT_ORDER[] = {&TAP_CONTROLLER, &BYPASS_REG, &IR_REG,    &ID_REG,
+                                               &IR_DEC,         &DR_MUX,     &IR_DR_MUX, &TDO_REG};
 
 bool is_needed(const TAP_PART *part) {
-    return part != &ID || has_id_register();
+    return part != &ID_REG || has_id_register();
 }
 
 std::string declared(const char *direction, const TAP_MODULE_PORT &port) {
@@ -55,14 +36,14 @@ std::string make_declaration_of_v() {
     std::string text = "module  " + table_name(module) + (option(OPT_SYNCH) ? "( " : " ( ");
     std::string indent(module.size() + 11, ' ');
     bool first = true;
-    for (const TAP_MODULE_PORT &port : tap_ports()) {
+    for (const TAP_MODULE_PORT &port : tap_ports(VERILOG)) {
         if (!first)
             text += ",\n" + indent.substr(port.role == ROLE_CHIP_TEST ? 1 : 0);
         text += table_name(port.name);
         first = false;
     }
     text += " );\n\n";
-    std::vector<TAP_MODULE_PORT> ports = sorted_ports(&TAP_MODULE_PORT::declare_place);
+    std::vector<TAP_MODULE_PORT> ports = sorted_ports(&TAP_MODULE_PORT::declare_place, VERILOG);
     for (const TAP_MODULE_PORT &port : ports)
         if (port.is_output)
             text += declared("output", port);
@@ -75,11 +56,15 @@ std::string make_declaration_of_v() {
 
 std::vector<RTL_MODULE> make_verilog() {
     TEMPLATE_VALUES values = tap_values(VERILOG);
-    std::vector<RTL_MODULE> modules = {{"", make_declaration_of_v() + expand_template(TOP_V, values)}};
+    std::vector<RTL_MODULE> modules = {{"", make_declaration_of_v() + expand_template(TOP_V.text, values)}};
     for (const TAP_PART *part : FILE_ORDER)
         if (is_needed(part))
-            modules.push_back({"", expand_template(part->verilog, values)});
+            modules.push_back({"", expand_template(part->verilog.text, values)});
     return modules;
+}
+
+std::string vhdl_head(const RTL_TEMPLATE &library, const std::string &entity) {
+    return expand_template(library.text, {}) + "entity " + entity + " is\n";
 }
 
 std::string vhdl_port(const TAP_MODULE_PORT &port) {
@@ -93,7 +78,7 @@ std::string vhdl_port(const TAP_MODULE_PORT &port) {
 std::string vhdl_output_io_interface_of_TAP() {
     std::string text = "    port (\n";
     bool first = true;
-    for (const TAP_MODULE_PORT &port : sorted_ports(&TAP_MODULE_PORT::vhdl_place)) {
+    for (const TAP_MODULE_PORT &port : sorted_ports(&TAP_MODULE_PORT::vhdl_place, VHDL)) {
         text += (first ? "" : ";\n") + vhdl_port(port);
         first = false;
     }
@@ -112,7 +97,8 @@ std::string include_vhdl_component_into_TAP(const TEMPLATE_VALUES &values) {
     for (const TAP_PART *part : COMPONENT_ORDER)
         if (is_needed(part)) {
             TEMPLATE_VALUES component;
-            component.names = {{"NAME", part->name}, {"PORTS", expand_template(part->vhdl_ports, values)}};
+            component.names = {{"NAME", part->name},
+                               {"PORTS", expand_template(part->vhdl_ports.text, values)}};
             text += expand_template(COMPONENT_VHDL, component);
         }
     return text;
@@ -120,10 +106,10 @@ std::string include_vhdl_component_into_TAP(const TEMPLATE_VALUES &values) {
 
 RTL_MODULE make_entity_TAP_of_vhdl(const TEMPLATE_VALUES &values) {
     std::string name = TAP_MODULE_NAME;
-    return {expand_template(LIBRARY_VHDL, values) + "entity " + name + " is\n",
-            vhdl_output_io_interface_of_TAP() + "end " + table_name(name) + ";\narchitecture STRUCTURE of " +
-                table_name(name) + " is\n\n" + include_vhdl_component_into_TAP(values) +
-                expand_template(TOP_VHDL, values)};
+    return {vhdl_head(LIBRARY_VHDL, name), vhdl_output_io_interface_of_TAP() + "end " + table_name(name) +
+                                               ";\narchitecture STRUCTURE of " + table_name(name) +
+                                               " is\n\n" + include_vhdl_component_into_TAP(values) +
+                                               expand_template(TOP_VHDL.text, values)};
 }
 
 std::vector<RTL_MODULE> make_vhdl() {
@@ -131,9 +117,10 @@ std::vector<RTL_MODULE> make_vhdl() {
     std::vector<RTL_MODULE> modules;
     for (const TAP_PART *part : FILE_ORDER)
         if (is_needed(part))
-            modules.push_back({expand_template(part->vhdl_library, values) + "entity " + part->name + " is\n",
-                               expand_template(part->vhdl_ports, values) + "end " + part->name + ";\n" +
-                                   expand_template(part->vhdl_body, values)});
+            modules.push_back(
+                {vhdl_head(part == &TAP_CONTROLLER ? TAP_CONTROLLER_LIBRARY_VHDL : LIBRARY_VHDL, part->name),
+                 expand_template(part->vhdl_ports.text, values) + "end " + part->name + ";\n" +
+                     expand_template(part->vhdl_body.text, values)});
     modules.push_back(make_entity_TAP_of_vhdl(values));
     return modules;
 }
@@ -144,6 +131,13 @@ bool is_name_of_part(std::string_view name, RTL_LANGUAGE language) {
     return std::any_of(std::begin(FILE_ORDER), std::end(FILE_ORDER), [&](const TAP_PART *part) {
         return name_key(part->name, language) == name_key(name, language);
     });
+}
+
+std::vector<RTL_TEMPLATE> tap_templates() {
+    std::vector<RTL_TEMPLATE> all = {TOP_V, TOP_VHDL, LIBRARY_VHDL, TAP_CONTROLLER_LIBRARY_VHDL};
+    for (const TAP_PART *part : FILE_ORDER)
+        all.insert(all.end(), {part->verilog, part->vhdl_ports, part->vhdl_body});
+    return all;
 }
 
 std::vector<RTL_MODULE> tap_modules(RTL_LANGUAGE language) {

@@ -27,5 +27,4 @@ struct SYNTHESIS_SCRIPT {
     const char *extension; ///< behind the design's name: ".ac.tcl"
     std::string text;
 };
-constexpr int SYNTHESIS_SCRIPTS = 3;
-void bs_write_synthesize_script(SYNTHESIS_SCRIPT (&scripts)[SYNTHESIS_SCRIPTS], const std::string &design);
+std::vector<SYNTHESIS_SCRIPT> bs_write_synthesize_script(const std::string &design);

@@ -65,69 +65,35 @@ bool is_gated(const ENABLE_PIN &pin) {
     return pin.gate_kind != GATE_NONE;
 }
 
-/// Outputs of the TAP that a VHDL gate can read back through a signal of their own, besides those that always
-/// have one.
-struct READ_BACK {
-    std::vector<const char *> outputs;
-    std::unordered_map<std::string, const char *> by_key; ///< in lower case, as VHDL does not tell case
-};
+/// The ports of the TAP by name without regard to case, as VHDL takes them.
+using PORTS_BY_KEY = std::unordered_map<std::string, const TAP_MODULE_PORT *>;
 
-READ_BACK read_back_outputs() {
-    std::unordered_set<std::string> read_by_gates;
-    for (const ENABLE_PIN &pin : rows(INST_ENABLE_PIN))
-        if (is_gated(pin))
-            read_by_gates.insert(lower_case(pin.gate_signal));
-    READ_BACK made;
-    auto add = [&](bool exists, const char *name) {
-        std::string key = exists && name != nullptr ? lower_case(name) : "";
-        if (!read_by_gates.contains(key))
-            return;
-        made.outputs.push_back(name);
-        made.by_key.emplace(std::move(key), name);
-    };
-    add(has(SIG_UPDATE), TAP_PIN[SIG_UPDATE]);
-    for (CONTROL_SIGNAL mode : MODE_SIGNALS)
-        add(has(mode), TAP_PIN[mode]);
-    add(has_highz_port(), TAP_HIZ_PIN);
-    add(has_instruction(KNOWN_CHIP_TEST), "CHIP_TEST");
-    for (const ENABLE_PIN &pin : rows(INST_ENABLE_PIN))
-        add(!is_gated(pin) && enable_width(pin.value) == 0, pin.name);
-    return made;
+PORTS_BY_KEY ports_by_key(const std::vector<TAP_MODULE_PORT> &ports) {
+    PORTS_BY_KEY by_key;
+    for (const TAP_MODULE_PORT &port : ports)
+        by_key.emplace(lower_case(port.name), &port);
+    return by_key;
 }
 
-/// The name inside the VHDL architecture of an output that may be read back.
-std::string inner_name(const char *name, const READ_BACK &read_back) {
-    if (name == nullptr)
-        return "";
-    auto found = read_back.by_key.find(lower_case(name));
-    bool has_net = found != read_back.by_key.end() && same_text(found->second, name);
-    return std::string(name) + (has_net ? "_net" : "");
-}
-
-/// True for an output whose inner signal always exists in VHDL.
-bool always_has_net(const char *signal) {
-    return same_text_no_case(signal, "SHIFT_DR") || same_text_no_case(signal, "CLOCK_DR") ||
-           same_text_no_case(signal, TAP_PIN[SIG_SHIFT]) || same_text_no_case(signal, TAP_PIN[SIG_CLOCK]) ||
-           (has(SIG_RST) && same_text_no_case(signal, TAP_PIN[SIG_RST]));
-}
-
-std::string vhdl_gate_signal(const char *signal, const READ_BACK &read_back) {
-    if (always_has_net(signal))
+/// How a gate reads its second input. The outputs that always have a signal are read in the spelling of the
+/// gate.
+std::string gate_input(const char *signal, const PORTS_BY_KEY &ports, RTL_LANGUAGE language) {
+    auto found = ports.find(lower_case(signal));
+    const TAP_MODULE_PORT *port = found == ports.end() ? nullptr : found->second;
+    if (language == VERILOG)
+        return signal;
+    if ((port != nullptr && port->signal == OWN_SIGNAL) || same_text_no_case(signal, "SHIFT_DR") ||
+        same_text_no_case(signal, "CLOCK_DR"))
         return std::string(signal) + "_net";
-    if (same_text_no_case(signal, "velmora_test_mode") && has_instruction(KNOWN_VELMORA_ATPG))
-        return "velmora_atpg_mode";
-    auto found = read_back.by_key.find(lower_case(signal));
-    return found == read_back.by_key.end() ? signal : std::string(found->second) + "_net";
+    return port != nullptr && port->inner != port->name ? port->inner : signal;
 }
 
-std::string gated_text(const ENABLE_PIN &pin, const READ_BACK &read_back, RTL_LANGUAGE language) {
+std::string gated_text(const ENABLE_PIN &pin, const PORTS_BY_KEY &ports, RTL_LANGUAGE language) {
     for (const GATE_TEXT &gate : GATES)
         if (gate.kind == pin.gate_kind) {
             const char *const *part = language == VHDL ? gate.vhdl : gate.verilog;
-            std::string second =
-                language == VHDL ? vhdl_gate_signal(pin.gate_signal, read_back) : pin.gate_signal;
             return part[0] + table_name(pin.name) + (language == VHDL ? "_net" : "_wire") + part[1] +
-                   table_name(second) + part[2];
+                   table_name(gate_input(pin.gate_signal, ports, language)) + part[2];
         }
     return "";
 }
@@ -164,13 +130,21 @@ void add_register_values(TEMPLATE_VALUES &values) {
     values.names["INNER_WIRES"] = inner;
 }
 
-void add_enable_values(TEMPLATE_VALUES &values, const READ_BACK &read_back, RTL_LANGUAGE language) {
+/// The enable pins with a gate, and the outputs that have a signal because a gate reads them.
+void add_gate_values(TEMPLATE_VALUES &values, const std::vector<TAP_MODULE_PORT> &ports,
+                     RTL_LANGUAGE language) {
+    PORTS_BY_KEY by_key = ports_by_key(ports);
     std::vector<TEMPLATE_NAMES> &gated = values.lists['P'];
     for (const ENABLE_PIN &pin : rows(INST_ENABLE_PIN))
         if (is_gated(pin))
-            gated.push_back({{"PIN", table_name(pin.name)}, {"GATED", gated_text(pin, read_back, language)}});
-    for (const char *output : read_back.outputs)
-        values.lists['J'].push_back({{"PORT", table_name(output)}});
+            gated.push_back({{"PIN", table_name(pin.name)}, {"GATED", gated_text(pin, by_key, language)}});
+    std::vector<TEMPLATE_NAMES> &read_back = values.lists['J'];
+    for (const TAP_MODULE_PORT &port : ports) {
+        if (port.signal == SIGNAL_FOR_GATES && port.inner != port.name)
+            read_back.push_back({{"PORT", table_name(port.name)}});
+        if (same_text(port.name.c_str(), TAP_PIN[SIG_UPDATE]))
+            values.names["UPDATE_NET"] = table_name(port.inner);
+    }
 }
 
 void add_port_names(TEMPLATE_NAMES &names) {
@@ -210,14 +184,15 @@ bool is_undriven_register(int32_t row) {
 
 std::vector<const ENABLE_PIN *> pins_of_unknown_gates(RTL_LANGUAGE language) {
     auto key = [language](const std::string &name) { return language == VHDL ? lower_case(name) : name; };
-    READ_BACK read_back = read_back_outputs();
+    std::vector<TAP_MODULE_PORT> ports = tap_ports(language);
+    PORTS_BY_KEY by_key = ports_by_key(ports);
     std::unordered_set<std::string> readable;
     for (const char *wire : INNER_WIRES)
         readable.insert(key(wire));
     readable.insert(key(text_or_empty(TAP_PIN[SIG_RST])));
-    for (const TAP_MODULE_PORT &port : tap_ports()) {
+    for (const TAP_MODULE_PORT &port : ports) {
         bool is_read = language == VERILOG || !port.is_output ||
-                       vhdl_gate_signal(port.name.c_str(), read_back) != port.name;
+                       gate_input(port.name.c_str(), by_key, language) != port.name;
         if (port.width == 0 && is_read)
             readable.insert(key(port.name));
     }
@@ -241,10 +216,10 @@ TEMPLATE_VALUES tap_values(RTL_LANGUAGE language) {
         if (row.holds())
             values.letters += row.letter;
     add_state_values(values);
-    READ_BACK read_back = read_back_outputs();
-    add_decoder_values(values, language, [&](const char *name) { return inner_name(name, read_back); });
+    std::vector<TAP_MODULE_PORT> ports = tap_ports(language);
+    add_decoder_values(values, language, ports);
     add_register_values(values);
-    add_enable_values(values, read_back, language);
+    add_gate_values(values, ports, language);
     TEMPLATE_NAMES &names = values.names;
     add_port_names(names);
     names["N"] = std::to_string(INST_LEN);
@@ -258,6 +233,5 @@ TEMPLATE_VALUES tap_values(RTL_LANGUAGE language) {
         DYNA_count(USERCODE_REG) > 0 ? pattern_text(USERCODE_REG[0], language) : std::string(ID_LENGTH, '0');
     names["IDMODE_PORT"] = has_id_mode() ? ", IDMODE" : "";
     names["RESET_NET"] = names["RESET"] + (has(SIG_RST) ? "_net" : "");
-    names["UPDATE_NET"] = table_name(inner_name(TAP_PIN[SIG_UPDATE], read_back));
     return values;
 }

@@ -1,12 +1,13 @@
 // What the TAP's templates are expanded with: condition letters, names and lists, from the resolved tables.
-// The letters are told at the head of each file of templates.
+// rtl/templates.hh tells what the letters and lists stand for.
 #pragma once
 
 #include "rtl/decode_terms.hh"
 
 TEMPLATE_VALUES tap_values(RTL_LANGUAGE language);
 
-/// Every condition letter that the values may hold; a template with another one has a line that never comes.
+/// Every condition letter that the values may hold; a template with another one would have a line that never
+/// comes.
 std::string tap_letters();
 
 /// Adds the lists of the controller's states.

@@ -3,14 +3,9 @@
 //
 // The header, the declarations and the port clause before it are walked from the table of ports
 // (tap_ports.hh).
-//
-// Letters: T TRST, U update output, O the reset is a port, C CLAMP, S -synch, G the identification register,
-// I two codes in it, E -external_idcode, D an enable port for TDO, A that enable is active low, M ATPG mode.
-// Lists: B the data registers, L those that nothing drives, R those outside the TAP, V the ports of the
-// decoder, P the enable pins with a gate, J outputs that a gate reads back (VHDL).
 #include "rtl/templates.hh"
 
-const char TOP_V[] = R"(
+const RTL_TEMPLATE TOP_V = {"ACDEGIMSTU", "LPR", R"(
           |        wire <RESET>;
           |        wire SELECT_DR;
           |        wire ENABLE;
@@ -73,9 +68,9 @@ const char TOP_V[] = R"(
     P     |
           |endmodule
           |
-)";
+)"};
 
-const char TOP_VHDL[] = R"(
+const RTL_TEMPLATE TOP_VHDL = {"ADEGIMOSTU", "BJLPRV", R"(
       |    signal  <RESET_NET>, SELECT_DR, ENABLE, TDOIN: std_logic;
       |    signal  <SHIFT_DR>_net, <CLOCK_DR>_net: std_logic;
       |    signal  SHIFT_IR, CLOCK_IR, UPDATE_IR: std_logic;
@@ -187,4 +182,4 @@ const char TOP_VHDL[] = R"(
     P |
       |
       |end STRUCTURE;
-)";
+)"};

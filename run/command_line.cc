@@ -11,29 +11,13 @@
 #include <cstdlib>
 #include <cstring>
 
-int32_t error_num = 0;
-int32_t warning_num = 0;
-
 namespace {
+
+int32_t error_num = 0; ///< diagnostics so far
+int32_t warning_num = 0;
 
 /// Longest design argument: with a search directory and its extension it still fits the work area of a name.
 constexpr size_t longest_design = 1000;
-
-/// The line of selected options in its order. The line is printed when one of those that ask for it is set.
-struct selected_entry {
-    const char *text;
-    OPTION_INDEX index;
-    bool asks_for_line;
-};
-
-constexpr selected_entry selected[] = {
-    {" -add_tap", OPT_ADD_TAP, true},   {" -add_tap_only", OPT_ADD_TAP_ONLY, true},
-    {" -add_bcm", OPT_ADD_BCM, true},   {" -vhdl", OPT_VHDL, true},
-    {" -add_pad", OPT_ADD_PAD, true},   {" -opath ", OPT_OPATH, true},
-    {" -df_speed", OPT_DF_SPEED, true}, {" -external_idcode", OPT_EXTERNAL_IDCODE, false},
-    {" -synch", OPT_SYNCH, false},      {" -no_expand", OPT_NO_EXPAND, false},
-    {" -no_pad", OPT_NO_PAD, false},    {" -dont_share_control", OPT_DONT_SHARE_CONTROL, false},
-};
 
 /// Switches that exclude each other, in the words of their message.
 struct conflict_entry {
@@ -72,11 +56,6 @@ Options:
                  BIDI output and 3-state output enable ports.
 )";
 
-void init_option_flag() {
-    for (int32_t &flag : JTAG_OPTION)
-        flag = 0;
-}
-
 [[noreturn]] void print_help_options() {
     console_printf("%s", help_text);
     std::exit(0);
@@ -114,7 +93,7 @@ void scan_option(int32_t argc, char **argv, int32_t *index_pointer) {
         print_help_options();
     if (const RUN_SWITCH *known = find_switch(name); known != nullptr) {
         JTAG_OPTION[known->index] = 1;
-        if (known->has_directory)
+        if (known->index == OPT_OPATH)
             take_output_directory(argc, argv, index_pointer);
         return;
     }
@@ -163,13 +142,13 @@ void open_report() {
 void print_selected_options() {
     bool wanted = false;
     std::string line = "Selected option: ";
-    for (const selected_entry &entry : selected) {
-        if (!option(entry.index))
+    for (const RUN_SWITCH &entry : RUN_SWITCHES) {
+        if (!option(entry.index) || entry.line == HIDDEN)
             continue;
-        wanted = wanted || entry.asks_for_line;
-        line += entry.text;
+        wanted = wanted || entry.line == ASKS_FOR_LINE;
+        line += std::string(" -") + entry.name;
         if (entry.index == OPT_OPATH)
-            line += OPATH;
+            line += std::string(" ") + OPATH;
     }
     if (wanted)
         vmr_printf("%s.\n\n", line.c_str());
@@ -177,8 +156,7 @@ void print_selected_options() {
 
 } // namespace
 
-void jtag_parse_cmd_line(int32_t argc, char **argv, const char **design_out) {
-    init_option_flag();
+void jtag_parse_cmd_line(int32_t argc, char **argv) {
     const char *design = nullptr;
     int32_t designs = 0;
     for (int32_t i = 1; i < argc; i++) {
@@ -201,10 +179,9 @@ void jtag_parse_cmd_line(int32_t argc, char **argv, const char **design_out) {
     if (error_num != 0)
         end_run();
     take_design_name(design);
-    *design_out = TOP_MODULE;
     open_working_folder();
     open_report();
-    top_direct_output(TOP_MODULE, ".sdb", 0);
+    top_direct_output(TOP_MODULE);
     print_selected_options();
     for (const conflict_entry &pair : conflicts)
         if (option(pair.one) && option(pair.other))

@@ -3,10 +3,7 @@
 
 #include <cstdint>
 
-extern int32_t error_num;   ///< diagnostics of the command line; written by it alone
-extern int32_t warning_num; ///< its warnings
-
 /// Reads the arguments, makes and locks ./rimweave_lib, opens the report, prints the banner and the selected
-/// options. `design_out` receives the design's name. Ends the run with status 0 after the help text, and with
+/// options. Ends the run with status 0 after the help text, and with
 /// 255 on a fault; unknown switches are all reported first.
-void jtag_parse_cmd_line(int32_t argc, char **argv, const char **design_out);
+void jtag_parse_cmd_line(int32_t argc, char **argv);

@@ -40,7 +40,6 @@ const char *get_CPU_time_string(int32_t start) {
 
 void start_routine() {
     add_own_folder_to_path();
-    top_print_prog_name_and_version_num("RIMWEAVE", "V2.6.0");
     top_set_w_directory(set_up_search());
 }
 
@@ -88,7 +87,7 @@ void run_sequence(int32_t argc, char **argv) {
     start_routine();
     install_fault_handlers();
     uti_prepare_system_info();
-    jtag_parse_cmd_line(argc, argv, &TOP_MODULE);
+    jtag_parse_cmd_line(argc, argv);
     lead_tools_to_design();
     find_description_files();
     if (option(OPT_GUIDELINE))

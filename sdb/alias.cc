@@ -5,11 +5,9 @@
 #include "support/fnm.hh"
 #include "support/text.hh"
 
-#include <cctype>
-#include <cerrno>
 #include <cstdio>
 #include <cstring>
-#include <string_view>
+#include <sstream>
 #include <unordered_map>
 #include <unordered_set>
 #include <vector>
@@ -38,37 +36,18 @@ std::string read_text(const std::string &path) {
     return text;
 }
 
-bool is_blank(char c) {
-    return std::isspace(static_cast<unsigned char>(c)) != 0;
+/// The next token of the file; empty at its end.
+std::string next_token(std::istream &file) {
+    std::string token;
+    file >> token;
+    return token;
 }
 
-/// Tokens of the file in order.
-struct token_reader {
-    std::string_view text;
-    size_t position = 0;
-
-    std::string_view peek() {
-        while (position < text.size() && is_blank(text[position]))
-            position++;
-        size_t end = position;
-        while (end < text.size() && !is_blank(text[end]))
-            end++;
-        return text.substr(position, end - position);
-    }
-    /// The next token; empty at the end.
-    std::string_view next() {
-        std::string_view token = peek();
-        position += token.size();
-        return token;
-    }
-    /// A name, with its index when that stands apart.
-    std::string next_name() {
-        std::string name(next());
-        if (peek().substr(0, 1) == "[")
-            name += next();
-        return name;
-    }
-};
+/// A name, with its index when that stands apart.
+std::string next_name(std::istream &file) {
+    std::string name = next_token(file);
+    return (file >> std::ws).peek() == '[' ? name + next_token(file) : name;
+}
 
 void free_port_aliases() {
     for (ALIAS_PORT &row : rows(sdb_port_aliasG))
@@ -78,11 +57,11 @@ void free_port_aliases() {
 }
 
 /// Reads the aliases of one port up to the closing ';'; false at the end of the file.
-bool read_port_aliases(token_reader &reader) {
+bool read_port_aliases(std::istream &file) {
     ALIAS_PORT &row = append_row(sdb_port_aliasG);
-    row.port = keep_text(reader.next());
+    row.port = keep_text(next_token(file));
     row.aliases = DYNA_init<const char *>();
-    for (std::string_view token = reader.next(); token != ";"; token = reader.next()) {
+    for (std::string token = next_token(file); token != ";"; token = next_token(file)) {
         if (token.empty())
             return false;
         append_row(row.aliases, keep_text(token));
@@ -93,14 +72,13 @@ bool read_port_aliases(token_reader &reader) {
 } // namespace
 
 void ALIAS_init() {
-    std::string text = read_text(asn_file_name);
-    token_reader reader{text};
-    for (std::string_view token = reader.next(); !token.empty(); token = reader.next()) {
+    std::istringstream file(read_text(asn_file_name));
+    for (std::string token = next_token(file); !token.empty(); token = next_token(file)) {
         if (token == "ASSIGN") {
-            std::string name = reader.next_name();
-            std::string target = reader.next_name();
+            std::string name = next_name(file);
+            std::string target = next_name(file);
             ALIAS_add(name.c_str(), target.c_str());
-        } else if (token == "ALIAS" && !read_port_aliases(reader)) {
+        } else if (token == "ALIAS" && !read_port_aliases(file)) {
             sdb_log_error(2,
                           "(FA-01-0006) The sdb file '%s' is corrupted. Please generate the sdb file again.",
                           asn_file_name.c_str());

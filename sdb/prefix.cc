@@ -26,7 +26,7 @@ std::vector<prefix_binding> bindings; // one for each table that is open, rarely
 char prefix_charL = '.';
 
 constexpr size_t name_buffer_size = 4096;
-constexpr size_t most_components = 64;
+constexpr std::ptrdiff_t most_components = 64;
 
 prefix_binding *find_binding(const SDB_PREFIX *table) {
     for (prefix_binding &binding : bindings)
@@ -92,36 +92,35 @@ void build_index(prefix_binding &binding) {
     }
 }
 
-bool any_target(int32_t) {
-    return true;
-}
-bool object_target(int32_t target) {
-    return target >= 0 && (target & SDB_OBJ_TARGET) != 0;
-}
-bool net_target(int32_t target) {
-    return target >= 0 && (target & SDB_NOT_NET_TARGET) == 0;
-}
-bool class_target(int32_t target) {
-    return target <= SDB_ENTRY_BASE;
-}
-bool object_or_class_target(int32_t target) {
-    return object_target(target) || class_target(target);
-}
+constexpr int32_t any_kind = INT32_MIN; // no kind that a caller names
 
-using target_test = bool (*)(int32_t);
-
-target_test test_of_kind(int32_t kind) {
-    constexpr target_test tests[] = {net_target, object_target, class_target};
-    return kind >= 0 && kind <= 2 ? tests[kind] : object_or_class_target;
+/// True for a target of that kind of PREFIX_lookup.
+bool suits(int32_t target, int32_t kind) {
+    bool is_object = target >= 0 && (target & SDB_OBJ_TARGET) != 0;
+    bool is_class = target <= SDB_ENTRY_BASE;
+    switch (kind) {
+    case any_kind:
+        return true;
+    case 0:
+        return target >= 0 && (target & SDB_NOT_NET_TARGET) == 0;
+    case 1:
+        return is_object;
+    case 2:
+        return is_class;
+    default:
+        return is_object || is_class;
+    }
 }
 
 /// The newest row of that component below `parent` that suits, or -1.
-int32_t find_row(const prefix_binding &binding, int32_t parent, int32_t symbol, target_test suits) {
+int32_t find_row(const prefix_binding &binding, int32_t parent, int32_t symbol, int32_t kind) {
+    if (symbol < 0)
+        return -1;
     int32_t row = binding.heads[hash_place(binding, parent, symbol)];
     for (; row >= 0; row = binding.older[static_cast<size_t>(row)]) {
         const SDB_PREFIX &entry = binding.table[row];
         if (entry.parent == parent && binding.names[static_cast<size_t>(row)] == symbol &&
-            suits(entry.target))
+            suits(entry.target, kind))
             return row;
     }
     return -1;
@@ -137,34 +136,20 @@ prefix_binding *indexed_binding(const SDB_PREFIX *table) {
     return binding;
 }
 
+int32_t symbol_of(const prefix_binding &binding, std::string_view component) {
+    return SYM_lookup(binding.symbols, std::string(component).c_str());
+}
+
 /// Adds the rows below `parent` that the rest of a name can mean. A component ends at any separator, so each
 /// one is tried; a row has one name only, so no row is met twice.
 void add_readings(const prefix_binding &binding, std::string_view rest, char separator, int32_t parent,
-                  target_test suits, std::vector<int32_t> &found) {
-    for (size_t end = rest.find(separator); end != rest.npos; end = rest.find(separator, end + 1)) {
-        int32_t symbol = SYM_lookup(binding.symbols, std::string(rest.substr(0, end)).c_str());
-        int32_t row = symbol < 0 ? -1 : find_row(binding, parent, symbol, any_target);
-        if (row >= 0)
-            add_readings(binding, rest.substr(end + 1), separator, row, suits, found);
-    }
-    int32_t symbol = SYM_lookup(binding.symbols, std::string(rest).c_str());
-    int32_t row = symbol < 0 ? -1 : find_row(binding, parent, symbol, suits);
-    if (row >= 0)
+                  int32_t kind, std::vector<int32_t> &found) {
+    for (size_t end = rest.find(separator); end != rest.npos; end = rest.find(separator, end + 1))
+        if (int32_t row = find_row(binding, parent, symbol_of(binding, rest.substr(0, end)), any_kind);
+            row >= 0)
+            add_readings(binding, rest.substr(end + 1), separator, row, kind, found);
+    if (int32_t row = find_row(binding, parent, symbol_of(binding, rest), kind); row >= 0)
         found.push_back(row);
-}
-
-/// The components of a name as symbols; false when one is unknown or there are too many.
-bool split_name(SYM_TABLE *symbols, std::string_view name, std::vector<int32_t> &components) {
-    for (;;) {
-        size_t dot = name.find(prefix_charL);
-        int32_t symbol = SYM_lookup(symbols, std::string(name.substr(0, dot)).c_str());
-        if (symbol < 0 || components.size() == most_components)
-            return false;
-        components.push_back(symbol);
-        if (dot == std::string_view::npos)
-            return true;
-        name.remove_prefix(dot + 1);
-    }
 }
 
 } // namespace
@@ -227,28 +212,30 @@ int32_t PREFIX_lookup(const SDB_PREFIX *table, const char *name, int32_t kind, i
     prefix_binding *binding = indexed_binding(table);
     if (binding == nullptr || name == nullptr || *name == '\0')
         return -1;
-    std::vector<int32_t> components;
-    if (!split_name(binding->symbols, name, components))
+    std::string_view rest = name;
+    if (std::ranges::count(rest, prefix_charL) >= most_components)
         return -1;
-    int32_t current = parent;
-    for (size_t i = 0; i + 1 < components.size(); i++) {
-        current = find_row(*binding, current, components[i], any_target);
-        if (current < 0)
-            return -1;
+    for (;;) {
+        size_t dot = rest.find(prefix_charL);
+        bool is_last = dot == rest.npos;
+        parent =
+            find_row(*binding, parent, symbol_of(*binding, rest.substr(0, dot)), is_last ? kind : any_kind);
+        if (is_last || parent < 0)
+            return parent;
+        rest.remove_prefix(dot + 1);
     }
-    return find_row(*binding, current, components.back(), test_of_kind(kind));
 }
 
 int32_t PREFIX_child(const SDB_PREFIX *table, int32_t symbol, int32_t kind, int32_t parent) {
     prefix_binding *binding = indexed_binding(table);
-    return binding == nullptr || symbol < 0 ? -1 : find_row(*binding, parent, symbol, test_of_kind(kind));
+    return binding == nullptr ? -1 : find_row(*binding, parent, symbol, kind);
 }
 
 std::vector<int32_t> PREFIX_readings(const SDB_PREFIX *table, std::string_view name, int32_t kind,
                                      char separator) {
     std::vector<int32_t> found;
     if (prefix_binding *binding = indexed_binding(table))
-        add_readings(*binding, name, separator, -1, test_of_kind(kind), found);
+        add_readings(*binding, name, separator, -1, kind, found);
     return found;
 }
 

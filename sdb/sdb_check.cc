@@ -10,6 +10,18 @@
 
 namespace {
 
+/// One row of a table, and what is wrong with it.
+struct row_checker {
+    int32_t index, row;
+    std::string *fault;
+
+    bool operator()(bool holds, const char *what, int32_t value) const {
+        if (!holds)
+            *fault = format_text("table %s, row %d: %s %d", sdb_table_layout[index].name, row, what, value);
+        return holds;
+    }
+};
+
 struct table_checker {
     const SDB_HANDLE *handle;
     std::string *fault;
@@ -27,9 +39,12 @@ struct table_checker {
     int32_t symbol_limit() const {
         return SYM_count(handle->symbols);
     }
-    bool fail(int32_t index, int32_t row, const char *what, int32_t value) const {
-        *fault = format_text("table %s, row %d: %s %d", sdb_table_layout[index].name, row, what, value);
-        return false;
+    /// Looks at each row of a table with `check_row(record, needs)`, up to the first fault.
+    template <class T, class CHECK> bool each(int32_t index, const CHECK &check_row) const {
+        for (int32_t row = 0; row < count(index); row++)
+            if (!check_row(table<T>(index)[row], row_checker{index, row, fault}))
+                return false;
+        return true;
     }
 };
 
@@ -45,147 +60,123 @@ bool is_own_pin(const SDB_CLASS &cell, int32_t pin) {
 /// Readers go from a class to its pins whatever its type, so the pins of every class that has some are looked
 /// at.
 bool check_classes(const table_checker &check) {
-    const auto *classes = check.table<SDB_CLASS>(SDB_CLASS_TAB);
     int64_t pins = check.limit(SDB_PIN_TAB);
-    for (int32_t row = 0; row < check.count(SDB_CLASS_TAB); row++) {
-        const SDB_CLASS &cell = classes[row];
-        if (!id_or_none(cell.name, check.symbol_limit()))
-            return check.fail(SDB_CLASS_TAB, row, "no symbol", cell.name);
-        if (cell.pin_count < 0 || (cell.pin_count > 0 && cell.first_pin < 0) ||
-            (cell.pin_count > 0 && int64_t{cell.first_pin} + cell.pin_count > pins))
-            return check.fail(SDB_CLASS_TAB, row, "its pins are out of range, first pin", cell.first_pin);
-    }
-    return true;
+    return check.each<SDB_CLASS>(SDB_CLASS_TAB, [&](const SDB_CLASS &cell, const row_checker &needs) {
+        bool has_own_pins = cell.pin_count == 0 || (cell.pin_count > 0 && cell.first_pin >= 0 &&
+                                                    int64_t{cell.first_pin} + cell.pin_count <= pins);
+        return needs(id_or_none(cell.name, check.symbol_limit()), "no symbol", cell.name) &&
+               needs(has_own_pins, "its pins are out of range, first pin", cell.first_pin);
+    });
 }
 
 bool check_pins(const table_checker &check) {
-    const auto *pins = check.table<SDB_PIN>(SDB_PIN_TAB);
-    for (int32_t row = 0; row < check.count(SDB_PIN_TAB); row++)
-        if (!id_or_none(pins[row].name, check.symbol_limit()))
-            return check.fail(SDB_PIN_TAB, row, "no symbol", pins[row].name);
-    return true;
+    return check.each<SDB_PIN>(SDB_PIN_TAB, [&](const SDB_PIN &pin, const row_checker &needs) {
+        return needs(id_or_none(pin.name, check.symbol_limit()), "no symbol", pin.name);
+    });
 }
 
 bool check_ports(const table_checker &check) {
-    const auto *ports = check.table<SDB_PORT>(SDB_PORT_TAB);
     const auto *nodes = check.table<SDB_NODE>(SDB_NODE_TAB);
-    for (int32_t row = 0; row < check.count(SDB_PORT_TAB); row++) {
-        const SDB_PORT &port = ports[row];
-        if (!id_or_none(port.name, check.symbol_limit()))
-            return check.fail(SDB_PORT_TAB, row, "no symbol", port.name);
-        if (!id_or_none(port.node, check.limit(SDB_NODE_TAB)))
-            return check.fail(SDB_PORT_TAB, row, "no node", port.node);
-        if (nodes != nullptr && port.node >= 0 && (nodes[port.node].obj != -1 || nodes[port.node].pin != row))
-            return check.fail(SDB_PORT_TAB, row, "is not the port of its node", port.node);
-    }
-    return true;
+    return check.each<SDB_PORT>(SDB_PORT_TAB, [&](const SDB_PORT &port, const row_checker &needs) {
+        return needs(id_or_none(port.name, check.symbol_limit()), "no symbol", port.name) &&
+               needs(id_or_none(port.node, check.limit(SDB_NODE_TAB)), "no node", port.node) &&
+               needs(nodes == nullptr || port.node < 0 ||
+                         (nodes[port.node].obj == -1 && nodes[port.node].pin == needs.row),
+                     "is not the port of its node", port.node);
+    });
 }
 
 /// The first node of an object without pins may stand behind the last node: there is the sentinel.
 bool check_objs(const table_checker &check) {
-    const auto *objs = check.table<SDB_OBJ>(SDB_OBJ_TAB);
     const auto *nodes = check.table<SDB_NODE>(SDB_NODE_TAB);
     const auto *classes = check.table<SDB_CLASS>(SDB_CLASS_TAB);
-    int32_t class_limit = check.limit(SDB_CLASS_TAB);
     int32_t node_count = check.count(SDB_NODE_TAB);
-    for (int32_t row = 0; row < check.count(SDB_OBJ_TAB); row++) {
-        const SDB_OBJ &obj = objs[row];
-        if (!id_or_none(obj.class_id, class_limit))
-            return check.fail(SDB_OBJ_TAB, row, "no class", obj.class_id);
-        if (nodes == nullptr)
-            continue;
-        if (obj.first_node < -1 || obj.first_node > node_count)
-            return check.fail(SDB_OBJ_TAB, row, "no node", obj.first_node);
+    return check.each<SDB_OBJ>(SDB_OBJ_TAB, [&](const SDB_OBJ &obj, const row_checker &needs) {
+        if (!needs(id_or_none(obj.class_id, check.limit(SDB_CLASS_TAB)), "no class", obj.class_id))
+            return false;
         bool has_pins = classes != nullptr && obj.class_id >= 0 && classes[obj.class_id].pin_count > 0 &&
                         SDB_is_user_class(classes[obj.class_id].type);
-        if (has_pins && (obj.first_node < 0 || nodes[obj.first_node].obj != row))
-            return check.fail(SDB_OBJ_TAB, row, "is not the object of its first node", obj.first_node);
-    }
-    return true;
+        return nodes == nullptr ||
+               (needs(obj.first_node >= -1 && obj.first_node <= node_count, "no node", obj.first_node) &&
+                needs(!has_pins || (obj.first_node >= 0 && nodes[obj.first_node].obj == needs.row),
+                      "is not the object of its first node", obj.first_node));
+    });
 }
 
-/// What a node says of itself. The nodes of an object must follow each other from its first one.
-bool check_node(const table_checker &check, const SDB_NODE *nodes, int32_t row) {
+bool check_port_node(const table_checker &check, const SDB_NODE &node, const row_checker &needs) {
+    const auto *ports = check.table<SDB_PORT>(SDB_PORT_TAB);
+    return needs(id_or_none(node.pin, check.limit(SDB_PORT_TAB)), "no port", node.pin) &&
+           needs(ports == nullptr || node.pin < 0 || ports[node.pin].node == needs.row,
+                 "is not the node of its port", node.pin);
+}
+
+/// The nodes of an object must follow each other from its first one.
+bool check_obj_node(const table_checker &check, const SDB_NODE &node, const row_checker &needs) {
+    const auto *nodes = check.table<SDB_NODE>(SDB_NODE_TAB);
     const auto *objs = check.table<SDB_OBJ>(SDB_OBJ_TAB);
     const auto *classes = check.table<SDB_CLASS>(SDB_CLASS_TAB);
-    const auto *ports = check.table<SDB_PORT>(SDB_PORT_TAB);
-    const SDB_NODE &node = nodes[row];
-    if (!id_or_none(node.obj, check.limit(SDB_OBJ_TAB)))
-        return check.fail(SDB_NODE_TAB, row, "no object", node.obj);
-    if (!id_or_none(node.net, check.limit(SDB_NET_TAB)))
-        return check.fail(SDB_NODE_TAB, row, "no net", node.net);
-    if (!id_or_none(node.next, check.count(SDB_NODE_TAB)))
-        return check.fail(SDB_NODE_TAB, row, "no next node", node.next);
-    if (node.net < 0 && node.next >= 0)
-        return check.fail(SDB_NODE_TAB, row, "is on no net and has the next node", node.next);
-    if (node.obj < 0) {
-        if (!id_or_none(node.pin, check.limit(SDB_PORT_TAB)))
-            return check.fail(SDB_NODE_TAB, row, "no port", node.pin);
-        if (ports != nullptr && node.pin >= 0 && ports[node.pin].node != row)
-            return check.fail(SDB_NODE_TAB, row, "is not the node of its port", node.pin);
-        return true;
-    }
-    if (node.pin < 0 || node.pin >= check.limit(SDB_PIN_TAB))
-        return check.fail(SDB_NODE_TAB, row, "no pin", node.pin);
+    if (!needs(node.pin >= 0 && node.pin < check.limit(SDB_PIN_TAB), "no pin", node.pin))
+        return false;
     if (objs == nullptr)
         return true;
     const SDB_OBJ &obj = objs[node.obj];
-    bool follows = row > 0 && nodes[row - 1].obj == node.obj;
-    if (!follows && obj.first_node != row)
-        return check.fail(SDB_NODE_TAB, row, "is not one of the nodes of its object", node.obj);
-    if (classes != nullptr && obj.class_id >= 0 && SDB_is_user_class(classes[obj.class_id].type) &&
-        !is_own_pin(classes[obj.class_id], node.pin))
-        return check.fail(SDB_NODE_TAB, row, "its object's class does not have pin", node.pin);
-    return true;
+    bool follows = needs.row > 0 && nodes[needs.row - 1].obj == node.obj;
+    bool has_class = classes != nullptr && obj.class_id >= 0 && SDB_is_user_class(classes[obj.class_id].type);
+    return needs(follows || obj.first_node == needs.row, "is not one of the nodes of its object", node.obj) &&
+           needs(!has_class || is_own_pin(classes[obj.class_id], node.pin),
+                 "its object's class does not have pin", node.pin);
 }
 
 bool check_nodes(const table_checker &check) {
-    const auto *nodes = check.table<SDB_NODE>(SDB_NODE_TAB);
-    for (int32_t row = 0; row < check.count(SDB_NODE_TAB); row++)
-        if (!check_node(check, nodes, row))
-            return false;
-    return true;
+    return check.each<SDB_NODE>(SDB_NODE_TAB, [&](const SDB_NODE &node, const row_checker &needs) {
+        return needs(id_or_none(node.obj, check.limit(SDB_OBJ_TAB)), "no object", node.obj) &&
+               needs(id_or_none(node.net, check.limit(SDB_NET_TAB)), "no net", node.net) &&
+               needs(id_or_none(node.next, check.count(SDB_NODE_TAB)), "no next node", node.next) &&
+               needs(node.net >= 0 || node.next < 0, "is on no net and has the next node", node.next) &&
+               (node.obj < 0 ? check_port_node(check, node, needs) : check_obj_node(check, node, needs));
+    });
 }
 
 /// Walks the list of every net. A node is on the list of its own net, once, and each node with a net is on
 /// one.
 bool check_nets(const table_checker &check) {
-    const auto *nets = check.table<SDB_NET>(SDB_NET_TAB);
     const auto *nodes = check.table<SDB_NODE>(SDB_NODE_TAB);
-    int32_t node_limit = check.limit(SDB_NODE_TAB);
     std::vector<bool> reached(static_cast<size_t>(check.count(SDB_NODE_TAB)));
-    for (int32_t row = 0; row < check.count(SDB_NET_TAB); row++) {
-        int32_t node = nets[row].first_node;
-        if (!id_or_none(node, node_limit))
-            return check.fail(SDB_NET_TAB, row, "no node", node);
+    bool lists_hold = check.each<SDB_NET>(SDB_NET_TAB, [&](const SDB_NET &net, const row_checker &needs) {
+        int32_t node = net.first_node;
+        if (!needs(id_or_none(node, check.limit(SDB_NODE_TAB)), "no node", node))
+            return false;
         for (; nodes != nullptr && node >= 0; node = nodes[node].next) {
-            if (nodes[node].net != row || reached[static_cast<size_t>(node)])
-                return check.fail(SDB_NET_TAB, row,
-                                  "its list of nodes is not its own or does not end at node", node);
+            if (!needs(nodes[node].net == needs.row && !reached[static_cast<size_t>(node)],
+                       "its list of nodes is not its own or does not end at node", node))
+                return false;
             reached[static_cast<size_t>(node)] = true;
         }
-    }
-    if (nets == nullptr)
         return true;
-    for (int32_t node = 0; node < check.count(SDB_NODE_TAB); node++)
-        if (nodes[node].net >= 0 && !reached[static_cast<size_t>(node)])
-            return check.fail(SDB_NODE_TAB, node, "is not on the list of its net", nodes[node].net);
-    return true;
+    });
+    if (!lists_hold || check.table<SDB_NET>(SDB_NET_TAB) == nullptr)
+        return lists_hold;
+    return check.each<SDB_NODE>(SDB_NODE_TAB, [&](const SDB_NODE &node, const row_checker &needs) {
+        return needs(node.net < 0 || reached[static_cast<size_t>(needs.row)], "is not on the list of its net",
+                     node.net);
+    });
 }
 
-/// Names of objects or nets: a symbol, a row of the prefix table, or one of the illegal values -5 to -1.
+/// A symbol, a row of the prefix table, or one of the illegal values -5 to -1.
+bool is_name(const table_checker &check, int32_t name) {
+    return name <= SDB_ENTRY_BASE ? SDB_entry_row(name) < check.limit(SDB_PREFIX_TAB)
+                                  : name < check.symbol_limit();
+}
+
+/// Names of objects or nets.
 bool check_names(const table_checker &check, int32_t index, int32_t named_index) {
-    const auto *names = check.table<int32_t>(index);
-    int32_t rows = names == nullptr ? 0 : check.count(index);
-    if (names != nullptr && check.table<void>(named_index) != nullptr && rows != check.count(named_index))
-        return check.fail(index, rows, "the count is not that of what is named,", check.count(named_index));
-    for (int32_t row = 0; row < rows; row++) {
-        int32_t name = names[row];
-        bool hierarchical = name <= SDB_ENTRY_BASE;
-        if (hierarchical ? SDB_entry_row(name) >= check.limit(SDB_PREFIX_TAB) : name >= check.symbol_limit())
-            return check.fail(index, row, "no name", name);
-    }
-    return true;
+    bool both = check.table<void>(index) != nullptr && check.table<void>(named_index) != nullptr;
+    row_checker needs{index, check.count(index), check.fault};
+    return needs(!both || check.count(index) == check.count(named_index),
+                 "the count is not that of what is named,", check.count(named_index)) &&
+           check.each<int32_t>(index, [&](int32_t name, const row_checker &row_needs) {
+               return row_needs(is_name(check, name), "no name", name);
+           });
 }
 
 /// A redirection must not come back to itself: each chain is followed up to a row that is known to end.
@@ -202,7 +193,7 @@ bool check_redirections(const table_checker &check) {
             row = SDB_entry_row(rows[row].name);
         }
         if (state[static_cast<size_t>(row)] == open)
-            return check.fail(SDB_PREFIX_TAB, first, "its name comes back to row", row);
+            return row_checker{SDB_PREFIX_TAB, first, check.fault}(false, "its name comes back to row", row);
         for (int32_t passed : chain)
             state[static_cast<size_t>(passed)] = ends;
         chain.clear();
@@ -212,24 +203,17 @@ bool check_redirections(const table_checker &check) {
 
 /// Targets are not looked at here: a lookup compares the row with what it stands for.
 bool check_prefixes(const table_checker &check) {
-    const auto *rows = check.table<SDB_PREFIX>(SDB_PREFIX_TAB);
-    for (int32_t row = 0; row < check.count(SDB_PREFIX_TAB); row++) {
-        int32_t name = rows[row].name;
-        if (name <= SDB_ENTRY_BASE ? SDB_entry_row(name) >= check.count(SDB_PREFIX_TAB)
-                                   : name >= check.symbol_limit())
-            return check.fail(SDB_PREFIX_TAB, row, "no name", name);
-        if (!id_or_none(rows[row].parent, row))
-            return check.fail(SDB_PREFIX_TAB, row, "its parent does not lie before it,", rows[row].parent);
-    }
-    return check_redirections(check);
+    return check.each<SDB_PREFIX>(SDB_PREFIX_TAB, [&](const SDB_PREFIX &prefix, const row_checker &needs) {
+        return needs(is_name(check, prefix.name), "no name", prefix.name) &&
+               needs(id_or_none(prefix.parent, needs.row), "its parent does not lie before it,",
+                     prefix.parent);
+    }) && check_redirections(check);
 }
 
 bool check_port_symbols(const table_checker &check) {
-    const auto *symbols = check.table<int32_t>(SDB_XPORT_TAB);
-    for (int32_t row = 0; row < check.count(SDB_XPORT_TAB); row++)
-        if (symbols[row] >= check.symbol_limit())
-            return check.fail(SDB_XPORT_TAB, row, "no symbol", symbols[row]);
-    return true;
+    return check.each<int32_t>(SDB_XPORT_TAB, [&](int32_t symbol, const row_checker &needs) {
+        return needs(symbol < check.symbol_limit(), "no symbol", symbol);
+    });
 }
 
 } // namespace

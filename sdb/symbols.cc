@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <functional>
 #include <memory>
+#include <memory_resource>
 #include <vector>
 
 namespace {
@@ -45,9 +46,7 @@ struct SYM_TABLE {
     uint32_t hash_size;
     std::vector<const char *> texts;
     std::vector<hash_slot> slots; // empty until the first lookup; its size is a power of two
-    std::vector<std::unique_ptr<char[]>> blocks;
-    size_t block_used = 0;
-    size_t block_size = 0;
+    std::pmr::monotonic_buffer_resource own_texts{text_block_size}; // those that were added
 };
 
 namespace {
@@ -62,32 +61,35 @@ hash_slot &find_slot(SYM_TABLE *table, std::string_view text, uint32_t hash) {
     }
 }
 
-/// Makes the hash for `count` symbols and enters all of them; of equal texts the lowest id stays.
+/// Of equal texts the id that was entered first stays.
+void enter_symbol(SYM_TABLE *table, int32_t id) {
+    std::string_view text = table->texts[static_cast<size_t>(id)];
+    uint32_t hash = text_hash(text);
+    hash_slot &slot = find_slot(table, text, hash);
+    if (slot.id < 0)
+        slot = {hash, id};
+}
+
+/// Makes the hash for `count` symbols and enters all of them.
 void build_slots(SYM_TABLE *table, size_t count) {
     size_t size = 16;
     while (size < count + count / 2)
         size *= 2;
     table->slots.assign(size, hash_slot{0, -1});
-    for (size_t id = 0; id < table->texts.size(); id++) {
-        std::string_view text = table->texts[id];
-        uint32_t hash = text_hash(text);
-        hash_slot &slot = find_slot(table, text, hash);
-        if (slot.id < 0)
-            slot = {hash, static_cast<int32_t>(id)};
-    }
+    for (int32_t id = 0; id < SYM_count(table); id++)
+        enter_symbol(table, id);
+}
+
+int32_t find_symbol(SYM_TABLE *table, std::string_view text) {
+    if (table->slots.empty())
+        build_slots(table, table->texts.size());
+    return find_slot(table, text, text_hash(text)).id;
 }
 
 const char *store_text(SYM_TABLE *table, std::string_view text) {
-    size_t need = text.size() + 1;
-    if (table->block_size - table->block_used < need) {
-        table->block_size = std::max(need, text_block_size);
-        table->blocks.push_back(std::make_unique_for_overwrite<char[]>(table->block_size));
-        table->block_used = 0;
-    }
-    char *place = table->blocks.back().get() + table->block_used;
+    auto *place = static_cast<char *>(table->own_texts.allocate(text.size() + 1, 1));
     std::memcpy(place, text.data(), text.size());
     place[text.size()] = '\0';
-    table->block_used += need;
     return place;
 }
 
@@ -95,14 +97,10 @@ const char *store_text(SYM_TABLE *table, std::string_view text) {
 int32_t append_symbol(SYM_TABLE *table, std::string_view text) {
     int32_t id = SYM_count(table);
     table->texts.push_back(store_text(table, text));
-    if (table->texts.size() + table->texts.size() / 4 > table->slots.size()) {
+    if (table->texts.size() + table->texts.size() / 4 > table->slots.size())
         build_slots(table, table->texts.size() * 2);
-    } else {
-        uint32_t hash = text_hash(text);
-        hash_slot &slot = find_slot(table, text, hash);
-        if (slot.id < 0)
-            slot = {hash, id};
-    }
+    else
+        enter_symbol(table, id);
     return id;
 }
 
@@ -234,11 +232,7 @@ SYM_TABLE *SYM_init(uint32_t hash_size) {
 }
 
 int32_t SYM_lookup(SYM_TABLE *table, const char *text) {
-    if (table == nullptr || text == nullptr)
-        return -1;
-    if (table->slots.empty())
-        build_slots(table, table->texts.size());
-    return find_slot(table, text, text_hash(text)).id;
+    return table == nullptr || text == nullptr ? -1 : find_symbol(table, text);
 }
 
 int32_t SYM_install(SYM_TABLE *table, const char *text) {
@@ -246,9 +240,7 @@ int32_t SYM_install(SYM_TABLE *table, const char *text) {
 }
 
 int32_t SYM_setup(SYM_TABLE *table, std::string_view text) {
-    if (table->slots.empty())
-        build_slots(table, table->texts.size());
-    int32_t id = find_slot(table, text, text_hash(text)).id;
+    int32_t id = find_symbol(table, text);
     return id >= 0 ? id : append_symbol(table, text);
 }
 

@@ -84,11 +84,6 @@ template <class T> std::span<T> rows(T *tab) {
     return {tab, static_cast<size_t>(DYNA_count(tab))};
 }
 
-/// Gives back the room behind the last row of a table that is filled; null stays null.
-template <class T> void fit_rows(T *&tab) {
-    DYNA_resize(&tab, DYNA_count(tab) - static_cast<int32_t>(dyna_core::capacity(tab)));
-}
-
 /// Appends one row with the given value, creating the table when the handle is null. Returns the row.
 template <class T> T &append_row(T *&tab, const T &value = T{}) {
     if (tab == nullptr)

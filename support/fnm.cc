@@ -99,26 +99,15 @@ std::string FNM_make(FNM_NAME *parsed) {
 }
 
 std::string FNM_break(const char *name, const char *parts) {
-    FNM_NAME all = FNM_parse(name);
-    FNM_NAME wanted = {nullptr, nullptr, nullptr, nullptr};
-    for (const char *part = parts; *part != '\0'; part++) {
-        switch (*part) {
-        case 'v':
-            wanted.volume = all.volume;
-            break;
-        case 'p':
-            wanted.path = all.path;
-            break;
-        case 'b':
-            wanted.name = all.name;
-            break;
-        case 'e':
-            wanted.ext = all.ext;
-            break;
-        default:
-            break;
-        }
-    }
+    FNM_NAME wanted = FNM_parse(name);
+    auto keep = [parts](char letter, const char *&part) {
+        if (std::strchr(parts, letter) == nullptr)
+            part = nullptr;
+    };
+    keep('v', wanted.volume);
+    keep('p', wanted.path);
+    keep('b', wanted.name);
+    keep('e', wanted.ext);
     return FNM_make(&wanted);
 }
 

@@ -16,23 +16,25 @@ const char *MODULE_C_SDB = nullptr;
 namespace {
 
 constexpr RUN_SWITCH SWITCHES[] = {
-    {"debug", OPT_DEBUG, false},
-    {"add_tap", OPT_ADD_TAP, false},
-    {"add_tap_only", OPT_ADD_TAP_ONLY, false},
-    {"add_bcm", OPT_ADD_BCM, false},
-    {"add_pad", OPT_ADD_PAD, false},
-    {"dont_share_control", OPT_DONT_SHARE_CONTROL, false},
-    {"vhdl", OPT_VHDL, false},
-    {"guideline", OPT_GUIDELINE, false},
-    {"df_speed", OPT_DF_SPEED, false},
-    {"external_idcode", OPT_EXTERNAL_IDCODE, false},
-    {"synch", OPT_SYNCH, false},
-    {"no_expand", OPT_NO_EXPAND, false},
-    {"no_pad", OPT_NO_PAD, false},
-    {"opath", OPT_OPATH, true},
+    {"debug", OPT_DEBUG, HIDDEN},
+    {"guideline", OPT_GUIDELINE, HIDDEN},
+    {"add_tap", OPT_ADD_TAP, ASKS_FOR_LINE},
+    {"add_tap_only", OPT_ADD_TAP_ONLY, ASKS_FOR_LINE},
+    {"add_bcm", OPT_ADD_BCM, ASKS_FOR_LINE},
+    {"vhdl", OPT_VHDL, ASKS_FOR_LINE},
+    {"add_pad", OPT_ADD_PAD, ASKS_FOR_LINE},
+    {"opath", OPT_OPATH, ASKS_FOR_LINE},
+    {"df_speed", OPT_DF_SPEED, ASKS_FOR_LINE},
+    {"external_idcode", OPT_EXTERNAL_IDCODE, SHOWN},
+    {"synch", OPT_SYNCH, SHOWN},
+    {"no_expand", OPT_NO_EXPAND, SHOWN},
+    {"no_pad", OPT_NO_PAD, SHOWN},
+    {"dont_share_control", OPT_DONT_SHARE_CONTROL, SHOWN},
 };
 
 } // namespace
+
+const std::span<const RUN_SWITCH> RUN_SWITCHES = SWITCHES;
 
 const RUN_SWITCH *find_switch(const char *name) {
     for (const RUN_SWITCH &known : SWITCHES)

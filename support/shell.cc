@@ -3,6 +3,7 @@
 #include "support/console.hh"
 #include "support/message.hh"
 
+#include <algorithm>
 #include <cctype>
 #include <cerrno>
 #include <climits>
@@ -18,11 +19,6 @@ namespace {
 bool is_plain(char c) {
     auto byte = static_cast<unsigned char>(c);
     return std::isalnum(byte) || byte >= 0x80 || std::strchr("_-./+,:@%=", c) != nullptr;
-}
-
-std::string folder_of(const std::string &path) {
-    size_t slash = path.rfind('/');
-    return slash == std::string::npos ? std::string() : path.substr(0, slash + 1);
 }
 
 /// Standard input is /dev/null as long as this lives. A command that finds a terminal there may ask, and take
@@ -84,9 +80,8 @@ void add_own_folder_to_path() {
     ssize_t length = ::readlink("/proc/self/exe", self, sizeof self);
     if (length <= 0 || length >= static_cast<ssize_t>(sizeof self))
         return;
-    std::string folder = folder_of(std::string(self, static_cast<size_t>(length)));
-    if (folder.size() > 1)
-        folder.pop_back();
+    std::string folder(self, static_cast<size_t>(length));
+    folder.resize(std::max<size_t>(folder.rfind('/'), 1)); // "/" stays
     const char *path = std::getenv("PATH");
     std::string list = path == nullptr ? "" : path;
     if (list.empty()) { // the shell would fall back to the system's own list; appending alone would lose it

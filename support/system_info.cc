@@ -20,18 +20,8 @@ constexpr long proc_magic = 0x9fa0;
 constexpr int sample_seconds = 2;
 constexpr const char *info_tag = "[System Info] ";
 
-pid_t pidL = 0;
-uint32_t sizeL = 0; ///< pages, the highest value seen; so are the next two
-uint32_t residentL = 0;
-uint32_t sharedL = 0;
-int32_t rss_sizeL = 0; ///< kilobytes, set by the report
-char statm_name[64];   ///< formed before the first signal, since a handler must not format
-
-void raise_to(uint32_t &highest, uint64_t value) {
-    uint32_t bounded = value > UINT32_MAX ? UINT32_MAX : static_cast<uint32_t>(value);
-    if (bounded > highest)
-        highest = bounded;
-}
+uint32_t sizeL = 0;  ///< total size in pages, the highest value seen
+char statm_name[64]; ///< formed before the first signal, since a handler must not format
 
 /// Takes one sample. Only calls that a signal handler may make, and errno is kept.
 void uti_vt_handler(int) {
@@ -43,15 +33,10 @@ void uti_vt_handler(int) {
         ssize_t length = ::read(file, text, sizeof text - 1);
         ::close(file);
         text[length > 0 ? length : 0] = '\0';
-        const char *at = text;
-        for (uint32_t *highest : {&sizeL, &residentL, &sharedL}) {
-            while (*at == ' ')
-                at++;
-            uint64_t value = 0;
-            while (*at >= '0' && *at <= '9')
-                value = value * 10 + static_cast<uint64_t>(*at++ - '0');
-            raise_to(*highest, value);
-        }
+        uint64_t value = 0;
+        for (const char *at = text; *at >= '0' && *at <= '9'; at++)
+            value = value * 10 + static_cast<uint64_t>(*at - '0');
+        sizeL = std::max(sizeL, static_cast<uint32_t>(std::min<uint64_t>(value, UINT32_MAX)));
     }
     errno = saved;
 }
@@ -62,8 +47,7 @@ int uti_prepare_system_info() {
     struct statfs proc;
     if (::statfs("/proc", &proc) != 0 || static_cast<long>(proc.f_type) != proc_magic)
         error_fail("proc filesystem not mounted on /proc\n");
-    pidL = ::getpid();
-    std::snprintf(statm_name, sizeof statm_name, "/proc/%d/statm", static_cast<int>(pidL));
+    std::snprintf(statm_name, sizeof statm_name, "/proc/%d/statm", static_cast<int>(::getpid()));
     if (std::signal(timer_signal, uti_vt_handler) == SIG_ERR)
         error_fail("ERROR: can't sample the memory use (%s).\n", std::strerror(errno));
     const timeval interval = {sample_seconds, 0};
@@ -75,20 +59,20 @@ int uti_prepare_system_info() {
 
 int32_t uti_report_system_info(std::FILE *stream, int console) {
     ::raise(timer_signal);
-    rss_sizeL =
+    int32_t kilobytes =
         static_cast<int32_t>(std::min<int64_t>(int64_t{sizeL} << 2, INT32_MAX)); // pages of 4 kilobytes
     tms used;
     ::times(&used);
     long seconds =
         (used.tms_utime + used.tms_stime + used.tms_cutime + used.tms_cstime) / ::sysconf(_SC_CLK_TCK);
-    const char *peak = format_k(rss_sizeL);
+    const char *peak = format_k(kilobytes);
     std::string text = format_text("\n%s - Peak Memory Usage .......... %s.\n", info_tag, peak) +
                        format_text("%s - CPU Time Elapsed ........ %ld:%.2ld:%.2ld.\n\n", info_tag,
                                    seconds / 3600, seconds / 60 % 60, seconds % 60);
     for (std::FILE *to : {console != 0 ? stdout : nullptr, stream})
         if (to != nullptr)
             put_text(to, text);
-    return rss_sizeL;
+    return kilobytes;
 }
 
 const char *format_k(int64_t kilobytes) {

@@ -91,15 +91,11 @@ def main():
     proof.build(plan, given.bin.resolve(), work)
     design = plan["design"]
     chip = read_chip(work / f"{design}.bso", work / f"{design}.bsc", work / f"{design}.lib")
-    cells = len(chip.cells)
-    text = (work / f"{design}.bsc").read_text()
-    idcode = int(re.search(r"%IDCODE_REGISTER\s+([01]{32})", text).group(1), 2)
-    opcodes = {name: re.search(rf"%INSTRUCTION\s+{name}\s*=\s*\(([01]+)", text).group(1)
-               for name in ("SAMPLE", "BYPASS")}
+    cells, idcode = len(chip.cells), int(chip.idcode, 2)
+    sample, bypass = (chip.opcodes[name] for name in ("SAMPLE", "BYPASS"))
     (work / "openocd.v").write_text(BENCH.format(design=design, **chip.test_ports))
-    (work / "chip.cfg").write_text(SCRIPT.format(
-        irlen=len(opcodes["SAMPLE"]), idcode=idcode, sample=int(opcodes["SAMPLE"], 2),
-        bypass=int(opcodes["BYPASS"], 2), bits=cells + 16))
+    (work / "chip.cfg").write_text(SCRIPT.format(irlen=len(sample), idcode=idcode, sample=int(sample, 2),
+                                                 bypass=int(bypass, 2), bits=cells + 16))
     run(["iverilog", "-g2001", "-o", "openocd.vvp", "-s", "bench", "openocd.v", f"{design}_jtag.v",
          f"{design}_TAP.v", *plan["cells"]], work, "iverilog")
     status, said = serve(work)

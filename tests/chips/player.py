@@ -57,8 +57,8 @@ class Player:
     def __init__(self, work, tag, sources, top, pins, skipped=(), probes=None):
         self.work, self.tag, self.top, self.pins, self.probes = work, tag, top, pins, probes or {}
         self.write_bench(read_ports([work / source for source in sources], top), skipped)
-        image = f"{tag}.vvp"
-        run(["iverilog", "-g2001", "-o", image, f"{tag}_bench.v"] + sources, work, f"compiling {tag}")
+        self.simulate = ["vvp", "-n", f"{tag}.vvp"]
+        run(["iverilog", "-g2001", "-o", f"{tag}.vvp", f"{tag}_bench.v"] + sources, work, f"compiling {tag}")
 
     def write_bench(self, ports, skipped):
         wires, connections, known = [], [], {}
@@ -86,10 +86,9 @@ class Player:
 
     def play(self, steps):
         """Steps are dictionaries pin to value; a pin that is not there is left alone. Gives dictionaries."""
-        with open(self.work / f"{self.tag}.steps", "w") as out:
-            for step in steps:
-                out.write("".join(step.get(pin, "z") for pin in self.pins) + "\n")
-        run(["vvp", "-n", f"{self.tag}.vvp"], self.work, f"simulating {self.tag}")
+        text = "\n".join("".join(step.get(pin, "z") for pin in self.pins) for step in steps)
+        (self.work / f"{self.tag}.steps").write_text(text + "\n")
+        run(self.simulate, self.work, f"simulating {self.tag}")
         answers = [line.strip() for line in open(self.work / f"{self.tag}.answers")]
         if len(answers) != len(steps):
             raise ProofError(f"{self.tag}: {len(answers)} answers to {len(steps)} steps")

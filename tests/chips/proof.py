@@ -80,15 +80,13 @@ def accept(plan, netlists, work):
              "-Wno-ASSIGNIN", "--top-module", top, *sources], work, "verilator")
 
 
-def read_cells(plan, work, macros):
-    cells = [work / name for name in (*plan["cells"], f"{plan['design']}_TAP_empty.v")]
-    return compare.Reader(cells, set(macros), bodies=False).modules
+def known_cells(plan):
+    return *plan["cells"], f"{plan['design']}_TAP_empty.v"
 
 
 def check_flat(plan, netlists, work, macros=()):
     """The flat netlist, where it is another file, is the same as the one with modules, which is simulated."""
-    known = read_cells(plan, work, macros)
-    sides = [compare.Flat(compare.Reader([work / name], set(macros)), known, (), ()) for name in netlists]
+    sides = [compare.Side(work, (name,), known_cells(plan), macros) for name in netlists]
     for side in sides[1:]:
         yield from (f"flat: {fault}" for fault in compare.differences(sides[0], side, ()))
 
@@ -99,13 +97,11 @@ def check_structure(chip, plan, netlists, work, macros=()):
     for cell, wires in plan.get("wires", {}).items():
         through += [(cell, *wire) for wire in wires]
         taken |= {(cell, "BCM_TDO"), (cell, "BCM_TDO_EN")}
-    known = read_cells(plan, work, macros)
-    def flat(names):
-        return compare.Flat(compare.Reader([work / name for name in names], set(macros)), known, through, drop)
-    old = flat(plan["netlist"])
-    added = set(chip.test_ports.values()) - set(old.top.ports)
-    for name in netlists:
-        yield from (f"{name}: {fault}" for fault in compare.differences(old, flat([name]), added, taken))
+    old, *new = (compare.Side(work, names, known_cells(plan), macros, through, drop)
+                 for names in (tuple(plan["netlist"]), *((name,) for name in netlists)))
+    added = set(chip.test_ports.values()) - {name for name, _ in old.ports}
+    for name, side in zip(netlists, new):
+        yield from (f"{name}: {fault}" for fault in compare.differences(old, side, added, taken))
 
 
 def check_tdo(trials, value):

@@ -3,7 +3,7 @@
 import re
 
 from chip_files import ProofError
-from player import run
+from player import Player, run
 
 BENCH = """library ieee;
 use ieee.std_logic_1164.all;
@@ -68,9 +68,10 @@ end play;
 """
 
 
-class VhdlPlayer:
+class VhdlPlayer(Player):
     def __init__(self, work, tag, sources, top, pins):
         self.work, self.tag, self.pins = work, tag, pins
+        self.simulate = ["ghdl", "-r", "bench", "--ieee-asserts=disable"]
         (work / f"{tag}_bench.vhd").write_text(self.bench(work / sources[-1], top))
         run(["ghdl", "-a", "-fexplicit", *sources, f"{tag}_bench.vhd"], work, f"analysing {tag}")
         run(["ghdl", "-e", "-fexplicit", "bench"], work, f"elaborating {tag}")
@@ -88,13 +89,3 @@ class VhdlPlayer:
             signals="\n".join(f"  signal p_{name} : std_logic;" for name, _ in ports), drivers="\n".join(drivers),
             connections=", ".join(f"{name} => p_{name}" for name, _ in ports),
             samples="\n".join(f"      seen({place[name]}) := shown(p_{name});" for name, _ in ports))
-
-    def play(self, steps):
-        with open(self.work / f"{self.tag}.steps", "w") as out:
-            for step in steps:
-                out.write("".join(step.get(pin, "z") for pin in self.pins) + "\n")
-        run(["ghdl", "-r", "bench", "--ieee-asserts=disable"], self.work, f"simulating {self.tag}")
-        answers = [line.strip() for line in open(self.work / f"{self.tag}.answers")]
-        if len(answers) != len(steps):
-            raise ProofError(f"{self.tag}: {len(answers)} answers to {len(steps)} steps")
-        return answers

@@ -22,6 +22,8 @@ struct chip_case : chip_folder {
 /// Compares with tests/editing/expected/<name>.cmd, which may hold what is different from that of `like`.
 void expect_commands(const std::string &name, const std::string &text, const std::string &like = "");
 
-/// Runs each row. A command file has to be whole or absent, the design stays as it was, and the bundled tools
-/// have to carry out what a run without a fault has written.
-void run_rows(std::span<const CHIP> table, const std::string &usual_options = "-add_tap");
+/// Runs each row and compares what all of them say and write with tests/editing/expected/rows_of_<name>.txt.
+/// A command file has to be whole or absent, the design stays as it was, and the bundled tools have to carry
+/// out what a run without a fault has written.
+void run_rows(const std::string &name, std::span<const CHIP> table,
+              const std::string &usual_options = "-add_tap");

@@ -101,34 +101,25 @@ TEST(ConnectFile, HoldsTheBlocks) {
 
 TEST(ConnectFile, RefusesWhatItCannotWrite) {
     const char *const core = "%CORE { %NAME = a; %DFT_FILE = \"b.dft\"; %LBIST_FILE = \"x\"; }";
-    const struct {
-        const char *bist, *out;
-    } rows[] = {
-        {"%LOGIC_BIST { %DFT_FILE a.dft; }",
-         "ERROR: Please specify the %INSTANCE_NAME of the core in %LOGIC_BIST.\n"},
-        {"%LOGIC_BIST { %INSTRUCTION LB { %DFT_FILE a.dft; } }",
-         "ERROR: Please specify the %INSTANCE_NAME of the core for %LOGIC_BIST.\n"},
-        {"%LOGIC_BIST { %TESTS (1); }",
-         "ERROR: the length of data register does not match for %TESTS and %SEL_INSTRUCTION.\n"},
-        {"%LOGIC_BIST { %DIAG_INSTRUCTION DG, SC; %DIAG_CNT_FILE a; }",
-         "ERROR: The number of %DIAG_INSTRUCTION is not equal to the number of %DIAG_CNT_FILE.\n"},
-        {"%LOGIC_BIST { %DIAG_INSTRUCTION QQ; %DIAG_CNT_FILE a; }",
-         "ERROR: Can not find the instruction 'QQ' in %DIAG_INSTRUCTION.\n"},
-        {"%LOGIC_BIST { %INSTANCE_NAME u; %DFT_FILE a.dft; }",
-         "ERROR: the core 'a' contains itself in the DFT configuration.\n"},
-    };
-    for (const auto &row : rows) {
+    const char *const rows[] = {"%LOGIC_BIST { %DFT_FILE a.dft; }",
+                                "%LOGIC_BIST { %INSTRUCTION LB { %DFT_FILE a.dft; } }",
+                                "%LOGIC_BIST { %TESTS (1); }",
+                                "%LOGIC_BIST { %DIAG_INSTRUCTION DG, SC; %DIAG_CNT_FILE a; }",
+                                "%LOGIC_BIST { %DIAG_INSTRUCTION QQ; %DIAG_CNT_FILE a; }",
+                                "%LOGIC_BIST { %INSTANCE_NAME u; %DFT_FILE a.dft; }"};
+    std::string said;
+    for (const char *row : rows) {
         scratch_folder scratch;
         scratch.write("a.dft", core);
         scratch.write("b.dft", "%CORE { %NAME = a; %DFT_FILE = \"c.dft\"; %LBIST_FILE = \"x\"; }");
         scratch.write("c.dft", "%TOP_MODULE = leaf;");
-        run_result result = connect(scratch, std::string(row.bist) +
-                                                 "\n%MEMORY_BIST { %INSTRUCTION NONE { %CTRL_ORDER 1; } }");
-        EXPECT_EQ(result.out, row.out);
-        EXPECT_EQ(result.status, 255);
+        run_result result =
+            connect(scratch, std::string(row) + "\n%MEMORY_BIST { %INSTRUCTION NONE { %CTRL_ORDER 1; } }");
+        said += section(row, result);
         EXPECT_EQ(scratch.read("mbist_rimweave.cnt"), tap_line) << "the file before it stays";
         EXPECT_FALSE(scratch.has("lbist_rimweave.cnt"));
     }
+    expect_file("planning/expected/connect_refusals.txt", said);
 }
 
 TEST(ConnectFile, GoesWhereOutputGoes) {

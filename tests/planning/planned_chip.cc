@@ -5,13 +5,6 @@
 
 namespace {
 
-/// `text` from behind the first `from` up to the next `to`.
-std::string between(const std::string &text, const std::string &from, const std::string &to) {
-    size_t begin = text.find(from);
-    begin = begin == text.npos ? 0 : begin + from.size();
-    return text.substr(begin, text.find(to, begin) - begin);
-}
-
 template <class F> std::string lines_where(const std::string &text, F keep) {
     std::istringstream lines(text);
     std::string kept;
@@ -76,18 +69,4 @@ void planning_folder::expect_outcomes(std::span<const CHIP> chips) const {
         EXPECT_EQ(result.status, 0) << result.out;
         expect_file(std::string("planning/expected/") + chip.name + ".txt", outcome(result, chip.shows));
     }
-}
-
-std::string messages_of(const std::string &console) {
-    std::istringstream lines(
-        between(console, "chip.lib.\n\n\n", "\n\n\n====================================================\n"));
-    std::string kept;
-    bool after_progress = false;
-    for (std::string line; std::getline(lines, line);) {
-        bool is_progress = line.rfind(" - Synthesi", 0) == 0 || line.rfind("    .", 0) == 0;
-        if (!is_progress && !(after_progress && line.empty())) // with the empty line behind it
-            kept += lines.eof() ? line : line + "\n";
-        after_progress = is_progress;
-    }
-    return kept;
 }

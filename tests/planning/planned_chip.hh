@@ -22,7 +22,3 @@ struct planning_folder : chip_folder {
     /// Runs each chip to its end; the expected files are those of their names.
     void expect_outcomes(std::span<const CHIP> chips) const;
 };
-
-/// What the run printed behind the line of the files that it read, without the lines that tell what it is
-/// doing.
-std::string messages_of(const std::string &console);

@@ -59,9 +59,7 @@ TEST(tap_rtl, port_only_module_is_verilog_and_fills_the_tables_of_a_hierarchical
 TEST(tap_rtl, synthesis_scripts) {
     for (tap_case tap : {tap_case{"verilog", SMALL_TABLE, ""}, tap_case{"vhdl", SMALL_TABLE, "vhdl"}}) {
         rtl_of(tap);
-        SYNTHESIS_SCRIPT scripts[SYNTHESIS_SCRIPTS];
-        bs_write_synthesize_script(scripts, "chip_TAP");
-        for (const SYNTHESIS_SCRIPT &script : scripts) {
+        for (const SYNTHESIS_SCRIPT &script : bs_write_synthesize_script("chip_TAP")) {
             static const std::regex date("[A-Z][a-z]{2} [A-Z][a-z]{2} [ 0-9]{2} [0-9:]{8} [0-9]{4}");
             expect_file(EXPECTED + tap.name + script.extension,
                         std::regex_replace(script.text, date, "<DATE>"),

@@ -1,5 +1,6 @@
 // Files that must be refused: one clear message, no handle, and never a crash.
 #include "tests/sdb/small_design.hh"
+#include "tests/support/expected_file.hh"
 
 #include <gtest/gtest.h>
 
@@ -60,7 +61,6 @@ TEST(bad_files, status_and_message) {
 
 TEST(bad_files, ids_and_counts_are_checked) {
     struct word_case {
-        const char *message; ///< a part of it
         size_t place;
         uint32_t value;
         size_t other_place = 0; ///< a second word that is changed, 0 for none
@@ -71,30 +71,29 @@ TEST(bad_files, ids_and_counts_are_checked) {
     auto at = [&](int32_t table, int32_t row, int32_t word) { return record_place(bytes, table, row, word); };
     constexpr uint32_t many = 0x40000000;
     const word_case cases[] = {
-        {"table NODE: the count -1 is negative", descriptor_place(SDB_NODE_TAB) + 4, 0xFFFFFFFF},
-        {"(FA-01-0005)", descriptor_place(SDB_NODE_TAB) + 4, 0x7FFFFFFF},
-        {"table OBJ: the record size 13 is not 12", descriptor_place(SDB_OBJ_TAB) + 8, 13},
-        {"table CLAS, row 0: no symbol", at(SDB_CLASS_TAB, 0, 0), many},
-        {"table CLAS, row 1: its pins are out of range", at(SDB_CLASS_TAB, 1, 2), 0x7FFFFFFF},
-        {"table CLAS, row 1: its pins are out of range", at(SDB_CLASS_TAB, 1, 1), 17, at(SDB_CLASS_TAB, 1, 2),
-         2}, // whatever the class's type
-        {"table CLAS, row 1: its pins are out of range", at(SDB_CLASS_TAB, 1, 1), 0xFFFFFFFF,
-         at(SDB_CLASS_TAB, 1, 3), 0xFFFFFFFE},
-        {"table PORT, row 2: is not the port of its node", at(SDB_PORT_TAB, 2, 2), 0},
-        {"table OBJ, row 0: no class", at(SDB_OBJ_TAB, 0, 0), 3},
-        {"table OBJ, row 4: is not the object of its first node", at(SDB_OBJ_TAB, 4, 1), 0},
-        {"table NODE, row 6: no object", at(SDB_NODE_TAB, 6, 0), many},
-        {"table NODE, row 0: its object's class does not have pin", at(SDB_NODE_TAB, 0, 1), 1},
-        {"table NET, row 0: its list of nodes", at(SDB_NODE_TAB, 0, 3), 0},
-        {"table NET, row 1: no node", at(SDB_NET_TAB, 1, 0), many},
-        {"is not on the list of its net", at(SDB_NET_TAB, 1, 0), 0xFFFFFFFF},
-        {"table SOBJ, row 0: no name", at(SDB_SOBJ_TAB, 0, 0), many},
-        {"table SOBJ, row 4: the count is not that of what is named", descriptor_place(SDB_SOBJ_TAB) + 4, 4},
-        {"table PREF, row 0: its name comes back to row 0", at(SDB_PREFIX_TAB, 0, 0), 0xFFFFFFFA},
-        {"table PREF, row 0: its parent does not lie before it, 0", at(SDB_PREFIX_TAB, 0, 1), 0},
-        {"symbol table, record 3: its links", symbol_links_place(bytes, 3), 3},
-        {"symbol table has no buckets", 756, 0},
+        {descriptor_place(SDB_NODE_TAB) + 4, 0xFFFFFFFF},
+        {descriptor_place(SDB_NODE_TAB) + 4, 0x7FFFFFFF},
+        {descriptor_place(SDB_OBJ_TAB) + 8, 13},
+        {at(SDB_CLASS_TAB, 0, 0), many},
+        {at(SDB_CLASS_TAB, 1, 2), 0x7FFFFFFF},
+        {at(SDB_CLASS_TAB, 1, 1), 17, at(SDB_CLASS_TAB, 1, 2), 2}, // whatever the class's type
+        {at(SDB_CLASS_TAB, 1, 1), 0xFFFFFFFF, at(SDB_CLASS_TAB, 1, 3), 0xFFFFFFFE},
+        {at(SDB_PORT_TAB, 2, 2), 0},
+        {at(SDB_OBJ_TAB, 0, 0), 3},
+        {at(SDB_OBJ_TAB, 4, 1), 0},
+        {at(SDB_NODE_TAB, 6, 0), many},
+        {at(SDB_NODE_TAB, 0, 1), 1},
+        {at(SDB_NODE_TAB, 0, 3), 0},
+        {at(SDB_NET_TAB, 1, 0), many},
+        {at(SDB_NET_TAB, 1, 0), 0xFFFFFFFF},
+        {at(SDB_SOBJ_TAB, 0, 0), many},
+        {descriptor_place(SDB_SOBJ_TAB) + 4, 4},
+        {at(SDB_PREFIX_TAB, 0, 0), 0xFFFFFFFA},
+        {at(SDB_PREFIX_TAB, 0, 1), 0},
+        {symbol_links_place(bytes, 3), 3},
+        {756, 0},
     };
+    std::string text;
     for (const word_case &one : cases) {
         std::string changed = bytes;
         set_word(changed, one.place, one.value);
@@ -102,9 +101,11 @@ TEST(bad_files, ids_and_counts_are_checked) {
             set_word(changed, one.other_place, one.other_value);
         scratch.write("bad.sdb", changed);
         std::string said = refusal_of(scratch.path("bad.sdb"));
-        EXPECT_NE(said.find(one.message), std::string::npos) << one.message << " but: " << said;
-        EXPECT_NE(said.find("(FA-01-0005)"), std::string::npos) << one.message;
+        for (size_t at; (at = said.find(scratch.dir.string())) != said.npos;)
+            said.replace(at, scratch.dir.string().size(), ".");
+        text += said;
     }
+    expect_file("sdb/bad_words.expected", text);
 }
 
 // A tree with one record at each depth, as deep as the table is long.

@@ -63,6 +63,15 @@ void netlist_folder::refused(const std::string &line, const std::string &text) c
     EXPECT_NE(result.err.find(text), std::string::npos) << line << "\n" << result.err;
 }
 
+void netlist_folder::refuses(const std::string &tool, std::initializer_list<const char *> arguments) const {
+    std::string said;
+    for (const std::string one : arguments) {
+        refused(tool + " " + one, "");
+        said += section(one, run(RW_BIN_DIR "/" + tool + " " + one));
+    }
+    expect_file("siblings/expected/" + tool + "_refusals.txt", said);
+}
+
 void netlist_folder::accepted(const std::string &file, const std::string &top, bool by_verilator) const {
     std::vector<std::string> readers = {
         "iverilog -g2001 -o /dev/null -s " + top + " " + file + " cells.v",
@@ -87,6 +96,11 @@ void netlist_folder::equivalent(const std::string &one, const std::string &other
                          "miter -equiv -flatten gold gate miter; sat -verify -prove trigger 0 miter";
     run_result result = run("yosys -q -p '" + script + "'");
     EXPECT_EQ(result.status, 0) << one << " and " << other << "\n" << result.err << read(one) << read(other);
+}
+
+void expect_parts(const std::string &text, std::initializer_list<const char *> parts) {
+    for (const char *part : parts)
+        expect_part(text, part);
 }
 
 size_t count_of(const std::string &text, const std::string &part) {

@@ -1,7 +1,7 @@
 // A small cell library and designs over it, taken through the tools as a user would.
 #pragma once
 
-#include "tests/support/scratch.hh"
+#include "tests/support/expected_file.hh"
 
 #include <string>
 #include <string_view>
@@ -22,15 +22,20 @@ struct netlist_folder : scratch_folder {
     void tool(const std::string &line) const;
     /// Writes `<name>.v` and reads it with kalmverin.
     void take(const std::string &name, std::string_view verilog) const;
-    /// Expects an error of a tool: status 255, "ERROR: " and the text on the error stream, nothing on the
+    /// Expects the text in the error of a tool: status 255, "ERROR: " on the error stream, nothing on the
     /// console that is not there too.
     void refused(const std::string &line, const std::string &text) const;
+    /// The same for several arguments of a tool; the errors stand in siblings/expected/<tool>_refusals.txt.
+    void refuses(const std::string &tool, std::initializer_list<const char *> arguments) const;
     /// Expects that Icarus Verilog, Yosys and Verilator take the file, together with cells.v. Verilator
     /// wants a wire between an input and a pin of both directions.
     void accepted(const std::string &file, const std::string &top, bool by_verilator = true) const;
     /// Expects that both files describe the same behaviour, which Yosys proves.
     void equivalent(const std::string &one, const std::string &other, const std::string &top) const;
 };
+
+/// Expects a text to hold each part.
+void expect_parts(const std::string &text, std::initializer_list<const char *> parts);
 
 /// How often a text holds a part.
 size_t count_of(const std::string &text, const std::string &part);

@@ -28,3 +28,9 @@ inline void expect_file(const std::string &name, std::string text, const std::st
         std::ofstream(tests + name, std::ios::binary) << text;
     EXPECT_EQ(text, read_whole(tests + name)) << name;
 }
+
+/// What a run left, below a line that names it: a section of an expected file.
+inline std::string section(const std::string &name, const run_result &result) {
+    return "== " + name + "\nstatus " + std::to_string(result.status) + "\n" + result.out +
+           (result.err.empty() ? "" : "-- error stream\n" + result.err);
+}

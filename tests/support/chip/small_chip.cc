@@ -1,6 +1,7 @@
 #include "tests/support/chip/small_chip.hh"
 
 #include <algorithm>
+#include <sstream>
 
 namespace {
 
@@ -81,4 +82,24 @@ std::vector<std::string> chip_folder::command_files() const {
 
 std::string chip_folder::commands(const std::string &name) const {
     return scratch.read("rimweave_lib/" + name + ".cmd");
+}
+
+std::string between(const std::string &text, const std::string &from, const std::string &to) {
+    size_t begin = text.find(from);
+    begin = begin == text.npos ? 0 : begin + from.size();
+    return text.substr(begin, text.find(to, begin) - begin);
+}
+
+std::string messages_of(const std::string &console) {
+    std::istringstream lines(
+        between(console, "chip.lib.\n\n\n", "\n\n\n====================================================\n"));
+    std::string kept;
+    bool after_progress = false;
+    for (std::string line; std::getline(lines, line);) {
+        bool is_progress = line.rfind(" - Synthesi", 0) == 0 || line.rfind("    .", 0) == 0;
+        if (!is_progress && !(after_progress && line.empty())) // with the empty line behind it
+            kept += lines.eof() ? line : line + "\n";
+        after_progress = is_progress;
+    }
+    return kept;
 }

@@ -20,7 +20,6 @@ struct CHIP {
     const char *name = "";
     std::string design = "usual"; ///< Verilog, or the name of a file of the designs
     given_text pins = {};         ///< rows of the pin file
-    std::string message = {};     ///< what the run prints; an ERROR or FATAL in it is its end
     given_text options = {};      ///< those of the table where it brings none
     given_text roles = {};        ///< items of %SCAN_CELLS
     given_text settings = {};     ///< further .bsc statements
@@ -32,7 +31,6 @@ struct CHIP {
     given_text instructions = {}; ///< further items of %INSTRUCTION_TABLE
     std::vector<CHANGE> changes = {};
     const char *before = ""; ///< shell commands ahead of the run
-    const char *lines = "";  ///< part of the command files, one behind the other by name
     const char *file = "";   ///< the expected file of them all
     int shows = 0;           ///< which parts of a run an expected file holds
 };
@@ -56,3 +54,10 @@ class chip_folder {
   private:
     std::string designs;
 };
+
+/// `text` from behind the first `from` up to the next `to`.
+std::string between(const std::string &text, const std::string &from, const std::string &to);
+
+/// What the run printed behind the line of the files that it read, without the lines that tell what it is
+/// doing.
+std::string messages_of(const std::string &console);
