@@ -14,7 +14,6 @@
 #include "support/text.hh"
 
 #include <algorithm>
-#include <ranges>
 #include <string>
 #include <unordered_set>
 
@@ -128,7 +127,7 @@ void warn_of_missing_pins() {
 void check_scan_cells() {
     forget_needs();
     bool fault = false;
-    each_apart(std::views::iota(0, static_cast<int32_t>(COUNT_INTERNAL)), [&fault](int32_t role) {
+    each_number_apart(COUNT_INTERNAL, [&fault](int32_t role) {
         if (const char *name = *CELL_ROLES[role].declared; name != nullptr)
             fault |= check_scan_cell(static_cast<CELL_COUNTER>(role), name);
     });

@@ -20,7 +20,6 @@
 
 #include <algorithm>
 #include <iterator>
-#include <ranges>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -182,7 +181,7 @@ void check_inv_signal() {
 void make_rows() {
     for (STANDARD_PORT_STATE &state : TAP_PORT)
         state.pin_index = -1;
-    each_apart(std::views::iota(0, DYNA_count(PIN_TABLE)), [](int32_t pin) {
+    each_number_apart(DYNA_count(PIN_TABLE), [](int32_t pin) {
         const char *name = bs_pin_name(pin);
         if (name == nullptr)
             return;

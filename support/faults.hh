@@ -61,6 +61,15 @@ template <class ROWS, class BODY> void each_apart(ROWS &&rows, const BODY &body)
         end_process(255);
 }
 
+/// The same for the numbers from 0 to below `count`.
+template <class BODY> void each_number_apart(int32_t count, const BODY &body) {
+    bool whole = true;
+    for (int32_t number = 0; number < count; ++number)
+        whole = try_step([&] { body(number); }) && whole;
+    if (!whole)
+        end_process(255);
+}
+
 /// The same for steps that do not depend on each other.
 inline void each_apart(std::initializer_list<void (*)()> steps) {
     each_apart(steps, [](void (*step)()) { step(); });
