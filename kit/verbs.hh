@@ -3,5 +3,6 @@
 
 #include "kit/command.hh"
 
+extern const KIT_VERB kit_doctor;
 extern const KIT_VERB kit_start;
 extern const KIT_VERB kit_run;
