@@ -187,7 +187,11 @@ void take_boundary_cells(const KIT_CALL &call, const std::string &design, const 
         std::string text;
         for (const std::string &name : cell_names(cells))
             text += TOOL_read_file(own_cells_folder() + language + name + ending) + "\n";
-        write_draft(design + "_cells" + ending, text, kit_has(call, "force"));
+        if (!write_draft(design + "_cells" + ending, text, kit_has(call, "force")) &&
+            TOOL_read_file(design + "_cells" + ending) != text)
+            TOOL_fail(
+                design + "_cells" + ending, 0,
+                "it does not hold the cells of the drafts; --force writes it anew and keeps it with a ~.");
     }
     for (const std::string &name : cell_names(cells))
         outdated = outdated || is_outdated("lib/" + name + ".sdb", {verilog});
