@@ -222,6 +222,12 @@ const char *const errors[] = {
     "`define A `A\nmodule t; `A endmodule",
     "`define M(a) a\n`M(1, 2)",
     "`default_nettype none\nmodule t; INV u (a, b); endmodule",
+    "module t; /* \n never",
+    "module t; INV u (a, b, c); endmodule",
+    "module t; wire w; wire [1:0] w; endmodule",
+    "`NONE\n",
+    "\n`endif",
+    "module t;\n\x7f endmodule",
 };
 
 TEST(Kalmverin, NamesFileAndLineOfWhatItCannotRead) {
