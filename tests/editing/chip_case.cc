@@ -17,9 +17,10 @@ std::string whole_command_files(const chip_case &chip) {
 
 /// What the run says, below the name of the row, and what it writes but for the chain pins that the usual
 /// chip wires so.
-std::string run_row(const CHIP &row, const std::string &options, const std::string &usual) {
+std::string run_row(const CHIP &row, const std::string &usual) {
     SCOPED_TRACE(row.name);
     chip_case chip(row);
+    const std::string options = row.options.value_or("-add_tap");
     succeed(chip.scratch.run("PATH=" RW_BIN_DIR ":$PATH; " + std::string(row.before)));
     std::string before = chip.scratch.read("chip.sdb");
     run_result result = chip.run(options);
@@ -43,12 +44,20 @@ std::string run_row(const CHIP &row, const std::string &options, const std::stri
 
 } // namespace
 
-void run_rows(const std::string &name, std::span<const CHIP> table, const std::string &usual_options) {
+void run_rows(const std::string &name, std::span<const CHIP> table, const CHIP &base) {
     chip_case usual({});
     succeed(usual.run("-add_tap"));
     std::string text;
-    for (const CHIP &row : table)
-        text += run_row(row, row.options.value_or(usual_options), usual.commands("chip_jtag"));
+    for (CHIP row : table) {
+        if (row.design.empty())
+            row.design = base.design;
+        if (row.design.find(' ') != row.design.npos && !row.pins) // a file brings its own
+            row.pins = base.pins;
+        for (auto field : {&CHIP::options, &CHIP::roles, &CHIP::settings, &CHIP::tap_items})
+            if (!(row.*field))
+                row.*field = base.*field;
+        text += run_row(row, usual.commands("chip_jtag"));
+    }
     expect_file("editing/expected/rows_of_" + name + ".txt", text);
 }
 
