@@ -15,6 +15,22 @@ std::string whole_command_files(const chip_case &chip) {
     return lines;
 }
 
+/// Lines that most rows have, in one.
+std::string shortened(std::string text) {
+    const std::pair<std::string, std::string> blocks[] = {
+        {"add tdi input\nconnect tdi TAP{TDI}\nadd tms input\nconnect tms TAP{TMS}\nadd tck input\n"
+         "connect tck TAP{TCK}\n",
+         "(new test ports)\n"},
+        {"add shiftDR input\nadd clockDR input\nadd updateDR input\nadd mode1 input\nadd chain_in input\n"
+         "add chain_out output\n",
+         "(new ports of the cells)\n"},
+    };
+    for (const auto &[block, name] : blocks)
+        for (size_t at; (at = text.find(block)) != text.npos;)
+            text.replace(at, block.size(), name);
+    return text;
+}
+
 /// What the run says, below the name of the row, and what it writes but for the chain pins that the usual
 /// chip wires so.
 std::string run_row(const CHIP &row, const std::string &usual) {
@@ -39,7 +55,7 @@ std::string run_row(const CHIP &row, const std::string &usual) {
     for (std::string line; std::getline(all, line);)
         if (usual.find("\n" + line + "\n") == usual.npos || !std::regex_search(line, of_chain))
             text += line + "\n";
-    return text;
+    return shortened(text);
 }
 
 } // namespace
