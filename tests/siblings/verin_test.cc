@@ -218,7 +218,7 @@ const char *const errors[] = {
     "module t; /* \n never",
     "module t; INV u (a, b, c); endmodule",
     "module t; wire w; wire [1:0] w; endmodule",
-    "`NONE\n",
+    "/*\n*/ `NONE\n",
     "\n`endif",
     "module t;\n\x7f endmodule",
 };
