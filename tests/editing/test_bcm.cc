@@ -33,9 +33,7 @@ const CHIP ROWS[] = {
                "pb x(.p(d), .k(y)); FF f(.D(v), .CK(w)); FF g(.D(v), .CK(y)); endmodule\n",
      .pins = "1 C0 c *\n4 D0 d *\n3 PA a *\n2 CK ck *\n",
      .roles = "%INPUT_MUX_SCAN BC_MI;",
-     .library = "%BUFFER MUXC { %FUNCTION CLOCK; %INPUT PAD; %OUTPUT C; %MUX_IN2 T; %MODE_2 S; }\n",
-     .tap_items = "%MODE_2 mode2; ",
-     .cells = "module MUXC(input PAD, T, S, output C); endmodule\n"},
+     .tap_items = "%MODE_2 mode2; "},
     {.name = "a port without a pad",
      .design = "module chip(input a, ck); FF f(.D(a), .CK(ck)); endmodule\n",
      .pins = CK_PINS,
@@ -48,9 +46,7 @@ const CHIP ROWS[] = {
     {.name = "two enables, of which the pin list chooses the other",
      .design = "module chip(output z, input ck, output tdo); FF f(.CK(ck), .Q(q)); FF e(.CK(ck), .Q(w));\n"
                "TB2 pz(.I(q), .OEN(q), .EN(w), .PAD(z)); TB2 po(.I(q), .PAD(tdo)); endmodule\n",
-     .pins = "1 Z z * PAD_EN_H\n2 CK ck *\n10 TDO tdo * PAD_EN_H\n",
-     .library = "%BUFFER TB2 { %INPUT I; %OUTPUT PAD; %EN_L OEN; %EN_H EN; }\n",
-     .cells = "module TB2(input I, OEN, EN, output PAD); endmodule\n"},
+     .pins = "1 Z z * PAD_EN_H\n2 CK ck *\n10 TDO tdo * PAD_EN_H\n"},
     {.name = "an input with an inverter and a mux, and a mode pin that is tied",
      .design =
          "module chip(input a, ck); MUXI i(.PAD(a), .C(v), .M(1'b0)); FF f(.D(v), .CK(ck)); endmodule\n",

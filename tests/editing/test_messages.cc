@@ -7,35 +7,24 @@ namespace {
 
 constexpr const char *DEFAULT_PADS = "%INPUT_BUFFER IBUF; %OUTPUT_BUFFER OBUF; %INOUT_BUFFER BBUF;";
 constexpr const char *HIGHZ = "%HIGHZ_COMMAND highz; %SIGNAL_BUFFER BUFX; ";
-constexpr const char *HIGHZ_OPCODE = "%INSTRUCTION HIGHZ = (011) ACCESS BYPASS;";
 constexpr const char *TRB_BUFFER = "%BUFFER TRB { %INPUT A; %OUTPUT Z; }";
-constexpr const char *TRANSPARENT = "%TRANSPARENT_BUFFER { TRB; }";
 
 const CHIP PADS[] = {
-    {.name = "an output pad that nothing feeds", .changes = {{"chip.v", "py(.I(q)", "py(.I(open)"}}},
+    {.name = "an output pad that nothing feeds",
+     .design = "usual",
+     .changes = {{"chip.v", "py(.I(q)", "py(.I(open)"}}},
     {.name = "a transparent buffer whose net has other readers",
-     .design = "transparent_buffers",
-     .settings = TRANSPARENT,
      .changes = {{"chip.v", "OBUF py", "INV n(.A(t)); OBUF py"}}},
-    {.name = "a transparent buffer that is not described",
-     .design = "transparent_buffers",
-     .settings = TRANSPARENT,
-     .changes = {{"chip.lib", TRB_BUFFER, ""}}},
+    {.name = "a transparent buffer that is not described", .changes = {{"chip.lib", TRB_BUFFER, ""}}},
     {.name = "a transparent buffer without %OUTPUT",
-     .design = "transparent_buffers",
-     .settings = TRANSPARENT,
      .changes = {{"chip.lib", TRB_BUFFER, "%BUFFER TRB { %INPUT A; }"}}},
     {.name = "a transparent buffer without the %INPUT that is described",
-     .design = "transparent_buffers",
-     .settings = TRANSPARENT,
      .changes = {{"chip.lib", TRB_BUFFER, "%BUFFER TRB { %INPUT Q; %OUTPUT Z; }"}}},
     {.name = "the pad cell of an input port",
      .design = "module chip(input a, ck); INV g(.A(a)); endmodule\n",
      .pins = "1 A a * PAD(IB2)\n",
      .options = "-add_tap -add_pad",
-     .settings = DEFAULT_PADS,
-     .library = "%BUFFER IB2 { %INPUT P; %OUTPUT Q; }",
-     .cells = "module IB2(input P, IE, inout VDD, output Q); endmodule\n"},
+     .settings = DEFAULT_PADS},
     {.name = "a bidirectional cell for the output pads",
      .design = "reads",
      .options = "-add_tap -add_pad",
@@ -64,30 +53,21 @@ const CHIP ENABLES[] = {
      .changes = {{"chip.v", "pz(.I(q), .OEN(en)", "pz(.I(q), .OEN(1'b0)"}}},
     {.name = "differential pads on the command for high impedance",
      .tap_items = HIGHZ,
-     .instructions = HIGHZ_OPCODE,
+     .instructions = "%INSTRUCTION HIGHZ = (011) ACCESS BYPASS;",
      .changes = {{"chip.v", "output z,", "output z, zm, x, xm,"},
                  {"chip.v", "TBUF pz(.I(q), .OEN(en), .PAD(z))",
                   "DTB pz(.I(q), .OEN(1'b0), .PP(z), .PM(zm)); DTB px(.I(q), .OEN(1'b0), .PP(x), .PM(xm))"},
                  {"chip.pin", "4 PB", "5 ZM zm *\n6 PX x *\n7 XM xm *\n4 PB"}}},
 };
 
-/// A cell that the pin file names for one port alone.
-constexpr const char *M2_PINS = "1 PA a * BSC(BC_M2)\n2 PY y *\n3 PZ z *\n4 PB b *\n9 CK ck *\n";
-
-constexpr const char *GAP_CELL = "module BC_G(input DI, SI, SE, CK, XB, output DO, SO); endmodule\n";
-constexpr const char *GAP_LIBRARY =
-    "%SCAN_CELL BC_G { %DATA_IN DI; %DATA_OUT DO; %TDI SI; %TDO SO; %CLOCK_DR CK; "
-    "%SHIFT_DR SE; %EXTRA_2 XB; }\n";
-constexpr const char *MUX_ROLE = "%INPUT_MUX_SCAN BC_MI;";
-
 const CHIP SIGNALS[] = {
     {.name = "no inverter for an active-low signal that a pad alone needs",
      .design = "old_tap_and_mux_pad",
-     .roles = MUX_ROLE,
+     .roles = "%INPUT_MUX_SCAN BC_MI;",
      .tap_items = "%MODE_2 -mode2; "},
     {.name = "no inverting buffer for a tree",
      .design = "old_tap_and_mux_pad",
-     .roles = MUX_ROLE,
+     .roles = "%INPUT_MUX_SCAN BC_MI;",
      .tap_items = "%MODE_2 -mode2; %GROUP_SIZE 4; %SIGNAL_BUFFER BUFX; "},
     {.name = "the TAP has no such signal",
      .design = "old_tap",
@@ -96,18 +76,14 @@ const CHIP SIGNALS[] = {
     {.name = "a number of the extra pins is left out, with trees",
      .design = "old_tap",
      .roles = "%INPUT_SCAN BC_G;",
-     .library = GAP_LIBRARY,
-     .tap_items = "%EXTRA_2 xtra; %GROUP_SIZE 4; %SIGNAL_BUFFER BUFX; ",
-     .cells = GAP_CELL},
+     .tap_items = "%EXTRA_2 xtra; %GROUP_SIZE 4; %SIGNAL_BUFFER BUFX; "},
     {.name = "the same with pads in several modules",
      .design = "siblings",
      .options = "-add_tap",
      .roles = "%INPUT_SCAN BC_G;",
-     .library = GAP_LIBRARY,
-     .tap_items = "%EXTRA_1 xtra1; %EXTRA_2 xtra; %GROUP_SIZE 4; %SIGNAL_BUFFER BUFX; ",
-     .cells = GAP_CELL},
+     .tap_items = "%EXTRA_1 xtra1; %EXTRA_2 xtra; %GROUP_SIZE 4; %SIGNAL_BUFFER BUFX; "},
     {.name = "a signal that no cell but one of the pin file has",
-     .pins = M2_PINS,
+     .pins = "1 PA a * BSC(BC_M2)\n2 PY y *\n3 PZ z *\n4 PB b *\n9 CK ck *\n",
      .options = "-add_tap",
      .tap_items = "%MODE_2 mode2; "},
     {.name = "a TAP down a path, with the clock of the cells",
@@ -177,7 +153,9 @@ const CHIP FILES[] = {
 } // namespace
 
 TEST(Messages, OfPads) {
-    run_rows("pads", PADS);
+    run_rows(
+        "pads", PADS,
+        {.design = "transparent_buffers", .options = "-add_tap", .settings = "%TRANSPARENT_BUFFER { TRB; }"});
 }
 
 TEST(Messages, OfEnables) {
