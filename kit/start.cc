@@ -30,7 +30,7 @@ constexpr KIT_OPTION OPTIONS[] = {
     {"idcode", "V,P,M", "version, part number and manufacturer of the IDCODE"},
     {"test-ports", "NAMES",
      "ports of the TAP: tck=TCK_PAD,tms=...; found by their\nusual names, or added, otherwise"},
-    {"package", "NAME", "name of the package"},
+    {"package", "NAME", "name of the package, DESIGN_package otherwise"},
     {"boundary-cells", "FILE", "library file of other boundary cells; their Verilog\ncomes by --cells"},
     {"intest", nullptr, "an INTEST instruction"},
     {"synch", nullptr, "cells that TCK clocks, for `rimweave -synch`"},
@@ -210,7 +210,7 @@ int32_t lines_to_check(const std::string &text) {
 void plan_chip(CHIP_PLAN &plan, const KIT_CALL &call, const std::string &design) {
     plan.design = design;
     plan.idcode = idcode_digits(kit_value(call, "idcode"));
-    plan.package = kit_value(call, "package", "PACKAGE");
+    plan.package = kit_value(call, "package", design + "_package");
     plan.with_intest = kit_has(call, "intest");
     plan.synchronous = kit_has(call, "synch");
     add_own_folder_to_path();
