@@ -5,3 +5,4 @@
 
 extern const KIT_VERB kit_start;
 extern const KIT_VERB kit_run;
+extern const KIT_VERB kit_bsdl;
