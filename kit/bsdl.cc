@@ -1,7 +1,7 @@
 // rimkit bsdl: the chip's description for a board tester, DESIGN.bsd.
 #include "description/reader.hh"
 #include "kit/bsdl_file.hh"
-#include "kit/cell_types.hh"
+#include "kit/cell_trials.hh"
 #include "kit/files.hh"
 #include "kit/json.hh"
 #include "kit/progress.hh"
@@ -107,6 +107,17 @@ std::vector<std::string> write_files(const BSDL_FILE &file, const BOUNDARY_REGIS
     return written;
 }
 
+/// The Verilog of the boundary cells: as given, else as `start` leaves it.
+std::vector<std::string> cell_models(const KIT_CALL &call, const std::string &design) {
+    std::vector<std::string> models = kit_values(call, "cells");
+    for (const std::string &model : models)
+        if (!TOOL_exists(model))
+            TOOL_fail("", 0, "there is no file '%s' of boundary cells.", model.c_str());
+    if (models.empty() && TOOL_exists(design + "_cells.v"))
+        models.push_back(design + "_cells.v");
+    return models;
+}
+
 int run_bsdl(const KIT_CALL &call) {
     if (call.names.size() != 1)
         kit_usage_fault("one DESIGN, the name of the top module, is needed");
@@ -125,7 +136,8 @@ int run_bsdl(const KIT_CALL &call) {
     if (!found.cells.empty()) {
         bsdl_take_ports(file, found);
         bsdl_take_instructions(file, found);
-        bsdl_take_rows(file, found, {});
+        bsdl_take_rows(file, found,
+                       try_cells(file, found, cell_models(call, file.design), file.design + "_TAP.v"));
     }
     std::vector<std::string> written =
         write_files(file, found, kit_value(call, "output", file.design + ".bsd"));

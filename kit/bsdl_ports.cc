@@ -26,6 +26,7 @@ void fault(BOUNDARY_REGISTER &found, int32_t port, const std::string &text) {
 
 /// Takes a port out of the register: its rows serve nobody.
 void release_rows(BOUNDARY_REGISTER &found, int32_t port) {
+    found.ports[static_cast<size_t>(port)].is_released = true;
     for (REGISTER_ROW &row : found.rows)
         if (row.port == port) {
             row = {row.cell, ROW_INTERNAL};
@@ -126,8 +127,7 @@ const SKIP_SIGNAL *find_skip(const std::string &port) {
 void take_port_without_cell(BSDL_FILE &file, const BOUNDARY_REGISTER &found, int32_t port) {
     const SKIP_SIGNAL *skip = find_skip(chip_port_name(port));
     BSDL_MODE &mode = file.mode_of_port[static_cast<size_t>(port)];
-    if (skip == nullptr && found.ports[static_cast<size_t>(port)].same_net < 0 &&
-        !found.ports[static_cast<size_t>(port)].follows_core) {
+    if (skip == nullptr && !found.ports[static_cast<size_t>(port)].is_released) {
         file.warnings.push_back("Port " + file.word_of_port[static_cast<size_t>(port)] +
                                 " has no boundary cell.");
     } else if (skip != nullptr && skip->value != nullptr && chip_port_direction(port) == SDB_INPUT &&
@@ -273,6 +273,11 @@ void add_scalar(BSDL_FILE &file, BOUNDARY_REGISTER &found, const PACKAGE_PINS &p
     auto row = pins.of_port.find(chip_port_name(port));
     size_t count = row == pins.of_port.end() ? 0 : row->second.size();
     BSDL_MODE mode = file.mode_of_port[static_cast<size_t>(port)];
+    if (count == 0 && mode == MODE_LINKAGE) {
+        file.comments.push_back("Port " + file.word_of_port[static_cast<size_t>(port)] +
+                                " has no row in the pin file and no part in a test: left out.");
+        return;
+    }
     if (count == 0 || (count > 1 && mode != MODE_LINKAGE)) {
         refuse_pins(found, port, count);
         return;
