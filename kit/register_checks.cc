@@ -116,6 +116,14 @@ int32_t place_in_name(const std::string &instance) {
     return has_form ? std::atoi(name.c_str() + 5) : -1;
 }
 
+/// True for a port whose pad the walk found to be turned on and off by others; whether it should be is asked of
+/// the design before the run.
+bool stays_with_core(const BOUNDARY_REGISTER &found, const std::string &name) {
+    int32_t port = SDB_nl_search_port(name.c_str());
+    return port >= 0 && (found.ports[static_cast<size_t>(port)].follows_core ||
+                         found.ports[static_cast<size_t>(port)].is_off);
+}
+
 void compare_row(BOUNDARY_REGISTER &found, const WALKED_CELLS &cells, const ORDER_ROW &row) {
     auto walked = cells.of_port.find(row.port);
     bool stands_there = row.instances.empty();
@@ -128,16 +136,12 @@ void compare_row(BOUNDARY_REGISTER &found, const WALKED_CELLS &cells, const ORDE
         stands_there = stands_there || number->second == row.place || number->second == -2;
         bool serves = walked != cells.of_port.end() && std::find(walked->second.begin(), walked->second.end(),
                                                                  number->second) != walked->second.end();
-        // A pad that stays with the core has its cell without a row here, and what is inside has no port.
-        bool is_free = number->second == -2 || row.port.find('{') != row.port.npos;
-        if (!serves && !is_free) {
-            bool is_internal = false;
-            for (const REGISTER_ROW &at : found.rows)
-                is_internal = is_internal || (at.cell == number->second && at.kind == ROW_INTERNAL);
-            if (!is_internal)
-                order_fault(found, "the cell does not serve the port that the order file gives it", instance,
-                            row.port);
-        }
+        // What is inside the core has no port, and a pad that stays with the core no row.
+        bool is_free = number->second == -2 || row.port.find('{') != row.port.npos ||
+                       stays_with_core(found, row.port);
+        if (!serves && !is_free)
+            order_fault(found, "the cell does not serve the port that the order file gives it", instance,
+                        row.port);
     }
     if (!stands_there)
         order_fault(found, format_text("the order file has the cell at %d, the chain elsewhere", row.place),
@@ -153,6 +157,8 @@ void compare_controls(BOUNDARY_REGISTER &found, const WALKED_CELLS &cells, const
         if (number == cells.number.end() || number->second < 0 || control.first < 0)
             continue;
         auto ports = cells.ports_of_control.find(number->second);
+        if (ports == cells.ports_of_control.end())
+            order_fault(found, "the control cell of the order file holds no pad", control.instance, "");
         for (const std::string &port :
              ports != cells.ports_of_control.end() ? ports->second : std::vector<std::string>{}) {
             auto place = place_of_port.find(port);
@@ -263,6 +269,19 @@ void add_mux_pin(const BOUNDARY_REGISTER &found, std::vector<MISSION_PIN> &pins,
                         row.cell});
 }
 
+/// The enables of pads that have no control cell have to be as they were.
+void add_free_enables(const BOUNDARY_REGISTER &found, std::vector<MISSION_PIN> &pins) {
+    for (const WALK_PAD_ROW &pad : found.walk.pads) {
+        if (pad.port < 0 || !(found.ports[static_cast<size_t>(pad.port)].follows_core ||
+                              found.ports[static_cast<size_t>(pad.port)].is_off))
+            continue;
+        for (const char *pin : {pad.buffer->en_l, pad.buffer->en_h})
+            if (int32_t node = walk_pin(pad.obj, pin); node >= 0)
+                pins.push_back({chip_instance_name(pad.obj), pin, chip_port_name(pad.port), false,
+                                {source_in_mission(found.walk, node, false)}, -1});
+    }
+}
+
 std::vector<MISSION_PIN> mission_pins(const BOUNDARY_REGISTER &found) {
     std::vector<MISSION_PIN> pins;
     for (const REGISTER_ROW &row : found.rows) {
@@ -284,6 +303,7 @@ std::vector<MISSION_PIN> mission_pins(const BOUNDARY_REGISTER &found) {
         if (!drives)
             add_pin(found, pins, row, pad.core_out, true);
     }
+    add_free_enables(found, pins);
     return pins;
 }
 
@@ -344,6 +364,6 @@ void compare_with_source(BOUNDARY_REGISTER &found, const std::string &source_fil
                                     (pin.reads ? "the core does not read the port as before: "
                                                : "the core does not drive the port as before: ") +
                                         first_difference(before, pin.ends),
-                                    found.cells[static_cast<size_t>(pin.cell)].instance, "", pin.port});
+                                    pin.cell < 0 ? pin.pad : found.cells[static_cast<size_t>(pin.cell)].instance, "", pin.port});
     }
 }
