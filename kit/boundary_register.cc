@@ -334,7 +334,8 @@ void REGISTER_MAKER::add_output(int32_t cell, const CELL_ENDS::AT_PAD &at) {
     port.follows_core |= enable.follows_core;
     port.is_off |= enable.is_off;
     // Of differential pads on one enable the run gives the cell to the first; any other pad has to have one.
-    if (enable.follows_core && enable.control < 0 && found.walk.pads[static_cast<size_t>(at.pad)].minus_port < 0)
+    if (enable.follows_core && enable.control < 0 &&
+        found.walk.pads[static_cast<size_t>(at.pad)].minus_port < 0)
         add_fault(found, "enable", found.walk.pads[static_cast<size_t>(at.pad)].obj, -1, at.port,
                   "the enable follows the core: no control cell holds it");
     // A pad that the register can't turn on or off belongs to the chip: its cell serves nobody.
@@ -361,7 +362,9 @@ void REGISTER_MAKER::add_enable_rows(int32_t cell) {
         if (pad.port < 0)
             continue;
         WALK_POINT data = walk_back(found.walk, walk_pin(pad.obj, pad.core_in));
-        bool is_open = pad.core_in == nullptr || data.end == WALK_ZERO || data.end == WALK_ONE;
+        bool has_mux = walk_back(found.walk, walk_pin(pad.obj, pad.buffer->mux_in1)).end == WALK_CELL;
+        bool is_open =
+            pad.core_in == nullptr || (!has_mux && (data.end == WALK_ZERO || data.end == WALK_ONE));
         if (!is_open) {
             controls = true;
             continue;

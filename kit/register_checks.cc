@@ -116,8 +116,8 @@ int32_t place_in_name(const std::string &instance) {
     return has_form ? std::atoi(name.c_str() + 5) : -1;
 }
 
-/// True for a port whose pad the walk found to be turned on and off by others; whether it should be is asked of
-/// the design before the run.
+/// True for a port whose pad the walk found to be turned on and off by others; whether it should be is asked
+/// of the design before the run.
 bool stays_with_core(const BOUNDARY_REGISTER &found, const std::string &name) {
     int32_t port = SDB_nl_search_port(name.c_str());
     return port >= 0 && (found.ports[static_cast<size_t>(port)].follows_core ||
@@ -137,8 +137,8 @@ void compare_row(BOUNDARY_REGISTER &found, const WALKED_CELLS &cells, const ORDE
         bool serves = walked != cells.of_port.end() && std::find(walked->second.begin(), walked->second.end(),
                                                                  number->second) != walked->second.end();
         // What is inside the core has no port, and a pad that stays with the core no row.
-        bool is_free = number->second == -2 || row.port.find('{') != row.port.npos ||
-                       stays_with_core(found, row.port);
+        bool is_free =
+            number->second == -2 || row.port.find('{') != row.port.npos || stays_with_core(found, row.port);
         if (!serves && !is_free)
             order_fault(found, "the cell does not serve the port that the order file gives it", instance,
                         row.port);
@@ -174,8 +174,11 @@ void compare_controls(BOUNDARY_REGISTER &found, const WALKED_CELLS &cells, const
 // ---- the design before the run ------------------------------------------------------------------------
 
 /// A pin of the core, and whether it sees the inverse.
-std::string core_pin(const WALK_POINT &point, bool inverted) {
+std::string core_pin(const NETLIST_WALK &walk, const WALK_POINT &point, bool inverted) {
     const char *sign = inverted ? "~" : "";
+    // A pad is its port: with -no_pad the cell stands between them.
+    if (point.end == WALK_PAD && walk.pads[static_cast<size_t>(point.row)].port >= 0)
+        return sign + chip_port_name(walk.pads[static_cast<size_t>(point.row)].port);
     if (point.end == WALK_PORT)
         return sign + chip_port_name(point.row);
     if (point.end == WALK_ZERO || point.end == WALK_ONE)
@@ -194,12 +197,17 @@ const SCAN_CELL *cell_at(const NETLIST_WALK &walk, const WALK_POINT &point) {
 /// What drives the node while the boundary cells on the way are wires.
 std::string source_in_mission(const NETLIST_WALK &walk, int32_t node, bool inverted) {
     WALK_POINT point = walk_back(walk, node);
+    if (point.end == WALK_PAD && walk_is_pin(point.node, walk.pads[static_cast<size_t>(point.row)].pin))
+        return source_in_mission(walk,
+                                 walk_pin(walk.pads[static_cast<size_t>(point.row)].obj,
+                                          walk.pads[static_cast<size_t>(point.row)].core_in),
+                                 inverted);
     for (const SCAN_CELL *cell; (cell = cell_at(walk, point)) != nullptr; point = walk_back(walk, node)) {
         inverted = inverted != (point.inverters % 2 != 0);
         bool is_way_in = walk_is_pin(point.node, cell->sys_in);
         node = walk_pin(point.row, is_way_in ? cell->sys_pin : cell->data_in);
     }
-    return core_pin(point, inverted != (point.inverters % 2 != 0));
+    return core_pin(walk, point, inverted != (point.inverters % 2 != 0));
 }
 
 /// The pins of the core that the node drives while the boundary cells on the way are wires, sorted.
@@ -211,9 +219,13 @@ std::vector<std::string> loads_in_mission(const NETLIST_WALK &walk, int32_t node
         open.pop_back();
         for (const WALK_POINT &point : walk_forward(walk, from)) {
             bool turned = inverted != (point.inverters % 2 != 0);
+            const WALK_PAD_ROW *pad =
+                point.end == WALK_PAD ? &walk.pads[static_cast<size_t>(point.row)] : nullptr;
             if (const SCAN_CELL *cell = cell_at(walk, point); cell == nullptr) {
+                if (pad != nullptr && walk_is_pin(point.node, pad->pin))
+                    open.emplace_back(walk_pin(pad->obj, pad->core_out), turned);
                 if (point.end == WALK_CORE)
-                    pins.push_back(core_pin(point, turned));
+                    pins.push_back(core_pin(walk, point, turned));
             } else if (walk_is_pin(point.node, cell->data_in)) {
                 open.emplace_back(walk_pin(point.row, cell->data_out), turned);
             } else if (walk_is_pin(point.node, cell->sys_pin)) {
@@ -277,8 +289,12 @@ void add_free_enables(const BOUNDARY_REGISTER &found, std::vector<MISSION_PIN> &
             continue;
         for (const char *pin : {pad.buffer->en_l, pad.buffer->en_h})
             if (int32_t node = walk_pin(pad.obj, pin); node >= 0)
-                pins.push_back({chip_instance_name(pad.obj), pin, chip_port_name(pad.port), false,
-                                {source_in_mission(found.walk, node, false)}, -1});
+                pins.push_back({chip_instance_name(pad.obj),
+                                pin,
+                                chip_port_name(pad.port),
+                                false,
+                                {source_in_mission(found.walk, node, false)},
+                                -1});
     }
 }
 
@@ -307,13 +323,30 @@ std::vector<MISSION_PIN> mission_pins(const BOUNDARY_REGISTER &found) {
     return pins;
 }
 
-/// The pin's node in the design before the run; the port's for a pad that the run added.
-int32_t source_node(const MISSION_PIN &pin) {
+/// The pin's node in the design before the run; the port's for a pad that the run added. -1 for what can't be
+/// compared: with -no_pad a cell stands before a pad that has an enable or goes both ways.
+int32_t source_node(const NETLIST_WALK &walk, const MISSION_PIN &pin) {
     int32_t obj = pin.pad.empty() ? -1 : SDB_lookup_obj(pin.pad.c_str());
     if (obj >= 0)
         return chip_pin_node(obj, pin.pin);
     int32_t port = SDB_nl_search_port(pin.port.c_str());
+    for (const WALK_PAD_ROW &pad : walk.pads)
+        if (pad.port == port && pin.pad.empty() &&
+            (pad.buffer->kind != BUFFER_PLAIN || pad.buffer->inout != nullptr ||
+             pad.buffer->en_l != nullptr || pad.buffer->en_h != nullptr))
+            return -1;
     return port < 0 ? -1 : port_tab[port].node;
+}
+
+/// A pad of the design before the run stands for its port.
+std::string as_port(const NETLIST_WALK &walk, const std::string &end) {
+    size_t sign = end[0] == '~' ? 1 : 0, brace = end.rfind('{');
+    int32_t obj = brace == end.npos ? -1 : SDB_lookup_obj(end.substr(sign, brace - sign).c_str());
+    int32_t pad = obj < 0 ? -1 : walk.pad_of_obj[static_cast<size_t>(obj)];
+    bool is_way_in = pad >= 0 && walk.pads[static_cast<size_t>(pad)].port >= 0 &&
+                     same_text_no_case(walk.pads[static_cast<size_t>(pad)].core_out,
+                                       end.substr(brace + 1, end.size() - brace - 2).c_str());
+    return is_way_in ? end.substr(0, sign) + chip_port_name(walk.pads[static_cast<size_t>(pad)].port) : end;
 }
 
 std::string first_difference(const std::vector<std::string> &before, const std::vector<std::string> &after) {
@@ -352,18 +385,21 @@ void compare_with_source(BOUNDARY_REGISTER &found, const std::string &source_fil
     OPEN_DESIGN source(source_file.c_str());
     NETLIST_WALK walk;
     prepare_walk(walk, found.tap->name != nullptr ? found.tap->name : "");
-    for (const MISSION_PIN &pin : pins) {
-        int32_t node = source_node(pin);
+    for (MISSION_PIN &pin : pins) {
+        if (!pin.reads)
+            pin.ends[0] = as_port(walk, pin.ends[0]);
+        int32_t node = source_node(walk, pin);
         if (node < 0)
             continue;
         std::vector<std::string> before =
             pin.reads ? loads_in_mission(walk, node)
-                      : std::vector<std::string>{source_in_mission(walk, node, false)};
+                      : std::vector<std::string>{as_port(walk, source_in_mission(walk, node, false))};
         if (before != pin.ends)
-            found.faults.push_back({"wire",
-                                    (pin.reads ? "the core does not read the port as before: "
-                                               : "the core does not drive the port as before: ") +
-                                        first_difference(before, pin.ends),
-                                    pin.cell < 0 ? pin.pad : found.cells[static_cast<size_t>(pin.cell)].instance, "", pin.port});
+            found.faults.push_back(
+                {"wire",
+                 (pin.reads ? "the core does not read the port as before: "
+                            : "the core does not drive the port as before: ") +
+                     first_difference(before, pin.ends),
+                 pin.cell < 0 ? pin.pad : found.cells[static_cast<size_t>(pin.cell)].instance, "", pin.port});
     }
 }

@@ -170,14 +170,14 @@ def test_names(bench, given):
     (bench.work / "names.lib").write_text(lib.replace("%MODE_1       MODE_1;", "%MODE_1 MODE_1; %HIGHZ_COMMAND HIGHZ;"))
     ports = f"clk Q q a__b x_ buffer_ in_out {LONG} {LONG}b te tdi tms tck trst_n tdo xtal v[0] v[1] v[2] sig".split()
     rows = [f"{i} P{i} {port} IN" for i, port in enumerate(ports)]
-    (bench.work / "names.pin").write_text("%PACKAGE_TYPE Buffer 21;\n%ALLOWED_MULTIPLE { VDD; }\n" + "\n".join(rows) + "\n90 VDD * *\n91 VDD * *\n")
+    (bench.work / "names.pin").write_text("%PACKAGE_TYPE Body 24;\n%ALLOWED_MULTIPLE { VDD; }\n" + "\n".join(rows) + "\n90 VDD * *\n91 VDD * *\n")
     bench.insert("names", ["cells.v"], ["names.v"])
     output = bench.run("rimkit", "bsdl", "names")
     bsdl = bsdl_reader.read(bench.work / "names.bsd")
-    expect(list(bsdl.vectors), ["clk", "Q", "q_2", "a_b", "x", "buffer_p", "in_out", "a" * 60, "a" * 58 + "_2", "te", "tdi", "tms", "tck",
+    expect(list(bsdl.vectors), ["clk", "Q", "q_2", "a_b", "x_p", "buffer_p", "in_out", "a" * 60, "a" * 58 + "_2", "te", "tdi", "tms", "tck",
                                 "trst_n", "tdo", "xtal", "v", "sig", "VDD"])
     expect(bsdl.vectors["v"], ["v(0)", "v(1)", "v(2)"])
-    expect(bsdl.attributes["PIN_MAP"], "Buffer_p")
+    expect(bsdl.attributes["PIN_MAP"], "Body_p")
     expect(bsdl.attributes["COMPLIANCE_PATTERNS"], "(te) (1)")
     expect(bsdl.private, {"HIGHZ", "MY_IDCODE"})
     expect(bsdl.opcodes["BYPASS"], ["1111"])

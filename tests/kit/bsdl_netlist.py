@@ -101,10 +101,10 @@ class Netlist:
             else:
                 outs = [block.get("OUTPUT")]
             for pin in outs:
-                if pin in pins and pins[pin] not in self.ports:
+                if pin in pins and self.ports.get(pins[pin], "output") == "output":
                     self.driver[pins[pin]] = (name, pin)
         for port, way in self.ports.items():
-            if way == "input":
+            if way != "output":
                 self.driver[port] = (port, None)
 
     def back(self, net):
@@ -164,11 +164,10 @@ def extract(verilog, lib, bsc):
 
     for port, way in netlist.ports.items():
         pads = netlist.pads.get(port, [])
-        if not pads:
-            if way == "input":
-                found.ins[port] = readers.get((port, None), [])
-            elif isinstance(driver(port)[0], int):
-                found.outs[port] = driver(port)
+        if way != "output":
+            found.ins[port] = readers.get((port, None), [])
+        elif isinstance(driver(port)[0], int):
+            found.outs[port] = driver(port)
         for pad, outer in pads:
             cell, pins = netlist.instances[pad]
             block = library.of(cell)
@@ -227,7 +226,7 @@ def compare(bsdl, found):
         readers = {cell for cell, inverted in found.ins.get(port, []) if not inverted}
         listed = {row.number for row in rows if row.function in ("input", "clock", "observe_only", "bidir")}
         both = {row.number for row in rows if row.function == "bidir" or row.function.startswith("output")}
-        outs = {cell for cell, _ in found.outs.values()}
+        outs = {cell for cell, _ in found.outs.values()} | {cell for row in found.enables.values() for cell, *_ in row}
         if not listed - both <= readers or not readers - both - outs <= listed:
             yield f"{port} is read by {readers}, and has {listed}"
     for row in bsdl.rows:
