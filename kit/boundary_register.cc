@@ -48,6 +48,18 @@ bool find_tap(BOUNDARY_REGISTER &found) {
     return found.tap_obj >= 0;
 }
 
+/// A cell of the chip between a test pad and the TAP that can only be a buffer, by its pins and its name. Its
+/// far side, or -1.
+int32_t beyond_plain_buffer(int32_t node) {
+    int32_t obj = node < 0 ? -1 : node_tab[node].obj, class_id = obj < 0 ? -1 : obj_tab[obj].class_id;
+    if (class_id < 0 || class_tab[class_id].pin_count != 2)
+        return -1;
+    std::string name = lower_case(chip_class_name(class_id));
+    int32_t first = obj_tab[obj].first_node, other = node == first ? first + 1 : first;
+    bool turns = chip_pin_direction(node_tab[node].pin) != chip_pin_direction(node_tab[other].pin);
+    return turns && name.find("buf") != name.npos && name.find("inv") == name.npos ? other : -1;
+}
+
 /// The port that a walk from or to the TAP reaches, straight or through its pad; -1 for none.
 int32_t port_of_end(const NETLIST_WALK &walk, const WALK_POINT &point, const char *WALK_PAD_ROW::*pin) {
     if (point.end == WALK_PORT)
@@ -74,14 +86,22 @@ void find_test_ports(BOUNDARY_REGISTER &found) {
         int32_t port = -1, inverters = 0;
         if (pin.port != PORT_TDO) {
             WALK_POINT point = walk_back(found.walk, node);
+            for (int32_t next; point.end == WALK_CORE && (next = beyond_plain_buffer(point.node)) >= 0;)
+                point = walk_back(found.walk, next);
             port = port_of_end(found.walk, point, &WALK_PAD_ROW::core_out);
             inverters = point.inverters;
         } else {
-            for (const WALK_POINT &point : walk_forward(found.walk, node))
-                if (int32_t at = port_of_end(found.walk, point, &WALK_PAD_ROW::core_in); at >= 0) {
+            std::vector<WALK_POINT> ends = walk_forward(found.walk, node);
+            for (size_t i = 0; i < ends.size(); ++i) { // the list grows behind a buffer
+                if (int32_t at = port_of_end(found.walk, ends[i], &WALK_PAD_ROW::core_in); at >= 0) {
                     port = at;
-                    inverters = point.inverters;
+                    inverters = ends[i].inverters;
+                } else if (int32_t next = ends[i].end == WALK_CORE ? beyond_plain_buffer(ends[i].node) : -1;
+                           next >= 0) {
+                    std::vector<WALK_POINT> more = walk_forward(found.walk, next);
+                    ends.insert(ends.end(), more.begin(), more.end());
                 }
+            }
         }
         found.test_ports[pin.port] = port;
         if (port >= 0)
@@ -235,7 +255,8 @@ void take_loads(const BOUNDARY_REGISTER &found, int32_t node, CELL_ENDS &ends) {
             const WALK_PAD_ROW &row = found.walk.pads[static_cast<size_t>(pad)];
             bool low = false;
             PAD_PART part = part_of_pad(found.walk, row, point.node, low);
-            if (part == PART_DATA)
+            bool has_own_cell = point.end == WALK_CELL; // which stands between this pin and the port
+            if (part == PART_DATA && !has_own_cell)
                 ends.data.push_back({pad, row.port, point});
             else if (part == PART_ENABLE)
                 ends.enables.push_back({pad, row.port, point, low});
@@ -363,8 +384,10 @@ void REGISTER_MAKER::add_enable_rows(int32_t cell) {
             continue;
         WALK_POINT data = walk_back(found.walk, walk_pin(pad.obj, pad.core_in));
         bool has_mux = walk_back(found.walk, walk_pin(pad.obj, pad.buffer->mux_in1)).end == WALK_CELL;
-        bool is_open =
-            pad.core_in == nullptr || (!has_mux && (data.end == WALK_ZERO || data.end == WALK_ONE));
+        bool has_own_cell =
+            found.walk.classes[static_cast<size_t>(obj_tab[pad.obj].class_id)].cell != nullptr;
+        bool is_open = pad.core_in == nullptr ||
+                       (!has_mux && !has_own_cell && (data.end == WALK_ZERO || data.end == WALK_ONE));
         if (!is_open) {
             controls = true;
             continue;
