@@ -484,24 +484,34 @@ void note_double_drivers(BOUNDARY_REGISTER &found) {
     }
 }
 
-/// A cell whose serial or data pin hangs in the air can't be what the library file says.
-void note_open_pins(BOUNDARY_REGISTER &found) {
+/// A control pin hangs on the TAP's pin of its signal, with the polarity that the library file gives the latter.
+/// Pads with a cell inside may leave a pin open.
+void check_control_pin(BOUNDARY_REGISTER &found, const REGISTER_CELL &row, int32_t signal) {
+    const CONTROL_SIGNAL_INFO &info = CONTROL_SIGNALS[signal];
+    const REGISTER_SIGNAL &at = row.signals[signal];
+    const char *pin = without_minus(row.cell->*info.cell_pin);
+    bool is_pad = found.walk.pad_of_obj[static_cast<size_t>(row.obj)] >= 0;
+    bool is_clock = signal == SIG_BCLK; // looked at by -synch alone
+    if (pin == nullptr || at.source.end == WALK_NONE || ((is_pad || is_clock) && at.source.end == WALK_OPEN))
+        return;
+    std::string expected = is_clock ? BCELL_TCK : tap_pin_name(*found.tap, info.tap_field);
+    bool is_inverted = !is_clock && is_active_low(found.tap->*info.tap_field);
+    if (at.source.end == WALK_TAP ? lower_case(at.tap_pin) != lower_case(expected) : !is_clock)
+        add_fault(found, "cell", row.obj, walk_pin(row.obj, pin), -1,
+                  format_text("the cell's pin %s is not on the TAP's pin %s", pin, expected.c_str()));
+    else if (at.is_inverted != is_inverted)
+        add_fault(found, "cell", row.obj, walk_pin(row.obj, pin), -1,
+                  format_text("the cell's pin %s has the TAP's pin %s with the wrong polarity", pin,
+                              expected.c_str()));
+}
+
+void check_pins_of_cells(BOUNDARY_REGISTER &found) {
     for (const REGISTER_CELL &row : found.cells) {
-        const SCAN_CELL &cell = *row.cell;
-        for (const char *pin : {cell.data_in, cell.shift_dr, cell.clock_dr, cell.update_dr, cell.mode_1,
-                                cell.mode_2, cell.mode_3}) {
-            int32_t node = walk_pin(row.obj, pin);
-            if (pin == nullptr || found.walk.pad_of_obj[static_cast<size_t>(row.obj)] >= 0)
-                continue;
-            WALK_POINT source = walk_back(found.walk, node);
-            bool is_data = pin == cell.data_in;
-            if (source.end == WALK_MANY)
-                add_fault(found, "cell", row.obj, node, -1,
-                          format_text("the cell's pin %s has two drivers", pin));
-            else if (!is_data && source.end != WALK_TAP)
-                add_fault(found, "cell", row.obj, node, -1,
-                          format_text("the cell's control pin %s is not driven by the TAP", pin));
-        }
+        for (int32_t signal = 0; signal < SIGNAL_COUNT; ++signal)
+            check_control_pin(found, row, signal);
+        int32_t node = walk_pin(row.obj, row.cell->data_in);
+        if (walk_back(found.walk, node).end == WALK_MANY)
+            add_fault(found, "cell", row.obj, node, -1, "what the cell reads has two drivers");
     }
 }
 
@@ -517,7 +527,7 @@ void make_rows(BOUNDARY_REGISTER &found) {
         maker.add_rows(static_cast<int32_t>(i));
     note_inversions(found);
     note_double_drivers(found);
-    note_open_pins(found);
+    check_pins_of_cells(found);
 }
 
 void look_at_ports(BOUNDARY_REGISTER &found) {

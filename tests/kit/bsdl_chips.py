@@ -214,6 +214,7 @@ WRONG = {"cells swapped in the chain": [("BCELL24_IN", "SI", ("BCELL25_IN", "SI"
          "wrong mode": [("BCELL32_OUT", "MODE", ("u_tap", "MODE_2"))],
          "mode on the core": [("BCELL32_OUT", "MODE", ("pad_tms", "C"))],
          "clock tied": [("BCELL32_OUT", "CK", "1'b0")], "update on the clock": [("BCELL33_OUT", "UP", ("u_tap", "CLOCK_DR"))],
+         "shift inverted": [("BCELL24_IN", "SE", "not_shift")],
          "shift open": [("BCELL24_IN", "SE", "")],
          "way in of another pad": [("BCELL9_BI", "SP", ("BCELL11_BI", "SP"))],
          "TAP ports swapped": [("u_tap", "TMS", ("pad_tdi", "C"))],
@@ -230,6 +231,7 @@ def test_faults(bench, given):
     bench.judge("chip", "--cells", "cells.v")
     inverted = good.replace("OPAD pad_txd (.I(BCELL32_OUT_DO)", "INV u_wrong (.A(BCELL32_OUT_DO), .Z(wrong));\n  OPAD pad_txd (.I(wrong)")
     chips = {"inverter before a pad": inverted}
+    good = good.replace("  TBUF shift_buf_1_1 ", "  INV u_not (.A(u_tap_SHIFT_DR), .Z(not_shift));\n  TBUF shift_buf_1_1 ")
     for name, wires in WRONG.items():
         chips[name] = good
         for wire in wires:
@@ -239,7 +241,7 @@ def test_faults(bench, given):
         (bench.work / "wrong.v").write_text(text)
         bench.run("kalmverin", "wrong.v", "-top", "chip_jtag")
         try:
-            output = bench.run("rimkit", "bsdl", "--cells", "cells.v", "chip", status=1)
+            output = bench.run("rimkit", "bsdl", "chip", status=1)
             if "ERROR: " not in output or (bench.work / "chip.bsd").exists():
                 missed.append(f"{name}: no finding, or a file\n{output}")
         except Failed as fault:
