@@ -119,6 +119,24 @@ void find_test_ports(BOUNDARY_REGISTER &found) {
     }
 }
 
+/// The TDO pad is turned on by the TAP, or for good.
+void check_tdo_enable(BOUNDARY_REGISTER &found) {
+    int32_t port = found.test_ports[PORT_TDO];
+    std::string expected = tap_pin_name(*found.tap, &TAP_CELL::tdo_en);
+    for (int32_t number : port < 0 ? std::vector<int32_t>{} : found.ports[static_cast<size_t>(port)].pads) {
+        const WALK_PAD_ROW &pad = found.walk.pads[static_cast<size_t>(number)];
+        for (bool low : {true, false}) {
+            int32_t node = walk_pin(pad.obj, low ? pad.buffer->en_l : pad.buffer->en_h);
+            WALK_POINT source = walk_back(found.walk, node);
+            bool from_tap = source.end == WALK_TAP && walk_is_pin(source.node, expected.c_str());
+            bool is_on = source.end == (low != (source.inverters % 2 != 0) ? WALK_ZERO : WALK_ONE);
+            if (node >= 0 && !from_tap && !is_on)
+                add_fault(found, "tap", pad.obj, node, port,
+                          "the enable of the TDO pad is not driven by the TAP");
+        }
+    }
+}
+
 // ---- the chain ----------------------------------------------------------------------------------------
 
 /// The next end of the chain behind a node: a cell's %TDI or the TAP's last-cell pin.
@@ -484,8 +502,8 @@ void note_double_drivers(BOUNDARY_REGISTER &found) {
     }
 }
 
-/// A control pin hangs on the TAP's pin of its signal, with the polarity that the library file gives the latter.
-/// Pads with a cell inside may leave a pin open.
+/// A control pin hangs on the TAP's pin of its signal, with the polarity that the library file gives the
+/// latter. Pads with a cell inside may leave a pin open.
 void check_control_pin(BOUNDARY_REGISTER &found, const REGISTER_CELL &row, int32_t signal) {
     const CONTROL_SIGNAL_INFO &info = CONTROL_SIGNALS[signal];
     const REGISTER_SIGNAL &at = row.signals[signal];
@@ -567,6 +585,7 @@ void read_boundary_register(BOUNDARY_REGISTER &found) {
         return;
     look_at_ports(found);
     find_test_ports(found);
+    check_tdo_enable(found);
     if (walk_chain(found))
         make_rows(found);
 }
