@@ -213,8 +213,10 @@ CELL_TYPES try_cells(const BSDL_FILE &file, BOUNDARY_REGISTER &found, const std:
     if (!types.why_not.empty())
         return types;
     std::vector<TRIAL_KIND> kinds = find_kinds(found, modules_of(models), types);
-    if (kinds.empty())
+    if (kinds.empty()) {
+        types.why_not = "the models (--cells) hold none of the boundary cells";
         return types;
+    }
     std::vector<std::string> files = models;
     files.push_back(tap_file);
     TRIAL_RESULTS results;
