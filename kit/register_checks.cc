@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <set>
 #include <sstream>
 #include <unordered_map>
 
@@ -194,18 +195,25 @@ const SCAN_CELL *cell_at(const NETLIST_WALK &walk, const WALK_POINT &point) {
     return is_own ? walk.classes[static_cast<size_t>(obj_tab[point.row].class_id)].cell : nullptr;
 }
 
+constexpr int32_t MOST_CELLS = 1000; ///< one behind the other; more is a ring of them
+
 /// What drives the node while the boundary cells on the way are wires.
 std::string source_in_mission(const NETLIST_WALK &walk, int32_t node, bool inverted) {
     WALK_POINT point = walk_back(walk, node);
-    if (point.end == WALK_PAD && walk_is_pin(point.node, walk.pads[static_cast<size_t>(point.row)].pin))
-        return source_in_mission(walk,
-                                 walk_pin(walk.pads[static_cast<size_t>(point.row)].obj,
-                                          walk.pads[static_cast<size_t>(point.row)].core_in),
-                                 inverted);
-    for (const SCAN_CELL *cell; (cell = cell_at(walk, point)) != nullptr; point = walk_back(walk, node)) {
+    if (const WALK_PAD_ROW *pad =
+            point.end == WALK_PAD ? &walk.pads[static_cast<size_t>(point.row)] : nullptr;
+        pad != nullptr && walk_is_pin(point.node, pad->pin)) { // asked of a port: what its pad is driven by
+        inverted = inverted != (point.inverters % 2 != 0);
+        point = walk_back(walk, walk_pin(pad->obj, pad->core_in));
+    }
+    const SCAN_CELL *cell = cell_at(walk, point);
+    for (int32_t step = 0; cell != nullptr; cell = cell_at(walk, point), ++step) {
+        if (step > MOST_CELLS)
+            return "a ring of cells";
         inverted = inverted != (point.inverters % 2 != 0);
         bool is_way_in = walk_is_pin(point.node, cell->sys_in);
         node = walk_pin(point.row, is_way_in ? cell->sys_pin : cell->data_in);
+        point = walk_back(walk, node);
     }
     return core_pin(walk, point, inverted != (point.inverters % 2 != 0));
 }
@@ -214,7 +222,12 @@ std::string source_in_mission(const NETLIST_WALK &walk, int32_t node, bool inver
 std::vector<std::string> loads_in_mission(const NETLIST_WALK &walk, int32_t node) {
     std::vector<std::string> pins;
     std::vector<std::pair<int32_t, bool>> open = {{node, false}};
+    std::set<std::pair<int32_t, bool>> met;
     while (!open.empty()) {
+        if (!met.insert(open.back()).second) {
+            open.pop_back();
+            continue;
+        }
         auto [from, inverted] = open.back();
         open.pop_back();
         for (const WALK_POINT &point : walk_forward(walk, from)) {
