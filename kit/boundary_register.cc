@@ -316,8 +316,16 @@ PAD_ENABLE enable_of(BOUNDARY_REGISTER &found, const WALK_PAD_ROW &pad,
         WALK_POINT source = walk_back(found.walk, node);
         bool inverted = source.inverters % 2 != 0, off_at = low != inverted;
         auto number = source.end == WALK_CELL ? number_of_obj.find(source.row) : number_of_obj.end();
-        if (pin == nullptr || source.end == WALK_TAP) {
-            continue; // the TAP's own command turns it off in HIGHZ alone
+        if (pin == nullptr)
+            continue;
+        if (source.end == WALK_TAP) {
+            // The command of HIGHZ turns it off under that instruction alone.
+            bool is_command =
+                walk_is_pin(source.node, tap_pin_name(*found.tap, &TAP_CELL::highz_command).c_str()) &&
+                off_at != is_active_low(found.tap->highz_command);
+            if (!is_command)
+                add_fault(found, "enable", pad.obj, node, pad.port,
+                          "the enable hangs on the TAP, and not on what %HIGHZ_COMMAND names");
         } else if (number != number_of_obj.end()) {
             const SCAN_CELL &cell = *found.cells[static_cast<size_t>(number->second)].cell;
             if (enable.control >= 0 && enable.control != number->second)

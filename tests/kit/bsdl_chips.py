@@ -123,6 +123,12 @@ def test_kinds(bench, given):
         kinds_variants.Variant(name, *kinds_variants.VARIANTS[name], internals="in_ring" not in name)
     kinds_variants.build(variant, given.bin.resolve(), bench.work)
     bsdl, _ = bench.judge("kinds", "--cells", "pads.v", "--cells", "gated.v")
+    if name == "highz":
+        good = (bench.work / "kinds_jtag_flat.v").read_text()
+        expect(bsdl.private, {"HIGHZ"})
+        (bench.work / "wrong.v").write_text(set_pin(good, "p_tk", "OEN", ("u_tap", "MODE_1")))
+        bench.run("kalmverin", "wrong.v", "-top", "kinds_jtag")
+        bench.run("rimkit", "bsdl", "kinds", status=1)
     if not variant.rng:
         expect([row[3:] for row in rows_of(bsdl, "od") + rows_of(bsdl, "os")], [("1", "WEAK1"), ("0", "WEAK0")])
         expect([bsdl.ports[port] for port in ("tk", "iog", "iof", "dom", "dn")],
