@@ -86,9 +86,9 @@ void find_test_ports(BOUNDARY_REGISTER &found) {
         found.test_ports[pin.port] = port;
         if (port >= 0)
             found.ports[static_cast<size_t>(port)].tap_port = static_cast<int8_t>(pin.port);
-        bool is_wrong = port < 0 ? pin.port != PORT_TRST || pin.declared != nullptr
-                                 : pin.declared != nullptr &&
-                                       chip_port_name(port) != without_minus(pin.declared);
+        bool is_wrong = port < 0
+                            ? pin.port != PORT_TRST || pin.declared != nullptr
+                            : pin.declared != nullptr && chip_port_name(port) != without_minus(pin.declared);
         if (is_wrong)
             add_fault(found, "tap", found.tap_obj, node, port,
                       format_text("%s of the TAP is not wired to the port '%s'", pin.word,
@@ -423,10 +423,10 @@ void find_servers(REGISTER_MAKER &maker) {
         }
     // An output that watches a served input is no second server of it.
     for (size_t port = 0; port < maker.server.size(); ++port)
-        if (int32_t cell = maker.server[port]; cell >= 0 && maker.first_watcher[port] >= 0 &&
-                                              !maker.ends[static_cast<size_t>(cell)].data.empty() &&
-                                              maker.ends[static_cast<size_t>(cell)].sensed.port !=
-                                                  static_cast<int32_t>(port))
+        if (int32_t cell = maker.server[port];
+            cell >= 0 && maker.first_watcher[port] >= 0 &&
+            !maker.ends[static_cast<size_t>(cell)].data.empty() &&
+            maker.ends[static_cast<size_t>(cell)].sensed.port != static_cast<int32_t>(port))
             maker.server[port] = -1;
 }
 
