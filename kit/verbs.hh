@@ -6,3 +6,4 @@
 extern const KIT_VERB kit_start;
 extern const KIT_VERB kit_run;
 extern const KIT_VERB kit_bsdl;
+extern const KIT_VERB kit_patterns;
