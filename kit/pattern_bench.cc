@@ -17,8 +17,8 @@ namespace {
 
 const char *const HEAD = R"(// Bench of @DESIGN_jtag, made by rimkit from the final netlist: @STEPS steps.
 //
-//   iverilog -g2005 -s bench -o bench.vvp @DESIGN_bench.v @DESIGN_jtag.v @DESIGN_TAP.v CELLS.v && vvp -n bench.vvp
-//   verilator --binary --timing -Wno-fatal --top-module bench @DESIGN_bench.v @DESIGN_jtag.v @DESIGN_TAP.v CELLS.v
+//   $ iverilog -g2005 -s bench -o bench.vvp @DESIGN_bench.v @DESIGN_jtag.v @DESIGN_TAP.v CELLS.v && vvp -n bench.vvp
+//   $ verilator --binary --timing -Wno-fatal --top-module bench @DESIGN_bench.v @DESIGN_jtag.v @DESIGN_TAP.v CELLS.v
 //
 // The last line is `BENCH PASS n checks` or `BENCH FAIL m of n checks`.
 `timescale 1ns / 1ps
@@ -40,7 +40,7 @@ module bench;
     reg [BITS-1:0] as_pin [0:STEPS-1];      // bits that must be what their pins have at Capture-DR
     reg [BITS-1:0] as_before [0:STEPS-1];   // bits that must be what the scan before had
     reg [PINS-1:0] value [0:STEPS-1];       // for the pins,
-    reg [PINS-1:0] strong [0:STEPS-1];      // driven or just pulled
+    reg [PINS-1:0] driven [0:STEPS-1];      // driven or just pulled
     reg [PINS-1:0] care_0 [0:STEPS-1];      // pins that must be `want_0` against a weak 0
     reg [PINS-1:0] want_0 [0:STEPS-1];
     reg [PINS-1:0] care_1 [0:STEPS-1];      // the same against a weak 1
@@ -64,26 +64,25 @@ const char *const BODY = R"(
     reg [PINS-1:0] at_capture, before_edge, seen_0, seen_1;
     reg [BITS-1:0] got, got_before;
     reg out_0, out_1;
-    reg guard;
+    reg guard, right, told, tms_bit;
+    reg [2:0] place; // in a scan
+    localparam IDLE = 0, SELECT = 1, CAPTURE = 2, SHIFT = 3, EXIT1 = 4, PAUSE = 5, EXIT2 = 6, UPDATE = 7;
 
-    // Tells of a fault; `good` must be 1.
-    task check;
-        input good;
+    // The head of a message; the caller tells the rest. `told` is 1 when it is to be told at all.
+    task fault;
         begin
-            checks = checks + 1;
-            if (good !== 1'b1) begin
-                faults = faults + 1;
-                if (faults <= SHOWN)
-                    $write("FAULT: step %0d, %0s: ", step, reason[step]);
-                if (faults == SHOWN + 1)
-                    $display("more faults are not told");
-            end
+            faults = faults + 1;
+            told = faults <= SHOWN;
+            if (told)
+                $write("FAULT: step %0d, %0s: ", step, reason[step]);
+            if (faults == SHOWN + 1)
+                $display("more faults are not told");
         end
     endtask
 
     // One period of TCK. TDO is read at the end of the low phase, against a weak 0 and a weak 1.
     task tick;
-        input next_tms, next_tdi, shifts;
+        input next_tms, next_tdi, may_drive;
         begin
             tck = 1'b0;
             tms = next_tms;
@@ -93,10 +92,13 @@ const char *const BODY = R"(
             pull[@TDO] = 1'b1;
             #QUARTER out_1 = seen[@TDO];
             before_edge = seen;
-            if (!shifts && TDO_RELEASES) begin
-                check(out_0 === 1'b0 && out_1 === 1'b1);
-                if (!(out_0 === 1'b0 && out_1 === 1'b1) && faults <= SHOWN)
-                    $display("TDO is driven outside the shift states");
+            if (!may_drive && TDO_RELEASES) begin
+                checks = checks + 1;
+                if (out_0 !== 1'b0 || out_1 !== 1'b1) begin
+                    fault;
+                    if (told)
+                        $display("TDO is driven outside the shift states");
+                end
             end
             tck = 1'b1;
             #QUARTER;
@@ -112,57 +114,71 @@ const char *const BODY = R"(
         end
     endtask
 
-    task check_bit; // of the scan that was made: bit i against `right`
-        input right;
+    task check_bit; // bit i of the scan that was made against `right`
         begin
-            check(got[i] === right);
-            if (got[i] !== right && faults <= SHOWN) begin
-                if (kind[step] == 3 && size[step] >= CELLS && i < CELLS)
+            checks = checks + 1;
+            if (got[i] !== right) begin
+                fault;
+                if (told && kind[step] == 3 && size[step] >= CELLS && i < CELLS)
                     $display("%0s came out as %b, should be %b", cell_name[i], got[i], right);
-                else
+                else if (told)
                     $display("bit %0d came out as %b, should be %b", i, got[i], right);
             end
         end
     endtask
 
+    task check_scan;
+        for (i = 0; i < size[step]; i = i + 1) begin
+            guard = care[step][i] || as_before[step][i] || as_pin[step][i];
+            right = as_before[step][i] ? got_before[i] : want[step][i];
+            if (as_pin[step][i]) begin
+                right = at_capture[cell_pin[i]] ^ cell_turns[i];
+                if (cell_control[i] >= 0)
+                    guard = got[cell_control[i]] === !cell_off[i];
+            end
+            if (guard)
+                check_bit;
+        end
+    endtask
+
+    // From Run-Test/Idle through the columns of the state diagram and back.
     task scan;
         begin
-            if (kind[step] == 2)
-                tick(1'b1, 1'b1, 1'b0);
-            tick(1'b1, 1'b1, 1'b0);
-            tick(1'b0, 1'b1, 1'b0);
-            tick(1'b0, 1'b1, 1'b0); // in Capture
-            at_capture = before_edge;
-            on = on & ~MAY_TURN_ON;  // the update may turn these pads on
             got_before = got;
             got = {BITS{1'b0}};
-            for (i = 0; i < size[step]; i = i + 1) begin
-                tick(i + 1 == size[step] || i + 1 == pause[step], tdi[step][i], 1'b1);
-                got[i] = out_0 === out_1 ? out_0 : 1'bx;
-                if (i + 1 == pause[step] && i + 1 != size[step]) begin
-                    tick(1'b0, 1'b1, 1'b0);
-                    tick(1'b0, 1'b1, 1'b0);
-                    tick(1'b1, 1'b1, 1'b0);
-                    tick(1'b0, 1'b1, 1'b0);
-                end
-            end
+            place = SELECT;
+            i = 0;
             tick(1'b1, 1'b1, 1'b0);
-            settle; // the update happens as TCK falls
-            tick(1'b0, 1'b1, 1'b0);
-            settle;
-            for (i = 0; i < size[step]; i = i + 1) begin
-                if (care[step][i])
-                    check_bit(want[step][i]);
-                if (as_before[step][i])
-                    check_bit(got_before[i]);
-                if (as_pin[step][i]) begin
-                    guard = 1'b1;
-                    if (cell_control[i] >= 0)
-                        guard = got[cell_control[i]] === !cell_off[i];
-                    if (guard)
-                        check_bit(at_capture[cell_pin[i]] ^ cell_turns[i]);
+            if (kind[step] == 2)
+                tick(1'b1, 1'b1, 1'b0);
+            while (place != IDLE) begin
+                case (place)
+                    SHIFT: tms_bit = i + 1 == size[step] || i + 1 == pause[step];
+                    EXIT1: tms_bit = i == size[step];
+                    PAUSE, EXIT2: tms_bit = place == PAUSE || i == size[step];
+                    default: tms_bit = 1'b0;
+                endcase
+                tick(tms_bit, place == SHIFT ? tdi[step][i] : 1'b1, place == SHIFT);
+                if (place == SHIFT) begin
+                    got[i] = out_0 === out_1 ? out_0 : 1'bx;
+                    i = i + 1;
                 end
+                if (place == CAPTURE) begin
+                    at_capture = before_edge;
+                    on = on & ~MAY_TURN_ON; // the update may turn these pads on
+                end
+                case (place)
+                    SELECT: place = CAPTURE;
+                    CAPTURE: place = SHIFT;
+                    SHIFT: place = tms_bit ? EXIT1 : SHIFT;
+                    EXIT1: place = tms_bit ? UPDATE : PAUSE;
+                    PAUSE: place = EXIT2;
+                    EXIT2: place = SHIFT;
+                    default: place = IDLE;
+                endcase
             end
+            settle;
+            check_scan;
         end
     endtask
 
@@ -170,25 +186,26 @@ const char *const BODY = R"(
     task set_pins;
         begin
             drive = value[step];
-            on = strong[step] & ~MAY_TURN_ON;
+            on = driven[step] & ~MAY_TURN_ON;
             pull = {PINS{1'b0}};
             #QUARTER seen_0 = seen;
             pull = {PINS{1'b1}};
             #QUARTER seen_1 = seen;
             pull = value[step];
-            on = strong[step];
+            on = driven[step];
             #QUARTER;
             for (i = 0; i < PINS; i = i + 1) begin
                 guard = (!care_0[step][i] || seen_0[i] === want_0[step][i]) &&
                         (!care_1[step][i] || seen_1[i] === want_1[step][i]) &&
                         (!care_driven[step][i] || (seen_0[i] === seen_1[i] && (^seen_0[i]) !== 1'bx));
                 if (care_0[step][i] || care_1[step][i] || care_driven[step][i])
-                    check(guard);
-                if (!guard && faults <= SHOWN) begin
-                    if (care_driven[step][i])
+                    checks = checks + 1;
+                if (!guard) begin
+                    fault;
+                    if (told && care_driven[step][i])
                         $display("pin %0s reads %b against a weak 0 and %b against a weak 1, should be driven",
                                  pin_name[i], seen_0[i], seen_1[i]);
-                    else
+                    else if (told)
                         $display("pin %0s reads %b against a weak 0 and %b against a weak 1, should read %b and %b",
                                  pin_name[i], seen_0[i], seen_1[i], care_0[step][i] ? want_0[step][i] : 1'bx,
                                  care_1[step][i] ? want_1[step][i] : 1'bx);
@@ -207,12 +224,10 @@ const char *const BODY = R"(
                 settle;
                 trst = 1'b1;
                 settle;
-            end else begin
-                for (i = 0; i < 5; i = i + 1)
-                    tick(1'b1, 1'b1, step == FIRST_RESET); // before it the state is unknown
-                settle;
             end
-            tick(1'b0, 1'b1, 1'b0);
+            // Before the first reset the state is unknown.
+            for (i = kind[step] == 1 ? 5 : 0; i < 6; i = i + 1)
+                tick(i < 5, 1'b1, step == FIRST_RESET && i < 5);
             settle;
         end
     endtask
@@ -228,8 +243,6 @@ const char *const BODY = R"(
         tms = 1'b1;
         tdi_bit = 1'b1;
         trst = 1'b1;
-        fill_names;
-        fill_steps;
         settle;
         for (step = 0; step < STEPS; step = step + 1)
             case (kind[step])
@@ -315,7 +328,7 @@ std::string pin_text(const PATTERN_LIST &list) {
             text += format_text("    assign p%zu = %s;\n", i, signal);
         else if (pin.role == PIN_DRIVEN)
             text += format_text("    assign p%zu = drive[%zu];\n", i, i);
-        else if (pin.role != PIN_LEFT)
+        else if (pin.is_pulled)
             text += format_text("    assign (weak1, weak0) p%zu = pull[%zu];\n", i, i);
         if (pin.role == PIN_BOTH)
             text += format_text("    assign p%zu = on[%zu] ? drive[%zu] : 1'bz;\n", i, i, i);
@@ -359,21 +372,21 @@ std::string instance_text(const PATTERN_LIST &list) {
 }
 
 std::string names_text(const PATTERN_LIST &list) {
-    std::string text = "\n    task fill_names;\n        begin\n";
+    std::string text = "\n    initial begin\n";
     for (size_t i = 0; i < list.pins.size(); ++i)
-        text += format_text("            pin_name[%zu] = %s;\n", i, quoted(list.pins[i].name).c_str());
+        text += format_text("        pin_name[%zu] = %s;\n", i, quoted(list.pins[i].name).c_str());
     for (size_t i = 0; i < list.cells.size(); ++i) {
         const PATTERN_CELL &cell = list.cells[i];
-        text += format_text("            cell_name[%zu] = %s; cell_pin[%zu] = %d; cell_control[%zu] = %d; "
+        text += format_text("        cell_name[%zu] = %s; cell_pin[%zu] = %d; cell_control[%zu] = %d; "
                             "cell_off[%zu] = %d; cell_turns[%zu] = %d;\n",
                             i, quoted(cell.name).c_str(), i, cell.pin, i, cell.control, i, cell.disable == 1,
                             i, cell.inverted);
     }
-    return text + "        end\n    endtask\n";
+    return text + "    end\n";
 }
 
 std::string step_text(size_t number, const PATTERN_STEP &step) {
-    std::string text = format_text("            kind[%zu] = %d; reason[%zu] = %s;", number, step.kind, number,
+    std::string text = format_text("        kind[%zu] = %d; reason[%zu] = %s;", number, step.kind, number,
                                    quoted(step.reason).c_str());
     auto add = [&text, number](const char *name, const std::string &value) {
         if (!value.empty())
@@ -390,7 +403,7 @@ std::string step_text(size_t number, const PATTERN_STEP &step) {
         add("as_before", constant(driven, "="));
     } else if (step.kind == STEP_PINS) {
         add("value", constant(step.drive, "1"));
-        add("strong", constant(step.drive, "01"));
+        add("driven", constant(step.drive, "01"));
         add("care_0", constant(step.shown, "01zl"));
         add("want_0", constant(step.shown, "1"));
         add("care_1", constant(step.shown, "01zh"));
@@ -400,17 +413,24 @@ std::string step_text(size_t number, const PATTERN_STEP &step) {
     return text + "\n";
 }
 
-/// The tables, zero where nothing is said.
+/// The tables, zero where nothing is said. They stand in blocks of moderate size, outside of the one that
+/// waits: a compiled simulator takes long for a long one.
 std::string steps_text(const PATTERN_LIST &list) {
-    std::string text = "\n    task fill_steps;\n        begin\n"
-                       "            for (step = 0; step < STEPS; step = step + 1) begin\n";
-    for (const char *name : {"size", "pause", "tdi", "care", "want", "as_pin", "as_before", "value", "strong",
+    std::string zeros = "        for (k = FIRST; k < LAST; k = k + 1) begin\n", text;
+    for (const char *name : {"size", "pause", "tdi", "care", "want", "as_pin", "as_before", "value", "driven",
                              "care_0", "want_0", "care_1", "want_1", "care_driven"})
-        text += format_text("                %s[step] = 0;\n", name);
-    text += "            end\n";
-    for (size_t i = 0; i < list.steps.size(); ++i)
-        text += step_text(i, list.steps[i]);
-    return text + "        end\n    endtask\n";
+        zeros += format_text("            %s[k] = 0;\n", name);
+    zeros += "        end\n";
+    constexpr size_t block = 32;
+    for (size_t first = 0; first < list.steps.size(); first += block) {
+        size_t last = std::min(first + block, list.steps.size());
+        text += format_text("\n    initial begin : steps_%zu\n        integer k;\n", first) +
+                replaced(zeros, {{"FIRST", std::to_string(first)}, {"LAST", std::to_string(last)}});
+        for (size_t i = first; i < last; ++i)
+            text += step_text(i, list.steps[i]);
+        text += "    end\n";
+    }
+    return text;
 }
 
 } // namespace

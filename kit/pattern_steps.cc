@@ -90,6 +90,19 @@ PATTERN_ROLE role_of(const STEP_MAKER &maker, int32_t port) {
     return row.is_off ? PIN_DRIVEN : has_row || !row.pads.empty() ? PIN_SEEN : PIN_LEFT;
 }
 
+/// True when a pad on the port can let go of it: a weak driver on a wire that is always driven is not
+/// resolved by every simulator.
+bool may_release(const STEP_MAKER &maker, int32_t port) {
+    if (chip_port_direction(port) == SDB_BIDIRECTIONAL)
+        return true;
+    for (int32_t pad : maker.found.ports[static_cast<size_t>(port)].pads) {
+        const BUFFER_CELL &buffer = *maker.found.walk.pads[static_cast<size_t>(pad)].buffer;
+        if (buffer.en_l != nullptr || buffer.en_h != nullptr)
+            return true;
+    }
+    return false;
+}
+
 void take_pins(STEP_MAKER &maker) {
     std::unordered_map<std::string, const char *> skips;
     for (const SKIP_SIGNAL *skip : rows(SKIP_SIGNAL_TAB))
@@ -119,6 +132,11 @@ void take_pins(STEP_MAKER &maker) {
     for (PATTERN_PIN &pin : maker.list.pins)
         if (pin.minus_of >= 0 && pin.role != PIN_TEST)
             pin.role = pin_of(maker, pin.minus_of).role;
+    for (size_t i = 0; i < maker.list.pins.size(); ++i) {
+        PATTERN_PIN &pin = maker.list.pins[i];
+        pin.is_pulled = pin.role == PIN_BOTH || ((pin.role == PIN_SEEN || pin.role == PIN_TEST) &&
+                                                 may_release(maker, static_cast<int32_t>(i)));
+    }
 }
 
 void take_cells(STEP_MAKER &maker) {

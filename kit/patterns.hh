@@ -23,9 +23,10 @@ enum PATTERN_ROLE : uint8_t {
 struct PATTERN_PIN {
     std::string name;
     PATTERN_ROLE role = PIN_LEFT;
-    int32_t minus_of = -1; ///< the plus leg; this pin is its complement
-    char held = '-';       ///< value that a compliance pin keeps
-    char pull = 'z';       ///< what the pad's own resistor makes of the pin: '0', '1', 'z', '-' for a keeper
+    bool is_pulled = false; ///< weakly, since the chip may release it
+    int32_t minus_of = -1;  ///< the plus leg; this pin is its complement
+    char held = '-';        ///< value that a compliance pin keeps
+    char pull = 'z';        ///< what the pad's own resistor makes of the pin: '0', '1', 'z', '-' for a keeper
 };
 
 enum PATTERN_KIND : uint8_t { STEP_RESET, STEP_TRST, STEP_IR, STEP_DR, STEP_PINS };
