@@ -38,6 +38,8 @@ module bench;
     reg [BITS-1:0] care [0:STEPS-1];        // bits that must be those of `want`
     reg [BITS-1:0] want [0:STEPS-1];
     reg [BITS-1:0] as_pin [0:STEPS-1];      // bits that must be what their pins have at Capture-DR
+    reg [BITS-1:0] as_enabled [0:STEPS-1];  // the same, while the captured enable is on
+    reg [BITS-1:0] frees [0:STEPS-1];       // cells whose pin is free while the captured enable is off
     reg [BITS-1:0] as_before [0:STEPS-1];   // bits that must be what the scan before had
     reg [PINS-1:0] value [0:STEPS-1];       // for the pins,
     reg [PINS-1:0] driven [0:STEPS-1];      // driven or just pulled
@@ -49,7 +51,7 @@ module bench;
 
     reg [8*@CELL_NAME:1] cell_name [0:CELLS-1];
     integer cell_pin [0:CELLS-1];           // -1 for none
-    integer cell_control [0:CELLS-1];       // the pin is the cell's while this one did not capture `cell_off`
+    integer cell_control [0:CELLS-1];       // the cell of its enable, -1 for none; it is off at `cell_off`
     reg cell_off [0:CELLS-1];
     reg cell_turns [0:CELLS-1];             // the cell has the inverted pin
     reg [8*@PIN_NAME:1] pin_name [0:PINS-1];
@@ -129,13 +131,21 @@ const char *const BODY = R"(
         for (i = 0; i < size[step]; i = i + 1) begin
             guard = care[step][i] || as_before[step][i] || as_pin[step][i];
             right = as_before[step][i] ? got_before[i] : want[step][i];
-            if (as_pin[step][i]) begin
+            if (as_pin[step][i] || as_enabled[step][i])
                 right = at_capture[cell_pin[i]] ^ cell_turns[i];
-                if (cell_control[i] >= 0)
-                    guard = got[cell_control[i]] === !cell_off[i];
-            end
+            if (as_enabled[step][i])
+                guard = got[cell_control[i]] === !cell_off[i];
             if (guard)
                 check_bit;
+            if (frees[step][i] && got[cell_control[i]] === cell_off[i]) begin
+                checks = checks + 1;
+                if (at_capture[cell_pin[i]] !== pull[cell_pin[i]]) begin
+                    fault;
+                    if (told)
+                        $display("%0s: the enable is off, but the pin reads %b against a weak %b", cell_name[i],
+                                 at_capture[cell_pin[i]], pull[cell_pin[i]]);
+                end
+            end
         end
     endtask
 
@@ -405,10 +415,12 @@ std::string step_text(size_t number, const PATTERN_STEP &step) {
         add("tdi", constant(step.tdi, "1"));
         add("care", constant(driven, "01"));
         add("want", constant(driven, "1"));
-        add("as_pin", constant(driven, "p"));
+        add("as_pin", constant(driven, "pb"));
+        add("as_enabled", constant(driven, "co"));
+        add("frees", constant(driven, "cb"));
         add("as_before", constant(driven, "="));
     } else if (step.kind == STEP_PINS) {
-        add("value", constant(step.drive, "1"));
+        add("value", constant(step.drive, "1u"));
         add("driven", constant(step.drive, "01"));
         add("care_0", constant(step.shown, "01zl"));
         add("want_0", constant(step.shown, "1"));
@@ -423,8 +435,9 @@ std::string step_text(size_t number, const PATTERN_STEP &step) {
 /// waits: a compiled simulator takes long for a long one.
 std::string steps_text(const PATTERN_LIST &list) {
     std::string zeros = "        last = LAST;\n        for (k = FIRST; k < last; k = k + 1) begin\n", text;
-    for (const char *name : {"size", "pause", "tdi", "care", "want", "as_pin", "as_before", "value", "driven",
-                             "care_0", "want_0", "care_1", "want_1", "care_driven"})
+    for (const char *name :
+         {"size", "pause", "tdi", "care", "want", "as_pin", "as_enabled", "frees", "as_before", "value",
+          "driven", "care_0", "want_0", "care_1", "want_1", "care_driven"})
         zeros += format_text("            %s[k] = 0;\n", name);
     zeros += "        end\n";
     constexpr size_t block = 32;

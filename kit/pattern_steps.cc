@@ -14,6 +14,7 @@
 
 namespace {
 
+constexpr int SAMPLE_ROUNDS = 12, SAMPLE_CHANGES = 6; // scans, and new values on the pins ahead of each
 constexpr size_t MARKER = 16; // bits behind a register's own, which come out again and prove its length
 
 struct STEP_MAKER {
@@ -156,7 +157,7 @@ void take_cells(STEP_MAKER &maker) {
             continue;
         cell.pin = row.port;
         cell.inverted = row.inverters % 2 != 0;
-        if (row.kind == ROW_OUTPUT3) {
+        if (row.kind == ROW_OUTPUT3 || row.kind == ROW_BIDIR) {
             cell.control = row.control;
             cell.disable = row.disable;
         }
@@ -194,6 +195,10 @@ void sort_cells(STEP_MAKER &maker) {
 }
 
 // ---- what to expect -----------------------------------------------------------------------------------
+
+bool is_driven(char drive) {
+    return drive == '0' || drive == '1';
+}
 
 /// A pad's own resistor may win against the bench, or not be modelled: only its own value is sure then.
 char released(const PATTERN_PIN &pin) {
@@ -251,7 +256,7 @@ void expect_reading(const STEP_MAKER &maker, const std::string &shown, std::stri
         if (role != PIN_DRIVEN && (shown[port] == '0' || shown[port] == '1'))
             tdo[cell] = driven[cell] = turned(shown[port], turn);
         else if (role == PIN_DRIVEN ||
-                 (role == PIN_BOTH && is_released(shown[port]) && maker.drive[port] != 'z'))
+                 (role == PIN_BOTH && is_released(shown[port]) && is_driven(maker.drive[port])))
             driven[cell] = turned(maker.drive[port], turn);
         else if (role == PIN_SEEN || role == PIN_BOTH)
             driven[cell] = 'p';
@@ -509,29 +514,73 @@ void try_registers(STEP_MAKER &maker) {
     }
 }
 
-/// The core runs on what the pins get. Its outputs are held against what their cells capture.
+/// New values on all pins that the chip does not drive, and weak ones on the others.
+void shake_pins(STEP_MAKER &maker, const std::string &reason) {
+    for (size_t i = 0; i < maker.drive.size(); ++i) {
+        const PATTERN_PIN &pin = maker.list.pins[i];
+        char value = digit(maker.random_bit());
+        char weak = value == '1' ? 'u' : 'z';
+        maker.drive[i] = pin.held != '-' ? pin.held : pin.role == PIN_DRIVEN ? value : weak;
+    }
+    set_pins(maker, reason, "");
+}
+
+/// True when the pad on a port has an input of its own that the core drives: an enable of the way in, say. In
+/// EXTEST that must not matter, in SAMPLE it does.
+bool has_core_input(const STEP_MAKER &maker, int32_t port) {
+    for (int32_t row : maker.found.ports[static_cast<size_t>(port)].pads) {
+        const WALK_PAD_ROW &pad = maker.found.walk.pads[static_cast<size_t>(row)];
+        const BUFFER_CELL &buffer = *pad.buffer;
+        const SDB_OBJ &obj = obj_tab[pad.obj];
+        for (int32_t i = 0; i < class_tab[obj.class_id].pin_count; ++i) {
+            int32_t node = obj.first_node + i;
+            bool is_known = chip_pin_direction(node_tab[node].pin) != SDB_INPUT || walk_is_pin(node, pad.pin);
+            for (const char *pin :
+                 {buffer.input, buffer.input_m, buffer.en_l, buffer.en_h, buffer.mux_in1, buffer.mux_in2,
+                  buffer.mux_in3, buffer.mode_1, buffer.mode_2, buffer.mode_3})
+                is_known = is_known || walk_is_pin(node, pin);
+            WALK_END end = is_known ? WALK_NONE : walk_back(maker.found.walk, node).end;
+            if (end == WALK_CORE || end == WALK_CELL || end == WALK_PAD || end == WALK_PORT)
+                return true;
+        }
+    }
+    return false;
+}
+
+/// SAMPLE takes what the core gives to an output and its enable: the pin shows both.
+char sampled_output(const STEP_MAKER &maker, const REGISTER_ROW &row, char otherwise) {
+    const PATTERN_PIN &pin = maker.list.pins[static_cast<size_t>(row.port)];
+    bool is_own = maker.list.cells[static_cast<size_t>(row.cell)].pin == row.port;
+    if (!drives(row) || !is_own || pin.role == PIN_LEFT ||
+        maker.found.ports[static_cast<size_t>(row.port)].follows_core)
+        return otherwise;
+    if (row.kind == ROW_OUTPUT2)
+        return 'p';
+    if (row.kind == ROW_OUTPUT3)
+        return pin.pull == 'z' ? 'c' : 'o';
+    return row.kind == ROW_BIDIR && otherwise == 'p' && pin.pull == 'z' ? 'b' : otherwise;
+}
+
+/// The core runs on what the pins get. Its outputs are held against what their cells capture; what is in the
+/// update stages meanwhile must not show.
 void try_sample(STEP_MAKER &maker) {
     std::string shown(maker.list.pins.size(), '-'), none(maker.cells(), '-');
     load(maker, "SAMPLE");
-    for (int round = 0; round < 6; ++round) {
-        for (int change = 0; change < 6; ++change) {
-            for (size_t i = 0; i < maker.drive.size(); ++i) {
-                const PATTERN_PIN &pin = maker.list.pins[i];
-                char value = digit(maker.random_bit());
-                maker.drive[i] = pin.held != '-' ? pin.held : pin.role == PIN_DRIVEN ? value : 'z';
-            }
-            set_pins(maker, format_text("SAMPLE %d", round), "");
-        }
+    for (int round = 0; round < SAMPLE_ROUNDS; ++round) {
+        for (int change = 0; change < SAMPLE_CHANGES; ++change)
+            shake_pins(maker, format_text("SAMPLE %d", round));
         std::string tdo = none, driven = none;
         expect_reading(maker, shown, tdo, driven);
         for (const REGISTER_ROW &row : maker.found.rows) {
-            const PATTERN_CELL &cell = maker.list.cells[static_cast<size_t>(row.cell)];
-            if ((row.kind == ROW_OUTPUT2 || row.kind == ROW_OUTPUT3) && cell.pin == row.port &&
-                maker.list.pins[static_cast<size_t>(row.port)].role != PIN_LEFT &&
-                !maker.found.ports[static_cast<size_t>(row.port)].follows_core)
-                driven[static_cast<size_t>(row.cell)] = 'p';
+            if (row.port < 0)
+                continue;
+            char &letter = driven[static_cast<size_t>(row.cell)];
+            if (reads(maker, row) && has_core_input(maker, row.port))
+                letter = '-';
+            letter = sampled_output(maker, row, letter);
         }
-        PATTERN_STEP &step = scan(maker, format_text("SAMPLE %d captures", round), safe_pattern(maker), tdo);
+        PATTERN_STEP &step = scan(maker, format_text("SAMPLE %d captures", round),
+                                  round == 0 ? safe_pattern(maker) : maker.random_bits(maker.cells()), tdo);
         step.driven = driven;
         step.needs_pins = round > 0;
     }

@@ -35,23 +35,26 @@ enum PATTERN_KIND : uint8_t { STEP_RESET, STEP_TRST, STEP_IR, STEP_DR, STEP_PINS
 struct PATTERN_STEP {
     PATTERN_KIND kind;
     std::string reason;
-    std::string tdi;    ///< '0', '1'
-    std::string tdo;    ///< '0', '1' that the chip alone promises, '-' else
-    std::string driven; ///< '0', '1' where a pin's value decides, 'p' for what the bench reads at the pin,
-                        ///< '=' for what the scan before had, '-' else
-    std::string drive;  ///< of STEP_PINS: '0', '1', and 'z' to leave alone
-    std::string shown;  ///< of STEP_PINS: '0', '1', 'z' released, 'h' 'l' the same on a pad that pulls,
-                        ///< 'd' driven either way, '-' not looked at
-    int32_t pause = 0;  ///< bits before a stop in Pause-DR; 0 for none
+    std::string tdi; ///< '0', '1'
+    std::string tdo; ///< '0', '1' that the chip alone promises, '-' else
+    std::string
+        driven; ///< '0', '1' where a pin's value decides, '=' for what the scan before had, '-' else, and
+                ///< what the pin tells, as the bench reads it at Capture-DR: 'p' the bit is the pin's
+                ///< value; 'o' the same while the captured enable is on; 'c' it is on and that, or it is
+                ///< off and the pin free; 'b' the bit is the pin's value, which is free while it is off
+    std::string drive;       ///< of STEP_PINS: '0', '1', and 'z' 'u' to leave alone, pulled to 0 or 1
+    std::string shown;       ///< of STEP_PINS: '0', '1', 'z' released, 'h' 'l' the same on a pad that pulls,
+                             ///< 'd' driven either way, '-' not looked at
+    int32_t pause = 0;       ///< bits before a stop in Pause-DR; 0 for none
     bool needs_pins = false; ///< says nothing without a bench or a tester: left out of SVF
 };
 
-/// How a cell's bit follows its pin, for 'p'.
+/// How a cell's bit follows its pin.
 struct PATTERN_CELL {
     std::string name; ///< for messages
     int32_t pin = -1;
     bool inverted = false;
-    int32_t control = -1; ///< the pin is the cell's only while the captured bit of this cell is not `disable`
+    int32_t control = -1; ///< cell of the enable, which is off at `disable`
     int8_t disable = -1;
 };
 
