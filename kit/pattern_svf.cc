@@ -39,7 +39,7 @@ std::string step_text(const PATTERN_LIST &list, const PATTERN_STEP &step) {
     case STEP_RESET:
         return "STATE RESET;\nSTATE IDLE;\n";
     case STEP_TRST:
-        return "TRST ON;\nRUNTEST 10 TCK;\nTRST OFF;\nSTATE RESET;\nSTATE IDLE;\n";
+        return "TRST ON;\nTRST OFF;\nSTATE RESET;\nSTATE IDLE;\n";
     case STEP_IR:
     case STEP_DR:
         return scan_text(step);

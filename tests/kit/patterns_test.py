@@ -212,13 +212,17 @@ def try_svf(work, bin_dir):
     svf = (chip.work / "chip.svf").read_text()
     played, said = play_svf(chip, svf)
     must(played, said)
-    # A wrong bit in the first scan and in the last one that expects anything of a pad stops it there.
-    places = [found.start(1) for found in re.finditer(r"TDO \(([0-9A-F]+)\)", svf)]
-    for place in (places[0], places[len(places) // 2], places[-1]):
-        wrong = svf[:place] + format(int(svf[place], 16) ^ 1, "X") + svf[place + 1:]
+    # A wrong bit among those that count stops it: in the first scan, in one of EXTEST, in the last one.
+    scans = list(re.finditer(r"TDO \(([0-9A-F]+)\)\s+MASK \(([0-9A-F]+)\)", svf))
+    for scan in (scans[0], next(scan for scan in scans if "EXTEST captures" in svf[:scan.start()].splitlines()[-3]),
+                 scans[-1]):
+        digit = next(i for i, mask in enumerate(scan[2]) if mask != "0")
+        mask = int(scan[2][digit], 16)
+        place = scan.start(1) + digit
+        wrong = svf[:place] + format(int(svf[place], 16) ^ (mask & -mask), "X") + svf[place + 1:]
         played, said = play_svf(chip, wrong)
-        must(not played and re.search(r"tdo check error|fail", said, flags=re.I), f"not stopped at {place}:\n{said}")
-    return f"SVF of {len(svf.splitlines())} lines played, {len(places)} scans compared"
+        must(not played and "tdo check error" in said, f"not stopped at {svf[scan.start():scan.end()]}:\n{said}")
+    return f"SVF of {len(svf.splitlines())} lines played, {len(scans)} scans compared"
 
 
 def try_compiled(work, bin_dir):
