@@ -165,7 +165,17 @@ def try_faults(work, bin_dir):
     must("pin rdata[3] reads 0 against a weak 0 and 1 against a weak 1" in said and "EXTEST, pads on" in said, said)
     said = chip.bench(connect(chip.netlist, "BCELL30_IN", "DI", "~"))
     must("cell 30 (BCELL30_IN, rxd) came out as" in said, said)
+    refuses_a_wrong_register(chip)
     return f"{len(NETLIST_FAULTS + TAP_FAULTS)} planted faults found"
+
+
+def refuses_a_wrong_register(chip):
+    """The faults are told, and no file is left that could prove another netlist."""
+    (chip.work / "chip.bsc").write_text(reworded((chip.work / "chip.bsc").read_text(), "GLOBAL_TDI      tdi", "GLOBAL_TDI rxd"))
+    done = subprocess.run([str(chip.bin / "rimkit"), "patterns", "chip"], cwd=chip.work, capture_output=True, text=True)
+    files = [name for name in ("chip.svf", "chip_bench.v", "chip.cov") if (chip.work / name).exists()]
+    must(done.returncode == 1 and not files and "TDI of the TAP is not wired to the port 'rxd'" in done.stdout,
+         f"status {done.returncode}, {files}: {done.stdout}{done.stderr}")
 
 
 def try_all_pins(work, bin_dir):
