@@ -1,0 +1,701 @@
+// The steps: what is loaded, what the pins get, and what has to come out of it.
+//
+// A row promises what every type of cell for its function does: an input captures its pin, an output shows
+// its update stage while EXTEST has the pins, SAMPLE takes what the core gives. What types differ in (an
+// output's capture in EXTEST, say) is not looked at. Pins that the register holds off are driven, all others
+// pulled.
+#include "kit/patterns.hh"
+
+#include "kit/chip.hh"
+#include "support/text.hh"
+
+#include <algorithm>
+#include <unordered_map>
+
+namespace {
+
+constexpr int SAMPLE_ROUNDS = 12, SAMPLE_CHANGES = 6; // scans, and new values on the pins ahead of each
+constexpr size_t MARKER = 16; // bits behind a register's own, which come out again and prove its length
+
+struct STEP_MAKER {
+    PATTERN_LIST &list;
+    const BOUNDARY_REGISTER &found;
+    const BSDL_FILE &table;
+    std::vector<int32_t> outputs, controls; ///< cells
+    std::vector<bool> straight;             ///< by cell: reads one port and drives another
+    std::vector<int32_t> code_of_port;      ///< number among the pins that are driven, or -1
+    size_t code_bits = 1;
+    std::string drive; ///< what the pins have now
+    uint32_t seed = 1;
+
+    bool random_bit() {
+        seed ^= seed << 13;
+        seed ^= seed >> 17;
+        seed ^= seed << 5;
+        return (seed >> 7 & 1) != 0;
+    }
+    std::string random_bits(size_t count) {
+        std::string bits;
+        while (bits.size() < count)
+            bits += random_bit() ? '1' : '0';
+        return bits;
+    }
+    size_t cells() const {
+        return found.cells.size();
+    }
+};
+
+char turned(char value, bool turn = true) {
+    return turn && value == '0' ? '1' : turn && value == '1' ? '0' : value;
+}
+
+char digit(bool value) {
+    return value ? '1' : '0';
+}
+
+bool drives(const REGISTER_ROW &row) {
+    return row.port >= 0 && (row.kind == ROW_OUTPUT2 || row.kind == ROW_OUTPUT3 || row.kind == ROW_BIDIR ||
+                             row.kind == ROW_OPEN);
+}
+
+/// True when the cell captures the pin in every type that the row can have.
+bool reads(const STEP_MAKER &maker, const REGISTER_ROW &row) {
+    bool has_way = row.kind == ROW_INPUT || row.kind == ROW_CLOCK || row.kind == ROW_OBSERVE ||
+                   (row.kind == ROW_BIDIR && row.inverters % 2 == 0);
+    return row.port >= 0 && has_way && !maker.straight[static_cast<size_t>(row.cell)];
+}
+
+PATTERN_PIN &pin_of(STEP_MAKER &maker, int32_t port) {
+    return maker.list.pins[static_cast<size_t>(port)];
+}
+
+// ---- pins and cells -----------------------------------------------------------------------------------
+
+PATTERN_ROLE role_of(const STEP_MAKER &maker, int32_t port) {
+    const REGISTER_PORT &row = maker.found.ports[static_cast<size_t>(port)];
+    if (row.tap_port >= 0)
+        return PIN_TEST;
+    if (row.same_net >= 0)
+        return PIN_LEFT;
+    SDB_DIRECTION direction = chip_port_direction(port);
+    if (direction == SDB_INPUT)
+        return PIN_DRIVEN;
+    if (direction == SDB_OUTPUT)
+        return PIN_SEEN;
+    bool has_row = false;
+    for (const REGISTER_ROW &at : maker.found.rows) {
+        if (at.port == port && drives(at) && at.control >= 0)
+            return PIN_BOTH;
+        has_row = has_row || at.port == port;
+    }
+    return row.is_off ? PIN_DRIVEN : has_row || !row.pads.empty() ? PIN_SEEN : PIN_LEFT;
+}
+
+/// True when a pad on the port can let go of it: a weak driver on a wire that is always driven is not
+/// resolved by every simulator.
+bool may_release(const STEP_MAKER &maker, int32_t port) {
+    if (chip_port_direction(port) == SDB_BIDIRECTIONAL)
+        return true;
+    for (int32_t pad : maker.found.ports[static_cast<size_t>(port)].pads) {
+        const BUFFER_CELL &buffer = *maker.found.walk.pads[static_cast<size_t>(pad)].buffer;
+        if (buffer.en_l != nullptr || buffer.en_h != nullptr)
+            return true;
+    }
+    return false;
+}
+
+void take_pins(STEP_MAKER &maker) {
+    std::unordered_map<std::string, const char *> skips;
+    for (const SKIP_SIGNAL *skip : rows(SKIP_SIGNAL_TAB))
+        skips.emplace(skip->name, skip->value);
+    maker.list.pins.resize(maker.found.ports.size());
+    for (size_t i = 0; i < maker.list.pins.size(); ++i) {
+        PATTERN_PIN &pin = maker.list.pins[i];
+        pin.name = chip_port_name(static_cast<int32_t>(i));
+        pin.role = role_of(maker, static_cast<int32_t>(i));
+        auto skip = skips.find(pin.name);
+        if (skip != skips.end() && (same_text(skip->second, "0") || same_text(skip->second, "1")))
+            pin.held = *skip->second;
+        else if (skip != skips.end() && chip_port_direction(static_cast<int32_t>(i)) == SDB_BIDIRECTIONAL)
+            pin.role = maker.found.ports[i].tap_port >= 0 ? PIN_TEST : PIN_LEFT;
+    }
+    for (const WALK_PAD_ROW &pad : maker.found.walk.pads) {
+        if (pad.port >= 0 && pad.minus_port >= 0)
+            pin_of(maker, pad.minus_port).minus_of = pad.port;
+        const BUFFER_CELL &buffer = *pad.buffer;
+        bool up = buffer.pull_1 != 0 || buffer.weak_1 != 0, down = buffer.pull_0 != 0 || buffer.weak_0 != 0;
+        if (pad.port >= 0)
+            pin_of(maker, pad.port).pull = buffer.keeper != 0 || (up && down) ? '-'
+                                           : up                               ? '1'
+                                           : down                             ? '0'
+                                                                              : 'z';
+    }
+    for (PATTERN_PIN &pin : maker.list.pins)
+        if (pin.minus_of >= 0 && pin.role != PIN_TEST)
+            pin.role = pin_of(maker, pin.minus_of).role;
+    for (size_t i = 0; i < maker.list.pins.size(); ++i) {
+        PATTERN_PIN &pin = maker.list.pins[i];
+        pin.is_pulled = pin.role == PIN_BOTH || ((pin.role == PIN_SEEN || pin.role == PIN_TEST) &&
+                                                 may_release(maker, static_cast<int32_t>(i)));
+    }
+}
+
+void take_cells(STEP_MAKER &maker) {
+    maker.list.cells.resize(maker.cells());
+    maker.straight.assign(maker.cells(), false);
+    std::vector<int32_t> in(maker.cells(), -1), out(maker.cells(), -1);
+    for (const REGISTER_ROW &row : maker.found.rows) {
+        auto number = static_cast<size_t>(row.cell);
+        PATTERN_CELL &cell = maker.list.cells[number];
+        if (row.port < 0)
+            continue;
+        int32_t &side = drives(row) ? out[number] : in[number];
+        side = side < 0 ? row.port : side;
+        if (out[number] >= 0 && in[number] >= 0 && out[number] != in[number])
+            maker.straight[number] = true;
+        if (cell.pin >= 0 && !drives(row))
+            continue;
+        cell.pin = row.port;
+        cell.inverted = row.inverters % 2 != 0;
+        if (row.kind == ROW_OUTPUT3 || row.kind == ROW_BIDIR) {
+            cell.control = row.control;
+            cell.disable = row.disable;
+        }
+    }
+    for (size_t i = 0; i < maker.cells(); ++i) {
+        PATTERN_CELL &cell = maker.list.cells[i];
+        cell.name = format_text("cell %zu (%s, %s)", i, maker.found.cells[i].instance.c_str(),
+                                cell.pin < 0 ? "no port" : pin_of(maker, cell.pin).name.c_str());
+    }
+}
+
+void add_once(std::vector<int32_t> &numbers, int32_t number) {
+    if (std::find(numbers.begin(), numbers.end(), number) == numbers.end())
+        numbers.push_back(number);
+}
+
+void sort_cells(STEP_MAKER &maker) {
+    for (const REGISTER_ROW &row : maker.found.rows) {
+        if (!drives(row))
+            continue;
+        if (maker.outputs.empty() || maker.outputs.back() != row.cell)
+            maker.outputs.push_back(row.cell); // rows stand by cell
+        if (row.control >= 0)
+            add_once(maker.controls, row.control);
+    }
+    maker.code_of_port.assign(maker.list.pins.size(), -1);
+    int32_t next = 0;
+    for (size_t i = 0; i < maker.list.pins.size(); ++i) {
+        const PATTERN_PIN &pin = maker.list.pins[i];
+        if ((pin.role == PIN_DRIVEN || pin.role == PIN_BOTH) && pin.minus_of < 0)
+            maker.code_of_port[i] = next++;
+    }
+    while ((size_t{1} << maker.code_bits) < static_cast<size_t>(next) + 2)
+        ++maker.code_bits;
+}
+
+// ---- what to expect -----------------------------------------------------------------------------------
+
+bool is_driven(char drive) {
+    return drive == '0' || drive == '1';
+}
+
+/// A pad's own resistor may win against the bench, or not be modelled: only its own value is sure then.
+char released(const PATTERN_PIN &pin) {
+    return pin.pull == '1' ? 'h' : pin.pull == '0' ? 'l' : pin.pull;
+}
+
+bool is_released(char shown) {
+    return shown == 'z' || shown == 'h' || shown == 'l';
+}
+
+/// What an open drain or source shows while it is on.
+char open_value(const STEP_MAKER &maker, const REGISTER_ROW &row) {
+    const WALK_PAD_ROW &pad = maker.found.walk.pads[static_cast<size_t>(row.pad)];
+    WALK_POINT data = walk_back(maker.found.walk, walk_pin(pad.obj, pad.core_in));
+    if (data.end == WALK_ZERO || data.end == WALK_ONE)
+        return digit((data.end == WALK_ONE) != (data.inverters % 2 != 0));
+    return 'd';
+}
+
+void complete_minus_legs(const STEP_MAKER &maker, std::string &pins) {
+    for (size_t i = 0; i < pins.size(); ++i)
+        if (int32_t plus = maker.list.pins[i].minus_of; plus >= 0)
+            pins[i] = turned(pins[static_cast<size_t>(plus)]);
+}
+
+/// What the pins show while the register has them and holds `pattern`.
+std::string shown_by(const STEP_MAKER &maker, const std::string &pattern) {
+    std::string shown(maker.list.pins.size(), '-');
+    for (const REGISTER_ROW &row : maker.found.rows) {
+        if (!drives(row))
+            continue;
+        const PATTERN_PIN &pin = maker.list.pins[static_cast<size_t>(row.port)];
+        char &at = shown[static_cast<size_t>(row.port)];
+        char value = turned(pattern[static_cast<size_t>(row.cell)], row.inverters % 2 != 0);
+        if (row.control >= 0 && pattern[static_cast<size_t>(row.control)] == digit(row.disable != 0))
+            at = released(pin);
+        else if (maker.found.ports[static_cast<size_t>(row.port)].follows_core || pin.role == PIN_LEFT)
+            at = '-';
+        else
+            at = row.kind == ROW_OPEN ? open_value(maker, row) : value;
+    }
+    complete_minus_legs(maker, shown);
+    return shown;
+}
+
+/// Letters for the cells that read pins: into `tdo` what the chip itself makes of the pin, into `driven` all.
+void expect_reading(const STEP_MAKER &maker, const std::string &shown, std::string &tdo,
+                    std::string &driven) {
+    for (const REGISTER_ROW &row : maker.found.rows) {
+        if (!reads(maker, row))
+            continue;
+        auto port = static_cast<size_t>(row.port), cell = static_cast<size_t>(row.cell);
+        PATTERN_ROLE role = maker.list.pins[port].role;
+        bool turn = row.inverters % 2 != 0;
+        if (role != PIN_DRIVEN && (shown[port] == '0' || shown[port] == '1'))
+            tdo[cell] = driven[cell] = turned(shown[port], turn);
+        else if (role == PIN_DRIVEN ||
+                 (role == PIN_BOTH && is_released(shown[port]) && is_driven(maker.drive[port])))
+            driven[cell] = turned(maker.drive[port], turn);
+        else if (role == PIN_SEEN || role == PIN_BOTH)
+            driven[cell] = 'p';
+    }
+}
+
+// ---- single steps -------------------------------------------------------------------------------------
+
+PATTERN_STEP &add_step(STEP_MAKER &maker, PATTERN_KIND kind, const std::string &reason) {
+    maker.list.steps.push_back({kind, reason, {}, {}, {}, {}, {}});
+    return maker.list.steps.back();
+}
+
+void load_code(STEP_MAKER &maker, const std::string &name, const std::string &opcode) {
+    PATTERN_STEP &step = add_step(maker, STEP_IR, "load " + name);
+    step.tdi.assign(opcode.rbegin(), opcode.rend());
+    step.tdo.assign(maker.table.capture.rbegin(), maker.table.capture.rend());
+    std::replace(step.tdo.begin(), step.tdo.end(), 'X', '-');
+}
+
+bool load(STEP_MAKER &maker, const char *name) {
+    const BSDL_INSTRUCTION *row = bsdl_instruction(maker.table, name);
+    if (row == nullptr)
+        return false;
+    load_code(maker, name, row->opcodes[0]);
+    return true;
+}
+
+PATTERN_STEP &scan(STEP_MAKER &maker, const std::string &reason, const std::string &tdi,
+                   const std::string &tdo) {
+    PATTERN_STEP &step = add_step(maker, STEP_DR, reason);
+    step.tdi = tdi;
+    step.tdo = tdo;
+    return step;
+}
+
+/// Sets the pins and looks at them. The complement of each differential pin follows.
+void set_pins(STEP_MAKER &maker, const std::string &reason, const std::string &shown) {
+    complete_minus_legs(maker, maker.drive);
+    PATTERN_STEP &step = add_step(maker, STEP_PINS, reason);
+    step.drive = maker.drive;
+    step.shown = shown;
+    step.needs_pins = true;
+}
+
+/// New values on the pins: the bit `number` of a count over them, so that no two stay equal for long.
+void count_pins(STEP_MAKER &maker, size_t number, const std::string &shown) {
+    for (size_t i = 0; i < maker.drive.size(); ++i) {
+        const PATTERN_PIN &pin = maker.list.pins[i];
+        maker.drive[i] = 'z';
+        if (pin.held != '-') {
+            maker.drive[i] = pin.held;
+        } else if (maker.code_of_port[i] >= 0 && (pin.role == PIN_DRIVEN || is_released(shown[i]))) {
+            size_t code = static_cast<size_t>(maker.code_of_port[i]) + 1;
+            bool turn = (number / maker.code_bits) % 2 != 0;
+            maker.drive[i] = digit(((code >> (number % maker.code_bits) & 1) != 0) != turn);
+        }
+    }
+}
+
+// ---- the register under test --------------------------------------------------------------------------
+
+std::string safe_pattern(const STEP_MAKER &maker) {
+    std::string pattern(maker.cells(), '0');
+    std::vector<int32_t> votes(maker.cells());
+    for (const REGISTER_ROW &row : maker.found.rows)
+        if (row.control >= 0)
+            votes[static_cast<size_t>(row.control)] += row.disable != 0 ? 1 : -1;
+    for (int32_t cell : maker.controls)
+        pattern[static_cast<size_t>(cell)] = digit(votes[static_cast<size_t>(cell)] >= 0);
+    return pattern;
+}
+
+struct NAMED_PATTERN {
+    std::string name, bits;
+};
+
+/// The walking patterns over some cells: each alone, the others at `rest`.
+void add_walk(std::vector<NAMED_PATTERN> &patterns, const STEP_MAKER &maker, const std::string &start,
+              const std::vector<int32_t> &numbers, const std::string &what) {
+    for (size_t i = 0; i < numbers.size() && i < maker.list.walk_limit; ++i) {
+        auto cell = static_cast<size_t>(numbers[i]);
+        std::string bits = start;
+        bits[cell] = turned(bits[cell]);
+        patterns.push_back({what + ", " + maker.list.cells[cell].name, bits});
+    }
+}
+
+/// Bit after bit of a count over the cells, and its complement: tells any two apart, in 2 log n patterns.
+void add_counts(std::vector<NAMED_PATTERN> &patterns, const std::string &start,
+                const std::vector<int32_t> &numbers, const std::string &what) {
+    for (size_t bit = 0; (numbers.size() + 1) >> bit != 0; ++bit)
+        for (bool turn : {false, true}) {
+            std::string bits = start;
+            for (size_t i = 0; i < numbers.size(); ++i)
+                bits[static_cast<size_t>(numbers[i])] = digit((((i + 1) >> bit & 1) != 0) != turn);
+            patterns.push_back(
+                {format_text("%s, bit %zu of a count%s", what.c_str(), bit, turn ? ", turned" : ""), bits});
+        }
+}
+
+/// The patterns of EXTEST, in their order.
+std::vector<NAMED_PATTERN> extest_patterns(const STEP_MAKER &maker) {
+    std::string off = safe_pattern(maker), on[2] = {off, off};
+    for (int32_t cell : maker.controls)
+        for (std::string &bits : on)
+            bits[static_cast<size_t>(cell)] = turned(off[static_cast<size_t>(cell)]);
+    std::vector<int32_t> data; // outputs that are no enable
+    for (int32_t cell : maker.outputs)
+        if (std::find(maker.controls.begin(), maker.controls.end(), cell) == maker.controls.end()) {
+            data.push_back(cell);
+            on[0][static_cast<size_t>(cell)] = '0';
+            on[1][static_cast<size_t>(cell)] = '1';
+        }
+    std::vector<NAMED_PATTERN> patterns = {
+        {"pads off", off}, {"pads on, all 0", on[0]}, {"pads on, all 1", on[1]}};
+    patterns.push_back({"every cell 0", std::string(maker.cells(), '0')});
+    patterns.push_back({"every cell 1", std::string(maker.cells(), '1')});
+    add_counts(patterns, on[0], data, "data");
+    add_walk(patterns, maker, on[0], data, "walking 1");
+    add_walk(patterns, maker, on[1], data, "walking 0");
+    for (bool value : {false, true}) {
+        std::string alone = on[value];
+        for (int32_t cell : maker.controls)
+            alone[static_cast<size_t>(cell)] = off[static_cast<size_t>(cell)];
+        std::string what = value ? ", data 1" : ", data 0";
+        add_counts(patterns, on[value], maker.controls, "enables" + what);
+        add_walk(patterns, maker, alone, maker.controls, "one enable on" + what);
+        add_walk(patterns, maker, on[value], maker.controls, "one enable off" + what);
+    }
+    return patterns;
+}
+
+void note_cover(STEP_MAKER &maker, const std::string &shown, const std::string &tdo,
+                const std::string &driven, int32_t pins_step, int32_t scan_step) {
+    auto first = [](int32_t &at, int32_t step) { at = at < 0 ? step : at; };
+    for (size_t i = 0; i < shown.size(); ++i)
+        if (size_t place = std::string("01z").find(is_released(shown[i]) ? 'z' : shown[i]);
+            place != std::string::npos)
+            first(maker.list.cover[i].drives[place], pins_step);
+    for (const REGISTER_ROW &row : maker.found.rows) {
+        if (!reads(maker, row))
+            continue;
+        PATTERN_COVER &cover = maker.list.cover[static_cast<size_t>(row.port)];
+        char looped = tdo[static_cast<size_t>(row.cell)], taken = driven[static_cast<size_t>(row.cell)];
+        if (looped != '-')
+            first(cover.drives_looped, scan_step);
+        if (taken == '0' || taken == '1')
+            first(cover.captures[turned(taken, row.inverters % 2 != 0) - '0'], scan_step);
+    }
+}
+
+/// A marker ahead of the pattern: it comes out behind the register's own bits, and the pattern stays.
+void add_marker(STEP_MAKER &maker, PATTERN_STEP &step) {
+    std::string marker = maker.random_bits(MARKER);
+    step.tdi = marker + step.tdi;
+    step.tdo += marker;
+    step.driven += step.driven.empty() ? "" : marker;
+}
+
+/// Plays patterns in EXTEST, whose first is preloaded. The last one stays in the register.
+void play_extest(STEP_MAKER &maker, const std::vector<NAMED_PATTERN> &patterns) {
+    scan(maker, "PRELOAD, " + patterns[0].name, patterns[0].bits, std::string(maker.cells(), '-'));
+    load(maker, "EXTEST");
+    for (size_t i = 0; i < patterns.size(); ++i) {
+        std::string shown = shown_by(maker, patterns[i].bits);
+        count_pins(maker, i, shown);
+        set_pins(maker, "EXTEST, " + patterns[i].name, shown);
+        std::string tdo(maker.cells(), '-'), driven = tdo;
+        expect_reading(maker, shown, tdo, driven);
+        auto number = static_cast<int32_t>(maker.list.steps.size());
+        note_cover(maker, shown, tdo, driven, number - 1, number);
+        const std::string &next = patterns[std::min(i + 1, patterns.size() - 1)].bits;
+        PATTERN_STEP &step = scan(maker, "EXTEST captures with " + patterns[i].name, next, tdo);
+        step.driven = driven;
+        if (i == 0)
+            add_marker(maker, step);
+    }
+}
+
+// ---- the parts of the session -------------------------------------------------------------------------
+
+std::string code_bits(const std::string &code) {
+    std::string bits(code.rbegin(), code.rend());
+    std::replace(bits.begin(), bits.end(), 'X', '-');
+    return bits;
+}
+
+/// What the register of an instruction captures; empty for one whose length nobody knows.
+std::string captured_code(const STEP_MAKER &maker, const BSDL_INSTRUCTION &row) {
+    if (row.access == "BYPASS")
+        return "0";
+    if (row.access == "BOUNDARY")
+        return std::string(maker.cells(), '-');
+    if (row.access != "DEVICE_ID")
+        return "";
+    if (row.name == "IDCODE")
+        return code_bits(maker.table.idcode);
+    return maker.table.usercodes.size() == 1 ? code_bits(maker.table.usercodes[0]) : std::string(32, '-');
+}
+
+/// A scan that proves the length of a register: what goes in comes out behind what was captured.
+void flush(STEP_MAKER &maker, const std::string &reason, const std::string &captured,
+           const std::string &stays) {
+    std::string marker = maker.random_bits(MARKER + 8);
+    PATTERN_STEP &step = scan(maker, reason, marker + stays, captured + marker);
+    step.pause = 5;
+}
+
+void try_resets(STEP_MAKER &maker) {
+    std::string captured = "0", name = "BYPASS";
+    for (const char *word : {"IDCODE", "USERCODE"})
+        if (const BSDL_INSTRUCTION *row = bsdl_instruction(maker.table, word);
+            row != nullptr && row->access == "DEVICE_ID") {
+            captured = captured_code(maker, *row);
+            name = word;
+            break;
+        }
+    bool has_trst = maker.found.test_ports[PORT_TRST] >= 0;
+    for (PATTERN_KIND kind : {STEP_RESET, STEP_TRST, STEP_RESET}) {
+        if (kind == STEP_TRST && !has_trst)
+            continue;
+        std::string word = kind == STEP_TRST ? "TRST" : "five TMS of 1";
+        add_step(maker, kind, "reset by " + word);
+        flush(maker, name + " after reset by " + word, captured, std::string(captured.size(), '0'));
+        load(maker, kind == STEP_RESET ? "BYPASS" : "SAMPLE");
+        flush(maker, kind == STEP_RESET ? "bypass register" : "boundary register",
+              kind == STEP_RESET ? "0" : std::string(maker.cells(), '-'),
+              kind == STEP_RESET ? "1" : safe_pattern(maker));
+    }
+}
+
+bool moves_pins(const std::string &name) {
+    for (const char *word : {"EXTEST", "INTEST", "RUNBIST", "CLAMP", "HIGHZ"})
+        if (name == word)
+            return true;
+    return false;
+}
+
+void try_registers(STEP_MAKER &maker) {
+    for (const BSDL_INSTRUCTION &row : maker.table.instructions) {
+        std::string captured = captured_code(maker, row);
+        if (row.is_private || moves_pins(row.name) || captured.empty()) {
+            if (row.is_private || captured.empty())
+                maker.list.notes.push_back("Instruction " + row.name +
+                                           " is private: it and its register are not tried.");
+            continue;
+        }
+        for (const std::string &opcode : row.opcodes) {
+            load_code(maker, row.name, opcode);
+            bool is_boundary = row.access == "BOUNDARY";
+            flush(maker, row.name + " selects " + row.access + ", its length", captured,
+                  is_boundary ? safe_pattern(maker) : std::string(captured.size(), '1'));
+        }
+    }
+}
+
+/// New values on all pins that the chip does not drive, and weak ones on the others.
+void shake_pins(STEP_MAKER &maker, const std::string &reason) {
+    for (size_t i = 0; i < maker.drive.size(); ++i) {
+        const PATTERN_PIN &pin = maker.list.pins[i];
+        char value = digit(maker.random_bit());
+        char weak = value == '1' ? 'u' : 'z';
+        maker.drive[i] = pin.held != '-' ? pin.held : pin.role == PIN_DRIVEN ? value : weak;
+    }
+    set_pins(maker, reason, "");
+}
+
+/// True when the pad on a port has an input of its own that the core drives: an enable of the way in, say. In
+/// EXTEST that must not matter, in SAMPLE it does.
+bool has_core_input(const STEP_MAKER &maker, int32_t port) {
+    for (int32_t row : maker.found.ports[static_cast<size_t>(port)].pads) {
+        const WALK_PAD_ROW &pad = maker.found.walk.pads[static_cast<size_t>(row)];
+        const BUFFER_CELL &buffer = *pad.buffer;
+        const SDB_OBJ &obj = obj_tab[pad.obj];
+        for (int32_t i = 0; i < class_tab[obj.class_id].pin_count; ++i) {
+            int32_t node = obj.first_node + i;
+            bool is_known = chip_pin_direction(node_tab[node].pin) != SDB_INPUT || walk_is_pin(node, pad.pin);
+            for (const char *pin :
+                 {buffer.input, buffer.input_m, buffer.en_l, buffer.en_h, buffer.mux_in1, buffer.mux_in2,
+                  buffer.mux_in3, buffer.mode_1, buffer.mode_2, buffer.mode_3})
+                is_known = is_known || walk_is_pin(node, pin);
+            WALK_END end = is_known ? WALK_NONE : walk_back(maker.found.walk, node).end;
+            if (end == WALK_CORE || end == WALK_CELL || end == WALK_PAD || end == WALK_PORT)
+                return true;
+        }
+    }
+    return false;
+}
+
+/// SAMPLE takes what the core gives to an output and its enable: the pin shows both.
+char sampled_output(const STEP_MAKER &maker, const REGISTER_ROW &row, char otherwise) {
+    const PATTERN_PIN &pin = maker.list.pins[static_cast<size_t>(row.port)];
+    bool is_own = maker.list.cells[static_cast<size_t>(row.cell)].pin == row.port;
+    if (!drives(row) || !is_own || pin.role == PIN_LEFT ||
+        maker.found.ports[static_cast<size_t>(row.port)].follows_core)
+        return otherwise;
+    if (row.kind == ROW_OUTPUT2)
+        return 'p';
+    if (row.kind == ROW_OUTPUT3)
+        return pin.pull == 'z' ? 'c' : 'o';
+    return row.kind == ROW_BIDIR && otherwise == 'p' && pin.pull == 'z' ? 'b' : otherwise;
+}
+
+/// The core runs on what the pins get. Its outputs are held against what their cells capture; what is in the
+/// update stages meanwhile must not show.
+void try_sample(STEP_MAKER &maker) {
+    std::string shown(maker.list.pins.size(), '-'), none(maker.cells(), '-');
+    load(maker, "SAMPLE");
+    for (int round = 0; round < SAMPLE_ROUNDS; ++round) {
+        for (int change = 0; change < SAMPLE_CHANGES; ++change)
+            shake_pins(maker, format_text("SAMPLE %d", round));
+        std::string tdo = none, driven = none;
+        expect_reading(maker, shown, tdo, driven);
+        for (const REGISTER_ROW &row : maker.found.rows) {
+            if (row.port < 0)
+                continue;
+            char &letter = driven[static_cast<size_t>(row.cell)];
+            if (reads(maker, row) && has_core_input(maker, row.port))
+                letter = '-';
+            letter = sampled_output(maker, row, letter);
+        }
+        PATTERN_STEP &step = scan(maker, format_text("SAMPLE %d captures", round),
+                                  round == 0 ? safe_pattern(maker) : maker.random_bits(maker.cells()), tdo);
+        step.driven = driven;
+        step.needs_pins = round > 0;
+    }
+}
+
+/// True when the TAP's high-impedance command turns the row's pad off.
+bool highz_reaches(const STEP_MAKER &maker, const REGISTER_ROW &row) {
+    if (row.control >= 0 &&
+        maker.found.cells[static_cast<size_t>(row.control)].signals[SIG_HIGHZ].source.end == WALK_TAP)
+        return true;
+    if (row.pad < 0)
+        return false;
+    const WALK_PAD_ROW &pad = maker.found.walk.pads[static_cast<size_t>(row.pad)];
+    for (const char *pin : {pad.buffer->en_l, pad.buffer->en_h})
+        if (walk_back(maker.found.walk, walk_pin(pad.obj, pin)).end == WALK_TAP)
+            return true;
+    return false;
+}
+
+/// CLAMP holds what EXTEST left on the pins; HIGHZ releases it.
+void try_clamp_and_highz(STEP_MAKER &maker, const std::string &pattern) {
+    std::string shown = shown_by(maker, pattern);
+    if (load(maker, "CLAMP")) {
+        set_pins(maker, "CLAMP holds the pins", shown);
+        flush(maker, "CLAMP selects BYPASS", "0", "1");
+        set_pins(maker, "CLAMP holds the pins over a scan", shown);
+    }
+    if (!load(maker, "HIGHZ"))
+        return;
+    std::string off(shown.size(), '-');
+    size_t left = 0;
+    for (const REGISTER_ROW &row : maker.found.rows)
+        if (drives(row) && highz_reaches(maker, row))
+            off[static_cast<size_t>(row.port)] = released(maker.list.pins[static_cast<size_t>(row.port)]);
+        else
+            left += drives(row) ? 1 : 0;
+    complete_minus_legs(maker, off);
+    set_pins(maker, "HIGHZ releases the pins", off);
+    flush(maker, "HIGHZ selects BYPASS", "0", "1");
+    if (left > 0)
+        maker.list.notes.push_back(format_text("HIGHZ does not reach the pads of %zu outputs.", left));
+}
+
+/// Pins show the register, and what the core gives stays when pins behind cells change.
+void try_intest(STEP_MAKER &maker) {
+    const BSDL_INSTRUCTION *intest = bsdl_instruction(maker.table, "INTEST");
+    if (intest == nullptr || intest->is_private)
+        return;
+    std::vector<bool> cut(maker.list.pins.size());
+    for (const REGISTER_ROW &row : maker.found.rows)
+        if (row.kind == ROW_INPUT && row.cuts && row.port >= 0)
+            cut[static_cast<size_t>(row.port)] = true;
+    for (const REGISTER_ROW &row : maker.found.rows)
+        if (row.port >= 0 && (row.kind == ROW_CLOCK || (row.kind == ROW_OBSERVE && row.cuts)))
+            cut[static_cast<size_t>(row.port)] = false;
+    std::string pattern = safe_pattern(maker), shown = shown_by(maker, pattern), none(maker.cells(), '-');
+    load(maker, "SAMPLE");
+    scan(maker, "PRELOAD for INTEST", pattern, none);
+    load(maker, "INTEST");
+    set_pins(maker, "INTEST, pads off", shown);
+    scan(maker, "INTEST, a first capture", pattern, none).driven = none;
+    add_marker(maker, maker.list.steps.back());
+    for (int round = 0; round < 2; ++round) {
+        for (size_t i = 0; i < cut.size(); ++i)
+            if (cut[i] && maker.list.pins[i].role == PIN_DRIVEN && maker.list.pins[i].held == '-')
+                maker.drive[i] = turned(maker.drive[i]);
+        set_pins(maker, "INTEST, other values on the pins", shown);
+        PATTERN_STEP &step = scan(maker, "INTEST, the core has not seen the pins", pattern, none);
+        step.driven = none;
+        for (const REGISTER_ROW &row : maker.found.rows)
+            if (row.kind == ROW_OUTPUT2 || row.kind == ROW_OUTPUT3 || row.kind == ROW_CONTROL)
+                step.driven[static_cast<size_t>(row.cell)] = '=';
+        for (const REGISTER_ROW &row : maker.found.rows) // what looks at pins follows them
+            if (row.port >= 0 && !drives(row))
+                step.driven[static_cast<size_t>(row.cell)] = '-';
+    }
+}
+
+void note_limits(STEP_MAKER &maker) {
+    for (const auto &[numbers, what] :
+         {std::pair{&maker.outputs, "outputs"}, std::pair{&maker.controls, "enables"}})
+        if (numbers->size() > maker.list.walk_limit)
+            maker.list.notes.push_back(
+                format_text("Walking patterns stand for the first %zu of %zu %s alone; "
+                            "counting patterns tell all of them apart.",
+                            maker.list.walk_limit, numbers->size(), what));
+}
+
+} // namespace
+
+void make_patterns(PATTERN_LIST &list, const BOUNDARY_REGISTER &found, const BSDL_FILE &instructions) {
+    STEP_MAKER maker{list, found, instructions, {}, {}, {}, {}, 1, {}, 1};
+    std::copy(std::begin(found.test_ports), std::end(found.test_ports), std::begin(list.test_ports));
+    take_pins(maker);
+    take_cells(maker);
+    sort_cells(maker);
+    list.cover.resize(list.pins.size());
+    for (int32_t pad : found.ports[static_cast<size_t>(found.test_ports[PORT_TDO])].pads)
+        for (const char *pin : {found.walk.pads[static_cast<size_t>(pad)].buffer->en_l,
+                                found.walk.pads[static_cast<size_t>(pad)].buffer->en_h})
+            if (walk_back(found.walk, walk_pin(found.walk.pads[static_cast<size_t>(pad)].obj, pin)).end ==
+                WALK_TAP)
+                list.tdo_releases = true;
+    std::string nothing(list.pins.size(), '-');
+    maker.drive.assign(list.pins.size(), 'z');
+    count_pins(maker, 0, nothing);
+    set_pins(maker, "power up", "");
+    try_resets(maker);
+    try_registers(maker);
+    try_sample(maker);
+    std::vector<NAMED_PATTERN> patterns = extest_patterns(maker);
+    patterns.push_back(patterns[2]); // for CLAMP and HIGHZ: all pads on, at 1
+    play_extest(maker, patterns);
+    try_clamp_and_highz(maker, patterns.back().bits);
+    try_intest(maker);
+    add_step(maker, STEP_RESET, "reset at the end");
+    note_limits(maker);
+}

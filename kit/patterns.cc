@@ -1,0 +1,164 @@
+// rimkit patterns: test patterns of an inserted chip, DESIGN.svf, DESIGN_bench.v and DESIGN.cov.
+#include "kit/patterns.hh"
+
+#include "description/reader.hh"
+#include "kit/chip.hh"
+#include "kit/files.hh"
+#include "kit/json.hh"
+#include "kit/progress.hh"
+#include "kit/verbs.hh"
+#include "planning/tracing.hh"
+#include "siblings/tool.hh"
+#include "support/shell.hh"
+#include "support/text.hh"
+
+#include <cstdio>
+#include <cstdlib>
+#include <unistd.h>
+
+namespace {
+
+constexpr KIT_OPTION OPTIONS[] = {
+    {"cells", "FILE",
+     "Verilog models of all cells; the bench is then run on them by Icarus\nVerilog; may be repeated", true},
+    {"frequency", "HZ", "frequency of TCK, 1e6 otherwise"},
+    {"walk", "N",
+     "walking patterns for at most N outputs and N enables, 64 otherwise;\ncounting patterns tell all apart"},
+};
+
+double number_of(const KIT_CALL &call, const char *option, const char *otherwise, double least, double most) {
+    std::string text = kit_value(call, option, otherwise);
+    char *end = nullptr;
+    double value = std::strtod(text.c_str(), &end);
+    if (text.empty() || *end != '\0' || !(value >= least && value <= most))
+        kit_usage_fault(
+            format_text("--%s: '%s' is no number from %g to %g", option, text.c_str(), least, most));
+    return value;
+}
+
+void open_chip(const std::string &design) {
+    for (const char *ending : {".lib", ".bsc", "_jtag.c.sdb", ".bso"})
+        if (!TOOL_exists(design + ending))
+            TOOL_fail("", 0, "there is no '%s%s'; `rimkit patterns` runs in the folder of a finished run.",
+                      design.c_str(), ending);
+    KIT_PROGRESS progress("reading " + design + "_jtag.c.sdb");
+    bsdft_init();
+    get_bs_dft_file((design + ".lib").c_str(), (design + ".bsc").c_str(), 0);
+    open_sdb_file((design + "_jtag.c.sdb").c_str());
+}
+
+std::string fault_line(const REGISTER_FAULT &fault) {
+    std::string line = format_text("ERROR: %s: %s", fault.rule, fault.text.c_str());
+    for (const auto &[word, text] : {std::pair{"instance", &fault.instance}, std::pair{"net", &fault.net},
+                                     std::pair{"port", &fault.port}})
+        if (!text->empty())
+            line += format_text("; %s '%s'", word, text->c_str());
+    return line;
+}
+
+/// What the walk finds wrong, and what the instruction table does.
+std::vector<std::string> read_chip(BOUNDARY_REGISTER &found, BSDL_FILE &table) {
+    read_boundary_register(found);
+    if (!found.cells.empty()) {
+        compare_boundary_order(found, table.design + ".bso");
+        compare_with_source(found, table.design + ".c.sdb");
+        for (int32_t port = 0; port < port_count; ++port)
+            table.word_of_port.push_back(chip_port_name(port));
+        bsdl_take_instructions(table, found);
+    }
+    std::vector<std::string> faults;
+    for (const REGISTER_FAULT &fault : found.faults)
+        faults.push_back(fault_line(fault));
+    for (const char *name : {"EXTEST", "SAMPLE"})
+        if (bsdl_instruction(table, name) == nullptr)
+            faults.push_back(format_text("ERROR: instruction: there is no %s", name));
+    return faults;
+}
+
+/// Runs the bench on the chip; its last line, or an empty text without models.
+std::string run_bench(const KIT_CALL &call, const std::string &design) {
+    const std::vector<std::string> &cells = kit_values(call, "cells");
+    if (cells.empty())
+        return "";
+    if (run_shell("command -v iverilog >/dev/null") != 0)
+        return "not run: Icarus Verilog is missing (package iverilog)";
+    std::string program = design + "_bench.vvp", log = design + "_bench.log";
+    std::vector<std::string> words = {
+        "iverilog",         "-g2005",         "-s", "bench", "-o", program, design + "_bench.v",
+        design + "_jtag.v", design + "_TAP.v"};
+    words.insert(words.end(), cells.begin(), cells.end());
+    run_step(words);
+    KIT_PROGRESS progress("simulating " + design + "_bench.v");
+    if (run_shell(command_line({"vvp", "-n", program}) + " >" + shell_word(log)) != 0)
+        TOOL_fail("", 0, "the simulation of %s ended with a fault; see %s.", program.c_str(), log.c_str());
+    std::string text = TOOL_read_file(log);
+    size_t at = text.rfind("BENCH ");
+    return at == text.npos ? "no result; see " + log : text.substr(at, text.find('\n', at) - at);
+}
+
+int refuse(const KIT_CALL &call, const std::string &design, const std::vector<std::string> &faults) {
+    for (const char *ending : {".svf", "_bench.v", ".cov"})
+        if (::unlink((design + ending).c_str()) == 0)
+            kit_note("the earlier %s%s is taken away: it does not fit this netlist", design.c_str(), ending);
+    if (kit_has(call, "json")) {
+        std::printf("{\"design\": %s, \"files\": [], \"findings\": %s}\n", json_text(design).c_str(),
+                    json_list(faults).c_str());
+        return KIT_FINDINGS;
+    }
+    for (const std::string &fault : faults)
+        std::printf("%s\n", fault.c_str());
+    std::printf("no patterns are written: %zu findings\n", faults.size());
+    return KIT_FINDINGS;
+}
+
+int run_patterns(const KIT_CALL &call) {
+    if (call.names.size() != 1)
+        kit_usage_fault("one DESIGN, the name of the top module, is needed");
+    PATTERN_LIST list;
+    list.design = call.names[0];
+    list.frequency = number_of(call, "frequency", "1e6", 1, 1e9);
+    list.walk_limit = static_cast<size_t>(number_of(call, "walk", "64", 0, 1e6));
+    TOOL_set_search_path();
+    open_chip(list.design);
+    BOUNDARY_REGISTER found;
+    BSDL_FILE table;
+    table.design = list.design;
+    if (std::vector<std::string> faults = read_chip(found, table); !faults.empty())
+        return refuse(call, list.design, faults);
+    make_patterns(list, found, table);
+    std::vector<int32_t> lines;
+    std::string svf = pattern_svf(list, lines);
+    TOOL_write_file(list.design + ".svf", svf);
+    TOOL_write_file(list.design + "_bench.v", pattern_bench(list));
+    TOOL_write_file(list.design + ".cov", pattern_cover(list, lines));
+    std::string result = run_bench(call, list.design);
+    std::vector<std::string> files = {list.design + ".svf", list.design + "_bench.v", list.design + ".cov"};
+    if (kit_has(call, "json")) {
+        std::printf("{\"design\": %s, \"steps\": %zu, \"files\": %s, \"bench\": %s, \"notes\": %s, "
+                    "\"findings\": []}\n",
+                    json_text(list.design).c_str(), list.steps.size(), json_list(files).c_str(),
+                    json_text(result).c_str(), json_list(list.notes).c_str());
+    } else {
+        for (const std::string &note : list.notes)
+            std::printf("note: %s\n", note.c_str());
+        std::printf("%s %s %s: %zu steps for %zu boundary cells\n", files[0].c_str(), files[1].c_str(),
+                    files[2].c_str(), list.steps.size(), list.cells.size());
+        if (!result.empty())
+            std::printf("%s\n", result.c_str());
+    }
+    return result.empty() || result.compare(0, 10, "BENCH PASS") == 0 || result.compare(0, 7, "not run") == 0
+               ? KIT_DONE
+               : KIT_FINDINGS;
+}
+
+} // namespace
+
+const KIT_VERB kit_patterns = {
+    "patterns",
+    "Writes test patterns of the inserted chip: DESIGN.svf, DESIGN_bench.v, DESIGN.cov.",
+    "[options] DESIGN",
+    OPTIONS,
+    "  rimkit patterns --cells pads.v --cells chip_cells.v chip\n",
+    false,
+    run_patterns,
+};
