@@ -3,16 +3,6 @@
 // follows from that, pair by pair. Most pairs change nothing: after a few rounds nearly every row holds all
 // that its later ones hold. So a row is known by the rows that it was made of, its sources.
 //
-// A plain row has the patterns in which all its sources agree, sorted by the patterns of the first source,
-// then by those of the second, and so on, and the ports in the order of the sources. To take in a plain row
-// is to take in those of its sources that are new, one after the other; with none that are new nothing
-// changes.
-//
-// Patterns that agree at their first common port and differ at another are warned of, for each such pair. So
-// sources are taken in where no pair can be: when the first common port tells the patterns of the row that is
-// taken in apart, and each pattern has one that agrees with it in all ports. Other rows are joined in pairs
-// of patterns.
-//
 // A round in which no pair changed or warned leaves later rounds nothing to do but to drop rows.
 #include "dftlang/join_inputs.hh"
 
@@ -30,10 +20,8 @@ namespace {
 
 using BITS = std::vector<uint64_t>;
 
-/// A set of ports and a set of sources for each row of a group.
-constexpr size_t most_related_rows = 10000;
-/// The characters of a pattern; a port tells no more patterns apart.
-constexpr size_t pattern_letters = 5;
+/// Joining takes the third power of their number: ten seconds for so many.
+constexpr size_t most_related_rows = 1000;
 
 void set_bit(BITS &bits, size_t place) {
     bits[place / 64] |= uint64_t(1) << place % 64;
@@ -66,9 +54,7 @@ struct JOIN {
     std::vector<size_t> sources;
     BITS has_port;
     BITS has_source;
-    bool is_plain;    ///< see above
     bool has_repeats; ///< a port or a pattern stood twice in one of its sources
-    bool tells_all;   ///< each port tells all patterns apart
     bool is_used;     ///< it met another row in this round
     bool is_alive;    ///< it stands in the next round
     size_t group;
@@ -109,41 +95,6 @@ enum OUTCOME { UNCHANGED, CHANGED, NOTHING_LEFT };
 void hold(JOINING &all, size_t more, int32_t line) {
     if (all.held + more > most_patterns)
         error_handler(in_file_name, line, MESSAGE_TOO_MANY_INPUTS);
-}
-
-/// True when all patterns differ at the port.
-bool tells_apart(const std::vector<std::string> &patterns, size_t port) {
-    if (patterns.size() > pattern_letters)
-        return false;
-    for (size_t i = 1; i < patterns.size(); i++) {
-        for (size_t earlier = 0; earlier < i; earlier++) {
-            if (patterns[i][port] == patterns[earlier][port])
-                return false;
-        }
-    }
-    return true;
-}
-
-bool tells_all(const JOIN &row) {
-    size_t port = 0;
-    while (port < row.ports.size() && tells_apart(row.patterns, port))
-        port++;
-    return port == row.ports.size();
-}
-
-/// True when no pair of patterns can agree at the first common port of `a` and differ at another.
-bool is_quiet(const JOINING &all, const JOIN &a, const JOIN &b) {
-    if (all.mismatches >= most_mismatches || b.tells_all)
-        return true;
-    if (b.patterns.size() > pattern_letters)
-        return false;
-    for (size_t port : a.ports) {
-        if (has_bit(b.has_port, port))
-            return tells_apart(
-                b.patterns,
-                static_cast<size_t>(std::find(b.ports.begin(), b.ports.end(), port) - b.ports.begin()));
-    }
-    return false;
 }
 
 void warn_mismatch(JOINING &all, GROUP &group, const char *port) {
@@ -220,73 +171,6 @@ const PATTERNS &matches_of(MATCHER &matcher, const std::string &pattern) {
     return found == matcher.index.end() ? matcher.found : found->second;
 }
 
-/// A pattern of a row and one of a source that agree.
-struct MATCH {
-    size_t pattern;
-    const std::string *other;
-};
-
-/// Takes a source into a plain row. With `one_each` false is the result, and nothing is done, unless each
-/// pattern matches exactly one of the source's.
-bool take_source(JOINING &all, GROUP &group, JOIN &a, size_t source, bool one_each) {
-    const INPUT_ROW &taken = all.rows[group.rows[source]];
-    const std::vector<size_t> &ports = all.ports[group.rows[source]];
-    MATCHER matcher = {taken.patterns, {}, {}, {}};
-    std::vector<size_t> fresh;
-    for (size_t j = 0; j < ports.size(); j++) {
-        if (has_bit(a.has_port, ports[j]))
-            matcher.common.push_back({group.position[ports[j]], j});
-        else
-            fresh.push_back(j);
-    }
-    std::vector<MATCH> matches;
-    for (size_t i = 0; i < a.patterns.size(); i++) {
-        const PATTERNS &found = matches_of(matcher, a.patterns[i]);
-        if (one_each && found.size() != 1)
-            return false;
-        hold(all, matches.size() + found.size(), taken.line);
-        for (const std::string *other : found)
-            matches.push_back({i, other});
-    }
-    std::vector<std::string> made;
-    for (size_t i = 0; i < matches.size(); i++) {
-        bool is_last = i + 1 == matches.size() || matches[i + 1].pattern != matches[i].pattern;
-        std::string &pattern = a.patterns[matches[i].pattern];
-        std::string &text = made.emplace_back(is_last ? std::move(pattern) : pattern);
-        for (size_t j : fresh)
-            text += (*matches[i].other)[j];
-    }
-    all.held += made.size() - a.patterns.size();
-    a.patterns = std::move(made);
-    for (size_t j : fresh)
-        add_port(group, a, ports[j]);
-    return true;
-}
-
-/// Back to the first `ports` ports, when each pattern has only grown since.
-void cut_ports(GROUP &group, JOIN &a, size_t ports) {
-    for (size_t i = ports; i < a.ports.size(); i++) {
-        group.position[a.ports[i]] = no_place;
-        a.has_port[a.ports[i] / 64] &= ~(uint64_t(1) << a.ports[i] % 64);
-    }
-    a.ports.resize(ports);
-    for (std::string &pattern : a.patterns)
-        pattern.resize(ports);
-}
-
-/// Takes in the sources from `first` on, the new ones; false when the patterns have to be looked at in pairs.
-bool take_sources(JOINING &all, GROUP &group, JOIN &a, size_t first) {
-    bool one_each = all.mismatches < most_mismatches;
-    size_t ports = a.ports.size();
-    for (size_t i = first; i < a.sources.size(); i++) {
-        if (!take_source(all, group, a, a.sources[i], one_each)) {
-            cut_ports(group, a, ports);
-            return false;
-        }
-    }
-    return true;
-}
-
 /// In no order.
 std::vector<COMMON_PORT> common_ports(const GROUP &group, const JOIN &a, const JOIN &b) {
     std::vector<COMMON_PORT> common;
@@ -359,10 +243,8 @@ bool same_ports(const JOIN &a, const JOIN &b) {
 OUTCOME join_pairs(JOINING &all, GROUP &group, JOIN &a, const JOIN &b) {
     bool has_repeats = a.has_repeats || b.has_repeats;
     bool same = !has_repeats && same_ports(a, b);
-    if (same && a.patterns == b.patterns) {
-        a.is_plain = false;
+    if (same && a.patterns == b.patterns)
         return UNCHANGED;
-    }
     std::vector<COMMON_PORT> common;
     if (!same) {
         common = common_ports(group, a, b);
@@ -380,7 +262,6 @@ OUTCOME join_pairs(JOINING &all, GROUP &group, JOIN &a, const JOIN &b) {
     bool is_changed = a.ports.size() != ports || made != a.patterns;
     all.held += made.size() - a.patterns.size();
     a.patterns = std::move(made);
-    a.is_plain = a.is_plain && b.is_plain && !same;
     a.has_repeats = has_repeats;
     if (a.patterns.empty()) {
         warn_no_match(all, group, a);
@@ -399,13 +280,6 @@ OUTCOME combine_two_relative_legal(JOINING &all, GROUP &group, JOIN &a, const JO
         }
     }
     bool has_new = a.sources.size() > first_new;
-    if (a.is_plain && b.is_plain && !same_ports(a, b) && is_quiet(all, a, b) &&
-        take_sources(all, group, a, first_new)) {
-        if (!a.patterns.empty())
-            return has_new ? CHANGED : UNCHANGED;
-        warn_no_match(all, group, a);
-        return NOTHING_LEFT;
-    }
     OUTCOME outcome = join_pairs(all, group, a, b);
     return outcome == UNCHANGED && has_new ? CHANGED : outcome;
 }
@@ -432,7 +306,6 @@ void take_turn(JOINING &all, size_t row) {
     }
     for (size_t port : a.ports)
         group.position[port] = no_place;
-    a.tells_all = a.is_alive && tells_all(a);
 }
 
 void let_go(JOINING &all, size_t row) {
@@ -564,8 +437,6 @@ void begin_joins(JOINING &all) {
                 set_bit(join.has_port, port);
             }
             join.has_repeats = repeats > 0 || without_repeats(join.patterns).size() < join.patterns.size();
-            join.is_plain = !join.has_repeats;
-            join.tells_all = tells_all(join);
             join.is_used = false;
             join.group = number;
             hold(all, join.patterns.size(), all.rows[row].line);

@@ -161,6 +161,29 @@ void take_driving_pin(PAD_KIND &kind, const LIBERTY_PIN &pad) {
     take_enables(kind, pad);
 }
 
+/// The other leg of a differential pad: the one that Liberty names, or a second pad pin that shows or drives
+/// the inverse of what the first does.
+const LIBERTY_PIN *minus_leg(const LIBERTY_CELL &cell, const LIBERTY_PIN &plus) {
+    if (const LIBERTY_PIN *named = find_pin(cell, plus.complementary); named != nullptr)
+        return named;
+    SHOWN_PIN plus_shows, minus_shows;
+    for (const LIBERTY_PIN &pin : cell.pins) {
+        if (!pin.is_pad || pin.name == plus.name)
+            continue;
+        bool both_drive = find_shown(liberty_function(plus.function), nullptr, plus_shows) &&
+                          find_shown(liberty_function(pin.function), nullptr, minus_shows);
+        if (both_drive && plus_shows.pin == minus_shows.pin && plus_shows.inverted != minus_shows.inverted)
+            return &pin;
+        for (const LIBERTY_PIN &out : cell.pins) {
+            LIBERTY_FUNCTION function = liberty_function(out.function);
+            if (out.direction == LIBERTY_DIRECTION::OUTPUT && find_shown(function, &plus.name, plus_shows) &&
+                find_shown(function, &pin.name, minus_shows) && plus_shows.inverted != minus_shows.inverted)
+                return &pin;
+        }
+    }
+    return nullptr;
+}
+
 bool is_constant(const std::string &function) {
     LIBERTY_FUNCTION read = liberty_function(function);
     return read.state == LIBERTY_READ::DONE && liberty_function_pins(read).empty();
@@ -203,7 +226,7 @@ PAD_KIND pad_kind_of_liberty(const LIBERTY &library, const LIBERTY_CELL &cell) {
         kind.use = is_power ? PAD_POWER : PAD_ANALOG;
         return kind;
     }
-    if (const LIBERTY_PIN *minus = find_pin(cell, pad->complementary); minus != nullptr)
+    if (const LIBERTY_PIN *minus = minus_leg(cell, *pad); minus != nullptr)
         kind.pad_minus = minus->name;
     bool drives =
         pad->direction != LIBERTY_DIRECTION::INPUT &&

@@ -23,6 +23,8 @@ const char *const PADS = R"(library (pads) {
                pin (X) { direction : output; function : "P"; } }
   cell (PD)  { pad_cell : true; pin (P) { direction : input; is_pad : true; complementary_pin : "M"; }
                pin (M) { direction : input; is_pad : true; } pin (X) { direction : output; function : "P"; } }
+  cell (PE)  { pad_cell : true; pin (D) { direction : input; } pin (P) { direction : output; is_pad : true; function : "D"; }
+               pin (M) { direction : output; is_pad : true; function : "!D"; } }
   cell (PA)  { pad_cell : true; pin (P) { direction : inout; is_pad : true; } }
   cell (PV)  { pad_cell : true; pin (P) { direction : inout; is_pad : true; function : "1"; } }
   cell (FF)  { ff (I, J) { clocked_on : "K"; next_state : "D"; } pin (K, D) { direction : input; }
@@ -39,6 +41,7 @@ module PT (input D, N, output P); endmodule
 module PB (input D, EN, TE_N, SR, inout P, output X); endmodule
 module PX (input D, S, T, inout P, output X); endmodule
 module PD (input P, M, output X); endmodule
+module PE (input D, output P, M); endmodule
 module PA (inout P); endmodule
 module PV (inout P); endmodule
 module FF (input K, D, output Q); endmodule
@@ -51,10 +54,10 @@ endmodule
 )";
 
 const char *const CHIP = R"(
-module chip (ck, a, b, c, o, t, io, x, dp, dm, ana, sup, sup2, free, mod, bare);
+module chip (ck, a, b, c, o, t, io, x, dp, dm, ep, em, ana, sup, sup2, free, mod, bare);
     input ck, b, c, dp, dm, free, bare;
     inout a, io, x, ana, sup, sup2, mod;
-    output o, t;
+    output o, t, ep, em;
     wire k, nk, ai, bi, ci, ioi, xi, di, mi, q, r;
     PI pck (.P(ck), .X(k));
     IV iv (.A(k), .Z(nk));
@@ -70,6 +73,7 @@ module chip (ck, a, b, c, o, t, io, x, dp, dm, ana, sup, sup2, free, mod, bare);
     PD pd (.P(dp), .M(dm), .X(di));
     FF f2 (.K(nk), .D(xi), .Q());
     FF f3 (.K(nk), .D(di), .Q());
+    PE pe (.D(r), .P(ep), .M(em));
     PA pan (.P(ana));
     PV ps (.P(sup));
     PV ps2 (.P(sup2));

@@ -1,7 +1,9 @@
 #!/usr/bin/env python3
 """Takes a published chip from its maker's netlist through the programs, as a user does, and proves the result.
 
-    real_chips.py --chip trc --chips ../shared/real --bin build/bin --work DIR
+    real_chips.py --chip trc --chips ../shared/real --bin build/bin --work DIR [--drafted]
+
+With --drafted the descriptions and boundary cells that lie beside the netlist are put away, and rimkit writes its own.
 
 Proven: the length of the boundary register and the IDCODE; the ports; the structure, with the new cells counted as
 wires, of the netlist with modules, of the flat one, and of what kalmlist makes of the design as it was read; resets,
@@ -26,24 +28,44 @@ from chip_files import ProofError, read_chip, read_ports, strip_comments  # noqa
 from player import Player, run  # noqa: E402
 from tap_driver import Session  # noqa: E402
 
-CELLS = ["cells.v", "bscells.v"]
+PADS = "../pads/gf180mcu_fd_io__tt_025C_5v00.lib"
+PLACED = ["clk_PAD", "rst_n_PAD", *(f"bidir_PAD[{i}]" for i in range(54))]     # as2650, counter-clockwise
 CHIPS = {
     "as2650": SimpleNamespace(top="chip_top", cells=162, netlist=["chip_top.pnl.v"], macros=(),
-                              read=["-as_input", "clk_PAD,rst_n_PAD"]),
+                              read=["-as_input", "clk_PAD,rst_n_PAD"], drafts=["--liberty", PADS, "--def", "chip_top.def"]),
     "trc": SimpleNamespace(top="chip_top", cells=81, netlist=["chip_top.pnl.v"], macros=(),
-                           read=["-as_input", "clk_PAD,rst_n_PAD,input_PAD"]),
+                           read=["-as_input", "clk_PAD,rst_n_PAD,input_PAD"], drafts=["--liberty", PADS]),
     "caravel": SimpleNamespace(top="caravel", cells=129, netlist=["caravel.v", "chip_io.v", "constant_block.v"],
-                               macros=("USE_POWER_PINS",), read=[]),
+                               macros=("USE_POWER_PINS",), read=[], drafts=["--def", "chip_io.def"]),
 }
 IDCODE = 0x12650555
 TEST_PORTS = {"tdi": "input", "tms": "input", "tck": "input", "trst_n": "input", "tdo": "output"}
+
+
+def draft_and_insert(chip, tool, work):
+    """What the maker delivers, and one command for each language."""
+    for name in ("bscells.v", *(f"{chip.top}.{kind}" for kind in ("lib", "bsc", "pin"))):
+        (work / name).rename(work / f"{name}.by_hand")
+    words = [*chip.drafts, "--cells", "cells.v", "--idcode", "1,0x2650,0x2aa",
+             *[word for macro in chip.macros for word in ("--define", macro)],
+             *[word for name in chip.netlist for word in ("--netlist", name)], chip.top]
+    tool("rimkit", "run", *words)
+    (work / "vhdl").mkdir()
+    tool("rimkit", "run", *words, "-vhdl", "-opath", "vhdl")
+
+
+def check_order(work):
+    """The rows of the pin file follow the pads round the die."""
+    rows = [line.split()[2] for line in (work / "chip_top.pin").read_text().splitlines() if line[:1].isdigit()]
+    if [port for port in rows if port in PLACED] != PLACED:
+        yield f"order of the pins: {rows}"
 
 
 def insert(chip, tool, work):
     """The calls of the user, with the VHDL and the list of the design as it was read in folders of their own."""
     for folder in ("lib", "vhdl"):
         (work / folder).mkdir()
-    tool("kalmverin", "-lib", *[word for macro in chip.macros for word in ("-D", macro)], *CELLS, "-opath", "lib")
+    tool("kalmverin", "-lib", *[word for macro in chip.macros for word in ("-D", macro)], *chip.files, "-opath", "lib")
     tool("kalmverin", *chip.read, *chip.netlist)
     tool("rimweave", chip.top, "-add_tap", "-vhdl", "-opath", "vhdl")
     tool("rimweave", chip.top, "-add_tap")
@@ -69,10 +91,10 @@ def netlists_of(chip, work):
 
 def accept(chip, netlist, work):
     """Icarus Verilog takes the square of the pins on a power net; it reads them here, and leaves them open."""
-    files = [netlist, f"{chip.top}_TAP.v", *CELLS]
+    files = [netlist, f"{chip.top}_TAP.v", *chip.files]
     macros = [f"-D{macro}" for macro in chip.macros]
     run(["yosys", "-q", "-p", f"read_verilog {' '.join(macros + files)}; hierarchy -check -top {chip.top}_jtag"], work, "yosys")
-    run(["iverilog", "-g2001", "-t", "null", "-s", "BS_BUF", *macros, *files], work, "iverilog")
+    run(["iverilog", "-g2001", "-t", "null", "-s", chip.buffer, *macros, *files], work, "iverilog")
 
 
 def write_models(chip, work):
@@ -100,7 +122,7 @@ def check_session(chip, register, netlist, work):
     trials.resets()
     trials.registers()
     trials.extest(4)
-    player = Player(work, pathlib.Path(netlist).stem, [f"open_{netlist}", f"{chip.top}_TAP.v", "models.v", "bscells.v"],
+    player = Player(work, pathlib.Path(netlist).stem, [f"open_{netlist}", f"{chip.top}_TAP.v", "models.v", chip.files[1]],
                     f"{chip.top}_jtag", register.ports, register.skipped)
     value = checks.values(player.play(session.steps), register.ports)
     yield from proof.check_tdo(trials, value)
@@ -108,19 +130,24 @@ def check_session(chip, register, netlist, work):
         yield from check(value, None)
 
 
-def prove(chip, tool, work):
-    insert(chip, tool, work)
+def prove(chip, tool, work, drafted):
+    chip.files = ["cells.v", f"{chip.top}_cells.v" if drafted else "bscells.v"]
+    chip.buffer = "RIM_BUF" if drafted else "BS_BUF"
+    (draft_and_insert if drafted else insert)(chip, tool, work)
     register = read_chip(*[work / f"{chip.top}.{kind}" for kind in ("bso", "bsc", "lib")])
-    netlists = netlists_of(chip, work)
-    plan = {"design": chip.top, "cells": CELLS, "netlist": chip.netlist}
+    netlists = netlists_of(chip, work)[:1 if drafted else 2]    # how netlists are written, the other run shows
+    plan = {"design": chip.top, "cells": chip.files, "netlist": chip.netlist}
     faults = list(check_ports(chip, work))
-    faults += proof.check_structure(register, plan, [*netlists, "as_read.v"], work, chip.macros)
+    if drafted and "chip_top.def" in chip.drafts:
+        faults += check_order(work)
+    faults += proof.check_structure(register, plan, [*netlists, *([] if drafted else ["as_read.v"])], work, chip.macros)
     if len(register.cells) != chip.cells or int(register.idcode, 2) != IDCODE:
         faults.append(f"{len(register.cells)} cells, IDCODE {register.idcode}")
     write_models(chip, work)
     for netlist in netlists:
         accept(chip, netlist, work)
-    faults += proof.check_flat(plan, netlists, work, chip.macros)
+    if not drafted:
+        faults += proof.check_flat(plan, netlists, work, chip.macros)
     faults += check_session(chip, register, netlists[0], work)
     run(["ghdl", "-a", "-fexplicit", f"{chip.top}_TAP.vhd", f"{chip.top}_jtag.vhd"], work / "vhdl", "ghdl")
     return faults
@@ -132,6 +159,7 @@ def main():
     options.add_argument("--chips", required=True, type=pathlib.Path, help="folder of the chips")
     options.add_argument("--bin", required=True, type=pathlib.Path, help="folder of the programs")
     options.add_argument("--work", required=True, type=pathlib.Path, help="scratch folder, emptied first")
+    options.add_argument("--drafted", action="store_true", help="with descriptions by rimkit")
     given = options.parse_args()
     if not (given.chips / "unpack").exists():
         print(f"skipped: no chips in {given.chips}")
@@ -140,7 +168,7 @@ def main():
     try:
         run([str((given.chips / "unpack").resolve()), "."], work.parent, "unpacking")
         faults = prove(CHIPS[given.chip], lambda name, *words: run([str(given.bin.resolve() / name), *words], work, name),
-                       work)
+                       work, given.drafted)
     except ProofError as fault:
         sys.exit(f"PROOF FAILED: {fault}")
     print("\n".join(faults[:proof.FAULTS_SHOWN]))
