@@ -3,6 +3,7 @@
 #include "description/reading.hh"
 #include "description/save_tables.hh"
 #include "support/console.hh"
+#include "support/faults.hh"
 #include "support/fnm.hh"
 #include "support/text.hh"
 
@@ -29,17 +30,26 @@ void get_bs_dft_file(const char *lib_file, const char *bsc_file, int32_t /*dump_
     std::FILE *bsc = open_or_fail("dft", bsc_file);
     begin_pin_files();
 
-    LIB_FILE = keep_text(lib_file);
-    begin_file(LIB_FILE, lib, lib_yyrestart, lib_yylineno);
-    lib_yyparse();
-    std::fclose(lib);
-    save_lib_tab();
-
-    BSC_FILE = keep_text(bsc_file);
-    begin_file(BSC_FILE, bsc, bsc_yyrestart, bsc_yylineno);
-    bsc_yyparse();
-    std::fclose(bsc);
-    save_bsc_tab();
+    struct DESCRIPTION {
+        const char *&name;
+        const char *given;
+        std::FILE *file;
+        void (*restart)(std::FILE *file);
+        const int &line;
+        int (*parse)();
+        void (*save)();
+    };
+    const DESCRIPTION files[] = {
+        {LIB_FILE, lib_file, lib, lib_yyrestart, lib_yylineno, lib_yyparse, save_lib_tab},
+        {BSC_FILE, bsc_file, bsc, bsc_yyrestart, bsc_yylineno, bsc_yyparse, save_bsc_tab},
+    };
+    each_apart(files, [](const DESCRIPTION &description) {
+        description.name = keep_text(description.given);
+        begin_file(description.name, description.file, description.restart, description.line);
+        description.parse();
+        std::fclose(description.file);
+        description.save();
+    });
 
     if (GLOBAL_EXIT != 0)
         end_run();

@@ -61,7 +61,7 @@ void scanner_failed(const char *reason) {
     if (std::strncmp(reason, "input in", 8) == 0)
         error_fail("ERROR: a description file can't be read (%s).\n", std::strerror(errno));
     error_printf("%s\n", reason);
-    std::exit(2);
+    end_run(2);
 }
 
 int32_t number_value(const char *file, int32_t line, const char *digits) {

@@ -3,6 +3,7 @@
 #include "description/save_tables.hh"
 
 #include "support/console.hh"
+#include "support/faults.hh"
 #include "support/text.hh"
 
 #include <cstring>
@@ -95,9 +96,9 @@ void save_connect_table(const AST_NODE &node) {
 void save_bsc_tab() {
     BL_MBIST_TAB = nullptr;
     BL_LBIST_TAB = nullptr;
-    for (const AST_NODE &node : children(*theAST)) {
+    each_apart(children(*theAST), [](const AST_NODE &node) {
         // A bare list of words has no keyword, and no effect.
         if (node.keyword != nullptr && bsc_keyword(node).save != nullptr)
             bsc_keyword(node).save(node);
-    }
+    });
 }

@@ -18,6 +18,7 @@
 #include "planning/validation.hh"
 #include "sdb/sdb.hh"
 #include "support/console.hh"
+#include "support/faults.hh"
 #include "support/run_state.hh"
 
 namespace {
@@ -48,16 +49,10 @@ EDIT_FILE *write_cell_lines() {
     return file;
 }
 
-/// Planning, in its fixed order: each step needs the one before.
-void plan_cells() {
-    check_pin_signal_inv_buf();
+void classify_ports() {
     open_sdb_file(MODULE_C_SDB);
     rimweave_init();
-    check_necessary_fields();
-    produce_opin_control_tab();
-    arrange_opin_tab_from_tdo();
-    setup_driving_control_cell_and_highz_buf();
-    bs_reset_standard_port_ptr_of_TAP();
+    each_apart({check_necessary_fields, produce_opin_control_tab});
 }
 
 void check_cells_exist() {
@@ -92,6 +87,13 @@ void insert_in_modules() {
 }
 
 } // namespace
+
+void plan_cells() {
+    each_apart({check_pin_signal_inv_buf, classify_ports});
+    arrange_opin_tab_from_tdo();
+    setup_driving_control_cell_and_highz_buf();
+    bs_reset_standard_port_ptr_of_TAP();
+}
 
 void add_boundary_scan_chain() {
     plan_cells();

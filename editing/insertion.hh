@@ -1,6 +1,9 @@
 // The drivers of boundary insertion.
 #pragma once
 
+/// All of planning, in its fixed order: each step needs the one before. Writes no file.
+void plan_cells();
+
 /// Plans, writes and carries out the insertion of the boundary register, and prints the report.
 void add_boundary_scan_chain();
 

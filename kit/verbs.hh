@@ -3,6 +3,7 @@
 
 #include "kit/command.hh"
 
+extern const KIT_VERB kit_doctor;
 extern const KIT_VERB kit_start;
 extern const KIT_VERB kit_run;
 extern const KIT_VERB kit_bsdl;

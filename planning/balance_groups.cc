@@ -7,13 +7,12 @@
 #include "support/run_state.hh"
 #include "support/text.hh"
 
-#include <cstdlib>
 #include <string>
 #include <unordered_map>
 
 void fail_grouping(int32_t n, int32_t size) {
     console_printf("ERROR: Can't group %d with max size %d !\n", n, size);
-    std::exit(0);
+    end_run(0);
 }
 
 namespace {

@@ -9,6 +9,7 @@
 #include "sdb/navigation.hh"
 #include "sdb/sdb.hh"
 #include "support/console.hh"
+#include "support/faults.hh"
 #include "support/run_state.hh"
 #include "support/text.hh"
 
@@ -126,9 +127,10 @@ void warn_of_missing_pins() {
 void check_scan_cells() {
     forget_needs();
     bool fault = false;
-    for (int32_t role = 0; role < COUNT_INTERNAL; ++role)
+    each_number_apart(COUNT_INTERNAL, [&fault](int32_t role) {
         if (const char *name = *CELL_ROLES[role].declared; name != nullptr)
             fault |= check_scan_cell(static_cast<CELL_COUNTER>(role), name);
+    });
     if (fault)
         vmr_fail("\n");
     note_cells_of_pins();

@@ -14,6 +14,7 @@
 #include "sdb/navigation.hh"
 #include "sdb/sdb.hh"
 #include "support/console.hh"
+#include "support/faults.hh"
 #include "support/run_state.hh"
 #include "support/text.hh"
 
@@ -114,10 +115,10 @@ void check_no_wire_is_cut_twice() {
                      "       Power and ground ports belong in %%SKIP_SIGNAL_NAMES of file '%s'.\n\n",
                      PIN_FILE, known->second->port_name, row.port_name, JTAG_BSC_FILE);
     };
-    for (const OPIN_ROW &row : rows(OPIN_TAB)) {
+    each_apart(rows(OPIN_TAB), [&](const OPIN_ROW &row) {
         bool is_internal = row.kind == CELL_INTERNAL;
         if (row.scan_cell == nullptr || (is_internal && row.scan_cell->data_out == nullptr))
-            continue; // a cell that only observes cuts nothing
+            return; // a cell that only observes cuts nothing
         if (row.pad == nullptr && !is_internal)
             take(cuts, port_tab[find_iport(row.port_name)].node, row);
         if (is_bs_buffer(row.pad))
@@ -125,7 +126,7 @@ void check_no_wire_is_cut_twice() {
         for (const char *pin : {row.pad_input, row.pad_output})
             if (pin != nullptr)
                 take(cuts, find_pin_node(row.pad_obj, pin), row);
-    }
+    });
 }
 
 bool is_standard_port(const char *name) {
@@ -141,7 +142,7 @@ void warn_of_unlisted_ports() {
         const PIN_ENTRY *pin = PIN_TABLE[row.pin_index];
         int32_t port = SDB_nl_search_port(row.port_name);
         if (port < 0 && !skip_signal(pin->top_name) && !bs_internal_word(pin->package_name))
-            port = find_iport(row.port_name);
+            try_step([&port, &row] { port = find_iport(row.port_name); });
         if (port >= 0)
             is_listed[port] = 1;
     }
@@ -177,15 +178,13 @@ void check_inv_signal() {
                  INVERTER_INPUT == nullptr ? "%INPUT" : "%OUTPUT", INVERTER);
 }
 
-} // namespace
-
-void produce_opin_control_tab() {
+void make_rows() {
     for (STANDARD_PORT_STATE &state : TAP_PORT)
         state.pin_index = -1;
-    for (int32_t pin = 0; pin < DYNA_count(PIN_TABLE); ++pin) {
+    each_number_apart(DYNA_count(PIN_TABLE), [](int32_t pin) {
         const char *name = bs_pin_name(pin);
         if (name == nullptr)
-            continue;
+            return;
         OPIN_ROW &row = create_an_entry_of_OPIN_TAB(pin, name);
         if (skip_signal(name))
             bs_save_OPIN_TAB_for_standard_port_of_TAP(row, name);
@@ -193,11 +192,14 @@ void produce_opin_control_tab() {
             save_OPIN_TAB_for_adding_scan_cell_internal(row);
         else
             save_OPIN_TAB_for_adding_scan_cell(row);
-    }
-    point_standard_ports_at_rows();
-    check_no_wire_is_cut_twice();
-    warn_of_missing_pins();
-    warn_of_unlisted_ports();
+    });
+}
+
+} // namespace
+
+void produce_opin_control_tab() {
+    each_apart({make_rows, point_standard_ports_at_rows, check_no_wire_is_cut_twice, warn_of_missing_pins,
+                warn_of_unlisted_ports});
     settle_io_modules();
     if (multi_io_module_flagG != 0)
         split_control_cells_by_module();

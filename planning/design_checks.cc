@@ -10,6 +10,7 @@
 #include "sdb/navigation.hh"
 #include "sdb/sdb.hh"
 #include "support/console.hh"
+#include "support/faults.hh"
 #include "support/run_state.hh"
 #include "support/text.hh"
 
@@ -60,18 +61,18 @@ void check_connect_pad() {
     open_sdb_file(MODULE_C_SDB);
     TDO_EN_LOW = 0;
     const PIN_ENTRY *tdo = nullptr;
-    for (const PIN_ENTRY *pin : rows(PIN_TABLE)) {
+    each_apart(rows(PIN_TABLE), [&tdo](const PIN_ENTRY *pin) {
         const char *name = pin->top_name;
         if (name == nullptr || bs_internal_word(pin->package_name))
-            continue;
+            return;
         if (same_text(name, GLOBAL_TDO))
             tdo = pin;
         if (skip_signal(name))
-            continue;
+            return;
         int32_t node = get_node_connected_to_portnode(find_iport(name));
         if (const BUFFER_CELL *pad = get_buffer(object_class_name(node_tab[node].obj)); pad != nullptr)
             note_needs_of_pad(*pad);
-    }
+    });
     if (GLOBAL_TDO != nullptr)
         look_at_tdo_pad(tdo);
     close_sdb_file();
@@ -84,6 +85,6 @@ void check_pin_signal_inv_buf() {
         check_tap_names();
         vmr_fail("\n");
     }
-    check_buffer_cell("%SIGNAL_BUFFER", TAP_CONTR->signal_buffer);
-    check_buffer_cell("%INV_BUFFER", TAP_CONTR->inv_buffer);
+    each_apart({[] { check_buffer_cell("%SIGNAL_BUFFER", TAP_CONTR->signal_buffer); },
+                [] { check_buffer_cell("%INV_BUFFER", TAP_CONTR->inv_buffer); }});
 }

@@ -8,6 +8,7 @@
 #include "rtl/tap_values.hh"
 
 #include "support/console.hh"
+#include "support/faults.hh"
 #include "support/run_state.hh"
 #include "support/text.hh"
 
@@ -22,7 +23,7 @@ bool is_pattern(std::string_view text) {
 /// Every opcode has the length of the first, every instruction has one, and an instruction register has two
 /// bits.
 void refuse_opcodes() {
-    for (const INSTRUCTION &instruction : rows(INSTRUCTIONS)) {
+    each_apart(rows(INSTRUCTIONS), [](const INSTRUCTION &instruction) {
         if (DYNA_count(instruction.patterns) == 0)
             vmr_fail("ERROR: (%s) INSTRUCTION '%s' has no opcode.\n\n", JTAG_BSC_FILE, instruction.name);
         for (const char *pattern : rows(instruction.patterns)) {
@@ -33,7 +34,7 @@ void refuse_opcodes() {
                 vmr_fail("ERROR: (%s) opcode '%s' of INSTRUCTION '%s' is not %d bits long.\n\n",
                          JTAG_BSC_FILE, pattern, instruction.name, INST_LEN);
         }
-    }
+    });
     if (INST_LEN < 2)
         vmr_fail("ERROR: (%s) an opcode must have two bits at least.\n\n", JTAG_BSC_FILE);
 }
@@ -139,11 +140,11 @@ void refuse_names() {
     refuse_module_name();
     std::vector<TAP_MODULE_PORT> ports = tap_ports(rtl_language());
     std::unordered_set<std::string> taken;
-    for (const TAP_MODULE_PORT &port : ports) {
+    each_apart(ports, [&taken](const TAP_MODULE_PORT &port) {
         refuse_words(port.name);
         if (!taken.insert(name_key(port.name, rtl_language())).second)
             refuse_port(port, "the name of another port");
-    }
+    });
     for (const char *reg : rows(ACCESS_REG))
         refuse_words(std::string(reg) + "_out");
     refuse_names_of_logic(ports);
@@ -291,11 +292,8 @@ void warn_clamp(RTL_LANGUAGE language) {
 } // namespace
 
 void refuse_broken_rtl() {
-    refuse_opcodes();
-    refuse_codes();
-    refuse_enable_values();
-    refuse_highz_without_source();
-    refuse_names();
+    each_apart(
+        {refuse_opcodes, refuse_codes, refuse_enable_values, refuse_highz_without_source, refuse_names});
 }
 
 void warn_about_rtl() {

@@ -9,6 +9,7 @@
 #include "description/hash_tables.hh"
 #include "description/lookups.hh"
 #include "support/console.hh"
+#include "support/faults.hh"
 #include "support/run_state.hh"
 #include "support/text.hh"
 
@@ -73,10 +74,7 @@ void resolve_extra_names() {
     }
 }
 
-} // namespace
-
-void jtag_init() {
-    set_up_various_flags();
+void resolve_names() {
     resolve_module_and_instance();
     if (TAP_CONTR->tdo_en != nullptr)
         TAP_TDO_EN_PIN = without_minus(TAP_CONTR->tdo_en);
@@ -93,4 +91,10 @@ void jtag_init() {
     TAP_EXTRA_PIN = DYNA_init<const char *>();
     for (int32_t n = 0; n < BCELL_EXTRA; ++n)
         append_row(TAP_EXTRA_PIN, without_minus(TAP_CONTR->extras[n]));
+}
+
+} // namespace
+
+void jtag_init() {
+    each_apart({set_up_various_flags, resolve_names});
 }

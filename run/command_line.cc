@@ -1,9 +1,9 @@
 #include "run/command_line.hh"
 
+#include "planning/input_files.hh"
 #include "run/banner.hh"
 #include "run/working_folder.hh"
 #include "support/console.hh"
-#include "support/fnm.hh"
 #include "support/program.hh"
 #include "support/run_state.hh"
 #include "support/text.hh"
@@ -18,33 +18,6 @@ int32_t warning_num = 0;
 
 /// Longest design argument: with a search directory and its extension it still fits the work area of a name.
 constexpr size_t longest_design = 1000;
-
-/// What the line of selected options shows of a switch. The line is printed when one that asks for it is set.
-enum SWITCH_LINE { HIDDEN, SHOWN, ASKS_FOR_LINE };
-
-struct switch_entry {
-    const char *name;
-    OPTION_INDEX index;
-    SWITCH_LINE line;
-};
-
-/// In the order of the line. -opath takes a directory.
-constexpr switch_entry switches[] = {
-    {"debug", OPT_DEBUG, HIDDEN},
-    {"guideline", OPT_GUIDELINE, HIDDEN},
-    {"add_tap", OPT_ADD_TAP, ASKS_FOR_LINE},
-    {"add_tap_only", OPT_ADD_TAP_ONLY, ASKS_FOR_LINE},
-    {"add_bcm", OPT_ADD_BCM, ASKS_FOR_LINE},
-    {"vhdl", OPT_VHDL, ASKS_FOR_LINE},
-    {"add_pad", OPT_ADD_PAD, ASKS_FOR_LINE},
-    {"opath", OPT_OPATH, ASKS_FOR_LINE},
-    {"df_speed", OPT_DF_SPEED, ASKS_FOR_LINE},
-    {"external_idcode", OPT_EXTERNAL_IDCODE, SHOWN},
-    {"synch", OPT_SYNCH, SHOWN},
-    {"no_expand", OPT_NO_EXPAND, SHOWN},
-    {"no_pad", OPT_NO_PAD, SHOWN},
-    {"dont_share_control", OPT_DONT_SHARE_CONTROL, SHOWN},
-};
 
 /// Switches that exclude each other, in the words of their message.
 struct conflict_entry {
@@ -118,11 +91,9 @@ void scan_option(int32_t argc, char **argv, int32_t *index_pointer) {
     }
     if (same_text_no_case(name, "help") || same_text(name, "?"))
         print_help_options();
-    for (const switch_entry &known : switches) {
-        if (!same_text_no_case(name, known.name))
-            continue;
-        JTAG_OPTION[known.index] = 1;
-        if (known.index == OPT_OPATH)
+    if (const RUN_SWITCH *known = find_switch(name); known != nullptr) {
+        JTAG_OPTION[known->index] = 1;
+        if (known->index == OPT_OPATH)
             take_output_directory(argc, argv, index_pointer);
         return;
     }
@@ -137,9 +108,7 @@ void take_design_name(const char *argument) {
         banner_before_first_diagnostic();
         console_fail("\nERROR: the design name is longer than %zu characters.\n\n", longest_design);
     }
-    bool is_sdb = FNM_break(argument, "e") == ".sdb";
-    TOP_MODULE = keep_text(FNM_break(argument, is_sdb ? "b" : "be"));
-    PATH = keep_text(FNM_break(argument, "p"));
+    take_design(argument);
     if (TOP_MODULE[0] == '\0') {
         banner_before_first_diagnostic();
         console_fail("\nERROR: '%s' does not name a design.\n\n", argument);
@@ -173,7 +142,7 @@ void open_report() {
 void print_selected_options() {
     bool wanted = false;
     std::string line = "Selected option: ";
-    for (const switch_entry &entry : switches) {
+    for (const RUN_SWITCH &entry : RUN_SWITCHES) {
         if (!option(entry.index) || entry.line == HIDDEN)
             continue;
         wanted = wanted || entry.line == ASKS_FOR_LINE;

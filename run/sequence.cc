@@ -7,32 +7,23 @@
 #include "editing/insertion.hh"
 #include "guide/guide.hh"
 #include "planning/connect_file.hh"
+#include "planning/input_files.hh"
 #include "planning/planning.hh"
 #include "planning/validation.hh"
 #include "rtl/tap_build.hh"
 #include "run/banner.hh"
 #include "run/command_line.hh"
 #include "run/fault_handlers.hh"
-#include "sdb/sdb.hh"
-#include "sdb/symbols.hh"
 #include "support/console.hh"
-#include "support/dyna.hh"
 #include "support/fnm.hh"
 #include "support/run_state.hh"
-#include "support/settings.hh"
 #include "support/shell.hh"
 #include "support/system_info.hh"
-#include "support/text.hh"
 
 #include <cstdlib>
 #include <sys/times.h>
 
 namespace {
-
-constexpr const char *default_directories = ".";
-constexpr const char *default_subdirectories = "designs:lib:scanforge_lib";
-
-const char *velmora_write_dir = nullptr; ///< first directory of VELMORA_DIRS, when that is set
 
 int32_t get_CPU_time() {
     tms used;
@@ -47,26 +38,9 @@ const char *get_CPU_time_string(int32_t start) {
     return text;
 }
 
-/// Search path and settings.
-void SDB_start_load_def() {
-    const char *velmora = std::getenv("VELMORA");
-    CMD_set_path(velmora, default_directories, default_subdirectories);
-    velmora_write_dir = nullptr;
-    const char *directories = std::getenv("VELMORA_DIRS");
-    if (directories != nullptr && directories[0] != '\0')
-        velmora_write_dir = CMD_set_path(directories, nullptr, nullptr);
-    RC_load("velmora", nullptr);
-    const char *hier_dot = RC_sget("hier_dot*", ".");
-    if (hier_dot != nullptr && hier_dot[0] != '\0') {
-        sdb_hier_dot = hier_dot[0];
-        PREFIX_set_dot(hier_dot[0]);
-    }
-}
-
 void start_routine() {
     add_own_folder_to_path();
-    SDB_start_load_def();
-    top_set_w_directory(velmora_write_dir);
+    top_set_w_directory(set_up_search());
 }
 
 /// The tools are to find the modules and cells of a design that is given with its folder where the run finds
@@ -75,36 +49,6 @@ void lead_tools_to_design() {
     std::string list = *PATH == '\0' ? "" : FNM_list_with_folder(PATH);
     if (!list.empty())
         ::setenv("VELMORA_DIRS", list.c_str(), 1);
-}
-
-/// Nothing is said about a file that is not found: the guide can still write it.
-void get_bsc_lib_name() {
-    JTAG_BSC_FILE = FNM_find_input(format_text("%s.bsc", TOP_MODULE));
-    JTAG_LIB_FILE = FNM_find_input(format_text("%s.lib", TOP_MODULE));
-}
-
-/// Looks up one SDB file of the design; false, with its message, when there is none.
-bool find_sdb_file(const char *ending, const char *&found) {
-    std::string name = format_text("%s%s%s", PATH, TOP_MODULE, ending);
-    found = FNM_find_input(name);
-    if (found == nullptr)
-        vmr_printf("ERROR: can't find SDB file '%s' in default searching path.\n\n", name.c_str());
-    return found != nullptr;
-}
-
-/// All files that are missing are reported before the run ends.
-void find_input_files(bool with_design) {
-    bool complete = JTAG_BSC_FILE != nullptr && JTAG_LIB_FILE != nullptr;
-    if (JTAG_BSC_FILE == nullptr)
-        vmr_printf("ERROR: can't find BSC file '%s.bsc' in default searching path.\n\n", TOP_MODULE);
-    if (JTAG_LIB_FILE == nullptr)
-        vmr_printf("ERROR: can't find LIB file '%s.lib' in default searching path.\n\n", TOP_MODULE);
-    if (with_design) {
-        complete = find_sdb_file(".sdb", MODULE_SDB) && complete;
-        complete = find_sdb_file(".c.sdb", MODULE_C_SDB) && complete;
-    }
-    if (!complete)
-        end_run();
 }
 
 void check_necessary_input_file() {
@@ -145,7 +89,7 @@ void run_sequence(int32_t argc, char **argv) {
     uti_prepare_system_info();
     jtag_parse_cmd_line(argc, argv);
     lead_tools_to_design();
-    get_bsc_lib_name();
+    find_description_files();
     if (option(OPT_GUIDELINE))
         guideline_handler();
     check_necessary_input_file();

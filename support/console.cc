@@ -1,5 +1,6 @@
 #include "support/console.hh"
 
+#include "support/faults.hh"
 #include "support/text.hh"
 #include "support/whole_file.hh"
 
@@ -46,6 +47,10 @@ void close_sinks() {
 } // namespace
 
 void put_text(std::FILE *stream, std::string_view text) {
+    if (fault_collector != nullptr) {
+        fault_collector->text += text;
+        return;
+    }
     errno = 0;
     bool whole = std::fwrite(text.data(), 1, text.size(), stream) == text.size();
     if (std::fflush(stream) == 0 && whole)
@@ -86,9 +91,9 @@ void error_printf(const char *format, ...) {
     va_end(values);
 }
 
-void end_run() {
+void end_run(int status) {
     discard_unfinished_file();
-    std::exit(-1);
+    end_process(status);
 }
 
 void vmr_fail(const char *format, ...) {

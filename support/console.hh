@@ -31,8 +31,9 @@ void console_printf(const char *format, ...) __attribute__((format(printf, 1, 2)
 /// Writes to the error stream alone, after the console has been flushed.
 void error_printf(const char *format, ...) __attribute__((format(printf, 1, 2)));
 
-/// Ends the run with exit status 255; what is to be said has been said.
-[[noreturn]] void end_run();
+/// Ends the run with the exit status; what is to be said has been said. While faults are collected
+/// (support/faults.hh) it ends the step alone, and nothing is written here.
+[[noreturn]] void end_run(int status = 255);
 
 /// vmr_printf, then end_run.
 [[noreturn]] void vmr_fail(const char *format, ...) __attribute__((format(printf, 1, 2)));

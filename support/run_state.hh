@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
 
 /// Places of the switches in JTAG_OPTION.
@@ -27,6 +28,20 @@ enum OPTION_INDEX : int32_t {
     OPT_DONT_SHARE_CONTROL = 15,
     OPTION_COUNT = 16
 };
+
+/// What the line of selected options shows of a switch. The line is printed when one that asks for it is set.
+enum SWITCH_LINE { HIDDEN, SHOWN, ASKS_FOR_LINE };
+
+/// A switch of the command line, which is read without regard to case.
+struct RUN_SWITCH {
+    const char *name; ///< without its dash
+    OPTION_INDEX index;
+    SWITCH_LINE line;
+};
+/// All of them, in the order of the line. -opath takes a directory.
+extern const std::span<const RUN_SWITCH> RUN_SWITCHES;
+/// The switch of that name, without its dash; null when there is none.
+const RUN_SWITCH *find_switch(const char *name);
 
 extern int32_t JTAG_OPTION[OPTION_COUNT]; ///< one flag per switch
 extern const char *TOP_MODULE;            ///< design name, without directory and without `.sdb`
