@@ -1,0 +1,81 @@
+// What a run leaves, which its own status does not tell: the tools that it starts may fail silently.
+#include "kit/check.hh"
+
+#include "kit/chip.hh"
+#include "kit/files.hh"
+#include "planning/tap_state.hh"
+#include "siblings/tool.hh"
+#include "support/text.hh"
+
+#include <cctype>
+
+namespace {
+
+bool is_name_character(char c) {
+    return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_' || c == '$';
+}
+
+/// True when the text has the name as a word of its own.
+bool has_word(const std::string &text, const std::string &name) {
+    for (size_t at = 0; !name.empty() && (at = text.find(name, at)) != text.npos; ++at) {
+        bool begins = at == 0 || !is_name_character(text[at - 1]);
+        bool ends = at + name.size() == text.size() || !is_name_character(text[at + name.size()]);
+        if (begins && ends)
+            return true;
+    }
+    return false;
+}
+
+void add_file(CHECK_CHIP &chip, const std::string &file, const std::string &text) {
+    add_check(chip, 0, {}, text);
+    chip.findings.back().file = file;
+}
+
+/// The file with the first of the endings that is there; with the first one when none is.
+std::string existing(const std::string &name, std::initializer_list<const char *> endings) {
+    for (const char *ending : endings)
+        if (TOOL_exists(name + ending))
+            return name + ending;
+    return name + *endings.begin();
+}
+
+/// A netlist that lost its TAP or its last cell on the way out of the database.
+void check_netlist(CHECK_CHIP &chip, const std::string &file) {
+    if (!TOOL_exists(file) || chip.found.tap_obj < 0)
+        return;
+    std::string text = TOOL_read_file(file);
+    std::string tap = chip_class_name(obj_tab[chip.found.tap_obj].class_id);
+    if (!has_word(text, tap))
+        add_file(chip, file, format_text("the netlist has no instance of the TAP '%s'", tap.c_str()));
+    if (chip.found.cells.empty())
+        return;
+    std::string last = chip.found.cells.front().instance;
+    last = last.substr(last.find_last_of("./") + 1);
+    if (!has_word(text, last))
+        add_file(chip, file,
+                 format_text("the netlist lacks the boundary cell next to TDO, '%s'", last.c_str()));
+}
+
+} // namespace
+
+void check_outputs(CHECK_CHIP &chip) {
+    std::string base = TOOL_base_name(chip.design), place = TOOL_directory(chip.design);
+    std::string folder = chip.opath.empty() ? place : chip.opath;
+    std::vector<std::string> inputs;
+    for (const char *ending : {".lib", ".bsc", ".sdb", ".c.sdb"})
+        inputs.push_back(chip.design + ending);
+    if (PIN_FILE != nullptr)
+        inputs.emplace_back(PIN_FILE);
+    std::string netlist = existing(folder + base + "_jtag", {".v", ".vhd"});
+    std::vector<std::string> outputs = {chip.design + "_jtag.c.sdb", chip.design + ".bso", netlist};
+    std::string rtl = existing(folder + base + "_TAP", {".v", ".vhd"});
+    if (TOOL_exists(rtl) || TOOL_exists(folder + base + "_TAP_empty.v")) // a chip that had a TAP gets none
+        outputs.push_back(rtl);
+    for (const std::string &file : outputs) {
+        if (!TOOL_exists(file))
+            add_file(chip, file, "the run has not written this file");
+        else if (is_outdated(file, inputs))
+            add_file(chip, file, "this file is older than what it is made from");
+    }
+    check_netlist(chip, netlist);
+}
