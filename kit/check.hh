@@ -14,6 +14,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 struct CHECK_RULE;
@@ -44,7 +45,8 @@ struct CHECK_CHIP {
     bool is_strict = false;
 
     BOUNDARY_REGISTER found{};
-    std::vector<CHECKED_PORT> ports{}; ///< by port id
+    std::vector<CHECKED_PORT> ports{};                  ///< by port id
+    std::unordered_map<int32_t, bool> constant_gates{}; ///< of is_fixed
     std::vector<CHECK_FINDING> findings{};
 };
 
@@ -103,6 +105,9 @@ std::string few_of(const std::vector<std::string> &names);
 bool has_output(int32_t obj);
 /// True when the object has an input: what has none is a tie cell or a power-on reset.
 bool has_input(int32_t obj);
+
+/// True for what nothing can change: a constant, also through gates that see nothing else, or an open end.
+bool is_fixed(CHECK_CHIP &chip, const WALK_POINT &source);
 
 // The functions of the rules.
 void check_outputs(CHECK_CHIP &chip);

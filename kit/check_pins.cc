@@ -66,10 +66,8 @@ template <class TEST> void group_pins(PIN_GROUPS &groups, const WALK_PAD_ROW &pa
 void add_groups(CHECK_CHIP &chip, int32_t rule, const PIN_GROUPS &groups, const char *words) {
     for (const auto &[key, group] : groups)
         add_check(chip, rule, group.first,
-                  format_text(
-                      "pad %s: %s of %s %s", chip_class_name(key.class_id).c_str(),
-                      (key.pins.find(',') == key.pins.npos ? "pin " + key.pins : "pins " + key.pins).c_str(),
-                      few_of(group.ports).c_str(), words),
+                  format_text("%s %s of pad %s: %s", words, key.pins.c_str(),
+                              chip_class_name(key.class_id).c_str(), few_of(group.ports).c_str()),
                   key.severity);
 }
 
@@ -127,7 +125,7 @@ void check_cell_pins(CHECK_CHIP &chip, const REGISTER_CELL &row) {
         add_check(
             chip, 28, {row.obj, node, -1},
             format_text("pin %s of the boundary cell hangs on %s", name, end_text(chip, source).c_str()),
-            pin.is_data && is_tied ? FINDING_WARNING : FINDING_ERROR);
+            pin.is_data ? FINDING_WARNING : FINDING_ERROR);
     }
 }
 
@@ -161,14 +159,13 @@ void check_pad_pins(CHECK_CHIP &chip) {
         const PAD_KIND &kind = known_kind(kinds, chip, obj_tab[pad.obj].class_id);
         group_pins(groups, pad, [&](const std::string &pin, int32_t node) {
             WALK_POINT source = walk_back(chip.found.walk, node);
-            bool follows = source.end == WALK_CORE ? has_input(source.row)
-                                                   : source.end == WALK_PORT || source.end == WALK_PAD;
-            if (!follows || is_described(*pad.buffer, pin))
+            bool is_held = source.end == WALK_CELL || source.end == WALK_TAP || is_fixed(chip, source);
+            if (is_held || is_described(*pad.buffer, pin))
                 return FINDING_SEVERITY_COUNT;
             return is_needed(kind, pin) ? FINDING_ERROR : FINDING_WARNING;
         });
     }
-    add_groups(chip, 27, groups, "follows the core");
+    add_groups(chip, 27, groups, "the core drives");
 }
 
 void check_open_pins(CHECK_CHIP &chip) {
@@ -186,6 +183,6 @@ void check_open_pins(CHECK_CHIP &chip) {
                 bool is_off = (low && end == WALK_ONE) || (high && end == WALK_ZERO);
                 return end == WALK_OPEN || is_off ? FINDING_WARNING : FINDING_SEVERITY_COUNT;
             });
-    add_groups(chip, 28, groups, "is open, or tied so that the pad never drives");
+    add_groups(chip, 28, groups, "open, or tied to the value that turns the pad off:");
     add_faults(chip, 28, {"the cell's pin"});
 }

@@ -2,6 +2,7 @@
 #include "kit/check.hh"
 
 #include "kit/chip.hh"
+#include "kit/names.hh"
 #include "support/text.hh"
 
 std::string end_text(const CHECK_CHIP &chip, const WALK_POINT &point) {
@@ -56,4 +57,33 @@ bool has_output(int32_t obj) {
 
 bool has_input(int32_t obj) {
     return has_pin_beside(obj, SDB_OUTPUT);
+}
+
+namespace {
+
+/// True for a gate that sees constants alone. One in a ring of gates is none: it may hold a state.
+bool is_constant_gate(CHECK_CHIP &chip, int32_t obj, int32_t depth) {
+    constexpr int32_t DEEPEST = 32;
+    auto [known, is_new] = chip.constant_gates.try_emplace(obj, false);
+    if (!is_new || depth > DEEPEST)
+        return known->second;
+    int32_t class_id = obj_tab[obj].class_id;
+    bool is_constant = class_id >= 0;
+    for (int32_t i = 0; is_constant && i < class_tab[class_id].pin_count; ++i) {
+        int32_t node = obj_tab[obj].first_node + i;
+        SDB_DIRECTION direction = chip_pin_direction(node_tab[node].pin);
+        if (direction == SDB_OUTPUT || kit_is_power_name(chip_pin_name(node_tab[node].pin)))
+            continue;
+        WALK_POINT source = walk_back(chip.found.walk, node);
+        is_constant = source.end == WALK_ZERO || source.end == WALK_ONE ||
+                      (source.end == WALK_CORE && is_constant_gate(chip, source.row, depth + 1));
+    }
+    return chip.constant_gates[obj] = is_constant;
+}
+
+} // namespace
+
+bool is_fixed(CHECK_CHIP &chip, const WALK_POINT &source) {
+    return source.end == WALK_NONE || source.end == WALK_OPEN || source.end == WALK_ZERO ||
+           source.end == WALK_ONE || (source.end == WALK_CORE && is_constant_gate(chip, source.row, 0));
 }

@@ -102,7 +102,10 @@ void find_logic_behind_pads(CHECK_CHIP &chip) {
 void find_ways_past_cells(CHECK_CHIP &chip) {
     std::set<int32_t> seen;
     for (const REGISTER_ROW &row : chip.found.rows) {
-        bool cuts = row.cuts && (row.kind == ROW_INPUT || row.kind == ROW_BIDIR);
+        // A pad with the cell, or the multiplexer that the cell feeds, inside reaches the core behind it.
+        bool is_inside = row.pad >= 0 && (pad_row(chip, row.pad).buffer->kind == BUFFER_BS ||
+                                          pad_row(chip, row.pad).buffer->mux_in2 != nullptr);
+        bool cuts = row.cuts && !is_inside && (row.kind == ROW_INPUT || row.kind == ROW_BIDIR);
         if (!cuts || is_exempt(chip, row.port) || !seen.insert(row.port).second)
             continue;
         int32_t node = row.pad < 0 ? port_tab[row.port].node
@@ -124,26 +127,25 @@ struct PORT_WANTS {
     int32_t node = -1;
 };
 
-PORT_WANTS wants_of_pad(const CHECK_CHIP &chip, const WALK_PAD_ROW &pad) {
+PORT_WANTS wants_of_pad(CHECK_CHIP &chip, const WALK_PAD_ROW &pad) {
     PORT_WANTS wants;
     int32_t out = walk_pin(pad.obj, pad.core_out), in = walk_pin(pad.obj, pad.core_in);
     wants.read = !chip_is_alone(out);
-    WALK_END data = in < 0 ? WALK_OPEN : walk_back(chip.found.walk, in).end;
-    bool has_data = data != WALK_OPEN && data != WALK_ZERO && data != WALK_ONE;
+    bool has_data = in >= 0 && !is_fixed(chip, walk_back(chip.found.walk, in));
+    bool is_held = false, is_lost = false;
     for (const char *pin : {pad.buffer->en_l, pad.buffer->en_h}) {
-        WALK_END enable = walk_back(chip.found.walk, walk_pin(pad.obj, pin)).end;
-        bool is_fixed =
-            enable == WALK_NONE || enable == WALK_OPEN || enable == WALK_ZERO || enable == WALK_ONE;
-        has_data |= pin != nullptr && !is_fixed && pad.pin != pad.buffer->input;
+        WALK_POINT enable = walk_back(chip.found.walk, walk_pin(pad.obj, pin));
+        is_held |= pin != nullptr && pad.pin != pad.buffer->input && !is_fixed(chip, enable);
+        is_lost |= enable.end == WALK_CORE && pad.core_in != nullptr;
     }
-    const REGISTER_PORT &port = chip.found.ports[static_cast<size_t>(pad.port)];
-    // A pad whose enable the core holds is told by its enable.
-    wants.driven = has_data && !port.is_off && !port.follows_core;
+    // A pad that the core alone can turn on, or nobody, is told by its enable.
+    wants.driven =
+        (has_data || is_held) && !is_lost && !chip.found.ports[static_cast<size_t>(pad.port)].is_off;
     wants.node = wants.read ? out : in;
     return wants;
 }
 
-PORT_WANTS wants_of_port(const CHECK_CHIP &chip, int32_t port) {
+PORT_WANTS wants_of_port(CHECK_CHIP &chip, int32_t port) {
     int32_t node = port_tab[port].node;
     PORT_WANTS wants;
     for (int32_t pad : chip.found.ports[static_cast<size_t>(port)].pads) {
@@ -153,21 +155,23 @@ PORT_WANTS wants_of_port(const CHECK_CHIP &chip, int32_t port) {
     if (!chip.found.ports[static_cast<size_t>(port)].pads.empty() || chip_is_alone(node))
         return wants;
     SDB_DIRECTION direction = chip_port_direction(port);
-    WALK_END source = walk_back(chip.found.walk, node).end;
-    bool is_fixed = source == WALK_ZERO || source == WALK_ONE;
-    return {direction == SDB_INPUT, direction == SDB_OUTPUT && !is_fixed, node};
+    bool has_source = direction == SDB_OUTPUT && !is_fixed(chip, walk_back(chip.found.walk, node));
+    return {direction == SDB_INPUT, has_source, node};
 }
 
 /// One enable of a pad that the register should hold.
 void check_enable(CHECK_CHIP &chip, const WALK_PAD_ROW &pad, const char *pin) {
     int32_t node = walk_pin(pad.obj, pin);
     WALK_POINT source = walk_back(chip.found.walk, node);
-    if (source.end != WALK_CORE && source.end != WALK_PORT && source.end != WALK_PAD &&
-        source.end != WALK_MANY)
+    bool is_constant = is_fixed(chip, source); // through gates: what it holds the pad at is not known
+    bool has_data = !is_fixed(chip, walk_back(chip.found.walk, walk_pin(pad.obj, pad.core_in)));
+    if (source.end == WALK_CELL || source.end == WALK_TAP ||
+        (is_constant && (source.end != WALK_CORE || !has_data)))
         return;
     add_check(chip, 17, {pad.obj, node, pad.port},
               format_text("enable %s of the pad hangs on %s, not on a control cell", pin,
-                          end_text(chip, source).c_str()));
+                          end_text(chip, source).c_str()),
+              is_constant ? FINDING_WARNING : FINDING_ERROR);
 }
 
 } // namespace

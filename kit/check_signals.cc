@@ -77,6 +77,24 @@ WALK_POINT source_of_tap_pin(const CHECK_CHIP &chip, const char *TAP_CELL::*fiel
                      walk_pin(chip.found.tap_obj, tap_pin_name(*chip.found.tap, field).c_str()));
 }
 
+/// True for a gate of the core that sees nothing but the TAP's TDO enable.
+bool reads_tap_alone(CHECK_CHIP &chip, const WALK_POINT &gate) {
+    int32_t class_id = gate.end == WALK_CORE ? obj_tab[gate.row].class_id : -1;
+    bool reads_tap = false;
+    for (int32_t i = 0; class_id >= 0 && i < class_tab[class_id].pin_count; ++i) {
+        int32_t node = obj_tab[gate.row].first_node + i;
+        if (chip_pin_direction(node_tab[node].pin) == SDB_OUTPUT)
+            continue;
+        WALK_POINT source = walk_back(chip.found.walk, node);
+        if (source.end == WALK_TAP &&
+            walk_is_pin(source.node, tap_pin_name(*chip.found.tap, &TAP_CELL::tdo_en).c_str()))
+            reads_tap = true;
+        else if (!is_fixed(chip, source))
+            return false;
+    }
+    return reads_tap;
+}
+
 /// Loads and depth of one net of a tree and what hangs behind its buffers.
 struct TREE_SHAPE {
     size_t loads = 0;   ///< of the widest net
@@ -179,10 +197,14 @@ void check_tdo_release(CHECK_CHIP &chip) {
                     add_check(chip, 11, {pad.obj, node, port}, "TDO's pad is switched upside down");
                 return;
             }
-            if (source.end != WALK_ZERO && source.end != WALK_ONE) {
+            if (!is_fixed(chip, source)) {
+                bool is_through = reads_tap_alone(chip, source);
                 add_check(chip, 11, {pad.obj, node, port},
-                          format_text("the enable of TDO's pad hangs on %s, not on the TAP's %%TDO_EN",
-                                      end_text(chip, source).c_str()));
+                          format_text("the enable of TDO's pad hangs on %s, %s",
+                                      end_text(chip, source).c_str(),
+                                      is_through ? "a gate that the library file does not know"
+                                                 : "not on the TAP's %TDO_EN"),
+                          is_through ? FINDING_WARNING : FINDING_ERROR);
                 return;
             }
         }
