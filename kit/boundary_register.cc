@@ -86,9 +86,9 @@ void find_test_ports(BOUNDARY_REGISTER &found) {
         found.test_ports[pin.port] = port;
         if (port >= 0)
             found.ports[static_cast<size_t>(port)].tap_port = static_cast<int8_t>(pin.port);
-        bool is_wrong = port < 0 ? pin.port != PORT_TRST || pin.declared != nullptr
-                                 : pin.declared != nullptr &&
-                                       chip_port_name(port) != without_minus(pin.declared);
+        bool is_wrong = port < 0
+                            ? pin.port != PORT_TRST || pin.declared != nullptr
+                            : pin.declared != nullptr && chip_port_name(port) != without_minus(pin.declared);
         if (is_wrong)
             add_fault(found, "tap", found.tap_obj, node, port,
                       format_text("%s of the TAP is not wired to the port '%s'", pin.word,
@@ -207,11 +207,13 @@ CELL_ENDS::AT_PAD source_of(const BOUNDARY_REGISTER &found, int32_t obj, const c
 
 /// Which part of a pad the pin at the node is. The third multiplexer input belongs to neither way.
 enum PAD_PART { PART_NONE, PART_DATA, PART_ENABLE, PART_READING };
-PAD_PART part_of_pad(const WALK_PAD_ROW &pad, int32_t node, bool &enable_low) {
+PAD_PART part_of_pad(const NETLIST_WALK &walk, const WALK_PAD_ROW &pad, int32_t node, bool &enable_low) {
     const BUFFER_CELL &buffer = *pad.buffer;
+    // Where a cell has the multiplexer, the pin beside it stays with the core.
+    bool has_mux = walk_back(walk, walk_pin(pad.obj, buffer.mux_in1)).end == WALK_CELL;
     enable_low = walk_is_pin(node, buffer.en_l);
     if (enable_low || walk_is_pin(node, buffer.en_h))
-        return PART_ENABLE;
+        return has_mux && pad.core_in == nullptr ? PART_NONE : PART_ENABLE;
     if (walk_is_pin(node, buffer.mux_in2))
         return PART_READING;
     if (walk_is_pin(node, buffer.mux_in1)) {
@@ -219,7 +221,7 @@ PAD_PART part_of_pad(const WALK_PAD_ROW &pad, int32_t node, bool &enable_low) {
         enable_low = buffer.en_l != nullptr;
         return pad.core_in == nullptr ? PART_ENABLE : PART_DATA;
     }
-    return walk_is_pin(node, pad.core_in) ? PART_DATA : PART_NONE;
+    return walk_is_pin(node, pad.core_in) && !has_mux ? PART_DATA : PART_NONE;
 }
 
 void take_loads(const BOUNDARY_REGISTER &found, int32_t node, CELL_ENDS &ends) {
@@ -232,7 +234,7 @@ void take_loads(const BOUNDARY_REGISTER &found, int32_t node, CELL_ENDS &ends) {
         } else if (pad >= 0) {
             const WALK_PAD_ROW &row = found.walk.pads[static_cast<size_t>(pad)];
             bool low = false;
-            PAD_PART part = part_of_pad(row, point.node, low);
+            PAD_PART part = part_of_pad(found.walk, row, point.node, low);
             if (part == PART_DATA)
                 ends.data.push_back({pad, row.port, point});
             else if (part == PART_ENABLE)
@@ -331,6 +333,11 @@ void REGISTER_MAKER::add_output(int32_t cell, const CELL_ENDS::AT_PAD &at) {
     REGISTER_PORT &port = found.ports[static_cast<size_t>(at.port)];
     port.follows_core |= enable.follows_core;
     port.is_off |= enable.is_off;
+    // Of differential pads on one enable the run gives the cell to the first; any other pad has to have one.
+    if (enable.follows_core && enable.control < 0 &&
+        found.walk.pads[static_cast<size_t>(at.pad)].minus_port < 0)
+        add_fault(found, "enable", found.walk.pads[static_cast<size_t>(at.pad)].obj, -1, at.port,
+                  "the enable follows the core: no control cell holds it");
     // A pad that the register can't turn on or off belongs to the chip: its cell serves nobody.
     if (enable.is_off || (enable.follows_core && enable.control < 0)) {
         if (senses)
@@ -355,7 +362,9 @@ void REGISTER_MAKER::add_enable_rows(int32_t cell) {
         if (pad.port < 0)
             continue;
         WALK_POINT data = walk_back(found.walk, walk_pin(pad.obj, pad.core_in));
-        bool is_open = pad.core_in == nullptr || data.end == WALK_ZERO || data.end == WALK_ONE;
+        bool has_mux = walk_back(found.walk, walk_pin(pad.obj, pad.buffer->mux_in1)).end == WALK_CELL;
+        bool is_open =
+            pad.core_in == nullptr || (!has_mux && (data.end == WALK_ZERO || data.end == WALK_ONE));
         if (!is_open) {
             controls = true;
             continue;
@@ -423,10 +432,10 @@ void find_servers(REGISTER_MAKER &maker) {
         }
     // An output that watches a served input is no second server of it.
     for (size_t port = 0; port < maker.server.size(); ++port)
-        if (int32_t cell = maker.server[port]; cell >= 0 && maker.first_watcher[port] >= 0 &&
-                                              !maker.ends[static_cast<size_t>(cell)].data.empty() &&
-                                              maker.ends[static_cast<size_t>(cell)].sensed.port !=
-                                                  static_cast<int32_t>(port))
+        if (int32_t cell = maker.server[port];
+            cell >= 0 && maker.first_watcher[port] >= 0 &&
+            !maker.ends[static_cast<size_t>(cell)].data.empty() &&
+            maker.ends[static_cast<size_t>(cell)].sensed.port != static_cast<int32_t>(port))
             maker.server[port] = -1;
 }
 

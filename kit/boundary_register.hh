@@ -39,8 +39,8 @@ struct REGISTER_ROW {
 
 /// A pin of a cell that stands on a signal of the TAP.
 struct REGISTER_SIGNAL {
-    WALK_POINT source;       ///< WALK_NONE for a pin that the cell has not
-    std::string tap_pin;     ///< of a source at the TAP
+    WALK_POINT source;        ///< WALK_NONE for a pin that the cell has not
+    std::string tap_pin;      ///< of a source at the TAP
     bool is_inverted = false; ///< by an odd number of inverters on the way
 };
 
@@ -55,12 +55,13 @@ struct REGISTER_CELL {
 
 /// What is known of a port of the design beside its rows.
 struct REGISTER_PORT {
-    std::vector<int32_t> pads; ///< of NETLIST_WALK::pads
-    int32_t same_net = -1;     ///< an earlier port on the same net
-    int8_t tap_port = -1;      ///< STANDARD_PORT
+    std::vector<int32_t> pads;         ///< of NETLIST_WALK::pads
+    int32_t same_net = -1;             ///< an earlier port on the same net
+    int8_t tap_port = -1;              ///< STANDARD_PORT
     bool is_declared_inverted = false; ///< with '-' in the pin file
-    bool follows_core = false; ///< an enable of its pad hangs on the core
-    bool is_off = false;       ///< an enable of its pad is tied off
+    bool follows_core = false;         ///< an enable of its pad hangs on the core
+    bool is_released = false;          ///< its rows were taken away, with a reason
+    bool is_off = false;               ///< an enable of its pad is tied off
 };
 
 /// Something that a description can't be made of. Texts that do not apply are empty.

@@ -1,24 +1,158 @@
-// rimkit bsdl
+// rimkit bsdl: the chip's description for a board tester, DESIGN.bsd.
 #include "description/reader.hh"
-#include "kit/boundary_register.hh"
-#include "kit/chip.hh"
+#include "kit/bsdl_file.hh"
+#include "kit/cell_trials.hh"
+#include "kit/files.hh"
+#include "kit/json.hh"
+#include "kit/progress.hh"
+#include "kit/start.hh"
 #include "kit/verbs.hh"
 #include "planning/tracing.hh"
+#include "siblings/tool.hh"
+#include "support/text.hh"
+
+#include <cerrno>
+#include <chrono>
 #include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <unistd.h>
+
 namespace {
-int run_bsdl(const KIT_CALL &call) {
-    const std::string &d = call.names[0];
+
+constexpr KIT_OPTION OPTIONS[] = {
+    {"basic", nullptr,
+     "for readers that know less: no DESIGN_WARNING, INTEST_EXECUTION,\nPORT_GROUPING, own packages"},
+    {"frequency", "HZ", "highest frequency of TCK, 10.0e6 otherwise"},
+    {"output", "FILE", "the file to write, DESIGN.bsd otherwise"},
+    {"cells", "FILE", "Verilog of the boundary cells, DESIGN_cells.v otherwise; may be repeated", true},
+};
+
+double frequency_of(const KIT_CALL &call) {
+    std::string text = kit_value(call, "frequency", "10e6");
+    char *end = nullptr;
+    double value = std::strtod(text.c_str(), &end);
+    if (text.empty() || *end != '\0' || !(value >= 1 && value <= 1e12))
+        kit_usage_fault(format_text("--frequency: '%s' is no frequency in Hz", text.c_str()));
+    return value;
+}
+
+/// The description files and the flat edited design.
+void open_chip(const std::string &design) {
+    for (const char *ending : {".lib", ".bsc", "_jtag.c.sdb", ".bso"})
+        if (!TOOL_exists(design + ending))
+            TOOL_fail("", 0, "there is no '%s%s'; `rimkit bsdl` runs in the folder of a finished run.",
+                      design.c_str(), ending);
+    KIT_PROGRESS progress("reading " + design + "_jtag.c.sdb");
     bsdft_init();
-    get_bs_dft_file((d + ".lib").c_str(), (d + ".bsc").c_str(), 0);
-    open_sdb_file((d + "_jtag.c.sdb").c_str());
-    BOUNDARY_REGISTER r;
-    read_boundary_register(r);
-    for (auto &row : r.rows)
-        std::printf("%d %d %s %s pad %d ctl %d dis %d\n", row.cell, row.kind, r.cells[(size_t)row.cell].instance.c_str(),
-                    row.port < 0 ? "*" : chip_port_name(row.port).c_str(), row.pad, row.control, row.disable);
-    for (auto &f : r.faults)
-        std::printf("FAULT %s %s: %s [%s %s]\n", f.rule, f.instance.c_str(), f.text.c_str(), f.net.c_str(), f.port.c_str());
-    return 0;
+    get_bs_dft_file((design + ".lib").c_str(), (design + ".bsc").c_str(), 0);
+    open_sdb_file((design + "_jtag.c.sdb").c_str());
 }
+
+std::string fault_line(const REGISTER_FAULT &fault) {
+    std::string line = format_text("ERROR: %s: %s", fault.rule, fault.text.c_str());
+    for (const auto &[word, text] : {std::pair{"instance", &fault.instance}, std::pair{"net", &fault.net},
+                                     std::pair{"port", &fault.port}})
+        if (!text->empty())
+            line += format_text("; %s '%s'", word, text->c_str());
+    return line + "\n";
 }
-const KIT_VERB kit_bsdl = {"bsdl", "Writes DESIGN.bsd.", "[options] DESIGN", {}, "  rimkit bsdl chip\n", false, run_bsdl};
+
+std::string fault_json(const REGISTER_FAULT &fault) {
+    return format_text("{\"rule\": %s, \"text\": %s, \"instance\": %s, \"net\": %s, \"port\": %s}",
+                       json_text(fault.rule).c_str(), json_text(fault.text).c_str(),
+                       json_text(fault.instance).c_str(), json_text(fault.net).c_str(),
+                       json_text(fault.port).c_str());
+}
+
+void show(const KIT_CALL &call, const BSDL_FILE &file, const BOUNDARY_REGISTER &found,
+          const std::vector<std::string> &written) {
+    if (kit_has(call, "json")) {
+        std::string faults;
+        for (const REGISTER_FAULT &fault : found.faults)
+            faults += (faults.empty() ? "" : ", ") + fault_json(fault);
+        std::printf("{\"design\": %s, \"cells\": %zu, \"files\": %s, \"warnings\": %s, \"findings\": [%s]}\n",
+                    json_text(file.design).c_str(), found.cells.size(), json_list(written).c_str(),
+                    json_list(file.warnings).c_str(), faults.c_str());
+        return;
+    }
+    for (const REGISTER_FAULT &fault : found.faults)
+        std::fputs(fault_line(fault).c_str(), stdout);
+    if (written.empty()) {
+        std::printf("%s.bsd is not written: %zu findings\n", file.design.c_str(), found.faults.size());
+        return;
+    }
+    for (const BSDL_NAMES::RENAMED &row : file.names.renamed)
+        std::printf("renamed: %s is %s\n", row.from.c_str(), row.to.c_str());
+    for (const std::string &warning : file.warnings)
+        std::printf("WARNING: %s\n", warning.c_str());
+    std::printf("%s: %zu boundary cells\n", written[0].c_str(), found.cells.size());
+}
+
+/// Puts the file where it belongs, or takes an older one away: what is not right has no file.
+std::vector<std::string> write_files(const BSDL_FILE &file, const BOUNDARY_REGISTER &found,
+                                     const std::string &path) {
+    std::string package = TOOL_join(TOOL_directory(path), file.entity + "_cells.bsd");
+    if (!found.faults.empty()) {
+        if (::unlink(path.c_str()) == 0)
+            kit_note("the earlier %s is taken away: it does not describe this netlist", path.c_str());
+        return {};
+    }
+    std::vector<std::string> written = {path};
+    if (!file.own_cells.empty()) {
+        TOOL_write_file(package, bsdl_package_text(file));
+        written.push_back(package);
+    }
+    TOOL_write_file(path, bsdl_text(file, found));
+    return written;
+}
+
+/// The Verilog of the boundary cells: as given, else as `start` leaves it.
+std::vector<std::string> cell_models(const KIT_CALL &call, const std::string &design) {
+    std::vector<std::string> models = kit_values(call, "cells");
+    for (const std::string &model : models)
+        if (!TOOL_exists(model))
+            TOOL_fail("", 0, "there is no file '%s' of boundary cells.", model.c_str());
+    if (models.empty() && TOOL_exists(design + "_cells.v"))
+        models.push_back(design + "_cells.v");
+    return models;
+}
+
+int run_bsdl(const KIT_CALL &call) {
+    if (call.names.size() != 1)
+        kit_usage_fault("one DESIGN, the name of the top module, is needed");
+    BSDL_FILE file;
+    file.design = call.names[0];
+    file.frequency = frequency_of(call);
+    file.basic = kit_has(call, "basic");
+    TOOL_set_search_path();
+    open_chip(file.design);
+    BOUNDARY_REGISTER found;
+    read_boundary_register(found);
+    compare_boundary_order(found, file.design + ".bso");
+    compare_with_source(found, file.design + ".c.sdb");
+    file.entity = bsdl_take_name(file.names, TOOL_base_name(file.design));
+    file.package = bsdl_take_name(file.names, PACKAGE_TYPE != nullptr ? PACKAGE_TYPE : "DEFAULT_PACKAGE");
+    if (!found.cells.empty()) {
+        bsdl_take_ports(file, found);
+        bsdl_take_instructions(file, found);
+        bsdl_take_rows(file, found,
+                       try_cells(file, found, cell_models(call, file.design), file.design + "_TAP.v"));
+    }
+    std::vector<std::string> written =
+        write_files(file, found, kit_value(call, "output", file.design + ".bsd"));
+    show(call, file, found, written);
+    return found.faults.empty() ? KIT_DONE : KIT_FINDINGS;
+}
+
+} // namespace
+
+const KIT_VERB kit_bsdl = {
+    "bsdl",
+    "Describes the inserted chip for a board tester: DESIGN.bsd (IEEE 1149.1-2001).",
+    "[options] DESIGN",
+    OPTIONS,
+    "  rimkit bsdl --frequency 20e6 chip\n",
+    false,
+    run_bsdl,
+};

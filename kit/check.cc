@@ -77,6 +77,8 @@ std::string obstacle(const CHECK_CHIP &chip, const CHECK_RULE &rule, bool has_de
         return "there is no edited design " + chip.design + "_jtag.c.sdb";
     if (chip.found.tap_obj < 0)
         return "the netlist has no TAP (rule 13)";
+    if (rule.check == check_wires_to_pads && !TOOL_exists(chip.design + ".c.sdb"))
+        return "there is no design before the run, " + chip.design + ".c.sdb";
     if (rule.need == NEED_CHAIN && chip.found.rows.empty())
         return "the chain is broken (rule 13)";
     return "";

@@ -206,6 +206,8 @@ void check_wires_to_pads(CHECK_CHIP &chip) {
     find_logic_before_pads(chip, false);
     find_logic_behind_pads(chip);
     find_ways_past_cells(chip);
+    compare_with_source(chip.found, chip.design + ".c.sdb");
+    add_faults(chip, 16, {"wire"});
 }
 
 void check_enables(CHECK_CHIP &chip) {

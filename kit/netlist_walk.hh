@@ -32,9 +32,9 @@ struct WALK_POINT {
 struct WALK_PAD_ROW {
     int32_t obj;
     const BUFFER_CELL *buffer;
-    int32_t port = -1;          ///< of the plus leg
-    int32_t minus_port = -1;    ///< of the minus leg
-    const char *pin = nullptr;  ///< on the port
+    int32_t port = -1;              ///< of the plus leg
+    int32_t minus_port = -1;        ///< of the minus leg
+    const char *pin = nullptr;      ///< on the port
     const char *core_in = nullptr;  ///< the core drives it
     const char *core_out = nullptr; ///< the core reads it
 };
@@ -43,14 +43,14 @@ struct WALK_PAD_ROW {
 struct WALK_CLASS {
     const BUFFER_CELL *buffer = nullptr;
     const SCAN_CELL *cell = nullptr;
-    bool passes = false;  ///< a buffer or inverter
+    bool passes = false; ///< a buffer or inverter
     bool inverts = false;
     bool is_tap = false;
     int32_t input = -1, output = -1; ///< pins of one that passes, counted within the class
 };
 
 struct NETLIST_WALK {
-    std::vector<WALK_CLASS> classes;    ///< by class id
+    std::vector<WALK_CLASS> classes; ///< by class id
     std::vector<WALK_PAD_ROW> pads;
     std::vector<int32_t> pad_of_obj;    ///< row of `pads` or -1
     std::vector<int32_t> driver_of_net; ///< its driving node; -1 none, -2 several

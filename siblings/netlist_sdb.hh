@@ -5,6 +5,7 @@
 // direction in the file; their own order is kept beside them and taken up again by the reader.
 #pragma once
 
+#include "sdb/sdb.hh"
 #include "siblings/netlist.hh"
 
 #include <functional>
@@ -19,6 +20,8 @@ void NL_write_sdb(const NL_DESIGN &design, const NL_MODULE &module, const std::s
 
 /// Reads the ports alone, as they are needed to instantiate the module or cell.
 void NL_read_sdb_ports(NL_DESIGN &design, NL_MODULE &module, const std::string &path);
+/// The same of a file that is open.
+void NL_take_sdb_ports(NL_DESIGN &design, NL_MODULE &module, const SDB_HANDLE *handle);
 
 /// Reads a module with its instances. `find_def` gives the module of the design for a class, by name; it may
 /// leave it undefined, and its ports then are the pins of the class.

@@ -169,13 +169,17 @@ void read_instances(NL_DESIGN &design, const SDB_HANDLE *handle, NL_MODULE &modu
 
 } // namespace
 
-void NL_read_sdb_ports(NL_DESIGN &design, NL_MODULE &module, const std::string &path) {
-    SDB_HANDLE *handle = open_file(path);
-    read_ports(design, handle, module, path);
+void NL_take_sdb_ports(NL_DESIGN &design, NL_MODULE &module, const SDB_HANDLE *handle) {
+    read_ports(design, handle, module, handle->path);
     for (NL_PORT &port : module.ports)
         port.net = NL_NONE;
     module.defined = true;
     module.is_cell = SDB_table_count(handle, SDB_OBJ_TAB) == 0;
+}
+
+void NL_read_sdb_ports(NL_DESIGN &design, NL_MODULE &module, const std::string &path) {
+    SDB_HANDLE *handle = open_file(path);
+    NL_take_sdb_ports(design, module, handle);
     SDB_close(handle, 0);
 }
 
