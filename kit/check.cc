@@ -93,20 +93,31 @@ std::string place_text(const CHECK_FINDING &finding) {
     return text;
 }
 
+/// "15 cell-per-port".
+std::string rule_text(const CHECK_RULE &rule) {
+    return (rule.number > 0 ? std::to_string(rule.number) + " " : "") + rule.name;
+}
+
 /// The findings in the form of all verbs, and below them what was not checked.
 std::string result_text(const CHECK_RESULT &result) {
     std::vector<FINDING> findings;
     for (const CHECK_FINDING &found : result.findings) {
         std::string place = place_text(found);
-        std::string rule =
-            (found.rule->number > 0 ? std::to_string(found.rule->number) + " " : "") + found.rule->name;
-        findings.push_back({found.severity, rule, found.file, 0, place,
+        findings.push_back({found.severity, rule_text(*found.rule), found.file, 0, place,
                             found.text + (place.empty() ? "" : " (" + place + ")"), found.rule->effect,
                             found.rule->cure});
     }
     std::string text = findings_text(findings);
-    for (const CHECK_OPEN &open : result.open)
-        text += format_text("not checked: %d %s: %s\n", open.rule->number, open.rule->name, open.why.c_str());
+    std::vector<std::pair<std::string, std::string>> reasons; // with the rules that share each
+    for (const CHECK_OPEN &open : result.open) {
+        auto reason = std::find_if(reasons.begin(), reasons.end(),
+                                   [&open](const auto &known) { return known.first == open.why; });
+        if (reason == reasons.end())
+            reason = reasons.insert(reasons.end(), {open.why, ""});
+        reason->second += (reason->second.empty() ? "" : ", ") + rule_text(*open.rule);
+    }
+    for (const auto &[why, rules] : reasons)
+        text += "not checked: " + rules + ": " + why + "\n";
     return text + format_text("%d of %zu rules checked, %zu not or not whole\n", result.checked,
                               check_rules.size() - 1, result.open.size());
 }

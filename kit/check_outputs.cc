@@ -89,4 +89,5 @@ void check_outputs(CHECK_CHIP &chip) {
             add_file(chip, file, "this file is older than what it is made from");
     }
     check_netlist(chip, netlist);
+    add_faults(chip, 0, {"the netlist has no instance"});
 }

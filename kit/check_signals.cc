@@ -273,17 +273,8 @@ void check_tap_inputs(CHECK_CHIP &chip) {
                       format_text("%s of the TAP hangs on %s",
                                   tap_pin_name(*chip.found.tap, input.field).c_str(),
                                   end_text(chip, source).c_str()));
-        else if (source.inverters % 2 != 0)
-            add_check(chip, 32, {chip.found.tap_obj, source.node, chip.found.test_ports[input.port]},
-                      format_text("%s reaches the TAP inverted",
-                                  tap_pin_name(*chip.found.tap, input.field).c_str()));
-        else if (source.end == WALK_PAD && chip.found.test_ports[input.port] < 0)
-            add_check(chip, 32, {chip.found.tap_obj, source.node, -1},
-                      format_text("%s of the TAP hangs on %s, which does not read a port",
-                                  tap_pin_name(*chip.found.tap, input.field).c_str(),
-                                  end_text(chip, source).c_str()));
     }
-    add_faults(chip, 32, {"there is a second instance"});
+    add_faults(chip, 32, {"tap"});
 }
 
 void check_opcodes(CHECK_CHIP &chip) {
