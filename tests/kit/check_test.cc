@@ -12,19 +12,25 @@ constexpr const char *RIMKIT_CHECK = RW_BIN_DIR "/rimkit check ";
 
 /// Pads of each direction, and a test port with pads.
 CHIP usual_chip() {
-    return {.design = R"(module chip(input a, ck, tdi, tms, tck, trst, inout b, output y, z, tdo);
-IBUF pa(.PAD(a), .C(n_a)); CBUF pc(.PAD(ck), .C(n_ck)); BBUF pb(.I(n_y), .OEN(n_e), .PAD(b), .C(n_b));
+    return {
+        .design = R"(module chip(input a, ck, tdi, tms, tck, trst, inout b, output y, z, tdo);
+GIN pa(.PAD(a), .EN(1'b1), .C(n_a)); CBUF pc(.PAD(ck), .C(n_ck)); BBUF pb(.I(n_y), .OEN(n_e), .PAD(b), .C(n_b));
 OBUF py(.I(n_y), .PAD(y)); HBUF pz(.I(n_y), .EN(n_h), .PAD(z)); GATE h(.A(n_a), .B(n_a), .Z(n_h));
 IBUF pi(.PAD(tdi)); IBUF pm(.PAD(tms)); IBUF pk(.PAD(tck)); IBUF pr(.PAD(trst));
 TDOPAD po(.I(1'b0), .OEN(1'b0), .PAD(tdo));
 GATE u(.A(n_a), .B(n_ck), .Z(n_y)); GATE v(.A(n_b), .B(n_a), .Z(n_e)); endmodule)",
-            .pins = "1 A a *\n2 CK ck *\n3 B b *\n4 Y y *\n5 Z z *\n6 TDI tdi *\n7 TDO tdo *\n8 TMS tms *\n"
-                    "9 TCK tck *\n10 TRST trst *\n",
-            .settings = "%GLOBAL_TRST trst; %INVERTER INVB;",
-            .library = "%BUFFER TDOPAD { %INPUT I; %OUTPUT PAD; %EN_L OEN; }",
-            .tap_items = "%TRST trst; %TDO_EN tdo_en; %SIGNAL_BUFFER PLAIN; %GROUP_SIZE 4;",
-            .cells = "module TDOPAD(input I, OEN, output PAD); endmodule",
-            .changes = {{"chip.bsc", "tck, skip", "tck, trst, skip"}}};
+        .pins = "1 A a *\n2 CK ck *\n3 B b *\n4 Y y *\n5 Z z *\n6 TDI tdi *\n7 TDO tdo *\n8 TMS tms *\n"
+                "9 TCK tck *\n10 TRST trst *\n",
+        .settings = "%GLOBAL_TRST trst; %INVERTER INVB;",
+        .library =
+            "%BUFFER TDOPAD { %INPUT I; %OUTPUT PAD; %EN_L OEN; } %BUFFER GIN { %INPUT PAD; %OUTPUT C; }",
+        .tap_items = "%TRST trst; %TDO_EN tdo_en; %SIGNAL_BUFFER PLAIN; %GROUP_SIZE 4;",
+        .cells =
+            "module TDOPAD(input I, OEN, output PAD); endmodule "
+            "module GIN(input PAD, EN, output C); endmodule "
+            "module TWIN(input tdi, tms, tck, trst, last, output tdo, tdo_en, first, shift, clock, update, "
+            "rst, mode1); endmodule",
+        .changes = {{"chip.bsc", "tck, skip", "tck, trst, skip"}}};
 }
 
 using FOUND = std::set<std::string>;
@@ -44,6 +50,9 @@ class Check : public ::testing::Test {
         folder = new chip_folder("planning");
         folder->lay_out(usual_chip());
         EXPECT_EQ(folder->run("-add_tap").status, 0);
+        folder->scratch.write("pads.lib", R"(library (pads) { cell (GIN) {
+pin (PAD) { is_pad : true; direction : input; } pin (EN) { direction : input; }
+pin (C) { direction : output; function : "PAD EN"; } } })");
         // What the run was made from is older than anything that a case writes.
         folder->scratch.run("touch -d '1 hour ago' chip.lib chip.bsc chip.pin chip.sdb chip.c.sdb");
     }
@@ -65,6 +74,7 @@ struct FAULT {
     std::vector<CHANGE> changes;
     const char *found; ///< severity, number and name
     const char *place; ///< of the finding's line
+    const char *words = "chip";
 };
 
 constexpr const char *NETLIST = "chip_jtag.v";
@@ -135,6 +145,15 @@ const FAULT FAULTS[] = {
      {{NETLIST, ".EN(BCELL6_do)", ".EN(BCELL3_do)"}},
      "warning 18 off-values",
      "0 turns off z, 1 turns off b (instance 'BCELL3')"},
+    {"pad_follows_core",
+     {{NETLIST, ".EN(1'b1)", ".EN(n_y)"}},
+     "warning 27 pad-follows-core",
+     "instance 'pa', net 'n_y', port 'a'"},
+    {"pad_follows_core_that_needs_it",
+     {{NETLIST, ".EN(1'b1)", ".EN(n_y)"}},
+     "error 27 pad-follows-core",
+     "the core drives EN of pad GIN: a",
+     "--liberty pads.lib chip"},
     {"cell_pin_open", {{NETLIST, ".m(BCELL2_m)", ".m()"}}, "error 28 open-pins", "instance 'BCELL2'"},
     {"cell_pin_tied", {{NETLIST, ".r(BCELL3_r)", ".r(1'b0)"}}, "error 28 open-pins", "net 'GND'"},
     {"tap_pin_open", {{NETLIST, ".tms(pm_C)", ".tms()"}}, "error 28 open-pins", "pin tms of the TAP"},
@@ -174,11 +193,18 @@ const FAULT FAULTS[] = {
      "TDI of the TAP is not wired to the port 'tdi'"},
     {"opcode_with_x", {{"chip.bsc", "(01)", "(0X)"}}, "warning 34 private-opcodes", "SAMPLE"},
     {"own_pin",
-     {{"chip.bsc", "%INSTRUCTION SAMPLE",
-       "%INSTRUCTION OWN = (10) ACCESS bypass %EN_H own; %INSTRUCTION SAMPLE"}},
+     {{"chip.bsc", "ACCESS bypass", "ACCESS bypass ENABLE own(1)"}},
      "warning 34 private-opcodes",
-     "OWN drives own of the TAP"},
-    {"no_tap", {{NETLIST, "tapm TAP", "GATE TAP"}}, "error outputs", "no instance of the TAP 'tapm'"},
+     "BYPASS drives own of the TAP"},
+    {"no_such_private_instruction",
+     {{"chip.bsc", "%GLOBAL_TDI", "%INSTRUCTION_PRIVATE SECRET; %GLOBAL_TDI"}},
+     "warning 34 private-opcodes",
+     "SECRET, which is no instruction"},
+    {"two_taps",
+     {{NETLIST, END, "tapm second(.tdi(n_a)); endmodule"}},
+     "error 32 tap-inputs",
+     "instance 'second'"},
+    {"no_tap", {{NETLIST, "tapm TAP", "TWIN TAP"}}, "error outputs", "no instance of the TAP 'tapm'"},
 };
 
 TEST_F(Check, ACleanChipIsClean) {
@@ -201,7 +227,7 @@ TEST_F(Check, FindsEachFaultAtItsPlace) {
         }
         read_netlist();
         folder->scratch.run("touch -d '1 hour ago' chip.lib chip.bsc");
-        run_result result = check();
+        run_result result = check(fault.words);
         EXPECT_TRUE(found_in(result.out).contains(fault.found)) << result.out << result.err;
         expect_part(result.out, fault.place);
         EXPECT_EQ(result.status, result.out.find("error: ") != result.out.npos ? 1 : 0);
@@ -211,6 +237,77 @@ TEST_F(Check, FindsEachFaultAtItsPlace) {
     }
     folder->scratch.run("touch -d '1 hour ago' chip.lib chip.bsc");
     EXPECT_EQ(check().status, 0);
+}
+
+// What the status of a run does not tell.
+TEST_F(Check, LooksAtTheFilesOfTheRun) {
+    const struct {
+        const char *before, *after, *found;
+    } cases[] = {
+        {"mv chip.bso kept", "mv kept chip.bso", "chip.bso: error: the run has not written this file"},
+        {"mv chip_TAP.v kept", "mv kept chip_TAP.v", "chip_TAP.v: error: the run has not written this file"},
+        {"touch -d '1 hour' chip.pin", "touch -d '1 hour ago' chip.pin",
+         "chip_jtag.v: error: this file is older than what it is made from"},
+        {"cp chip_jtag.v kept; sed -i s/tapm/x/ chip_jtag.v", "mv kept chip_jtag.v",
+         "chip_jtag.v: error: the netlist has no instance of the TAP 'tapm'"},
+        {"cp chip_jtag.v kept; sed -i 's/ BCELL0 / x /' chip_jtag.v", "mv kept chip_jtag.v",
+         "chip_jtag.v: error: the netlist lacks the boundary cell next to TDO, 'BCELL0'"},
+        {"mv chip_jtag.c.sdb kept", "mv kept chip_jtag.c.sdb",
+         "not checked: 4 power-up, 11 tdo, 13 chain, 15 cell-per-port, 16 wire-to-pad, 17 enables"},
+    };
+    for (const auto &fault : cases) {
+        folder->scratch.run(fault.before);
+        run_result result = check();
+        expect_part(result.out, fault.found);
+        EXPECT_EQ(result.status, 1) << fault.before;
+        folder->scratch.run(fault.after);
+    }
+    EXPECT_EQ(check().status, 0);
+    folder->scratch.run("mkdir out; mv chip_jtag.v chip_TAP* out");
+    EXPECT_EQ(check("--opath out chip").status, 0);
+    folder->scratch.run("mv out/* .");
+}
+
+TEST_F(Check, TellsMachinesAndRefuses) {
+    std::string text = folder->scratch.read(NETLIST);
+    folder->scratch.write(NETLIST, std::regex_replace(text, std::regex("\\.tms\\(pm_C\\)"), ".tms()"));
+    read_netlist();
+    run_result result = check("--json --strict chip");
+    EXPECT_EQ(result.status, 1);
+    for (
+        const char *part :
+        {R"("severity": "error", "number": 28, "rule": "open-pins", "text": "pin tms of the TAP hangs on nothing")",
+         R"("instance": "TAP", "net": "", "port": "", "effect": ")",
+         R"({"number": 14, "rule": "unselected-registers", "why": "needs the simulation)",
+         R"("checked": 14})"})
+        expect_part(result.out, part);
+    folder->scratch.write(NETLIST, text);
+    read_netlist();
+    EXPECT_EQ(check("").status, 2);
+    EXPECT_EQ(check("other").status, 255);
+    std::string design = folder->scratch.read("chip_jtag.c.sdb");
+    folder->scratch.write("chip_jtag.c.sdb", design.substr(0, design.size() / 2));
+    EXPECT_EQ(check().status, 255);
+    folder->scratch.write("chip_jtag.c.sdb", design);
+}
+
+/// The words with one blank between them.
+std::string in_one_line(const std::string &text) {
+    return std::regex_replace(text, std::regex("\\s+"), " ");
+}
+
+TEST(CheckManual, HasASectionOfEachRule) {
+    std::string manual = read_whole(RW_SOURCE_DIR "/docs/rimkit_check.md");
+    for (const CHECK_RULE &rule : check_rules) {
+        std::string number = rule.number > 0 ? std::to_string(rule.number) + " " : "";
+        std::string head = "\n### " + number + rule.name + "\n";
+        expect_part(manual, head);
+        std::string section = in_one_line(between(manual, head, "\n### "));
+        expect_part(section, std::string("Effect: ") + rule.effect + ".");
+        expect_part(section, std::string("Cure: ") + rule.cure + ".");
+        if (rule.open != nullptr)
+            expect_part(section, std::string("Not checked yet: ") + rule.open + ".");
+    }
 }
 
 } // namespace
