@@ -57,7 +57,7 @@ bool open_chip(CHECK_CHIP &chip) {
         if (!TOOL_exists(chip.design + ending))
             TOOL_fail("", 0, "there is no '%s%s'; `rimkit check` runs in the folder of a finished run.",
                       chip.design.c_str(), ending);
-    std::string edited = chip.design + "_jtag.c.sdb";
+    std::string edited = written_file(chip, "_jtag.c.sdb");
     KIT_PROGRESS progress("reading " + edited);
     bsdft_init();
     get_bs_dft_file((chip.design + ".lib").c_str(), (chip.design + ".bsc").c_str(), 0);
@@ -74,7 +74,7 @@ std::string obstacle(const CHECK_CHIP &chip, const CHECK_RULE &rule, bool has_de
     if (rule.need == NEED_NOTHING)
         return "";
     if (!has_design)
-        return "there is no edited design " + chip.design + "_jtag.c.sdb";
+        return "there is no edited design " + written_file(chip, "_jtag.c.sdb");
     if (chip.found.tap_obj < 0)
         return "the netlist has no TAP (rule 13)";
     if (rule.check == check_wires_to_pads && !TOOL_exists(chip.design + ".c.sdb"))

@@ -97,6 +97,8 @@ struct CHECK_RESULT {
 CHECK_RESULT check_chip(const std::string &design, const std::string &opath,
                         const std::vector<std::string> &liberty, bool is_strict);
 
+/// A file that the run writes into its folder for output: DESIGN and the ending.
+std::string written_file(const CHECK_CHIP &chip, const char *ending);
 /// One sentence on an end of a walk: "the core (instance u1)", "a constant 0", ...
 std::string end_text(const CHECK_CHIP &chip, const WALK_POINT &point);
 /// A few of the names, and how many there are.

@@ -32,12 +32,10 @@ void add_file(CHECK_CHIP &chip, const std::string &file, const std::string &text
     chip.findings.back().file = file;
 }
 
-/// The file with the first of the endings that is there; with the first one when none is.
-std::string existing(const std::string &name, std::initializer_list<const char *> endings) {
-    for (const char *ending : endings)
-        if (TOOL_exists(name + ending))
-            return name + ending;
-    return name + *endings.begin();
+/// What the run wrote in one of its two languages; the Verilog name when it wrote neither.
+std::string written_text(const CHECK_CHIP &chip, const std::string &ending) {
+    std::string vhdl = written_file(chip, (ending + ".vhd").c_str());
+    return TOOL_exists(vhdl) ? vhdl : written_file(chip, (ending + ".v").c_str());
 }
 
 /// True when a source is younger by a second at least: a copy of the folder mixes up what lies closer.
@@ -70,17 +68,15 @@ void check_netlist(CHECK_CHIP &chip, const std::string &file) {
 } // namespace
 
 void check_outputs(CHECK_CHIP &chip) {
-    std::string base = TOOL_base_name(chip.design), place = TOOL_directory(chip.design);
-    std::string folder = chip.opath.empty() ? place : chip.opath;
     std::vector<std::string> inputs;
     for (const char *ending : {".lib", ".bsc", ".sdb", ".c.sdb"})
         inputs.push_back(chip.design + ending);
     if (PIN_FILE != nullptr)
         inputs.emplace_back(PIN_FILE);
-    std::string netlist = existing(folder + base + "_jtag", {".v", ".vhd"});
-    std::vector<std::string> outputs = {chip.design + "_jtag.c.sdb", chip.design + ".bso", netlist};
-    std::string rtl = existing(folder + base + "_TAP", {".v", ".vhd"});
-    if (TOOL_exists(folder + base + "_TAP_empty.v")) // a chip that had a TAP gets none
+    std::string netlist = written_text(chip, "_jtag");
+    std::vector<std::string> outputs = {written_file(chip, "_jtag.c.sdb"), chip.design + ".bso", netlist};
+    std::string rtl = written_text(chip, "_TAP");
+    if (TOOL_exists(chip.design + "_TAP_empty.v")) // a chip that had a TAP gets none
         outputs.push_back(rtl);
     for (const std::string &file : outputs) {
         if (!TOOL_exists(file))

@@ -263,7 +263,7 @@ TEST_F(Check, LooksAtTheFilesOfTheRun) {
         folder->scratch.run(fault.after);
     }
     EXPECT_EQ(check().status, 0);
-    folder->scratch.run("mkdir out; mv chip_jtag.v chip_TAP* out");
+    folder->scratch.run("mkdir out; mv chip_jtag.* chip_TAP.* out");
     EXPECT_EQ(check("--opath out chip").status, 0);
     folder->scratch.run("mv out/* .");
 }
