@@ -111,8 +111,11 @@ bool has_input(int32_t obj);
 /// True for what nothing can change: a constant, also through gates that see nothing else, or an open end.
 bool is_fixed(CHECK_CHIP &chip, const WALK_POINT &source);
 
+/// The control pins of cells that are no clocks, for rule 28.
+void check_control_pins(CHECK_CHIP &chip);
+
 // The functions of the rules.
-void check_outputs(CHECK_CHIP &chip);
+void check_written_files(CHECK_CHIP &chip);
 void check_power_up(CHECK_CHIP &chip);
 void check_tdo_release(CHECK_CHIP &chip);
 void check_chain(CHECK_CHIP &chip);

@@ -67,7 +67,7 @@ void check_netlist(CHECK_CHIP &chip, const std::string &file) {
 
 } // namespace
 
-void check_outputs(CHECK_CHIP &chip) {
+void check_written_files(CHECK_CHIP &chip) {
     std::vector<std::string> inputs;
     for (const char *ending : {".lib", ".bsc", ".sdb", ".c.sdb"})
         inputs.push_back(chip.design + ending);

@@ -171,6 +171,7 @@ void check_pad_pins(CHECK_CHIP &chip) {
 void check_open_pins(CHECK_CHIP &chip) {
     for (const REGISTER_CELL &row : chip.found.cells)
         check_cell_pins(chip, row);
+    check_control_pins(chip);
     check_tap_pins(chip);
     PIN_GROUPS groups;
     for (const WALK_PAD_ROW &pad : chip.found.walk.pads)

@@ -14,7 +14,7 @@ constexpr const char *FORMAL = "needs the proof of the TAP's RTL by Yosys";
 constexpr CHECK_RULE RULES[] = {
     {0, "outputs", "N", ERROR, "the run has left its files, each younger than what it was made from",
      "what is looked at, or built, is not the chip of these descriptions",
-     "rimweave once more (rimkit run), and look at its console", NEED_NOTHING, check_outputs},
+     "rimweave once more (rimkit run), and look at its console", NEED_NOTHING, check_written_files},
     {1, "tap-states", "F, S", ERROR, "the TAP has the 16 states and their 32 arcs",
      "no tester can lead the chip", "the TAP as it is generated, read by the synthesis tool without changes",
      NEED_NOTHING, nullptr, FORMAL},
@@ -116,7 +116,7 @@ constexpr CHECK_RULE RULES[] = {
      "wrap the pad so that the register's mode holds the pin: \"Pads that the core turns on\" in "
      "docs/users_guide.md",
      NEED_CHAIN, check_pad_pins},
-    {28, "open-pins", "N", ERROR, "no pin of a cell, a pad or the TAP is open or tied that needs a signal",
+    {28, "open-pins", "N", ERROR, "each pin of a cell, a pad or the TAP has the signal that it needs",
      "the cell or the TAP does not work; a pad works as its open pin falls",
      "connect the pin; for a pin that rimweave should connect, name it in the library file", NEED_CHAIN,
      check_open_pins},
@@ -124,7 +124,8 @@ constexpr CHECK_RULE RULES[] = {
      "each cell of the register is clocked by the TAP, all by the same edges, and no flop of the core by "
      "test clocks",
      "cells lose bits, or the core changes while the tester shifts",
-     "the clock pin on the TAP's clock through the tree's buffers alone; the core on clocks of its own",
+     "the clock pin on the TAP's clock through buffers that the library file names (a %BUFFER for those of a "
+     "layout tool); the core on clocks of its own",
      NEED_CHAIN, check_clocks},
     {30, "same-edge", "N", ERROR, "no cell updates and captures on one edge",
      "what is captured depends on delays", "%CLOCK_DR and %UPDATE_DR on different pins of the TAP",

@@ -28,7 +28,7 @@ bool is_turned(const REGISTER_CELL &cell, int32_t signal) {
     return cell.signals[signal].is_inverted != (pin != nullptr && pin[0] == '-');
 }
 
-/// A clock pin of a cell that the TAP's pin of that name does not reach. False for one that is as it must be,
+/// A pin of a cell that the TAP's pin of its signal does not reach. False for one that is as it must be,
 /// and for one that hangs on nothing, which another rule tells.
 bool has_wrong_source(const CHECK_CHIP &chip, const REGISTER_CELL &cell, int32_t signal) {
     const WALK_POINT &source = cell.signals[signal].source;
@@ -38,7 +38,8 @@ bool has_wrong_source(const CHECK_CHIP &chip, const REGISTER_CELL &cell, int32_t
                                                                       tap_pin_of(chip, signal).c_str()));
 }
 
-void check_clock_of_cells(CHECK_CHIP &chip, int32_t signal) {
+/// A control signal at all cells: from the TAP's pin of that signal, and at each of the same polarity.
+void check_signal_of_cells(CHECK_CHIP &chip, int32_t signal, int32_t rule) {
     size_t turned = 0, wired = 0;
     for (const REGISTER_CELL &cell : chip.found.cells) {
         bool is_wired = cell.signals[signal].source.end == WALK_TAP;
@@ -50,8 +51,8 @@ void check_clock_of_cells(CHECK_CHIP &chip, int32_t signal) {
         const char *pin = cell.cell->*CONTROL_SIGNALS[signal].cell_pin;
         int32_t node = walk_pin(cell.obj, pin);
         if (has_wrong_source(chip, cell, signal))
-            add_check(chip, 29, {cell.obj, node, -1},
-                      format_text("clock pin %s of the boundary cell hangs on %s, not on %s of the TAP", pin,
+            add_check(chip, rule, {cell.obj, node, -1},
+                      format_text("pin %s of the boundary cell hangs on %s, not on %s of the TAP", pin,
                                   end_text(chip, cell.signals[signal].source).c_str(),
                                   tap_pin_of(chip, signal).c_str()));
         else if (cell.signals[signal].source.end == WALK_TAP && is_turned(cell, signal) != usual)
@@ -169,6 +170,11 @@ void check_register_of(CHECK_CHIP &chip, const INSTRUCTION &row) {
 
 } // namespace
 
+void check_control_pins(CHECK_CHIP &chip) {
+    for (int32_t signal : {SIG_SHIFT, SIG_HIGHZ, SIG_MODE1, SIG_MODE2, SIG_MODE3, SIG_RST})
+        check_signal_of_cells(chip, signal, 28);
+}
+
 void check_power_up(CHECK_CHIP &chip) {
     std::string name = tap_pin_name(*chip.found.tap, &TAP_CELL::trst);
     int32_t node = walk_pin(chip.found.tap_obj, name.c_str());
@@ -214,7 +220,7 @@ void check_tdo_release(CHECK_CHIP &chip) {
 
 void check_clocks(CHECK_CHIP &chip) {
     for (int32_t signal : CLOCK_SIGNALS) {
-        check_clock_of_cells(chip, signal);
+        check_signal_of_cells(chip, signal, 29);
         std::string pin = tap_pin_of(chip, signal);
         check_core_behind(chip, walk_pin(chip.found.tap_obj, pin.c_str()), pin + " of the TAP", -1);
     }
