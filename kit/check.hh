@@ -72,6 +72,8 @@ struct CHECK_RULE {
 extern const std::span<const CHECK_RULE> check_rules;
 const CHECK_RULE &check_rule(int32_t number);
 
+/// A fault of the walk as a finding of a rule.
+void add_fault(CHECK_CHIP &chip, int32_t rule, const REGISTER_FAULT &fault);
 /// The faults of the walk whose word is among `words`, or whose text begins so, as findings of a rule.
 void add_faults(CHECK_CHIP &chip, int32_t rule, std::initializer_list<std::string_view> words);
 /// Adds a finding, with the severity of its rule or another.
@@ -111,6 +113,9 @@ bool has_input(int32_t obj);
 /// True for what nothing can change: a constant, also through gates that see nothing else, or an open end.
 bool is_fixed(CHECK_CHIP &chip, const WALK_POINT &source);
 
+/// What is behind gates of the core that have one input that is not constant, which are added to `gates`:
+/// whatever such a gate is, nothing else can stop the signal.
+WALK_POINT behind_single_gates(CHECK_CHIP &chip, WALK_POINT source, std::vector<int32_t> &gates);
 /// The control pins of cells that are no clocks, for rule 28.
 void check_control_pins(CHECK_CHIP &chip);
 

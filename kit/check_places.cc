@@ -93,3 +93,26 @@ bool is_fixed(CHECK_CHIP &chip, const WALK_POINT &source) {
     return source.end == WALK_NONE || source.end == WALK_OPEN || source.end == WALK_ZERO ||
            source.end == WALK_ONE || (source.end == WALK_CORE && is_constant_gate(chip, source.row, 0));
 }
+
+WALK_POINT behind_single_gates(CHECK_CHIP &chip, WALK_POINT source, std::vector<int32_t> &gates) {
+    constexpr size_t LONGEST = 100;
+    while (source.end == WALK_CORE && gates.size() < LONGEST) {
+        int32_t class_id = obj_tab[source.row].class_id, count = 0;
+        WALK_POINT next;
+        for (int32_t i = 0; class_id >= 0 && i < class_tab[class_id].pin_count; ++i) {
+            int32_t node = obj_tab[source.row].first_node + i;
+            bool is_input = chip_pin_direction(node_tab[node].pin) != SDB_OUTPUT &&
+                            !kit_is_power_name(chip_pin_name(node_tab[node].pin));
+            WALK_POINT point = is_input ? walk_back(chip.found.walk, node) : WALK_POINT{};
+            if (is_fixed(chip, point))
+                continue;
+            next = point;
+            ++count;
+        }
+        if (count != 1)
+            break;
+        gates.push_back(source.row);
+        source = next;
+    }
+    return source;
+}

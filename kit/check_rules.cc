@@ -169,13 +169,16 @@ void add_check(CHECK_CHIP &chip, int32_t rule, const CHECK_PLACE &place, const s
                              place.port < 0 ? "" : chip_port_name(place.port)});
 }
 
-void add_faults(CHECK_CHIP &chip, int32_t number, std::initializer_list<std::string_view> words) {
-    const CHECK_RULE &rule = check_rule(number);
+void add_fault(CHECK_CHIP &chip, int32_t rule, const REGISTER_FAULT &fault) {
+    chip.findings.push_back({&check_rule(rule), check_rule(rule).severity, fault.text, "", fault.instance,
+                             fault.net, fault.port});
+}
+
+void add_faults(CHECK_CHIP &chip, int32_t rule, std::initializer_list<std::string_view> words) {
     for (const REGISTER_FAULT &fault : chip.found.faults)
         for (std::string_view word : words)
             if (fault.rule == word || fault.text.starts_with(word)) {
-                chip.findings.push_back(
-                    {&rule, rule.severity, fault.text, "", fault.instance, fault.net, fault.port});
+                add_fault(chip, rule, fault);
                 break;
             }
 }

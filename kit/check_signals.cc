@@ -6,6 +6,7 @@
 #include "planning/tap_needs.hh"
 #include "planning/tap_state.hh"
 #include "rtl/tap_model.hh"
+#include "sdb/navigation.hh"
 #include "support/text.hh"
 
 #include <algorithm>
@@ -57,14 +58,16 @@ void check_signal_of_cells(CHECK_CHIP &chip, int32_t signal, int32_t rule) {
                                   tap_pin_of(chip, signal).c_str()));
         else if (cell.signals[signal].source.end == WALK_TAP && is_turned(cell, signal) != usual)
             add_check(
-                chip, 29, {cell.obj, node, -1},
-                format_text("clock pin %s of the boundary cell sees the other edge than most cells", pin));
+                chip, rule, {cell.obj, node, -1},
+                format_text("pin %s of the boundary cell sees the signal turned round, unlike most cells",
+                            pin));
     }
 }
 
-/// Cells of the core behind a test clock.
-void check_core_behind(CHECK_CHIP &chip, int32_t node, const std::string &name, int32_t port) {
-    std::set<int32_t> told;
+/// Cells of the core behind a test clock; `own` are gates on the way to the TAP.
+void check_core_behind(CHECK_CHIP &chip, int32_t node, const std::string &name, int32_t port,
+                       const std::vector<int32_t> &own = {}) {
+    std::set<int32_t> told(own.begin(), own.end());
     for (const WALK_POINT &point : walk_forward(chip.found.walk, node))
         if (point.end == WALK_CORE && has_output(point.row) && told.insert(point.row).second)
             add_check(chip, 29, {point.row, point.node, port},
@@ -78,22 +81,54 @@ WALK_POINT source_of_tap_pin(const CHECK_CHIP &chip, const char *TAP_CELL::*fiel
                      walk_pin(chip.found.tap_obj, tap_pin_name(*chip.found.tap, field).c_str()));
 }
 
-/// True for a gate of the core that sees nothing but the TAP's TDO enable.
-bool reads_tap_alone(CHECK_CHIP &chip, const WALK_POINT &gate) {
-    int32_t class_id = gate.end == WALK_CORE ? obj_tab[gate.row].class_id : -1;
-    bool reads_tap = false;
-    for (int32_t i = 0; class_id >= 0 && i < class_tab[class_id].pin_count; ++i) {
-        int32_t node = obj_tab[gate.row].first_node + i;
-        if (chip_pin_direction(node_tab[node].pin) == SDB_OUTPUT)
-            continue;
-        WALK_POINT source = walk_back(chip.found.walk, node);
-        if (source.end == WALK_TAP &&
-            walk_is_pin(source.node, tap_pin_name(*chip.found.tap, &TAP_CELL::tdo_en).c_str()))
-            reads_tap = true;
-        else if (!is_fixed(chip, source))
-            return false;
+/// "'u1' of the core, which the library file does not know", for the first of the gates on a way.
+std::string gate_text(const std::vector<int32_t> &gates) {
+    return "'" + chip_instance_name(gates[0]) + "', a gate that the library file does not know";
+}
+
+bool is_tap_pin(const CHECK_CHIP &chip, const WALK_POINT &point, const char *TAP_CELL::*field) {
+    return point.end == WALK_TAP && walk_is_pin(point.node, tap_pin_name(*chip.found.tap, field).c_str());
+}
+
+/// The port of TDO: the one that the TAP reaches, or that of the .bsc file where gates stand in the way,
+/// which is told. -1 for none.
+int32_t find_tdo(CHECK_CHIP &chip) {
+    if (chip.found.test_ports[PORT_TDO] >= 0)
+        return chip.found.test_ports[PORT_TDO];
+    int32_t port = GLOBAL_TDO == nullptr ? -1 : SDB_nl_search_port(without_minus(GLOBAL_TDO));
+    if (port < 0)
+        return -1;
+    int32_t node = port_tab[port].node;
+    for (int32_t pad : chip.found.ports[static_cast<size_t>(port)].pads) {
+        const WALK_PAD_ROW &row = chip.found.walk.pads[static_cast<size_t>(pad)];
+        node = walk_pin(row.obj, row.core_in);
     }
-    return reads_tap;
+    std::vector<int32_t> gates;
+    WALK_POINT source = behind_single_gates(chip, walk_back(chip.found.walk, node), gates);
+    if (!is_tap_pin(chip, source, &TAP_CELL::tdo))
+        return -1;
+    if (!gates.empty())
+        add_check(chip, 11, {gates[0], node, port}, "TDO comes through " + gate_text(gates), FINDING_WARNING);
+    return port;
+}
+
+/// The enable of TDO's pad. False where it is a constant.
+bool check_tdo_enable(CHECK_CHIP &chip, const WALK_PAD_ROW &pad, const char *pin) {
+    int32_t node = walk_pin(pad.obj, pin);
+    WALK_POINT source = walk_back(chip.found.walk, node);
+    if (is_fixed(chip, source))
+        return false;
+    std::vector<int32_t> gates;
+    if (!is_tap_pin(chip, behind_single_gates(chip, source, gates), &TAP_CELL::tdo_en))
+        add_check(chip, 11, {pad.obj, node, pad.port},
+                  format_text("the enable of TDO's pad hangs on %s, not on the TAP's %%TDO_EN",
+                              end_text(chip, source).c_str()));
+    else if (!gates.empty())
+        add_check(chip, 11, {pad.obj, node, pad.port}, "the enable of TDO's pad hangs on " + gate_text(gates),
+                  FINDING_WARNING);
+    else if (source.inverters % 2 != 0)
+        add_check(chip, 11, {pad.obj, node, pad.port}, "TDO's pad is switched upside down");
+    return true;
 }
 
 /// Loads and depth of one net of a tree and what hangs behind its buffers.
@@ -168,6 +203,31 @@ void check_register_of(CHECK_CHIP &chip, const INSTRUCTION &row) {
                   format_text("nothing drives the register of %s", row.name));
 }
 
+/// What comes in to the TAP.
+struct TAP_INPUT {
+    const char *TAP_CELL::*field;
+    STANDARD_PORT port;
+    const char *word;
+    const char **declared; ///< the port that the .bsc file names
+};
+constexpr TAP_INPUT TAP_INPUTS[] = {{&TAP_CELL::tck, PORT_TCK, "TCK", &GLOBAL_TCK},
+                                    {&TAP_CELL::tms, PORT_TMS, "TMS", &GLOBAL_TMS},
+                                    {&TAP_CELL::tdi, PORT_TDI, "TDI", &GLOBAL_TDI},
+                                    {&TAP_CELL::trst, PORT_TRST, "TRST", &GLOBAL_TRST}};
+
+/// The port behind a walk, straight or through its pad; -1 for none.
+int32_t port_behind(const CHECK_CHIP &chip, const WALK_POINT &point) {
+    if (point.end == WALK_PORT)
+        return point.row;
+    const WALK_PAD_ROW *pad =
+        point.end == WALK_PAD ? &chip.found.walk.pads[static_cast<size_t>(point.row)] : nullptr;
+    return pad != nullptr && walk_is_pin(point.node, pad->core_out) ? pad->port : -1;
+}
+
+std::string without_minus_or_empty(const char *name) {
+    return name == nullptr ? "" : without_minus(name);
+}
+
 } // namespace
 
 void check_control_pins(CHECK_CHIP &chip) {
@@ -184,36 +244,16 @@ void check_power_up(CHECK_CHIP &chip) {
 }
 
 void check_tdo_release(CHECK_CHIP &chip) {
-    int32_t port = chip.found.test_ports[PORT_TDO];
+    int32_t port = find_tdo(chip);
     if (port < 0) {
-        add_check(chip, 11, {chip.found.tap_obj, -1, -1}, "TDO of the TAP reaches no port");
+        add_check(chip, 11, {chip.found.tap_obj, -1, -1}, "TDO of the TAP does not reach its port");
         return;
     }
     for (int32_t at : chip.found.ports[static_cast<size_t>(port)].pads) {
         const WALK_PAD_ROW &pad = chip.found.walk.pads[static_cast<size_t>(at)];
-        for (const char *pin : {pad.buffer->en_l, pad.buffer->en_h}) {
-            int32_t node = walk_pin(pad.obj, pin);
-            WALK_POINT source = walk_back(chip.found.walk, node);
-            std::string tap_pin = source.end == WALK_TAP ? chip_pin_name(node_tab[source.node].pin) : "";
-            if (pin == nullptr)
-                continue;
-            if (same_text_no_case(tap_pin.c_str(),
-                                  tap_pin_name(*chip.found.tap, &TAP_CELL::tdo_en).c_str())) {
-                if (source.inverters % 2 != 0)
-                    add_check(chip, 11, {pad.obj, node, port}, "TDO's pad is switched upside down");
+        for (const char *pin : {pad.buffer->en_l, pad.buffer->en_h})
+            if (pin != nullptr && check_tdo_enable(chip, pad, pin))
                 return;
-            }
-            if (!is_fixed(chip, source)) {
-                bool is_through = reads_tap_alone(chip, source);
-                add_check(chip, 11, {pad.obj, node, port},
-                          format_text("the enable of TDO's pad hangs on %s, %s",
-                                      end_text(chip, source).c_str(),
-                                      is_through ? "a gate that the library file does not know"
-                                                 : "not on the TAP's %TDO_EN"),
-                          is_through ? FINDING_WARNING : FINDING_ERROR);
-                return;
-            }
-        }
     }
     add_check(chip, 11, {chip.found.tap_obj, -1, port}, "TDO drives all the time", FINDING_WARNING);
 }
@@ -224,9 +264,14 @@ void check_clocks(CHECK_CHIP &chip) {
         std::string pin = tap_pin_of(chip, signal);
         check_core_behind(chip, walk_pin(chip.found.tap_obj, pin.c_str()), pin + " of the TAP", -1);
     }
-    WALK_POINT tck = source_of_tap_pin(chip, &TAP_CELL::tck);
-    if (tck.end == WALK_PAD || tck.end == WALK_PORT)
-        check_core_behind(chip, tck.node, "TCK", chip.found.test_ports[PORT_TCK]);
+    std::vector<int32_t> gates;
+    WALK_POINT near = source_of_tap_pin(chip, &TAP_CELL::tck), far = behind_single_gates(chip, near, gates);
+    if (far.end != WALK_PAD && far.end != WALK_PORT)
+        return;
+    int32_t port = far.end == WALK_PORT ? far.row : chip.found.walk.pads[static_cast<size_t>(far.row)].port;
+    check_core_behind(chip, far.node, "TCK", port, gates);
+    if (!gates.empty())
+        check_core_behind(chip, near.node, "TCK", port, gates);
 }
 
 void check_edges(CHECK_CHIP &chip) {
@@ -261,26 +306,35 @@ void check_trees(CHECK_CHIP &chip) {
 }
 
 void check_tap_inputs(CHECK_CHIP &chip) {
-    const struct {
-        const char *TAP_CELL::*field;
-        STANDARD_PORT port;
-    } INPUTS[] = {{&TAP_CELL::tck, PORT_TCK},
-                  {&TAP_CELL::tms, PORT_TMS},
-                  {&TAP_CELL::tdi, PORT_TDI},
-                  {&TAP_CELL::trst, PORT_TRST}};
-    for (const auto &input : INPUTS) {
-        WALK_POINT source = source_of_tap_pin(chip, input.field);
+    std::set<std::string> told;
+    if (chip.found.test_ports[PORT_TDO] < 0)
+        told.insert("TDO"); // by rule 11
+    for (const TAP_INPUT &input : TAP_INPUTS) {
+        WALK_POINT near = source_of_tap_pin(chip, input.field);
+        std::vector<int32_t> gates;
+        WALK_POINT far = behind_single_gates(chip, near, gates);
         // A cell that nothing goes into may reset the TAP at power-up.
-        bool is_reset = input.port == PORT_TRST && source.end == WALK_CORE && !has_input(source.row);
-        if ((source.end == WALK_CORE && !is_reset) || source.end == WALK_CELL || source.end == WALK_MANY)
-            add_check(chip, 32,
-                      {source.end == WALK_MANY ? chip.found.tap_obj : source.row, source.node,
-                       chip.found.test_ports[input.port]},
-                      format_text("%s of the TAP hangs on %s",
-                                  tap_pin_name(*chip.found.tap, input.field).c_str(),
-                                  end_text(chip, source).c_str()));
+        bool is_reset = input.port == PORT_TRST && near.end == WALK_CORE && !has_input(near.row);
+        bool is_wrong = far.end == WALK_CORE || far.end == WALK_CELL || far.end == WALK_MANY;
+        int32_t port = port_behind(chip, far);
+        std::string declared = without_minus_or_empty(*input.declared);
+        bool is_through =
+            !gates.empty() && port >= 0 && (declared.empty() || chip_port_name(port) == declared);
+        CHECK_PLACE place = {near.end == WALK_CORE ? near.row : chip.found.tap_obj, near.node, port};
+        if (is_through)
+            add_check(chip, 32, place,
+                      format_text("%s comes through %s", input.word, gate_text(gates).c_str()),
+                      FINDING_WARNING);
+        else if (is_wrong && !is_reset)
+            add_check(chip, 32, place,
+                      format_text("%s of the TAP hangs on %s", input.word, end_text(chip, near).c_str()));
+        if (is_through || is_reset || is_wrong)
+            told.insert(input.word);
     }
-    add_faults(chip, 32, {"tap"});
+    for (const REGISTER_FAULT &fault : chip.found.faults)
+        if (fault.rule == std::string_view("tap") &&
+            !told.contains(fault.text.substr(0, fault.text.find(' '))))
+            add_fault(chip, 32, fault);
 }
 
 void check_opcodes(CHECK_CHIP &chip) {

@@ -27,7 +27,7 @@ GATE u(.A(n_a), .B(n_ck), .Z(n_y)); GATE v(.A(n_b), .B(n_a), .Z(n_e)); endmodule
         .tap_items = "%TRST trst; %TDO_EN tdo_en; %SIGNAL_BUFFER PLAIN; %GROUP_SIZE 4;",
         .cells =
             "module TDOPAD(input I, OEN, output PAD); endmodule "
-            "module GIN(input PAD, EN, output C); endmodule "
+            "module GIN(input PAD, EN, output C); endmodule module FEEDX(input A, output Z); endmodule "
             "module TWIN(input tdi, tms, tck, trst, last, output tdo, tdo_en, first, shift, clock, update, "
             "rst, mode1); endmodule",
         .changes = {{"chip.bsc", "tck, skip", "tck, trst, skip"}}};
@@ -90,6 +90,7 @@ const FAULT FAULTS[] = {
      {{NETLIST, ".OEN(po_OEN)", ".OEN(w)"}, {NETLIST, END, "INVB g(.A(po_OEN), .Z(w)); endmodule"}},
      "error 11 tdo",
      "switched upside down"},
+    {"tdo_cut", {{NETLIST, ".I(po_I)", ".I(n_y)"}}, "error 11 tdo", "TDO of the TAP does not reach its port"},
     {"tdo_always_on", {{NETLIST, ".OEN(po_OEN)", ".OEN(1'b0)"}}, "warning 11 tdo", "port 'tdo'"},
     {"chain_cut", {{NETLIST, ".si(BCELL2_si)", ".si()"}}, "error 13 chain", "instance 'BCELL3'"},
     {"chain_inverted",
@@ -199,6 +200,10 @@ const FAULT FAULTS[] = {
      {{NETLIST, ".tck(pk_C)", ".tck(w)"}, {NETLIST, END, "GATE g(.A(pk_C), .B(n_a), .Z(w)); endmodule"}},
      "error 32 tap-inputs",
      "instance 'g', net 'w'"},
+    {"tck_through_an_unknown_gate",
+     {{NETLIST, ".tck(pk_C)", ".tck(w)"}, {NETLIST, END, "FEEDX g(.A(pk_C), .Z(w)); endmodule"}},
+     "warning 32 tap-inputs",
+     "TCK comes through 'g'"},
     {"test_ports_exchanged",
      {{NETLIST, ".tms(pm_C)", ".tms(pi_C)"}, {NETLIST, ".tdi(pi_C)", ".tdi(pm_C)"}},
      "error 32 tap-inputs",
@@ -212,6 +217,10 @@ const FAULT FAULTS[] = {
      {{"chip.bsc", "%GLOBAL_TDI", "%INSTRUCTION_PRIVATE SECRET; %GLOBAL_TDI"}},
      "warning 34 private-opcodes",
      "SECRET, which is no instruction"},
+    {"tdo_at_another_port",
+     {{NETLIST, ".I(po_I)", ".I(n_y)"}, {NETLIST, ".I(BCELL4_do)", ".I(po_I)"}},
+     "error 32 tap-inputs",
+     "TDO of the TAP is not wired to the port 'tdo'"},
     {"two_taps",
      {{NETLIST, END, "tapm second(.tdi(n_a)); endmodule"}},
      "error 32 tap-inputs",
