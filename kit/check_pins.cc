@@ -5,7 +5,7 @@
 #include "kit/chip.hh"
 #include "kit/names.hh"
 #include "kit/pads.hh"
-#include "planning/tap_needs.hh"
+#include "planning/control_signals.hh"
 #include "support/text.hh"
 
 #include <algorithm>
@@ -108,24 +108,33 @@ constexpr CELL_PIN CELL_PINS[] = {
     {&SCAN_CELL::highz, false},    {&SCAN_CELL::rst, false},
 };
 
-void check_cell_pins(CHECK_CHIP &chip, const REGISTER_CELL &row) {
-    bool is_inside_pad = chip.found.walk.pad_of_obj[static_cast<size_t>(row.obj)] >= 0;
-    for (const CELL_PIN &pin : CELL_PINS) {
+/// True for a clock pin that no cell of the chain has wired: a run wires those that its TAP serves.
+bool is_idle_clock(const CHECK_CHIP &chip, const char *SCAN_CELL::*field) {
+    for (CONTROL_SIGNAL signal : {SIG_CLOCK, SIG_BCLK})
+        if (CONTROL_SIGNALS[signal].cell_pin == field)
+            return std::none_of(
+                chip.found.cells.begin(), chip.found.cells.end(),
+                [&](const REGISTER_CELL &cell) { return cell.signals[signal].source.end > WALK_ONE; });
+    return false;
+}
+
+void check_cell_pin(CHECK_CHIP &chip, const CELL_PIN &pin) {
+    bool is_idle = is_idle_clock(chip, pin.field);
+    for (const REGISTER_CELL &row : chip.found.cells) {
         const char *name = row.cell->*pin.field;
-        int32_t node = walk_pin(row.obj, name);
-        bool is_clock = pin.field == &SCAN_CELL::clock_dr || pin.field == &SCAN_CELL::tck;
-        bool other_clock = row.cell->clock_dr != nullptr && row.cell->tck != nullptr;
-        if (name == nullptr || (pin.is_data && is_inside_pad))
+        bool has_other = row.cell->clock_dr != nullptr && row.cell->tck != nullptr;
+        bool is_inside_pad = chip.found.walk.pad_of_obj[static_cast<size_t>(row.obj)] >= 0;
+        if (name == nullptr || (pin.is_data && is_inside_pad) || (is_idle && has_other))
             continue;
+        int32_t node = walk_pin(row.obj, name);
         WALK_POINT source = walk_back(chip.found.walk, node);
-        bool is_open = source.end == WALK_OPEN || source.end == WALK_NONE;
-        bool is_tied = source.end == WALK_ZERO || source.end == WALK_ONE;
-        if ((!is_open && !is_tied) || (is_clock && is_open && other_clock))
-            continue; // of two clock pins a run wires the one that its TAP serves
+        if (source.end > WALK_ONE)
+            continue;
+        bool is_warning = pin.is_data; // as the core left it, or the comparison with the design before tells
         add_check(
             chip, 28, {row.obj, node, -1},
             format_text("pin %s of the boundary cell hangs on %s", name, end_text(chip, source).c_str()),
-            pin.is_data ? FINDING_WARNING : FINDING_ERROR);
+            is_warning ? FINDING_WARNING : FINDING_ERROR);
     }
 }
 
@@ -169,8 +178,8 @@ void check_pad_pins(CHECK_CHIP &chip) {
 }
 
 void check_open_pins(CHECK_CHIP &chip) {
-    for (const REGISTER_CELL &row : chip.found.cells)
-        check_cell_pins(chip, row);
+    for (const CELL_PIN &pin : CELL_PINS)
+        check_cell_pin(chip, pin);
     check_control_pins(chip);
     check_tap_pins(chip);
     PIN_GROUPS groups;

@@ -155,6 +155,10 @@ PORT_WANTS wants_of_port(CHECK_CHIP &chip, int32_t port) {
     if (!chip.found.ports[static_cast<size_t>(port)].pads.empty() || chip_is_alone(node))
         return wants;
     SDB_DIRECTION direction = chip_port_direction(port);
+    if (direction != SDB_INPUT && direction != SDB_OUTPUT) { // one cell for either way is enough to be sought
+        const CHECKED_PORT &served = chip.ports[static_cast<size_t>(port)];
+        return {!served.is_driven, false, node};
+    }
     bool has_source = direction == SDB_OUTPUT && !is_fixed(chip, walk_back(chip.found.walk, node));
     return {direction == SDB_INPUT, has_source, node};
 }

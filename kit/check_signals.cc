@@ -268,7 +268,7 @@ void check_clocks(CHECK_CHIP &chip) {
     WALK_POINT near = source_of_tap_pin(chip, &TAP_CELL::tck), far = behind_single_gates(chip, near, gates);
     if (far.end != WALK_PAD && far.end != WALK_PORT)
         return;
-    int32_t port = far.end == WALK_PORT ? far.row : chip.found.walk.pads[static_cast<size_t>(far.row)].port;
+    int32_t port = port_behind(chip, far);
     check_core_behind(chip, far.node, "TCK", port, gates);
     if (!gates.empty())
         check_core_behind(chip, near.node, "TCK", port, gates);
