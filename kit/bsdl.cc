@@ -5,7 +5,6 @@
 #include "kit/files.hh"
 #include "kit/json.hh"
 #include "kit/progress.hh"
-#include "kit/start.hh"
 #include "kit/verbs.hh"
 #include "planning/tracing.hh"
 #include "siblings/tool.hh"
@@ -92,7 +91,7 @@ void show(const KIT_CALL &call, const BSDL_FILE &file, const BOUNDARY_REGISTER &
 /// Puts the file where it belongs, or takes an older one away: what is not right has no file.
 std::vector<std::string> write_files(const BSDL_FILE &file, const BOUNDARY_REGISTER &found,
                                      const std::string &path) {
-    std::string package = TOOL_join(TOOL_directory(path), file.entity + "_cells.bsd");
+    std::string package = TOOL_join(TOOL_directory(path), file.cell_package + ".bsd");
     if (!found.faults.empty()) {
         if (::unlink(path.c_str()) == 0)
             kit_note("the earlier %s is taken away: it does not describe this netlist", path.c_str());
@@ -132,6 +131,7 @@ int run_bsdl(const KIT_CALL &call) {
     compare_boundary_order(found, file.design + ".bso");
     compare_with_source(found, file.design + ".c.sdb");
     file.entity = bsdl_take_name(file.names, TOOL_base_name(file.design));
+    file.cell_package = bsdl_take_name(file.names, file.entity + "_cells");
     file.package = bsdl_take_name(file.names, PACKAGE_TYPE != nullptr ? PACKAGE_TYPE : "DEFAULT_PACKAGE");
     if (!found.cells.empty()) {
         bsdl_take_ports(file, found);

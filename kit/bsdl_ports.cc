@@ -91,6 +91,23 @@ void watch_driven_pins(BOUNDARY_REGISTER &found) {
             row.kind = ROW_OBSERVE;
 }
 
+/// Cells of bidirectional pads that leave the way in to the core alone are outputs: BC_9 and BC_10.
+void settle_output_cells(BSDL_FILE &file, BOUNDARY_REGISTER &found) {
+    std::string ports;
+    for (REGISTER_ROW &row : found.rows) {
+        const SCAN_CELL &cell = *found.cells[static_cast<size_t>(row.cell)].cell;
+        bool is_output = false;
+        for (const char *type : rows(cell.std_names))
+            is_output = is_output || same_text(type, "BC_9") || same_text(type, "BC_10");
+        if (row.kind != ROW_BIDIR || cell.sys_in != nullptr || !is_output)
+            continue;
+        row.kind = ROW_OUTPUT3;
+        ports += (ports.empty() ? "" : ", ") + file.word_of_port[static_cast<size_t>(row.port)];
+    }
+    if (!ports.empty())
+        file.warnings.push_back("The core reads these bidirectional pins past the register: " + ports + ".");
+}
+
 std::vector<PORT_USES> uses_of_ports(const BOUNDARY_REGISTER &found) {
     std::vector<PORT_USES> uses(found.ports.size());
     for (const REGISTER_ROW &row : found.rows) {
@@ -315,12 +332,14 @@ void bsdl_take_ports(BSDL_FILE &file, BOUNDARY_REGISTER &found) {
     BOUNDARY_REGISTER before = found;
     release_strange_ports(trial, before);
     watch_driven_pins(before);
+    settle_output_cells(trial, before);
     find_modes(trial, before);
     std::vector<bool> is_split;
     file.mode_of_port = trial.mode_of_port;
     split_vectors(file, pins, groups, is_split);
     release_strange_ports(file, found);
     watch_driven_pins(found);
+    settle_output_cells(file, found);
     find_modes(file, found);
     find_pairs(file, found);
     for (size_t i = 0; i < groups.size(); ++i) {

@@ -201,22 +201,13 @@ std::string type_of(ROW_MAKER &maker, int32_t number, const std::vector<CELL_CON
 
 // ---- rows ---------------------------------------------------------------------------------------------
 
-/// A cell of a bidirectional pad that leaves the way in to the core alone is an output by its type.
-ROW_KIND kind_of(const ROW_MAKER &maker, const REGISTER_ROW &row) {
-    const SCAN_CELL &cell = *maker.found.cells[static_cast<size_t>(row.cell)].cell;
-    if (row.kind != ROW_BIDIR || cell.sys_in != nullptr)
-        return row.kind;
-    std::string declared = declared_type(cell, {AS_OUTPUT3}, false);
-    return declared == "BC_9" || declared == "BC_10" ? ROW_OUTPUT3 : row.kind;
-}
-
 void add_row(ROW_MAKER &maker, const REGISTER_ROW &row) {
     constexpr const char *FUNCTIONS[] = {"input",   "clock", "observe_only", "output2", "output3",
                                          "output2", "bidir", "control",      "internal"};
     const REGISTER_CELL &cell = maker.found.cells[static_cast<size_t>(row.cell)];
     BSDL_ROW line;
     line.number = row.cell;
-    ROW_KIND kind = kind_of(maker, row);
+    ROW_KIND kind = row.kind;
     bool resets = kind == ROW_CONTROL && resets_to_safe(maker, row.cell);
     line.function = resets ? "controlr" : FUNCTIONS[kind];
     line.type = type_of(maker, row.cell, contexts_of(kind, resets));
@@ -253,38 +244,17 @@ void release_idle_controls(BOUNDARY_REGISTER &found) {
 
 /// Sentences that follow from the rows as a whole.
 void add_warnings(ROW_MAKER &maker) {
-    std::string clocks, skipped;
+    std::string clocks;
     for (const REGISTER_ROW &row : maker.found.rows) {
         const std::string word = row.port < 0 ? "" : maker.file.word_of_port[static_cast<size_t>(row.port)];
         if (row.kind == ROW_CLOCK)
             clocks += (clocks.empty() ? "" : ", ") + word;
-        if (row.kind == ROW_BIDIR && kind_of(maker, row) == ROW_OUTPUT3)
-            skipped += (skipped.empty() ? "" : ", ") + word;
     }
     if (!clocks.empty() && maker.with_intest)
         maker.file.warnings.push_back("INTEST does not drive the clock pins: " + clocks + ".");
-    if (!skipped.empty())
-        maker.file.warnings.push_back(
-            "The core reads these bidirectional pins past the register: " + skipped + ".");
     maker.file.warnings.emplace_back(
         "PRELOAD is lost by a scan of a data register under another instruction: load "
         "EXTEST or INTEST right after it.");
-}
-
-/// The mode of a bidirectional pad whose cell is an output alone follows the row.
-void correct_modes(ROW_MAKER &maker) {
-    std::map<std::string, std::set<std::string>> functions;
-    for (const BSDL_ROW &row : maker.file.rows)
-        functions[row.port].insert(row.function);
-    for (BSDL_PORT &port : maker.file.ports) {
-        if (port.mode != MODE_INOUT)
-            continue;
-        auto of_port =
-            functions.find(port.is_vector ? format_text("%s(%d)", port.name.c_str(), port.left) : port.name);
-        if (of_port != functions.end() && !of_port->second.contains("bidir") &&
-            !of_port->second.contains("input"))
-            port.mode = MODE_OUT;
-    }
 }
 
 } // namespace
@@ -298,6 +268,5 @@ void bsdl_take_rows(BSDL_FILE &file, BOUNDARY_REGISTER &found, const CELL_TYPES 
         say(maker, "Cell types were not measured: " + types.why_not + ".");
     for (const REGISTER_ROW &row : found.rows)
         add_row(maker, row);
-    correct_modes(maker);
     add_warnings(maker);
 }

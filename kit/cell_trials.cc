@@ -1,42 +1,15 @@
 #include "kit/cell_trials.hh"
+#include "kit/trial_bench.hh"
 
-#include "kit/chip.hh"
-#include "kit/names.hh"
-#include "kit/verilog_model.hh"
-#include "planning/tap_state.hh"
 #include "siblings/tool.hh"
 #include "support/shell.hh"
 #include "support/text.hh"
 
-#include <algorithm>
-#include <cstdlib>
-#include <filesystem>
 #include <map>
 #include <set>
 #include <sstream>
 
 namespace {
-
-/// Cells that are alike: class and control pins. One of them is tried, behind the control cell that tells it
-/// of its pad where there is one.
-struct TRIAL_KIND {
-    int32_t cell;         ///< number of the one that is tried
-    int32_t control = -1; ///< number of the cell that drives its %OE_MODE pin, or -1
-    int8_t disable = -1;  ///< value of the control cell that turns the pad off
-};
-
-/// One capture: what stood there, and what each kind had in its shift stage and at its output then.
-struct TRIAL_CASE {
-    CAPTURE_INSTRUCTION instruction;
-    bool core, pin, update, second, enable;
-    std::string captured, shown;
-};
-
-/// What the simulation said.
-struct TRIAL_RESULTS {
-    std::vector<TRIAL_CASE> cases;
-    std::string reset[2]; ///< outputs in EXTEST behind a reset, with 0 and with 1 loaded before
-};
 
 std::string signal_key(const REGISTER_SIGNAL &signal) {
     return signal.source.end == WALK_NONE
@@ -96,167 +69,6 @@ std::vector<TRIAL_KIND> find_kinds(const BOUNDARY_REGISTER &found, const std::se
     return kinds;
 }
 
-// ---- the test bench -----------------------------------------------------------------------------------
-
-/// A name of Verilog whatever characters it has.
-std::string escaped(const std::string &name) {
-    return "\\" + name + " ";
-}
-
-std::string net_of_tap(const std::string &pin) {
-    KIT_BIT bit = kit_bit(pin);
-    return bit.index < 0 ? escaped("tap." + pin)
-                         : escaped("tap." + bit.base) + format_text("[%ld]", bit.index);
-}
-
-/// What stands at a control pin; empty for one that stays open.
-std::string signal_net(const REGISTER_SIGNAL &signal) {
-    std::string inverter = signal.is_inverted ? "~" : "";
-    switch (signal.source.end) {
-    case WALK_TAP:
-        return inverter + net_of_tap(signal.tap_pin);
-    case WALK_ZERO:
-    case WALK_ONE:
-        return inverter + (signal.source.end == WALK_ONE ? "1'b1" : "1'b0");
-    case WALK_PAD:
-    case WALK_PORT:
-        return inverter + "tck"; // of the ports TCK alone reaches a cell
-    default:
-        return "";
-    }
-}
-
-void connect(std::string &pins, const char *pin, const std::string &net) {
-    if (pin != nullptr && !net.empty())
-        pins += (pins.empty() ? "." : ", .") + escaped(without_minus(pin)) + "(" + net + ")";
-}
-
-/// One cell. `index` and `part` make the names of its nets: part s is the control cell.
-std::string cell_text(const REGISTER_CELL &row, size_t index, char part, const std::string &serial_in,
-                      const std::string &core, const std::string &oe_mode) {
-    const SCAN_CELL &cell = *row.cell;
-    std::string pins, name = format_text("%c%zu", part, index);
-    connect(pins, cell.tdi, serial_in);
-    connect(pins, cell.tdo, name + "_so");
-    connect(pins, cell.data_in, core);
-    connect(pins, cell.data_out, name + "_do");
-    connect(pins, cell.sys_pin, "pin");
-    connect(pins, cell.oe_mode, oe_mode);
-    for (int32_t signal = 0; signal < SIGNAL_COUNT; ++signal)
-        connect(pins, cell.*CONTROL_SIGNALS[signal].cell_pin, signal_net(row.signals[signal]));
-    for (size_t i = 0; i < row.extras.size(); ++i)
-        connect(pins, cell.extras[i], signal_net(row.extras[i]));
-    return format_text("  wire %s_so, %s_do, %s_oe;\n  %s %s (%s);\n", name.c_str(), name.c_str(),
-                       name.c_str(), escaped(row.class_name).c_str(), name.c_str(), pins.c_str());
-}
-
-std::string kind_text(const BOUNDARY_REGISTER &found, const TRIAL_KIND &kind, size_t index) {
-    const REGISTER_CELL &cell = found.cells[static_cast<size_t>(kind.cell)];
-    std::string first = net_of_tap(tap_pin_name(*found.tap, &TAP_CELL::first_bcell));
-    if (kind.control < 0)
-        return cell_text(cell, index, 'c', first, "core", format_text("c%zu_oe", index));
-    return cell_text(found.cells[static_cast<size_t>(kind.control)], index, 's', first, "enable",
-                     format_text("s%zu_oe", index)) +
-           cell_text(cell, index, 'c', format_text("s%zu_so", index), "core", format_text("s%zu_oe", index));
-}
-
-/// The TAP with all its pins: the test port's from here, other inputs at 0.
-std::string tap_text(const BOUNDARY_REGISTER &found) {
-    std::map<std::string, std::pair<long, bool>> pins; // the highest bit, or -1; an output
-    int32_t class_id = obj_tab[found.tap_obj].class_id;
-    for (int32_t i = 0; i < class_tab[class_id].pin_count; ++i) {
-        int32_t pin = class_tab[class_id].first_pin + i;
-        KIT_BIT bit = kit_bit(chip_pin_name(pin));
-        auto &row =
-            pins.emplace(bit.base, std::pair{bit.index, chip_pin_direction(pin) == SDB_OUTPUT}).first->second;
-        row.first = std::max(row.first, bit.index);
-    }
-    const std::map<std::string, std::string> drivers = {{tap_pin_name(*found.tap, &TAP_CELL::tdi), "tdi"},
-                                                        {tap_pin_name(*found.tap, &TAP_CELL::tms), "tms"},
-                                                        {tap_pin_name(*found.tap, &TAP_CELL::tck), "tck"},
-                                                        {tap_pin_name(*found.tap, &TAP_CELL::trst), "1'b1"}};
-    std::string wires, list;
-    for (const auto &[name, row] : pins) {
-        auto driver = drivers.find(name);
-        std::string width = row.first < 0 ? "" : format_text("[%ld:0] ", row.first);
-        wires += "  wire " + width + escaped("tap." + name) + (row.second ? ";\n" : " = ") +
-                 (row.second ? "" : (driver != drivers.end() ? driver->second : "0") + ";\n");
-        list += (list.empty() ? "." : ", .") + escaped(name) + "(" + escaped("tap." + name) + ")";
-    }
-    return wires + "  " + escaped(chip_class_name(class_id)) + "rimkit_tap (" + list + ");\n";
-}
-
-const char *const BENCH_HEAD = R"(`timescale 1ns / 1ps
-module rimkit_trial;
-  reg tck = 0, tms = 1, tdi = 0, core = 0, pin = 0, enable = 0;
-)";
-
-/// The walk through the states of the TAP, from Run-Test/Idle and back to it.
-const char *const BENCH_TASKS = R"(
-  integer n, code, instruction;
-  task clock (input mode, input data);
-    begin tms = mode; tdi = data; #50 tck = 1; #50 tck = 0; end
-  endtask
-  task load_instruction (input [LENGTH-1:0] opcode);
-    begin
-      clock(1, 0); clock(1, 0); clock(0, 0); clock(0, 0);
-      for (n = 0; n < LENGTH; n = n + 1) clock(n == LENGTH - 1, opcode[n]);
-      clock(1, 0); clock(0, 0);
-    end
-  endtask
-  task load_data (input first, input last);
-    begin
-      clock(1, 0); clock(0, 0); clock(0, 0);
-      clock(0, first); clock(1, last); clock(1, 0); clock(0, 0);
-    end
-  endtask
-  task capture;
-    begin
-      #20;
-      clock(1, 0);
-      $write("SHOWN ");  show_outputs;
-      clock(0, 0); clock(0, 0);
-      $write("CASE %0d %b ", instruction, code[4:0]); show_captured;
-      clock(1, 0); clock(1, 0); clock(0, 0);
-    end
-  endtask
-  task reset;
-    begin for (n = 0; n < 6; n = n + 1) clock(1, 0); clock(0, 0); end
-  endtask
-)";
-
-std::string bench_text(const BSDL_FILE &file, const BOUNDARY_REGISTER &found,
-                       const std::vector<TRIAL_KIND> &kinds) {
-    std::string text = BENCH_HEAD, captured, shown;
-    text += format_text("  localparam LENGTH = %d;\n", file.instruction_length) + tap_text(found);
-    for (size_t i = 0; i < kinds.size(); ++i) {
-        text += kind_text(found, kinds[i], i);
-        captured += format_text("%sc%zu_so", i > 0 ? ", " : "", i);
-        shown += format_text("%sc%zu_do", i > 0 ? ", " : "", i);
-    }
-    text += BENCH_TASKS;
-    text += "  task show_captured; $display(\"%b\", {" + captured + "}); endtask\n";
-    text += "  task show_outputs; $display(\"%b\", {" + shown + "}); endtask\n";
-    auto load = [&file](const char *name) {
-        const BSDL_INSTRUCTION *row = bsdl_instruction(file, name);
-        return format_text("load_instruction(%d'b%s); ", file.instruction_length, row->opcodes[0].c_str());
-    };
-    text += "  initial begin\n    reset;\n    for (code = 0; code < 32; code = code + 1) begin\n";
-    constexpr const char *NAMES[] = {"EXTEST", "SAMPLE", "INTEST"};
-    for (int i = 0; i < CAPTURE_INSTRUCTIONS; ++i)
-        if (bsdl_instruction(file, NAMES[i]) != nullptr)
-            text +=
-                "      " + load("SAMPLE") + "load_data(code[2], code[1]); " + load(NAMES[i]) +
-                format_text("instruction = %d; {core, pin, enable} = {code[4:3], code[0]}; capture;\n", i);
-    text += "    end\n    core = 0;\n";
-    for (int value : {0, 1})
-        text += "    " + load("SAMPLE") + format_text("load_data(%d, %d); reset; ", value, value) +
-                load("EXTEST") + "$write(\"RESET \"); show_outputs;\n";
-    return text + "    $finish;\n  end\nendmodule\n";
-}
-
-// ---- running it ---------------------------------------------------------------------------------------
-
 /// The modules that the files define.
 std::set<std::string> modules_of(const std::vector<std::string> &files) {
     std::set<std::string> modules;
@@ -267,64 +79,6 @@ std::set<std::string> modules_of(const std::vector<std::string> &files) {
                 modules.insert(word.substr(word[0] == '\\' ? 1 : 0, word.find_first_of("(;#")));
     }
     return modules;
-}
-
-/// A folder of its own, gone at the end of its scope.
-struct SCRATCH_FOLDER {
-    std::string path;
-    SCRATCH_FOLDER() {
-        std::string name = (std::filesystem::temp_directory_path() / "rimkit-XXXXXX").string();
-        const char *made = ::mkdtemp(name.data());
-        path = made != nullptr ? made : "";
-    }
-    ~SCRATCH_FOLDER() {
-        std::error_code ignored;
-        if (!path.empty())
-            std::filesystem::remove_all(path, ignored);
-    }
-    SCRATCH_FOLDER(const SCRATCH_FOLDER &) = delete;
-    SCRATCH_FOLDER &operator=(const SCRATCH_FOLDER &) = delete;
-};
-
-std::string run_bench(const std::string &bench, const std::vector<std::string> &files, std::string &output) {
-    SCRATCH_FOLDER folder;
-    if (folder.path.empty())
-        return "there is no folder for a simulation";
-    TOOL_write_file(folder.path + "/bench.v", bench);
-    std::string line = "iverilog -g2012 -s rimkit_trial -o " + shell_word(folder.path + "/bench.vvp") + " " +
-                       shell_word(folder.path + "/bench.v");
-    for (const std::string &file : files)
-        line += " " + shell_word(file);
-    std::string log = shell_word(folder.path + "/log"), out = folder.path + "/out";
-    if (run_shell(line + " >" + log + " 2>&1") != 0) {
-        std::string text = TOOL_read_file(folder.path + "/log");
-        return "iverilog refuses the models: " + text.substr(0, text.find('\n'));
-    }
-    if (run_shell("vvp -n " + shell_word(folder.path + "/bench.vvp") + " >" + shell_word(out) + " 2>&1") != 0)
-        return "the simulation broke off";
-    output = TOOL_read_file(out);
-    return "";
-}
-
-TRIAL_RESULTS read_results(const std::string &output) {
-    TRIAL_RESULTS results;
-    std::istringstream text(output);
-    std::string word, shown;
-    for (int resets = 0; text >> word;) {
-        if (word == "SHOWN") {
-            text >> shown;
-        } else if (word == "RESET" && resets < 2) {
-            text >> results.reset[resets++];
-        } else if (word == "CASE") {
-            int instruction = 0;
-            std::string code, captured;
-            text >> instruction >> code >> captured;
-            results.cases.push_back({static_cast<CAPTURE_INSTRUCTION>(instruction), code[0] == '1',
-                                     code[1] == '1', code[2] == '1', code[3] == '1', code[4] == '1', captured,
-                                     shown});
-        }
-    }
-    return results;
 }
 
 // ---- what it means ------------------------------------------------------------------------------------
@@ -360,23 +114,25 @@ CAPTURES captures_of(const TRIAL_KIND &kind, const SCAN_CELL &cell, size_t index
     CAPTURES captures = {FROM_ANY & ~FROM_CAP, FROM_ANY & ~FROM_CAP, FROM_ANY & ~FROM_CAP};
     for (const TRIAL_CASE &at : results.cases) {
         char bit = at.captured[index];
-        if (!is_in_context(kind, at, context))
+        if (at.instruction == TRIAL_CLAMP || !is_in_context(kind, at, context))
             continue;
         uint8_t sources = bit != '0' && bit != '1'
                               ? 0
                               : sources_in_case(cell, at, context, update_of(kind, at), bit == '1');
-        captures[at.instruction] &= sources;
+        captures[static_cast<size_t>(at.instruction)] &= sources;
     }
     return captures;
 }
 
-/// In EXTEST the pad shows the update stage, in SAMPLE what the core gives.
+/// In SAMPLE the pad shows what the core gives, under the others the update stage.
 std::string output_fault(const TRIAL_KIND &kind, size_t index, const TRIAL_RESULTS &results) {
+    constexpr const char *NAMES[] = {"EXTEST", "SAMPLE", "INTEST", "CLAMP"};
     for (const TRIAL_CASE &at : results.cases) {
-        bool expected = at.instruction == IN_EXTEST ? update_of(kind, at) : at.core;
-        if (at.instruction != IN_INTEST && at.shown[index] != (expected ? '1' : '0'))
-            return at.instruction == IN_EXTEST ? "in EXTEST the cell does not give out what was loaded"
-                                               : "in SAMPLE the cell does not give out what the core gives";
+        bool is_sample = at.instruction == IN_SAMPLE;
+        bool expected = is_sample ? at.core : update_of(kind, at);
+        if (at.shown[index] != (expected ? '1' : '0'))
+            return format_text("in %s the cell does not give out what %s", NAMES[at.instruction],
+                               is_sample ? "the core gives" : "was loaded");
     }
     return "";
 }
@@ -416,6 +172,31 @@ void take_results(BOUNDARY_REGISTER &found, const std::vector<TRIAL_KIND> &kinds
                 {"cell", text + ": look at its mode pins and its model", found.cells[i].instance, "", ""});
 }
 
+bool agrees(const std::string &told, const std::string &seen) {
+    bool same = told.size() == seen.size();
+    for (size_t i = 0; same && i < told.size(); ++i)
+        same = told[i] == seen[i] || told[i] == 'X';
+    return same;
+}
+
+/// The TAP's text has to be that of the description: opcodes, codes and registers.
+void refuse_tap(const BSDL_FILE &file, BOUNDARY_REGISTER &found, const TRIAL_RESULTS &results) {
+    auto fault = [&found](const std::string &text) {
+        found.faults.push_back({"tap", text + "; is the run older than its BSC file?", "", "", ""});
+    };
+    bool is_external = walk_pin(found.tap_obj, "IDCODE[0]") >= 0;
+    if (!file.idcode.empty() && !is_external && !agrees(file.idcode, results.idcode))
+        fault("the TAP's IDCODE is " + results.idcode);
+    if (!agrees(file.capture, results.capture))
+        fault("the TAP's instruction register captures " + results.capture);
+    for (size_t i = 0; i < file.instructions.size(); ++i) {
+        const BSDL_INSTRUCTION &row = file.instructions[i];
+        int32_t length = row.access == "BOUNDARY" ? TRIAL_BOUNDARY : row.access == "BYPASS" ? 1 : 32;
+        if (!row.is_private && results.lengths[i] != length)
+            fault("instruction " + row.name + " does not select register " + row.access);
+    }
+}
+
 } // namespace
 
 CELL_TYPES try_cells(const BSDL_FILE &file, BOUNDARY_REGISTER &found, const std::vector<std::string> &models,
@@ -432,17 +213,16 @@ CELL_TYPES try_cells(const BSDL_FILE &file, BOUNDARY_REGISTER &found, const std:
     if (!types.why_not.empty())
         return types;
     std::vector<TRIAL_KIND> kinds = find_kinds(found, modules_of(models), types);
-    if (kinds.empty())
+    if (kinds.empty()) {
+        types.why_not = "the models (--cells) hold none of the boundary cells";
         return types;
+    }
     std::vector<std::string> files = models;
     files.push_back(tap_file);
-    std::string output;
-    types.why_not = run_bench(bench_text(file, found, kinds), files, output);
-    TRIAL_RESULTS results = read_results(output);
-    bool is_whole = !results.cases.empty() && results.reset[1].size() == kinds.size() &&
-                    results.cases.back().captured.size() == kinds.size();
-    if (types.why_not.empty() && !is_whole)
-        types.why_not = "the simulation gave no results";
+    TRIAL_RESULTS results;
+    types.why_not = play_trials(file, found, kinds, files, results);
+    if (types.why_not.empty())
+        refuse_tap(file, found, results);
     if (types.why_not.empty())
         take_results(found, kinds, results, types);
     return types;

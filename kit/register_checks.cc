@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <set>
 #include <sstream>
 #include <unordered_map>
 
@@ -194,18 +195,25 @@ const SCAN_CELL *cell_at(const NETLIST_WALK &walk, const WALK_POINT &point) {
     return is_own ? walk.classes[static_cast<size_t>(obj_tab[point.row].class_id)].cell : nullptr;
 }
 
+constexpr int32_t MOST_CELLS = 1000; ///< one behind the other; more is a ring of them
+
 /// What drives the node while the boundary cells on the way are wires.
 std::string source_in_mission(const NETLIST_WALK &walk, int32_t node, bool inverted) {
     WALK_POINT point = walk_back(walk, node);
-    if (point.end == WALK_PAD && walk_is_pin(point.node, walk.pads[static_cast<size_t>(point.row)].pin))
-        return source_in_mission(walk,
-                                 walk_pin(walk.pads[static_cast<size_t>(point.row)].obj,
-                                          walk.pads[static_cast<size_t>(point.row)].core_in),
-                                 inverted);
-    for (const SCAN_CELL *cell; (cell = cell_at(walk, point)) != nullptr; point = walk_back(walk, node)) {
+    if (const WALK_PAD_ROW *pad =
+            point.end == WALK_PAD ? &walk.pads[static_cast<size_t>(point.row)] : nullptr;
+        pad != nullptr && walk_is_pin(point.node, pad->pin)) { // asked of a port: what its pad is driven by
+        inverted = inverted != (point.inverters % 2 != 0);
+        point = walk_back(walk, walk_pin(pad->obj, pad->core_in));
+    }
+    const SCAN_CELL *cell = cell_at(walk, point);
+    for (int32_t step = 0; cell != nullptr; cell = cell_at(walk, point), ++step) {
+        if (step > MOST_CELLS)
+            return "a ring of cells";
         inverted = inverted != (point.inverters % 2 != 0);
         bool is_way_in = walk_is_pin(point.node, cell->sys_in);
         node = walk_pin(point.row, is_way_in ? cell->sys_pin : cell->data_in);
+        point = walk_back(walk, node);
     }
     return core_pin(walk, point, inverted != (point.inverters % 2 != 0));
 }
@@ -214,7 +222,12 @@ std::string source_in_mission(const NETLIST_WALK &walk, int32_t node, bool inver
 std::vector<std::string> loads_in_mission(const NETLIST_WALK &walk, int32_t node) {
     std::vector<std::string> pins;
     std::vector<std::pair<int32_t, bool>> open = {{node, false}};
+    std::set<std::pair<int32_t, bool>> met;
     while (!open.empty()) {
+        if (!met.insert(open.back()).second) {
+            open.pop_back();
+            continue;
+        }
         auto [from, inverted] = open.back();
         open.pop_back();
         for (const WALK_POINT &point : walk_forward(walk, from)) {
@@ -241,12 +254,13 @@ std::vector<std::string> loads_in_mission(const NETLIST_WALK &walk, int32_t node
 struct MISSION_PIN {
     std::string pad, pin, port; ///< `pad` empty for a port without one
     bool reads;                 ///< the core reads it
+    bool enables;               ///< it turns the pad on or off
     std::vector<std::string> ends;
     int32_t cell; ///< for the message
 };
 
 void add_pin(const BOUNDARY_REGISTER &found, std::vector<MISSION_PIN> &pins, const REGISTER_ROW &row,
-             const char *pin, bool reads) {
+             const char *pin, bool reads, bool enables) {
     const WALK_PAD_ROW *pad = row.pad < 0 ? nullptr : &found.walk.pads[static_cast<size_t>(row.pad)];
     int32_t node = pad != nullptr ? walk_pin(pad->obj, pin) : port_tab[row.port].node;
     if (node < 0 || (pad != nullptr && pin == nullptr))
@@ -255,6 +269,7 @@ void add_pin(const BOUNDARY_REGISTER &found, std::vector<MISSION_PIN> &pins, con
                            pad != nullptr ? pin : "",
                            chip_port_name(row.port),
                            reads,
+                           enables,
                            {},
                            row.cell};
     if (reads)
@@ -277,6 +292,7 @@ void add_mux_pin(const BOUNDARY_REGISTER &found, std::vector<MISSION_PIN> &pins,
                         pin,
                         chip_port_name(row.port),
                         false,
+                        pad.core_in == nullptr,
                         {source_in_mission(found.walk, walk_pin(cell.obj, cell.cell->data_in), false)},
                         row.cell});
 }
@@ -293,6 +309,7 @@ void add_free_enables(const BOUNDARY_REGISTER &found, std::vector<MISSION_PIN> &
                                 pin,
                                 chip_port_name(pad.port),
                                 false,
+                                true,
                                 {source_in_mission(found.walk, node, false)},
                                 -1});
     }
@@ -305,19 +322,19 @@ std::vector<MISSION_PIN> mission_pins(const BOUNDARY_REGISTER &found) {
             continue;
         bool drives = row.kind == ROW_OUTPUT2 || row.kind == ROW_OUTPUT3 || row.kind == ROW_OPEN;
         if (row.pad < 0) {
-            add_pin(found, pins, row, nullptr, !drives);
+            add_pin(found, pins, row, nullptr, !drives, false);
             continue;
         }
         const WALK_PAD_ROW &pad = found.walk.pads[static_cast<size_t>(row.pad)];
         if (drives || row.kind == ROW_BIDIR) {
-            add_pin(found, pins, row, pad.core_in, false);
+            add_pin(found, pins, row, pad.core_in, false, false);
             add_mux_pin(found, pins, row);
             if (row.control >= 0)
                 for (const char *pin : {pad.buffer->en_l, pad.buffer->en_h})
-                    add_pin(found, pins, row, pin, false);
+                    add_pin(found, pins, row, pin, false, true);
         }
         if (!drives)
-            add_pin(found, pins, row, pad.core_out, true);
+            add_pin(found, pins, row, pad.core_out, true, false);
     }
     add_free_enables(found, pins);
     return pins;
@@ -330,6 +347,9 @@ int32_t source_node(const NETLIST_WALK &walk, const MISSION_PIN &pin) {
     if (obj >= 0)
         return chip_pin_node(obj, pin.pin);
     int32_t port = SDB_nl_search_port(pin.port.c_str());
+    // The run gives a pad of its own the enable and the data that the bare port's direction asks for.
+    if (!pin.pad.empty() && (pin.enables || (port >= 0 && chip_port_direction(port) == SDB_BIDIRECTIONAL)))
+        return -1;
     for (const WALK_PAD_ROW &pad : walk.pads)
         if (pad.port == port && pin.pad.empty() &&
             (pad.buffer->kind != BUFFER_PLAIN || pad.buffer->inout != nullptr ||

@@ -2,7 +2,7 @@
 """What `rimkit bsdl` writes for whole chips: read strictly, analysed by GHDL, held against the netlist; and chips with one
 wrong wire, of which it has to write nothing.
 
-    bsdl_chips.py --chip uart|drafts|ring|names|kinds:VARIANT|real:NAME|faults --bin build/bin --work DIR [--chips DIR]
+    bsdl_chips.py --chip uart|drafts|ring|names|cells:SET|kinds:VARIANT|real:NAME|faults --bin build/bin --work DIR [--chips DIR]
 """
 
 import argparse
@@ -129,6 +129,24 @@ def test_kinds(bench, given):
                ["buffer", "in", "out", "buffer", "linkage"])
 
 
+OWN_TYPES = {"bc_1": {"BC_1 controlr", "BC_1 input", "BC_1 output2", "BC_1 output3", "BC_4 clock", "BC_7 bidir"},
+             "bc_2_synch": {"BC_1 controlr", "BC_2 controlr", "BC_2 input", "BC_2 output2", "BC_2 output3", "BC_4 clock", "BC_7 bidir"},
+             "bc_8_synch": {"BC_1 controlr", "BC_1 input", "BC_2 output2", "BC_2 output3", "BC_4 clock", "BC_8 bidir"},
+             "bc_10": {"BC_1 controlr", "BC_2 input", "BC_1 output2", "BC_1 output3", "BC_10 output3", "BC_4 clock"}}
+
+
+def test_cells(bench, given):
+    """The types that are measured, with %STD_NAME taken away, are those that the cells were made as."""
+    name = given.chip.partition(":")[2]
+    bench.run("python3", str(ROOT / "tests" / "cells" / "cells_in_chip.py"), "--set", name, "--bin", str(bench.bin), "--cells",
+              str(ROOT / "cells"), "--work", str(bench.work))
+    lib = (bench.work / "chip.lib").read_text()
+    if name != "bc_10":     # which stays an output for what its name says
+        (bench.work / "chip.lib").write_text(re.sub(r"%STD_NAME +\w+;", "", lib))
+    bsdl, _ = bench.judge("chip", "--cells", "cells.v", "--cells", "boundary_cells.v")
+    expect({f"{row.type} {row.function}" for row in bsdl.rows}, OWN_TYPES[name])
+
+
 def test_real(bench, given):
     name = given.chip.partition(":")[2]
     if not (given.chips / "unpack").exists():
@@ -214,11 +232,15 @@ WRONG = {"cells swapped in the chain": [("BCELL24_IN", "SI", ("BCELL25_IN", "SI"
          "wrong mode": [("BCELL32_OUT", "MODE", ("u_tap", "MODE_2"))],
          "mode on the core": [("BCELL32_OUT", "MODE", ("pad_tms", "C"))],
          "clock tied": [("BCELL32_OUT", "CK", "1'b0")], "update on the clock": [("BCELL33_OUT", "UP", ("u_tap", "CLOCK_DR"))],
+         "shift inverted": [("BCELL24_IN", "SE", "not_shift")],
          "shift open": [("BCELL24_IN", "SE", "")],
          "way in of another pad": [("BCELL9_BI", "SP", ("BCELL11_BI", "SP"))],
          "TAP ports swapped": [("u_tap", "TMS", ("pad_tdi", "C"))],
          "chain past the TAP": [("u_tap", "BSR_SO", ("u_tap", "BSR_SI"))],
          "first cell on the port": [("BCELL45_OUT", "SI", ("pad_tms", "C"))],
+         "TDO turned on by the core": [("pad_tdo", "OEN", ("BCELL10_BI", "DI"))],
+         "cell that reads itself": [("BCELL32_OUT", "DI", "BCELL32_OUT_DO")],
+         "input cell that reads itself": [("BCELL24_IN", "DI", ("BCELL24_IN", "DO"))],
          "TDO on the core": [("pad_tdo", "I", ("BCELL32_OUT", "DI"))]}
 
 
@@ -230,6 +252,7 @@ def test_faults(bench, given):
     bench.judge("chip", "--cells", "cells.v")
     inverted = good.replace("OPAD pad_txd (.I(BCELL32_OUT_DO)", "INV u_wrong (.A(BCELL32_OUT_DO), .Z(wrong));\n  OPAD pad_txd (.I(wrong)")
     chips = {"inverter before a pad": inverted}
+    good = good.replace("  TBUF shift_buf_1_1 ", "  INV u_not (.A(u_tap_SHIFT_DR), .Z(not_shift));\n  TBUF shift_buf_1_1 ")
     for name, wires in WRONG.items():
         chips[name] = good
         for wire in wires:
@@ -239,11 +262,17 @@ def test_faults(bench, given):
         (bench.work / "wrong.v").write_text(text)
         bench.run("kalmverin", "wrong.v", "-top", "chip_jtag")
         try:
-            output = bench.run("rimkit", "bsdl", "--cells", "cells.v", "chip", status=1)
+            output = bench.run("rimkit", "bsdl", "chip", status=1)
             if "ERROR: " not in output or (bench.work / "chip.bsd").exists():
                 missed.append(f"{name}: no finding, or a file\n{output}")
         except Failed as fault:
             missed.append(f"{name}: {fault}")
+    bench.run("kalmverin", "as_made.v", "-top", "chip_jtag")
+    bsc = (bench.work / "chip.bsc").read_text()
+    for old, new in (("= (0100)", "= (1000)"), ("= (0010)  ACCESS  IDCODE", "= (0110)  ACCESS  IDCODE"), ("(0101);", "(1101);"), ("REGISTER  0001", "REGISTER  1001")):
+        if old in bsc:      # the description says what the TAP is not
+            (bench.work / "chip.bsc").write_text(bsc.replace(old, new))
+            bench.run("rimkit", "bsdl", "--cells", "cells.v", "chip", status=1)
     if missed:
         raise Failed("\n".join(missed))
 
