@@ -32,6 +32,13 @@ void append_options(std::string &text, std::span<const KIT_OPTION> options) {
     }
 }
 
+void take_option(KIT_CALL &call, const KIT_OPTION &row) {
+    std::vector<std::string> &values = call.options[row.name];
+    if (!values.empty() && row.value != nullptr && !row.repeats)
+        kit_usage_fault(format_text("--%s can be given once", row.name));
+    values.emplace_back(::optarg != nullptr ? ::optarg : "");
+}
+
 } // namespace
 
 const std::span<const KIT_OPTION> kit_common_options = COMMON;
@@ -55,30 +62,24 @@ KIT_CALL kit_parse(const KIT_VERB &verb, int argc, char **argv) {
     longs.push_back({});
     KIT_CALL call;
     ::opterr = 0;
-    ::optind = 1;
-    for (int index = 0;;) {
+    for (::optind = 1; ::optind < argc;) {
         // A switch of another program has one dash: what begins so is a name.
-        const char *word = ::optind < argc ? argv[::optind] : nullptr;
-        if (verb.passes_switches && word != nullptr && word[0] == '-' && word[1] != '-' && word[1] != '\0') {
+        const char *word = argv[::optind];
+        if (verb.passes_switches && word[0] == '-' && word[1] != '-' && word[1] != '\0') {
             call.names.emplace_back(word);
             ++::optind;
             continue;
         }
-        int found = ::getopt_long(argc, argv, "-:", longs.data(), &index);
-        if (found < 0)
+        int index = 0, found = ::getopt_long(argc, argv, "-:", longs.data(), &index);
+        if (found < 0) // behind "--"
             break;
-        if (found == 1) {
+        if (found == 1)
             call.names.emplace_back(::optarg);
-            continue;
-        }
-        if (found == ':')
-            kit_usage_fault(format_text("%s takes a value", argv[::optind - 1]));
-        if (found != 0)
-            kit_usage_fault(format_text("there is no option '%s'", argv[::optind - 1]));
-        std::vector<std::string> &values = call.options[rows[index]->name];
-        if (!values.empty() && rows[index]->value != nullptr && !rows[index]->repeats)
-            kit_usage_fault(format_text("--%s can be given once", rows[index]->name));
-        values.emplace_back(::optarg != nullptr ? ::optarg : "");
+        else if (found == 0)
+            take_option(call, *rows[static_cast<size_t>(index)]);
+        else
+            kit_usage_fault(format_text(found == ':' ? "%s takes a value" : "there is no option '%s'",
+                                        argv[::optind - 1]));
     }
     for (; ::optind < argc; ++::optind)
         call.names.emplace_back(argv[::optind]);

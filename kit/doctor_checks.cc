@@ -227,6 +227,10 @@ void check_cell_pins(std::vector<FINDING> &findings) {
             names.insert(name_or_empty(name));
     for (const std::string &name : names) {
         const SCAN_CELL *cell = get_scan_cell(name.c_str());
+        if (cell != nullptr && cell->tck != nullptr && !option(OPT_SYNCH))
+            findings.push_back(make_finding(
+                "cell-clock-form", name, doctor_lib_file(), line_of_name(doctor_lib_file(), name),
+                format_text("cell %s has a %%TCK pin, which stays open without -synch", name.c_str())));
         const char *path = cell != nullptr ? find_design_file(name + ".sdb") : nullptr;
         if (path != nullptr)
             check_pins_of_cell(findings, *cell, path);

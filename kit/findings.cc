@@ -37,7 +37,9 @@ void sort_findings(std::vector<FINDING> &findings) {
         // A finding about no object is known by its text.
         const std::string &detail = finding.object.empty() ? finding.text : finding.object;
         bool is_general = finding.rule == "run-error" || finding.rule == "run-warning";
-        return !seen.insert({finding.rule, finding.file, finding.line, detail, is_general ? finding.text : ""}).second;
+        return !seen.insert(
+                        {finding.rule, finding.file, finding.line, detail, is_general ? finding.text : ""})
+                    .second;
     });
 }
 

@@ -62,7 +62,7 @@ bool kit_is_power_name(std::string_view name) {
 
 bool kit_is_clock_pin_name(std::string_view name) {
     std::string low = lower_case(name);
-    if (low == "ck" || low == "cp" || low == "c" || low == "ckn" || low == "cpn" || low == "gclk")
+    if (low == "ck" || low == "cp" || low == "ckn" || low == "cpn")
         return true;
     return low.find("clk") != low.npos || low.find("clock") != low.npos;
 }

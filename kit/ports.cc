@@ -22,9 +22,10 @@ struct PAD_KINDS {
     const LIBERTY &library;
     const std::unordered_map<std::string, VERILOG_MODEL> &models;
     std::unordered_map<std::string, const PAD_KIND *> known{};
+    std::unordered_map<int32_t, const PAD_KIND *> of_pin{}; ///< by pin id: a supply has a million nodes
 };
 
-const PAD_KIND *kind_of_node(PAD_KINDS &kinds, int32_t node) {
+const PAD_KIND *find_kind(PAD_KINDS &kinds, int32_t node) {
     int32_t class_id = obj_tab[node_tab[node].obj].class_id;
     if (class_id < 0)
         return nullptr;
@@ -51,6 +52,14 @@ const PAD_KIND *kind_of_node(PAD_KINDS &kinds, int32_t node) {
     return is_on(kind) ? known->second : nullptr;
 }
 
+/// What the cell at a node does as a pad whose pin this is; null when it is no pad, or the pin another one.
+const PAD_KIND *kind_of_node(PAD_KINDS &kinds, int32_t node) {
+    auto [known, is_new] = kinds.of_pin.try_emplace(node_tab[node].pin, nullptr);
+    if (is_new)
+        known->second = find_kind(kinds, node);
+    return known->second;
+}
+
 bool is_signal_pad(const PAD_KIND *kind) {
     return kind != nullptr && kind->use != PAD_POWER && kind->use != PAD_ANALOG;
 }
@@ -63,9 +72,6 @@ PAD_PLACE find_pad(PAD_KINDS &kinds, int32_t port, int32_t &signal_pads) {
     for (int32_t node : chip_net_nodes(own < 0 ? -1 : node_tab[own].net)) {
         if (node_tab[node].obj < 0)
             continue;
-        // On a net of the supply thousands of pins can be: one pad tells what it is.
-        if (place.kind != nullptr && signal_pads == 0 && kit_is_power_name(chip_port_name(port)))
-            break;
         const PAD_KIND *kind = kind_of_node(kinds, node);
         if (kind == nullptr)
             continue;

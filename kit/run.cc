@@ -1,4 +1,5 @@
 // rimkit run: the whole road, from the netlist to the chip with its boundary register.
+#include "kit/doctor.hh"
 #include "kit/files.hh"
 #include "kit/json.hh"
 #include "kit/progress.hh"
@@ -83,6 +84,25 @@ void run_rimweave(const RUN_WORDS &words) {
               WIFEXITED(status) ? WEXITSTATUS(status) : status, line.c_str());
 }
 
+/// What would end the run, or give a chip that does not work, ends it here, all of it at once.
+bool is_healthy(const KIT_CALL &call, const RUN_WORDS &words) {
+    std::vector<FINDING> findings = doctor_findings(
+        {words.design, words.switches, kit_values(call, "liberty"), kit_values(call, "netlist"), false});
+    int32_t counts[FINDING_SEVERITY_COUNT] = {};
+    for (const FINDING &finding : findings)
+        ++counts[finding.severity];
+    if (counts[FINDING_ERROR] == 0) {
+        kit_note("doctor: %d warnings, %d notes; to see them: rimkit doctor %s", counts[FINDING_WARNING],
+                 counts[FINDING_NOTE], words.design.c_str());
+        return true;
+    }
+    std::erase_if(findings, [](const FINDING &finding) { return finding.severity != FINDING_ERROR; });
+    std::string text = kit_has(call, "json") ? findings_json(findings) : findings_text(findings);
+    std::fwrite(text.data(), 1, text.size(), stdout);
+    kit_note("to repeat this step: rimkit doctor %s", words.design.c_str());
+    return false;
+}
+
 /// Numbers out of the report: "** Add total 54 Boundary Scan Cells" and "** Add 25 INPUT SCAN Cells: BC_1".
 struct RUN_SUMMARY {
     int total = 0, warnings = 0;
@@ -164,6 +184,9 @@ int run_run(const KIT_CALL &given) {
         start_update(call, words.design);
     else if (std::string report = start_report(start_drafts(call, words.design)); !kit_has(call, "json"))
         std::printf("%s", report.c_str());
+    std::fflush(stdout);
+    if (!is_healthy(call, words))
+        return KIT_FINDINGS;
     run_rimweave(words);
     std::string place = words.opath == "." ? "" : words.opath + "/";
     RUN_SUMMARY summary = read_report(place + words.design + ".rwv.rpt");

@@ -30,7 +30,7 @@ constexpr KIT_OPTION OPTIONS[] = {
     {"idcode", "V,P,M", "version, part number and manufacturer of the IDCODE"},
     {"test-ports", "NAMES",
      "ports of the TAP: tck=TCK_PAD,tms=...; found by their\nusual names, or added, otherwise"},
-    {"package", "NAME", "name of the package"},
+    {"package", "NAME", "name of the package, DESIGN_package otherwise"},
     {"boundary-cells", "FILE", "library file of other boundary cells; their Verilog\ncomes by --cells"},
     {"intest", nullptr, "an INTEST instruction"},
     {"synch", nullptr, "cells that TCK clocks, for `rimweave -synch`"},
@@ -187,7 +187,11 @@ void take_boundary_cells(const KIT_CALL &call, const std::string &design, const 
         std::string text;
         for (const std::string &name : cell_names(cells))
             text += TOOL_read_file(own_cells_folder() + language + name + ending) + "\n";
-        write_draft(design + "_cells" + ending, text, kit_has(call, "force"));
+        if (!write_draft(design + "_cells" + ending, text, kit_has(call, "force")) &&
+            TOOL_read_file(design + "_cells" + ending) != text)
+            TOOL_fail(
+                design + "_cells" + ending, 0,
+                "it does not hold the cells of the drafts; --force writes it anew and keeps it with a ~.");
     }
     for (const std::string &name : cell_names(cells))
         outdated = outdated || is_outdated("lib/" + name + ".sdb", {verilog});
@@ -206,7 +210,7 @@ int32_t lines_to_check(const std::string &text) {
 void plan_chip(CHIP_PLAN &plan, const KIT_CALL &call, const std::string &design) {
     plan.design = design;
     plan.idcode = idcode_digits(kit_value(call, "idcode"));
-    plan.package = kit_value(call, "package", "PACKAGE");
+    plan.package = kit_value(call, "package", design + "_package");
     plan.with_intest = kit_has(call, "intest");
     plan.synchronous = kit_has(call, "synch");
     add_own_folder_to_path();

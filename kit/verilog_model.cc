@@ -143,6 +143,40 @@ std::string expanded(const std::string &expression, const VERILOG_MODEL &model,
     return text;
 }
 
+/// Takes a statement in; `model` is that of the module it stands in, null ahead of the first.
+void take_statement(std::unordered_map<std::string, VERILOG_MODEL> &models, VERILOG_MODEL *&model,
+                    const WORDS &words, const std::string &file, int32_t line) {
+    if (words.size() > 1 && (words[0] == "module" || words[0] == "macromodule")) {
+        model = &models[words[1]];
+        model->file = file;
+    } else if (model != nullptr && words.size() > 2) {
+        bool assigns = words[0] == "wire" && std::find(words.begin(), words.end(), "=") != words.end();
+        if (words[0] == "assign" || assigns)
+            take_assign(*model, words, line);
+        else
+            take_gate(*model, words, line);
+    }
+}
+
+void read_file(std::unordered_map<std::string, VERILOG_MODEL> &models, VSCAN &scan, const std::string &file) {
+    VERILOG_MODEL *model = nullptr;
+    WORDS words;
+    int32_t line = 0;
+    for (VSCAN_next(scan); scan.token.kind != TOKEN_END; VSCAN_next(scan)) {
+        if (words.empty())
+            line = scan.token.line;
+        bool is_symbol = scan.token.kind == TOKEN_SYMBOL;
+        std::string word = is_symbol ? std::string(1, scan.token.symbol) : std::string(scan.token.text);
+        if (word == ";")
+            take_statement(models, model, words, file, line);
+        else if (word != "endmodule" && word != "endspecify" && word != "endprimitive") {
+            words.push_back(std::move(word));
+            continue;
+        }
+        words.clear();
+    }
+}
+
 } // namespace
 
 std::unordered_map<std::string, VERILOG_MODEL> read_verilog_models(const std::vector<std::string> &files,
@@ -159,35 +193,7 @@ std::unordered_map<std::string, VERILOG_MODEL> read_verilog_models(const std::ve
                          equals == macro.npos ? "" : std::string_view(macro).substr(equals + 1));
         }
         VSCAN_open(scan, file);
-        VERILOG_MODEL *model = nullptr;
-        WORDS words;
-        int32_t line = 0;
-        for (VSCAN_next(scan); scan.token.kind != TOKEN_END; VSCAN_next(scan)) {
-            if (words.empty())
-                line = scan.token.line;
-            words.emplace_back(scan.token.kind == TOKEN_SYMBOL ? std::string(1, scan.token.symbol)
-                                                               : std::string(scan.token.text));
-            bool ends = words.back() == ";";
-            if (words.back() == "endmodule" || words.back() == "endspecify" ||
-                words.back() == "endprimitive") {
-                words.clear();
-                continue;
-            }
-            if (!ends)
-                continue;
-            words.pop_back();
-            if (words.size() > 1 && (words[0] == "module" || words[0] == "macromodule")) {
-                model = &models[words[1]];
-                model->file = file;
-            } else if (model != nullptr && words.size() > 2) {
-                if (words[0] == "assign" ||
-                    (words[0] == "wire" && std::find(words.begin(), words.end(), "=") != words.end()))
-                    take_assign(*model, words, line);
-                else
-                    take_gate(*model, words, line);
-            }
-            words.clear();
-        }
+        read_file(models, scan, file);
     }
     return models;
 }

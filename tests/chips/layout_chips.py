@@ -4,15 +4,12 @@ and proves the result as proof.py does.
 
     layout_chips.py --layout pads_two_down --bin build/bin --work DIR [--vhdl]
 
-All chips hold the same core and the same pads. A chip is a flat list of instances, each in the module that its
-path names; a net that is used in several modules gets the ports that it needs on the way, so that a layout is
-no more than a few paths.
+All chips hold the same core and the same pads, and a layout is no more than a few paths.
 """
 
 import argparse
 import json
 import pathlib
-import re
 import shutil
 import sys
 from dataclasses import dataclass, field
@@ -20,12 +17,12 @@ from dataclasses import dataclass, field
 sys.dont_write_bytecode = True
 import proof  # noqa: E402
 from chip_files import ProofError  # noqa: E402
+from pad_modules import Design  # noqa: E402
 from player import run  # noqa: E402
 
 HERE = pathlib.Path(__file__).resolve().parent
 EXAMPLE = HERE.parent.parent / "examples" / "uart_chip"
-OUTPUT_PINS = {"C", "Z", "Q", "TDO", "TDO_EN"}
-DRIVEN_PADS = {"OPAD", "TPAD"}
+TAP_OUTPUTS = "module jtag_tap (output TDO, output TDO_EN); endmodule\n"
 BCM_WIRES = [(f"BCELL{i}_IN", f"BCELL{i}_OUT") for i in (1, 2, 3, 4, 5, 6, 7, 9)] + [
     ("BCELL8_DATA_IN", "BCELL8_PAD_OUT"), ("BCELL8_PAD_IN", "BCELL8_DATA_OUT")]
 
@@ -86,60 +83,8 @@ def dotted(name):
     return f"{name}.x[0]"
 
 
-class Design:
-    """Instances by path. Gives the Verilog of all modules, bottom up."""
-
-    def __init__(self, dotted):
-        self.instances, self.ports, self.reach, self.dotted = [], {}, [], dotted
-
-    def add(self, path, cell, name, **pins):
-        self.instances.append((path, cell, name, pins))
-
-    def paths(self):
-        found = {""}
-        for path in [row[0] for row in self.instances] + [path for path, _ in self.reach]:
-            while path:
-                found.add(path)
-                path = path.rpartition(".")[0]
-        return sorted(found, key=lambda path: (-path.count(".") - (path != ""), path))
-
-    def module_ports(self, path):
-        """The nets that cross the border of a module, with the direction of each."""
-        def inside(other):
-            return other == path or other.startswith(path + ".")
-        uses = [(row[0], net, pin, row[1]) for row in self.instances for pin, net in row[3].items()]
-        uses += [(other, net, "", "") for other, net in self.reach]
-        uses += [("", net, "", "") for net in self.ports]
-        nets = {}
-        for net in dict.fromkeys(use[1] for use in uses if "'" not in use[1]):
-            places = [use for use in uses if use[1] == net]
-            if {inside(use[0]) for use in places} == {True, False}:
-                driven = any(inside(use[0]) and (use[2] in OUTPUT_PINS or
-                                                 use[3] in DRIVEN_PADS and use[2] == "PAD") for use in places)
-                pad = any(inside(use[0]) and use[3] == "BPAD" and use[2] == "PAD" for use in places)
-                nets[net] = "inout" if pad else "output" if driven else "input"
-        return nets
-
-    def written(self, name):
-        return f"\\{dotted(name)} " if self.dotted else name
-
-    def verilog(self):
-        text = ""
-        for path in self.paths():
-            ports = self.module_ports(path) if path else self.ports
-            body = [f"    {cell} {self.written(name)} ({', '.join(f'.{pin}({net})' for pin, net in pins.items())});\n"
-                    for place, cell, name, pins in self.instances if place == path]
-            for child in self.paths():
-                if child and child.rpartition(".")[0] == path:
-                    name = child.rpartition(".")[2]
-                    nets = ", ".join(f".{net}({net})" for net in self.module_ports(child))
-                    body.append(f"    {name[2:]} {self.written(name)} ({nets});\n")
-            name = path.rpartition(".")[2][2:] if path else "chip"
-            declared = ", ".join(f"{direction} {net}" for net, direction in ports.items())
-            wires = sorted(set(re.findall(r"\.\w+\((\w+)\)", "".join(body))) - set(ports))
-            text += f"module {name} ({declared});\n"
-            text += "".join(f"    wire {wire};\n" for wire in wires) + "".join(body) + "endmodule\n\n"
-        return text
+def escaped(name):
+    return f"\\{dotted(name)} "
 
 
 def add_core(design, path, bare):
@@ -192,7 +137,8 @@ def add_tap(design, layout, path):
 
 
 def make_design(layout):
-    design = Design(layout.dotted)
+    cells = (EXAMPLE / "cells.v").read_text() + TAP_OUTPUTS
+    design = Design(cells, escaped if layout.dotted else str)
     tap_parent = layout.tap.rpartition(".")[0]
     add_core(design, tap_parent or "u_core", layout.bare)
     if layout.bare:
@@ -216,7 +162,7 @@ def write_files(layout, design, work):
     (work / "lib").mkdir(parents=True)
     for file in (EXAMPLE / "cells.v", EXAMPLE / "chip.lib", *map(HERE.joinpath, ("cells.vhd", *layout.bcm))):
         shutil.copy(file, work)
-    (work / "chip.v").write_text(design.verilog())
+    (work / "chip.v").write_text("".join(map(design.module, design.paths())))
     bsc = (EXAMPLE / "chip.bsc").read_text()
     path = layout.tap.split(".")
     if layout.dotted:                   # the name of a new TAP is the user's

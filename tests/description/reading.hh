@@ -9,8 +9,6 @@
 #include "support/text.hh"
 #include "tests/support/scratch.hh"
 
-#include <vector>
-
 /// The shortest files that the readers accept: one cell, and one word that means nothing.
 inline const char *const SHORT_LIB = "%SCAN_CELL BC { %TDI si; }\n%TAP_CONTROLLER TAP { %TDI tdi; }\n";
 inline const char *const SHORT_BSC = "nothing\n";
@@ -40,15 +38,20 @@ struct loaded_tables {
     }
 };
 
-/// The texts of a DYNA table, "-" for null.
-inline std::vector<std::string> texts(const char **table) {
-    std::vector<std::string> result;
-    for (const char *text : rows(table))
-        result.emplace_back(text != nullptr ? text : "-");
-    return result;
-}
-
-/// A text for comparing, "-" for null.
+/// A text for comparing, "-" for null, and those of a DYNA table.
 inline std::string shown(const char *text) {
     return text != nullptr ? text : "-";
+}
+inline std::string shown(const char **table) {
+    std::string result;
+    for (const char *text : rows(table))
+        result += (result.empty() ? "" : ",") + shown(text);
+    return "[" + result + "]";
+}
+
+/// All of them, with blanks between.
+template <class... TEXTS> std::string line(TEXTS... texts) {
+    std::string result = ((shown(texts) + " ") + ...);
+    result.back() = '\n';
+    return result;
 }

@@ -14,18 +14,17 @@ TEST(LibTables, HoldTheFieldsOfEachBlock) {
         "%BS_BUFFER IO1, IO2 { %INOUT PAD; %MODE_1 m; %EN_H E; %OE_MODE o; %BCELL BC_1; %EXTRA_1 x; }\n");
     const TAP_CELL *tap = get_tap_cell("my_tap");
     ASSERT_NE(tap, nullptr);
-    EXPECT_EQ(shown(tap->tdi) + shown(tap->trst) + shown(tap->inv_buffer) + shown(tap->tdo), "tdi-trstINV-");
+    EXPECT_EQ(line(tap->tdi, tap->trst, tap->inv_buffer, tap->tdo, tap->extras),
+              "tdi -trst INV - [bar,-,foo]\n");
     EXPECT_EQ(tap->group_size, 8);
     EXPECT_EQ(tap->df_group_size, -1);
-    EXPECT_EQ(texts(tap->extras), (std::vector<std::string>{"bar", "-", "foo"}));
 
-    const SCAN_CELL *cell = get_scan_cell("BC_1");
+    const SCAN_CELL *cell = get_scan_cell("BC_1"); // of the first block
     ASSERT_NE(cell, nullptr);
-    EXPECT_EQ(shown(cell->tdi) + shown(cell->highz) + shown(cell->en_l), "sihz\\oe[3]"); // of the first block
+    EXPECT_EQ(line(cell->tdi, cell->highz, cell->en_l, cell->std_names, cell->order),
+              "si hz \\oe[3] [BC_1,BC_2] [a,b]\n");
     EXPECT_EQ(cell->oe_mode_type, -1);
     EXPECT_EQ(cell->is_bs_buffer, 0);
-    EXPECT_EQ(texts(cell->std_names), (std::vector<std::string>{"BC_1", "BC_2"}));
-    EXPECT_EQ(texts(cell->order), (std::vector<std::string>{"a", "b"}));
     EXPECT_EQ(DYNA_count(SCAN_CELL_TAB), 4);
 
     EXPECT_STREQ(get_buffer("*_PAD")->input, "A");
@@ -38,11 +37,10 @@ TEST(LibTables, HoldTheFieldsOfEachBlock) {
         const SCAN_CELL *inside = get_scan_cell(name);
         ASSERT_NE(inside, nullptr) << name;
         EXPECT_EQ(pad->kind, BUFFER_BS);
-        EXPECT_EQ(shown(pad->mode_1) + shown(pad->en_h) + shown(pad->bcell), "-EBC_1");
-        EXPECT_EQ(shown(inside->mode_1) + shown(inside->en_h), "mE");
         EXPECT_EQ(inside->is_bs_buffer, 1);
-        EXPECT_EQ(texts(inside->std_names), std::vector<std::string>{name});
-        EXPECT_EQ(texts(inside->extras), std::vector<std::string>{"x"});
+        EXPECT_EQ(line(pad->mode_1, pad->en_h, pad->bcell, inside->mode_1, inside->en_h, inside->std_names,
+                       inside->extras),
+                  std::string("- E BC_1 m E [") + name + "] [x]\n");
     }
 }
 
@@ -79,20 +77,16 @@ TEST(BscTables, HoldTheStatements) {
     loaded_tables tables(SHORT_LIB, FULL_BSC);
     testing::internal::GetCapturedStdout();
     testing::internal::GetCapturedStderr();
-    EXPECT_EQ(shown(GLOBAL_TDI) + shown(TAP_MODULE_NAME) + shown(TAP_INSTANCE_NAME), "tdiTAPu_tap");
-    EXPECT_EQ(shown(INVERTER) + shown(INPUT_SCAN) + shown(OBSERVE_ONLY_SCAN), "01abBCBC");
+    EXPECT_EQ(line(GLOBAL_TDI, TAP_MODULE_NAME, TAP_INSTANCE_NAME, INVERTER, INPUT_SCAN, OBSERVE_ONLY_SCAN,
+                   INST_CAPTURE, INST_PRIVATE),
+              "tdi TAP u_tap 01ab BC BC [0x1] [P,Q]\n");
     EXPECT_STREQ(IDCODE_REG, "0000000000000000000000000000000x"); // a pattern of 31 leaves it
-    EXPECT_EQ(texts(INST_CAPTURE), std::vector<std::string>{"0x1"});
-    EXPECT_EQ(texts(INST_PRIVATE), (std::vector<std::string>{"P", "Q"}));
-
-    ASSERT_EQ(DYNA_count(INSTRUCTIONS), 2);
-    EXPECT_EQ(texts(INSTRUCTIONS[0].patterns), (std::vector<std::string>{"010", "011"})); // 0x1 covers 011
-    EXPECT_STREQ(INSTRUCTIONS[0].register_name, "idcode");
-    EXPECT_EQ(texts(INSTRUCTIONS[0].enable_values), std::vector<std::string>{"101"});
-    EXPECT_STREQ(INSTRUCTIONS[1].register_name, "bypass");
-    EXPECT_EQ(texts(INSTRUCTIONS[1].enable_pins), (std::vector<std::string>{"h", "l", "e"}));
-    EXPECT_EQ(texts(INSTRUCTIONS[1].enable_values), (std::vector<std::string>{"1", "0", "1"}));
-    EXPECT_EQ(texts(INSTRUCTIONS[1].gate_signals), (std::vector<std::string>{"-", "o", "-"}));
+    std::string instructions;
+    for (const INSTRUCTION &row : rows(INSTRUCTIONS))
+        instructions += line(row.name, row.patterns, row.register_name, row.enable_pins, row.enable_values,
+                             row.gate_signals);
+    EXPECT_EQ(instructions, "IDCODE [010,011] idcode [en] [101] [-]\n" // 0x1 covers 011
+                            "MY [100] bypass [h,l,e] [1,0,1] [-,o,-]\n");
     EXPECT_EQ(INSTRUCTIONS[1].gate_kinds[0], GATE_NONE);
     EXPECT_EQ(INSTRUCTIONS[1].gate_kinds[1], GATE_OR);
 
@@ -100,13 +94,11 @@ TEST(BscTables, HoldTheStatements) {
     EXPECT_FALSE(skip_signal("a[3]"));
     EXPECT_TRUE(trans_buffer("T"));
     EXPECT_EQ(DYNA_count(SKIP_SIGNAL_TAB), 5); // the second statement lists the rows of the first again
-    EXPECT_EQ(shown(SKIP_SIGNAL_TAB[0]->value) + shown(SKIP_SIGNAL_TAB[1]->value), "1-");
-
+    EXPECT_EQ(line(SKIP_SIGNAL_TAB[0]->value, SKIP_SIGNAL_TAB[1]->value), "1 -\n");
     std::string wires;
     for (const CONNECT_ENTRY *entry = CONNECT_TABLE; entry != nullptr; entry = entry->next)
-        wires += shown(entry->from_instance) + "." + shown(entry->from_port) + ">" +
-                 shown(entry->to_instance) + "." + shown(entry->to_port) + " ";
-    EXPECT_EQ(wires, "a.b>c.d -.b>c.d a.b>-.c ");
+        wires += line(entry->from_instance, entry->from_port, entry->to_instance, entry->to_port);
+    EXPECT_EQ(wires, "a b c d\n- b c d\na b - c\n");
 }
 
 TEST(PinTables, HoldTheRowsInFileOrder) {
@@ -126,21 +118,20 @@ A9
     EXPECT_STREQ(PACKAGE_TYPE, "My_Chip");
     EXPECT_EQ(PACKAGE_PIN_NUMBER, 10);
     ASSERT_EQ(BS_PIN_COUNT, 4);
-    EXPECT_STREQ(bs_pin_name(0), "tdi");
-    EXPECT_STREQ(bs_pin_direction(0), "IN");
-    const PIN_ENTRY &out = *PIN_TABLE[1];
-    EXPECT_EQ(shown(out.number) + shown(out.bsc_o) + shown(out.bsc_c) + shown(out.bsc_i), "6BC_1BC_1-");
-    EXPECT_EQ(out.bsc_kind, BSC_O_C);
-    EXPECT_EQ(shown(out.pad_name) + shown(out.pad_c) + shown(out.pad_i) + shown(out.pad_o), "OBUF-AZ");
-    EXPECT_EQ(out.pad_enable, 0);
-    const PIN_ENTRY &power = *PIN_TABLE[2];
-    EXPECT_EQ(shown(power.package_name) + shown(power.top_name) + shown(power.direction), "VDD--");
-    EXPECT_STREQ(power.bsc_name, "BC_2");
-    EXPECT_EQ(power.bsc_kind, BSC_NO_LIST);
-    EXPECT_EQ(power.bsc_o, nullptr); // nothing stays from the row before
-    EXPECT_EQ(power.pad_enable, 1);
-    EXPECT_EQ(PIN_TABLE[3]->bsc_kind, BSC_IO_C);
-    EXPECT_STREQ(PIN_TABLE[3]->bsc_c, "BC_3");
+    EXPECT_EQ(line(bs_pin_name(0), bs_pin_direction(0)), "tdi IN\n");
+    std::string pins; // nothing stays from the row before
+    for (const PIN_ENTRY *row : rows(PIN_TABLE))
+        pins += line(row->number, row->package_name, row->top_name, row->direction, row->bsc_name, row->bsc_i,
+                     row->bsc_o, row->bsc_c, row->bsc_io, row->pad_name, row->pad_i, row->pad_o, row->pad_c);
+    EXPECT_EQ(pins, "1 TDI tdi IN - - - - - - - - -\n"
+                    "6 DOUT d_out OUT - - BC_1 BC_1 - OBUF A Z -\n"
+                    "7 VDD - - BC_2 - - - - - - - -\n"
+                    "A9 RAM[3] ram[3] BI - - - BC_3 BC_1 - - - -\n");
+    const std::pair<int32_t, int32_t> kinds[] = {{BSC_O_C, 0}, {BSC_NO_LIST, 1}, {BSC_IO_C, -1}};
+    for (int32_t i : {1, 2, 3}) {
+        EXPECT_EQ(PIN_TABLE[i]->bsc_kind, kinds[i - 1].first) << i;
+        EXPECT_EQ(PIN_TABLE[i]->pad_enable, kinds[i - 1].second) << i;
+    }
     EXPECT_EQ(PIN_TABLE[3]->line, 8); // of the second column
 }
 

@@ -15,11 +15,28 @@ std::string whole_command_files(const chip_case &chip) {
     return lines;
 }
 
+/// Lines that most rows have, in one.
+std::string shortened(std::string text) {
+    const std::pair<std::string, std::string> blocks[] = {
+        {"add tdi input\nconnect tdi TAP{TDI}\nadd tms input\nconnect tms TAP{TMS}\nadd tck input\n"
+         "connect tck TAP{TCK}\n",
+         "(new test ports)\n"},
+        {"add shiftDR input\nadd clockDR input\nadd updateDR input\nadd mode1 input\nadd chain_in input\n"
+         "add chain_out output\n",
+         "(new ports of the cells)\n"},
+    };
+    for (const auto &[block, name] : blocks)
+        for (size_t at; (at = text.find(block)) != text.npos;)
+            text.replace(at, block.size(), name);
+    return text;
+}
+
 /// What the run says, below the name of the row, and what it writes but for the chain pins that the usual
 /// chip wires so.
-std::string run_row(const CHIP &row, const std::string &options, const std::string &usual) {
+std::string run_row(const CHIP &row, const std::string &usual) {
     SCOPED_TRACE(row.name);
     chip_case chip(row);
+    const std::string options = row.options.value_or("-add_tap");
     succeed(chip.scratch.run("PATH=" RW_BIN_DIR ":$PATH; " + std::string(row.before)));
     std::string before = chip.scratch.read("chip.sdb");
     run_result result = chip.run(options);
@@ -38,17 +55,25 @@ std::string run_row(const CHIP &row, const std::string &options, const std::stri
     for (std::string line; std::getline(all, line);)
         if (usual.find("\n" + line + "\n") == usual.npos || !std::regex_search(line, of_chain))
             text += line + "\n";
-    return text;
+    return shortened(text);
 }
 
 } // namespace
 
-void run_rows(const std::string &name, std::span<const CHIP> table, const std::string &usual_options) {
+void run_rows(const std::string &name, std::span<const CHIP> table, const CHIP &base) {
     chip_case usual({});
     succeed(usual.run("-add_tap"));
     std::string text;
-    for (const CHIP &row : table)
-        text += run_row(row, row.options.value_or(usual_options), usual.commands("chip_jtag"));
+    for (CHIP row : table) {
+        if (row.design.empty())
+            row.design = base.design;
+        if (row.design.find(' ') != row.design.npos && !row.pins) // a file brings its own
+            row.pins = base.pins;
+        for (auto field : {&CHIP::options, &CHIP::roles, &CHIP::settings, &CHIP::tap_items})
+            if (!(row.*field))
+                row.*field = base.*field;
+        text += run_row(row, usual.commands("chip_jtag"));
+    }
     expect_file("editing/expected/rows_of_" + name + ".txt", text);
 }
 

@@ -24,6 +24,6 @@ void expect_commands(const std::string &name, const std::string &text, const std
 
 /// Runs each row and compares what all of them say and write with tests/editing/expected/rows_of_<name>.txt.
 /// A command file has to be whole or absent, the design stays as it was, and the bundled tools have to carry
-/// out what a run without a fault has written.
+/// out what a run without a fault has written. What a row leaves out is that of `base`.
 void run_rows(const std::string &name, std::span<const CHIP> table,
-              const std::string &usual_options = "-add_tap");
+              const CHIP &base = {.options = "-add_tap"});

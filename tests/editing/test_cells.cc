@@ -3,37 +3,8 @@
 
 namespace {
 
-constexpr const char *PINS = R"(
-1 CLK clk *
-2 PA a *
-3 INV -inv *
-4 OBS obs * BSC(BC_OBS)
-5 MI mi *
-6 THRU thru *
-7 BSI bsi *
-8 Y y LEFT
-9 P0 t0 *
-10 T1 t1 *
-11 HZ0 hz0 *
-12 HZ1 hz1 *
-13 EN_O en_o *
-14 MO mo *
-15 MT mt *
-16 BSO bso *
-17 FEED feed *
-18 PIO io *
-19 MB mb *
-20 INTERNAL g0{Q} *
-21 OBSERVE g1{D} *
-30 TDI tdi *
-31 TMS tms *
-32 TCK tck *
-33 TDO tdo *
-)";
-
 const CHIP KINDS = {
     .design = "cell_kinds",
-    .pins = PINS,
     .roles = "%INPUT_MUX_SCAN BC_MI; %OUTPUT_MUX_SCAN BC_MI; %BIDIR_MUX_SCAN BC_MB; %INTERNAL_SCAN BC_IN; "
              "%OBSERVE_ONLY_SCAN BC_OBS;",
     .settings = "%TRANSPARENT_BUFFER { TRB; } %INVERTER IBX;",

@@ -4,36 +4,18 @@
 
 namespace {
 
-constexpr const char *READS = "module chip(inout b, input ck); INV g(.A(b)); endmodule\n";
-constexpr const char *DRIVES = "module chip(inout b, input ck); FF f(.CK(ck), .Q(b)); endmodule\n";
-constexpr const char *B_PINS = "1 B b *\n9 CK ck *\n", *BBH_PINS = "1 B b * PAD(BBH)\n9 CK ck *\n";
-constexpr const char *DEFAULT_PADS = "%INPUT_BUFFER IBUF; %OUTPUT_BUFFER OBUF; %INOUT_BUFFER BBUF;";
+constexpr const char *BBH_PINS = "1 B b * PAD(BBH)\n9 CK ck *\n";
 
 const CHIP ADDED_PADS[] = {
-    {.name = "the core reads, the port's own cell has a high enable",
-     .design = READS,
-     .pins = BBH_PINS,
-     .settings = DEFAULT_PADS},
-    {.name = "the core drives, the port's own cell has a high enable",
-     .design = DRIVES,
-     .pins = BBH_PINS,
-     .settings = DEFAULT_PADS},
-    {.name = "the core reads, and the input cell only observes",
-     .design = READS,
-     .pins = B_PINS,
-     .roles = "%INPUT_SCAN BC_OBS;",
-     .settings = DEFAULT_PADS},
+    {.name = "the core reads, the port's own cell has a high enable", .pins = BBH_PINS},
+    {.name = "the core drives, the port's own cell has a high enable", .design = "drives", .pins = BBH_PINS},
+    {.name = "the core reads, and the input cell only observes", .roles = "%INPUT_SCAN BC_OBS;"},
     {.name = "the port feeds another port",
      .design = "module chip(inout b, output z, input ck); assign z = b; endmodule\n",
-     .pins = "1 B b *\n2 Z z *\n9 CK ck *\n",
-     .settings = DEFAULT_PADS},
+     .pins = "1 B b *\n2 Z z *\n9 CK ck *\n"},
     {.name = "the port leads to a pin of both directions",
-     .design = "module chip(inout b, input ck); MACRO g(.IO(b)); endmodule\n",
-     .pins = B_PINS,
-     .settings = DEFAULT_PADS},
+     .design = "module chip(inout b, input ck); MACRO g(.IO(b)); endmodule\n"},
     {.name = "the enable of an added TDO pad is tied when the TAP has none",
-     .design = READS,
-     .pins = B_PINS,
      .settings = "%INPUT_BUFFER IBUF; %OUTPUT_BUFFER TBUF; %INOUT_BUFFER BBUF;",
      .changes = {{"chip.lib", "%TDO_EN TDO_EN; ", ""}}},
 };
@@ -58,30 +40,16 @@ constexpr const char *TDO_BESIDE_PADS =
     "module pads(input a, output c); IBUF pa(.PAD(a), .C(c)); endmodule\n"
     "module chip(input a, ck, output tdo); wire c, t; pads p(.a(a), .c(c)); FF f(.D(c), .CK(ck), .Q(t));\n"
     "TBUF po(.I(t), .OEN(1'b0), .PAD(tdo)); endmodule\n";
-/// Outputs of the TAP are tied where its module is placed.
-constexpr const char *TIED_TAP =
-    "module M(input g, l); tapm t(.clockDR(l), .mode1(g), .xtra(g), .BC_FIRST(l), .BC_LAST(l)); endmodule\n"
-    "module chip(input a, ck); wire c; IBUF pa(.PAD(a), .C(c)); FF f(.D(c), .CK(ck));\n"
-    "M m(.g(1'b0), .l(1'b1)); endmodule\n";
-constexpr const char *PADS_IN_TWO_MODULES =
-    "module pa(input a, output c); IBUF p(.PAD(a), .C(c)); endmodule\n"
-    "module py(input i, output y); OBUF p(.I(i), .PAD(y)); endmodule\n"
-    "module io(input t, e, output tdo); TBUF po(.I(t), .OEN(e), .PAD(tdo)); endmodule\n"
-    "module chip(input a, ck, output y, tdo); wire c, q; pa u(.a(a), .c(c)); py v(.i(q), .y(y));\n"
-    "FF f(.D(c), .CK(ck), .Q(q)); io x(.t(q), .e(1'b0), .tdo(tdo)); endmodule\n";
-constexpr const char *A_PINS = "1 A a *\n9 CK ck *\n", *TDO_PINS = "1 A a *\n10 TDO tdo *\n9 CK ck *\n";
 
 /// What the design has on a pin that is to hang on the other side from now on.
 const CHIP TAKEN_PINS[] = {
     {.name = "a driven enable of a TDO pad beside the pads' module",
      .design = TDO_BESIDE_PADS,
-     .pins = TDO_PINS,
      .changes = {{"chip.v", ".OEN(1'b0)", ".OEN(c)"}}},
     {.name = "an enable that is tied above the module of the TDO pad",
      .design = "module io(input t, e, output tdo); TBUF po(.I(t), .OEN(e), .PAD(tdo)); endmodule\n"
                "module chip(input a, ck, output tdo); wire c, q; IBUF pa(.PAD(a), .C(c));\n"
-               "FF f(.D(c), .CK(ck), .Q(q)); io x(.t(q), .e(1'b0), .tdo(tdo)); endmodule\n",
-     .pins = TDO_PINS},
+               "FF f(.D(c), .CK(ck), .Q(q)); io x(.t(q), .e(1'b0), .tdo(tdo)); endmodule\n"},
     {.name = "a cell in the core does not reach its net by a pin that the TAP has taken",
      .design = "module chip(input a, ck, output tdo); wire c, q; IBUF pa(.PAD(a), .C(c)); INV n(.A(q));\n"
                "FF f(.D(c), .CK(ck), .Q(q)); OBUF po(.I(q), .PAD(tdo)); endmodule\n",
@@ -92,43 +60,36 @@ const CHIP TAKEN_PINS[] = {
                "TBUF po(.I(t), .OEN(c), .PAD(tdo)); endmodule\n"
                "module chip(input a, ck, output tdo); wire c; pads p(.a(a), .c(c), .tdo(tdo));\n"
                "FF f(.D(c), .CK(ck)); endmodule\n",
-     .pins = TDO_PINS,
      .changes = {{"chip.lib", "%OUTPUT PAD; %EN_L OEN; }", "%FUNCTION out; %OUTPUT PAD; %EN_L OEN; }"}}},
     {.name = "a TDO port without a pad that the core drives",
      .design = "module chip(input a, ck, output tdo); wire q; FF f(.D(a), .CK(ck), .Q(q));\n"
                "INV g(.A(q), .Z(tdo)); endmodule\n",
-     .pins = TDO_PINS,
      .options = "-add_tap -no_pad"},
     {.name = "a port that feeds nothing but such a port",
      .design = "module chip(input a, ck, output tdo); FF f(.CK(ck)); assign tdo = a; endmodule\n",
-     .pins = TDO_PINS,
      .options = "-add_tap -no_pad"},
     {.name = "a TDO port without a pad beside pads in two modules",
-     .design = PADS_IN_TWO_MODULES,
-     .pins = "1 A a *\n2 Y y *\n10 TDO tdo *\n9 CK ck *\n",
+     .design = "pads_in_two_modules",
      .options = "-add_tap -no_pad",
      .changes = {{"chip.v", "io x(.t(q), .e(1'b0), .tdo(tdo));", "INV g(.A(q), .Z(tdo)); io x();"}}},
     {.name = "a TDO pad below the top, fed and tied there, beside pads in two modules",
-     .design = PADS_IN_TWO_MODULES,
-     .pins = "1 A a *\n2 Y y *\n10 TDO tdo *\n9 CK ck *\n"},
+     .design = "pads_in_two_modules"},
     {.name = "a tied output of a TAP down a path that the cell inside a pad needs",
-     .design = TIED_TAP,
-     .pins = A_PINS,
+     .design = "tied_tap",
      .options = "",
      .tap_items = "%MODE_2 xtra; ",
      .tap = "m.t",
      .changes = {{"chip.v", "IBUF pa", "BSIN pa"},
                  {"chip.lib", "%MODE_1 MD; }\n%BS_BUFFER BSOUT", "%MODE_2 MD; }\n%BS_BUFFER BSOUT"}}},
     {.name = "a tied output of a TAP that the multiplexer of a pad needs",
-     .design = TIED_TAP,
-     .pins = A_PINS,
+     .design = "tied_tap",
      .options = "",
      .roles = "%INPUT_MUX_SCAN BC_MI;",
      .tap_items = "%MODE_2 xtra; ",
      .tap = "m.t",
      .changes = {{"chip.v", "IBUF pa", "MUXI pa"}}},
     {.name = "a tied output of a TAP that a high-impedance buffer needs",
-     .design = TIED_TAP,
+     .design = "tied_tap",
      .pins = "1 A a *\n2 Z z *\n9 CK ck *\n",
      .options = "",
      .tap_items = "%HIGHZ_COMMAND xtra; %SIGNAL_BUFFER BUFX; ",
@@ -137,31 +98,18 @@ const CHIP TAKEN_PINS[] = {
                  {"chip.v", "IBUF pa", "TBUF pz(.I(c), .OEN(1'b0), .PAD(z)); IBUF pa"}}},
 };
 
-constexpr const char *PAD_MODULE_PINS =
-    "1 A a *\n2 Y y *\n8 TCK tck *\n6 TDI tdi *\n10 TDO tdo *\n9 CK ck *\n";
-
 const CHIP PLACES[] = {
     {.name = "a new port whose name is taken",
-     .design = "pad_module",
-     .pins = PAD_MODULE_PINS,
      .changes = {{"chip.v", "pads(input a", "pads(input chain_in, a"}}},
     {.name = "the enable of the TDO pad does not leave its module",
-     .design = "pad_module",
-     .pins = PAD_MODULE_PINS,
      .changes = {{"chip.v", ".OEN(te)", ".OEN(1'b0)"}}},
     {.name = "the TDO pad is reached from the pads' module, and freed in the top",
-     .design = "pad_module",
-     .pins = PAD_MODULE_PINS,
      .tap = "p.tap",
      .changes = {{"chip.v", ".tdo(tdo));", ".tdo(tdo), .to(c), .te(1'b1));"}}},
     {.name = "connections of the user with the TAP among the pads",
-     .design = "pad_module",
-     .pins = PAD_MODULE_PINS,
      .settings = "%CONNECTION_TABLE { %CONNECT f{CK} TO ck; }",
      .tap = "p.tap"},
     {.name = "the cells stand in the top, the pads of TDI and TDO below",
-     .design = "pad_module",
-     .pins = PAD_MODULE_PINS,
      .changes = {{"chip.v", "module pads(", "module unused(); endmodule\nmodule cells("},
                  {"chip.v", "pads p(.a(a), .c(c), .q(q), .y(y));",
                   "cells n(); unused u(); IBUF pa(.PAD(a), .C(c)); OBUF py(.I(q), .PAD(y));"}}},
@@ -200,20 +148,19 @@ const CHIP PLACES[] = {
                  {"chip.bsc", "tck, ck;", "tck, ck, trst;"}}},
     {.name = "a standard port that is new, the TAP two levels above the pads",
      .design = "three_down",
-     .pins = "1 A a *\n2 Z z *\n9 CK ck *\n",
      .options = "-add_tap -synch",
      .roles = "%INPUT_SCAN BC_X; %OUTPUT_SCAN BC_X;",
      .tap_items = "%HIGHZ_COMMAND highz; %SIGNAL_BUFFER BUFX; %EXTRA_1 xtra; ",
      .tap = "k.tap",
      .instructions = "%INSTRUCTION HIGHZ = (011) ACCESS BYPASS;",
      .file = "tap_two_levels_above_the_pads"},
-    {.name = "the path of the TAP names no instance", .tap = "none.tap"},
+    {.name = "the path of the TAP names no instance", .design = "usual", .tap = "none.tap"},
     {.name = "a module on the TAP's path has a port of the TAP's name",
      .design = "tap_down_a_path",
      .pins = "1 A a *\n9 CK ck *\n",
      .tap = "top_a.b.tap",
      .changes = {{"chip.v", "module B(input i,", "module B(input i, shiftDR,"}}},
-    {.name = "no port gets a cell", .pins = "9 CK ck *\n"},
+    {.name = "no port gets a cell", .design = "usual", .pins = "9 CK ck *\n"},
     {.name = "the pad of TDI stands in a module that it does not leave",
      .design = "module sub(input tdi); IBUF pi(.PAD(tdi)); endmodule\n"
                "module chip(input a, input tdi, input ck); wire w; IBUF pa(.PAD(a), .C(w));\n"
@@ -224,11 +171,15 @@ const CHIP PLACES[] = {
 } // namespace
 
 TEST(Lines, OfPinsThatTheTapTakes) {
-    run_rows("taken_pins", TAKEN_PINS);
+    run_rows("taken_pins", TAKEN_PINS, {.pins = "1 A a *\n10 TDO tdo *\n9 CK ck *\n", .options = "-add_tap"});
 }
 
 TEST(Lines, OfAddedPads) {
-    run_rows("added_pads", ADDED_PADS, "-add_tap -add_pad");
+    run_rows("added_pads", ADDED_PADS,
+             {.design = "reads",
+              .pins = "1 B b *\n9 CK ck *\n",
+              .options = "-add_tap -add_pad",
+              .settings = "%INPUT_BUFFER IBUF; %OUTPUT_BUFFER OBUF; %INOUT_BUFFER BBUF;"});
 }
 
 TEST(Lines, OfCells) {
@@ -236,5 +187,5 @@ TEST(Lines, OfCells) {
 }
 
 TEST(Lines, OfPlaces) {
-    run_rows("places", PLACES);
+    run_rows("places", PLACES, {.design = "pad_module", .options = "-add_tap"});
 }

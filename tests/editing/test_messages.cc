@@ -5,66 +5,41 @@
 
 namespace {
 
-constexpr const char *READS = "module chip(inout b, input ck); INV g(.A(b)); endmodule\n";
-constexpr const char *B_PINS = "1 B b *\n9 CK ck *\n";
 constexpr const char *DEFAULT_PADS = "%INPUT_BUFFER IBUF; %OUTPUT_BUFFER OBUF; %INOUT_BUFFER BBUF;";
 constexpr const char *HIGHZ = "%HIGHZ_COMMAND highz; %SIGNAL_BUFFER BUFX; ";
-constexpr const char *HIGHZ_OPCODE = "%INSTRUCTION HIGHZ = (011) ACCESS BYPASS;";
 constexpr const char *TRB_BUFFER = "%BUFFER TRB { %INPUT A; %OUTPUT Z; }";
-/// A transparent buffer stands behind the input pad and one before the output pad.
-constexpr const char *BUFFERED =
-    "module chip(input a, output y, input ck); wire c, t, q, u; IBUF pa(.PAD(a), .C(t)); TRB ta(.A(t), "
-    ".Z(c));\n"
-    "FF f(.D(c), .CK(ck), .Q(q)); TRB ty(.A(q), .Z(u)); OBUF py(.I(u), .PAD(y)); endmodule\n";
-constexpr const char *TRANSPARENT = "%TRANSPARENT_BUFFER { TRB; }";
 
 const CHIP PADS[] = {
-    {.name = "an output pad that nothing feeds", .changes = {{"chip.v", "py(.I(q)", "py(.I(open)"}}},
+    {.name = "an output pad that nothing feeds",
+     .design = "usual",
+     .changes = {{"chip.v", "py(.I(q)", "py(.I(open)"}}},
     {.name = "a transparent buffer whose net has other readers",
-     .design = BUFFERED,
-     .pins = "1 PA a *\n2 PY y *\n9 CK ck *\n",
-     .settings = TRANSPARENT,
      .changes = {{"chip.v", "OBUF py", "INV n(.A(t)); OBUF py"}}},
-    {.name = "a transparent buffer that is not described",
-     .design = BUFFERED,
-     .pins = "1 PA a *\n2 PY y *\n9 CK ck *\n",
-     .settings = TRANSPARENT,
-     .changes = {{"chip.lib", TRB_BUFFER, ""}}},
+    {.name = "a transparent buffer that is not described", .changes = {{"chip.lib", TRB_BUFFER, ""}}},
     {.name = "a transparent buffer without %OUTPUT",
-     .design = BUFFERED,
-     .pins = "1 PA a *\n2 PY y *\n9 CK ck *\n",
-     .settings = TRANSPARENT,
      .changes = {{"chip.lib", TRB_BUFFER, "%BUFFER TRB { %INPUT A; }"}}},
     {.name = "a transparent buffer without the %INPUT that is described",
-     .design = BUFFERED,
-     .pins = "1 PA a *\n2 PY y *\n9 CK ck *\n",
-     .settings = TRANSPARENT,
      .changes = {{"chip.lib", TRB_BUFFER, "%BUFFER TRB { %INPUT Q; %OUTPUT Z; }"}}},
     {.name = "the pad cell of an input port",
      .design = "module chip(input a, ck); INV g(.A(a)); endmodule\n",
      .pins = "1 A a * PAD(IB2)\n",
      .options = "-add_tap -add_pad",
-     .settings = DEFAULT_PADS,
-     .library = "%BUFFER IB2 { %INPUT P; %OUTPUT Q; }",
-     .cells = "module IB2(input P, IE, inout VDD, output Q); endmodule\n"},
+     .settings = DEFAULT_PADS},
     {.name = "a bidirectional cell for the output pads",
-     .design = READS,
-     .pins = B_PINS,
+     .design = "reads",
      .options = "-add_tap -add_pad",
      .settings = "%INPUT_BUFFER IBUF; %OUTPUT_BUFFER BBUF;"},
     {.name = "the pad cell of a bidirectional port has no %INOUT",
-     .design = READS,
+     .design = "reads",
      .pins = "1 B b * PAD(TBUF)\n9 CK ck *\n",
      .options = "-add_tap -add_pad",
      .settings = DEFAULT_PADS},
     {.name = "no pad cell for a bidirectional port",
-     .design = READS,
-     .pins = B_PINS,
+     .design = "reads",
      .options = "-add_tap -add_pad",
      .settings = "%INPUT_BUFFER IBUF; %OUTPUT_BUFFER OBUF;"},
     {.name = "no control cell for an added pad",
-     .design = READS,
-     .pins = B_PINS,
+     .design = "reads",
      .options = "-add_tap -add_pad",
      .settings = DEFAULT_PADS,
      .changes = {{"chip.bsc", "%CONTROL_SCAN BC_CTL;", ""}}},
@@ -78,70 +53,41 @@ const CHIP ENABLES[] = {
      .changes = {{"chip.v", "pz(.I(q), .OEN(en)", "pz(.I(q), .OEN(1'b0)"}}},
     {.name = "differential pads on the command for high impedance",
      .tap_items = HIGHZ,
-     .instructions = HIGHZ_OPCODE,
+     .instructions = "%INSTRUCTION HIGHZ = (011) ACCESS BYPASS;",
      .changes = {{"chip.v", "output z,", "output z, zm, x, xm,"},
                  {"chip.v", "TBUF pz(.I(q), .OEN(en), .PAD(z))",
                   "DTB pz(.I(q), .OEN(1'b0), .PP(z), .PM(zm)); DTB px(.I(q), .OEN(1'b0), .PP(x), .PM(xm))"},
                  {"chip.pin", "4 PB", "5 ZM zm *\n6 PX x *\n7 XM xm *\n4 PB"}}},
 };
 
-/// A cell that the pin file names for one port alone.
-constexpr const char *M2_PINS = "1 PA a * BSC(BC_M2)\n2 PY y *\n3 PZ z *\n4 PB b *\n9 CK ck *\n";
-constexpr const char *WITH_TAP_PINS =
-    "1 A a *\n6 TDI tdi *\n7 TMS tms *\n8 TCK tck *\n10 TDO tdo *\n9 CK ck *\n";
-
-constexpr const char *A_PINS = "1 A a *\n9 CK ck *\n";
-constexpr const char *OLD_TAP =
-    "module chip(input a, ck); wire c; IBUF pa(.PAD(a), .C(c)); FF f(.D(c), .CK(ck));\n"
-    "tapm TAP(.BC_LAST(1'b1)); endmodule\n";
-constexpr const char *MUX_PAD_ON_OLD_TAP =
-    "module chip(input a, ck); wire c; MUXI pa(.PAD(a), .C(c)); FF f(.D(c), .CK(ck));\n"
-    "tapm TAP(.BC_LAST(1'b1)); endmodule\n";
-constexpr const char *SIBLING_PINS = "1 A a *\n2 B b *\n6 TDI tdi *\n10 TDO tdo *\n9 CK ck *\n";
-constexpr const char *GAP_CELL = "module BC_G(input DI, SI, SE, CK, XB, output DO, SO); endmodule\n";
-constexpr const char *GAP_LIBRARY =
-    "%SCAN_CELL BC_G { %DATA_IN DI; %DATA_OUT DO; %TDI SI; %TDO SO; %CLOCK_DR CK; "
-    "%SHIFT_DR SE; %EXTRA_2 XB; }\n";
-constexpr const char *MUX_ROLE = "%INPUT_MUX_SCAN BC_MI;";
-
 const CHIP SIGNALS[] = {
     {.name = "no inverter for an active-low signal that a pad alone needs",
-     .design = MUX_PAD_ON_OLD_TAP,
-     .pins = A_PINS,
-     .roles = MUX_ROLE,
+     .design = "old_tap_and_mux_pad",
+     .roles = "%INPUT_MUX_SCAN BC_MI;",
      .tap_items = "%MODE_2 -mode2; "},
     {.name = "no inverting buffer for a tree",
-     .design = MUX_PAD_ON_OLD_TAP,
-     .pins = A_PINS,
-     .roles = MUX_ROLE,
+     .design = "old_tap_and_mux_pad",
+     .roles = "%INPUT_MUX_SCAN BC_MI;",
      .tap_items = "%MODE_2 -mode2; %GROUP_SIZE 4; %SIGNAL_BUFFER BUFX; "},
     {.name = "the TAP has no such signal",
-     .design = OLD_TAP,
-     .pins = A_PINS,
+     .design = "old_tap",
      .roles = "%INPUT_SCAN BC_X;",
      .tap_items = "%EXTRA_2 xtra; "},
     {.name = "a number of the extra pins is left out, with trees",
-     .design = OLD_TAP,
-     .pins = A_PINS,
+     .design = "old_tap",
      .roles = "%INPUT_SCAN BC_G;",
-     .library = GAP_LIBRARY,
-     .tap_items = "%EXTRA_2 xtra; %GROUP_SIZE 4; %SIGNAL_BUFFER BUFX; ",
-     .cells = GAP_CELL},
+     .tap_items = "%EXTRA_2 xtra; %GROUP_SIZE 4; %SIGNAL_BUFFER BUFX; "},
     {.name = "the same with pads in several modules",
      .design = "siblings",
-     .pins = SIBLING_PINS,
      .options = "-add_tap",
      .roles = "%INPUT_SCAN BC_G;",
-     .library = GAP_LIBRARY,
-     .tap_items = "%EXTRA_1 xtra1; %EXTRA_2 xtra; %GROUP_SIZE 4; %SIGNAL_BUFFER BUFX; ",
-     .cells = GAP_CELL},
+     .tap_items = "%EXTRA_1 xtra1; %EXTRA_2 xtra; %GROUP_SIZE 4; %SIGNAL_BUFFER BUFX; "},
     {.name = "a signal that no cell but one of the pin file has",
-     .pins = M2_PINS,
+     .pins = "1 PA a * BSC(BC_M2)\n2 PY y *\n3 PZ z *\n4 PB b *\n9 CK ck *\n",
      .options = "-add_tap",
      .tap_items = "%MODE_2 mode2; "},
     {.name = "a TAP down a path, with the clock of the cells",
      .design = "tap_in_module",
-     .pins = WITH_TAP_PINS,
      .options = "-synch",
      .tap = "b.t"},
     {.name = "a constant on a standard pin of the TAP beside a pad module",
@@ -151,11 +97,6 @@ const CHIP SIGNALS[] = {
      .pins = "1 A a *\n6 TDI tdi *\n9 CK ck *\n"},
 };
 
-constexpr const char *IN_ONE_MODULE =
-    "module pads(input a, output k, input tdi, output t); IBUF i(.PAD(a), .C(k)); IBUF j(.PAD(tdi), .C(t));\n"
-    "endmodule\nmodule chip(input a, tdi, ck); wire c, t; INV g(.A(t));\n"
-    "pads p(.a(a), .k(c), .tdi(tdi), .t(t)); FF f(.D(c), .CK(ck)); endmodule\n";
-constexpr const char *TDI_PINS = "1 A a *\n6 TDI tdi *\n9 CK ck *\n";
 /// A module that was read again since, without its pad j.
 constexpr const char *READ_AGAIN_1 =
     "echo 'module pads(input a, output k, input tdi, output t); IBUF i(.PAD(a), .C(k));"
@@ -170,60 +111,38 @@ constexpr const char *READ_AGAIN_2 =
     "\nexec /bin/cp \"$@\"\n' >tools/cp; chmod +x tools/cp"
 
 const CHIP FILES[] = {
-    {.name = "a TAP path with pads in several modules",
-     .design = "siblings",
-     .pins = SIBLING_PINS,
-     .tap = "u.TAP"},
-    {.name = "a module is missing", .design = "siblings", .pins = SIBLING_PINS, .before = "rm pb.sdb"},
+    {.name = "a TAP path with pads in several modules", .tap = "u.TAP"},
+    {.name = "a module is missing", .before = "rm pb.sdb"},
     {.name = "a port name is taken",
-     .design = "siblings",
-     .pins = SIBLING_PINS,
      .changes = {{"chip.v", "module pb(input p", "module pb(input shiftDR, p"}}},
-    {.name = "a module can't be copied",
-     .design = "siblings",
-     .pins = SIBLING_PINS,
-     .before = CP_THAT("pb_bs0.sdb", "exit 3")},
+    {.name = "a module can't be copied", .before = CP_THAT("pb_bs0.sdb", "exit 3")},
     {.name = "a command file can't be written at its end",
-     .design = "siblings",
-     .pins = SIBLING_PINS,
      .before = CP_THAT("pb_bs0.sdb", "mkdir rimweave_lib/pa_bs0.cmd")},
-    {.name = "the top's command file can't be begun", .before = "mkdir -p rimweave_lib/chip_jtag.cmd/x"},
+    {.name = "the top's command file can't be begun",
+     .design = "usual",
+     .before = "mkdir -p rimweave_lib/chip_jtag.cmd/x"},
     {.name = "the pads' command file can't be begun",
-     .design = IN_ONE_MODULE,
-     .pins = TDI_PINS,
+     .design = "in_one_module",
      .before = "mkdir -p rimweave_lib/pads_bs.cmd/x"},
     {.name = "the command file of the TAP's path can't be begun",
      .design = "tap_in_module",
-     .pins = WITH_TAP_PINS,
      .options = "",
      .tap = "b.t",
      .before = "mkdir -p rimweave_lib/B_bs.cmd/x"},
-    {.name = "the module of the pads is missing",
-     .design = IN_ONE_MODULE,
-     .pins = TDI_PINS,
-     .before = "rm pads.sdb"},
+    {.name = "the module of the pads is missing", .design = "in_one_module", .before = "rm pads.sdb"},
     {.name = "a module of the TAP's path is missing",
      .design = "tap_in_module",
-     .pins = WITH_TAP_PINS,
      .options = "",
      .tap = "b.t",
      .before = "rm B.sdb"},
     {.name = "the pads' module was read again, without a pad",
-     .design = IN_ONE_MODULE,
-     .pins = TDI_PINS,
+     .design = "in_one_module",
      .before = READ_AGAIN_1},
-    {.name = "one of several modules was read again, without a pad",
-     .design = "siblings",
-     .pins = SIBLING_PINS,
-     .before = READ_AGAIN_2},
+    {.name = "one of several modules was read again, without a pad", .before = READ_AGAIN_2},
     {.name = "a constant on a TAP that stands beside pads in several modules",
-     .design = "siblings",
-     .pins = SIBLING_PINS,
      .options = "",
      .changes = {{"chip.v", "wire v, w, t;", "wire v, w, t; tapm TAP(.BC_LAST(1'b0));"}}},
     {.name = "pads in several modules, and a TAP that stands there already",
-     .design = "siblings",
-     .pins = SIBLING_PINS,
      .options = "",
      .changes = {{"chip.v", "wire v, w, t;", "wire v, w, t, o; tapm TAP(.TDI(t), .TDO(o));"},
                  {"chip.v", ".d(t)", ".d(o)"},
@@ -234,7 +153,9 @@ const CHIP FILES[] = {
 } // namespace
 
 TEST(Messages, OfPads) {
-    run_rows("pads", PADS);
+    run_rows(
+        "pads", PADS,
+        {.design = "transparent_buffers", .options = "-add_tap", .settings = "%TRANSPARENT_BUFFER { TRB; }"});
 }
 
 TEST(Messages, OfEnables) {
@@ -242,11 +163,11 @@ TEST(Messages, OfEnables) {
 }
 
 TEST(Messages, OfSignals) {
-    run_rows("signals", SIGNALS, "");
+    run_rows("signals", SIGNALS, {.options = ""});
 }
 
 TEST(Messages, OfFiles) {
-    run_rows("files", FILES);
+    run_rows("files", FILES, {.design = "siblings", .options = "-add_tap"});
 }
 
 TEST(Messages, ASupplyNetIsNamedAsTheSourceOfAnEnable) {

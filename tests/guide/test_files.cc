@@ -72,14 +72,7 @@ TEST(GuideFiles, ExistingFilesAreEdited) {
     lay_out_cells(guide);
     lay_out_description(guide);
     guide.scratch.run("mv chip.lib lib");
-    run_result result = guide.answer(
-        {"1",  "5",  "nreset", "6",  "2",    "1",   "14",  "4",  "22", "3",  "tap_1", "4",  "5",  "4",  "2",
-         "5",  "AA", "1",      "6",  "6",    "2",   "1",   "",   "",   "",   "11",    "",   "",   "",   "17",
-         "",   "",   "",       "33", "",     "",    "",    "49", "",   "",   "",      "55", "",   "",   "",
-         "16", "",   "",       "",   "26",   "",    "",    "",   "3",  "",   "",      "",   "32", "",   "",
-         "",   "39", "",       "",   "",     "48",  "",    "",   "",   "54", "",      "",   "",   "31", "",
-         "",   "",   "60",     "",   "",     "",    "61",  "",   "",   "",   "62",    "",   "",   "",   "63",
-         "",   "",   "",       "2",  "XTAL", "clk", "CLK", "",   "3",  "8"});
+    run_result result = guide.session(beside_the_tests("edited.in"));
     EXPECT_EQ(result.status, 0) << result.out << result.err;
     expect_part(result.out, "File was written to ./chip.bsc\nFile was written to ./lib/chip.lib\n"
                             "File was written to chip.pin\n");

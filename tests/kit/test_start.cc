@@ -146,7 +146,7 @@ TEST_F(StartOfAChip, RefusesWhatItCantTake) {
         {"start --cells bad.v chip", 255, "kalmverin ended with status 255; to repeat it: kalmverin"},
         {"start --liberty pads.lib --cells cells.v --boundary-cells pads.lib chip", 255,
          "there is no %SCAN_CELL"},
-        {"run --liberty pads.lib --cells cells.v chip -vhdll", 255, "rimweave ended with status"},
+        {"run --liberty pads.lib --cells cells.v chip -vhdll", 2, "rimweave has no switch '-vhdll'"},
     };
     for (const auto &row : cases) {
         run_result result = scratch.run(RIMKIT + std::string(row.words));

@@ -40,11 +40,12 @@ std::string whole(const std::string &design) {
 
 /// What the run says, below the chip.
 std::string refusal(const planning_folder &folder, CHIP chip) {
+    std::string text = "== " + chip.design + "\n" + *chip.pins + chip.roles.value_or("") + chip.library +
+                       chip.tap_items.value_or("") + "\n--\n";
     chip.design = whole(chip.design);
     run_result result = folder.plan(chip);
-    EXPECT_EQ(result.status, 255) << chip.design << *chip.pins;
-    return "== " + chip.design + "\n" + *chip.pins + chip.roles.value_or("") + chip.library +
-           chip.tap_items.value_or("") + "\n--\n" + messages_of(result.out);
+    EXPECT_EQ(result.status, 255) << text;
+    return text + messages_of(result.out);
 }
 
 // The pin file, the port, and the cell next to it as the library describes it.

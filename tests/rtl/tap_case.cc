@@ -127,12 +127,13 @@ void set_up_tap(const tap_case &tap) {
     GLOBAL_TRST = needed("trst") ? "TRSTN" : nullptr;
     cell.tdo_en = needed("tdo_en") ? "TDO_EN" : nullptr;
     TDO_EN_LOW = needed("tdo_en_low");
-    BCELL_HAS[SIG_UPDATE] = needed("update");
-    BCELL_HAS[SIG_RST] = needed("rst");
-    BCELL_HAS[SIG_HIGHZ] = needed("highz");
-    BCELL_HAS[SIG_MODE1] = needed("mode1");
-    BCELL_HAS[SIG_MODE2] = needed("mode2");
-    BCELL_HAS[SIG_MODE3] = needed("mode3");
+    for (auto [signal, word] : {std::pair(SIG_UPDATE, "update"),
+                                {SIG_RST, "rst"},
+                                {SIG_HIGHZ, "highz"},
+                                {SIG_MODE1, "mode1"},
+                                {SIG_MODE2, "mode2"},
+                                {SIG_MODE3, "mode3"}})
+        BCELL_HAS[signal] = needed(word);
     IDCODE_REG = needed("idcode") ? "00010010001101000101011001111001" : nullptr;
     if (needed("usercode"))
         append_row<const char *>(USERCODE_REG, "11001010111111101011101010111110");

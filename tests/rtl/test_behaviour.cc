@@ -102,21 +102,8 @@ struct reference_tap {
     char serial_out(const std::string &inputs) const {
         if (at == SH_IR)
             return ir.back();
-        switch (decoded().selects) {
-        case BYPASS:
-            return bypass;
-        case BOUNDARY:
-            return inputs[3];
-        case IDCODE:
-            return id.back();
-        case USERCODE:
-            return '0';
-        case MYREG:
-            return inputs[4];
-        case USERDR:
-            return inputs[5];
-        }
-        return '0';
+        const char registers[] = {bypass, inputs[3], id.back(), '0', inputs[4], inputs[5]};
+        return registers[decoded().selects];
     }
 
     void clock(bool tms, char tdi, bool trst = true) {

@@ -18,10 +18,6 @@ void lay_out_chip(const scratch_folder &scratch) {
     ASSERT_EQ(result.status, 0) << result.out << result.err;
 }
 
-bool holds(const std::string &text, const std::string &part) {
-    return text.find(part) != std::string::npos;
-}
-
 } // namespace
 
 TEST(Sequence, WholeRunWithItsClosingLines) {
@@ -60,7 +56,7 @@ TEST(Sequence, WhereFilesAreLookedFor) {
     for (const auto &one : cases) {
         run_result result =
             scratch.run(std::string("cd here; ") + one.environment + " " + rimweave + " " + one.arguments);
-        EXPECT_TRUE(holds(result.out, one.says)) << one.environment << "\n" << result.out;
+        expect_part(result.out, one.says);
         EXPECT_EQ(result.status, 255);
     }
 }

@@ -70,27 +70,3 @@ inline std::string design_text(const std::string &path) {
     SDB_clear_current();
     return text;
 }
-
-/// A program of the build in a shell command.
-inline std::string program(const char *name) {
-    return std::string("'") + RW_BIN_DIR + "/" + name + "'";
-}
-
-/// In front of a command: takes the search path of the machine that tests away.
-inline std::string plain_search() {
-    return "unset VELMORA VELMORA_DIRS; ";
-}
-
-constexpr const char *test_cells = R"(
-module INV (A, Z); input A; output Z; assign Z = ~A; endmodule
-module TRI (A, E, Z); input A, E; output Z; assign Z = E ? A : 1'bz; endmodule
-module BID (P, I); inout P; input I; assign P = I; endmodule
-module ADD (A, B, S); input [3:0] A; input [0:1] B; output [3:0] S; endmodule
-)";
-
-/// Makes the cells above in ./lib of a scratch folder.
-inline void make_cells(const scratch_folder &scratch) {
-    scratch.write("lib/cells.v", test_cells);
-    run_result made = scratch.run(plain_search() + "cd lib && " + program("kalmverin") + " -lib cells.v");
-    ASSERT_EQ(made.status, 0) << made.err;
-}

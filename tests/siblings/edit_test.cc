@@ -1,6 +1,6 @@
 // kalmedit: edit command files carried out on an SDB file.
 #include "tests/siblings/design_view.hh"
-#include "tests/support/expected_file.hh"
+#include "tests/siblings/netlist_case.hh"
 
 #include <sstream>
 
@@ -21,19 +21,15 @@ module box_bs (input i, output o, input si, output so); INV u (i, o); INV w (si,
 module less (output o, input x); INV u (x, o); endmodule
 )";
 
-struct edit_scratch : scratch_folder {
-    edit_scratch() {
-        make_cells(*this);
-        write("d.v", edited_design);
+struct edit_folder : netlist_folder {
+    edit_folder() : netlist_folder(few_cells) {
+        take("d", edited_design);
         write("more/more.v", more_modules);
-        run_result made =
-            run(plain_search() + program("kalmverin") + " d.v && cd more && VELMORA_DIRS=../lib " +
-                program("kalmverin") + " more.v -top less");
-        EXPECT_EQ(made.status, 0) << made.err;
+        tool("kalmverin more/more.v -top less -opath more");
     }
     run_result edit(const std::string &commands) const {
         write("cmd/d.cmd", commands);
-        return run(plain_search() + program("kalmedit") + " -nologo -b cmd/d");
+        return call("kalmedit -nologo -b cmd/d");
     }
 };
 
@@ -76,7 +72,7 @@ std::string new_lines(const std::string &text, const std::string &before) {
 TEST(Kalmedit, CarriesOutCommands) {
     std::string text;
     for (const auto &row : edits) {
-        edit_scratch scratch;
+        edit_folder scratch;
         std::string before = design_text(scratch.path("d.sdb"));
         run_result result = scratch.edit("edit d\n" + std::string(row.commands) + "save\nquit\n");
         std::string after = design_text(scratch.path("d.sdb"));
@@ -108,7 +104,7 @@ const char *const refusals[] = {
 };
 
 TEST(Kalmedit, RefusesWithTheLineAndChangesNothing) {
-    edit_scratch scratch;
+    edit_folder scratch;
     std::string bytes = scratch.read("d.sdb");
     std::string text;
     for (const char *commands : refusals) {
@@ -122,8 +118,8 @@ TEST(Kalmedit, RefusesWithTheLineAndChangesNothing) {
                       .err.find(":3: the design has been saved"),
                   std::string::npos);
     EXPECT_EQ(scratch.edit("edit d\nsave\nquit\nno command\n").status, 0);
-    EXPECT_EQ(scratch.run(program("kalmedit") + " -nologo -b cmd/none").status, 255);
-    EXPECT_EQ(scratch.run(program("kalmedit") + " -nologo").status, 255);
+    EXPECT_EQ(scratch.call("kalmedit -nologo -b cmd/none").status, 255);
+    EXPECT_EQ(scratch.call("kalmedit -nologo").status, 255);
     scratch.write("d.sdb", bytes.substr(0, bytes.size() / 2));
     EXPECT_EQ(scratch.edit("edit d\nsave\nquit\n").status, 255);
     EXPECT_EQ(scratch.read("d.sdb").size(), bytes.size() / 2);

@@ -34,65 +34,10 @@ TEST(List, RoundTrip) {
 
 // A port on a pad's pin, whatever the directions; single names with brackets and dots; don't-care bits; power
 // under two names; a pin of both directions, which takes no constant.
-constexpr const char *as_it_stood = R"(module top (
-    input a,
-    inout p,
-    inout vdd,
-    inout vio,
-    output c,
-    input i,
-    output j,
-    input k,
-    output \o[1] ,
-    output \o[0] 
-);
-  wire \n[0] ;
-  wire GND;
-  assign vdd = vio;
-  assign GND = 1'b0;
-  BPAD u1 (.I(a), .OEN(a), .C(c), .PAD(p));
-  BPAD \r[2].pad  (.I(a), .OEN(1'b1), .C(i), .PAD(k));
-  BPAD u3 (.I(vdd), .OEN(vio), .C(j), .PAD(GND));
-  INV \g[0].u  (.A(\n[0] ), .Z(\o[1] ));
-  INV \g[1].u  (.A(1'bx), .Z(\o[0] ));
-  NAND2 u4 (.A(1'bx), .B(1'bx), .Z(\n[0] ));
-endmodule
-)";
-
-constexpr const char *levels_as_they_stood = R"(module leaf (
-    input [3:0] a,
-    input [0:3] b,
-    output [3:0] y,
-    output z,
-    input unused_in_here,
-    output not_connected
-);
-  wire [3:0] n;
-  wire carry;
-  assign y[0] = b[0];
-  INV u0 (.A(a[0]), .Z(y[1]));
-  ADD4 add (.A({a[2:1], b[3], 1'b1}), .B(b), .S({carry, n}));
-  ADD4 add2 (.A(), .B({n[0], carry, 2'b10}), .S());
-endmodule
-
-module top (
-    input a
-);
-  wire [1:0] q;
-  wire s;
-  wire t;
-  leaf l (
-    .a({a, a, 2'b01}),
-    .b({q, a, 1'b0}),
-    .y({q[0], s, q[1], t}),
-    .z(),
-    .unused_in_here(1'b0),
-    .not_connected()
-  );
-endmodule
-)";
-
 TEST(List, WritesWhatStood) {
+    const std::string expected = RW_SOURCE_DIR "/tests/siblings/expected/";
+    const std::string as_it_stood = read_whole(expected + "as_it_stood.v");
+    const std::string levels_as_they_stood = read_whole(expected + "levels_as_they_stood.v");
     netlist_folder folder;
     folder.write("top.v", as_it_stood);
     folder.tool("kalmverin -power v* top.v");

@@ -9,6 +9,9 @@
 /// Cells with scalar and vector pins of every direction, with their behaviour for simulators.
 extern const std::string_view netlist_cells;
 
+/// A few cells in short, as readers and editors of designs need them.
+extern const std::string_view few_cells;
+
 /// A hierarchy with most of what netlists hold: vectors of both directions, taken apart and put together,
 /// names that need care, constants, open pins, outputs that share nets with other ports. All outputs of `top`
 /// follow from its inputs.
@@ -16,9 +19,11 @@ extern const std::string_view netlist_design;
 
 /// A scratch folder that has the cells in lib/ as SDB files and in cells.v.
 struct netlist_folder : scratch_folder {
-    netlist_folder();
+    explicit netlist_folder(std::string_view cells = netlist_cells);
 
-    /// Runs one of the tools with its arguments and expects it to succeed without a word.
+    /// Runs one of the tools with its arguments, without the search path of the machine that tests.
+    run_result call(const std::string &line) const;
+    /// The same; expects it to succeed without a word.
     void tool(const std::string &line) const;
     /// Writes `<name>.v` and reads it with kalmverin.
     void take(const std::string &name, std::string_view verilog) const;

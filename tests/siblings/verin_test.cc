@@ -1,11 +1,12 @@
 // kalmverin: Verilog in, SDB files out.
 #include "tests/siblings/design_view.hh"
-#include "tests/support/expected_file.hh"
+#include "tests/siblings/netlist_case.hh"
 
 namespace {
 
 struct {
-    const char *name, *verilog; ///< its top module is t
+    const char *name;    ///< or the switches, where it begins with one
+    const char *verilog; ///< its top module is t
 } const netlists[] = {
     {"ports of both styles and vectors both ways",
      "module t (a, b, io, y); input a; input [1:0] b; inout [0:1] io; output y; wire y;\n"
@@ -45,25 +46,6 @@ struct {
      "`else\n bad\n`endif\n`ifndef NONE `LONG `endif\n`undef W\n`ifdef W bad `endif "
      "endmodule\n`endcelldefine\n"},
     {"an included file beside the one that names it", "`include \"part/ports.v\"\nINV u (a, y); endmodule\n"},
-};
-
-run_result read_verilog(const scratch_folder &scratch, const std::string &arguments) {
-    return scratch.run(plain_search() + program("kalmverin") + " " + arguments);
-}
-
-/// Reads f.v in a folder with two files to include; the run, with the design that it made.
-run_result read_text(const scratch_folder &scratch, const std::string &switches, const char *verilog) {
-    std::filesystem::remove(scratch.dir / "t.sdb");
-    scratch.write("f.v", verilog);
-    run_result result = read_verilog(scratch, switches + " f.v");
-    if (scratch.has("t.sdb"))
-        result.out += design_text(scratch.path("t.sdb"));
-    return result;
-}
-
-struct {
-    const char *switches, *verilog;
-} const switched[] = {
     {"-as_input a*,v -as_output y,a_3",
      "module t (inout a_1, a_2, inout [1:0] v, inout y, z, output a_3); BID p (.P(a_1), .I(z)); endmodule"},
     {"-D W=1 -D ONE -I none -I part",
@@ -77,25 +59,32 @@ struct {
      "INV x (); endmodule"},
 };
 
+/// Reads f.v in a folder with two files to include; the run, with the design that it made.
+run_result read_text(const netlist_folder &scratch, const std::string &switches, const char *verilog) {
+    std::filesystem::remove(scratch.dir / "t.sdb");
+    scratch.write("f.v", verilog);
+    run_result result = scratch.call("kalmverin " + switches + " f.v");
+    if (scratch.has("t.sdb"))
+        result.out += design_text(scratch.path("t.sdb"));
+    return result;
+}
+
 TEST(Kalmverin, ReadsWhatNetlistsHoldAndSwitchesSay) {
-    scratch_folder scratch;
-    make_cells(scratch);
+    netlist_folder scratch(few_cells);
     scratch.write("part/ports.v", "`include \"header.v\"\ninput a; output y;\n");
     scratch.write("part/header.v", "module t (a, y);");
     scratch.write("part/inner.v", "INV u (.A(a[1]));\n");
     std::string text;
     for (const auto &row : netlists)
-        text += section(row.name, read_text(scratch, "", row.verilog));
-    for (const auto &row : switched)
-        text += section(row.switches, read_text(scratch, row.switches, row.verilog));
+        text += section(row.name, read_text(scratch, *row.name == '-' ? row.name : "", row.verilog));
     expect_file("siblings/expected/verin_netlists.txt", text);
-    run_result result = read_verilog(scratch, "-help");
+    run_result result = scratch.call("kalmverin -help");
     EXPECT_EQ(result.status, 0);
     EXPECT_NE(result.out.find("  -as_input NAMES "), std::string::npos) << result.out;
     scratch.write("part/cell.v",
                   "module C (`ifdef TWO v, `endif a); input [`W:0] a;\n`ifdef TWO\ninout v;\n`endif\n"
                   "endmodule");
-    EXPECT_EQ(read_verilog(scratch, "-lib -D TWO -D W=0 part/cell.v").err, "");
+    EXPECT_EQ(scratch.call("kalmverin -lib -D TWO -D W=0 part/cell.v").err, "");
     EXPECT_EQ(design_text(scratch.path("C.sdb")), "inout v -\ninput a[0] -\n");
 }
 
@@ -110,8 +99,7 @@ std::string walk_from_port(const char *name) {
 }
 
 TEST(Kalmverin, WalksFromAPortMeetThePadFirst) {
-    scratch_folder scratch;
-    make_cells(scratch);
+    netlist_folder scratch(few_cells);
     scratch.write("lib/more.v", "module BOND (inout P); endmodule module KEEP (output Z); endmodule\n"
                                 "module CLAMP (inout P, V, input E); endmodule\n"
                                 "module DIODE (input D, inout V); endmodule\n");
@@ -120,8 +108,8 @@ TEST(Kalmverin, WalksFromAPortMeetThePadFirst) {
                   "BOND b1 (p), b2 (q), b3 (i), b4 (y); DIODE d1 (p, v), d3 (i, v);\n"
                   "CLAMP c1 (p, v, 1'b0); KEEP k1 (p), tie (y);\n"
                   "BID used (.P(p), .I(n)), unused (.P(q), .I(1'bx)); INV u (i, n), w (n, m); endmodule");
-    run_result result = read_verilog(scratch, "-lib lib/more.v -opath lib");
-    EXPECT_EQ(result.err + read_verilog(scratch, "t.v").err, "");
+    run_result result = scratch.call("kalmverin -lib lib/more.v -opath lib");
+    EXPECT_EQ(result.err + scratch.call("kalmverin t.v").err, "");
     SDB_HANDLE *flat = SDB_setup(SDB_open(scratch.path("t.c.sdb").c_str(), "r", 0));
     EXPECT_EQ(walk_from_port("p") + walk_from_port("q") + walk_from_port("i") + walk_from_port("y"),
               "p: used c1 b1 d1 k1\nq: unused b2\ni: u b3 d3\ny: tie b4\n");
@@ -131,7 +119,7 @@ TEST(Kalmverin, WalksFromAPortMeetThePadFirst) {
 
 // What stands in the bodies of library cells is no concern, but its words may not end a cell too early.
 TEST(Kalmverin, PassesOverTheBodiesOfCells) {
-    scratch_folder scratch;
+    netlist_folder scratch(few_cells);
     scratch.write("cells.v", R"(
 `timescale 1ns/10ps
 primitive udp (q, d); output q; reg q; input d; table 0 : ? : 0; (01) : 1 : -; *: ? : -; endtable endprimitive
@@ -150,7 +138,7 @@ endmodule
 module \odd+name (p); parameter M = 3; inout [0:M] p; tri1 [0:M] p; pullup (p[0]); endmodule
 module EMPTY; endmodule
 )");
-    run_result result = read_verilog(scratch, "-lib cells.v -opath out"); // which makes the folder
+    run_result result = scratch.call("kalmverin -lib cells.v -opath out"); // which makes the folder
     EXPECT_EQ(result.status, 0) << result.err;
     EXPECT_EQ(design_text(scratch.path("out/FF.sdb")),
               "output Q[3] -\noutput Q[2] -\noutput Q[1] -\noutput Q[0] -\n"
@@ -173,14 +161,13 @@ module other (input a); endmodule
 )";
 
 TEST(Kalmverin, FlattensTheTopModule) {
-    scratch_folder scratch;
-    make_cells(scratch);
+    netlist_folder scratch(few_cells);
     scratch.write("d.v", two_levels);
     std::filesystem::create_directory(scratch.path("o"));
-    run_result result = read_verilog(scratch, "d.v");
+    run_result result = scratch.call("kalmverin d.v");
     EXPECT_EQ(result.status, 255);
     EXPECT_NE(result.err.find("'top' and 'other'"), std::string::npos) << result.err;
-    result = read_verilog(scratch, "d.v -top top -opath o");
+    result = scratch.call("kalmverin d.v -top top -opath o");
     ASSERT_EQ(result.status, 0) << result.err;
     for (const char *file : {"o/low.sdb", "o/mid.sdb", "o/top.sdb", "o/other.sdb", "o/top.c.sdb"})
         EXPECT_TRUE(scratch.has(file)) << file;
@@ -222,11 +209,16 @@ const char *const errors[] = {
     "`define A `A\nmodule t; `A endmodule",
     "`define M(a) a\n`M(1, 2)",
     "`default_nettype none\nmodule t; INV u (a, b); endmodule",
+    "module t; /* \n never",
+    "module t; INV u (a, b, c); endmodule",
+    "module t; wire w; wire [1:0] w; endmodule",
+    "/*\n*/ `NONE\n",
+    "\n`endif",
+    "module t;\n\x7f endmodule",
 };
 
 TEST(Kalmverin, NamesFileAndLineOfWhatItCannotRead) {
-    scratch_folder scratch;
-    make_cells(scratch);
+    netlist_folder scratch(few_cells);
     std::string text;
     for (const char *verilog : errors) {
         text += section(verilog, read_text(scratch, "", verilog));
@@ -257,8 +249,7 @@ const char *const WRONG_ARGUMENTS[] = {"",
                                        "minus.v"};
 
 TEST(Kalmverin, RefusesWhatIsNoFileToReadOrWrite) {
-    scratch_folder scratch;
-    make_cells(scratch);
+    netlist_folder scratch(few_cells);
     scratch.write("good.v", "module t (input a); endmodule\n");
     scratch.write("ports.v", "module t (inout [1:0] v, output y, inout p); s #(3) u (); endmodule module s; "
                              "endmodule\n");
@@ -278,7 +269,7 @@ TEST(Kalmverin, RefusesWhatIsNoFileToReadOrWrite) {
     scratch.write("minus.v", "module t; wire [" + std::string(1 << 20, '-') + "1:0] w; endmodule");
     std::string text;
     for (const char *arguments : WRONG_ARGUMENTS)
-        text += section(arguments, read_verilog(scratch, arguments));
+        text += section(arguments, scratch.call(std::string("kalmverin ") + arguments));
     expect_file("siblings/expected/verin_refusals.txt", text);
 }
 

@@ -82,6 +82,12 @@ class Variant:
     def highz(self):
         return "highz" in self.name or self.items == HIGHZ_CELLS
 
+    def path(self, instance):
+        """Of an instance's module, which may stand in another one of no cells of its own."""
+        module = self.module(instance)
+        frame = "u_frame." if self.frame and module in ("west", "ring") else ""
+        return f"{frame}u_{module}" if module else ""
+
     def module(self, instance):
         """The module of a pad, with the buffer that belongs to it: none, one of two in turn, or one for all."""
         if not instance.startswith(("p_", "b_")):
@@ -192,7 +198,7 @@ EXISTING_TAP = """    wire tdo_i, tdo_en, tdo_oen;
 
 
 def write_chip(variant, work):
-    """The chip with its pads in their modules; a module may stand in another one of no cells of its own."""
+    """The chip with its pads in their modules."""
     cells = "".join((work / name).read_text() for name in CELLS)
     text = (HERE / "kinds.v").read_text()
     text = take_pads_away(text, variant.bare)
@@ -204,11 +210,7 @@ def write_chip(variant, work):
         text = head + EXISTING_TAP + "endmodule" + tail
     elif variant.rng:
         text = change_tdo_pad(text, variant.rng)
-    text = pads_in_modules(text, "kinds", cells, variant.module)
-    if variant.frame:
-        text = pads_in_modules(text, "kinds", cells + text,
-                               lambda instance: "frame" if instance in ("u_west", "u_ring") else None)
-    (work / "kinds.v").write_text(text)
+    (work / "kinds.v").write_text(pads_in_modules(text, "kinds", cells, variant.path))
 
 
 def build(variant, bin_dir, work):

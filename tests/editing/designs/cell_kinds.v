@@ -1,3 +1,28 @@
+// 1 CLK clk *
+// 2 PA a *
+// 3 INV -inv *
+// 4 OBS obs * BSC(BC_OBS)
+// 5 MI mi *
+// 6 THRU thru *
+// 7 BSI bsi *
+// 8 Y y LEFT
+// 9 P0 t0 *
+// 10 T1 t1 *
+// 11 HZ0 hz0 *
+// 12 HZ1 hz1 *
+// 13 EN_O en_o *
+// 14 MO mo *
+// 15 MT mt *
+// 16 BSO bso *
+// 17 FEED feed *
+// 18 PIO io *
+// 19 MB mb *
+// 20 INTERNAL g0{Q} *
+// 21 OBSERVE g1{D} *
+// 30 TDI tdi *
+// 31 TMS tms *
+// 32 TCK tck *
+// 33 TDO tdo *
 module chip(input clk, input a, input inv, input obs, input mi, input thru, input bsi, input d_p, input d_m,
             output y, output t0, output t1, output hz0, output hz1, output en_o, output mo, output mt, output bso,
             output feed, inout io, inout mb, input tdi, tms, tck, output tdo);

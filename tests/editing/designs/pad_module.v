@@ -1,3 +1,9 @@
+// 1 A a *
+// 2 Y y *
+// 8 TCK tck *
+// 6 TDI tdi *
+// 10 TDO tdo *
+// 9 CK ck *
 module pads(input a, output c, input q, output y); IBUF pa(.PAD(a), .C(c)); OBUF py(.I(q), .PAD(y)); endmodule
 module io(input tdi, output ti, input to, te, output tdo); IBUF pi(.PAD(tdi), .C(ti));
 TBUF po(.I(to), .OEN(te), .PAD(tdo)); endmodule

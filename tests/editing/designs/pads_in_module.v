@@ -1,3 +1,11 @@
+// 1 P1 a *
+// 2 P2 y *
+// 3 P3 b *
+// 4 P4 tdi *
+// 5 P5 tms *
+// 6 P6 tck *
+// 7 P7 ck *
+// 8 P8 tdo *
 module pads(input a, output y, inout b, input tdi, tms, tck, output tdo,
   output a_c, input y_i, output b_c, input b_o, input b_en, output tdi_c, output tck_c, input tdo_c);
 IBUF pa(.PAD(a), .C(a_c));

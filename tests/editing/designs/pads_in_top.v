@@ -1,3 +1,13 @@
+// 1 P1 a *
+// 2 P2 y *
+// 3 P3 z0 *
+// 4 P4 z1 *
+// 5 P5 b *
+// 6 P6 tdi *
+// 7 P7 tms *
+// 8 P8 tck *
+// 9 P9 ck *
+// 10 P10 tdo *
 module chip(input a, output y, output z0, output z1, inout b, input tdi, tms, tck, output tdo, input ck);
 wire a_c, u1z, y_i, u3z, u4q, u5z, b_c, u6z, u8q, u7z, ck_c, tdi_c, tms_c, tck_c, tdo_i, tdo_en;
 IBUF pa(.PAD(a), .C(a_c)); INV u1(.A(a_c), .Z(u1z));

@@ -1,3 +1,10 @@
+// 1 P1 ain *
+// 2 P2 y *
+// 3 P3 tdi *
+// 4 P4 tms *
+// 5 P5 tck *
+// 6 P6 ck *
+// 7 P7 tdo *
 module pads(input a, output y, input tms, tck, output tdo,
   output a_c, input y_i, output tck_c, input tdo_c);
 IBUF pa(.PAD(a), .C(a_c));

@@ -1,3 +1,13 @@
+// 1 P1 a *
+// 2 P2 y *
+// 3 P3 z0 *
+// 4 P4 z1 *
+// 5 P5 b *
+// 6 P6 tdi *
+// 7 P7 tms *
+// 8 P8 tck *
+// 9 P9 ck *
+// 10 P10 tdo *
 module B(input i, output o); INV g(.A(i), .Z(o)); endmodule
 module A(input i, output o); wire w; B b(.i(i), .o(w)); INV g(.A(w), .Z(o)); endmodule
 module chip(input a, output y, output z0, output z1, inout b, input tdi, tms, tck, output tdo, input ck);

@@ -14,6 +14,15 @@ void fill(std::string &text, const std::string &hole, const given_text &given) {
     }
 }
 
+/// The rows of the pin file that stand as comments in front of a design.
+given_text own_pins(const std::string &design) {
+    std::istringstream lines(design);
+    given_text pins;
+    for (std::string line; std::getline(lines, line) && line.starts_with("// ");)
+        pins = pins.value_or("") + line.substr(3) + "\n";
+    return pins;
+}
+
 /// An existing TAP has a name of its own, as the program leaves a cell of the one that it adds.
 std::string tap_module(const CHIP &chip) {
     return chip.options.value_or("-add_tap").find("-add_tap") != std::string::npos ? "tapm" : "oldtap";
@@ -35,13 +44,13 @@ void chip_folder::lay_out(const CHIP &chip) const {
         std::filesystem::remove_all(scratch.dir / left);
     if (!chip.cells.empty())
         read_cells(scratch, scratch.write("cells.v", chip.cells));
+    bool has_name = chip.design.find(' ') == chip.design.npos;
+    const std::string name = chip.design.empty() ? "usual" : chip.design;
+    const std::string design = has_name ? read_whole(designs + name + ".v") : name;
     for (const std::string file : {"chip.v", "chip.lib", "chip.bsc", "chip.pin"}) {
-        bool has_name = chip.design.find(' ') == chip.design.npos;
-        std::string text = file != "chip.v" ? read_whole(designs + file)
-                           : has_name       ? read_whole(designs + chip.design + ".v")
-                                            : chip.design;
+        std::string text = file == "chip.v" ? design : read_whole(designs + file);
         const std::pair<const char *, given_text> holes[] = {
-            {"PINS", chip.pins},
+            {"PINS", chip.pins ? chip.pins : own_pins(design)},
             {"ROLES", chip.roles},
             {"SETTINGS", chip.settings},
             {"LIBRARY", chip.library},

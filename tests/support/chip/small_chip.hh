@@ -18,20 +18,21 @@ using given_text = std::optional<std::string>;
 /// A chip, how it is run, and what is expected then.
 struct CHIP {
     const char *name = "";
-    std::string design = "usual"; ///< Verilog, or the name of a file of the designs
-    given_text pins = {};         ///< rows of the pin file
-    given_text options = {};      ///< those of the table where it brings none
-    given_text roles = {};        ///< items of %SCAN_CELLS
-    given_text settings = {};     ///< further .bsc statements
-    std::string library = {};     ///< further .lib blocks; `$` stands for the pins of each scan cell
-    given_text tap_items = {};    ///< further items of the TAP cell
-    given_text tap_pins = {};     ///< its pins beyond those that each TAP must have
-    std::string cells = {};       ///< further cells, as Verilog
-    given_text tap = {};          ///< %INSTANCE_NAME
+    std::string design = "";   ///< Verilog, or the name of a file of the designs; "usual" where none is given
+    given_text pins = {};      ///< rows of the pin file; usual are those in front of the design
+    given_text options = {};   ///< those of the table where it brings none
+    given_text roles = {};     ///< items of %SCAN_CELLS
+    given_text settings = {};  ///< further .bsc statements
+    std::string library = {};  ///< further .lib blocks; `$` stands for the pins of each scan cell
+    given_text tap_items = {}; ///< further items of the TAP cell
+    given_text tap_pins = {};  ///< its pins beyond those that each TAP must have
+    std::string cells = {};    ///< further cells, as Verilog
+    given_text tap = {};       ///< %INSTANCE_NAME
     given_text instructions = {}; ///< further items of %INSTRUCTION_TABLE
     std::vector<CHANGE> changes = {};
     const char *before = ""; ///< shell commands ahead of the run
     const char *file = "";   ///< the expected file of them all
+    const char *like = "";   ///< another expected file, of which that one holds what differs
     int shows = 0;           ///< which parts of a run an expected file holds
 };
 

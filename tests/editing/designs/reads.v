@@ -1,0 +1,3 @@
+// 1 B b *
+// 9 CK ck *
+module chip(inout b, input ck); INV g(.A(b)); endmodule
