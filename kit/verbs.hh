@@ -8,3 +8,4 @@ extern const KIT_VERB kit_start;
 extern const KIT_VERB kit_run;
 extern const KIT_VERB kit_bsdl;
 extern const KIT_VERB kit_patterns;
+extern const KIT_VERB kit_check;

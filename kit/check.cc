@@ -1,0 +1,205 @@
+// rimkit check: opens the chip, calls the rules in their order, and shows what they found.
+#include "kit/check.hh"
+
+#include "description/lookups.hh"
+#include "description/reader.hh"
+#include "kit/chip.hh"
+#include "kit/files.hh"
+#include "kit/json.hh"
+#include "kit/names.hh"
+#include "kit/progress.hh"
+#include "kit/verbs.hh"
+#include "planning/tracing.hh"
+#include "sdb/navigation.hh"
+#include "siblings/tool.hh"
+#include "support/text.hh"
+
+#include <algorithm>
+#include <cstdio>
+
+namespace {
+
+constexpr KIT_OPTION OPTIONS[] = {
+    {"strict", nullptr, "rule 14 is an error, and not a warning"},
+    {"liberty", "FILE",
+     "Liberty library of the pads, plain or .gz: tells which pins\na pad needs; may be repeated", true},
+    {"opath", "DIR", "the folder that the run's -opath named"},
+};
+
+/// Which cells serve each port, and the ports that need none.
+void look_at_ports(CHECK_CHIP &chip) {
+    chip.ports.resize(static_cast<size_t>(port_count));
+    if (chip.found.ports.empty())
+        return;
+    for (int32_t port = 0; port < port_count; ++port) {
+        const REGISTER_PORT &known = chip.found.ports[static_cast<size_t>(port)];
+        std::string name = chip_port_name(port);
+        chip.ports[static_cast<size_t>(port)].is_exempt = known.tap_port >= 0 || known.same_net >= 0 ||
+                                                          skip_signal(name.c_str()) ||
+                                                          kit_is_power_name(name);
+    }
+    for (const WALK_PAD_ROW &pad : chip.found.walk.pads)
+        if (pad.minus_port >= 0)
+            chip.ports[static_cast<size_t>(pad.minus_port)].is_exempt = true;
+    for (const REGISTER_ROW &row : chip.found.rows) {
+        if (row.port < 0)
+            continue;
+        CHECKED_PORT &port = chip.ports[static_cast<size_t>(row.port)];
+        bool drives = row.kind == ROW_OUTPUT2 || row.kind == ROW_OUTPUT3 || row.kind == ROW_OPEN;
+        port.is_driven |= drives || row.kind == ROW_BIDIR;
+        port.is_read |= !drives;
+    }
+}
+
+/// The descriptions and the flat edited design. False when that design is missing.
+bool open_chip(CHECK_CHIP &chip) {
+    for (const char *ending : {".lib", ".bsc"})
+        if (!TOOL_exists(chip.design + ending))
+            TOOL_fail("", 0, "there is no '%s%s'; `rimkit check` runs in the folder of a finished run.",
+                      chip.design.c_str(), ending);
+    std::string edited = written_file(chip, "_jtag.c.sdb");
+    KIT_PROGRESS progress("reading " + edited);
+    bsdft_init();
+    get_bs_dft_file((chip.design + ".lib").c_str(), (chip.design + ".bsc").c_str(), 0);
+    if (!TOOL_exists(edited))
+        return false;
+    open_sdb_file(edited.c_str());
+    return true;
+}
+
+/// What stands in the way of a rule; empty when it can be checked.
+std::string obstacle(const CHECK_CHIP &chip, const CHECK_RULE &rule, bool has_design) {
+    if (rule.check == nullptr)
+        return rule.open;
+    if (rule.need == NEED_NOTHING)
+        return "";
+    if (!has_design)
+        return "there is no edited design " + written_file(chip, "_jtag.c.sdb");
+    if (chip.found.tap_obj < 0)
+        return "the netlist has no TAP (rule 13)";
+    if (rule.check == check_wires_to_pads && !TOOL_exists(chip.design + ".c.sdb"))
+        return "there is no design before the run, " + chip.design + ".c.sdb";
+    if (rule.need == NEED_CHAIN && chip.found.rows.empty())
+        return "the chain is broken (rule 13)";
+    return "";
+}
+
+std::string place_text(const CHECK_FINDING &finding) {
+    std::string text;
+    for (const auto &[word, name] : {std::pair{"instance", &finding.instance}, std::pair{"net", &finding.net},
+                                     std::pair{"port", &finding.port}})
+        if (!name->empty())
+            text += (text.empty() ? "" : ", ") + std::string(word) + " '" + *name + "'";
+    return text;
+}
+
+/// "15 cell-per-port".
+std::string rule_text(const CHECK_RULE &rule) {
+    return (rule.number > 0 ? std::to_string(rule.number) + " " : "") + rule.name;
+}
+
+/// The findings in the form of all verbs, and below them what was not checked.
+std::string result_text(const CHECK_RESULT &result) {
+    std::vector<FINDING> findings;
+    for (const CHECK_FINDING &found : result.findings) {
+        std::string place = place_text(found);
+        findings.push_back({found.severity, rule_text(*found.rule), found.file, 0, place,
+                            found.text + (place.empty() ? "" : " (" + place + ")"), found.rule->effect,
+                            found.rule->cure});
+    }
+    std::string text = findings_text(findings);
+    std::vector<std::pair<std::string, std::string>> reasons; // with the rules that share each
+    for (const CHECK_OPEN &open : result.open) {
+        auto reason = std::find_if(reasons.begin(), reasons.end(),
+                                   [&open](const auto &known) { return known.first == open.why; });
+        if (reason == reasons.end())
+            reason = reasons.insert(reasons.end(), {open.why, ""});
+        reason->second += (reason->second.empty() ? "" : ", ") + rule_text(*open.rule);
+    }
+    for (const auto &[why, rules] : reasons)
+        text += "not checked: " + rules + ": " + why + "\n";
+    return text + format_text("%d of %zu rules checked, %zu not or not whole\n", result.checked,
+                              check_rules.size() - 1, result.open.size());
+}
+
+std::string result_json(const CHECK_RESULT &result) {
+    constexpr const char *SEVERITIES[] = {"error", "warning", "note"};
+    std::string text = "{\"findings\": [";
+    for (const CHECK_FINDING &found : result.findings) {
+        text += format_text("%s\n  {\"severity\": \"%s\", \"number\": %d",
+                            &found == result.findings.data() ? "" : ",", SEVERITIES[found.severity],
+                            found.rule->number);
+        for (const auto &[name, value] :
+             {std::pair{"rule", std::string(found.rule->name)}, std::pair{"text", found.text},
+              std::pair{"file", found.file}, std::pair{"instance", found.instance},
+              std::pair{"net", found.net}, std::pair{"port", found.port},
+              std::pair{"effect", std::string(found.rule->effect)},
+              std::pair{"cure", std::string(found.rule->cure)}})
+            text += format_text(", \"%s\": %s", name, json_text(value).c_str());
+        text += "}";
+    }
+    text += "\n], \"not_checked\": [";
+    for (const CHECK_OPEN &open : result.open)
+        text += format_text("%s\n  {\"number\": %d, \"rule\": %s, \"why\": %s}",
+                            &open == result.open.data() ? "" : ",", open.rule->number,
+                            json_text(open.rule->name).c_str(), json_text(open.why).c_str());
+    return text + format_text("\n], \"checked\": %d}\n", result.checked);
+}
+
+int run_check(const KIT_CALL &call) {
+    if (call.names.size() != 1)
+        kit_usage_fault("one DESIGN, the name of the top module, is needed");
+    CHECK_RESULT result = check_chip(call.names[0], kit_value(call, "opath"), kit_values(call, "liberty"),
+                                     kit_has(call, "strict"));
+    std::string text = kit_has(call, "json") ? result_json(result) : result_text(result);
+    std::fwrite(text.data(), 1, text.size(), stdout);
+    bool has_error =
+        std::any_of(result.findings.begin(), result.findings.end(),
+                    [](const CHECK_FINDING &finding) { return finding.severity == FINDING_ERROR; });
+    return has_error ? KIT_FINDINGS : KIT_DONE;
+}
+
+} // namespace
+
+CHECK_RESULT check_chip(const std::string &design, const std::string &opath,
+                        const std::vector<std::string> &liberty, bool is_strict) {
+    CHECK_CHIP chip{.design = design, .opath = opath, .library = {}, .is_strict = is_strict};
+    if (!chip.opath.empty() && chip.opath.back() != '/')
+        chip.opath += '/';
+    TOOL_set_search_path();
+    for (const std::string &file : liberty) {
+        KIT_PROGRESS progress("reading " + file);
+        liberty_read(chip.library, file);
+    }
+    bool has_design = open_chip(chip);
+    if (has_design)
+        read_boundary_register(chip.found);
+    look_at_ports(chip);
+    CHECK_RESULT result;
+    for (const CHECK_RULE &rule : check_rules) {
+        std::string why = obstacle(chip, rule, has_design);
+        if (why.empty()) {
+            rule.check(chip);
+            result.checked += rule.number > 0 ? 1 : 0;
+            why = rule.open != nullptr ? rule.open : "";
+        }
+        if (!why.empty())
+            result.open.push_back({&rule, why});
+    }
+    std::stable_sort(chip.findings.begin(), chip.findings.end(),
+                     [](const CHECK_FINDING &a, const CHECK_FINDING &b) { return a.severity < b.severity; });
+    result.findings = std::move(chip.findings);
+    return result;
+}
+
+const KIT_VERB kit_check = {
+    "check",
+    "Checks the inserted chip against the rules of IEEE 1149.1.",
+    "[options] DESIGN",
+    OPTIONS,
+    "  rimkit check --liberty pads.lib chip\n\n"
+    "Status: 0 without errors, 1 with errors, 2 usage, 255 could not check. Each rule has its section in\n"
+    "docs/rimkit_check.md.\n",
+    false,
+    run_check,
+};

@@ -1,0 +1,137 @@
+// rimkit check: the rules of IEEE 1149.1 that a chip with an inserted boundary register has to keep, each a
+// row of one table (check_rules.cc) and, where it is checked, one function.
+//
+// All is read from the final netlist through the walk of the chain (kit/boundary_register.hh). A rule that no
+// function checks, or whose function could not run, is reported as not checked with its reason, never as
+// kept.
+#pragma once
+
+#include "kit/boundary_register.hh"
+#include "kit/findings.hh"
+#include "kit/liberty.hh"
+
+#include <initializer_list>
+#include <span>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+struct CHECK_RULE;
+
+/// Where a finding is; -1 for what does not apply. The net is that of the node.
+struct CHECK_PLACE {
+    int32_t obj = -1, node = -1, port = -1;
+};
+
+struct CHECK_FINDING {
+    const CHECK_RULE *rule;
+    FINDING_SEVERITY severity;
+    std::string text; ///< one sentence
+    std::string file, instance, net, port;
+};
+
+/// How a port is served by the register.
+struct CHECKED_PORT {
+    bool is_exempt = false; ///< TAP, skipped, power, or a second name of a net
+    bool is_read = false;   ///< a cell captures it
+    bool is_driven = false; ///< a cell drives it
+};
+
+struct CHECK_CHIP {
+    std::string design; ///< with its folder
+    std::string opath;  ///< where the run wrote its netlists, with '/', or empty
+    LIBERTY library;    ///< of the pads; may be empty
+    bool is_strict = false;
+
+    BOUNDARY_REGISTER found{};
+    std::vector<CHECKED_PORT> ports{};                  ///< by port id
+    std::unordered_map<int32_t, bool> constant_gates{}; ///< of is_fixed
+    std::vector<CHECK_FINDING> findings{};
+};
+
+/// What a rule needs before its function can run.
+enum CHECK_NEED : uint8_t {
+    NEED_NOTHING,
+    NEED_TAP,   ///< the edited design, with a TAP in it
+    NEED_CHAIN, ///< the whole chain
+};
+
+struct CHECK_RULE {
+    int32_t number;   ///< 1 to 34; 0 for what concerns the run's files
+    const char *name; ///< a section of docs/rimkit_check.md together with the number
+    const char *how;  ///< "N" on the netlist, "S" by simulation, "F" formally
+    FINDING_SEVERITY severity;
+    const char *what;   ///< what must hold
+    const char *effect; ///< of a chip that breaks it
+    const char *cure;
+    CHECK_NEED need = NEED_NOTHING;
+    void (*check)(CHECK_CHIP &chip) = nullptr;
+    const char *open = nullptr; ///< what of it is not checked, and what will check it
+};
+extern const std::span<const CHECK_RULE> check_rules;
+const CHECK_RULE &check_rule(int32_t number);
+
+/// A fault of the walk as a finding of a rule.
+void add_fault(CHECK_CHIP &chip, int32_t rule, const REGISTER_FAULT &fault);
+/// The faults of the walk whose word is among `words`, or whose text begins so, as findings of a rule.
+void add_faults(CHECK_CHIP &chip, int32_t rule, std::initializer_list<std::string_view> words);
+/// Adds a finding, with the severity of its rule or another.
+void add_check(CHECK_CHIP &chip, int32_t rule, const CHECK_PLACE &place, const std::string &text);
+void add_check(CHECK_CHIP &chip, int32_t rule, const CHECK_PLACE &place, const std::string &text,
+               FINDING_SEVERITY severity);
+
+/// A rule that was not checked, or not whole.
+struct CHECK_OPEN {
+    const CHECK_RULE *rule;
+    std::string why;
+};
+
+/// What all rules said, sorted by severity and number.
+struct CHECK_RESULT {
+    std::vector<CHECK_FINDING> findings;
+    std::vector<CHECK_OPEN> open;
+    int32_t checked = 0; ///< rules of which at least a part was
+};
+
+/// Checks the chip of a finished run in the working folder. It reads the design into the tables of the
+/// process: one call per process. Ends the program when the descriptions or the design can't be read.
+CHECK_RESULT check_chip(const std::string &design, const std::string &opath,
+                        const std::vector<std::string> &liberty, bool is_strict);
+
+/// A file that the run writes into its folder for output: DESIGN and the ending.
+std::string written_file(const CHECK_CHIP &chip, const char *ending);
+/// One sentence on an end of a walk: "the core (instance u1)", "a constant 0", ...
+std::string end_text(const CHECK_CHIP &chip, const WALK_POINT &point);
+/// A few of the names, and how many there are.
+std::string few_of(const std::vector<std::string> &names);
+/// True when the object has an output: what has none (an antenna diode) can't do anything with a signal.
+bool has_output(int32_t obj);
+/// True when the object has an input: what has none is a tie cell or a power-on reset.
+bool has_input(int32_t obj);
+
+/// True for what nothing can change: a constant, also through gates that see nothing else, or an open end.
+bool is_fixed(CHECK_CHIP &chip, const WALK_POINT &source);
+
+/// What is behind gates of the core that have one input that is not constant, which are added to `gates`:
+/// whatever such a gate is, nothing else can stop the signal.
+WALK_POINT behind_single_gates(CHECK_CHIP &chip, WALK_POINT source, std::vector<int32_t> &gates);
+/// The control pins of cells that are no clocks, for rule 28.
+void check_control_pins(CHECK_CHIP &chip);
+
+// The functions of the rules.
+void check_written_files(CHECK_CHIP &chip);
+void check_power_up(CHECK_CHIP &chip);
+void check_tdo_release(CHECK_CHIP &chip);
+void check_chain(CHECK_CHIP &chip);
+void check_cell_of_each_port(CHECK_CHIP &chip);
+void check_wires_to_pads(CHECK_CHIP &chip);
+void check_enables(CHECK_CHIP &chip);
+void check_off_values(CHECK_CHIP &chip);
+void check_pad_pins(CHECK_CHIP &chip);
+void check_open_pins(CHECK_CHIP &chip);
+void check_clocks(CHECK_CHIP &chip);
+void check_edges(CHECK_CHIP &chip);
+void check_trees(CHECK_CHIP &chip);
+void check_tap_inputs(CHECK_CHIP &chip);
+void check_opcodes(CHECK_CHIP &chip);
