@@ -118,6 +118,8 @@ bool is_fixed(CHECK_CHIP &chip, const WALK_POINT &source);
 WALK_POINT behind_single_gates(CHECK_CHIP &chip, WALK_POINT source, std::vector<int32_t> &gates);
 /// The control pins of cells that are no clocks, for rule 28.
 void check_control_pins(CHECK_CHIP &chip);
+/// The pins of pads with a multiplexer inside, for rule 28: its modes, and what it shows the core in a test.
+void check_mux_pins(CHECK_CHIP &chip);
 
 // The functions of the rules.
 void check_written_files(CHECK_CHIP &chip);

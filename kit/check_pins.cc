@@ -181,6 +181,7 @@ void check_open_pins(CHECK_CHIP &chip) {
     for (const CELL_PIN &pin : CELL_PINS)
         check_cell_pin(chip, pin);
     check_control_pins(chip);
+    check_mux_pins(chip);
     check_tap_pins(chip);
     PIN_GROUPS groups;
     for (const WALK_PAD_ROW &pad : chip.found.walk.pads)

@@ -121,6 +121,24 @@ void find_ways_past_cells(CHECK_CHIP &chip) {
     }
 }
 
+/// A cell for both ways of a pad that reads something else than the pad it drives.
+void find_strange_readings(CHECK_CHIP &chip) {
+    for (const REGISTER_ROW &row : chip.found.rows) {
+        const REGISTER_CELL &cell = chip.found.cells[static_cast<size_t>(row.cell)];
+        const WALK_PAD_ROW *pad = row.pad < 0 || is_reading(row) ? nullptr : &pad_row(chip, row.pad);
+        int32_t node = walk_pin(cell.obj, cell.cell->sys_pin), way_in = walk_pin(cell.obj, cell.cell->sys_in);
+        if (pad == nullptr || pad->core_out == nullptr || node < 0 || pad->obj == cell.obj ||
+            chip_is_alone(way_in))
+            continue;
+        WALK_POINT source = walk_back(chip.found.walk, node);
+        if (source.end != WALK_PAD || source.row != row.pad || !walk_is_pin(source.node, pad->core_out))
+            add_check(
+                chip, 16, {cell.obj, node, row.port},
+                format_text("pin %s of the boundary cell hangs on %s, not on the pad that the cell drives",
+                            cell.cell->sys_pin, end_text(chip, source).c_str()));
+    }
+}
+
 /// What a port without cells would need them for.
 struct PORT_WANTS {
     bool read = false, driven = false;
@@ -210,6 +228,7 @@ void check_wires_to_pads(CHECK_CHIP &chip) {
     find_logic_before_pads(chip, false);
     find_logic_behind_pads(chip);
     find_ways_past_cells(chip);
+    find_strange_readings(chip);
     compare_with_source(chip.found, chip.design + ".c.sdb");
     add_faults(chip, 16, {"wire"});
 }

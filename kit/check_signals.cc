@@ -235,6 +235,26 @@ void check_control_pins(CHECK_CHIP &chip) {
         check_signal_of_cells(chip, signal, 28);
 }
 
+void check_mux_pins(CHECK_CHIP &chip) {
+    for (const WALK_PAD_ROW &pad : chip.found.walk.pads) {
+        const char *tested = pad.buffer->kind == BUFFER_BS ? nullptr : pad.buffer->mux_in2;
+        WALK_POINT source = walk_back(chip.found.walk, walk_pin(pad.obj, tested));
+        if (tested != nullptr && source.end != WALK_CELL && !is_fixed(chip, source))
+            add_check(chip, 28, {pad.obj, walk_pin(pad.obj, tested), pad.port},
+                      format_text("pin %s of the pad hangs on %s, not on a boundary cell", tested,
+                                  end_text(chip, source).c_str()));
+        for (size_t i = 0; i < std::size(PAD_MODES) && pad.buffer->kind != BUFFER_BS; ++i) {
+            const char *pin = pad.buffer->*PAD_MODES[i];
+            source = walk_back(chip.found.walk, walk_pin(pad.obj, pin));
+            if (pin != nullptr && !is_fixed(chip, source) &&
+                !is_tap_pin(chip, source, CONTROL_SIGNALS[MODE_SIGNALS[i]].tap_field))
+                add_check(chip, 28, {pad.obj, walk_pin(pad.obj, pin), pad.port},
+                          format_text("mode pin %s of the pad hangs on %s, not on the TAP's", pin,
+                                      end_text(chip, source).c_str()));
+        }
+    }
+}
+
 void check_power_up(CHECK_CHIP &chip) {
     std::string name = tap_pin_name(*chip.found.tap, &TAP_CELL::trst);
     int32_t node = walk_pin(chip.found.tap_obj, name.c_str());
