@@ -380,6 +380,12 @@ void REGISTER_MAKER::add_output(int32_t cell, const CELL_ENDS::AT_PAD &at) {
     if (at.pad >= 0)
         enable = enable_of(found, found.walk.pads[static_cast<size_t>(at.pad)], number_of_obj);
     bool senses = at.pad >= 0 && end.sensed.pad == at.pad;
+    const REGISTER_CELL &own = found.cells[static_cast<size_t>(cell)];
+    const WALK_PAD_ROW *pad = at.pad < 0 ? nullptr : &found.walk.pads[static_cast<size_t>(at.pad)];
+    if (own.cell->sys_pin != nullptr && !senses && pad != nullptr && pad->obj != own.obj &&
+        !chip_is_alone(walk_pin(pad->obj, pad->core_out)))
+        add_fault(found, "pad", own.obj, walk_pin(own.obj, own.cell->sys_pin), at.port,
+                  "the cell's %SYS_PIN does not see the pad that it drives");
     ROW_KIND kind = enable.control < 0 ? ROW_OUTPUT2 : senses ? ROW_BIDIR : ROW_OUTPUT3;
     REGISTER_PORT &port = found.ports[static_cast<size_t>(at.port)];
     port.follows_core |= enable.follows_core;
