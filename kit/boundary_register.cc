@@ -48,16 +48,17 @@ bool find_tap(BOUNDARY_REGISTER &found) {
     return found.tap_obj >= 0;
 }
 
-/// A cell of the chip between a test pad and the TAP that can only be a buffer, by its pins and its name. Its
-/// far side, or -1.
-int32_t beyond_plain_buffer(int32_t node) {
+/// A cell of the chip between a test pad and the TAP that can only be a buffer, by its pins and its name;
+/// with `may_invert` by its pins alone. Its far side, or -1.
+int32_t beyond_plain_buffer(int32_t node, bool may_invert = false) {
     int32_t obj = node < 0 ? -1 : node_tab[node].obj, class_id = obj < 0 ? -1 : obj_tab[obj].class_id;
     if (class_id < 0 || class_tab[class_id].pin_count != 2)
         return -1;
     std::string name = lower_case(chip_class_name(class_id));
     int32_t first = obj_tab[obj].first_node, other = node == first ? first + 1 : first;
     bool turns = chip_pin_direction(node_tab[node].pin) != chip_pin_direction(node_tab[other].pin);
-    return turns && name.find("buf") != name.npos && name.find("inv") == name.npos ? other : -1;
+    bool is_buffer = name.find("buf") != name.npos && name.find("inv") == name.npos;
+    return turns && (is_buffer || may_invert) ? other : -1;
 }
 
 /// The port that a walk from or to the TAP reaches, straight or through its pad; -1 for none.
@@ -128,6 +129,9 @@ void check_tdo_enable(BOUNDARY_REGISTER &found) {
         for (bool low : {true, false}) {
             int32_t node = walk_pin(pad.obj, low ? pad.buffer->en_l : pad.buffer->en_h);
             WALK_POINT source = walk_back(found.walk, node);
+            for (int32_t next;
+                 source.end == WALK_CORE && (next = beyond_plain_buffer(source.node, true)) >= 0;)
+                source = walk_back(found.walk, next);
             bool from_tap = source.end == WALK_TAP && walk_is_pin(source.node, expected.c_str());
             bool is_on = source.end == (low != (source.inverters % 2 != 0) ? WALK_ZERO : WALK_ONE);
             if (node >= 0 && !from_tap && !is_on)
@@ -376,6 +380,12 @@ void REGISTER_MAKER::add_output(int32_t cell, const CELL_ENDS::AT_PAD &at) {
     if (at.pad >= 0)
         enable = enable_of(found, found.walk.pads[static_cast<size_t>(at.pad)], number_of_obj);
     bool senses = at.pad >= 0 && end.sensed.pad == at.pad;
+    const REGISTER_CELL &own = found.cells[static_cast<size_t>(cell)];
+    const WALK_PAD_ROW *pad = at.pad < 0 ? nullptr : &found.walk.pads[static_cast<size_t>(at.pad)];
+    if (own.cell->sys_pin != nullptr && !senses && pad != nullptr && pad->obj != own.obj &&
+        !chip_is_alone(walk_pin(pad->obj, pad->core_out)))
+        add_fault(found, "pad", own.obj, walk_pin(own.obj, own.cell->sys_pin), at.port,
+                  "the cell's %SYS_PIN does not see the pad that it drives");
     ROW_KIND kind = enable.control < 0 ? ROW_OUTPUT2 : senses ? ROW_BIDIR : ROW_OUTPUT3;
     REGISTER_PORT &port = found.ports[static_cast<size_t>(at.port)];
     port.follows_core |= enable.follows_core;

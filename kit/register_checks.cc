@@ -22,6 +22,7 @@ namespace {
 struct ORDER_ROW {
     int32_t place = -1;
     std::string port;
+    bool drives = false; ///< by its function
     std::vector<std::string> instances;
 };
 struct ORDER_CONTROL {
@@ -64,7 +65,10 @@ bool read_order(const std::string &path, ORDER_FILE &order) {
         } else if (words[0] == "[OE" && !order.controls.empty()) {
             read_range(line, order.controls.back());
         } else if (words[0][0] != '[' && words.size() == 7) {
-            ORDER_ROW row{words[0] == "*" ? -1 : std::atoi(words[0].c_str()), words[2], {}};
+            ORDER_ROW row{words[0] == "*" ? -1 : std::atoi(words[0].c_str()),
+                          words[2],
+                          words[5].compare(0, 6, "output") == 0 || words[5] == "bidir",
+                          {}};
             std::istringstream list(words[6]);
             for (std::string name; std::getline(list, name, ',');)
                 if (name != "*")
@@ -88,6 +92,7 @@ void order_fault(BOUNDARY_REGISTER &found, const std::string &text, const std::s
 struct WALKED_CELLS {
     std::unordered_map<std::string, int32_t> number; ///< -2 for a name that two of them have
     std::unordered_map<std::string, std::vector<int32_t>> of_port;
+    std::set<std::string> driven; ///< ports
     std::unordered_map<int32_t, std::vector<std::string>> ports_of_control;
 };
 
@@ -101,6 +106,8 @@ WALKED_CELLS walked_cells(const BOUNDARY_REGISTER &found) {
     for (const REGISTER_ROW &row : found.rows)
         if (row.port >= 0) {
             cells.of_port[chip_port_name(row.port)].push_back(row.cell);
+            if (row.kind >= ROW_OUTPUT2 && row.kind <= ROW_BIDIR)
+                cells.driven.insert(chip_port_name(row.port));
             if (row.control >= 0)
                 cells.ports_of_control[row.control].push_back(chip_port_name(row.port));
         }
@@ -144,6 +151,10 @@ void compare_row(BOUNDARY_REGISTER &found, const WALKED_CELLS &cells, const ORDE
             order_fault(found, "the cell does not serve the port that the order file gives it", instance,
                         row.port);
     }
+    if (row.drives && !row.instances.empty() && !cells.driven.contains(row.port) &&
+        !stays_with_core(found, row.port) && row.port.find('{') == row.port.npos)
+        order_fault(found, "no cell drives the port, which is an output in the order file", row.instances[0],
+                    row.port);
     if (!stands_there)
         order_fault(found, format_text("the order file has the cell at %d, the chain elsewhere", row.place),
                     row.instances[0], row.port);
@@ -329,12 +340,11 @@ std::vector<MISSION_PIN> mission_pins(const BOUNDARY_REGISTER &found) {
         if (drives || row.kind == ROW_BIDIR) {
             add_pin(found, pins, row, pad.core_in, false, false);
             add_mux_pin(found, pins, row);
-            if (row.control >= 0)
-                for (const char *pin : {pad.buffer->en_l, pad.buffer->en_h})
+            for (const char *pin : {pad.buffer->en_l, pad.buffer->en_h})
+                if (walk_back(found.walk, walk_pin(pad.obj, pin)).end != WALK_TAP) // HIGHZ came with the run
                     add_pin(found, pins, row, pin, false, true);
         }
-        if (!drives)
-            add_pin(found, pins, row, pad.core_out, true, false);
+        add_pin(found, pins, row, pad.core_out, true, false);
     }
     add_free_enables(found, pins);
     return pins;

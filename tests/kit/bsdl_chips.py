@@ -245,6 +245,8 @@ WRONG = {"cells swapped in the chain": [("BCELL24_IN", "SI", ("BCELL25_IN", "SI"
          "chain past the TAP": [("u_tap", "BSR_SO", ("u_tap", "BSR_SI"))],
          "first cell on the port": [("BCELL45_OUT", "SI", ("pad_tms", "C"))],
          "TDO turned on by the core": [("pad_tdo", "OEN", ("BCELL10_BI", "DI"))],
+         "way in open": [("BCELL9_BI", "SP", "")], "pad tied on": [("pad_rdata5", "OEN", "1'b0")],
+         "way in of the pad open": [("pad_gpio4", "C", "")], "cell that drives nothing": [("BCELL21_BI", "DO", "")],
          "cell that reads itself": [("BCELL32_OUT", "DI", "BCELL32_OUT_DO")],
          "input cell that reads itself": [("BCELL24_IN", "DI", ("BCELL24_IN", "DO"))],
          "TDO on the core": [("pad_tdo", "I", ("BCELL32_OUT", "DI"))]}
