@@ -48,6 +48,18 @@ bool find_tap(BOUNDARY_REGISTER &found) {
     return found.tap_obj >= 0;
 }
 
+/// A cell of the chip between a test pad and the TAP that can only be a buffer, by its pins and its name. Its
+/// far side, or -1.
+int32_t beyond_plain_buffer(int32_t node) {
+    int32_t obj = node < 0 ? -1 : node_tab[node].obj, class_id = obj < 0 ? -1 : obj_tab[obj].class_id;
+    if (class_id < 0 || class_tab[class_id].pin_count != 2)
+        return -1;
+    std::string name = lower_case(chip_class_name(class_id));
+    int32_t first = obj_tab[obj].first_node, other = node == first ? first + 1 : first;
+    bool turns = chip_pin_direction(node_tab[node].pin) != chip_pin_direction(node_tab[other].pin);
+    return turns && name.find("buf") != name.npos && name.find("inv") == name.npos ? other : -1;
+}
+
 /// The port that a walk from or to the TAP reaches, straight or through its pad; -1 for none.
 int32_t port_of_end(const NETLIST_WALK &walk, const WALK_POINT &point, const char *WALK_PAD_ROW::*pin) {
     if (point.end == WALK_PORT)
@@ -74,14 +86,22 @@ void find_test_ports(BOUNDARY_REGISTER &found) {
         int32_t port = -1, inverters = 0;
         if (pin.port != PORT_TDO) {
             WALK_POINT point = walk_back(found.walk, node);
+            for (int32_t next; point.end == WALK_CORE && (next = beyond_plain_buffer(point.node)) >= 0;)
+                point = walk_back(found.walk, next);
             port = port_of_end(found.walk, point, &WALK_PAD_ROW::core_out);
             inverters = point.inverters;
         } else {
-            for (const WALK_POINT &point : walk_forward(found.walk, node))
-                if (int32_t at = port_of_end(found.walk, point, &WALK_PAD_ROW::core_in); at >= 0) {
+            std::vector<WALK_POINT> ends = walk_forward(found.walk, node);
+            for (size_t i = 0; i < ends.size(); ++i) { // the list grows behind a buffer
+                if (int32_t at = port_of_end(found.walk, ends[i], &WALK_PAD_ROW::core_in); at >= 0) {
                     port = at;
-                    inverters = point.inverters;
+                    inverters = ends[i].inverters;
+                } else if (int32_t next = ends[i].end == WALK_CORE ? beyond_plain_buffer(ends[i].node) : -1;
+                           next >= 0) {
+                    std::vector<WALK_POINT> more = walk_forward(found.walk, next);
+                    ends.insert(ends.end(), more.begin(), more.end());
                 }
+            }
         }
         found.test_ports[pin.port] = port;
         if (port >= 0)
@@ -96,6 +116,24 @@ void find_test_ports(BOUNDARY_REGISTER &found) {
         if (inverters % 2 != 0)
             add_fault(found, "tap", found.tap_obj, node, port,
                       format_text("%s reaches the TAP inverted", pin.word));
+    }
+}
+
+/// The TDO pad is turned on by the TAP, or for good.
+void check_tdo_enable(BOUNDARY_REGISTER &found) {
+    int32_t port = found.test_ports[PORT_TDO];
+    std::string expected = tap_pin_name(*found.tap, &TAP_CELL::tdo_en);
+    for (int32_t number : port < 0 ? std::vector<int32_t>{} : found.ports[static_cast<size_t>(port)].pads) {
+        const WALK_PAD_ROW &pad = found.walk.pads[static_cast<size_t>(number)];
+        for (bool low : {true, false}) {
+            int32_t node = walk_pin(pad.obj, low ? pad.buffer->en_l : pad.buffer->en_h);
+            WALK_POINT source = walk_back(found.walk, node);
+            bool from_tap = source.end == WALK_TAP && walk_is_pin(source.node, expected.c_str());
+            bool is_on = source.end == (low != (source.inverters % 2 != 0) ? WALK_ZERO : WALK_ONE);
+            if (node >= 0 && !from_tap && !is_on)
+                add_fault(found, "tap", pad.obj, node, port,
+                          "the enable of the TDO pad is not driven by the TAP");
+        }
     }
 }
 
@@ -207,11 +245,13 @@ CELL_ENDS::AT_PAD source_of(const BOUNDARY_REGISTER &found, int32_t obj, const c
 
 /// Which part of a pad the pin at the node is. The third multiplexer input belongs to neither way.
 enum PAD_PART { PART_NONE, PART_DATA, PART_ENABLE, PART_READING };
-PAD_PART part_of_pad(const WALK_PAD_ROW &pad, int32_t node, bool &enable_low) {
+PAD_PART part_of_pad(const NETLIST_WALK &walk, const WALK_PAD_ROW &pad, int32_t node, bool &enable_low) {
     const BUFFER_CELL &buffer = *pad.buffer;
+    // Where a cell has the multiplexer, the pin beside it stays with the core.
+    bool has_mux = walk_back(walk, walk_pin(pad.obj, buffer.mux_in1)).end == WALK_CELL;
     enable_low = walk_is_pin(node, buffer.en_l);
     if (enable_low || walk_is_pin(node, buffer.en_h))
-        return PART_ENABLE;
+        return has_mux && pad.core_in == nullptr ? PART_NONE : PART_ENABLE;
     if (walk_is_pin(node, buffer.mux_in2))
         return PART_READING;
     if (walk_is_pin(node, buffer.mux_in1)) {
@@ -219,7 +259,7 @@ PAD_PART part_of_pad(const WALK_PAD_ROW &pad, int32_t node, bool &enable_low) {
         enable_low = buffer.en_l != nullptr;
         return pad.core_in == nullptr ? PART_ENABLE : PART_DATA;
     }
-    return walk_is_pin(node, pad.core_in) ? PART_DATA : PART_NONE;
+    return walk_is_pin(node, pad.core_in) && !has_mux ? PART_DATA : PART_NONE;
 }
 
 void take_loads(const BOUNDARY_REGISTER &found, int32_t node, CELL_ENDS &ends) {
@@ -232,8 +272,9 @@ void take_loads(const BOUNDARY_REGISTER &found, int32_t node, CELL_ENDS &ends) {
         } else if (pad >= 0) {
             const WALK_PAD_ROW &row = found.walk.pads[static_cast<size_t>(pad)];
             bool low = false;
-            PAD_PART part = part_of_pad(row, point.node, low);
-            if (part == PART_DATA)
+            PAD_PART part = part_of_pad(found.walk, row, point.node, low);
+            bool has_own_cell = point.end == WALK_CELL; // which stands between this pin and the port
+            if (part == PART_DATA && !has_own_cell)
                 ends.data.push_back({pad, row.port, point});
             else if (part == PART_ENABLE)
                 ends.enables.push_back({pad, row.port, point, low});
@@ -275,8 +316,16 @@ PAD_ENABLE enable_of(BOUNDARY_REGISTER &found, const WALK_PAD_ROW &pad,
         WALK_POINT source = walk_back(found.walk, node);
         bool inverted = source.inverters % 2 != 0, off_at = low != inverted;
         auto number = source.end == WALK_CELL ? number_of_obj.find(source.row) : number_of_obj.end();
-        if (pin == nullptr || source.end == WALK_TAP) {
-            continue; // the TAP's own command turns it off in HIGHZ alone
+        if (pin == nullptr)
+            continue;
+        if (source.end == WALK_TAP) {
+            // The command of HIGHZ turns it off under that instruction alone.
+            bool is_command =
+                walk_is_pin(source.node, tap_pin_name(*found.tap, &TAP_CELL::highz_command).c_str()) &&
+                off_at != is_active_low(found.tap->highz_command);
+            if (!is_command)
+                add_fault(found, "enable", pad.obj, node, pad.port,
+                          "the enable hangs on the TAP, and not on what %HIGHZ_COMMAND names");
         } else if (number != number_of_obj.end()) {
             const SCAN_CELL &cell = *found.cells[static_cast<size_t>(number->second)].cell;
             if (enable.control >= 0 && enable.control != number->second)
@@ -331,6 +380,11 @@ void REGISTER_MAKER::add_output(int32_t cell, const CELL_ENDS::AT_PAD &at) {
     REGISTER_PORT &port = found.ports[static_cast<size_t>(at.port)];
     port.follows_core |= enable.follows_core;
     port.is_off |= enable.is_off;
+    // Of differential pads on one enable the run gives the cell to the first; any other pad has to have one.
+    if (enable.follows_core && enable.control < 0 &&
+        found.walk.pads[static_cast<size_t>(at.pad)].minus_port < 0)
+        add_fault(found, "enable", found.walk.pads[static_cast<size_t>(at.pad)].obj, -1, at.port,
+                  "the enable follows the core: no control cell holds it");
     // A pad that the register can't turn on or off belongs to the chip: its cell serves nobody.
     if (enable.is_off || (enable.follows_core && enable.control < 0)) {
         if (senses)
@@ -355,7 +409,11 @@ void REGISTER_MAKER::add_enable_rows(int32_t cell) {
         if (pad.port < 0)
             continue;
         WALK_POINT data = walk_back(found.walk, walk_pin(pad.obj, pad.core_in));
-        bool is_open = pad.core_in == nullptr || data.end == WALK_ZERO || data.end == WALK_ONE;
+        bool has_mux = walk_back(found.walk, walk_pin(pad.obj, pad.buffer->mux_in1)).end == WALK_CELL;
+        bool has_own_cell =
+            found.walk.classes[static_cast<size_t>(obj_tab[pad.obj].class_id)].cell != nullptr;
+        bool is_open = pad.core_in == nullptr ||
+                       (!has_mux && !has_own_cell && (data.end == WALK_ZERO || data.end == WALK_ONE));
         if (!is_open) {
             controls = true;
             continue;
@@ -452,24 +510,34 @@ void note_double_drivers(BOUNDARY_REGISTER &found) {
     }
 }
 
-/// A cell whose serial or data pin hangs in the air can't be what the library file says.
-void note_open_pins(BOUNDARY_REGISTER &found) {
+/// A control pin hangs on the TAP's pin of its signal, with the polarity that the library file gives the
+/// latter. Pads with a cell inside may leave a pin open.
+void check_control_pin(BOUNDARY_REGISTER &found, const REGISTER_CELL &row, int32_t signal) {
+    const CONTROL_SIGNAL_INFO &info = CONTROL_SIGNALS[signal];
+    const REGISTER_SIGNAL &at = row.signals[signal];
+    const char *pin = without_minus(row.cell->*info.cell_pin);
+    bool is_pad = found.walk.pad_of_obj[static_cast<size_t>(row.obj)] >= 0;
+    bool is_clock = signal == SIG_BCLK; // looked at by -synch alone
+    if (pin == nullptr || at.source.end == WALK_NONE || ((is_pad || is_clock) && at.source.end == WALK_OPEN))
+        return;
+    std::string expected = is_clock ? BCELL_TCK : tap_pin_name(*found.tap, info.tap_field);
+    bool is_inverted = !is_clock && is_active_low(found.tap->*info.tap_field);
+    if (at.source.end == WALK_TAP ? lower_case(at.tap_pin) != lower_case(expected) : !is_clock)
+        add_fault(found, "cell", row.obj, walk_pin(row.obj, pin), -1,
+                  format_text("the cell's pin %s is not on the TAP's pin %s", pin, expected.c_str()));
+    else if (at.is_inverted != is_inverted)
+        add_fault(found, "cell", row.obj, walk_pin(row.obj, pin), -1,
+                  format_text("the cell's pin %s has the TAP's pin %s with the wrong polarity", pin,
+                              expected.c_str()));
+}
+
+void check_pins_of_cells(BOUNDARY_REGISTER &found) {
     for (const REGISTER_CELL &row : found.cells) {
-        const SCAN_CELL &cell = *row.cell;
-        for (const char *pin : {cell.data_in, cell.shift_dr, cell.clock_dr, cell.update_dr, cell.mode_1,
-                                cell.mode_2, cell.mode_3}) {
-            int32_t node = walk_pin(row.obj, pin);
-            if (pin == nullptr || found.walk.pad_of_obj[static_cast<size_t>(row.obj)] >= 0)
-                continue;
-            WALK_POINT source = walk_back(found.walk, node);
-            bool is_data = pin == cell.data_in;
-            if (source.end == WALK_MANY)
-                add_fault(found, "cell", row.obj, node, -1,
-                          format_text("the cell's pin %s has two drivers", pin));
-            else if (!is_data && source.end != WALK_TAP)
-                add_fault(found, "cell", row.obj, node, -1,
-                          format_text("the cell's control pin %s is not driven by the TAP", pin));
-        }
+        for (int32_t signal = 0; signal < SIGNAL_COUNT; ++signal)
+            check_control_pin(found, row, signal);
+        int32_t node = walk_pin(row.obj, row.cell->data_in);
+        if (walk_back(found.walk, node).end == WALK_MANY)
+            add_fault(found, "cell", row.obj, node, -1, "what the cell reads has two drivers");
     }
 }
 
@@ -485,7 +553,7 @@ void make_rows(BOUNDARY_REGISTER &found) {
         maker.add_rows(static_cast<int32_t>(i));
     note_inversions(found);
     note_double_drivers(found);
-    note_open_pins(found);
+    check_pins_of_cells(found);
 }
 
 void look_at_ports(BOUNDARY_REGISTER &found) {
@@ -525,6 +593,7 @@ void read_boundary_register(BOUNDARY_REGISTER &found) {
         return;
     look_at_ports(found);
     find_test_ports(found);
+    check_tdo_enable(found);
     if (walk_chain(found))
         make_rows(found);
 }

@@ -60,6 +60,7 @@ struct REGISTER_PORT {
     int8_t tap_port = -1;              ///< STANDARD_PORT
     bool is_declared_inverted = false; ///< with '-' in the pin file
     bool follows_core = false;         ///< an enable of its pad hangs on the core
+    bool is_released = false;          ///< its rows were taken away, with a reason
     bool is_off = false;               ///< an enable of its pad is tied off
 };
 

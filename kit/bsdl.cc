@@ -1,11 +1,10 @@
 // rimkit bsdl: the chip's description for a board tester, DESIGN.bsd.
 #include "description/reader.hh"
 #include "kit/bsdl_file.hh"
-#include "kit/cell_types.hh"
+#include "kit/cell_trials.hh"
 #include "kit/files.hh"
 #include "kit/json.hh"
 #include "kit/progress.hh"
-#include "kit/start.hh"
 #include "kit/verbs.hh"
 #include "planning/tracing.hh"
 #include "siblings/tool.hh"
@@ -92,7 +91,7 @@ void show(const KIT_CALL &call, const BSDL_FILE &file, const BOUNDARY_REGISTER &
 /// Puts the file where it belongs, or takes an older one away: what is not right has no file.
 std::vector<std::string> write_files(const BSDL_FILE &file, const BOUNDARY_REGISTER &found,
                                      const std::string &path) {
-    std::string package = TOOL_join(TOOL_directory(path), file.entity + "_cells.bsd");
+    std::string package = TOOL_join(TOOL_directory(path), file.cell_package + ".bsd");
     if (!found.faults.empty()) {
         if (::unlink(path.c_str()) == 0)
             kit_note("the earlier %s is taken away: it does not describe this netlist", path.c_str());
@@ -105,6 +104,17 @@ std::vector<std::string> write_files(const BSDL_FILE &file, const BOUNDARY_REGIS
     }
     TOOL_write_file(path, bsdl_text(file, found));
     return written;
+}
+
+/// The Verilog of the boundary cells: as given, else as `start` leaves it.
+std::vector<std::string> cell_models(const KIT_CALL &call, const std::string &design) {
+    std::vector<std::string> models = kit_values(call, "cells");
+    for (const std::string &model : models)
+        if (!TOOL_exists(model))
+            TOOL_fail("", 0, "there is no file '%s' of boundary cells.", model.c_str());
+    if (models.empty() && TOOL_exists(design + "_cells.v"))
+        models.push_back(design + "_cells.v");
+    return models;
 }
 
 int run_bsdl(const KIT_CALL &call) {
@@ -121,11 +131,13 @@ int run_bsdl(const KIT_CALL &call) {
     compare_boundary_order(found, file.design + ".bso");
     compare_with_source(found, file.design + ".c.sdb");
     file.entity = bsdl_take_name(file.names, TOOL_base_name(file.design));
+    file.cell_package = bsdl_take_name(file.names, file.entity + "_cells");
     file.package = bsdl_take_name(file.names, PACKAGE_TYPE != nullptr ? PACKAGE_TYPE : "DEFAULT_PACKAGE");
     if (!found.cells.empty()) {
         bsdl_take_ports(file, found);
         bsdl_take_instructions(file, found);
-        bsdl_take_rows(file, found, {});
+        bsdl_take_rows(file, found,
+                       try_cells(file, found, cell_models(call, file.design), file.design + "_TAP.v"));
     }
     std::vector<std::string> written =
         write_files(file, found, kit_value(call, "output", file.design + ".bsd"));

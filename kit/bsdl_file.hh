@@ -43,6 +43,7 @@ struct BSDL_CELL_INFO {
 
 struct BSDL_FILE {
     std::string design, entity, package;
+    std::string cell_package; ///< holds the chip's own cell types
     double frequency = 10e6;
     bool basic = false;
     BSDL_NAMES names;

@@ -66,7 +66,9 @@ const char *reason_for_private(const INSTRUCTION &row, const BSDL_INSTRUCTION &t
         return "RUNBIST needs a signature that nobody gives";
     if ((taken.name == "IDCODE" || taken.name == "USERCODE") && taken.access != "DEVICE_ID")
         return "there is no %IDCODE_REGISTER";
-    if (DYNA_count(row.enable_pins) > 0)
+    bool is_needed = taken.name == "EXTEST" || taken.name == "SAMPLE" || taken.name == "PRELOAD" ||
+                     taken.name == "BYPASS"; // these are public whatever they do besides
+    if (DYNA_count(row.enable_pins) > 0 && !is_needed)
         return "it drives pins of the TAP that the standard does not know";
     return nullptr;
 }
@@ -109,6 +111,8 @@ void take_instruction(BSDL_FILE &file, BOUNDARY_REGISTER &found, const INSTRUCTI
     std::string name = row.name;
     bool is_standard = bsdl_standard_instruction(name);
     taken.name = is_standard ? name : bsdl_legal_name(name);
+    if (taken.name != row.name && !is_standard)
+        file.names.renamed.push_back({row.name, taken.name});
     taken.access = access_of(row);
     for (const BSDL_INSTRUCTION &other : file.instructions)
         if (lower_case(other.name) == lower_case(taken.name)) {
@@ -120,6 +124,9 @@ void take_instruction(BSDL_FILE &file, BOUNDARY_REGISTER &found, const INSTRUCTI
     taken.is_private = reason != nullptr;
     if (taken.name == "HIGHZ" && !taken.is_private)
         judge_highz(file, found, taken);
+    if (reason == nullptr && DYNA_count(row.enable_pins) > 0)
+        file.warnings.push_back("Instruction " + taken.name +
+                                " also drives pins of the TAP outside the standard.");
     if (reason != nullptr && *reason != '\0')
         file.warnings.push_back("Instruction " + taken.name + " is private: " + reason + ".");
     if (!taken.opcodes.empty())

@@ -26,6 +26,7 @@ void fault(BOUNDARY_REGISTER &found, int32_t port, const std::string &text) {
 
 /// Takes a port out of the register: its rows serve nobody.
 void release_rows(BOUNDARY_REGISTER &found, int32_t port) {
+    found.ports[static_cast<size_t>(port)].is_released = true;
     for (REGISTER_ROW &row : found.rows)
         if (row.port == port) {
             row = {row.cell, ROW_INTERNAL};
@@ -90,6 +91,23 @@ void watch_driven_pins(BOUNDARY_REGISTER &found) {
             row.kind = ROW_OBSERVE;
 }
 
+/// Cells of bidirectional pads that leave the way in to the core alone are outputs: BC_9 and BC_10.
+void settle_output_cells(BSDL_FILE &file, BOUNDARY_REGISTER &found) {
+    std::string ports;
+    for (REGISTER_ROW &row : found.rows) {
+        const SCAN_CELL &cell = *found.cells[static_cast<size_t>(row.cell)].cell;
+        bool is_output = false;
+        for (const char *type : rows(cell.std_names))
+            is_output = is_output || same_text(type, "BC_9") || same_text(type, "BC_10");
+        if (row.kind != ROW_BIDIR || cell.sys_in != nullptr || !is_output)
+            continue;
+        row.kind = ROW_OUTPUT3;
+        ports += (ports.empty() ? "" : ", ") + file.word_of_port[static_cast<size_t>(row.port)];
+    }
+    if (!ports.empty())
+        file.warnings.push_back("The core reads these bidirectional pins past the register: " + ports + ".");
+}
+
 std::vector<PORT_USES> uses_of_ports(const BOUNDARY_REGISTER &found) {
     std::vector<PORT_USES> uses(found.ports.size());
     for (const REGISTER_ROW &row : found.rows) {
@@ -126,8 +144,7 @@ const SKIP_SIGNAL *find_skip(const std::string &port) {
 void take_port_without_cell(BSDL_FILE &file, const BOUNDARY_REGISTER &found, int32_t port) {
     const SKIP_SIGNAL *skip = find_skip(chip_port_name(port));
     BSDL_MODE &mode = file.mode_of_port[static_cast<size_t>(port)];
-    if (skip == nullptr && found.ports[static_cast<size_t>(port)].same_net < 0 &&
-        !found.ports[static_cast<size_t>(port)].follows_core) {
+    if (skip == nullptr && !found.ports[static_cast<size_t>(port)].is_released) {
         file.warnings.push_back("Port " + file.word_of_port[static_cast<size_t>(port)] +
                                 " has no boundary cell.");
     } else if (skip != nullptr && skip->value != nullptr && chip_port_direction(port) == SDB_INPUT &&
@@ -273,6 +290,11 @@ void add_scalar(BSDL_FILE &file, BOUNDARY_REGISTER &found, const PACKAGE_PINS &p
     auto row = pins.of_port.find(chip_port_name(port));
     size_t count = row == pins.of_port.end() ? 0 : row->second.size();
     BSDL_MODE mode = file.mode_of_port[static_cast<size_t>(port)];
+    if (count == 0 && mode == MODE_LINKAGE) {
+        file.comments.push_back("Port " + file.word_of_port[static_cast<size_t>(port)] +
+                                " has no row in the pin file and no part in a test: left out.");
+        return;
+    }
     if (count == 0 || (count > 1 && mode != MODE_LINKAGE)) {
         refuse_pins(found, port, count);
         return;
@@ -310,12 +332,14 @@ void bsdl_take_ports(BSDL_FILE &file, BOUNDARY_REGISTER &found) {
     BOUNDARY_REGISTER before = found;
     release_strange_ports(trial, before);
     watch_driven_pins(before);
+    settle_output_cells(trial, before);
     find_modes(trial, before);
     std::vector<bool> is_split;
     file.mode_of_port = trial.mode_of_port;
     split_vectors(file, pins, groups, is_split);
     release_strange_ports(file, found);
     watch_driven_pins(found);
+    settle_output_cells(file, found);
     find_modes(file, found);
     find_pairs(file, found);
     for (size_t i = 0; i < groups.size(); ++i) {

@@ -75,14 +75,22 @@ void find_safe_values(ROW_MAKER &maker) {
     }
 }
 
+/// What the cell was seen to do, or null.
+const CELL_TYPES::MEASURED *measured_of(const CELL_TYPES &types, int32_t cell) {
+    auto number = static_cast<size_t>(cell);
+    auto found = number < types.kind_of_cell.size() ? types.of_kind.find(types.kind_of_cell[number])
+                                                    : types.of_kind.end();
+    return found != types.of_kind.end() ? &found->second : nullptr;
+}
+
 /// A control cell that Test-Logic-Reset sets to its safe value.
 bool resets_to_safe(const ROW_MAKER &maker, int32_t cell) {
     const REGISTER_CELL &row = maker.found.cells[static_cast<size_t>(cell)];
-    auto measured = maker.types.of_class.find(row.class_name);
+    const CELL_TYPES::MEASURED *measured = measured_of(maker.types, cell);
     const REGISTER_SIGNAL &reset = row.signals[SIG_RST];
-    return measured != maker.types.of_class.end() && reset.source.end == WALK_TAP &&
+    return measured != nullptr && reset.source.end == WALK_TAP &&
            reset.tap_pin == tap_pin_name(*maker.found.tap, &TAP_CELL::tap_reset) &&
-           measured->second.reset_value == maker.safe_of_cell[static_cast<size_t>(cell)];
+           measured->reset_value == maker.safe_of_cell[static_cast<size_t>(cell)];
 }
 
 // ---- types --------------------------------------------------------------------------------------------
@@ -119,7 +127,7 @@ std::string words_of(const std::map<CELL_CONTEXT, CAPTURES> &captures, bool with
             while (source < std::size(CAPTURE_WORDS) && (sources[i] >> source & 1) == 0)
                 ++source;
             std::string word = source < std::size(CAPTURE_WORDS) ? std::string(CAPTURE_WORDS[source]) : "X";
-            is_whole = is_whole && source < std::size(CAPTURE_WORDS);
+            is_whole = is_whole && (source < std::size(CAPTURE_WORDS) || i == IN_INTEST);
             lines.push_back(std::string(CONTEXT_WORDS[context]) + ", " + INSTRUCTION_WORDS[i] + ", " + word);
             key += lines.back() + "; ";
         }
@@ -145,16 +153,29 @@ std::string own_type(ROW_MAKER &maker, const std::map<CELL_CONTEXT, CAPTURES> &c
     return place->second;
 }
 
-std::string type_of(ROW_MAKER &maker, const REGISTER_CELL &cell, const std::vector<CELL_CONTEXT> &contexts) {
+/// A tester reads the pins by EXTEST and SAMPLE: a cell on the way in that takes anything else is broken.
+void refuse_blind_cell(ROW_MAKER &maker, const std::map<CELL_CONTEXT, CAPTURES> &captures,
+                       const REGISTER_CELL &cell) {
+    for (const auto &[context, sources] : captures) {
+        bool reads = context == AS_INPUT || context == AS_CLOCK || context == AS_OBSERVE_ONLY ||
+                     context == AS_BIDIR_IN;
+        if (reads && ((sources[IN_EXTEST] & sources[IN_SAMPLE]) & FROM_PI) == 0)
+            maker.found.faults.push_back(
+                {"cell", "the cell does not capture its pin in EXTEST or SAMPLE", cell.instance, "", ""});
+    }
+}
+
+std::string type_of(ROW_MAKER &maker, int32_t number, const std::vector<CELL_CONTEXT> &contexts) {
     std::map<CELL_CONTEXT, CAPTURES> captures;
-    auto measured = maker.types.of_class.find(cell.class_name);
-    if (measured != maker.types.of_class.end())
+    const REGISTER_CELL &cell = maker.found.cells[static_cast<size_t>(number)];
+    if (const CELL_TYPES::MEASURED *measured = measured_of(maker.types, number); measured != nullptr)
         for (CELL_CONTEXT context : contexts) {
-            auto at = measured->second.captures.find(context == AS_CONTROLR ? AS_CONTROL : context);
-            if (at != measured->second.captures.end())
+            auto at = measured->captures.find(context == AS_CONTROLR ? AS_CONTROL : context);
+            if (at != measured->captures.end())
                 captures[context] = at->second;
         }
     if (captures.size() == contexts.size()) {
+        refuse_blind_cell(maker, captures, cell);
         // Of several types that fit, the one that the library file names.
         for (const char *name : rows(cell.cell->std_names)) {
             bool fits = true;
@@ -180,25 +201,16 @@ std::string type_of(ROW_MAKER &maker, const REGISTER_CELL &cell, const std::vect
 
 // ---- rows ---------------------------------------------------------------------------------------------
 
-/// A cell of a bidirectional pad that leaves the way in to the core alone is an output by its type.
-ROW_KIND kind_of(const ROW_MAKER &maker, const REGISTER_ROW &row) {
-    const SCAN_CELL &cell = *maker.found.cells[static_cast<size_t>(row.cell)].cell;
-    if (row.kind != ROW_BIDIR || cell.sys_in != nullptr)
-        return row.kind;
-    std::string declared = declared_type(cell, {AS_OUTPUT3}, false);
-    return declared == "BC_9" || declared == "BC_10" ? ROW_OUTPUT3 : row.kind;
-}
-
 void add_row(ROW_MAKER &maker, const REGISTER_ROW &row) {
     constexpr const char *FUNCTIONS[] = {"input",   "clock", "observe_only", "output2", "output3",
                                          "output2", "bidir", "control",      "internal"};
     const REGISTER_CELL &cell = maker.found.cells[static_cast<size_t>(row.cell)];
     BSDL_ROW line;
     line.number = row.cell;
-    ROW_KIND kind = kind_of(maker, row);
+    ROW_KIND kind = row.kind;
     bool resets = kind == ROW_CONTROL && resets_to_safe(maker, row.cell);
     line.function = resets ? "controlr" : FUNCTIONS[kind];
-    line.type = type_of(maker, cell, contexts_of(kind, resets));
+    line.type = type_of(maker, row.cell, contexts_of(kind, resets));
     line.port = row.port < 0 ? "*" : maker.file.word_of_port[static_cast<size_t>(row.port)];
     line.safe = "X";
     if (kind == ROW_CONTROL)
@@ -232,38 +244,17 @@ void release_idle_controls(BOUNDARY_REGISTER &found) {
 
 /// Sentences that follow from the rows as a whole.
 void add_warnings(ROW_MAKER &maker) {
-    std::string clocks, skipped;
+    std::string clocks;
     for (const REGISTER_ROW &row : maker.found.rows) {
         const std::string word = row.port < 0 ? "" : maker.file.word_of_port[static_cast<size_t>(row.port)];
         if (row.kind == ROW_CLOCK)
             clocks += (clocks.empty() ? "" : ", ") + word;
-        if (row.kind == ROW_BIDIR && kind_of(maker, row) == ROW_OUTPUT3)
-            skipped += (skipped.empty() ? "" : ", ") + word;
     }
     if (!clocks.empty() && maker.with_intest)
         maker.file.warnings.push_back("INTEST does not drive the clock pins: " + clocks + ".");
-    if (!skipped.empty())
-        maker.file.warnings.push_back(
-            "The core reads these bidirectional pins past the register: " + skipped + ".");
     maker.file.warnings.emplace_back(
         "PRELOAD is lost by a scan of a data register under another instruction: load "
         "EXTEST or INTEST right after it.");
-}
-
-/// The mode of a bidirectional pad whose cell is an output alone follows the row.
-void correct_modes(ROW_MAKER &maker) {
-    std::map<std::string, std::set<std::string>> functions;
-    for (const BSDL_ROW &row : maker.file.rows)
-        functions[row.port].insert(row.function);
-    for (BSDL_PORT &port : maker.file.ports) {
-        if (port.mode != MODE_INOUT)
-            continue;
-        auto of_port =
-            functions.find(port.is_vector ? format_text("%s(%d)", port.name.c_str(), port.left) : port.name);
-        if (of_port != functions.end() && !of_port->second.contains("bidir") &&
-            !of_port->second.contains("input"))
-            port.mode = MODE_OUT;
-    }
 }
 
 } // namespace
@@ -277,6 +268,5 @@ void bsdl_take_rows(BSDL_FILE &file, BOUNDARY_REGISTER &found, const CELL_TYPES 
         say(maker, "Cell types were not measured: " + types.why_not + ".");
     for (const REGISTER_ROW &row : found.rows)
         add_row(maker, row);
-    correct_modes(maker);
     add_warnings(maker);
 }

@@ -81,7 +81,7 @@ std::string entity_text(const BSDL_FILE &file) {
     }
     text += "  );\n\n  use STD_1149_1_2001.all;\n";
     if (!file.own_cells.empty())
-        text += "  use " + file.entity + "_cells.all;\n";
+        text += "  use " + file.cell_package + ".all;\n";
     return text + "\n" + string_attribute(file, "COMPONENT_CONFORMANCE", "STD_1149_1_2001") + "\n";
 }
 
@@ -208,7 +208,7 @@ std::string bsdl_text(const BSDL_FILE &file, const BOUNDARY_REGISTER &found) {
 }
 
 std::string bsdl_package_text(const BSDL_FILE &file) {
-    std::string name = file.entity + "_cells";
+    const std::string &name = file.cell_package;
     std::string text = "-- Cell types of " + file.entity +
                        ", by what the cells were seen to capture, written by rimkit.\n\npackage " + name +
                        " is\n  use STD_1149_1_2001.all;\n";

@@ -47,14 +47,15 @@ constexpr std::string_view CONTEXT_WORDS[] = {"INPUT",    "OUTPUT2", "OUTPUT3", 
 /// The contexts of a row: one, or the two of a bidir cell.
 std::vector<CELL_CONTEXT> contexts_of(ROW_KIND kind, bool resets);
 
-/// What was measured: by class and context. A class that is not there was not.
+/// What was measured, by class, wiring of the control pins, and context.
 struct CELL_TYPES {
     struct MEASURED {
         std::map<CELL_CONTEXT, CAPTURES> captures{};
         int8_t reset_value = -1; ///< of the update stage; -1 for none
     };
-    std::map<std::string, MEASURED> of_class{};
-    std::string why_not{}; ///< why nothing was measured
+    std::map<std::string, MEASURED> of_kind{};
+    std::vector<std::string> kind_of_cell{}; ///< by number; empty for a cell that was not tried
+    std::string why_not{};                   ///< why nothing was measured
 };
 
 /// True when the standard type takes these captures in this context; INTEST counts where `with_intest`.

@@ -148,6 +148,13 @@ void prepare_walk(NETLIST_WALK &walk, const char *tap_class) {
         if (drives)
             driver = driver == NO_DRIVER ? node : SEVERAL_DRIVERS;
     }
+    // What hangs right on a bidirectional port reads the pin.
+    for (int32_t port = 0; port < port_count; ++port) {
+        int32_t node = port_tab[port].node, net = node < 0 ? -1 : node_tab[node].net;
+        if (net > SDB_NET_VCC && chip_port_direction(port) == SDB_BIDIRECTIONAL &&
+            walk.driver_of_net[static_cast<size_t>(net)] == NO_DRIVER)
+            walk.driver_of_net[static_cast<size_t>(net)] = node;
+    }
 }
 
 WALK_POINT walk_back(const NETLIST_WALK &walk, int32_t node) {
