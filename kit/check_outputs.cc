@@ -2,6 +2,7 @@
 #include "kit/check.hh"
 
 #include "kit/chip.hh"
+#include "kit/files.hh"
 #include "planning/tap_state.hh"
 #include "siblings/tool.hh"
 #include "support/text.hh"
@@ -32,10 +33,12 @@ void add_file(CHECK_CHIP &chip, const std::string &file, const std::string &text
     chip.findings.back().file = file;
 }
 
-/// What the run wrote in one of its two languages; the Verilog name when it wrote neither.
+/// What the last run wrote in its language: the younger file of two, as an earlier run may have left the
+/// other; the Verilog name when there is neither.
 std::string written_text(const CHECK_CHIP &chip, const std::string &ending) {
     std::string vhdl = written_file(chip, (ending + ".vhd").c_str());
-    return TOOL_exists(vhdl) ? vhdl : written_file(chip, (ending + ".v").c_str());
+    std::string verilog = written_file(chip, (ending + ".v").c_str());
+    return TOOL_exists(vhdl) && is_outdated(verilog, {vhdl}) ? vhdl : verilog;
 }
 
 /// True when a source is younger by a second at least: a copy of the folder mixes up what lies closer.

@@ -586,42 +586,52 @@ void try_sample(STEP_MAKER &maker) {
     }
 }
 
-/// True when the TAP's high-impedance command turns the row's pad off.
-bool highz_reaches(const STEP_MAKER &maker, const REGISTER_ROW &row) {
-    if (row.control >= 0 &&
-        maker.found.cells[static_cast<size_t>(row.control)].signals[SIG_HIGHZ].source.end == WALK_TAP)
-        return true;
-    if (row.pad < 0)
-        return false;
-    const WALK_PAD_ROW &pad = maker.found.walk.pads[static_cast<size_t>(row.pad)];
-    for (const char *pin : {pad.buffer->en_l, pad.buffer->en_h})
-        if (walk_back(maker.found.walk, walk_pin(pad.obj, pin)).end == WALK_TAP)
-            return true;
-    return false;
+bool load_public(STEP_MAKER &maker, const char *name) {
+    const BSDL_INSTRUCTION *row = bsdl_instruction(maker.table, name);
+    return row != nullptr && !row->is_private && load(maker, name);
 }
 
-/// CLAMP holds what EXTEST left on the pins; HIGHZ releases it.
+/// CLAMP holds what EXTEST left on the pins; HIGHZ, which is public only where it reaches all pads, releases
+/// it.
 void try_clamp_and_highz(STEP_MAKER &maker, const std::string &pattern) {
     std::string shown = shown_by(maker, pattern);
-    if (load(maker, "CLAMP")) {
+    if (load_public(maker, "CLAMP")) {
         set_pins(maker, "CLAMP holds the pins", shown);
         flush(maker, "CLAMP selects BYPASS", "0", "1");
         set_pins(maker, "CLAMP holds the pins over a scan", shown);
     }
-    if (!load(maker, "HIGHZ"))
+    if (!load_public(maker, "HIGHZ"))
         return;
     std::string off(shown.size(), '-');
-    size_t left = 0;
     for (const REGISTER_ROW &row : maker.found.rows)
-        if (drives(row) && highz_reaches(maker, row))
+        if (drives(row))
             off[static_cast<size_t>(row.port)] = released(maker.list.pins[static_cast<size_t>(row.port)]);
-        else
-            left += drives(row) ? 1 : 0;
     complete_minus_legs(maker, off);
     set_pins(maker, "HIGHZ releases the pins", off);
     flush(maker, "HIGHZ selects BYPASS", "0", "1");
-    if (left > 0)
-        maker.list.notes.push_back(format_text("HIGHZ does not reach the pads of %zu outputs.", left));
+}
+
+/// True when nothing but boundary cells reads the pin: what it has can't reach the core past the register.
+bool is_behind_cells(const STEP_MAKER &maker, int32_t port) {
+    std::vector<int32_t> nodes = {port_tab[port].node};
+    for (int32_t pad : maker.found.ports[static_cast<size_t>(port)].pads) {
+        const WALK_PAD_ROW &row = maker.found.walk.pads[static_cast<size_t>(pad)];
+        nodes.push_back(walk_pin(row.obj, row.core_out));
+    }
+    for (int32_t node : nodes)
+        for (const WALK_POINT &end : walk_forward(maker.found.walk, node))
+            if (end.end == WALK_CORE ||
+                (end.end == WALK_PAD &&
+                 !walk_is_pin(end.node, maker.found.walk.pads[static_cast<size_t>(end.row)].pin)))
+                return false;
+    return true;
+}
+
+/// True when what the cell takes in comes from inside.
+bool is_of_core(const STEP_MAKER &maker, int32_t number) {
+    const REGISTER_CELL &cell = maker.found.cells[static_cast<size_t>(number)];
+    WALK_END end = walk_back(maker.found.walk, walk_pin(cell.obj, cell.cell->data_in)).end;
+    return end != WALK_PAD && end != WALK_PORT;
 }
 
 /// Pins show the register, and what the core gives stays when pins behind cells change.
@@ -631,7 +641,7 @@ void try_intest(STEP_MAKER &maker) {
         return;
     std::vector<bool> cut(maker.list.pins.size());
     for (const REGISTER_ROW &row : maker.found.rows)
-        if (row.kind == ROW_INPUT && row.cuts && row.port >= 0)
+        if (row.kind == ROW_INPUT && row.cuts && row.port >= 0 && is_behind_cells(maker, row.port))
             cut[static_cast<size_t>(row.port)] = true;
     for (const REGISTER_ROW &row : maker.found.rows)
         if (row.port >= 0 && (row.kind == ROW_CLOCK || (row.kind == ROW_OBSERVE && row.cuts)))
@@ -651,7 +661,8 @@ void try_intest(STEP_MAKER &maker) {
         PATTERN_STEP &step = scan(maker, "INTEST, the core has not seen the pins", pattern, none);
         step.driven = none;
         for (const REGISTER_ROW &row : maker.found.rows)
-            if (row.kind == ROW_OUTPUT2 || row.kind == ROW_OUTPUT3 || row.kind == ROW_CONTROL)
+            if ((row.kind == ROW_OUTPUT2 || row.kind == ROW_OUTPUT3 || row.kind == ROW_CONTROL) &&
+                is_of_core(maker, row.cell))
                 step.driven[static_cast<size_t>(row.cell)] = '=';
         for (const REGISTER_ROW &row : maker.found.rows) // what looks at pins follows them
             if (row.port >= 0 && !drives(row))

@@ -21,7 +21,7 @@ from chip_files import ProofError, read_chip  # noqa: E402
 from kinds_variants import VARIANTS, Variant, build as build_kinds  # noqa: E402
 from player import run  # noqa: E402
 
-KINDS = ["three_levels", "pairs", "synch_df_speed", "own_controls_pairs", "oe_controls", "inverting", "highz",
+KINDS = ["three_levels", "pairs", "synch_df_speed", "own_controls_pairs", "oe_controls", "inverting", "highz_cells",
          "in_halves_synch", "in_ring_inverting"]
 EXAMPLE = CHIPS.parent.parent / "examples" / "uart_chip"
 
