@@ -356,7 +356,7 @@ std::vector<MISSION_PIN> mission_pins(const BOUNDARY_REGISTER &found) {
             continue;
         }
         const WALK_PAD_ROW &pad = found.walk.pads[static_cast<size_t>(row.pad)];
-        if (drives || row.kind == ROW_BIDIR) {
+        if (drives || pad.buffer->inout != nullptr) { // one that is off for good was so before
             add_pin(found, pins, row, pad.core_in, false, false);
             add_mux_pin(found, pins, row);
             for (const char *pin : {pad.buffer->en_l, pad.buffer->en_h})
