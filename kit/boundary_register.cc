@@ -120,7 +120,7 @@ void find_test_ports(BOUNDARY_REGISTER &found) {
     }
 }
 
-/// The TDO pad is turned on by the TAP, or for good.
+/// The TDO pad is turned on by the TAP, or for good as it was before the run.
 void check_tdo_enable(BOUNDARY_REGISTER &found) {
     int32_t port = found.test_ports[PORT_TDO];
     std::string expected = tap_pin_name(*found.tap, &TAP_CELL::tdo_en);
@@ -526,13 +526,12 @@ void check_control_pin(BOUNDARY_REGISTER &found, const REGISTER_CELL &row, int32
     const CONTROL_SIGNAL_INFO &info = CONTROL_SIGNALS[signal];
     const REGISTER_SIGNAL &at = row.signals[signal];
     const char *pin = without_minus(row.cell->*info.cell_pin);
-    bool is_pad = found.walk.pad_of_obj[static_cast<size_t>(row.obj)] >= 0;
-    bool is_clock = signal == SIG_BCLK; // looked at by -synch alone
-    if (pin == nullptr || at.source.end == WALK_NONE || ((is_pad || is_clock) && at.source.end == WALK_OPEN))
+    bool is_clock = signal == SIG_BCLK; // of -synch alone
+    if (pin == nullptr || at.source.end == WALK_NONE || (is_clock && walk_pin(found.tap_obj, BCELL_TCK) < 0))
         return;
     std::string expected = is_clock ? BCELL_TCK : tap_pin_name(*found.tap, info.tap_field);
     bool is_inverted = !is_clock && is_active_low(found.tap->*info.tap_field);
-    if (at.source.end == WALK_TAP ? lower_case(at.tap_pin) != lower_case(expected) : !is_clock)
+    if (at.source.end != WALK_TAP || lower_case(at.tap_pin) != lower_case(expected))
         add_fault(found, "cell", row.obj, walk_pin(row.obj, pin), -1,
                   format_text("the cell's pin %s is not on the TAP's pin %s", pin, expected.c_str()));
     else if (at.is_inverted != is_inverted)
@@ -541,7 +540,29 @@ void check_control_pin(BOUNDARY_REGISTER &found, const REGISTER_CELL &row, int32
                               expected.c_str()));
 }
 
+/// The multiplexer of a pad that a cell feeds is switched by the TAP's mode.
+void check_mux_pad(BOUNDARY_REGISTER &found, const WALK_PAD_ROW &pad) {
+    for (int32_t i = 0; i < 3; ++i) {
+        const char *pin = pad.buffer->*PAD_MODES[i];
+        const char *muxes[] = {pad.buffer->mux_in1, pad.buffer->mux_in2, pad.buffer->mux_in3};
+        bool is_fed = false;
+        for (const char *mux : muxes)
+            is_fed = is_fed || walk_back(found.walk, walk_pin(pad.obj, mux)).end == WALK_CELL;
+        int32_t node = walk_pin(pad.obj, pin);
+        if (pin == nullptr || !is_fed)
+            continue;
+        WALK_POINT source = walk_back(found.walk, node);
+        std::string expected = tap_pin_name(*found.tap, CONTROL_SIGNALS[MODE_SIGNALS[i]].tap_field);
+        if (source.end != WALK_TAP || !walk_is_pin(source.node, expected.c_str()))
+            add_fault(
+                found, "pad", pad.obj, node, pad.port,
+                format_text("the mode pin %s of the pad is not on the TAP's pin %s", pin, expected.c_str()));
+    }
+}
+
 void check_pins_of_cells(BOUNDARY_REGISTER &found) {
+    for (const WALK_PAD_ROW &pad : found.walk.pads)
+        check_mux_pad(found, pad);
     for (const REGISTER_CELL &row : found.cells) {
         for (int32_t signal = 0; signal < SIGNAL_COUNT; ++signal)
             check_control_pin(found, row, signal);

@@ -326,6 +326,25 @@ void add_free_enables(const BOUNDARY_REGISTER &found, std::vector<MISSION_PIN> &
     }
 }
 
+/// A TDO pad that is on for good was so before.
+void add_tdo_enables(const BOUNDARY_REGISTER &found, std::vector<MISSION_PIN> &pins) {
+    int32_t port = found.test_ports[PORT_TDO];
+    for (int32_t number : port < 0 ? std::vector<int32_t>{} : found.ports[static_cast<size_t>(port)].pads) {
+        const WALK_PAD_ROW &pad = found.walk.pads[static_cast<size_t>(number)];
+        for (const char *pin : {pad.buffer->en_l, pad.buffer->en_h}) {
+            WALK_POINT source = walk_back(found.walk, walk_pin(pad.obj, pin));
+            if (source.end == WALK_ZERO || source.end == WALK_ONE)
+                pins.push_back({chip_instance_name(pad.obj),
+                                pin,
+                                chip_port_name(port),
+                                false,
+                                true,
+                                {core_pin(found.walk, source, source.inverters % 2 != 0)},
+                                -1});
+        }
+    }
+}
+
 std::vector<MISSION_PIN> mission_pins(const BOUNDARY_REGISTER &found) {
     std::vector<MISSION_PIN> pins;
     for (const REGISTER_ROW &row : found.rows) {
@@ -337,7 +356,7 @@ std::vector<MISSION_PIN> mission_pins(const BOUNDARY_REGISTER &found) {
             continue;
         }
         const WALK_PAD_ROW &pad = found.walk.pads[static_cast<size_t>(row.pad)];
-        if (drives || row.kind == ROW_BIDIR) {
+        if (drives || pad.buffer->inout != nullptr) { // one that is off for good was so before
             add_pin(found, pins, row, pad.core_in, false, false);
             add_mux_pin(found, pins, row);
             for (const char *pin : {pad.buffer->en_l, pad.buffer->en_h})
@@ -347,6 +366,7 @@ std::vector<MISSION_PIN> mission_pins(const BOUNDARY_REGISTER &found) {
         add_pin(found, pins, row, pad.core_out, true, false);
     }
     add_free_enables(found, pins);
+    add_tdo_enables(found, pins);
     return pins;
 }
 

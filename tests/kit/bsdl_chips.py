@@ -247,6 +247,7 @@ WRONG = {"cells swapped in the chain": [("BCELL24_IN", "SI", ("BCELL25_IN", "SI"
          "TDO turned on by the core": [("pad_tdo", "OEN", ("BCELL10_BI", "DI"))],
          "way in open": [("BCELL9_BI", "SP", "")], "pad tied on": [("pad_rdata5", "OEN", "1'b0")],
          "way in of the pad open": [("pad_gpio4", "C", "")], "cell that drives nothing": [("BCELL21_BI", "DO", "")],
+         "TDO always on": [("pad_tdo", "OEN", "1'b0")],
          "cell that reads itself": [("BCELL32_OUT", "DI", "BCELL32_OUT_DO")],
          "input cell that reads itself": [("BCELL24_IN", "DI", ("BCELL24_IN", "DO"))],
          "TDO on the core": [("pad_tdo", "I", ("BCELL32_OUT", "DI"))]}
