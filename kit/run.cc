@@ -92,8 +92,8 @@ bool is_healthy(const KIT_CALL &call, const RUN_WORDS &words) {
     for (const FINDING &finding : findings)
         ++counts[finding.severity];
     if (counts[FINDING_ERROR] == 0) {
-        kit_note("doctor: %d warnings, %d notes; to see them: rimkit doctor %s", counts[FINDING_WARNING],
-                 counts[FINDING_NOTE], words.design.c_str());
+        kit_note("doctor: no errors; warnings: %d, notes: %d; to see them: rimkit doctor %s",
+                 counts[FINDING_WARNING], counts[FINDING_NOTE], words.design.c_str());
         return true;
     }
     std::erase_if(findings, [](const FINDING &finding) { return finding.severity != FINDING_ERROR; });
