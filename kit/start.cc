@@ -266,9 +266,9 @@ std::string start_report(const START_RESULT &result) {
     const char *design = result.design.c_str();
     return format_text(
         "%s: %zu ports: %zu with boundary cells, %zu skipped, %zu of the test port\norder: %s\n"
-        "%s.lib, %s.bsc, %s.pin: %d lines with \"please check\"\n",
+        "%s.lib, %s.bsc, %s.pin: %d line%s with \"please check\"\n",
         design, result.ports, result.scanned, result.skipped, result.tests, result.order.c_str(), design,
-        design, design, result.to_check);
+        design, design, result.to_check, result.to_check == 1 ? "" : "s");
 }
 
 void start_update(const KIT_CALL &call, const std::string &design) {
