@@ -619,6 +619,15 @@ std::string tap_pin_name(const TAP_CELL &tap, const char *TAP_CELL::*field) {
     return "";
 }
 
+std::string register_fault_text(const REGISTER_FAULT &fault) {
+    std::string line = format_text("ERROR: %s: %s", fault.rule, fault.text.c_str());
+    for (const auto &[word, text] : {std::pair{"instance", &fault.instance}, std::pair{"net", &fault.net},
+                                     std::pair{"port", &fault.port}})
+        if (!text->empty())
+            line += format_text("; %s '%s'", word, text->c_str());
+    return line;
+}
+
 void read_boundary_register(BOUNDARY_REGISTER &found) {
     if (!find_tap(found))
         return;

@@ -71,6 +71,9 @@ struct REGISTER_FAULT {
     std::string instance, net, port;
 };
 
+/// "ERROR: RULE: text; instance '...'; net '...'; port '...'", with what there is of the three.
+std::string register_fault_text(const REGISTER_FAULT &fault);
+
 struct BOUNDARY_REGISTER {
     NETLIST_WALK walk;
     int32_t tap_obj = -1;

@@ -3,6 +3,7 @@
 #include "kit/bsdl_file.hh"
 #include "kit/cell_trials.hh"
 #include "kit/files.hh"
+#include "kit/finished_run.hh"
 #include "kit/json.hh"
 #include "kit/progress.hh"
 #include "kit/verbs.hh"
@@ -36,27 +37,6 @@ double frequency_of(const KIT_CALL &call) {
     return value;
 }
 
-/// The description files and the flat edited design.
-void open_chip(const std::string &design) {
-    for (const char *ending : {".lib", ".bsc", "_jtag.c.sdb", ".bso"})
-        if (!TOOL_exists(design + ending))
-            TOOL_fail("", 0, "there is no '%s%s'; `rimkit bsdl` runs in the folder of a finished run.",
-                      design.c_str(), ending);
-    KIT_PROGRESS progress("reading " + design + "_jtag.c.sdb");
-    bsdft_init();
-    get_bs_dft_file((design + ".lib").c_str(), (design + ".bsc").c_str(), 0);
-    open_sdb_file((design + "_jtag.c.sdb").c_str());
-}
-
-std::string fault_line(const REGISTER_FAULT &fault) {
-    std::string line = format_text("ERROR: %s: %s", fault.rule, fault.text.c_str());
-    for (const auto &[word, text] : {std::pair{"instance", &fault.instance}, std::pair{"net", &fault.net},
-                                     std::pair{"port", &fault.port}})
-        if (!text->empty())
-            line += format_text("; %s '%s'", word, text->c_str());
-    return line + "\n";
-}
-
 std::string fault_json(const REGISTER_FAULT &fault) {
     return format_text("{\"rule\": %s, \"text\": %s, \"instance\": %s, \"net\": %s, \"port\": %s}",
                        json_text(fault.rule).c_str(), json_text(fault.text).c_str(),
@@ -76,7 +56,7 @@ void show(const KIT_CALL &call, const BSDL_FILE &file, const BOUNDARY_REGISTER &
         return;
     }
     for (const REGISTER_FAULT &fault : found.faults)
-        std::fputs(fault_line(fault).c_str(), stdout);
+        std::printf("%s\n", register_fault_text(fault).c_str());
     if (written.empty()) {
         std::printf("%s.bsd is not written: %zu findings\n", file.design.c_str(), found.faults.size());
         return;
@@ -125,7 +105,8 @@ int run_bsdl(const KIT_CALL &call) {
     file.frequency = frequency_of(call);
     file.basic = kit_has(call, "basic");
     TOOL_set_search_path();
-    open_chip(file.design);
+    need_run_files(file.design, "bsdl", {".lib", ".bsc", "_jtag.c.sdb", ".bso"});
+    open_finished_run(file.design, file.design + "_jtag.c.sdb");
     BOUNDARY_REGISTER found;
     read_boundary_register(found);
     compare_boundary_order(found, file.design + ".bso");

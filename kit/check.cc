@@ -2,9 +2,8 @@
 #include "kit/check.hh"
 
 #include "description/lookups.hh"
-#include "description/reader.hh"
 #include "kit/chip.hh"
-#include "kit/files.hh"
+#include "kit/finished_run.hh"
 #include "kit/json.hh"
 #include "kit/names.hh"
 #include "kit/progress.hh"
@@ -49,22 +48,6 @@ void look_at_ports(CHECK_CHIP &chip) {
         port.is_driven |= drives || row.kind == ROW_BIDIR;
         port.is_read |= !drives;
     }
-}
-
-/// The descriptions and the flat edited design. False when that design is missing.
-bool open_chip(CHECK_CHIP &chip) {
-    for (const char *ending : {".lib", ".bsc"})
-        if (!TOOL_exists(chip.design + ending))
-            TOOL_fail("", 0, "there is no '%s%s'; `rimkit check` runs in the folder of a finished run.",
-                      chip.design.c_str(), ending);
-    std::string edited = written_file(chip, "_jtag.c.sdb");
-    KIT_PROGRESS progress("reading " + edited);
-    bsdft_init();
-    get_bs_dft_file((chip.design + ".lib").c_str(), (chip.design + ".bsc").c_str(), 0);
-    if (!TOOL_exists(edited))
-        return false;
-    open_sdb_file(edited.c_str());
-    return true;
 }
 
 /// What stands in the way of a rule; empty when it can be checked.
@@ -171,7 +154,8 @@ CHECK_RESULT check_chip(const std::string &design, const std::string &opath,
         KIT_PROGRESS progress("reading " + file);
         liberty_read(chip.library, file);
     }
-    bool has_design = open_chip(chip);
+    need_run_files(design, "check", {".lib", ".bsc"});
+    bool has_design = open_finished_run(design, written_file(chip, "_jtag.c.sdb"));
     if (has_design)
         read_boundary_register(chip.found);
     look_at_ports(chip);

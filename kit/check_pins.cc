@@ -13,16 +13,6 @@
 
 namespace {
 
-/// True when the library file says what the pad's pin is.
-bool is_described(const BUFFER_CELL &pad, const std::string &pin) {
-    for (const char *named :
-         {pad.input, pad.output, pad.inout, pad.input_m, pad.output_m, pad.en_l, pad.en_h, pad.mux_in1,
-          pad.mux_in2, pad.mux_in3, pad.mux_out, pad.mode_1, pad.mode_2, pad.mode_3})
-        if (same_text_no_case(named, pin.c_str()))
-            return true;
-    return false;
-}
-
 /// Pins of one pad cell that share a fault, and the pads that have it.
 struct PIN_GROUP {
     CHECK_PLACE first{};
@@ -169,7 +159,7 @@ void check_pad_pins(CHECK_CHIP &chip) {
         group_pins(groups, pad, [&](const std::string &pin, int32_t node) {
             WALK_POINT source = walk_back(chip.found.walk, node);
             bool is_held = source.end == WALK_CELL || source.end == WALK_TAP || is_fixed(chip, source);
-            if (is_held || is_described(*pad.buffer, pin))
+            if (is_held || pad_describes(*pad.buffer, pin))
                 return FINDING_SEVERITY_COUNT;
             return is_needed(kind, pin) ? FINDING_ERROR : FINDING_WARNING;
         });

@@ -14,6 +14,7 @@
 
 #include <algorithm>
 #include <map>
+#include <unordered_map>
 
 namespace {
 
@@ -22,20 +23,24 @@ std::string name_or_empty(const char *text) {
 }
 
 /// The port whose name differs from `name` in case alone; empty for none, and where the name itself is one.
+/// The index is that of the one design that a doctor looks at.
 std::string port_in_other_case(const std::string &name) {
-    if (name.empty() || SDB_nl_search_port(name.c_str()) >= 0)
-        return "";
-    for (int32_t port = 0; port < port_count; ++port)
-        if (std::string found = chip_port_name(port); same_text_no_case(found.c_str(), name.c_str()))
-            return found;
-    return "";
+    static const std::unordered_map<std::string, std::string> ports = [] {
+        std::unordered_map<std::string, std::string> names;
+        for (int32_t port = 0; port < port_count; ++port)
+            names.try_emplace(lower_case(chip_port_name(port)), chip_port_name(port));
+        return names;
+    }();
+    auto found = ports.find(lower_case(name));
+    return found == ports.end() || SDB_nl_search_port(name.c_str()) >= 0 ? "" : found->second;
 }
 
 /// Names in the .bsc file that would be taken for those of new ports, or for none.
 void check_names(std::vector<FINDING> &findings) {
     std::string bsc = doctor_bsc_file();
     auto check = [&](const char *given, const char *statement) {
-        std::string name = name_or_empty(without_minus(given)), port = port_in_other_case(name);
+        std::string name = name_or_empty(without_minus(given));
+        std::string port = port_in_other_case(name);
         if (port.empty())
             return;
         FINDING finding = make_finding(
@@ -80,16 +85,6 @@ void check_power(std::vector<FINDING> &findings) {
 }
 
 // Pads.
-
-/// True when the library file says what the pad's pin is.
-bool is_described(const BUFFER_CELL &pad, const std::string &pin) {
-    for (const char *named :
-         {pad.input, pad.output, pad.inout, pad.input_m, pad.output_m, pad.en_l, pad.en_h, pad.mux_in1,
-          pad.mux_in2, pad.mux_in3, pad.mux_out, pad.mode_1, pad.mode_2, pad.mode_3})
-        if (same_text_no_case(named, pin.c_str()))
-            return true;
-    return false;
-}
 
 /// What is the matter with pins of a pad cell, and at the pads of which ports.
 struct PAD_PIN_STATE {
@@ -192,7 +187,7 @@ void check_pads(std::vector<FINDING> &findings, const LIBERTY &library) {
             int32_t pin = class_tab[class_id].first_pin + i;
             std::string name = chip_pin_name(pin);
             if (chip_pin_direction(pin) == SDB_INPUT && !kit_is_power_name(name) &&
-                !is_described(*row.pad, name))
+                !pad_describes(*row.pad, name))
                 look_at_pin(row, kind, name, ports);
         }
     }

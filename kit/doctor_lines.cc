@@ -57,13 +57,23 @@ bool begins_block(const std::string &text, size_t at) {
     return false;
 }
 
+/// The line of a port's row in the pin file; 0 for none. The rows are indexed as they come in.
+int32_t line_of_pin(const std::string &name) {
+    static std::unordered_map<std::string, int32_t> lines;
+    static int32_t indexed = 0;
+    for (; indexed < DYNA_count(PIN_TABLE); ++indexed)
+        if (const char *port = without_minus(PIN_TABLE[indexed]->top_name); port != nullptr)
+            lines.try_emplace(port, PIN_TABLE[indexed]->line);
+    auto found = lines.find(without_minus(name.c_str()));
+    return found != lines.end() ? found->second : 0;
+}
+
 } // namespace
 
 int32_t line_of_name(const std::string &file, const std::string &name) {
     if (PIN_FILE != nullptr && file == PIN_FILE)
-        for (const PIN_ENTRY *pin : rows(PIN_TABLE))
-            if (same_text(without_minus(pin->top_name), without_minus(name.c_str())))
-                return pin->line;
+        if (int32_t line = line_of_pin(name); line > 0)
+            return line;
     const std::string &text = text_of_file(file);
     int32_t line = 1, first = 0;
     size_t counted = 0;

@@ -5,6 +5,8 @@
 #include "support/shell.hh"
 #include "support/text.hh"
 
+#include <algorithm>
+#include <cctype>
 #include <cerrno>
 #include <climits>
 #include <cstdio>
@@ -33,8 +35,14 @@ bool is_outdated(const std::string &target, const std::vector<std::string> &sour
 
 std::string command_line(const std::vector<std::string> &words) {
     std::string line;
+    // A switch is a dash and a word; whatever else begins with a dash is a name and quoted like one.
+    auto is_switch = [](const std::string &word) {
+        return word.size() > 1 && word[0] == '-' &&
+               std::all_of(word.begin(), word.end(),
+                           [](unsigned char c) { return std::isalnum(c) != 0 || c == '-' || c == '_'; });
+    };
     for (const std::string &word : words)
-        line += (line.empty() ? "" : " ") + (word[0] == '-' ? word : shell_word(word));
+        line += (line.empty() ? "" : " ") + (is_switch(word) ? word : shell_word(word));
     return line;
 }
 

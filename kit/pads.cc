@@ -373,3 +373,12 @@ PAD_KIND guessed_pad_kind(int32_t class_id, const std::string &pad_pin,
     take_other_pins(kind, pins.inputs);
     return kind;
 }
+
+bool pad_describes(const BUFFER_CELL &pad, const std::string &pin) {
+    for (const char *named :
+         {pad.input, pad.output, pad.inout, pad.input_m, pad.output_m, pad.en_l, pad.en_h, pad.mux_in1,
+          pad.mux_in2, pad.mux_in3, pad.mux_out, pad.mode_1, pad.mode_2, pad.mode_3})
+        if (same_text_no_case(named, pin.c_str()))
+            return true;
+    return false;
+}

@@ -2,6 +2,7 @@
 // the directions and names of their pins.
 #pragma once
 
+#include "description/tables.hh"
 #include "kit/chip_plan.hh"
 #include "kit/liberty.hh"
 #include "kit/verilog_model.hh"
@@ -17,3 +18,6 @@ PAD_KIND guessed_pad_kind(int32_t class_id, const std::string &pad_pin,
 
 /// True when a cell without a Liberty entry looks like a pad to whom its pin `pin` is shown.
 bool looks_like_pad(int32_t class_id, const std::string &pin);
+
+/// True when the library file says what the pad's pin is.
+bool pad_describes(const BUFFER_CELL &pad, const std::string &pin);

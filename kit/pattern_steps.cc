@@ -21,11 +21,13 @@ struct STEP_MAKER {
     PATTERN_LIST &list;
     const BOUNDARY_REGISTER &found;
     const BSDL_FILE &table;
-    std::vector<int32_t> outputs, controls; ///< cells
-    std::vector<bool> straight;             ///< by cell: reads one port and drives another
-    std::vector<int32_t> code_of_port;      ///< number among the pins that are driven, or -1
+    std::vector<int32_t> outputs{}, controls{}; ///< cells
+    std::vector<bool> straight{};               ///< by cell: reads one port and drives another
+    std::vector<bool> has_row{},
+        has_control{};                   ///< by port: a row of the register, one that a control cell holds
+    std::vector<int32_t> code_of_port{}; ///< number among the pins that are driven, or -1
     size_t code_bits = 1;
-    std::string drive; ///< what the pins have now
+    std::string drive{}; ///< what the pins have now
     uint32_t seed = 1;
 
     bool random_bit() {
@@ -82,13 +84,10 @@ PATTERN_ROLE role_of(const STEP_MAKER &maker, int32_t port) {
         return PIN_DRIVEN;
     if (direction == SDB_OUTPUT)
         return PIN_SEEN;
-    bool has_row = false;
-    for (const REGISTER_ROW &at : maker.found.rows) {
-        if (at.port == port && drives(at) && at.control >= 0)
-            return PIN_BOTH;
-        has_row = has_row || at.port == port;
-    }
-    return row.is_off ? PIN_DRIVEN : has_row || !row.pads.empty() ? PIN_SEEN : PIN_LEFT;
+    if (maker.has_control[static_cast<size_t>(port)])
+        return PIN_BOTH;
+    bool is_known = maker.has_row[static_cast<size_t>(port)] || !row.pads.empty();
+    return row.is_off ? PIN_DRIVEN : is_known ? PIN_SEEN : PIN_LEFT;
 }
 
 /// True when a pad on the port can let go of it: a weak driver on a wire that is always driven is not
@@ -109,6 +108,14 @@ void take_pins(STEP_MAKER &maker) {
     for (const SKIP_SIGNAL *skip : rows(SKIP_SIGNAL_TAB))
         skips.emplace(skip->name, skip->value);
     maker.list.pins.resize(maker.found.ports.size());
+    maker.has_row.assign(maker.list.pins.size(), false);
+    maker.has_control.assign(maker.list.pins.size(), false);
+    for (const REGISTER_ROW &row : maker.found.rows)
+        if (row.port >= 0) {
+            auto port = static_cast<size_t>(row.port);
+            maker.has_row[port] = true;
+            maker.has_control[port] = maker.has_control[port] || (drives(row) && row.control >= 0);
+        }
     for (size_t i = 0; i < maker.list.pins.size(); ++i) {
         PATTERN_PIN &pin = maker.list.pins[i];
         pin.name = chip_port_name(static_cast<int32_t>(i));
@@ -169,19 +176,17 @@ void take_cells(STEP_MAKER &maker) {
     }
 }
 
-void add_once(std::vector<int32_t> &numbers, int32_t number) {
-    if (std::find(numbers.begin(), numbers.end(), number) == numbers.end())
-        numbers.push_back(number);
-}
-
 void sort_cells(STEP_MAKER &maker) {
+    std::vector<bool> is_known(maker.cells(), false); // among the controls
     for (const REGISTER_ROW &row : maker.found.rows) {
         if (!drives(row))
             continue;
         if (maker.outputs.empty() || maker.outputs.back() != row.cell)
             maker.outputs.push_back(row.cell); // rows stand by cell
-        if (row.control >= 0)
-            add_once(maker.controls, row.control);
+        if (row.control >= 0 && !is_known[static_cast<size_t>(row.control)]) {
+            is_known[static_cast<size_t>(row.control)] = true;
+            maker.controls.push_back(row.control);
+        }
     }
     maker.code_of_port.assign(maker.list.pins.size(), -1);
     int32_t next = 0;
@@ -565,6 +570,10 @@ char sampled_output(const STEP_MAKER &maker, const REGISTER_ROW &row, char other
 /// update stages meanwhile must not show.
 void try_sample(STEP_MAKER &maker) {
     std::string shown(maker.list.pins.size(), '-'), none(maker.cells(), '-');
+    std::vector<bool> is_gated(maker.list.pins.size(), false); // ports whose way in the core may shut
+    for (const REGISTER_ROW &row : maker.found.rows)
+        if (reads(maker, row))
+            is_gated[static_cast<size_t>(row.port)] = has_core_input(maker, row.port);
     load(maker, "SAMPLE");
     for (int round = 0; round < SAMPLE_ROUNDS; ++round) {
         for (int change = 0; change < SAMPLE_CHANGES; ++change)
@@ -575,7 +584,7 @@ void try_sample(STEP_MAKER &maker) {
             if (row.port < 0)
                 continue;
             char &letter = driven[static_cast<size_t>(row.cell)];
-            if (reads(maker, row) && has_core_input(maker, row.port))
+            if (reads(maker, row) && is_gated[static_cast<size_t>(row.port)])
                 letter = '-';
             letter = sampled_output(maker, row, letter);
         }
@@ -683,7 +692,7 @@ void note_limits(STEP_MAKER &maker) {
 } // namespace
 
 void make_patterns(PATTERN_LIST &list, const BOUNDARY_REGISTER &found, const BSDL_FILE &instructions) {
-    STEP_MAKER maker{list, found, instructions, {}, {}, {}, {}, 1, {}, 1};
+    STEP_MAKER maker{.list = list, .found = found, .table = instructions};
     std::copy(std::begin(found.test_ports), std::end(found.test_ports), std::begin(list.test_ports));
     take_pins(maker);
     take_cells(maker);

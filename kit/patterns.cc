@@ -4,6 +4,7 @@
 #include "description/reader.hh"
 #include "kit/chip.hh"
 #include "kit/files.hh"
+#include "kit/finished_run.hh"
 #include "kit/json.hh"
 #include "kit/progress.hh"
 #include "kit/verbs.hh"
@@ -37,26 +38,6 @@ double number_of(const KIT_CALL &call, const char *option, const char *otherwise
     return value;
 }
 
-void open_chip(const std::string &design) {
-    for (const char *ending : {".lib", ".bsc", "_jtag.c.sdb", ".bso"})
-        if (!TOOL_exists(design + ending))
-            TOOL_fail("", 0, "there is no '%s%s'; `rimkit patterns` runs in the folder of a finished run.",
-                      design.c_str(), ending);
-    KIT_PROGRESS progress("reading " + design + "_jtag.c.sdb");
-    bsdft_init();
-    get_bs_dft_file((design + ".lib").c_str(), (design + ".bsc").c_str(), 0);
-    open_sdb_file((design + "_jtag.c.sdb").c_str());
-}
-
-std::string fault_line(const REGISTER_FAULT &fault) {
-    std::string line = format_text("ERROR: %s: %s", fault.rule, fault.text.c_str());
-    for (const auto &[word, text] : {std::pair{"instance", &fault.instance}, std::pair{"net", &fault.net},
-                                     std::pair{"port", &fault.port}})
-        if (!text->empty())
-            line += format_text("; %s '%s'", word, text->c_str());
-    return line;
-}
-
 /// What the walk finds wrong, and what the instruction table does.
 std::vector<std::string> read_chip(BOUNDARY_REGISTER &found, BSDL_FILE &table) {
     read_boundary_register(found);
@@ -69,7 +50,7 @@ std::vector<std::string> read_chip(BOUNDARY_REGISTER &found, BSDL_FILE &table) {
     }
     std::vector<std::string> faults;
     for (const REGISTER_FAULT &fault : found.faults)
-        faults.push_back(fault_line(fault));
+        faults.push_back(register_fault_text(fault));
     for (const char *name : {"EXTEST", "SAMPLE"})
         if (bsdl_instruction(table, name) == nullptr)
             faults.push_back(format_text("ERROR: instruction: there is no %s", name));
@@ -123,7 +104,8 @@ int run_patterns(const KIT_CALL &call) {
     list.frequency = number_of(call, "frequency", "1e6", 1, 1e9);
     list.walk_limit = static_cast<size_t>(number_of(call, "walk", "64", 0, 1e6));
     TOOL_set_search_path();
-    open_chip(list.design);
+    need_run_files(list.design, "patterns", {".lib", ".bsc", "_jtag.c.sdb", ".bso"});
+    open_finished_run(list.design, list.design + "_jtag.c.sdb");
     BOUNDARY_REGISTER found;
     BSDL_FILE table;
     table.design = list.design;
