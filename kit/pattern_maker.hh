@@ -1,0 +1,67 @@
+// What the making of the steps works with: the register's pins and cells, sorted once. Private to
+// kit/pattern_*.cc.
+#pragma once
+
+#include "kit/patterns.hh"
+
+#include <string>
+#include <vector>
+
+struct STEP_MAKER {
+    PATTERN_LIST &list;
+    const BOUNDARY_REGISTER &found;
+    const BSDL_FILE &table;
+    std::vector<int32_t> outputs{}, controls{}; ///< cells
+    std::vector<bool> straight{};               ///< by cell: reads one port and drives another
+    std::vector<bool> has_row{},
+        has_control{};                   ///< by port: a row of the register, one that a control cell holds
+    std::vector<int32_t> code_of_port{}; ///< number among the pins that are driven, or -1
+    size_t code_bits = 1;
+    std::string drive{}; ///< what the pins have now
+    uint32_t seed = 1;
+
+    bool random_bit() {
+        seed ^= seed << 13;
+        seed ^= seed >> 17;
+        seed ^= seed << 5;
+        return (seed >> 7 & 1) != 0;
+    }
+    std::string random_bits(size_t count) {
+        std::string bits;
+        while (bits.size() < count)
+            bits += random_bit() ? '1' : '0';
+        return bits;
+    }
+    size_t cells() const {
+        return found.cells.size();
+    }
+};
+
+inline char turned(char value, bool turn = true) {
+    return turn && value == '0' ? '1' : turn && value == '1' ? '0' : value;
+}
+
+inline char digit(bool value) {
+    return value ? '1' : '0';
+}
+
+inline bool drives(const REGISTER_ROW &row) {
+    return row.port >= 0 && (row.kind == ROW_OUTPUT2 || row.kind == ROW_OUTPUT3 || row.kind == ROW_BIDIR ||
+                             row.kind == ROW_OPEN);
+}
+
+/// True when the cell captures the pin in every type that the row can have.
+inline bool reads(const STEP_MAKER &maker, const REGISTER_ROW &row) {
+    bool has_way = row.kind == ROW_INPUT || row.kind == ROW_CLOCK || row.kind == ROW_OBSERVE ||
+                   (row.kind == ROW_BIDIR && row.inverters % 2 == 0);
+    return row.port >= 0 && has_way && !maker.straight[static_cast<size_t>(row.cell)];
+}
+
+inline PATTERN_PIN &pin_of(STEP_MAKER &maker, int32_t port) {
+    return maker.list.pins[static_cast<size_t>(port)];
+}
+
+/// Fill list.pins, list.cells, and the maker's own lists, in this order.
+void take_pins(STEP_MAKER &maker);
+void take_cells(STEP_MAKER &maker);
+void sort_cells(STEP_MAKER &maker);
