@@ -24,7 +24,7 @@ int current_year() {
 std::string second_report_name(std::string name) {
     for (std::string_view extension : {".sdb", ".x"})
         if (name.size() > extension.size() && name.ends_with(extension))
-            name.resize(name.size() - extension.size());
+            name.erase(name.size() - extension.size());
     return (w_directory.empty() ? "" : w_directory + "/") + name + ".rpt";
 }
 
