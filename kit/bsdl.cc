@@ -24,6 +24,7 @@ constexpr KIT_OPTION OPTIONS[] = {
     {"basic", nullptr,
      "for readers that know less: no DESIGN_WARNING, INTEST_EXECUTION,\nPORT_GROUPING, own packages"},
     {"frequency", "HZ", "highest frequency of TCK, 10.0e6 otherwise"},
+    {"runbist", "N,BITS", "RUNBIST ends after N cycles of TCK with BITS in its register"},
     {"output", "FILE", "the file to write, DESIGN.bsd otherwise"},
     {"cells", "FILE", "Verilog of the boundary cells, DESIGN_cells.v otherwise; may be repeated", true},
 };
@@ -35,6 +36,21 @@ double frequency_of(const KIT_CALL &call) {
     if (text.empty() || *end != '\0' || !(value >= 1 && value <= 1e12))
         kit_usage_fault(format_text("--frequency: '%s' is no frequency in Hz", text.c_str()));
     return value;
+}
+
+/// "1000,0110".
+void take_runbist(const KIT_CALL &call, BSDL_FILE &file) {
+    if (!kit_has(call, "runbist"))
+        return;
+    std::string text = kit_value(call, "runbist");
+    size_t comma = std::min(text.find(','), text.size());
+    file.runbist_cycles = std::atoi(text.c_str());
+    file.runbist_signature = text.substr(std::min(comma + 1, text.size()));
+    bool is_number = comma > 0 && comma < 10 && text.find_first_not_of("0123456789") == comma;
+    if (!is_number || file.runbist_cycles < 1 || file.runbist_signature.empty() ||
+        file.runbist_signature.find_first_not_of("01") != text.npos)
+        kit_usage_fault(format_text("--runbist: '%s' is no number of cycles and signature, as in 1000,0110",
+                                    text.c_str()));
 }
 
 std::string fault_json(const REGISTER_FAULT &fault) {
@@ -104,6 +120,7 @@ int run_bsdl(const KIT_CALL &call) {
     file.design = call.names[0];
     file.frequency = frequency_of(call);
     file.basic = kit_has(call, "basic");
+    take_runbist(call, file);
     TOOL_set_search_path();
     need_run_files(file.design, "bsdl", {".lib", ".bsc", "_jtag.c.sdb", ".bso"});
     open_finished_run(file.design, file.design + "_jtag.c.sdb");

@@ -23,8 +23,9 @@ struct BSDL_PORT {
 struct BSDL_INSTRUCTION {
     std::string name;
     std::vector<std::string> opcodes;
-    std::string access; ///< BOUNDARY, BYPASS or DEVICE_ID
+    std::string access; ///< BOUNDARY, BYPASS, DEVICE_ID, or a register of the user's own
     bool is_private = false;
+    int32_t length = 0; ///< of a user's register, as the BSC file gives it behind its name
 };
 
 /// A row of the boundary register, its words as they are written.
@@ -56,6 +57,8 @@ struct BSDL_FILE {
     int32_t instruction_length = 0;
     std::vector<BSDL_INSTRUCTION> instructions;
     std::string capture, idcode;
+    int32_t runbist_cycles = 0;    ///< of TCK in Run-Test/Idle
+    std::string runbist_signature; ///< what RUNBIST's register holds then; empty when nobody gives it
     std::vector<std::string> usercodes;
     std::vector<BSDL_ROW> rows;
     std::vector<BSDL_CELL_INFO> own_cells;

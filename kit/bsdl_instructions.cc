@@ -2,6 +2,7 @@
 #include "kit/bsdl_file.hh"
 
 #include "kit/chip.hh"
+#include "kit/names.hh"
 #include "support/text.hh"
 
 #include <algorithm>
@@ -9,6 +10,7 @@
 namespace {
 
 constexpr size_t CODE_LENGTH = 32;
+constexpr long LONGEST_REGISTER = 1000000; // bits; a typing error is longer
 
 void fault(BOUNDARY_REGISTER &found, const std::string &text) {
     found.faults.push_back({"instruction", text, "", "", ""});
@@ -23,14 +25,31 @@ std::string upper_x(std::string text) {
     return text;
 }
 
-/// The register that an instruction selects; empty for one of the user's. The TAP holds a code's register
-/// only when the code and its instruction are there.
-std::string access_of(const INSTRUCTION &row) {
+/// The standard register that an instruction selects; empty for one of the user's. The TAP holds a code's
+/// register only when the code and its instruction are there.
+std::string standard_access(const INSTRUCTION &row) {
     std::string name = row.register_name != nullptr ? lower_case(row.register_name) : "bypass";
     name = name.substr(0, name.find('['));
     if (name == "boundary" || name == "bypass")
         return name == "boundary" ? "BOUNDARY" : "BYPASS";
     return (name == "idcode" || name == "usercode") && IDCODE_REG != nullptr ? "DEVICE_ID" : "";
+}
+
+/// Fills in the register and its length. One of the user's stands outside the TAP: it needs a length,
+/// "NAME[5]" in the BSC file, and something that drives the TAP's pin NAME_out. Without these `access` stays
+/// empty.
+void take_access(const BOUNDARY_REGISTER &found, const INSTRUCTION &row, BSDL_INSTRUCTION &taken) {
+    taken.access = standard_access(row);
+    if (!taken.access.empty() || row.register_name == nullptr)
+        return;
+    KIT_BIT name = kit_bit(row.register_name);
+    std::string pin = name.base + "_out";
+    WALK_END end = walk_back(found.walk, walk_pin(found.tap_obj, pin.c_str())).end;
+    if (name.index < 1 || name.index > LONGEST_REGISTER || end == WALK_NONE || end == WALK_OPEN ||
+        end == WALK_ZERO || end == WALK_ONE)
+        return;
+    taken.access = bsdl_legal_name(name.base);
+    taken.length = static_cast<int32_t>(name.index);
 }
 
 void take_opcodes(BSDL_FILE &file, BOUNDARY_REGISTER &found, const INSTRUCTION &row,
@@ -57,17 +76,18 @@ bool is_named_private(const char *name) {
 }
 
 /// What must be true of an instruction for a tester to use it; the reason why it is private, or null.
-const char *reason_for_private(const INSTRUCTION &row, const BSDL_INSTRUCTION &taken) {
+const char *reason_for_private(const BSDL_FILE &file, const INSTRUCTION &row, const BSDL_INSTRUCTION &taken) {
     if (is_named_private(row.name))
         return "";
     if (taken.access.empty())
-        return "its register is the user's own, of a length that is not known";
-    if (taken.name == "RUNBIST")
-        return "RUNBIST needs a signature that nobody gives";
+        return "its register is the user's own, without a length in the BSC file or a source at the TAP";
+    if (taken.name == "RUNBIST" && file.runbist_signature.empty())
+        return "RUNBIST needs a signature that nobody gives (--runbist)";
     if ((taken.name == "IDCODE" || taken.name == "USERCODE") && taken.access != "DEVICE_ID")
         return "there is no %IDCODE_REGISTER";
     bool is_needed = taken.name == "EXTEST" || taken.name == "SAMPLE" || taken.name == "PRELOAD" ||
-                     taken.name == "BYPASS"; // these are public whatever they do besides
+                     taken.name == "BYPASS" ||
+                     taken.name == "RUNBIST"; // these are public whatever they do besides
     if (DYNA_count(row.enable_pins) > 0 && !is_needed)
         return "it drives pins of the TAP that the standard does not know";
     return nullptr;
@@ -113,14 +133,14 @@ void take_instruction(BSDL_FILE &file, BOUNDARY_REGISTER &found, const INSTRUCTI
     taken.name = is_standard ? name : bsdl_legal_name(name);
     if (taken.name != row.name && !is_standard)
         file.names.renamed.push_back({row.name, taken.name});
-    taken.access = access_of(row);
+    take_access(found, row, taken);
     for (const BSDL_INSTRUCTION &other : file.instructions)
         if (lower_case(other.name) == lower_case(taken.name)) {
             fault(found, "instruction " + taken.name + " is there twice");
             return;
         }
     take_opcodes(file, found, row, taken);
-    const char *reason = reason_for_private(row, taken);
+    const char *reason = reason_for_private(file, row, taken);
     taken.is_private = reason != nullptr;
     if (taken.name == "HIGHZ" && !taken.is_private)
         judge_highz(file, found, taken);
@@ -180,6 +200,24 @@ void refuse_instructions(const BSDL_FILE &file, BOUNDARY_REGISTER &found) {
             if (!is_new && !(may_share && (place->second == "SAMPLE" || place->second == "PRELOAD")))
                 fault(found, "opcode " + code + " is that of " + row.name + " and of " + place->second);
         }
+}
+
+/// The signature is as long as the register that RUNBIST leaves it in.
+void refuse_runbist(const BSDL_FILE &file, BOUNDARY_REGISTER &found) {
+    const BSDL_INSTRUCTION *runbist = bsdl_instruction(file, "RUNBIST");
+    if (file.runbist_signature.empty())
+        return;
+    if (runbist == nullptr || runbist->is_private) {
+        fault(found, "--runbist: there is no public instruction RUNBIST");
+        return;
+    }
+    size_t length = runbist->access == "BOUNDARY"    ? found.cells.size()
+                    : runbist->access == "BYPASS"    ? 1
+                    : runbist->access == "DEVICE_ID" ? CODE_LENGTH
+                                                     : static_cast<size_t>(runbist->length);
+    if (length != file.runbist_signature.size())
+        fault(found, format_text("--runbist: a signature of %zu digits, and register %s has %zu",
+                                 file.runbist_signature.size(), runbist->access.c_str(), length));
 }
 
 /// Public before private, and IDCODE before any name that holds its letters: a public reader looks for those.
@@ -263,6 +301,7 @@ void bsdl_take_instructions(BSDL_FILE &file, BOUNDARY_REGISTER &found) {
     complete_bypass(file, found);
     order_instructions(file);
     refuse_instructions(file, found);
+    refuse_runbist(file, found);
     auto length = static_cast<size_t>(file.instruction_length);
     file.capture = DYNA_count(INST_CAPTURE) > 0 ? upper_x(INST_CAPTURE[0])
                                                 : std::string(length < 2 ? 0 : length - 2, '0') + "01";

@@ -3,6 +3,7 @@
 
 #include "description/lookups.hh"
 #include "kit/chip.hh"
+#include "kit/names.hh"
 #include "siblings/netlist_sdb.hh"
 #include "support/text.hh"
 
@@ -106,6 +107,39 @@ void settle_output_cells(BSDL_FILE &file, BOUNDARY_REGISTER &found) {
     }
     if (!ports.empty())
         file.warnings.push_back("The core reads these bidirectional pins past the register: " + ports + ".");
+}
+
+/// True when the library file gives the pin a part: these are looked at one by one.
+bool has_role(const BUFFER_CELL &buffer, const std::string &pin) {
+    constexpr const char *BUFFER_CELL::*ROLES[] = {
+        &BUFFER_CELL::inout,    &BUFFER_CELL::input,   &BUFFER_CELL::output,  &BUFFER_CELL::input_m,
+        &BUFFER_CELL::output_m, &BUFFER_CELL::en_l,    &BUFFER_CELL::en_h,    &BUFFER_CELL::mux_in1,
+        &BUFFER_CELL::mux_in2,  &BUFFER_CELL::mux_in3, &BUFFER_CELL::mux_out, &BUFFER_CELL::mode_1,
+        &BUFFER_CELL::mode_2,   &BUFFER_CELL::mode_3};
+    return std::any_of(std::begin(ROLES), std::end(ROLES), [&](const char *BUFFER_CELL::*role) {
+        return same_text_no_case(pin.c_str(), buffer.*role);
+    });
+}
+
+/// Other pins of the pads that the core drives (drive strength, enable of the way in): they decide in a test
+/// whether and how the pad works.
+void warn_of_pad_pins(BSDL_FILE &file, const BOUNDARY_REGISTER &found) {
+    std::map<std::string, std::vector<int32_t>> ports; // by pin
+    for (const WALK_PAD_ROW &pad : found.walk.pads) {
+        int32_t class_id = obj_tab[pad.obj].class_id;
+        for (int32_t i = 0; pad.port >= 0 && i < class_tab[class_id].pin_count; ++i) {
+            int32_t node = obj_tab[pad.obj].first_node + i;
+            std::string pin = chip_pin_name(node_tab[node].pin);
+            if (chip_pin_direction(node_tab[node].pin) == SDB_INPUT && !kit_is_power_name(pin) &&
+                !has_role(*pad.buffer, pin) && walk_back(found.walk, node).end == WALK_CORE &&
+                chip_source(node) == SOURCE_CORE)
+                ports[kit_bit(pin).base].push_back(pad.port);
+        }
+    }
+    for (const auto &[pin, of_pin] : ports)
+        file.warnings.push_back(
+            format_text("Pin %s follows the core at %zu pads, that of port %s among them.", pin.c_str(),
+                        of_pin.size(), file.word_of_port[static_cast<size_t>(of_pin[0])].c_str()));
 }
 
 std::vector<PORT_USES> uses_of_ports(const BOUNDARY_REGISTER &found) {
@@ -340,6 +374,7 @@ void bsdl_take_ports(BSDL_FILE &file, BOUNDARY_REGISTER &found) {
     release_strange_ports(file, found);
     watch_driven_pins(found);
     settle_output_cells(file, found);
+    warn_of_pad_pins(file, found);
     find_modes(file, found);
     find_pairs(file, found);
     for (size_t i = 0; i < groups.size(); ++i) {

@@ -159,14 +159,21 @@ std::string code_text(const BSDL_FILE &file) {
         text += attribute(file, "IDCODE_REGISTER", string_lines(code_parts(file.idcode), ""));
     if (!file.usercodes.empty())
         text += attribute(file, "USERCODE_REGISTER", string_lines(file.usercodes));
-    std::vector<std::string> registers;
-    for (const char *name : {"BOUNDARY", "BYPASS", "DEVICE_ID"}) {
+    std::vector<std::string> names = {"BOUNDARY", "BYPASS", "DEVICE_ID"}, registers;
+    for (const BSDL_INSTRUCTION &row : file.instructions)
+        if (std::find(names.begin(), names.end(), row.access) == names.end())
+            names.push_back(row.access);
+    for (const std::string &name : names) {
         std::vector<std::string> users;
+        int32_t length = 0;
         for (const BSDL_INSTRUCTION &row : file.instructions)
-            if (!row.is_private && row.access == name)
+            if (!row.is_private && row.access == name) {
                 users.push_back(row.name);
+                length = row.length;
+            }
         if (!users.empty())
-            registers.push_back(std::string(name) + " (" + joined(users, ", ") + ")");
+            registers.push_back(name + (length > 0 ? format_text("[%d]", length) : "") + " (" +
+                                joined(users, ", ") + ")");
     }
     return text + attribute(file, "REGISTER_ACCESS", string_lines(registers)) + "\n";
 }
@@ -185,14 +192,19 @@ std::string register_text(const BSDL_FILE &file, size_t length) {
 }
 
 std::string end_text(const BSDL_FILE &file, const BOUNDARY_REGISTER &found) {
-    std::string text;
+    std::string text, tck;
+    if (int32_t port = found.test_ports[PORT_TCK]; port >= 0)
+        tck = file.word_of_port[static_cast<size_t>(port)];
+    if (!file.basic && !file.runbist_signature.empty() && !tck.empty())
+        text +=
+            attribute(file, "RUNBIST_EXECUTION",
+                      string_lines({"WAIT_DURATION (" + tck + format_text(" %d)", file.runbist_cycles),
+                                    "OBSERVING BOUNDARY AT_PINS", "EXPECT_DATA " + file.runbist_signature})) +
+            "\n";
     const BSDL_INSTRUCTION *intest = bsdl_instruction(file, "INTEST");
-    if (!file.basic && intest != nullptr && !intest->is_private && found.test_ports[PORT_TCK] >= 0)
+    if (!file.basic && intest != nullptr && !intest->is_private && !tck.empty())
         text += attribute(file, "INTEST_EXECUTION",
-                          string_lines(
-                              {"WAIT_DURATION (" +
-                                   file.word_of_port[static_cast<size_t>(found.test_ports[PORT_TCK])] + " 1)",
-                               "OBSERVING BOUNDARY AT_PINS"})) +
+                          string_lines({"WAIT_DURATION (" + tck + " 1)", "OBSERVING BOUNDARY AT_PINS"})) +
                 "\n";
     if (!file.basic && !file.warnings.empty())
         text += attribute(file, "DESIGN_WARNING", string_lines(file.warnings, " ")) + "\n";

@@ -191,7 +191,8 @@ void refuse_tap(const BSDL_FILE &file, BOUNDARY_REGISTER &found, const TRIAL_RES
         fault("the TAP's instruction register captures " + results.capture);
     for (size_t i = 0; i < file.instructions.size(); ++i) {
         const BSDL_INSTRUCTION &row = file.instructions[i];
-        int32_t length = row.access == "BOUNDARY" ? TRIAL_BOUNDARY : row.access == "BYPASS" ? 1 : 32;
+        bool is_outside = row.access == "BOUNDARY" || row.length > 0;
+        int32_t length = is_outside ? TRIAL_BOUNDARY : row.access == "BYPASS" ? 1 : 32;
         if (!row.is_private && results.lengths[i] != length)
             fault("instruction " + row.name + " does not select register " + row.access);
     }

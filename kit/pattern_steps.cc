@@ -274,7 +274,7 @@ std::string captured_code(const STEP_MAKER &maker, const BSDL_INSTRUCTION &row) 
     if (row.access == "BOUNDARY")
         return std::string(maker.cells(), '-');
     if (row.access != "DEVICE_ID")
-        return "";
+        return std::string(static_cast<size_t>(row.length), '-');
     if (row.name == "IDCODE")
         return code_bits(maker.table.idcode);
     return maker.table.usercodes.size() == 1 ? code_bits(maker.table.usercodes[0]) : std::string(32, '-');

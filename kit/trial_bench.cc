@@ -90,12 +90,14 @@ std::string tap_text(const BOUNDARY_REGISTER &found) {
             pins.emplace(bit.base, std::pair{bit.index, chip_pin_direction(pin) == SDB_OUTPUT}).first->second;
         row.first = std::max(row.first, bit.index);
     }
-    const std::map<std::string, std::string> drivers = {
-        {tap_pin_name(*found.tap, &TAP_CELL::tdi), "tdi"},
-        {tap_pin_name(*found.tap, &TAP_CELL::tms), "tms"},
-        {tap_pin_name(*found.tap, &TAP_CELL::tck), "tck"},
-        {tap_pin_name(*found.tap, &TAP_CELL::trst), "1'b1"},
-        {tap_pin_name(*found.tap, &TAP_CELL::last_bcell), "~tdi"}};
+    std::map<std::string, std::string> drivers = {{tap_pin_name(*found.tap, &TAP_CELL::tdi), "tdi"},
+                                                  {tap_pin_name(*found.tap, &TAP_CELL::tms), "tms"},
+                                                  {tap_pin_name(*found.tap, &TAP_CELL::tck), "tck"},
+                                                  {tap_pin_name(*found.tap, &TAP_CELL::trst), "1'b1"},
+                                                  {tap_pin_name(*found.tap, &TAP_CELL::last_bcell), "~tdi"}};
+    for (const INSTRUCTION &row : rows(INSTRUCTIONS)) // the way back of the user's registers
+        if (row.register_name != nullptr)
+            drivers.emplace(kit_bit(row.register_name).base + "_out", "~tdi");
     std::string wires, list;
     for (const auto &[name, row] : pins) {
         auto driver = drivers.find(name);

@@ -2,7 +2,7 @@
 """What `rimkit bsdl` writes for whole chips: read strictly, analysed by GHDL, held against the netlist; and chips with one
 wrong wire, of which it has to write nothing.
 
-    bsdl_chips.py --chip uart|drafts|ring|names|cells:SET|kinds:VARIANT|real:NAME|faults --bin build/bin --work DIR [--chips DIR]
+    bsdl_chips.py --chip uart|drafts|ring|names|registers|cells:SET|kinds:VARIANT|real:NAME|faults --bin build/bin --work DIR [--chips DIR]
 """
 
 import argparse
@@ -208,6 +208,33 @@ def test_names(bench, given):
     expect([row[3:] for row in rows_of(bsdl, "q_2")], [("1", "PULL1")])
     for words in ("q is q_2", "Opcode 10X0 of instruction BYPASS", "HIGHZ leaves"):
         expect(words in output, True)
+
+
+def test_registers(bench, given):
+    """A register of the user's own outside the TAP, RUNBIST with its signature, and an IDCODE that comes from outside."""
+    for path in [*EXAMPLE.glob("chip.*"), EXAMPLE / "cells.v"]:
+        shutil.copy(path, bench.work)
+    bsc = (bench.work / "chip.bsc").read_text()
+    rows = "%INSTRUCTION  MYREG = (0110)  ACCESS  MYDR[3];\n%INSTRUCTION  RUNBIST = (0111)  ACCESS  MYDR[3];\n"
+    (bench.work / "chip.bsc").write_text(bsc.replace("%INSTRUCTION  BYPASS", rows + "%INSTRUCTION  BYPASS"))
+    bench.insert("chip", ["cells.v"], ["chip.v"], "-external_idcode")
+    bsdl, _ = bench.judge("chip", "--cells", "cells.v")
+    expect(bsdl.private, {"MYREG", "RUNBIST"})     # nobody drives the register's way back
+    register = "".join(f"  DFFR my_{i} (.D(my[{i}]), .CK(u_tap_CLOCK_DR), .RN(1'b1), .Q(my[{i + 1}]));\n" for i in range(3))
+    text = (bench.work / "chip_jtag_flat.v").read_text().replace("  jtag_tap u_tap (", "  wire [3:0] my;\n" + register + "  jtag_tap u_tap (")
+    text = text.replace(".MYDR_in()", ".MYDR_in(my[0])").replace(".MYDR_out()", ".MYDR_out(my[3])")
+    (bench.work / "chip_jtag.v").write_text(text)
+    bench.run("kalmverin", "chip_jtag.v", "-top", "chip_jtag")
+    bench.run("rimkit", "bsdl", "--runbist", "100,0110", "chip", status=1)
+    bench.run("rimkit", "bsdl", "--runbist", "100", "chip", status=2)
+    bench.run("rimkit", "bsdl", "--runbist", "100,011", "--cells", "cells.v", "chip")
+    bsdl = bsdl_reader.read(bench.work / "chip.bsd")
+    expect("MYDR[3] (MYREG, RUNBIST)" in bsdl.attributes["REGISTER_ACCESS"], True)
+    expect(bsdl.attributes["RUNBIST_EXECUTION"], "WAIT_DURATION (tck 100),OBSERVING BOUNDARY AT_PINS,EXPECT_DATA 011")
+    expect(bsdl.attributes["IDCODE_REGISTER"], bsc.split("%IDCODE_REGISTER")[1].split(";")[0].replace(" ", ""))
+    expect("BENCH PASS" in bench.run("rimkit", "patterns", "--cells", "cells.v", "chip"), True)
+    (bench.work / "chip.bsc").write_text((bench.work / "chip.bsc").read_text().replace("MYDR[3]", "MYDR[4]"))
+    expect("BENCH FAIL" in bench.run("rimkit", "patterns", "--cells", "cells.v", "chip", status=1), True)
 
 
 def set_pin(text, instance, pin, net):
