@@ -40,6 +40,15 @@ std::string wiring_key(const REGISTER_CELL &cell) {
     return key;
 }
 
+/// True for a cell inside a bidirectional pad: what it sees hangs on an enable that it may hold itself.
+bool goes_both_ways(const BOUNDARY_REGISTER &found, const REGISTER_CELL &cell) {
+    int32_t pad = found.walk.pad_of_obj[static_cast<size_t>(cell.obj)];
+    if (pad < 0)
+        return false;
+    const WALK_PAD_ROW &row = found.walk.pads[static_cast<size_t>(pad)];
+    return row.core_in != nullptr && row.core_out != nullptr;
+}
+
 std::vector<TRIAL_KIND> find_kinds(const BOUNDARY_REGISTER &found, const std::set<std::string> &modules,
                                    CELL_TYPES &types) {
     std::map<int32_t, int32_t> number_of_obj;
@@ -54,8 +63,7 @@ std::vector<TRIAL_KIND> find_kinds(const BOUNDARY_REGISTER &found, const std::se
     types.kind_of_cell.assign(found.cells.size(), "");
     for (size_t i = 0; i < found.cells.size(); ++i) {
         const REGISTER_CELL &cell = found.cells[i];
-        bool is_pad = found.walk.pad_of_obj[static_cast<size_t>(cell.obj)] >= 0;
-        if (is_pad || !modules.contains(cell.class_name))
+        if (goes_both_ways(found, cell) || !modules.contains(cell.class_name))
             continue;
         TRIAL_KIND kind{static_cast<int32_t>(i), oe_driver(found, cell, number_of_obj), disable[i]};
         std::string key = wiring_key(cell);
@@ -162,7 +170,9 @@ void take_results(BOUNDARY_REGISTER &found, const std::vector<TRIAL_KIND> &kinds
         char reset = results.reset[0][i];
         if (reset == results.reset[1][i] && (reset == '0' || reset == '1'))
             measured.reset_value = reset == '1' ? 1 : 0;
-        if (cell.data_out != nullptr)
+        bool is_pad =
+            found.walk.pad_of_obj[static_cast<size_t>(found.cells[static_cast<size_t>(kind.cell)].obj)] >= 0;
+        if (cell.data_out != nullptr || is_pad)
             fault_of_kind[key] = output_fault(kind, i, results);
     }
     std::vector<bool> drives = drivers(found);
