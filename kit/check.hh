@@ -51,6 +51,7 @@ struct PLAYED_FAULT {
 struct CHECK_PLAY {
     bool was_tried = false;
     std::string why;         ///< why there is nothing
+    std::string why_no_core; ///< why the test logic alone was played; empty when the whole chip was
     BSDL_FILE instructions;  ///< of the instruction table
     std::set<int32_t> rules; ///< that a step was played for
     std::vector<PLAYED_FAULT> faults;

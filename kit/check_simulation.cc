@@ -7,6 +7,7 @@
 #include "kit/engines.hh"
 #include "kit/patterns.hh"
 #include "kit/progress.hh"
+#include "kit/test_logic.hh"
 #include "siblings/netlist_sdb.hh"
 #include "siblings/tool.hh"
 #include "support/text.hh"
@@ -21,7 +22,8 @@ namespace {
 constexpr size_t WALKED_CELLS = 300; // a longer register gets counting patterns alone
 constexpr int32_t TOLD_FAULTS = 1000000;
 constexpr size_t PLACES_OF_RULE = 5; // findings that are told one by one
-constexpr int32_t RULE_OF_TDO = 11;
+constexpr int32_t RULE_OF_TDO = 11, RULE_OF_FLUSH = 12, RULE_OF_SAMPLE = 21, RULE_OF_INTEST = 25;
+constexpr int32_t MOST_CELLS = 50000; // of a chip that is simulated with its core
 
 /// What is needed of the instruction table, and the rule that speaks of it.
 struct INSTRUCTION_WORDS {
@@ -75,24 +77,47 @@ std::vector<std::string> cells_without_model(const CHECK_CHIP &chip, const std::
     return names;
 }
 
-/// Compiles and plays the bench; `said` gets its lines.
-std::string play_bench(const CHECK_CHIP &chip, const PATTERN_LIST &list, std::string &said) {
-    std::vector<std::string> files = {written_file(chip, "_jtag.v"), written_file(chip, "_TAP.v")};
-    for (const std::string &file : files)
-        if (!TOOL_exists(file))
-            return "there is no " + file;
-    std::vector<std::string> all = files;
-    all.insert(all.end(), chip.models.begin(), chip.models.end());
-    if (std::vector<std::string> missing = cells_without_model(chip, modules_of(all)); !missing.empty())
+/// The Verilog that is simulated: the whole chip where all cells have a model, else the test logic alone.
+/// Empty, or why there is none.
+std::string find_sources(CHECK_CHIP &chip, std::vector<std::string> &files) {
+    std::string netlist = written_file(chip, "_jtag.v"), tap = written_file(chip, "_TAP.v");
+    if (!TOOL_exists(tap))
+        return "there is no " + tap;
+    files = chip.models;
+    files.push_back(tap);
+    if (std::vector<std::string> missing = test_logic_lacks(chip.found, modules_of(files)); !missing.empty())
         return "there is no Verilog model (--cells) of " + few_of(missing);
+    if (obj_count > MOST_CELLS)
+        chip.play.why_no_core = format_text("the core is not simulated: the chip has %d cells", obj_count);
+    else if (!TOOL_exists(netlist))
+        chip.play.why_no_core = "the core is not simulated: there is no " + netlist;
+    else {
+        files.push_back(netlist);
+        std::vector<std::string> missing = cells_without_model(chip, modules_of(files));
+        if (!missing.empty()) {
+            files.pop_back();
+            chip.play.why_no_core =
+                "the core is not simulated: there is no Verilog model (--cells) of " + few_of(missing);
+        }
+    }
+    return "";
+}
+
+/// Compiles and plays the bench; `said` gets its lines.
+std::string play_bench(const CHECK_CHIP &chip, const PATTERN_LIST &list, std::vector<std::string> files,
+                       std::string &said) {
     SCRATCH_FOLDER folder;
     if (folder.path.empty())
         return "there is no folder for a simulation";
     std::string bench = folder.path + "/bench.v", program = folder.path + "/bench.vvp",
                 log = folder.path + "/log";
     TOOL_write_file(bench, pattern_bench(list));
+    if (!chip.play.why_no_core.empty()) {
+        files.push_back(folder.path + "/test_logic.v");
+        TOOL_write_file(files.back(), test_logic_text(chip.found, list.design));
+    }
     std::vector<std::string> words = {"iverilog", "-g2005", "-s", "bench", "-o", program, bench};
-    words.insert(words.end(), all.begin(), all.end());
+    words.insert(words.end(), files.begin(), files.end());
     KIT_PROGRESS progress("simulating the chip");
     if (std::string fault = run_engine(words, log); !fault.empty())
         return fault;
@@ -101,6 +126,11 @@ std::string play_bench(const CHECK_CHIP &chip, const PATTERN_LIST &list, std::st
     said = TOOL_read_file(log);
     return said.find("\nBENCH ") == said.npos && !said.starts_with("BENCH ") ? "the simulation broke off"
                                                                              : "";
+}
+
+/// True when scans of a rule's steps, whose bits are checked one by one, are of the boundary register.
+bool reads_boundary(int32_t rule) {
+    return rule == 19 || rule == RULE_OF_SAMPLE || rule == RULE_OF_INTEST;
 }
 
 /// "FAULT: step 12, EXTEST, pads off: pin y reads ...", with the reason as the step has it.
@@ -117,7 +147,8 @@ void take_line(CHECK_CHIP &chip, const PATTERN_LIST &list, const std::string &li
                        -1, -1};
     if (fault.text.starts_with("TDO "))
         fault.rule = RULE_OF_TDO;
-    if (unsigned cell = 0; std::sscanf(fault.text.c_str(), "cell %u ", &cell) == 1)
+    if (unsigned cell = 0;
+        reads_boundary(fault.rule) && std::sscanf(fault.text.c_str(), "cell %u ", &cell) == 1)
         fault.cell = cell < list.cells.size() ? static_cast<int32_t>(cell) : -1;
     for (size_t i = 0; fault.text.starts_with("pin ") && i < list.pins.size(); ++i)
         if (fault.text.compare(4, list.pins[i].name.size() + 1, list.pins[i].name + " ") == 0)
@@ -137,6 +168,13 @@ void add_instruction_faults(CHECK_CHIP &chip, const std::vector<REGISTER_FAULT> 
             }
 }
 
+/// Takes away what the core would have to answer.
+void leave_core_out(PATTERN_LIST &list) {
+    std::erase_if(list.steps, [](const PATTERN_STEP &step) {
+        return (step.rule == RULE_OF_SAMPLE || step.rule == RULE_OF_INTEST) && step.kind != STEP_IR;
+    });
+}
+
 /// Plays the steps once; chip.play tells what came of it.
 void play(CHECK_CHIP &chip) {
     chip.play.was_tried = true;
@@ -149,9 +187,12 @@ void play(CHECK_CHIP &chip) {
     add_instruction_faults(
         chip, {chip.found.faults.begin() + static_cast<ptrdiff_t>(known), chip.found.faults.end()});
     chip.found.faults.resize(known);
+    std::vector<std::string> files;
     chip.play.why = chip_obstacle(chip, table);
     if (chip.play.why.empty())
         chip.play.why = engine_obstacle("iverilog", "iverilog");
+    if (chip.play.why.empty())
+        chip.play.why = find_sources(chip, files);
     if (!chip.play.why.empty())
         return;
     PATTERN_LIST list;
@@ -159,8 +200,10 @@ void play(CHECK_CHIP &chip) {
     list.told_faults = TOLD_FAULTS;
     list.walk_limit = chip.found.cells.size() > WALKED_CELLS ? 0 : list.walk_limit;
     make_patterns(list, chip.found, table);
+    if (!chip.play.why_no_core.empty())
+        leave_core_out(list);
     std::string said;
-    chip.play.why = play_bench(chip, list, said);
+    chip.play.why = play_bench(chip, list, files, said);
     if (!chip.play.why.empty())
         return;
     chip.play.rules.insert(RULE_OF_TDO);
@@ -171,8 +214,16 @@ void play(CHECK_CHIP &chip) {
         take_line(chip, list, line);
 }
 
+bool has_fault_of(const CHECK_CHIP &chip, int32_t rule) {
+    return std::any_of(chip.play.faults.begin(), chip.play.faults.end(),
+                       [rule](const PLAYED_FAULT &fault) { return fault.rule == rule; });
+}
+
 /// Why the steps say nothing of a rule.
 std::string reason_without_steps(const CHECK_CHIP &chip, const CHECK_RULE &rule) {
+    if (rule.number == RULE_OF_INTEST && !chip.play.why_no_core.empty() &&
+        bsdl_instruction(chip.play.instructions, "INTEST") != nullptr)
+        return chip.play.why_no_core;
     for (const INSTRUCTION_WORDS &row : INSTRUCTION_OF_RULE)
         if (row.rule == rule.number)
             return bsdl_instruction(chip.play.instructions, row.words) == nullptr
@@ -188,6 +239,8 @@ std::string check_by_simulation(CHECK_CHIP &chip, const CHECK_RULE &rule) {
         play(chip);
     if (!chip.play.why.empty())
         return chip.play.why;
+    if (rule.number > RULE_OF_FLUSH && has_fault_of(chip, RULE_OF_FLUSH))
+        return "the register does not pass what is shifted in (rule 12)";
     // One finding for a pin or cell, told as its first step shows it.
     std::map<std::pair<int32_t, int32_t>, size_t> first;
     std::vector<std::pair<const PLAYED_FAULT *, size_t>> places;
