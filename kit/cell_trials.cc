@@ -39,7 +39,7 @@ std::string wiring_key(const REGISTER_CELL &cell) {
     return key;
 }
 
-std::vector<TRIAL_KIND> find_kinds(const BOUNDARY_REGISTER &found, const std::set<std::string> &modules,
+std::vector<TRIAL_KIND> find_kinds(const BOUNDARY_REGISTER &found, const VERILOG_MODULES &modules,
                                    CELL_TYPES &types) {
     std::map<int32_t, int32_t> number_of_obj;
     for (size_t i = 0; i < found.cells.size(); ++i)

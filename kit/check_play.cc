@@ -32,8 +32,15 @@ std::string chip_obstacle(const CHECK_CHIP &chip, const BSDL_FILE &table) {
     return chip.found.rows.empty() ? "the chain is broken (rule 13)" : "";
 }
 
-/// Leaf cells of the chip that no file has a model of.
-std::vector<std::string> cells_without_model(const CHECK_CHIP &chip, const std::set<std::string> &modules) {
+bool drives(int32_t class_id) {
+    for (int32_t i = 0; i < class_tab[class_id].pin_count; ++i)
+        if (chip_pin_direction(class_tab[class_id].first_pin + i) == SDB_OUTPUT)
+            return true;
+    return false;
+}
+
+/// Leaf cells of the chip that no file has a model of. What has no output needs to be there alone.
+std::vector<std::string> cells_without_model(const CHECK_CHIP &chip, const VERILOG_MODULES &modules) {
     std::vector<bool> used(static_cast<size_t>(class_count));
     for (int32_t obj = 0; obj < obj_count; ++obj)
         if (obj_tab[obj].class_id >= 0 && obj != chip.found.tap_obj)
@@ -41,8 +48,11 @@ std::vector<std::string> cells_without_model(const CHECK_CHIP &chip, const std::
     std::vector<std::string> names;
     for (size_t i = 0; i < used.size(); ++i)
         if (std::string name = chip_class_name(static_cast<int32_t>(i));
-            used[i] && !modules.contains(name) && name != NL_SOURCE_CLASS_0 && name != NL_SOURCE_CLASS_1)
-            names.push_back(name);
+            used[i] && name != NL_SOURCE_CLASS_0 && name != NL_SOURCE_CLASS_1) {
+            auto module = modules.find(name);
+            if (module == modules.end() || (!module->second && drives(static_cast<int32_t>(i))))
+                names.push_back(name);
+        }
     return names;
 }
 

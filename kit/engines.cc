@@ -2,13 +2,15 @@
 
 #include "kit/files.hh"
 #include "siblings/tool.hh"
+#include "siblings/verilog_scan.hh"
 #include "support/shell.hh"
 #include "support/text.hh"
 
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
-#include <sstream>
+#include <set>
+#include <string_view>
 #include <sys/wait.h>
 
 namespace {
@@ -47,13 +49,36 @@ SCRATCH_FOLDER::~SCRATCH_FOLDER() {
         std::filesystem::remove_all(path, ignored);
 }
 
-std::set<std::string> modules_of(const std::vector<std::string> &files) {
-    std::set<std::string> modules;
+VERILOG_MODULES modules_of(const std::vector<std::string> &files) {
+    static const std::set<std::string_view> DECLARES = {
+        "input",   "output",    "inout",      "tri", "tri0",      "tri1",    "supply0",
+        "supply1", "parameter", "localparam", "reg", "specparam", "integer", "real"};
+    VERILOG_MODULES modules;
     for (const std::string &file : files) {
-        std::istringstream text(TOOL_read_file(file));
-        for (std::string word; text >> word;)
-            if (word == "module" && text >> word)
-                modules.insert(word.substr(word[0] == '\\' ? 1 : 0, word.find_first_of("(;#")));
+        NL_NAMES names;
+        VSCAN scan{names};
+        VSCAN_open(scan, file);
+        bool *behaves = nullptr; // of the module that is read
+        std::string_view first;  // word of the statement
+        bool assigns = false;
+        for (VSCAN_next(scan); scan.token.kind != TOKEN_END; VSCAN_next(scan)) {
+            std::string_view word = scan.token.text;
+            if (word == "endmodule") {
+                behaves = nullptr;
+                first = {};
+            } else if (scan.token.symbol == ';') {
+                bool only_declares = DECLARES.contains(first) || (first == "wire" && !assigns);
+                if (behaves != nullptr && first != "module" && !only_declares)
+                    *behaves = true;
+                first = {};
+            } else if (first.empty()) {
+                first = word;
+                assigns = false;
+            } else if (first == "module" && behaves == nullptr) {
+                behaves = &modules[std::string(word)];
+            }
+            assigns = assigns || scan.token.symbol == '=';
+        }
     }
     return modules;
 }
@@ -66,9 +91,9 @@ std::vector<std::string> cell_models(const KIT_CALL &call, const std::string &de
     std::string drafted = design + "_cells.v";
     if (!TOOL_exists(drafted) || std::find(files.begin(), files.end(), drafted) != files.end())
         return files;
-    std::set<std::string> given = modules_of(files), more = modules_of({drafted});
+    VERILOG_MODULES given = modules_of(files), more = modules_of({drafted});
     if (std::none_of(more.begin(), more.end(),
-                     [&given](const std::string &module) { return given.contains(module); }))
+                     [&given](const auto &module) { return given.contains(module.first); }))
         files.push_back(drafted);
     return files;
 }

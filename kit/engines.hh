@@ -4,7 +4,7 @@
 
 #include "kit/command.hh"
 
-#include <set>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -24,8 +24,10 @@ struct SCRATCH_FOLDER {
     SCRATCH_FOLDER &operator=(const SCRATCH_FOLDER &) = delete;
 };
 
-/// The modules that Verilog files define.
-std::set<std::string> modules_of(const std::vector<std::string> &files);
+/// The modules that Verilog files define; true for those with a statement that does something. A library
+/// often has the ports alone.
+using VERILOG_MODULES = std::map<std::string, bool>;
+VERILOG_MODULES modules_of(const std::vector<std::string> &files);
 
 /// The Verilog models of the cells: the files that --cells gives, and DESIGN_cells.v, which `rimkit start`
 /// leaves, unless they define a module of it, too. A missing file ends the program.

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <map>
+#include <set>
 #include <unordered_map>
 
 namespace {
@@ -163,14 +164,16 @@ std::string test_logic_text(const BOUNDARY_REGISTER &found, const std::string &d
            text.body + "endmodule\n";
 }
 
-std::vector<std::string> test_logic_lacks(const BOUNDARY_REGISTER &found,
-                                          const std::set<std::string> &modules) {
+std::vector<std::string> test_logic_lacks(const BOUNDARY_REGISTER &found, const VERILOG_MODULES &modules) {
     std::set<std::string> names;
     for (const REGISTER_CELL &cell : found.cells)
         names.insert(cell.class_name);
     for (const WALK_PAD_ROW &pad : found.walk.pads)
         if (is_instance(*pad.buffer))
             names.insert(chip_class_name(obj_tab[pad.obj].class_id));
-    std::erase_if(names, [&modules](const std::string &name) { return modules.contains(name); });
+    std::erase_if(names, [&modules](const std::string &name) {
+        auto module = modules.find(name);
+        return module != modules.end() && module->second;
+    });
     return {names.begin(), names.end()};
 }

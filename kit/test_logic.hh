@@ -4,8 +4,8 @@
 #pragma once
 
 #include "kit/boundary_register.hh"
+#include "kit/engines.hh"
 
-#include <set>
 #include <string>
 #include <vector>
 
@@ -14,6 +14,5 @@
 /// cells.
 std::string test_logic_text(const BOUNDARY_REGISTER &found, const std::string &design);
 
-/// The classes that it instantiates beside the TAP, without those of `modules`.
-std::vector<std::string> test_logic_lacks(const BOUNDARY_REGISTER &found,
-                                          const std::set<std::string> &modules);
+/// The classes that it instantiates beside the TAP, without those that do something in `modules`.
+std::vector<std::string> test_logic_lacks(const BOUNDARY_REGISTER &found, const VERILOG_MODULES &modules);
