@@ -55,6 +55,7 @@ struct CHECK_PLAY {
     std::string why_no_core; ///< why the test logic alone was played; empty when the whole chip was
     BSDL_FILE instructions;  ///< of the instruction table
     std::set<int32_t> rules; ///< that a step was played for
+    bool is_cut = false;     ///< there are more faults than `faults`
     std::string held;        ///< compliance pins and their values
     std::vector<PLAYED_FAULT> faults;
 };
@@ -125,10 +126,13 @@ CHECK_RESULT check_chip(const std::string &design, const std::string &opath,
 
 /// A file that the run writes into its folder for output: DESIGN and the ending.
 std::string written_file(const CHECK_CHIP &chip, const char *ending);
+/// What the last run wrote in its language, DESIGN and the ending without ".v" or ".vhd": the younger file of
+/// two, as an earlier run may have left the other; the Verilog name when there is neither.
+std::string written_text(const CHECK_CHIP &chip, const std::string &ending);
+/// Why an engine can't read the file: it is VHDL, or there is none. Empty when it can.
+std::string verilog_obstacle(const std::string &file);
 /// One sentence on an end of a walk: "the core (instance u1)", "a constant 0", ...
 std::string end_text(const CHECK_CHIP &chip, const WALK_POINT &point);
-/// A few of the names, and how many there are.
-std::string few_of(const std::vector<std::string> &names);
 /// True when the object has an output: what has none (an antenna diode) can't do anything with a signal.
 bool has_output(int32_t obj);
 /// True when the object has an input: what has none is a tie cell or a power-on reset.

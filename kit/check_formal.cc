@@ -181,8 +181,9 @@ bool check_by_proof(CHECK_CHIP &chip, const CHECK_RULE &rule, std::string &why) 
                      [&rule](const PROOF_OF_RULE &known) { return known.rule == rule.number; });
     if (row == std::end(PROOFS))
         return false;
-    why = TOOL_exists(written_file(chip, "_TAP.v")) ? engine_obstacle("yosys", "yosys")
-                                                    : "there is no " + written_file(chip, "_TAP.v");
+    why = verilog_obstacle(written_text(chip, "_TAP"));
+    if (why.empty())
+        why = engine_obstacle("yosys", "yosys");
     PROOF proof;
     if (why.empty()) {
         proof = row->make(chip);

@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <sstream>
+#include <unordered_map>
 
 namespace {
 
@@ -59,17 +60,17 @@ std::vector<std::string> cells_without_model(const CHECK_CHIP &chip, const VERIL
 /// The Verilog that is simulated: the whole chip where all cells have a model, else the test logic alone.
 /// Empty, or why there is none.
 std::string find_sources(CHECK_CHIP &chip, std::vector<std::string> &files) {
-    std::string netlist = written_file(chip, "_jtag.v"), tap = written_file(chip, "_TAP.v");
-    if (!TOOL_exists(tap))
-        return "there is no " + tap;
+    std::string netlist = written_text(chip, "_jtag"), tap = written_text(chip, "_TAP");
+    if (std::string why = verilog_obstacle(tap); !why.empty())
+        return why;
     files = chip.models;
     files.push_back(tap);
     if (std::vector<std::string> missing = test_logic_lacks(chip.found, modules_of(files)); !missing.empty())
         return "there is no Verilog model (--cells) of " + few_of(missing);
     if (obj_count > MOST_CELLS)
         chip.play.why_no_core = format_text("the core is not simulated: the chip has %d cells", obj_count);
-    else if (!TOOL_exists(netlist))
-        chip.play.why_no_core = "the core is not simulated: there is no " + netlist;
+    else if (std::string why = verilog_obstacle(netlist); !why.empty())
+        chip.play.why_no_core = "the core is not simulated: " + why;
     else {
         files.push_back(netlist);
         std::vector<std::string> missing = cells_without_model(chip, modules_of(files));
@@ -128,7 +129,7 @@ bool is_pulled_up(const CHECK_CHIP &chip, const PATTERN_LIST &list, int32_t port
 /// An input that reads 0 when it is open is wrong; one that reads nothing may have a pull-up that no model
 /// has.
 bool judge_open_input(const CHECK_CHIP &chip, const PATTERN_LIST &list, PLAYED_FAULT &fault) {
-    bool reads_0 = fault.text.find(" reads 0") != fault.text.npos;
+    bool reads_0 = fault.text.find(" reads 0") != fault.text.npos || fault.port < 0;
     if (!reads_0 && is_pulled_up(chip, list, fault.port))
         return false;
     fault.severity = reads_0 ? FINDING_ERROR : FINDING_WARNING;
@@ -138,8 +139,11 @@ bool judge_open_input(const CHECK_CHIP &chip, const PATTERN_LIST &list, PLAYED_F
     return true;
 }
 
+using PIN_NUMBERS = std::unordered_map<std::string, int32_t>; // by name
+
 /// The cell or pin that a message is about, and the rule of those that any step may break.
-void find_place(const PATTERN_LIST &list, const PATTERN_STEP &step, PLAYED_FAULT &fault) {
+void find_place(const PATTERN_LIST &list, const PATTERN_STEP &step, const PIN_NUMBERS &pins,
+                PLAYED_FAULT &fault) {
     bool is_boundary = step.rule == RULE_EXTEST || step.rule == RULE_SAMPLE || step.rule == RULE_INTEST;
     unsigned cell = 0;
     if (std::sscanf(fault.text.c_str(), "cell %u ", &cell) == 1 && cell < list.cells.size()) {
@@ -150,9 +154,9 @@ void find_place(const PATTERN_LIST &list, const PATTERN_STEP &step, PLAYED_FAULT
             fault.text = format_text("bit %u", cell) + fault.text.substr(list.cells[cell].name.size());
         }
     }
-    for (size_t i = 0; fault.text.starts_with("pin ") && i < list.pins.size(); ++i)
-        if (fault.text.compare(4, list.pins[i].name.size() + 1, list.pins[i].name + " ") == 0)
-            fault.port = static_cast<int32_t>(i);
+    if (fault.text.starts_with("pin "))
+        if (auto pin = pins.find(fault.text.substr(4, fault.text.find(' ', 4) - 4)); pin != pins.end())
+            fault.port = pin->second;
     if ((fault.text.starts_with("TDO ") && step.kind != STEP_WALK) ||
         (fault.port >= 0 && fault.port == list.test_ports[PORT_TDO]))
         fault.rule = RULE_TDO;
@@ -162,7 +166,7 @@ void find_place(const PATTERN_LIST &list, const PATTERN_STEP &step, PLAYED_FAULT
 
 /// "FAULT: step 12, EXTEST, pads off: pin y reads ...", with the reason as the step has it; NOTE for what a
 /// chip need not keep.
-void take_line(CHECK_CHIP &chip, const PATTERN_LIST &list, const std::string &line) {
+void take_line(CHECK_CHIP &chip, const PATTERN_LIST &list, const PIN_NUMBERS &pins, const std::string &line) {
     constexpr std::string_view STEP = ": step ";
     size_t at = line.find(STEP);
     if (at == line.npos || (!line.starts_with("FAULT") && !line.starts_with("NOTE")))
@@ -176,7 +180,7 @@ void take_line(CHECK_CHIP &chip, const PATTERN_LIST &list, const std::string &li
     PLAYED_FAULT fault{step.rule, check_rule(step.rule).severity, step.reason, line.substr(at), -1, -1};
     if (step.rule == RULE_UNSELECTED && chip.is_strict)
         fault.severity = FINDING_ERROR;
-    find_place(list, step, fault);
+    find_place(list, step, pins, fault);
     if (step.rule != RULE_OPEN_INPUTS || judge_open_input(chip, list, fault))
         chip.play.faults.push_back(fault);
 }
@@ -213,10 +217,14 @@ void play_chip(CHECK_CHIP &chip) {
     chip.play.rules.insert(RULE_TDO);
     for (const PATTERN_STEP &step : list.steps)
         chip.play.rules.insert(step.rule);
-    for (const PATTERN_PIN &pin : list.pins)
+    PIN_NUMBERS pins;
+    for (const PATTERN_PIN &pin : list.pins) {
+        pins.emplace(pin.name, static_cast<int32_t>(pins.size()));
         if (pin.held != '-')
             chip.play.held += (chip.play.held.empty() ? "" : ", ") + pin.name + " at " + pin.held;
+    }
+    chip.play.is_cut = said.find("more faults are not told") != said.npos;
     std::istringstream lines(said);
     for (std::string line; std::getline(lines, line);)
-        take_line(chip, list, line);
+        take_line(chip, list, pins, line);
 }
