@@ -130,10 +130,9 @@ void add_pad(LOGIC_TEXT &text, const WALK_PAD_ROW &pad) {
                          (on.empty() ? "" : " : 1'bz") + ";\n";
     if (!core.empty() && !pin.empty())
         text.body += "    buf (" + core + ", " + pin + ");\n";
-    if (buffer.pull_1 != 0 || buffer.weak_1 != 0)
-        text.body += "    pullup (" + pin + ");\n";
-    else if (buffer.pull_0 != 0 || buffer.weak_0 != 0)
-        text.body += "    pulldown (" + pin + ");\n";
+    bool up = buffer.pull_1 != 0 || buffer.weak_1 != 0, down = buffer.pull_0 != 0 || buffer.weak_0 != 0;
+    if (up != down && !pin.empty())
+        text.body += std::string(up ? "    pullup (" : "    pulldown (") + pin + ");\n";
 }
 
 } // namespace
@@ -161,7 +160,7 @@ std::string test_logic_text(const BOUNDARY_REGISTER &found, const std::string &d
     for (int32_t net : text.wires)
         wires += format_text("    wire n%d;\n", net);
     return "`timescale 1ns / 1ps\nmodule " + VLOG_identifier(design + "_jtag") + " (" + ports + ");\n" +
-           text.body + "endmodule\n";
+           wires + text.body + "endmodule\n";
 }
 
 std::vector<std::string> test_logic_lacks(const BOUNDARY_REGISTER &found, const VERILOG_MODULES &modules) {
