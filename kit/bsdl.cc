@@ -2,6 +2,7 @@
 #include "description/reader.hh"
 #include "kit/bsdl_file.hh"
 #include "kit/cell_trials.hh"
+#include "kit/engines.hh"
 #include "kit/files.hh"
 #include "kit/finished_run.hh"
 #include "kit/json.hh"
@@ -84,17 +85,6 @@ std::vector<std::string> write_files(const BSDL_FILE &file, const BOUNDARY_REGIS
     }
     TOOL_write_file(path, bsdl_text(file, found));
     return written;
-}
-
-/// The Verilog of the boundary cells: as given, else as `start` leaves it.
-std::vector<std::string> cell_models(const KIT_CALL &call, const std::string &design) {
-    std::vector<std::string> models = kit_values(call, "cells");
-    for (const std::string &model : models)
-        if (!TOOL_exists(model))
-            TOOL_fail("", 0, "there is no file '%s' of boundary cells.", model.c_str());
-    if (models.empty() && TOOL_exists(design + "_cells.v"))
-        models.push_back(design + "_cells.v");
-    return models;
 }
 
 int run_bsdl(const KIT_CALL &call) {

@@ -1,13 +1,12 @@
 #include "kit/cell_trials.hh"
+#include "kit/engines.hh"
 #include "kit/trial_bench.hh"
 
 #include "siblings/tool.hh"
-#include "support/shell.hh"
 #include "support/text.hh"
 
 #include <map>
 #include <set>
-#include <sstream>
 
 namespace {
 
@@ -67,18 +66,6 @@ std::vector<TRIAL_KIND> find_kinds(const BOUNDARY_REGISTER &found, const std::se
             kinds.push_back(kind);
     }
     return kinds;
-}
-
-/// The modules that the files define.
-std::set<std::string> modules_of(const std::vector<std::string> &files) {
-    std::set<std::string> modules;
-    for (const std::string &file : files) {
-        std::istringstream text(TOOL_read_file(file));
-        for (std::string word; text >> word;)
-            if (word == "module" && text >> word)
-                modules.insert(word.substr(word[0] == '\\' ? 1 : 0, word.find_first_of("(;#")));
-    }
-    return modules;
 }
 
 // ---- what it means ------------------------------------------------------------------------------------
@@ -206,10 +193,10 @@ CELL_TYPES try_cells(const BSDL_FILE &file, BOUNDARY_REGISTER &found, const std:
         types.why_not = "there are no Verilog models of the boundary cells (--cells)";
     else if (!TOOL_exists(tap_file))
         types.why_not = "there is no " + tap_file;
-    else if (run_shell("command -v iverilog >/dev/null 2>&1") != 0)
-        types.why_not = "there is no iverilog on PATH (Debian package iverilog)";
     else if (!found.faults.empty())
         types.why_not = "the register has faults";
+    else
+        types.why_not = engine_obstacle("iverilog", "iverilog");
     if (!types.why_not.empty())
         return types;
     std::vector<TRIAL_KIND> kinds = find_kinds(found, modules_of(models), types);

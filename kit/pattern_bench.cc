@@ -27,7 +27,7 @@ module bench;
     localparam PINS = @PINS, CELLS = @CELLS, STEPS = @STEPS, BITS = @BITS; // BITS: longest scan
     localparam TDO_RELEASES = @RELEASES; // the TDO pad is off outside the shift states
     localparam QUARTER = @QUARTER;       // of a period of TCK, in ns
-    localparam SHOWN = 40;               // faults that are told one by one
+    localparam SHOWN = @SHOWN;             // faults that are told one by one
 
     // What the steps are: 0 reset by TMS, 1 by TRST, 2 scan of the instruction, 3 of the data register, 4 pins.
     reg [2:0] kind [0:STEPS-1];
@@ -322,6 +322,7 @@ std::string head_text(const PATTERN_LIST &list) {
                            {"@PINS", std::to_string(list.pins.size())},
                            {"@CELLS", std::to_string(list.cells.size())},
                            {"@BITS", std::to_string(bits)},
+                           {"@SHOWN", std::to_string(list.told_faults)},
                            {"@RELEASES", list.tdo_releases ? "1" : "0"},
                            {"@QUARTER", format_text("%.3f", 1e9 / list.frequency / 4)},
                            {"@REASON", std::to_string(reason)},

@@ -19,6 +19,7 @@ struct STEP_MAKER {
     size_t code_bits = 1;
     std::string drive{}; ///< what the pins have now
     uint32_t seed = 1;
+    int32_t rule = 0; ///< of the steps that are made now
 
     bool random_bit() {
         seed ^= seed << 13;

@@ -16,6 +16,20 @@ namespace {
 constexpr int SAMPLE_ROUNDS = 12, SAMPLE_CHANGES = 6; // scans, and new values on the pins ahead of each
 constexpr size_t MARKER = 16; // bits behind a register's own, which come out again and prove its length
 
+/// The rules of `rimkit check` that steps prove.
+enum STEP_RULE : int32_t {
+    RULE_IR_CAPTURE = 6,
+    RULE_RESET_INSTRUCTION = 7,
+    RULE_BYPASS = 8,
+    RULE_IDCODE = 10,
+    RULE_FLUSH = 12,
+    RULE_EXTEST = 19,
+    RULE_SAMPLE = 21,
+    RULE_CLAMP = 23,
+    RULE_HIGHZ = 24,
+    RULE_INTEST = 25,
+};
+
 // ---- what to expect -----------------------------------------------------------------------------------
 
 bool is_driven(char drive) {
@@ -89,6 +103,7 @@ void expect_reading(const STEP_MAKER &maker, const std::string &shown, std::stri
 
 PATTERN_STEP &add_step(STEP_MAKER &maker, PATTERN_KIND kind, const std::string &reason) {
     maker.list.steps.push_back({kind, reason, {}, {}, {}, {}, {}});
+    maker.list.steps.back().rule = kind == STEP_IR ? RULE_IR_CAPTURE : maker.rule;
     return maker.list.steps.back();
 }
 
@@ -241,6 +256,7 @@ void add_marker(STEP_MAKER &maker, PATTERN_STEP &step) {
 
 /// Plays patterns in EXTEST, whose first is preloaded. The last one stays in the register.
 void play_extest(STEP_MAKER &maker, const std::vector<NAMED_PATTERN> &patterns) {
+    maker.rule = RULE_EXTEST;
     scan(maker, "PRELOAD, " + patterns[0].name, patterns[0].bits, std::string(maker.cells(), '-'));
     load(maker, "EXTEST");
     for (size_t i = 0; i < patterns.size(); ++i) {
@@ -302,9 +318,11 @@ void try_resets(STEP_MAKER &maker) {
         if (kind == STEP_TRST && !has_trst)
             continue;
         std::string word = kind == STEP_TRST ? "TRST" : "five TMS of 1";
+        maker.rule = RULE_RESET_INSTRUCTION;
         add_step(maker, kind, "reset by " + word);
         flush(maker, name + " after reset by " + word, captured, std::string(captured.size(), '0'));
         load(maker, kind == STEP_RESET ? "BYPASS" : "SAMPLE");
+        maker.rule = kind == STEP_RESET ? RULE_BYPASS : RULE_FLUSH;
         flush(maker, kind == STEP_RESET ? "bypass register" : "boundary register",
               kind == STEP_RESET ? "0" : std::string(maker.cells(), '-'),
               kind == STEP_RESET ? "1" : safe_pattern(maker));
@@ -327,6 +345,7 @@ void try_registers(STEP_MAKER &maker) {
                                            " is private: it and its register are not tried.");
             continue;
         }
+        maker.rule = row.name == "BYPASS" ? RULE_BYPASS : row.name == "IDCODE" ? RULE_IDCODE : RULE_FLUSH;
         for (const std::string &opcode : row.opcodes) {
             load_code(maker, row.name, opcode);
             bool is_boundary = row.access == "BOUNDARY";
@@ -391,6 +410,7 @@ void try_sample(STEP_MAKER &maker) {
     for (const REGISTER_ROW &row : maker.found.rows)
         if (reads(maker, row))
             is_gated[static_cast<size_t>(row.port)] = has_core_input(maker, row.port);
+    maker.rule = RULE_SAMPLE;
     load(maker, "SAMPLE");
     for (int round = 0; round < SAMPLE_ROUNDS; ++round) {
         for (int change = 0; change < SAMPLE_CHANGES; ++change)
@@ -421,11 +441,13 @@ bool load_public(STEP_MAKER &maker, const char *name) {
 /// it.
 void try_clamp_and_highz(STEP_MAKER &maker, const std::string &pattern) {
     std::string shown = shown_by(maker, pattern);
+    maker.rule = RULE_CLAMP;
     if (load_public(maker, "CLAMP")) {
         set_pins(maker, "CLAMP holds the pins", shown);
         flush(maker, "CLAMP selects BYPASS", "0", "1");
         set_pins(maker, "CLAMP holds the pins over a scan", shown);
     }
+    maker.rule = RULE_HIGHZ;
     if (!load_public(maker, "HIGHZ"))
         return;
     std::string off(shown.size(), '-');
@@ -473,6 +495,7 @@ void try_intest(STEP_MAKER &maker) {
         if (row.port >= 0 && (row.kind == ROW_CLOCK || (row.kind == ROW_OBSERVE && row.cuts)))
             cut[static_cast<size_t>(row.port)] = false;
     std::string pattern = safe_pattern(maker), shown = shown_by(maker, pattern), none(maker.cells(), '-');
+    maker.rule = RULE_INTEST;
     load(maker, "SAMPLE");
     scan(maker, "PRELOAD for INTEST", pattern, none);
     load(maker, "INTEST");

@@ -3,6 +3,7 @@
 
 #include "description/reader.hh"
 #include "kit/chip.hh"
+#include "kit/engines.hh"
 #include "kit/files.hh"
 #include "kit/finished_run.hh"
 #include "kit/json.hh"
@@ -13,7 +14,6 @@
 #include "support/shell.hh"
 #include "support/text.hh"
 
-#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <unistd.h>
@@ -59,12 +59,9 @@ std::vector<std::string> read_chip(BOUNDARY_REGISTER &found, BSDL_FILE &table) {
 
 /// Runs the bench on the chip; its last line, or an empty text without models.
 std::string run_bench(const KIT_CALL &call, const std::string &design) {
-    std::vector<std::string> cells = kit_values(call, "cells");
-    if (cells.empty())
+    if (!kit_has(call, "cells"))
         return "";
-    std::string drafted = design + "_cells.v"; // the boundary cells that `start` puts beside its drafts
-    if (TOOL_exists(drafted) && std::find(cells.begin(), cells.end(), drafted) == cells.end())
-        cells.push_back(drafted);
+    std::vector<std::string> cells = cell_models(call, design);
     if (run_shell("command -v iverilog >/dev/null") != 0)
         return "not run: Icarus Verilog is missing (package iverilog)";
     std::string program = design + "_bench.vvp", log = design + "_bench.log";

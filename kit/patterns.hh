@@ -47,6 +47,7 @@ struct PATTERN_STEP {
                              ///< 'd' driven either way, '-' not looked at
     int32_t pause = 0;       ///< bits before a stop in Pause-DR; 0 for none
     bool needs_pins = false; ///< says nothing without a bench or a tester: left out of SVF
+    int32_t rule = 0;        ///< of `rimkit check` that a fault in the step breaks; 0 for none
 };
 
 /// How a cell's bit follows its pin.
@@ -75,7 +76,8 @@ struct PATTERN_LIST {
     bool tdo_releases = false;        ///< the TDO pad is off outside the shift states
     int32_t test_ports[STANDARD_PORT_COUNT];
     double frequency = 1e6;
-    size_t walk_limit = 64; ///< outputs, and controls, that get walking patterns
+    int32_t told_faults = 40; ///< faults that the bench tells one by one
+    size_t walk_limit = 64;   ///< outputs, and controls, that get walking patterns
 };
 
 /// Fills pins, cells, steps and cover. `instructions` has what bsdl_take_instructions found.

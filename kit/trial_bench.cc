@@ -1,15 +1,13 @@
 #include "kit/trial_bench.hh"
 
 #include "kit/chip.hh"
+#include "kit/engines.hh"
 #include "kit/names.hh"
 #include "planning/tap_state.hh"
 #include "siblings/tool.hh"
-#include "support/shell.hh"
 #include "support/text.hh"
 
 #include <algorithm>
-#include <cstdlib>
-#include <filesystem>
 #include <map>
 #include <sstream>
 
@@ -209,39 +207,19 @@ std::string bench_text(const BSDL_FILE &file, const BOUNDARY_REGISTER &found,
     return text + "    $finish;\n  end\nendmodule\n";
 }
 
-/// A folder of its own, gone at the end of its scope.
-struct SCRATCH_FOLDER {
-    std::string path;
-    SCRATCH_FOLDER() {
-        std::string name = (std::filesystem::temp_directory_path() / "rimkit-XXXXXX").string();
-        const char *made = ::mkdtemp(name.data());
-        path = made != nullptr ? made : "";
-    }
-    ~SCRATCH_FOLDER() {
-        std::error_code ignored;
-        if (!path.empty())
-            std::filesystem::remove_all(path, ignored);
-    }
-    SCRATCH_FOLDER(const SCRATCH_FOLDER &) = delete;
-    SCRATCH_FOLDER &operator=(const SCRATCH_FOLDER &) = delete;
-};
-
 std::string run_bench(const std::string &bench, const std::vector<std::string> &files, std::string &output) {
     SCRATCH_FOLDER folder;
     if (folder.path.empty())
         return "there is no folder for a simulation";
     TOOL_write_file(folder.path + "/bench.v", bench);
-    std::string line = "iverilog -g2012 -s rimkit_trial -o " + shell_word(folder.path + "/bench.vvp") + " " +
-                       shell_word(folder.path + "/bench.v");
-    for (const std::string &file : files)
-        line += " " + shell_word(file);
-    std::string log = shell_word(folder.path + "/log"), out = folder.path + "/out";
-    if (run_shell(line + " >" + log + " 2>&1") != 0) {
-        std::string text = TOOL_read_file(folder.path + "/log");
-        return "iverilog refuses the models: " + text.substr(0, text.find('\n'));
-    }
-    if (run_shell("vvp -n " + shell_word(folder.path + "/bench.vvp") + " >" + shell_word(out) + " 2>&1") != 0)
-        return "the simulation broke off";
+    std::string program = folder.path + "/bench.vvp", log = folder.path + "/log", out = folder.path + "/out";
+    std::vector<std::string> words = {
+        "iverilog", "-g2012", "-s", "rimkit_trial", "-o", program, folder.path + "/bench.v"};
+    words.insert(words.end(), files.begin(), files.end());
+    if (std::string fault = run_engine(words, log); !fault.empty())
+        return "the models are refused: " + fault;
+    if (std::string fault = run_engine({"vvp", "-n", program}, out); !fault.empty())
+        return fault;
     output = TOOL_read_file(out);
     return "";
 }
