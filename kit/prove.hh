@@ -12,11 +12,19 @@
 #include <string>
 #include <vector>
 
+/// What a pin that is not constant is to the proof of its cell.
+enum REST_PIN : int8_t {
+    REST_FREE = -1,   ///< an input of the test
+    REST_DATA = -2,   ///< an input of the chip's function
+    REST_OUTPUT = -3, ///< of the function; pins that go both ways are in it
+    REST_HIDDEN = -4, ///< an output of the test
+};
+
 /// Cells of one class with the same constants at their pins.
 struct REST_KIND {
-    std::string class_name, instance;                   ///< of the first of them
-    std::vector<std::pair<std::string, int8_t>> inputs; ///< pins and their constants; -1 for what may move
-    bool is_pad = false;                                ///< a pad of the chip that holds the cell
+    std::string class_name, instance;                 ///< of the first of them
+    std::vector<std::pair<std::string, int8_t>> pins; ///< their constants, or a REST_PIN
+    bool is_pad = false; ///< a pad of the chip with a cell or a multiplexer inside
     int32_t count = 0;
 };
 
@@ -37,3 +45,39 @@ struct CHIP_COMPARISON {
 ///   - readers of any net that belong to the objects above.
 CHIP_COMPARISON compare_chips(const BOUNDARY_REGISTER &found, const std::string &source_file,
                               const REST_VALUES &values);
+
+/// What the TAP's RTL gives at an output, proven.
+struct TAP_OUTPUT {
+    std::string pin;
+    int8_t in_reset = -1;   ///< in Test-Logic-Reset; -1 for what is not constant
+    int8_t when_quiet = -1; ///< under each instruction that must not disturb, and each opcode that none has
+    int8_t in_extest = -1;
+    std::vector<std::string>
+        disturbing; ///< instructions that must not disturb, and do: their value is not in_reset
+};
+
+struct PROVEN_TAP {
+    std::string why_not; ///< why nothing was proven; empty when all was asked
+    std::vector<TAP_OUTPUT> outputs;
+    std::vector<std::string> quiet; ///< the instructions that must not disturb
+    bool reset_holds = false; ///< the state Test-Logic-Reset leads to the reset of the instruction register
+};
+
+/// Asks Yosys about the TAP of the open edited design. `tap_file` is its Verilog as the run wrote it.
+PROVEN_TAP prove_tap(const BOUNDARY_REGISTER &found, const std::string &tap_file);
+/// The values at rest that the proof bears out.
+REST_VALUES proven_rest_values(const PROVEN_TAP &tap);
+
+/// What Yosys says of the kinds of cells, in the order of `kinds`.
+struct PROVEN_CELLS {
+    std::string why_not; ///< why nothing was asked
+    struct ANSWER {
+        bool held = false;
+        std::string why_not; ///< why this one was not asked, or not answered
+    };
+    std::vector<ANSWER> of_kind;
+};
+
+/// Asks whether each kind is a wire from its core side to its pad side and back, whatever its registers hold
+/// and its other pins do; of a pad with a cell or a multiplexer inside, whether these can't be seen.
+PROVEN_CELLS prove_cells(const std::vector<REST_KIND> &kinds, const std::vector<std::string> &models);

@@ -103,9 +103,11 @@ class CHIP_COMPARER {
     void compare_pins(bool drivers);
     void compare_pin(int32_t obj, int32_t node, int32_t new_node, PIN_PART part);
     bool may_differ(int32_t node, PIN_PART part, const REST_SOURCE &was, const REST_SOURCE &is);
+    bool is_update_output(const REST_SOURCE &source) const;
     bool join(const REST_SOURCE &was, const REST_SOURCE &is);
     void look_at_inserted();
-    void look_at_cell(int32_t obj);
+    void look_at_cell(int32_t obj, const std::vector<PIN_PART> &parts_of_obj);
+    int8_t part_in_proof(int32_t node, PIN_PART part, bool is_pad);
     void look_at_mux_cells();
     void note_lost();
 
@@ -267,6 +269,16 @@ std::string CHIP_COMPARER::difference(const REST_SOURCE &was, const REST_SOURCE 
 
 // ---- pins and ports -----------------------------------------------------------------------------------
 
+/// True for what a cell gives the multiplexer of a pad.
+bool CHIP_COMPARER::is_update_output(const REST_SOURCE &source) const {
+    if (!rest_after.is_test(source) ||
+        rest_after.role(after.nodes[rest_after.node_of(source)].obj) != REST_CELL)
+        return false;
+    int32_t node = rest_after.node_of(source), obj = after.nodes[node].obj;
+    const SCAN_CELL &cell = *after.walk->classes[static_cast<size_t>(after.objs[obj].class_id)].cell;
+    return view_pin_node(after, obj, cell.update_dr_out) == node;
+}
+
 /// What the run may have put on a pin in place of what was there.
 bool CHIP_COMPARER::may_differ(int32_t node, PIN_PART part, const REST_SOURCE &was, const REST_SOURCE &is) {
     if (tdo_nodes.contains(node))
@@ -288,7 +300,7 @@ bool CHIP_COMPARER::may_differ(int32_t node, PIN_PART part, const REST_SOURCE &w
         return false;
     if (part == PART_MODE)
         return is.id <= SDB_NET_VCC && (was.id > SDB_NET_VCC || was.id == is.id);
-    return part == PART_TEST || rest_after.is_test(is);
+    return part == PART_TEST || is_update_output(is);
 }
 
 void CHIP_COMPARER::compare_pin(int32_t obj, int32_t node, int32_t new_node, PIN_PART part) {
@@ -378,36 +390,46 @@ void CHIP_COMPARER::note_lost() {
     }
 }
 
-/// Remembers the kind of the cell, for the proof of its class.
-void CHIP_COMPARER::look_at_cell(int32_t obj) {
+int8_t CHIP_COMPARER::part_in_proof(int32_t node, PIN_PART part, bool is_pad) {
+    const SDB_NODE &row = after.nodes[node];
+    bool is_input = (after.pins[row.pin].direction & SDB_DIRECTION_MASK) == SDB_INPUT;
+    if (!is_input)
+        return part == PART_TEST ? REST_HIDDEN : REST_OUTPUT;
+    REST_SOURCE source = rest_after.source(node);
+    if (source.id <= SDB_NET_VCC && part != PART_FUNCTION)
+        return static_cast<int8_t>(source.id);
+    // What a pad had before, and be it nothing, is no part of the test.
+    bool is_test = is_pad ? rest_after.is_test(source) : part != PART_FUNCTION;
+    return is_test ? REST_FREE : REST_DATA;
+}
+
+/// Remembers the kind of the cell, or of the pad with something of the test inside, for the proof of its
+/// class.
+void CHIP_COMPARER::look_at_cell(int32_t obj, const std::vector<PIN_PART> &parts_of_obj) {
     int32_t class_id = after.objs[obj].class_id;
-    const SDB_CLASS &row = after.classes[class_id];
     REST_KIND kind{std::string(view_class_name(after, class_id)), view_obj_name(after, obj), {}, false, 1};
     kind.is_pad = rest_after.role(obj) == REST_KEPT;
     std::string key = kind.class_name;
-    for (int32_t i = 0; i < row.pin_count; ++i) {
-        if ((after.pins[row.first_pin + i].direction & SDB_DIRECTION_MASK) != SDB_INPUT)
-            continue;
-        REST_SOURCE source = rest_after.source(after.objs[obj].first_node + i);
-        std::string pin(view_pin_name(after, row.first_pin + i));
-        const SCAN_CELL &cell = *after.walk->classes[static_cast<size_t>(class_id)].cell;
-        bool is_data =
-            same_text_no_case(pin.c_str(), cell.data_in) || same_text_no_case(pin.c_str(), cell.sys_pin);
-        int8_t value = source.id <= SDB_NET_VCC && !is_data ? static_cast<int8_t>(source.id) : int8_t{-1};
-        key += format_text(",%d", value);
-        kind.inputs.emplace_back(pin, value);
+    for (int32_t i = 0; i < after.classes[class_id].pin_count; ++i) {
+        int32_t node = after.objs[obj].first_node + i;
+        int8_t part = part_in_proof(node, parts_of_obj[static_cast<size_t>(i)], kind.is_pad);
+        kind.pins.emplace_back(view_pin_name(after, after.nodes[node].pin), part);
+        key += format_text(",%d", part);
     }
     auto [place, is_new] = kind_of_key.emplace(key, result.kinds.size());
     if (is_new)
         result.kinds.push_back(std::move(kind));
     else
         ++result.kinds[place->second].count;
-    if (!rest_after.is_at_rest(obj) && rest_after.role(obj) == REST_CELL)
+    if (rest_after.role(obj) == REST_CELL && !rest_after.is_at_rest(obj))
         fault(obj, -1, -1,
               "a mode pin of the cell does not rest: it hangs on neither the TAP nor a constant");
 }
 
 void CHIP_COMPARER::look_at_inserted() {
+    std::vector<std::vector<PIN_PART>> of_class;
+    for (int32_t i = 0; i < after.class_count; ++i)
+        of_class.push_back(parts_of_class(after, i));
     for (int32_t obj = 0; obj < after.obj_count; ++obj) {
         int32_t class_id = after.objs[obj].class_id;
         REST_ROLE role = rest_after.role(obj);
@@ -418,9 +440,12 @@ void CHIP_COMPARER::look_at_inserted() {
                   "the chip before the run has no such instance, and it is neither a boundary cell nor a "
                   "buffer "
                   "that the library file declares");
-        if (class_id >= 0 && after.walk->classes[static_cast<size_t>(class_id)].cell != nullptr)
-            look_at_cell(obj);
-        if (role == REST_KEPT || class_id < 0)
+        const std::vector<PIN_PART> &own = of_class[static_cast<size_t>(class_id)];
+        if (role == REST_CELL || (role == REST_KEPT && std::any_of(own.begin(), own.end(), [](PIN_PART part) {
+                                      return part != PART_FUNCTION;
+                                  })))
+            look_at_cell(obj, own);
+        if (role == REST_KEPT)
             continue;
         for (int32_t i = 0; i < after.classes[class_id].pin_count; ++i) {
             int32_t node = after.objs[obj].first_node + i, net = after.nodes[node].net;
