@@ -97,6 +97,7 @@ class CHIP_COMPARER {
 
   private:
     std::vector<REST_ROLE> match_objects();
+    void match(int32_t old, int32_t obj);
     REST_ROLE role_of_new(int32_t obj) const;
     void match_pins();
     void compare_ports();
@@ -167,26 +168,38 @@ REST_ROLE CHIP_COMPARER::role_of_new(int32_t obj) const {
                                                                               : REST_ALIEN;
 }
 
+void CHIP_COMPARER::match(int32_t old, int32_t obj) {
+    new_of_obj[static_cast<size_t>(old)] = obj;
+    old_of_obj[static_cast<size_t>(obj)] = old;
+}
+
+/// By their names. Most stand in the same order in both designs, and need no search.
 std::vector<REST_ROLE> CHIP_COMPARER::match_objects() {
-    std::unordered_map<std::string, int32_t> obj_of_name;
-    obj_of_name.reserve(static_cast<size_t>(before.obj_count));
-    for (int32_t obj = 0; obj < before.obj_count; ++obj)
-        obj_of_name.emplace(plain_name(before, obj), obj);
-    std::vector<REST_ROLE> roles(static_cast<size_t>(after.obj_count), REST_KEPT);
     old_of_obj.assign(static_cast<size_t>(after.obj_count), -1);
     new_of_obj.assign(static_cast<size_t>(before.obj_count), -1);
-    for (int32_t obj = 0; obj < after.obj_count; ++obj) {
-        auto place = obj_of_name.find(plain_name(after, obj));
-        int32_t old = place == obj_of_name.end() ? -1 : place->second;
-        if (old >= 0 && new_of_obj[static_cast<size_t>(old)] < 0) {
-            new_of_obj[static_cast<size_t>(old)] = obj;
-            old_of_obj[static_cast<size_t>(obj)] = old;
-            int32_t class_id = after.objs[obj].class_id;
-            if (class_id >= 0 && after.walk->classes[static_cast<size_t>(class_id)].is_tap)
-                roles[static_cast<size_t>(obj)] = REST_TAP;
-        } else {
-            roles[static_cast<size_t>(obj)] = role_of_new(obj);
+    std::string next = before.obj_count > 0 ? plain_name(before, 0) : "";
+    for (int32_t obj = 0, old = 0; obj < after.obj_count && old < before.obj_count; ++obj)
+        if (plain_name(after, obj) == next) {
+            match(old, obj);
+            next = ++old < before.obj_count ? plain_name(before, old) : "";
         }
+    std::unordered_map<std::string, int32_t> obj_of_name;
+    for (int32_t old = 0; old < before.obj_count; ++old)
+        if (new_of_obj[static_cast<size_t>(old)] < 0)
+            obj_of_name.emplace(plain_name(before, old), old);
+    std::vector<REST_ROLE> roles(static_cast<size_t>(after.obj_count), REST_KEPT);
+    for (int32_t obj = 0; obj < after.obj_count; ++obj) {
+        bool is_known = old_of_obj[static_cast<size_t>(obj)] >= 0;
+        auto place =
+            is_known || obj_of_name.empty() ? obj_of_name.end() : obj_of_name.find(plain_name(after, obj));
+        if (place != obj_of_name.end()) {
+            match(place->second, obj);
+            obj_of_name.erase(place);
+            is_known = true;
+        }
+        int32_t class_id = after.objs[obj].class_id;
+        bool is_tap = class_id >= 0 && after.walk->classes[static_cast<size_t>(class_id)].is_tap;
+        roles[static_cast<size_t>(obj)] = !is_known ? role_of_new(obj) : is_tap ? REST_TAP : REST_KEPT;
     }
     return roles;
 }

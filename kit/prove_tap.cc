@@ -8,6 +8,7 @@
 #include "support/text.hh"
 
 #include <algorithm>
+#include <set>
 
 namespace {
 
@@ -119,13 +120,18 @@ void take_answers(const TAP_QUESTIONS &asked, const std::vector<bool> &held, PRO
     }
 }
 
-/// The scalar outputs of the TAP.
+/// The outputs that may decide what a cell or a pad shows: all but those that work in each scan.
 std::vector<std::string> output_pins(const BOUNDARY_REGISTER &found) {
+    std::set<std::string> moving = {BCELL_TCK};
+    for (const char *TAP_CELL::*field :
+         {&TAP_CELL::tdo, &TAP_CELL::tdo_en, &TAP_CELL::first_bcell, &TAP_CELL::shift_dr, &TAP_CELL::clock_dr,
+          &TAP_CELL::update_dr, &TAP_CELL::tap_reset})
+        moving.insert(tap_pin_name(*found.tap, field));
     std::vector<std::string> pins;
     int32_t class_id = obj_tab[found.tap_obj].class_id;
     for (int32_t i = 0; i < class_tab[class_id].pin_count; ++i) {
         int32_t pin = class_tab[class_id].first_pin + i;
-        if (chip_pin_direction(pin) == SDB_OUTPUT)
+        if (chip_pin_direction(pin) == SDB_OUTPUT && !moving.contains(chip_pin_name(pin)))
             pins.push_back(chip_pin_name(pin));
     }
     return pins;
