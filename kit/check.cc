@@ -78,9 +78,13 @@ bool check_one(CHECK_CHIP &chip, const CHECK_RULE &rule, bool has_design, std::v
         rule.check(chip);
         why = rule.open != nullptr ? rule.open : "";
     }
-    if (is_free && rule.open == nullptr && std::strchr(rule.how, 'S') != nullptr) {
-        why = check_by_simulation(chip, rule);
-        is_checked = is_checked || why.empty();
+    for (const auto &[letter, check] :
+         {std::pair{'F', &check_by_proof}, std::pair{'S', &check_by_simulation}}) {
+        if (!is_free || rule.open != nullptr || std::strchr(rule.how, letter) == nullptr)
+            continue;
+        std::string open_part;
+        is_checked = check(chip, rule, open_part) || is_checked;
+        why += (why.empty() || open_part.empty() ? "" : "; ") + open_part;
     }
     if (!why.empty())
         open.push_back({&rule, why});
@@ -181,13 +185,17 @@ CHECK_RESULT check_chip(const std::string &design, const std::string &opath,
     if (has_design)
         read_boundary_register(chip.found);
     look_at_ports(chip);
+    if (chip.found.tap_obj >= 0)
+        take_instructions(chip);
     CHECK_RESULT result;
     for (const CHECK_RULE &rule : check_rules) {
         bool is_checked = check_one(chip, rule, has_design, result.open);
         result.checked += is_checked && rule.number > 0 ? 1 : 0;
     }
     std::stable_sort(chip.findings.begin(), chip.findings.end(),
-                     [](const CHECK_FINDING &a, const CHECK_FINDING &b) { return a.severity < b.severity; });
+                     [](const CHECK_FINDING &a, const CHECK_FINDING &b) {
+                         return std::pair{a.severity, a.rule->number} < std::pair{b.severity, b.rule->number};
+                     });
     result.findings = std::move(chip.findings);
     return result;
 }

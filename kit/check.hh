@@ -43,6 +43,7 @@ struct CHECKED_PORT {
 /// A fault that the simulation showed; cell and port are -1 where it has none.
 struct PLAYED_FAULT {
     int32_t rule;
+    FINDING_SEVERITY severity;
     std::string step, text;
     int32_t cell, port;
 };
@@ -54,6 +55,7 @@ struct CHECK_PLAY {
     std::string why_no_core; ///< why the test logic alone was played; empty when the whole chip was
     BSDL_FILE instructions;  ///< of the instruction table
     std::set<int32_t> rules; ///< that a step was played for
+    std::string held;        ///< compliance pins and their values
     std::vector<PLAYED_FAULT> faults;
 };
 
@@ -143,8 +145,14 @@ void check_control_pins(CHECK_CHIP &chip);
 /// The pins of pads with a multiplexer inside, for rule 28: its modes, and what it shows the core in a test.
 void check_mux_pins(CHECK_CHIP &chip);
 
-/// What the simulation of the chip says of a rule: adds its findings. Empty, or why the rule is not checked.
-std::string check_by_simulation(CHECK_CHIP &chip, const CHECK_RULE &rule);
+/// What the simulation of the chip says of a rule: adds its findings. False when it says nothing; `why` is
+/// what is not checked.
+bool check_by_simulation(CHECK_CHIP &chip, const CHECK_RULE &rule, std::string &why);
+
+/// The same of a proof about the TAP's text.
+bool check_by_proof(CHECK_CHIP &chip, const CHECK_RULE &rule, std::string &why);
+/// Reads the instruction table; what it lacks is a finding of the rule that it breaks.
+void take_instructions(CHECK_CHIP &chip);
 
 // The functions of the rules.
 void check_written_files(CHECK_CHIP &chip);

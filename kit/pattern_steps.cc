@@ -16,20 +16,6 @@ namespace {
 constexpr int SAMPLE_ROUNDS = 12, SAMPLE_CHANGES = 6; // scans, and new values on the pins ahead of each
 constexpr size_t MARKER = 16; // bits behind a register's own, which come out again and prove its length
 
-/// The rules of `rimkit check` that steps prove.
-enum STEP_RULE : int32_t {
-    RULE_IR_CAPTURE = 6,
-    RULE_RESET_INSTRUCTION = 7,
-    RULE_BYPASS = 8,
-    RULE_IDCODE = 10,
-    RULE_FLUSH = 12,
-    RULE_EXTEST = 19,
-    RULE_SAMPLE = 21,
-    RULE_CLAMP = 23,
-    RULE_HIGHZ = 24,
-    RULE_INTEST = 25,
-};
-
 // ---- what to expect -----------------------------------------------------------------------------------
 
 bool is_driven(char drive) {
@@ -60,6 +46,8 @@ void complete_minus_legs(const STEP_MAKER &maker, std::string &pins) {
             pins[i] = turned(pins[static_cast<size_t>(plus)]);
 }
 
+} // namespace
+
 /// What the pins show while the register has them and holds `pattern`.
 std::string shown_by(const STEP_MAKER &maker, const std::string &pattern) {
     std::string shown(maker.list.pins.size(), '-');
@@ -80,6 +68,8 @@ std::string shown_by(const STEP_MAKER &maker, const std::string &pattern) {
     return shown;
 }
 
+namespace {
+
 /// Letters for the cells that read pins: into `tdo` what the chip itself makes of the pin, into `driven` all.
 void expect_reading(const STEP_MAKER &maker, const std::string &shown, std::string &tdo,
                     std::string &driven) {
@@ -99,13 +89,17 @@ void expect_reading(const STEP_MAKER &maker, const std::string &shown, std::stri
     }
 }
 
+} // namespace
+
 // ---- single steps -------------------------------------------------------------------------------------
 
 PATTERN_STEP &add_step(STEP_MAKER &maker, PATTERN_KIND kind, const std::string &reason) {
     maker.list.steps.push_back({kind, reason, {}, {}, {}, {}, {}});
-    maker.list.steps.back().rule = kind == STEP_IR ? RULE_IR_CAPTURE : maker.rule;
+    maker.list.steps.back().rule = kind == STEP_IR ? RULE_INSTRUCTION : maker.rule;
     return maker.list.steps.back();
 }
+
+namespace {
 
 void load_code(STEP_MAKER &maker, const std::string &name, const std::string &opcode) {
     PATTERN_STEP &step = add_step(maker, STEP_IR, "load " + name);
@@ -113,6 +107,8 @@ void load_code(STEP_MAKER &maker, const std::string &name, const std::string &op
     step.tdo.assign(maker.table.capture.rbegin(), maker.table.capture.rend());
     std::replace(step.tdo.begin(), step.tdo.end(), 'X', '-');
 }
+
+} // namespace
 
 bool load(STEP_MAKER &maker, const char *name) {
     const BSDL_INSTRUCTION *row = bsdl_instruction(maker.table, name);
@@ -166,6 +162,8 @@ std::string safe_pattern(const STEP_MAKER &maker) {
         pattern[static_cast<size_t>(cell)] = digit(votes[static_cast<size_t>(cell)] >= 0);
     return pattern;
 }
+
+namespace {
 
 struct NAMED_PATTERN {
     std::string name, bits;
@@ -283,7 +281,8 @@ std::string code_bits(const std::string &code) {
     return bits;
 }
 
-/// What the register of an instruction captures; empty for one whose length nobody knows.
+} // namespace
+
 std::string captured_code(const STEP_MAKER &maker, const BSDL_INSTRUCTION &row) {
     if (row.access == "BYPASS")
         return "0";
@@ -296,6 +295,16 @@ std::string captured_code(const STEP_MAKER &maker, const BSDL_INSTRUCTION &row) 
     return maker.table.usercodes.size() == 1 ? code_bits(maker.table.usercodes[0]) : std::string(32, '-');
 }
 
+const BSDL_INSTRUCTION &reset_instruction(const STEP_MAKER &maker) {
+    for (const char *word : {"IDCODE", "USERCODE"})
+        if (const BSDL_INSTRUCTION *row = bsdl_instruction(maker.table, word);
+            row != nullptr && row->access == "DEVICE_ID")
+            return *row;
+    return *bsdl_instruction(maker.table, "BYPASS");
+}
+
+namespace {
+
 /// A scan that proves the length of a register: what goes in comes out behind what was captured.
 void flush(STEP_MAKER &maker, const std::string &reason, const std::string &captured,
            const std::string &stays) {
@@ -305,22 +314,16 @@ void flush(STEP_MAKER &maker, const std::string &reason, const std::string &capt
 }
 
 void try_resets(STEP_MAKER &maker) {
-    std::string captured = "0", name = "BYPASS";
-    for (const char *word : {"IDCODE", "USERCODE"})
-        if (const BSDL_INSTRUCTION *row = bsdl_instruction(maker.table, word);
-            row != nullptr && row->access == "DEVICE_ID") {
-            captured = captured_code(maker, *row);
-            name = word;
-            break;
-        }
+    const BSDL_INSTRUCTION &selected = reset_instruction(maker);
+    std::string captured = captured_code(maker, selected);
     bool has_trst = maker.found.test_ports[PORT_TRST] >= 0;
     for (PATTERN_KIND kind : {STEP_RESET, STEP_TRST, STEP_RESET}) {
         if (kind == STEP_TRST && !has_trst)
             continue;
         std::string word = kind == STEP_TRST ? "TRST" : "five TMS of 1";
-        maker.rule = RULE_RESET_INSTRUCTION;
+        maker.rule = RULE_RESET;
         add_step(maker, kind, "reset by " + word);
-        flush(maker, name + " after reset by " + word, captured, std::string(captured.size(), '0'));
+        flush(maker, selected.name + " after reset by " + word, captured, std::string(captured.size(), '0'));
         load(maker, kind == STEP_RESET ? "BYPASS" : "SAMPLE");
         maker.rule = kind == STEP_RESET ? RULE_BYPASS : RULE_FLUSH;
         flush(maker, kind == STEP_RESET ? "bypass register" : "boundary register",
@@ -556,6 +559,7 @@ void make_patterns(PATTERN_LIST &list, const BOUNDARY_REGISTER &found, const BSD
     play_extest(maker, patterns);
     try_clamp_and_highz(maker, patterns.back().bits);
     try_intest(maker);
+    try_rules(maker, patterns.back().bits);
     add_step(maker, STEP_RESET, "reset at the end");
     note_limits(maker);
 }
