@@ -31,6 +31,7 @@ struct REST_KIND {
 struct CHIP_COMPARISON {
     int32_t objects = 0, pins = 0, nets = 0, ports = 0; ///< equal in both designs
     std::vector<REST_KIND> kinds;
+    std::unordered_map<int32_t, size_t> kind_of_cell; ///< by object
     std::vector<std::string> assumed;
     std::vector<REGISTER_FAULT> faults; ///< rule "wire"
 };
@@ -81,3 +82,6 @@ struct PROVEN_CELLS {
 /// Asks whether each kind is a wire from its core side to its pad side and back, whatever its registers hold
 /// and its other pins do; of a pad with a cell or a multiplexer inside, whether these can't be seen.
 PROVEN_CELLS prove_cells(const std::vector<REST_KIND> &kinds, const std::vector<std::string> &models);
+/// Asks whether what each kind of cell gives out can't see what the core gives the cell. Pads are not asked
+/// about.
+PROVEN_CELLS prove_isolation(const std::vector<REST_KIND> &kinds, const std::vector<std::string> &models);

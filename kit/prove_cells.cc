@@ -22,16 +22,12 @@ module \$tribuf (A, EN, Y);
 endmodule
 )";
 
-const char *const PREPARATION = R"(proc
-flatten
-tribuf -merge
-techmap -map %s
-setundef -undriven -%s
-select -none
-select -set registers t:$dff t:$adff t:$aldff t:$dffe t:$adffe t:$aldffe t:$sdff t:$sdffe t:$sdffce t:$dffsr t:$dffsre t:$dlatch t:$adlatch t:$dlatchsr t:$sr
-cutpoint @registers
-select -clear
-)";
+constexpr const char *REGISTERS = " t:$dff t:$adff t:$aldff t:$dffe t:$adffe t:$aldffe t:$sdff t:$sdffe "
+                                  "t:$sdffce t:$dffsr t:$dffsre t:$dlatch "
+                                  "t:$adlatch t:$dlatchsr t:$sr\n";
+
+const char *const LETTING_GO = "proc\nflatten\ntribuf -merge\ntechmap -map %s\nsetundef -undriven -%s\n";
+const char *const CUTTING = "select -none\nselect -set registers%scutpoint @registers\nselect -clear\n";
 
 std::string connection(const std::string &pin, const std::string &net) {
     return (net.empty() ? "" : ", .\\" + pin + " (" + net + ")");
@@ -114,7 +110,8 @@ PROVEN_CELLS::ANSWER prove_kind(const REST_KIND &kind, const std::vector<std::st
         YOSYS_TASK task{models,
                         kind.is_pad ? twins_text(kind) : wire_text(kind),
                         "rimkit_prove",
-                        format_text(PREPARATION, yosys_word(map).c_str(), *value == '0' ? "zero" : "one"),
+                        format_text(LETTING_GO, yosys_word(map).c_str(), *value == '0' ? "zero" : "one") +
+                            format_text(CUTTING, REGISTERS),
                         {"-prove ok 1"}};
         YOSYS_ANSWERS answers = ask_yosys(task);
         if (!answers.why_not.empty())
@@ -125,21 +122,53 @@ PROVEN_CELLS::ANSWER prove_kind(const REST_KIND &kind, const std::vector<std::st
     return {true, ""};
 }
 
-} // namespace
+/// The cell twice, with one value of its registers, once with a 0 of the core and once with a 1.
+PROVEN_CELLS::ANSWER prove_isolated(const REST_KIND &kind, const std::vector<std::string> &models) {
+    const SCAN_CELL &cell = *get_scan_cell(kind.class_name.c_str());
+    std::string script = "proc\nflatten\nrename \\" + kind.class_name + " one\ncd one\n", core;
+    for (const auto &[pin, part] : kind.pins) {
+        bool is_core = cell.data_in != nullptr && same_text_no_case(without_minus(cell.data_in), pin.c_str());
+        bool is_shown =
+            cell.data_out != nullptr && same_text_no_case(without_minus(cell.data_out), pin.c_str());
+        core = is_core ? pin : core;
+        if (part == REST_OUTPUT || part == REST_HIDDEN)
+            script += is_shown ? "" : "delete -output \\" + pin + "\n";
+        else if (is_core || part >= 0)
+            script += "delete -input \\" + pin + "\n";
+        if (part >= 0 && !is_core)
+            script += "connect -set \\" + pin + (part == 1 ? " 1'b1\n" : " 1'b0\n");
+    }
+    script += "delete" + std::string(REGISTERS) + "cd ..\ncopy one two\n";
+    for (const char *side : {"one\nconnect -set \\%s 1'b0\n", "two\nconnect -set \\%s 1'b1\n"})
+        script += "cd " + format_text(side, core.c_str()) + "cd ..\n";
+    script += "setundef -undriven -expose\nmiter -equiv -flatten -make_outputs one two rimkit_miter\n";
+    YOSYS_ANSWERS answers =
+        ask_yosys({models, "", kind.class_name, script, {"-prove trigger 0 rimkit_miter"}});
+    return {answers.why_not.empty() && answers.held[0], answers.why_not};
+}
 
-PROVEN_CELLS prove_cells(const std::vector<REST_KIND> &kinds, const std::vector<std::string> &models) {
+/// Asks about each kind that a model is there for.
+PROVEN_CELLS ask_kinds(const std::vector<REST_KIND> &kinds, const std::vector<std::string> &models,
+                       PROVEN_CELLS::ANSWER (*ask)(const REST_KIND &, const std::vector<std::string> &)) {
     PROVEN_CELLS proven;
     proven.why_not = engine_obstacle("yosys", "yosys");
     if (proven.why_not.empty() && models.empty())
         proven.why_not = "there are no Verilog models of the cells (--cells)";
     std::set<std::string> modules = modules_of(models);
-    for (const REST_KIND &kind : kinds) {
-        PROVEN_CELLS::ANSWER answer{false, proven.why_not};
-        if (proven.why_not.empty())
-            answer = modules.contains(kind.class_name)
-                         ? prove_kind(kind, models)
-                         : PROVEN_CELLS::ANSWER{false, "no file of --cells has a model of it"};
-        proven.of_kind.push_back(answer);
-    }
+    for (const REST_KIND &kind : kinds)
+        proven.of_kind.push_back(!proven.why_not.empty() ? PROVEN_CELLS::ANSWER{false, proven.why_not}
+                                 : modules.contains(kind.class_name)
+                                     ? ask(kind, models)
+                                     : PROVEN_CELLS::ANSWER{false, "no file of --cells has a model of it"});
     return proven;
+}
+
+} // namespace
+
+PROVEN_CELLS prove_cells(const std::vector<REST_KIND> &kinds, const std::vector<std::string> &models) {
+    return ask_kinds(kinds, models, prove_kind);
+}
+
+PROVEN_CELLS prove_isolation(const std::vector<REST_KIND> &kinds, const std::vector<std::string> &models) {
+    return ask_kinds(kinds, models, prove_isolated);
 }

@@ -430,6 +430,7 @@ void CHIP_COMPARER::look_at_cell(int32_t obj, const std::vector<PIN_PART> &parts
         key += format_text(",%d", part);
     }
     auto [place, is_new] = kind_of_key.emplace(key, result.kinds.size());
+    result.kind_of_cell[obj] = place->second;
     if (is_new)
         result.kinds.push_back(std::move(kind));
     else
