@@ -18,6 +18,19 @@ namespace {
 
 constexpr KIT_OPTION OPTIONS[] = {
     {"cells", "FILE", "Verilog of the boundary cells, DESIGN_cells.v otherwise; may be repeated", true},
+    {"yosys", nullptr, "asks Yosys about each pin of a chip of any size"},
+    {"no-yosys", nullptr, "the comparison alone"},
+};
+
+constexpr const char *NOT_ASKED = "--no-yosys";
+constexpr int32_t MOST_PINS = 20000; ///< of a chip whose pins Yosys is asked about
+constexpr size_t MOST_POINTS = 100;  ///< told one by one
+
+/// How much is left to Yosys.
+struct PROOF_WORDS {
+    std::string design;
+    std::vector<std::string> models;
+    bool with_yosys = true, forces_points = false;
 };
 
 /// What the verb has to say: proofs that ran, what stands without one, and what is not equal.
@@ -47,8 +60,12 @@ std::set<std::string> needed_outputs(const BOUNDARY_REGISTER &found) {
 }
 
 /// Takes the TAP's values at rest as Yosys has proven them; as declared where it has not.
-REST_VALUES take_tap(CHIP_PROOF &proof, const BOUNDARY_REGISTER &found, const std::string &tap_file) {
-    PROVEN_TAP tap = prove_tap(found, tap_file);
+REST_VALUES take_tap(CHIP_PROOF &proof, const BOUNDARY_REGISTER &found, const PROOF_WORDS &words) {
+    PROVEN_TAP tap;
+    if (words.with_yosys)
+        tap = prove_tap(found, words.design + "_TAP.v");
+    else
+        tap.why_not = NOT_ASKED;
     REST_VALUES declared = declared_rest_values(*found.tap);
     if (!tap.why_not.empty()) {
         std::vector<std::string> pins;
@@ -77,9 +94,12 @@ REST_VALUES take_tap(CHIP_PROOF &proof, const BOUNDARY_REGISTER &found, const st
     return proven_rest_values(tap);
 }
 
-void take_cells(CHIP_PROOF &proof, const std::vector<REST_KIND> &kinds,
-                const std::vector<std::string> &models) {
-    PROVEN_CELLS proven = prove_cells(kinds, models);
+void take_cells(CHIP_PROOF &proof, const std::vector<REST_KIND> &kinds, const PROOF_WORDS &words) {
+    PROVEN_CELLS proven;
+    if (words.with_yosys)
+        proven = prove_cells(kinds, words.models);
+    else
+        proven.of_kind.assign(kinds.size(), {false, NOT_ASKED});
     std::vector<std::pair<std::string, std::vector<std::string>>> assumed; // by reason
     std::vector<std::string> cells, pads;
     for (size_t i = 0; i < kinds.size(); ++i) {
@@ -134,35 +154,58 @@ std::string proof_text(const CHIP_PROOF &proof, const std::string &design) {
                                                       proof.faults.size()));
 }
 
-CHIP_PROOF prove_chip(const std::string &design, const std::vector<std::string> &models) {
+/// The cross-check: what the comparison found must be what Yosys finds.
+void take_points(CHIP_PROOF &proof, const BOUNDARY_REGISTER &found, const REST_VALUES &values,
+                 const CHIP_COMPARISON &compared, const PROOF_WORDS &words) {
+    POINT_PROOF points;
+    if (!words.with_yosys)
+        points.why_not = NOT_ASKED;
+    else if (compared.pins > MOST_PINS && !words.forces_points)
+        points.why_not = format_text("the chip has more than %d pins (--yosys)", MOST_PINS);
+    else
+        points = prove_points(found, words.design + ".c.sdb", values, compared, words.models);
+    if (!points.why_not.empty()) {
+        proof.proofs.push_back("Yosys was not asked about each pin: " + points.why_not);
+        return;
+    }
+    proof.proofs.push_back(
+        format_text("Yosys: %zu of %d points proven", points.points - points.unproven.size(), points.points));
+    for (size_t i = 0; i < std::min(points.unproven.size(), MOST_POINTS); ++i)
+        proof.faults.push_back(
+            {"yosys", points.unproven[i] + " has not the value from before the run", "", "", ""});
+}
+
+CHIP_PROOF prove_chip(const PROOF_WORDS &words) {
     BOUNDARY_REGISTER found;
     read_boundary_register(found);
     if (found.tap_obj < 0)
         TOOL_fail("", 0, "%s.", found.faults[0].text.c_str());
-    compare_boundary_order(found, design + ".bso");
+    compare_boundary_order(found, words.design + ".bso");
     CHIP_PROOF proof;
     proof.faults = found.faults;
-    REST_VALUES values = take_tap(proof, found, design + "_TAP.v");
-    CHIP_COMPARISON compared = compare_chips(found, design + ".c.sdb", values);
+    REST_VALUES values = take_tap(proof, found, words);
+    CHIP_COMPARISON compared = compare_chips(found, words.design + ".c.sdb", values);
     proof.proofs.push_back(format_text("Comparison: %d nets, %d pins of %d instances, %d ports%s",
                                        compared.nets, compared.pins, compared.objects, compared.ports,
                                        compared.faults.empty() ? ", equal" : ""));
     proof.faults.insert(proof.faults.end(), compared.faults.begin(), compared.faults.end());
     proof.assumed.insert(proof.assumed.end(), compared.assumed.begin(), compared.assumed.end());
-    take_cells(proof, compared.kinds, models);
+    take_cells(proof, compared.kinds, words);
+    take_points(proof, found, values, compared, words);
     return proof;
 }
 
 int run_prove(const KIT_CALL &call) {
     if (call.names.size() != 1)
         kit_usage_fault("one DESIGN, the name of the top module, is needed");
-    const std::string &design = call.names[0];
+    PROOF_WORDS words{call.names[0], {}, !kit_has(call, "no-yosys"), kit_has(call, "yosys")};
     TOOL_set_search_path();
-    need_run_files(design, "prove", {".lib", ".bsc", ".c.sdb", "_jtag.c.sdb", ".bso"});
-    std::vector<std::string> models = cell_models(call, design);
-    open_finished_run(design, design + "_jtag.c.sdb");
-    CHIP_PROOF proof = prove_chip(design, models);
-    std::string text = kit_has(call, "json") ? proof_json(proof, design) : proof_text(proof, design);
+    need_run_files(words.design, "prove", {".lib", ".bsc", ".c.sdb", "_jtag.c.sdb", ".bso"});
+    words.models = cell_models(call, words.design);
+    open_finished_run(words.design, words.design + "_jtag.c.sdb");
+    CHIP_PROOF proof = prove_chip(words);
+    std::string text =
+        kit_has(call, "json") ? proof_json(proof, words.design) : proof_text(proof, words.design);
     std::fwrite(text.data(), 1, text.size(), stdout);
     return proof.faults.empty() ? KIT_DONE : KIT_FINDINGS;
 }

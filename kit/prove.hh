@@ -9,6 +9,7 @@
 
 #include "kit/rest_view.hh"
 
+#include <set>
 #include <string>
 #include <vector>
 
@@ -34,6 +35,9 @@ struct CHIP_COMPARISON {
     std::unordered_map<int32_t, size_t> kind_of_cell; ///< by object
     std::vector<std::string> assumed;
     std::vector<REGISTER_FAULT> faults; ///< rule "wire"
+    std::vector<REST_ROLE> roles_before, roles_after;
+    std::set<std::string>
+        let_pass; ///< pins and ports that may be on something else, without marks in their names
 };
 
 /// Holds the open edited design against that in `source_file`, in time linear in their size. Allowed
@@ -85,3 +89,15 @@ PROVEN_CELLS prove_cells(const std::vector<REST_KIND> &kinds, const std::vector<
 /// Asks whether what each kind of cell gives out can't see what the core gives the cell. Pads are not asked
 /// about.
 PROVEN_CELLS prove_isolation(const std::vector<REST_KIND> &kinds, const std::vector<std::string> &models);
+
+/// What Yosys says of the pins and ports that read something, one by one.
+struct POINT_PROOF {
+    std::string why_not; ///< why nothing was asked
+    int32_t points = 0;
+    std::vector<std::string> unproven;
+};
+
+/// Asks Yosys what `compared` has found without it: each pin that reads has the value of before the run.
+POINT_PROOF prove_points(const BOUNDARY_REGISTER &found, const std::string &source_file,
+                         const REST_VALUES &values, const CHIP_COMPARISON &compared,
+                         const std::vector<std::string> &models);

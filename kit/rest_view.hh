@@ -63,6 +63,9 @@ class REST_VIEW {
     REST_ROLE role(int32_t obj) const {
         return roles[static_cast<size_t>(obj)];
     }
+    const std::vector<REST_ROLE> &all_roles() const {
+        return roles;
+    }
     /// What the node's net carries.
     REST_SOURCE source(int32_t node);
     /// The same for a port, which an inserted pad may drive.
