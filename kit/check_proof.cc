@@ -67,9 +67,9 @@ void check_rest(CHECK_CHIP &chip, const PROVEN_TAP &tap, int32_t rule) {
     for (const TAP_OUTPUT &row : tap.outputs) {
         if (!is_needed(chip, row.pin))
             continue;
-        if (rule == 22 && row.in_reset < 0)
+        if (rule == 22 && (row.in_reset < 0 || row.in_reset != row.at_rest))
             add_check(chip, rule, {chip.found.tap_obj, walk_pin(chip.found.tap_obj, row.pin.c_str()), -1},
-                      "the TAP's pin " + row.pin + " is not constant in Test-Logic-Reset");
+                      "the TAP's pin " + row.pin + " does not rest in Test-Logic-Reset");
         for (const std::string &name : rule == 21 ? row.disturbing : std::vector<std::string>{})
             add_check(chip, rule, {chip.found.tap_obj, walk_pin(chip.found.tap_obj, row.pin.c_str()), -1},
                       name + " moves the TAP's pin " + row.pin + ", which the cells show the core through");

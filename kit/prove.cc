@@ -80,12 +80,15 @@ REST_VALUES take_tap(CHIP_PROOF &proof, const BOUNDARY_REGISTER &found, const PR
     for (const TAP_OUTPUT &row : tap.outputs) {
         if (!needed.contains(row.pin) && !declared.contains(row.pin))
             continue;
-        std::string where = !row.disturbing.empty() ? list_text(row.disturbing) : "Test-Logic-Reset";
-        if (row.in_reset < 0 || row.in_reset != row.when_quiet)
-            proof.faults.push_back(
-                {"tap", "the TAP's pin " + row.pin + " does not rest: " + where + " moves it", "", "", ""});
+        std::vector<std::string> moving = row.disturbing;
+        if (row.in_reset < 0 || row.in_reset != row.at_rest)
+            moving.emplace_back("Test-Logic-Reset");
+        if (!moving.empty())
+            proof.faults.push_back({"tap",
+                                    "the TAP's pin " + row.pin + " does not rest under " + list_text(moving),
+                                    "", "", ""});
         else
-            values.push_back(format_text("%s = %d", row.pin.c_str(), row.in_reset));
+            values.push_back(format_text("%s = %d", row.pin.c_str(), row.at_rest));
     }
     if (!tap.reset_holds)
         proof.faults.push_back(

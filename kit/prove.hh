@@ -36,8 +36,10 @@ struct CHIP_COMPARISON {
     std::vector<std::string> assumed;
     std::vector<REGISTER_FAULT> faults; ///< rule "wire"
     std::vector<REST_ROLE> roles_before, roles_after;
-    std::set<std::string>
-        let_pass; ///< pins and ports that may be on something else, without marks in their names
+    /// Pins and ports that may be on something else, without the marks of their names.
+    std::set<std::string> let_pass;
+    /// Pins of both ways of pads that are tied off, the same: they drive nothing.
+    std::set<std::string> reading;
 };
 
 /// Holds the open edited design against that in `source_file`, in time linear in their size. Allowed
@@ -54,11 +56,10 @@ CHIP_COMPARISON compare_chips(const BOUNDARY_REGISTER &found, const std::string 
 /// What the TAP's RTL gives at an output, proven.
 struct TAP_OUTPUT {
     std::string pin;
-    int8_t in_reset = -1;   ///< in Test-Logic-Reset; -1 for what is not constant
-    int8_t when_quiet = -1; ///< under each instruction that must not disturb, and each opcode that none has
+    int8_t at_rest = -1; ///< its system value: as the library file declares it, else that of Test-Logic-Reset
+    int8_t in_reset = -1; ///< in Test-Logic-Reset; -1 for what is not constant
     int8_t in_extest = -1;
-    std::vector<std::string>
-        disturbing; ///< instructions that must not disturb, and do: their value is not in_reset
+    std::vector<std::string> disturbing; ///< instructions that must not disturb, under which it may not rest
 };
 
 struct PROVEN_TAP {
@@ -70,7 +71,7 @@ struct PROVEN_TAP {
 
 /// Asks Yosys about the TAP of the open edited design. `tap_file` is its Verilog as the run wrote it.
 PROVEN_TAP prove_tap(const BOUNDARY_REGISTER &found, const std::string &tap_file);
-/// The values at rest that the proof bears out.
+/// The values of the outputs at rest.
 REST_VALUES proven_rest_values(const PROVEN_TAP &tap);
 
 /// What Yosys says of the kinds of cells, in the order of `kinds`.

@@ -39,16 +39,17 @@ std::string instance_text(const REST_KIND &kind, const char *name, const std::st
            connections.substr(std::min<size_t>(2, connections.size())) + ");\n";
 }
 
+bool is_role(const char *role_pin, const std::string &pin) {
+    return role_pin != nullptr && same_text_no_case(without_minus(role_pin), pin.c_str());
+}
+
 /// A cell that has to be a wire: each of its ways, as `bit == bit`.
 std::string wire_text(const REST_KIND &kind) {
     const SCAN_CELL &cell = *get_scan_cell(kind.class_name.c_str());
     std::string nets, ports, equal = "1'b1";
-    auto role = [](const char *role_pin, const std::string &pin) {
-        return role_pin != nullptr && same_text_no_case(without_minus(role_pin), pin.c_str());
-    };
     std::string mode = "1'b0";
     for (const auto &[pin, part] : kind.pins)
-        if (role(cell.mode_1, pin) && part >= 0)
+        if (is_role(cell.mode_1, pin) && part >= 0)
             mode = part == 1 ? "1'b1" : "1'b0";
     for (size_t i = 0; i < kind.pins.size(); ++i) {
         const auto &[pin, part] = kind.pins[i];
@@ -58,15 +59,17 @@ std::string wire_text(const REST_KIND &kind) {
             continue;
         }
         if (part == REST_OUTPUT || part == REST_HIDDEN) {
-            const char *from = role(cell.data_out, pin) ? "di" : role(cell.sys_in, pin) ? "sp" : nullptr;
-            std::string expected = role(cell.oe_mode, pin) ? mode : from != nullptr ? from : "";
+            const char *from = is_role(cell.data_out, pin) ? "di"
+                               : is_role(cell.sys_in, pin) ? "sp"
+                                                           : nullptr;
+            std::string expected = is_role(cell.oe_mode, pin) ? mode : from != nullptr ? from : "";
             if (expected.empty())
                 continue;
             nets += connection(pin, net);
             ports += ", output " + net;
             equal += " & " + net + " == " + expected;
         } else {
-            bool is_core = role(cell.data_in, pin), is_pin = role(cell.sys_pin, pin);
+            bool is_core = is_role(cell.data_in, pin), is_pin = is_role(cell.sys_pin, pin);
             nets += connection(pin, is_core ? "di" : is_pin ? "sp" : net);
             ports += is_core || is_pin ? "" : ", input " + net;
         }
@@ -125,25 +128,31 @@ PROVEN_CELLS::ANSWER prove_kind(const REST_KIND &kind, const std::vector<std::st
 /// The cell twice, with one value of its registers, once with a 0 of the core and once with a 1.
 PROVEN_CELLS::ANSWER prove_isolated(const REST_KIND &kind, const std::vector<std::string> &models) {
     const SCAN_CELL &cell = *get_scan_cell(kind.class_name.c_str());
-    std::string script = "proc\nflatten\nrename \\" + kind.class_name + " one\ncd one\n", core;
-    for (const auto &[pin, part] : kind.pins) {
-        bool is_core = cell.data_in != nullptr && same_text_no_case(without_minus(cell.data_in), pin.c_str());
-        bool is_shown =
-            cell.data_out != nullptr && same_text_no_case(without_minus(cell.data_out), pin.c_str());
-        core = is_core ? pin : core;
-        if (part == REST_OUTPUT || part == REST_HIDDEN)
-            script += is_shown ? "" : "delete -output \\" + pin + "\n";
-        else if (is_core || part >= 0)
-            script += "delete -input \\" + pin + "\n";
-        if (part >= 0 && !is_core)
-            script += "connect -set \\" + pin + (part == 1 ? " 1'b1\n" : " 1'b0\n");
+    std::string text = "module rimkit_prove; one a (); two b (); endmodule\n";
+    for (const auto &[side, value] : {std::pair{"one", "1'b0"}, std::pair{"two", "1'b1"}}) {
+        std::string nets, ports;
+        for (size_t i = 0; i < kind.pins.size(); ++i) {
+            const auto &[pin, part] = kind.pins[i];
+            bool is_shown = is_role(cell.data_out, pin),
+                 is_output = part == REST_OUTPUT || part == REST_HIDDEN;
+            if (is_output && !is_shown)
+                continue;
+            std::string net = is_role(cell.data_in, pin) ? value
+                              : part >= 0                ? (part == 1 ? "1'b1" : "1'b0")
+                                                         : format_text("n%zu", i);
+            nets += connection(pin, net);
+            if (net[0] == 'n')
+                ports += (is_output ? ", output " : ", input ") + net;
+        }
+        text += std::string("module ") + side + " (" + ports.substr(std::min<size_t>(2, ports.size())) +
+                ");\n" + instance_text(kind, "u", nets) + "endmodule\n";
     }
-    script += "delete" + std::string(REGISTERS) + "cd ..\ncopy one two\n";
-    for (const char *side : {"one\nconnect -set \\%s 1'b0\n", "two\nconnect -set \\%s 1'b1\n"})
-        script += "cd " + format_text(side, core.c_str()) + "cd ..\n";
-    script += "setundef -undriven -expose\nmiter -equiv -flatten -make_outputs one two rimkit_miter\n";
+    std::string script = "proc\nflatten one\nflatten two\ncd one\ndelete" + std::string(REGISTERS) +
+                         "cd ..\ncd two\ndelete" + REGISTERS +
+                         "cd ..\nsetundef -undriven -expose one two\n"
+                         "miter -equiv -flatten -make_outputs one two rimkit_miter\n";
     YOSYS_ANSWERS answers =
-        ask_yosys({models, "", kind.class_name, script, {"-prove trigger 0 rimkit_miter"}});
+        ask_yosys({models, text, "rimkit_prove", script, {"-prove trigger 0 rimkit_miter"}});
     return {answers.why_not.empty() && answers.held[0], answers.why_not};
 }
 

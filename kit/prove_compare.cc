@@ -107,6 +107,8 @@ class CHIP_COMPARER {
     bool is_update_output(const REST_SOURCE &source) const;
     bool join(const REST_SOURCE &was, const REST_SOURCE &is);
     void look_at_inserted();
+    bool is_tied_off(int32_t obj);
+    void look_for_second_way(int32_t obj, int32_t node);
     void look_at_cell(int32_t obj, const std::vector<PIN_PART> &parts_of_obj);
     int8_t part_in_proof(int32_t node, PIN_PART part, bool is_pad);
     void look_at_mux_cells();
@@ -446,6 +448,39 @@ void CHIP_COMPARER::look_at_cell(int32_t obj, const std::vector<PIN_PART> &parts
               "a mode pin of the cell does not rest: it hangs on neither the TAP nor a constant");
 }
 
+/// True for a pad that an enable turns off for good.
+bool CHIP_COMPARER::is_tied_off(int32_t obj) {
+    int32_t class_id = after.objs[obj].class_id;
+    const BUFFER_CELL *buffer =
+        class_id < 0 ? nullptr : after.walk->classes[static_cast<size_t>(class_id)].buffer;
+    if (buffer == nullptr)
+        return false;
+    int32_t low = view_pin_node(after, obj, buffer->en_l), high = view_pin_node(after, obj, buffer->en_h);
+    return (low >= 0 && rest_after.source(low) == REST_SOURCE{SDB_NET_VCC, false}) ||
+           (high >= 0 && rest_after.source(high) == REST_SOURCE{SDB_NET_GND, false});
+}
+
+/// What the test logic drives at `node` must not be driven by a pin of the chip that goes both ways: the cell
+/// or buffer lets nothing through in that direction.
+void CHIP_COMPARER::look_for_second_way(int32_t obj, int32_t node) {
+    const auto *nets = SDB_table<SDB_NET>(after.handle, SDB_NET_TAB);
+    for (int32_t at = nets[after.nodes[node].net].first_node; at >= 0; at = after.nodes[at].next) {
+        const SDB_NODE &row = after.nodes[at];
+        bool goes_both_ways = row.obj >= 0 && rest_after.role(row.obj) == REST_KEPT &&
+                              (after.pins[row.pin].direction & SDB_DIRECTION_MASK) == SDB_BIDIRECTIONAL;
+        if (!goes_both_ways)
+            continue;
+        std::string name = view_node_text(after, at);
+        if (is_tied_off(row.obj)) {
+            std::erase(name, '\\');
+            result.reading.insert(name);
+        } else if (after.walk->pad_of_obj[static_cast<size_t>(row.obj)] >= 0 ||
+                   after.walk->classes[static_cast<size_t>(after.objs[row.obj].class_id)].buffer != nullptr) {
+            fault(obj, node, -1, "it stands in one direction before " + name + ", which drives as well");
+        }
+    }
+}
+
 void CHIP_COMPARER::look_at_inserted() {
     std::vector<std::vector<PIN_PART>> of_class;
     for (int32_t i = 0; i < after.class_count; ++i)
@@ -475,6 +510,9 @@ void CHIP_COMPARER::look_at_inserted() {
                 fault(obj, node, -1,
                       format_text("pin %s of the test logic drives a net that something else drives",
                                   std::string(view_pin_name(after, after.nodes[node].pin)).c_str()));
+            else if (net > SDB_NET_VCC &&
+                     (after.pins[after.nodes[node].pin].direction & SDB_DIRECTION_MASK) == SDB_OUTPUT)
+                look_for_second_way(obj, node);
         }
     }
 }

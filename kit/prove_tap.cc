@@ -50,12 +50,11 @@ struct TAP_QUESTIONS {
     YOSYS_TASK task;
     std::vector<std::string> pins, quiet;
     size_t instruction_length = 0;
-    std::vector<CODE_SET>
-        sets; ///< quiet together, EXTEST, then each quiet instruction and what is not listed
+    std::vector<CODE_SET> sets; ///< EXTEST, then each quiet instruction and what is not listed
 };
 
 void take_code_sets(TAP_QUESTIONS &asked) {
-    std::vector<std::string> loud, extest, listed;
+    std::vector<std::string> extest, listed;
     std::vector<CODE_SET> single;
     for (const INSTRUCTION &row : rows(INSTRUCTIONS)) {
         std::vector<std::string> codes = opcodes_of(row);
@@ -65,15 +64,13 @@ void take_code_sets(TAP_QUESTIONS &asked) {
         if (is_quiet(row.name)) {
             asked.quiet.emplace_back(row.name);
             single.push_back({format_text("only%zu", single.size()), is_one_of(codes)});
-        } else {
-            loud.insert(loud.end(), codes.begin(), codes.end());
         }
         if (same_text_no_case(row.name, "EXTEST"))
             extest = codes;
     }
     asked.quiet.emplace_back("opcodes that are not listed");
     single.push_back({format_text("only%zu", single.size()), "~" + is_one_of(listed)});
-    asked.sets = {{"quiet", "~" + is_one_of(loud)}, {"extest", is_one_of(extest)}};
+    asked.sets = {{"extest", is_one_of(extest)}};
     asked.sets.insert(asked.sets.end(), single.begin(), single.end());
 }
 
@@ -103,19 +100,18 @@ int8_t value_of(const std::vector<bool> &held, size_t zero, size_t one) {
     return held[zero] && held[one] ? -1 : held[zero] ? 0 : held[one] ? 1 : -1;
 }
 
-void take_answers(const TAP_QUESTIONS &asked, const std::vector<bool> &held, PROVEN_TAP &tap) {
+void take_answers(const TAP_QUESTIONS &asked, const std::vector<bool> &held, const REST_VALUES &declared,
+                  PROVEN_TAP &tap) {
     tap.reset_holds = held[0];
     size_t stride = asked.sets.size() + 1;
     for (size_t i = 0; i < asked.pins.size(); ++i) {
         size_t zero = 1 + 2 * i * stride, one = zero + stride;
-        TAP_OUTPUT row{asked.pins[i],
-                       value_of(held, zero, one),
-                       value_of(held, zero + 1, one + 1),
-                       value_of(held, zero + 2, one + 2),
-                       {}};
-        for (size_t set = 2; set < asked.sets.size() && row.in_reset >= 0; ++set)
-            if (!held[(row.in_reset == 0 ? zero : one) + 1 + set])
-                row.disturbing.push_back(asked.quiet[set - 2]);
+        TAP_OUTPUT row{asked.pins[i], -1, value_of(held, zero, one), value_of(held, zero + 1, one + 1), {}};
+        auto known = declared.find(row.pin);
+        row.at_rest = known == declared.end() ? row.in_reset : known->second ? int8_t{1} : int8_t{0};
+        for (size_t set = 1; set < asked.sets.size() && row.at_rest >= 0; ++set)
+            if (!held[(row.at_rest == 0 ? zero : one) + 1 + set])
+                row.disturbing.push_back(asked.quiet[set - 1]);
         tap.outputs.push_back(std::move(row));
     }
 }
@@ -156,14 +152,14 @@ PROVEN_TAP prove_tap(const BOUNDARY_REGISTER &found, const std::string &tap_file
     tap.why_not = answers.why_not;
     tap.quiet = asked.quiet;
     if (tap.why_not.empty())
-        take_answers(asked, answers.held, tap);
+        take_answers(asked, answers.held, declared_rest_values(*found.tap), tap);
     return tap;
 }
 
 REST_VALUES proven_rest_values(const PROVEN_TAP &tap) {
     REST_VALUES values;
     for (const TAP_OUTPUT &row : tap.outputs)
-        if (row.in_reset >= 0 && row.in_reset == row.when_quiet)
-            values[row.pin] = row.in_reset == 1;
+        if (row.at_rest >= 0)
+            values[row.pin] = row.at_rest == 1;
     return values;
 }

@@ -38,6 +38,12 @@ std::string common_name(const DESIGN_VIEW &view, int32_t node) {
     return name;
 }
 
+/// " (NAND2)": a gate of another class is another point.
+std::string class_text(const DESIGN_VIEW &view, int32_t node) {
+    int32_t obj = view.nodes[node].obj;
+    return obj < 0 ? "" : " (" + std::string(view_class_name(view, view.objs[obj].class_id)) + ")";
+}
+
 /// What stands for a net that no opened instance alone drives: all that touch it without only reading.
 std::string shared_net_name(const DESIGN_VIEW &view, const std::vector<int32_t> &drivers) {
     std::vector<std::string> names;
@@ -56,7 +62,8 @@ class DESIGN_OPENER {
                   const std::set<std::string> &known_models)
         : view(design), roles(std::move(of_objects)), values(at_rest), models(known_models),
           drivers(static_cast<size_t>(design.net_count)), is_made(static_cast<size_t>(design.net_count)) {}
-    OPENED_DESIGN open(const std::set<std::string> &let_pass);
+    /// Without the points of `let_pass`; what `reading` names drives nothing.
+    OPENED_DESIGN open(const std::set<std::string> &let_pass, const std::set<std::string> &reading);
 
   private:
     REST_ROLE role_at(int32_t node) const {
@@ -94,9 +101,8 @@ void DESIGN_OPENER::take_inserted(int32_t obj) {
     const WALK_CLASS &row = view.walk->classes[static_cast<size_t>(class_id)];
     if (role == REST_CELL && !models.contains(name))
         opened.obstacle = "no file of --cells has a model of " + name;
-    if (role == REST_PAD || role == REST_ALIEN)
-        opened.obstacle =
-            "the run gave ports pads of their own, or an instance is unknown: " + view_obj_name(view, obj);
+    if (role == REST_PAD)
+        opened.obstacle = "the run gave ports pads of their own: " + view_obj_name(view, obj);
     std::string ends[2];
     for (int32_t i = 0; i < view.classes[class_id].pin_count; ++i) {
         int32_t node = view.objs[obj].first_node + i, net = view.nodes[node].net;
@@ -129,15 +135,17 @@ void DESIGN_OPENER::take_node(int32_t node, const std::set<std::string> &let_pas
     bool is_driven =
         net <= SDB_NET_VCC || is_made[static_cast<size_t>(net)] || !drivers[static_cast<size_t>(net)].empty();
     if (!drives_alone && is_driven)
-        opened.points[common_name(view, node)] = net_name(net);
+        opened.points[common_name(view, node) + class_text(view, node)] = net_name(net);
 }
 
-OPENED_DESIGN DESIGN_OPENER::open(const std::set<std::string> &let_pass) {
+OPENED_DESIGN DESIGN_OPENER::open(const std::set<std::string> &let_pass,
+                                  const std::set<std::string> &reading) {
     for (int32_t node = 0; node < view.node_count; ++node)
         if (int32_t net = view.nodes[node].net; net > SDB_NET_VCC && is_driver(node)) {
-            if (role_at(node) == REST_KEPT)
+            bool is_box = role_at(node) == REST_KEPT || role_at(node) == REST_ALIEN;
+            if (is_box && !reading.contains(common_name(view, node)))
                 drivers[static_cast<size_t>(net)].push_back(node);
-            else
+            else if (!is_box)
                 is_made[static_cast<size_t>(net)] = true;
         }
     for (int32_t node = 0; node < view.node_count; ++node)
@@ -205,9 +213,10 @@ POINT_PROOF prove_points(const BOUNDARY_REGISTER &found, const std::string &sour
     NETLIST_WALK walk;
     prepare_walk(walk, std::string(view_class_name(after, after.objs[found.tap_obj].class_id)).c_str());
     DESIGN_VIEW before = view_design(walk);
-    OPENED_DESIGN gold =
-        DESIGN_OPENER(before, compared.roles_before, values, modules).open(compared.let_pass);
-    OPENED_DESIGN gate = DESIGN_OPENER(after, compared.roles_after, values, modules).open(compared.let_pass);
+    OPENED_DESIGN gold = DESIGN_OPENER(before, compared.roles_before, values, modules)
+                             .open(compared.let_pass, compared.reading);
+    OPENED_DESIGN gate =
+        DESIGN_OPENER(after, compared.roles_after, values, modules).open(compared.let_pass, compared.reading);
     proof.why_not = gold.obstacle + gate.obstacle;
     NAME_NUMBERS inputs, points;
     for (const auto &[name, net] : gold.points)
