@@ -54,19 +54,12 @@ void take_runbist(const KIT_CALL &call, BSDL_FILE &file) {
                                     text.c_str()));
 }
 
-std::string fault_json(const REGISTER_FAULT &fault) {
-    return format_text("{\"rule\": %s, \"text\": %s, \"instance\": %s, \"net\": %s, \"port\": %s}",
-                       json_text(fault.rule).c_str(), json_text(fault.text).c_str(),
-                       json_text(fault.instance).c_str(), json_text(fault.net).c_str(),
-                       json_text(fault.port).c_str());
-}
-
 void show(const KIT_CALL &call, const BSDL_FILE &file, const BOUNDARY_REGISTER &found,
           const std::vector<std::string> &written) {
     if (kit_has(call, "json")) {
         std::string faults;
         for (const REGISTER_FAULT &fault : found.faults)
-            faults += (faults.empty() ? "" : ", ") + fault_json(fault);
+            faults += (faults.empty() ? "" : ", ") + register_fault_json(fault);
         std::printf("{\"design\": %s, \"cells\": %zu, \"files\": %s, \"warnings\": %s, \"findings\": [%s]}\n",
                     json_text(file.design).c_str(), found.cells.size(), json_list(written).c_str(),
                     json_list(file.warnings).c_str(), faults.c_str());

@@ -155,6 +155,8 @@ bool check_by_simulation(CHECK_CHIP &chip, const CHECK_RULE &rule, std::string &
 
 /// The same of a proof about the TAP's text.
 bool check_by_proof(CHECK_CHIP &chip, const CHECK_RULE &rule, std::string &why);
+/// The same of a proof about the chip at rest and in EXTEST (kit/prove.hh).
+bool check_by_rest_proof(CHECK_CHIP &chip, const CHECK_RULE &rule, std::string &why);
 /// Reads the instruction table; what it lacks is a finding of the rule that it breaks.
 void take_instructions(CHECK_CHIP &chip);
 

@@ -180,7 +180,7 @@ bool check_by_proof(CHECK_CHIP &chip, const CHECK_RULE &rule, std::string &why) 
         std::find_if(std::begin(PROOFS), std::end(PROOFS),
                      [&rule](const PROOF_OF_RULE &known) { return known.rule == rule.number; });
     if (row == std::end(PROOFS))
-        return false;
+        return check_by_rest_proof(chip, rule, why);
     why = verilog_obstacle(written_text(chip, "_TAP"));
     if (why.empty())
         why = engine_obstacle("yosys", "yosys");

@@ -83,6 +83,11 @@ VERILOG_MODULES modules_of(const std::vector<std::string> &files) {
     return modules;
 }
 
+bool has_model(const VERILOG_MODULES &modules, const std::string &name) {
+    auto module = modules.find(name);
+    return module != modules.end() && module->second;
+}
+
 std::vector<std::string> cell_models(const KIT_CALL &call, const std::string &design) {
     std::vector<std::string> files = kit_values(call, "cells");
     for (const std::string &file : files)

@@ -28,6 +28,8 @@ struct SCRATCH_FOLDER {
 /// often has the ports alone.
 using VERILOG_MODULES = std::map<std::string, bool>;
 VERILOG_MODULES modules_of(const std::vector<std::string> &files);
+/// True for a module that does something.
+bool has_model(const VERILOG_MODULES &modules, const std::string &name);
 
 /// The Verilog models of the cells: the files that --cells gives, and DESIGN_cells.v, which `rimkit start`
 /// leaves, unless they define a module of it, too. A missing file ends the program.

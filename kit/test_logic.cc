@@ -170,9 +170,6 @@ std::vector<std::string> test_logic_lacks(const BOUNDARY_REGISTER &found, const 
     for (const WALK_PAD_ROW &pad : found.walk.pads)
         if (is_instance(*pad.buffer))
             names.insert(chip_class_name(obj_tab[pad.obj].class_id));
-    std::erase_if(names, [&modules](const std::string &name) {
-        auto module = modules.find(name);
-        return module != modules.end() && module->second;
-    });
+    std::erase_if(names, [&modules](const std::string &name) { return has_model(modules, name); });
     return {names.begin(), names.end()};
 }
