@@ -96,7 +96,8 @@ void check_rest(CHECK_CHIP &chip, const PROVEN_TAP &tap, int32_t rule) {
 bool check_by_rest_proof(CHECK_CHIP &chip, const CHECK_RULE &rule, std::string &why) {
     if (rule.number < 20 || rule.number > 22)
         return false;
-    PROVEN_TAP tap = prove_tap(chip.found, written_file(chip, "_TAP.v"));
+    // A process checks one chip: the three rules ask once.
+    static const PROVEN_TAP tap = prove_tap(chip.found, written_file(chip, "_TAP.v"));
     why = tap.why_not;
     if (why.empty() && !TOOL_exists(chip.design + ".c.sdb"))
         why = "there is no design before the run, " + chip.design + ".c.sdb";

@@ -81,7 +81,7 @@ constexpr CHECK_RULE RULES[] = {
      NEED_CHAIN},
     {21, "non-invasive", "F", ERROR, "SAMPLE, PRELOAD, BYPASS and IDCODE leave the chip at work",
      "a look at the running chip changes it", "mode pins off in these instructions", NEED_CHAIN},
-    {22, "reset-restores", "F, S", ERROR,
+    {22, "reset-restores", "F", ERROR,
      "in Test-Logic-Reset, and behind EXTEST, the chip works as without a register",
      "the chip does not work in its system", "the TAP's reset on the mode logic", NEED_CHAIN},
     {23, "clamp", "S", ERROR, "CLAMP selects BYPASS and holds the pins over scans",

@@ -32,25 +32,6 @@ def strip_comments(text):
     return re.sub(r"/\*.*?\*/|//[^\n]*", " ", text, flags=re.S)
 
 
-def read_wires(path):
-    """The cells of the insertion that are wires while the core has the pins, each with two pins; those that are
-    nothing then; and the TAP's pins that take pins of a pad over."""
-    text = strip_comments(open(path).read())
-    through, drop, taken = [], [], set()
-    for name, body in re.findall(r"%TAP_CONTROLLER\s+(\S+)\s*\{([^}]*)\}", text):
-        drop.append(name)
-        taken |= {(name, pin.lstrip("-")) for pin in re.findall(r"%TDO(?:_EN)?\s+(\S+?)\s*;", body)}
-    for name, body in re.findall(r"%SCAN_CELL\s+(\S+)\s*\{([^}]*)\}", text):
-        pins = dict(re.findall(r"%(\w+)\s+(\S+?)\s*;", body))
-        drop += [name] if "DATA_OUT" not in pins else []
-        through += [(name, pins[a], pins[b]) for a, b in (("DATA_IN", "DATA_OUT"), ("SYS_PIN", "SYS_IN")) if b in pins]
-    for name in re.findall(r"%\w*SIGNAL_BUFFER\s+(\S+?)\s*;", text):
-        body = re.search(rf"%BUFFER\s[^{{}}]*\b{name}\b[^{{}}]*\{{([^}}]*)\}}", text)
-        pins = dict(re.findall(r"%(\w+)\s+(\S+?)\s*;", body[1] if body else ""))
-        through += [(name, pins["INPUT"], pins["OUTPUT"])] if body else []
-    return through, drop, taken
-
-
 def plain(name):
     """A port's name in letters that BSDL takes too."""
     return re.sub(r"\W+", "_", name).strip("_")

@@ -23,8 +23,6 @@ from player import run  # noqa: E402
 HERE = pathlib.Path(__file__).resolve().parent
 EXAMPLE = HERE.parent.parent / "examples" / "uart_chip"
 TAP_OUTPUTS = "module jtag_tap (output TDO, output TDO_EN); endmodule\n"
-BCM_WIRES = [(f"BCELL{i}_IN", f"BCELL{i}_OUT") for i in (1, 2, 3, 4, 5, 6, 7, 9)] + [
-    ("BCELL8_DATA_IN", "BCELL8_PAD_OUT"), ("BCELL8_PAD_IN", "BCELL8_DATA_OUT")]
 
 
 @dataclass
@@ -179,7 +177,7 @@ def write_files(layout, design, work):
 def plan_of(layout, vhdl):
     return {"design": "chip", "cells": ["cells.v", *layout.bcm], "netlist": ["chip.v"], "resets": {"rst_n": "0"}, "vhdl": vhdl,
             "before": ["chip_TAP.v"] if layout.exists or layout.bcm else [], "cycles": 400,
-            "structure": not layout.bare, "wires": {"chip_BCM": BCM_WIRES} if layout.bcm else {},
+            "structure": not layout.bcm,       # in a module of the user's nobody looks
             "clocks": ["clk"], "like": "plain" if layout.bcm else "."}
 
 

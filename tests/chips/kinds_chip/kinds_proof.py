@@ -20,7 +20,7 @@ def plan_of(variant, tap, still):
     ports that the core holds."""
     return {"design": "kinds", "cells": CELLS, "netlist": ["kinds.v"], "before": tap, "resets": {"rst_n": "0"}, "cycles": 300,
             "clocks": ["clk"], "direct": ["dn", "mxb"], "intest_hold": ["dim"],
-            "unanswered": ["q2"], "still": still, "structure": False}
+            "unanswered": ["q2"], "still": still}
 
 
 def main():
