@@ -63,6 +63,8 @@ module bench;
 
 const char *const BODY = R"(
     integer step, i, checks, faults, tdo_faults;
+    integer planted, last_planted, stride; // the fault that is on in a netlist with switches, 0 for none
+    reg is_graded;
     integer pins; // PINS; a loop with a constant bound may be written out by a compiler, which takes it long
     reg [PINS-1:0] at_capture, before_edge, seen_0, seen_1;
     reg [BITS-1:0] got, got_before;
@@ -75,10 +77,10 @@ const char *const BODY = R"(
     task fault;
         begin
             faults = faults + 1;
-            told = faults <= SHOWN;
+            told = faults <= SHOWN && !is_graded;
             if (told)
                 $write("FAULT: step %0d, %0s: ", step, reason[step]);
-            if (faults == SHOWN + 1)
+            if (faults == SHOWN + 1 && !is_graded)
                 $display("more faults are not told");
         end
     endtask
@@ -240,36 +242,50 @@ const char *const BODY = R"(
         end
     endtask
 
+    // Once, or once for each planted fault of a range, where the netlist has switches; up to the first step that finds
+    // it then.
     initial begin
         pins = PINS;
-        checks = 0;
-        faults = 0;
-        drive = {PINS{1'b0}};
-        on = {PINS{1'b0}};
-        pull = {PINS{1'b0}};
-        got = {BITS{1'b0}};
-        tck = 1'b0;
-        tms = 1'b1;
-        tdi_bit = 1'b1;
-        trst = 1'b1;
-        settle;
-        for (step = 0; step < STEPS; step = step + 1) begin
-            tdo_faults = 0;
-            case (kind[step])
-                0, 1: reset;
-                2, 3: scan;
-                default: set_pins;
-            endcase
-            if (tdo_faults > 0) begin
-                fault;
-                if (told)
-                    $display("TDO is driven outside the shift states, in %0d periods of TCK", tdo_faults);
+        is_graded = $value$plusargs("first=%d", planted);
+        if (!is_graded)
+            planted = 0;
+        if (!$value$plusargs("last=%d", last_planted))
+            last_planted = planted;
+        if (!$value$plusargs("stride=%d", stride))
+            stride = 1;
+        while (planted <= last_planted) begin
+            checks = 0;
+            faults = 0;
+            drive = {PINS{1'b0}};
+            on = {PINS{1'b0}};
+            pull = {PINS{1'b0}};
+            got = {BITS{1'b0}};
+            tck = 1'b0;
+            tms = 1'b1;
+            tdi_bit = 1'b1;
+            trst = 1'b1;
+            settle;
+            for (step = 0; step < STEPS && !(is_graded && faults > 0); step = step + 1) begin
+                tdo_faults = 0;
+                case (kind[step])
+                    0, 1: reset;
+                    2, 3: scan;
+                    default: set_pins;
+                endcase
+                if (tdo_faults > 0) begin
+                    fault;
+                    if (told)
+                        $display("TDO is driven outside the shift states, in %0d periods of TCK", tdo_faults);
+                end
             end
+            if (is_graded)
+                $display("PLANTED %0d %0d", planted, faults == 0 ? -1 : step - 1);
+            else if (faults == 0)
+                $display("BENCH PASS %0d checks", checks);
+            else
+                $display("BENCH FAIL %0d of %0d checks", faults, checks);
+            planted = planted + stride;
         end
-        if (faults == 0)
-            $display("BENCH PASS %0d checks", checks);
-        else
-            $display("BENCH FAIL %0d of %0d checks", faults, checks);
         $finish;
     end
 )";

@@ -86,5 +86,7 @@ void make_patterns(PATTERN_LIST &list, const BOUNDARY_REGISTER &found, const BSD
 std::string pattern_svf(const PATTERN_LIST &list, std::vector<int32_t> &line_of_step);
 /// The steps as a bench in Verilog-2001 around the module DESIGN_jtag.
 std::string pattern_bench(const PATTERN_LIST &list);
+/// The steps as STIL (IEEE 1450): a flat vector for each period of TCK and each look at the pins.
+std::string pattern_stil(const PATTERN_LIST &list);
 /// What each pin is tried for, and by what.
 std::string pattern_cover(const PATTERN_LIST &list, const std::vector<int32_t> &line_of_step);
