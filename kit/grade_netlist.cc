@@ -17,6 +17,9 @@ namespace {
 constexpr const char *CORE_ALONE =
     "it reaches the core alone: rimkit prove holds the core to the chip before";
 constexpr const char *PIN_AGREES = "pin and cell agree on it: rimkit prove holds the core to the chip before";
+constexpr const char *CORE_DIFFERS =
+    "it shows only where the core gives the pad another value than the register in SAMPLE";
+constexpr const char *NO_CELL = "no boundary cell stands at it";
 constexpr const char *NO_PORT = "the cell serves no port";
 
 /// One switched pin. `net` is what the switch takes: the old net of an input, the new one of an output.
@@ -145,14 +148,20 @@ bool is_reader(const REGISTER_ROW &row) {
 }
 
 /// Why a bench may not see what is wrong at this pin of a cell, which gives values to the core, to a pad,
-/// both or neither.
-const char *reason_at(const SCAN_CELL &cell, const std::string &pin, bool reads, bool writes) {
+/// both or neither. `core_out` is the core's side of a pad that the cell stands in, or null.
+const char *reason_at(const SCAN_CELL &cell, const std::string &pin, const char *core_out, bool reads,
+                      bool writes) {
     auto is = [&pin](const char *name) { return name != nullptr && name + (*name == '-') == pin; };
     if (!reads && !writes)
         return NO_PORT;
-    if (is(cell.sys_in) ||
-        (!writes && (is(cell.data_out) || is(cell.mode_1) || is(cell.mode_2) || is(cell.update_dr))))
+    bool has_way_in = cell.sys_in != nullptr || core_out != nullptr;
+    if (is(cell.sys_in) || is(core_out) || (is(cell.mode_2) && has_way_in))
         return CORE_ALONE;
+    for (const char *name : {cell.data_out, cell.update_dr_out, cell.mode_1, cell.mode_2, cell.update_dr})
+        if (!writes && is(name))
+            return CORE_ALONE;
+    if (writes && is(cell.mode_1))
+        return CORE_DIFFERS;
     return is(cell.data_in) && writes ? PIN_AGREES : nullptr;
 }
 
@@ -169,10 +178,13 @@ void plant_in_cells(PLANTER &planter) {
         auto at = planter.instance_of_name.find(cell.instance);
         if (at == planter.instance_of_name.end())
             continue;
+        int32_t pad = planter.found.walk.pad_of_obj[static_cast<size_t>(cell.obj)];
+        const char *core_out =
+            pad >= 0 ? planter.found.walk.pads[static_cast<size_t>(pad)].core_out : nullptr;
         for (const NL_PORT &port : class_of(planter, at->second).ports) {
             std::string pin = NL_string(planter.design.names, port.name);
             add_stuck(planter, site_at(planter, cell.instance, pin.c_str(),
-                                       reason_at(*cell.cell, pin, reads[i], writes[i])));
+                                       reason_at(*cell.cell, pin, core_out, reads[i], writes[i])));
         }
         if (i == 0)
             continue;
@@ -183,13 +195,22 @@ void plant_in_cells(PLANTER &planter) {
     }
 }
 
+/// True when a cell or the TAP stands at the pad's pin.
+bool is_held(const NETLIST_WALK &walk, int32_t node) {
+    auto is_test = [](const WALK_POINT &point) { return point.end == WALK_CELL || point.end == WALK_TAP; };
+    std::vector<WALK_POINT> loads = walk_forward(walk, node);
+    return is_test(walk_back(walk, node)) || std::any_of(loads.begin(), loads.end(), is_test);
+}
+
 void plant_in_pads(PLANTER &planter) {
-    for (const WALK_PAD_ROW &pad : planter.found.walk.pads) {
+    const NETLIST_WALK &walk = planter.found.walk;
+    for (const WALK_PAD_ROW &pad : walk.pads) {
         if (pad.port < 0)
             continue;
         std::string owner = chip_instance_name(pad.obj);
         for (const char *pin : {pad.core_in, pad.core_out, pad.buffer->en_l, pad.buffer->en_h})
-            add_stuck(planter, site_at(planter, owner, pin));
+            if (int32_t node = walk_pin(pad.obj, pin); node >= 0)
+                add_stuck(planter, site_at(planter, owner, pin, is_held(walk, node) ? nullptr : NO_CELL));
         for (const char *pin : {pad.buffer->en_l, pad.buffer->en_h})
             if (SITE *site = site_at(planter, owner, pin))
                 add_fault(planter, *site, "inverted", "~a");
@@ -197,12 +218,16 @@ void plant_in_pads(PLANTER &planter) {
 }
 
 void plant_in_tap(PLANTER &planter) {
-    std::string owner = chip_instance_name(planter.found.tap_obj);
+    const TAP_CELL &tap = *planter.found.tap;
+    std::string owner = chip_instance_name(planter.found.tap_obj),
+                mode_2 = tap_pin_name(tap, &TAP_CELL::mode_2);
     auto at = planter.instance_of_name.find(owner);
     if (at == planter.instance_of_name.end())
         return;
-    for (const NL_PORT &port : class_of(planter, at->second).ports)
-        add_stuck(planter, site_at(planter, owner, NL_string(planter.design.names, port.name).c_str()));
+    for (const NL_PORT &port : class_of(planter, at->second).ports) {
+        std::string pin = NL_string(planter.design.names, port.name);
+        add_stuck(planter, site_at(planter, owner, pin.c_str(), pin == mode_2 ? CORE_ALONE : nullptr));
+    }
 }
 
 } // namespace

@@ -44,7 +44,8 @@ struct PATTERN_STEP {
                 ///< off and the pin free; 'b' the bit is the pin's value, which is free while it is off
     std::string drive;       ///< of STEP_PINS: '0', '1', and 'z' 'u' to leave alone, pulled to 0 or 1
     std::string shown;       ///< of STEP_PINS: '0', '1', 'z' released, 'h' 'l' the same on a pad that pulls,
-                             ///< 'd' driven either way, '-' not looked at
+                             ///< 'd' driven either way, 's' as at the step before that had an 's', '-'
+                             ///< not looked at
     int32_t pause = 0;       ///< bits before a stop in Pause-DR; 0 for none
     bool needs_pins = false; ///< says nothing without a bench or a tester: left out of SVF
 };
