@@ -60,7 +60,7 @@ bool is_missed(const GRADE_FAULT &fault) {
 
 std::vector<GRADE_FAULT> grade_patterns(const PATTERN_LIST &list, const BOUNDARY_REGISTER &found,
                                         const std::vector<std::string> &cells) {
-    GRADE_NETLIST netlist = grade_netlist(found, list.design);
+    GRADE_NETLIST netlist = grade_netlist(found, list.design, 1e9 / list.frequency / 200);
     std::string source = list.design + "_graded.v", program = list.design + "_graded.vvp";
     TOOL_write_file(source, netlist.text);
     std::vector<std::string> words = {"iverilog",

@@ -26,7 +26,8 @@ struct GRADE_NETLIST {
     std::string text;
     std::vector<GRADE_FAULT> faults;
 };
-GRADE_NETLIST grade_netlist(const BOUNDARY_REGISTER &found, const std::string &design);
+/// `delay` is that of a switch, in ns.
+GRADE_NETLIST grade_netlist(const BOUNDARY_REGISTER &found, const std::string &design, double delay);
 
 /// "873 of 900 planted faults found, 97.0 %; ...", the same in JSON, null when no fault was planted, and the
 /// file DESIGN.grade.

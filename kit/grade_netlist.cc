@@ -232,7 +232,7 @@ void plant_in_tap(PLANTER &planter) {
 
 } // namespace
 
-GRADE_NETLIST grade_netlist(const BOUNDARY_REGISTER &found, const std::string &design) {
+GRADE_NETLIST grade_netlist(const BOUNDARY_REGISTER &found, const std::string &design, double delay) {
     PLANTER planter{.found = found};
     read_netlist(planter, design + "_jtag");
     plant_in_tap(planter);
@@ -240,10 +240,12 @@ GRADE_NETLIST grade_netlist(const BOUNDARY_REGISTER &found, const std::string &d
     plant_in_pads(planter);
     GRADE_NETLIST made;
     VLOG_write_modules(made.text, planter.design, {&planter.module()});
+    // The delay is a small part of a period: a loop that a swap closes lets the time pass.
+    made.text += "\n`timescale 1ns / 1ps\n";
     for (const SITE &site : planter.sites)
         made.text +=
-            format_text("\nmodule rim_switch_%zu (input a, output z);\n    assign z = %sa;\nendmodule\n",
-                        site.number, site.cases.c_str());
+            format_text("module rim_switch_%zu (input a, output z);\n    assign #%.3f z = %sa;\nendmodule\n",
+                        site.number, delay, site.cases.c_str());
     made.faults = std::move(planter.faults);
     return made;
 }
