@@ -56,8 +56,10 @@ def shifts_of(row, vectors):
     """The vectors that shift: behind those that lead to Shift, without those of a stop in Pause-DR."""
     size, pause, first = int(row["size"]), int(row.get("pause", 0)), 4 if row["kind"] == "2" else 3
     stop = 3 if 0 < pause < size else 0
-    if len(vectors) != first + size + stop + 3:
-        raise ProofError(f"STIL: {len(vectors)} vectors for {size} bits")
+    tms = "1" * (first - 2) + "00" + "".join(
+        str(int(i + 1 in (size, pause))) + "010" * (stop > 0 and i + 1 == pause) for i in range(size)) + "100"
+    if [vector["t"][:2] for vector in vectors] != ["P" + bit for bit in tms[:-1]] + ["00"]:
+        raise ProofError(f"STIL: TMS of {size} bits is not {tms}")
     return [vector for i, vector in enumerate(vectors[first:-3]) if not pause <= i < pause + stop or not stop]
 
 
