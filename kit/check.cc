@@ -16,11 +16,13 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 
 namespace {
 
 constexpr KIT_OPTION OPTIONS[] = {
+    {"rule", "N", "this rule alone, 0 for the files of the run; may be repeated", true},
     {"no-engines", nullptr, "what the netlist shows alone, without simulation and proof"},
     {"strict", nullptr, "rule 14 is an error, and not a warning"},
     {"liberty", "FILE",
@@ -84,11 +86,12 @@ bool check_one(CHECK_CHIP &chip, const CHECK_RULE &rule, bool has_design, std::v
         if (!is_free || rule.open != nullptr || std::strchr(rule.how, letter) == nullptr)
             continue;
         CHECK_OPEN part{&rule, ""};
-        if (!chip.has_engines)
+        if (!chip.words.has_engines)
             part.why = "left out (--no-engines)";
         else
             is_checked = check(chip, rule, part) || is_checked;
-        why += (why.empty() || part.why.empty() ? "" : "; ") + part.why;
+        if (part.why != why)
+            why += (why.empty() || part.why.empty() ? "" : "; ") + part.why;
         applies = applies && part.applies;
     }
     if (!why.empty())
@@ -163,9 +166,20 @@ std::string result_json(const CHECK_RESULT &result) {
     return text + format_text("\n], \"checked\": %d}\n", result.checked);
 }
 
+int32_t rule_of(const std::string &text) {
+    bool is_number = !text.empty() && text.size() < 4 && text.find_first_not_of("0123456789") == text.npos;
+    int32_t number = is_number ? std::atoi(text.c_str()) : -1;
+    if (number < 0 || static_cast<size_t>(number) >= check_rules.size())
+        kit_usage_fault(
+            format_text("--rule: '%s' is no number from 0 to %zu", text.c_str(), check_rules.size() - 1));
+    return number;
+}
+
 int run_check(const KIT_CALL &call) {
-    CHECK_RESULT result = check_chip(finished_run(call), kit_values(call, "liberty"), kit_has(call, "strict"),
-                                     !kit_has(call, "no-engines"));
+    CHECK_WORDS words{kit_values(call, "liberty"), kit_has(call, "strict"), !kit_has(call, "no-engines")};
+    for (const std::string &text : kit_values(call, "rule"))
+        words.rules.insert(rule_of(text));
+    CHECK_RESULT result = check_chip(finished_run(call), words);
     std::string text = kit_has(call, "json") ? result_json(result) : result_text(result);
     std::fwrite(text.data(), 1, text.size(), stdout);
     bool has_error =
@@ -176,10 +190,9 @@ int run_check(const KIT_CALL &call) {
 
 } // namespace
 
-CHECK_RESULT check_chip(const FINISHED_RUN &run, const std::vector<std::string> &liberty, bool is_strict,
-                        bool has_engines) {
-    CHECK_CHIP chip{.run = run, .library = {}, .is_strict = is_strict, .has_engines = has_engines};
-    for (const std::string &file : liberty) {
+CHECK_RESULT check_chip(const FINISHED_RUN &run, const CHECK_WORDS &words) {
+    CHECK_CHIP chip{.run = run, .words = words, .library = {}};
+    for (const std::string &file : words.liberty) {
         KIT_PROGRESS progress("reading " + file);
         liberty_read(chip.library, file);
     }
@@ -195,6 +208,8 @@ CHECK_RESULT check_chip(const FINISHED_RUN &run, const std::vector<std::string> 
         take_instructions(chip);
     CHECK_RESULT result;
     for (const CHECK_RULE &rule : check_rules) {
+        if (!words.rules.empty() && !words.rules.contains(rule.number))
+            continue;
         bool is_checked = check_one(chip, rule, has_design, result.open);
         result.checked += is_checked && rule.number > 0 ? 1 : 0;
     }

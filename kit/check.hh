@@ -61,11 +61,18 @@ struct CHECK_PLAY {
     std::vector<PLAYED_FAULT> faults;
 };
 
+/// What is asked for.
+struct CHECK_WORDS {
+    std::vector<std::string> liberty; ///< libraries of the pads
+    bool is_strict = false;
+    bool has_engines = true;   ///< simulation and proof are wanted
+    std::set<int32_t> rules{}; ///< these alone; empty for all
+};
+
 struct CHECK_CHIP {
     FINISHED_RUN run;
+    CHECK_WORDS words;
     LIBERTY library; ///< of the pads; may be empty
-    bool is_strict = false;
-    bool has_engines = true; ///< simulation and proof are wanted
 
     BOUNDARY_REGISTER found{};
     std::vector<CHECKED_PORT> ports{};                  ///< by port id
@@ -121,8 +128,7 @@ struct CHECK_RESULT {
 
 /// Checks the chip of a finished run in the working folder. It reads the design into the tables of the
 /// process: one call per process. Ends the program when the descriptions or the design can't be read.
-CHECK_RESULT check_chip(const FINISHED_RUN &run, const std::vector<std::string> &liberty, bool is_strict,
-                        bool has_engines);
+CHECK_RESULT check_chip(const FINISHED_RUN &run, const CHECK_WORDS &words);
 
 /// One sentence on an end of a walk: "the core (instance u1)", "a constant 0", ...
 std::string end_text(const CHECK_CHIP &chip, const WALK_POINT &point);

@@ -98,7 +98,7 @@ void take_line(CHECK_CHIP &chip, const PATTERN_LIST &list, const PIN_NUMBERS &pi
     const PATTERN_STEP &step = list.steps[number];
     at = std::min(at + 2 + step.reason.size() + 2, line.size());
     PLAYED_FAULT fault{step.rule, check_rule(step.rule).severity, step.reason, line.substr(at), -1, -1};
-    if (step.rule == RULE_UNSELECTED && chip.is_strict)
+    if (step.rule == RULE_UNSELECTED && chip.words.is_strict)
         fault.severity = FINDING_ERROR;
     find_place(list, step, pins, fault);
     if (step.rule != RULE_OPEN_INPUTS || judge_open_input(chip, list, fault))

@@ -140,7 +140,7 @@ const CHECK_RULE &check_rule(int32_t number) {
 }
 
 void add_check(CHECK_CHIP &chip, int32_t rule, const CHECK_PLACE &place, const std::string &text) {
-    bool is_worse = rule == 14 && chip.is_strict;
+    bool is_worse = rule == 14 && chip.words.is_strict;
     add_check(chip, rule, place, text, is_worse ? FINDING_ERROR : check_rule(rule).severity);
 }
 

@@ -101,7 +101,7 @@ def planted(bench, _):
         if text.count(old) == 0:
             raise Failed(f"nothing to plant at: {old}")
         (bench.work / name).write_text(text.replace(old, new, 1))
-        said = check(bench, 1 if found.startswith("error") else 0)
+        said = check(bench, 1 if found.startswith("error") else 0, "--rule", found.partition(" ")[2] or words)
         told = [json.dumps(row) for row in said["findings"] if f"{row['severity']} {row['number']}" == found]
         if not any(words in row for row in told) if found else any(row["number"] == 14 for row in said["findings"]):
             missed.append(f"{found} '{words}' of {new}: " + json.dumps(said["findings"], indent=1))

@@ -240,7 +240,7 @@ TEST_F(Check, ACleanChipIsClean) {
     run_result result = check();
     EXPECT_EQ(result.status, 0) << result.out << result.err;
     EXPECT_EQ(found_in(result.out), FOUND{}) << result.out;
-    expect_part(result.out, "18 off-values, 19 extest-pads, 23 clamp");
+    expect_part(result.out, "; 14 of 34 rules checked");
 }
 
 TEST_F(Check, FindsEachFaultAtItsPlace) {
@@ -307,8 +307,7 @@ TEST_F(Check, TellsMachinesAndRefuses) {
         const char *part :
         {R"("severity": "error", "number": 28, "rule": "open-pins", "text": "pin tms of the TAP hangs on nothing")",
          R"("instance": "TAP", "net": "", "port": "", "effect": ")",
-         R"({"number": 14, "rule": "unselected-registers", "why": "a pin of the TAP reaches no port)",
-         R"("checked": 1)"})
+         R"({"number": 14, "rule": "unselected-registers", "why": "left out)", R"("checked": 1)"})
         expect_part(result.out, part);
     folder->scratch.write(NETLIST, text);
     read_netlist();
