@@ -1,19 +1,21 @@
 #!/usr/bin/env python3
 """Each error and warning in the sources stands in the index of messages, or in the list of those that nobody meets.
 
-A message is a text that is given to a function that ends the run, notes a fault or warns, that begins with ERROR, FATAL or
-WARNING, or that stands in the table of the .dft reader. What is put in at run time is `...` in the index. An entry may leave out the
-lines behind the first one."""
+A message is a text that is given to a function that ends the run, notes a fault or warns, that begins with ERROR, FATAL
+or WARNING, or that stands in the table of the .dft reader. What is put in at run time is `...` in the index. An entry
+may leave out the lines behind the first one."""
 import argparse
 import pathlib
 import re
 import sys
 
 FOLDERS = "support sdb description dftlang planning editing rtl guide run siblings kit".split()
-CALL = re.compile(r"\b(\w*(?:fail|fault|fatal|FATAL|TOOL_warn|kit_warn)\w*|sdb_log_error|check_stop|refuse\w*)\(|= \{(?:ERROR|FATAL|WARNING)\w*, ")
+CALL = re.compile(r"\b(\w*(?:fail|fault|fatal|FATAL|TOOL_warn|kit_warn|refuse)\w*|sdb_log_error)\("
+                  r"|= \{(?:ERROR|FATAL|WARNING)\w*, ")
 LITERAL = re.compile(r'R"\((.*?)\)"|"((?:[^"\\\n]|\\.)*)"', re.S)
 # Texts that are errors wherever they stand: by their first word, by a place in a file, by the hint at their end.
-ERROR_TEXT = re.compile(r"""\s*(?:(?:SDB )?(?:ERROR|FATAL|Error|WARNING|Warning)\b|'%s' line %d: |"%s", line %d: )|.*Please use -\? for help""")
+ERROR_TEXT = re.compile(r"""\s*(?:(?:SDB )?(?:ERROR|FATAL|Error|WARNING|Warning)\b|'%s' line %d: |"%s", line %d: )"""
+                        r"|.*Please use -\? for help")
 ESCAPES = {"n": "\n", "t": "\t", '"': '"', "\\": "\\", "'": "'"}
 
 
