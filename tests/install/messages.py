@@ -72,37 +72,45 @@ def joined(arguments):
     return texts
 
 
-def messages(sources):
-    """Text lines, file and line of each message."""
+def files(sources):
+    """Name and text of each source file, without comments that have a line of their own."""
     for folder in FOLDERS:
         for path in sorted((sources / folder).iterdir()):
-            if path.suffix not in (".cc", ".hh", ".ll", ".yy"):
-                continue
-            text = re.sub(r"(?m)^[ \t]*//.*$", lambda rest: " " * len(rest[0]), path.read_text())
-            taken = -1
-            for found in CALL.finditer(text):
-                if found.start() < taken:
-                    continue
-                taken = closing(text, found.end())
-                line = text.count("\n", 0, found.start()) + 1
-                for one in joined(text[found.end():taken]):
-                    lines = shown(one)
-                    if lines and re.search(r"[a-z]{2}.* ", lines[0]):
-                        yield lines, f"{path.relative_to(sources)}:{line}"
-            for found in LITERAL.finditer(text):
-                if found[2] and ERROR_TEXT.match(unescaped(found[2])) and " " in found[2]:
-                    # The pieces that follow the first one belong to it.
-                    rest = re.match(r'(?:\s*"(?:[^"\\\n]|\\.)*")*', text[found.end():])[0]
-                    lines = shown(joined(found[0] + rest)[0])
-                    if lines:
-                        yield lines, f"{path.relative_to(sources)}:{text.count(chr(10), 0, found.start()) + 1}"
+            if path.suffix in (".cc", ".hh", ".ll", ".yy"):
+                text = re.sub(r"(?m)^[ \t]*//.*$", lambda rest: " " * len(rest[0]), path.read_text())
+                yield str(path.relative_to(sources)), text
+
+
+def messages_of(text):
+    """Lines of each message of a file, and where it stands in the file."""
+    taken = -1
+    for found in CALL.finditer(text):
+        if found.start() < taken:
+            continue
+        taken = closing(text, found.end())
+        for one in joined(text[found.end():taken]):
+            lines = shown(one)
+            if lines and re.search(r"[a-z]{2}.* ", lines[0]):
+                yield lines, found.start()
+    for found in LITERAL.finditer(text):
+        if found[2] and ERROR_TEXT.match(unescaped(found[2])) and " " in found[2]:
+            # The pieces that follow the first one belong to it.
+            rest = re.match(r'(?:\s*"(?:[^"\\\n]|\\.)*")*', text[found.end():])[0]
+            lines = shown(joined(found[0] + rest)[0])
+            if lines:
+                yield lines, found.start()
+
+
+def messages(sources):
+    """Lines, file and line of each message."""
+    for name, text in files(sources):
+        for lines, at in messages_of(text):
+            yield lines, f"{name}:{text.count(chr(10), 0, at) + 1}"
 
 
 def all_literals(sources):
-    for folder in FOLDERS:
-        for path in (sources / folder).iterdir():
-            if path.suffix in (".cc", ".hh", ".ll", ".yy"):
-                yield from (unescaped(found[2]) for found in LITERAL.finditer(path.read_text()) if found[2])
+    for _, text in files(sources):
+        yield from (unescaped(found[2]) for found in LITERAL.finditer(text) if found[2])
 
 
 def index(page):
