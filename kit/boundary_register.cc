@@ -2,6 +2,7 @@
 
 #include "description/lookups.hh"
 #include "kit/chip.hh"
+#include "kit/json.hh"
 #include "planning/tap_needs.hh"
 #include "sdb/navigation.hh"
 #include "support/text.hh"
@@ -626,6 +627,13 @@ std::string register_fault_text(const REGISTER_FAULT &fault) {
         if (!text->empty())
             line += format_text("; %s '%s'", word, text->c_str());
     return line;
+}
+
+std::string register_fault_json(const REGISTER_FAULT &fault) {
+    return format_text("{\"rule\": %s, \"text\": %s, \"instance\": %s, \"net\": %s, \"port\": %s}",
+                       json_text(fault.rule).c_str(), json_text(fault.text).c_str(),
+                       json_text(fault.instance).c_str(), json_text(fault.net).c_str(),
+                       json_text(fault.port).c_str());
 }
 
 void read_boundary_register(BOUNDARY_REGISTER &found) {

@@ -73,6 +73,8 @@ struct REGISTER_FAULT {
 
 /// "ERROR: RULE: text; instance '...'; net '...'; port '...'", with what there is of the three.
 std::string register_fault_text(const REGISTER_FAULT &fault);
+/// The same as an object of JSON.
+std::string register_fault_json(const REGISTER_FAULT &fault);
 
 struct BOUNDARY_REGISTER {
     NETLIST_WALK walk;
@@ -92,8 +94,7 @@ void read_boundary_register(BOUNDARY_REGISTER &found);
 /// each cell, and the pads of each control cell. A missing file is a fault.
 void compare_boundary_order(BOUNDARY_REGISTER &found, const std::string &bso_file);
 
-/// Adds a fault for each cell that does not stand where the chip had a wire: what drives a cell's data pin
-/// now must have driven the pad in the design before the run, and what reads the cell the pad's output.
+/// Adds a fault for each difference from the design before the run, with the cells as wires (kit/prove.hh).
 /// `source_file` is that design's flat database.
 void compare_with_source(BOUNDARY_REGISTER &found, const std::string &source_file);
 

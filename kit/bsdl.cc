@@ -2,6 +2,7 @@
 #include "description/reader.hh"
 #include "kit/bsdl_file.hh"
 #include "kit/cell_trials.hh"
+#include "kit/engines.hh"
 #include "kit/files.hh"
 #include "kit/finished_run.hh"
 #include "kit/json.hh"
@@ -53,19 +54,12 @@ void take_runbist(const KIT_CALL &call, BSDL_FILE &file) {
                                     text.c_str()));
 }
 
-std::string fault_json(const REGISTER_FAULT &fault) {
-    return format_text("{\"rule\": %s, \"text\": %s, \"instance\": %s, \"net\": %s, \"port\": %s}",
-                       json_text(fault.rule).c_str(), json_text(fault.text).c_str(),
-                       json_text(fault.instance).c_str(), json_text(fault.net).c_str(),
-                       json_text(fault.port).c_str());
-}
-
 void show(const KIT_CALL &call, const BSDL_FILE &file, const BOUNDARY_REGISTER &found,
           const std::vector<std::string> &written) {
     if (kit_has(call, "json")) {
         std::string faults;
         for (const REGISTER_FAULT &fault : found.faults)
-            faults += (faults.empty() ? "" : ", ") + fault_json(fault);
+            faults += (faults.empty() ? "" : ", ") + register_fault_json(fault);
         std::printf("{\"design\": %s, \"cells\": %zu, \"files\": %s, \"warnings\": %s, \"findings\": [%s]}\n",
                     json_text(file.design).c_str(), found.cells.size(), json_list(written).c_str(),
                     json_list(file.warnings).c_str(), faults.c_str());
@@ -100,17 +94,6 @@ std::vector<std::string> write_files(const BSDL_FILE &file, const BOUNDARY_REGIS
     }
     TOOL_write_file(path, bsdl_text(file, found));
     return written;
-}
-
-/// The Verilog of the boundary cells: as given, else as `start` leaves it.
-std::vector<std::string> cell_models(const KIT_CALL &call, const std::string &design) {
-    std::vector<std::string> models = kit_values(call, "cells");
-    for (const std::string &model : models)
-        if (!TOOL_exists(model))
-            TOOL_fail("", 0, "there is no file '%s' of boundary cells.", model.c_str());
-    if (models.empty() && TOOL_exists(design + "_cells.v"))
-        models.push_back(design + "_cells.v");
-    return models;
 }
 
 int run_bsdl(const KIT_CALL &call) {

@@ -1,13 +1,12 @@
 #include "kit/cell_trials.hh"
+#include "kit/engines.hh"
 #include "kit/trial_bench.hh"
 
 #include "siblings/tool.hh"
-#include "support/shell.hh"
 #include "support/text.hh"
 
 #include <map>
 #include <set>
-#include <sstream>
 
 namespace {
 
@@ -40,7 +39,16 @@ std::string wiring_key(const REGISTER_CELL &cell) {
     return key;
 }
 
-std::vector<TRIAL_KIND> find_kinds(const BOUNDARY_REGISTER &found, const std::set<std::string> &modules,
+/// True for a cell inside a bidirectional pad: what it sees hangs on an enable that it may hold itself.
+bool goes_both_ways(const BOUNDARY_REGISTER &found, const REGISTER_CELL &cell) {
+    int32_t pad = found.walk.pad_of_obj[static_cast<size_t>(cell.obj)];
+    if (pad < 0)
+        return false;
+    const WALK_PAD_ROW &row = found.walk.pads[static_cast<size_t>(pad)];
+    return row.core_in != nullptr && row.core_out != nullptr;
+}
+
+std::vector<TRIAL_KIND> find_kinds(const BOUNDARY_REGISTER &found, const VERILOG_MODULES &modules,
                                    CELL_TYPES &types) {
     std::map<int32_t, int32_t> number_of_obj;
     for (size_t i = 0; i < found.cells.size(); ++i)
@@ -54,8 +62,7 @@ std::vector<TRIAL_KIND> find_kinds(const BOUNDARY_REGISTER &found, const std::se
     types.kind_of_cell.assign(found.cells.size(), "");
     for (size_t i = 0; i < found.cells.size(); ++i) {
         const REGISTER_CELL &cell = found.cells[i];
-        bool is_pad = found.walk.pad_of_obj[static_cast<size_t>(cell.obj)] >= 0;
-        if (is_pad || !modules.contains(cell.class_name))
+        if (goes_both_ways(found, cell) || !modules.contains(cell.class_name))
             continue;
         TRIAL_KIND kind{static_cast<int32_t>(i), oe_driver(found, cell, number_of_obj), disable[i]};
         std::string key = wiring_key(cell);
@@ -67,18 +74,6 @@ std::vector<TRIAL_KIND> find_kinds(const BOUNDARY_REGISTER &found, const std::se
             kinds.push_back(kind);
     }
     return kinds;
-}
-
-/// The modules that the files define.
-std::set<std::string> modules_of(const std::vector<std::string> &files) {
-    std::set<std::string> modules;
-    for (const std::string &file : files) {
-        std::istringstream text(TOOL_read_file(file));
-        for (std::string word; text >> word;)
-            if (word == "module" && text >> word)
-                modules.insert(word.substr(word[0] == '\\' ? 1 : 0, word.find_first_of("(;#")));
-    }
-    return modules;
 }
 
 // ---- what it means ------------------------------------------------------------------------------------
@@ -162,7 +157,9 @@ void take_results(BOUNDARY_REGISTER &found, const std::vector<TRIAL_KIND> &kinds
         char reset = results.reset[0][i];
         if (reset == results.reset[1][i] && (reset == '0' || reset == '1'))
             measured.reset_value = reset == '1' ? 1 : 0;
-        if (cell.data_out != nullptr)
+        bool is_pad =
+            found.walk.pad_of_obj[static_cast<size_t>(found.cells[static_cast<size_t>(kind.cell)].obj)] >= 0;
+        if (cell.data_out != nullptr || is_pad)
             fault_of_kind[key] = output_fault(kind, i, results);
     }
     std::vector<bool> drives = drivers(found);
@@ -207,10 +204,10 @@ CELL_TYPES try_cells(const BSDL_FILE &file, BOUNDARY_REGISTER &found, const std:
         types.why_not = "there are no Verilog models of the boundary cells (--cells)";
     else if (!TOOL_exists(tap_file))
         types.why_not = "there is no " + tap_file;
-    else if (run_shell("command -v iverilog >/dev/null 2>&1") != 0)
-        types.why_not = "there is no iverilog on PATH (Debian package iverilog)";
     else if (!found.faults.empty())
         types.why_not = "the register has faults";
+    else
+        types.why_not = engine_obstacle("iverilog", "iverilog");
     if (!types.why_not.empty())
         return types;
     std::vector<TRIAL_KIND> kinds = find_kinds(found, modules_of(models), types);

@@ -3,6 +3,7 @@
 
 #include "description/lookups.hh"
 #include "kit/chip.hh"
+#include "kit/engines.hh"
 #include "kit/finished_run.hh"
 #include "kit/json.hh"
 #include "kit/names.hh"
@@ -15,6 +16,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstring>
 
 namespace {
 
@@ -22,6 +24,9 @@ constexpr KIT_OPTION OPTIONS[] = {
     {"strict", nullptr, "rule 14 is an error, and not a warning"},
     {"liberty", "FILE",
      "Liberty library of the pads, plain or .gz: tells which pins\na pad needs; may be repeated", true},
+    {"cells", "FILE",
+     "Verilog models of the cells, for the simulation; DESIGN_cells.v\nis taken without it; may be repeated",
+     true},
     {"opath", "DIR", "the folder that the run's -opath named"},
 };
 
@@ -52,10 +57,8 @@ void look_at_ports(CHECK_CHIP &chip) {
 
 /// What stands in the way of a rule; empty when it can be checked.
 std::string obstacle(const CHECK_CHIP &chip, const CHECK_RULE &rule, bool has_design) {
-    if (rule.check == nullptr)
-        return rule.open;
     if (rule.need == NEED_NOTHING)
-        return "";
+        return rule.check == nullptr && rule.open != nullptr ? rule.open : "";
     if (!has_design)
         return "there is no edited design " + written_file(chip, "_jtag.c.sdb");
     if (chip.found.tap_obj < 0)
@@ -65,6 +68,27 @@ std::string obstacle(const CHECK_CHIP &chip, const CHECK_RULE &rule, bool has_de
     if (rule.need == NEED_CHAIN && chip.found.rows.empty())
         return "the chain is broken (rule 13)";
     return "";
+}
+
+/// Checks one rule; true when at least a part of it was. What was not is added to `open`.
+bool check_one(CHECK_CHIP &chip, const CHECK_RULE &rule, bool has_design, std::vector<CHECK_OPEN> &open) {
+    std::string why = obstacle(chip, rule, has_design);
+    bool is_free = why.empty(), is_checked = is_free && rule.check != nullptr;
+    if (is_checked) {
+        rule.check(chip);
+        why = rule.open != nullptr ? rule.open : "";
+    }
+    for (const auto &[letter, check] :
+         {std::pair{'F', &check_by_proof}, std::pair{'S', &check_by_simulation}}) {
+        if (!is_free || rule.open != nullptr || std::strchr(rule.how, letter) == nullptr)
+            continue;
+        std::string open_part;
+        is_checked = check(chip, rule, open_part) || is_checked;
+        why += (why.empty() || open_part.empty() ? "" : "; ") + open_part;
+    }
+    if (!why.empty())
+        open.push_back({&rule, why});
+    return is_checked;
 }
 
 std::string place_text(const CHECK_FINDING &finding) {
@@ -133,7 +157,7 @@ int run_check(const KIT_CALL &call) {
     if (call.names.size() != 1)
         kit_usage_fault("one DESIGN, the name of the top module, is needed");
     CHECK_RESULT result = check_chip(call.names[0], kit_value(call, "opath"), kit_values(call, "liberty"),
-                                     kit_has(call, "strict"));
+                                     cell_models(call, call.names[0]), kit_has(call, "strict"));
     std::string text = kit_has(call, "json") ? result_json(result) : result_text(result);
     std::fwrite(text.data(), 1, text.size(), stdout);
     bool has_error =
@@ -145,8 +169,10 @@ int run_check(const KIT_CALL &call) {
 } // namespace
 
 CHECK_RESULT check_chip(const std::string &design, const std::string &opath,
-                        const std::vector<std::string> &liberty, bool is_strict) {
-    CHECK_CHIP chip{.design = design, .opath = opath, .library = {}, .is_strict = is_strict};
+                        const std::vector<std::string> &liberty, const std::vector<std::string> &models,
+                        bool is_strict) {
+    CHECK_CHIP chip{
+        .design = design, .opath = opath, .library = {}, .models = models, .is_strict = is_strict};
     if (!chip.opath.empty() && chip.opath.back() != '/')
         chip.opath += '/';
     TOOL_set_search_path();
@@ -159,19 +185,17 @@ CHECK_RESULT check_chip(const std::string &design, const std::string &opath,
     if (has_design)
         read_boundary_register(chip.found);
     look_at_ports(chip);
+    if (chip.found.tap_obj >= 0)
+        take_instructions(chip);
     CHECK_RESULT result;
     for (const CHECK_RULE &rule : check_rules) {
-        std::string why = obstacle(chip, rule, has_design);
-        if (why.empty()) {
-            rule.check(chip);
-            result.checked += rule.number > 0 ? 1 : 0;
-            why = rule.open != nullptr ? rule.open : "";
-        }
-        if (!why.empty())
-            result.open.push_back({&rule, why});
+        bool is_checked = check_one(chip, rule, has_design, result.open);
+        result.checked += is_checked && rule.number > 0 ? 1 : 0;
     }
     std::stable_sort(chip.findings.begin(), chip.findings.end(),
-                     [](const CHECK_FINDING &a, const CHECK_FINDING &b) { return a.severity < b.severity; });
+                     [](const CHECK_FINDING &a, const CHECK_FINDING &b) {
+                         return std::pair{a.severity, a.rule->number} < std::pair{b.severity, b.rule->number};
+                     });
     result.findings = std::move(chip.findings);
     return result;
 }

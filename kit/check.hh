@@ -7,10 +7,12 @@
 #pragma once
 
 #include "kit/boundary_register.hh"
+#include "kit/bsdl_file.hh"
 #include "kit/findings.hh"
 #include "kit/liberty.hh"
 
 #include <initializer_list>
+#include <set>
 #include <span>
 #include <string>
 #include <string_view>
@@ -38,16 +40,38 @@ struct CHECKED_PORT {
     bool is_driven = false; ///< a cell drives it
 };
 
+/// A fault that the simulation showed; cell and port are -1 where it has none.
+struct PLAYED_FAULT {
+    int32_t rule;
+    FINDING_SEVERITY severity;
+    std::string step, text;
+    int32_t cell, port;
+};
+
+/// What the simulation of the chip said, once it was tried.
+struct CHECK_PLAY {
+    bool was_tried = false;
+    std::string why;         ///< why there is nothing
+    std::string why_no_core; ///< why the test logic alone was played; empty when the whole chip was
+    BSDL_FILE instructions;  ///< of the instruction table
+    std::set<int32_t> rules; ///< that a step was played for
+    bool is_cut = false;     ///< there are more faults than `faults`
+    std::string held;        ///< compliance pins and their values
+    std::vector<PLAYED_FAULT> faults;
+};
+
 struct CHECK_CHIP {
-    std::string design; ///< with its folder
-    std::string opath;  ///< where the run wrote its netlists, with '/', or empty
-    LIBERTY library;    ///< of the pads; may be empty
+    std::string design;              ///< with its folder
+    std::string opath;               ///< where the run wrote its netlists, with '/', or empty
+    LIBERTY library;                 ///< of the pads; may be empty
+    std::vector<std::string> models; ///< Verilog files of the cells
     bool is_strict = false;
 
     BOUNDARY_REGISTER found{};
     std::vector<CHECKED_PORT> ports{};                  ///< by port id
     std::unordered_map<int32_t, bool> constant_gates{}; ///< of is_fixed
     std::vector<CHECK_FINDING> findings{};
+    CHECK_PLAY play{};
 };
 
 /// What a rule needs before its function can run.
@@ -97,14 +121,18 @@ struct CHECK_RESULT {
 /// Checks the chip of a finished run in the working folder. It reads the design into the tables of the
 /// process: one call per process. Ends the program when the descriptions or the design can't be read.
 CHECK_RESULT check_chip(const std::string &design, const std::string &opath,
-                        const std::vector<std::string> &liberty, bool is_strict);
+                        const std::vector<std::string> &liberty, const std::vector<std::string> &models,
+                        bool is_strict);
 
 /// A file that the run writes into its folder for output: DESIGN and the ending.
 std::string written_file(const CHECK_CHIP &chip, const char *ending);
+/// What the last run wrote in its language, DESIGN and the ending without ".v" or ".vhd": the younger file of
+/// two, as an earlier run may have left the other; the Verilog name when there is neither.
+std::string written_text(const CHECK_CHIP &chip, const std::string &ending);
+/// Why an engine can't read the file: it is VHDL, or there is none. Empty when it can.
+std::string verilog_obstacle(const std::string &file);
 /// One sentence on an end of a walk: "the core (instance u1)", "a constant 0", ...
 std::string end_text(const CHECK_CHIP &chip, const WALK_POINT &point);
-/// A few of the names, and how many there are.
-std::string few_of(const std::vector<std::string> &names);
 /// True when the object has an output: what has none (an antenna diode) can't do anything with a signal.
 bool has_output(int32_t obj);
 /// True when the object has an input: what has none is a tie cell or a power-on reset.
@@ -120,6 +148,17 @@ WALK_POINT behind_single_gates(CHECK_CHIP &chip, WALK_POINT source, std::vector<
 void check_control_pins(CHECK_CHIP &chip);
 /// The pins of pads with a multiplexer inside, for rule 28: its modes, and what it shows the core in a test.
 void check_mux_pins(CHECK_CHIP &chip);
+
+/// What the simulation of the chip says of a rule: adds its findings. False when it says nothing; `why` is
+/// what is not checked.
+bool check_by_simulation(CHECK_CHIP &chip, const CHECK_RULE &rule, std::string &why);
+
+/// The same of a proof about the TAP's text.
+bool check_by_proof(CHECK_CHIP &chip, const CHECK_RULE &rule, std::string &why);
+/// The same of a proof about the chip at rest and in EXTEST (kit/prove.hh).
+bool check_by_rest_proof(CHECK_CHIP &chip, const CHECK_RULE &rule, std::string &why);
+/// Reads the instruction table; what it lacks is a finding of the rule that it breaks.
+void take_instructions(CHECK_CHIP &chip);
 
 // The functions of the rules.
 void check_written_files(CHECK_CHIP &chip);

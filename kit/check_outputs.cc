@@ -33,14 +33,6 @@ void add_file(CHECK_CHIP &chip, const std::string &file, const std::string &text
     chip.findings.back().file = file;
 }
 
-/// What the last run wrote in its language: the younger file of two, as an earlier run may have left the
-/// other; the Verilog name when there is neither.
-std::string written_text(const CHECK_CHIP &chip, const std::string &ending) {
-    std::string vhdl = written_file(chip, (ending + ".vhd").c_str());
-    std::string verilog = written_file(chip, (ending + ".v").c_str());
-    return TOOL_exists(vhdl) && is_outdated(verilog, {vhdl}) ? vhdl : verilog;
-}
-
 /// True when a source is younger by a second at least: a copy of the folder mixes up what lies closer.
 bool is_older(const std::string &file, const std::vector<std::string> &sources) {
     struct stat made, source;
@@ -69,6 +61,18 @@ void check_netlist(CHECK_CHIP &chip, const std::string &file) {
 }
 
 } // namespace
+
+std::string written_text(const CHECK_CHIP &chip, const std::string &ending) {
+    std::string vhdl = written_file(chip, (ending + ".vhd").c_str());
+    std::string verilog = written_file(chip, (ending + ".v").c_str());
+    return TOOL_exists(vhdl) && is_outdated(verilog, {vhdl}) ? vhdl : verilog;
+}
+
+std::string verilog_obstacle(const std::string &file) {
+    if (file.ends_with(".vhd"))
+        return file + " is VHDL, and the engines read Verilog";
+    return TOOL_exists(file) ? "" : "there is no " + file;
+}
 
 void check_written_files(CHECK_CHIP &chip) {
     std::vector<std::string> inputs;

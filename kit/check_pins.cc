@@ -70,20 +70,11 @@ bool is_in_use(const CHECK_CHIP &chip, const WALK_PAD_ROW &pad) {
            chip.found.ports[static_cast<size_t>(pad.port)].tap_port >= 0;
 }
 
-/// What Liberty says of a pad cell; its use is PAD_UNKNOWN for nothing.
-const PAD_KIND &known_kind(std::map<int32_t, PAD_KIND> &kinds, const CHECK_CHIP &chip, int32_t class_id) {
-    auto [place, is_new] = kinds.try_emplace(class_id);
-    auto entry = chip.library.cells.find(chip_class_name(class_id));
-    if (is_new && entry != chip.library.cells.end())
-        place->second = pad_kind_of_liberty(chip.library, entry->second);
-    return place->second;
-}
-
 /// True when the pad does not work without a value of the pin.
-bool is_needed(const PAD_KIND &kind, const std::string &pin) {
-    return pin == kind.enable_low || pin == kind.enable_high ||
-           std::any_of(kind.gates.begin(), kind.gates.end(),
-                       [&pin](const PIN_VALUE &gate) { return gate.pin == pin; });
+bool is_needed(const PAD_KIND *kind, const std::string &pin) {
+    return kind != nullptr && (pin == kind->enable_low || pin == kind->enable_high ||
+                               std::any_of(kind->gates.begin(), kind->gates.end(),
+                                           [&pin](const PIN_VALUE &gate) { return gate.pin == pin; }));
 }
 
 /// A pin of a cell that must hang on a signal.
@@ -151,11 +142,12 @@ void check_tap_pins(CHECK_CHIP &chip) {
 
 void check_pad_pins(CHECK_CHIP &chip) {
     PIN_GROUPS groups;
-    std::map<int32_t, PAD_KIND> kinds;
+    KNOWN_PADS kinds;
     for (const WALK_PAD_ROW &pad : chip.found.walk.pads) {
         if (!is_in_use(chip, pad) || pad.buffer->kind == BUFFER_BS)
             continue;
-        const PAD_KIND &kind = known_kind(kinds, chip, obj_tab[pad.obj].class_id);
+        const PAD_KIND *kind =
+            known_pad_kind(kinds, chip.library, chip_class_name(obj_tab[pad.obj].class_id));
         group_pins(groups, pad, [&](const std::string &pin, int32_t node) {
             WALK_POINT source = walk_back(chip.found.walk, node);
             bool is_held = source.end == WALK_CELL || source.end == WALK_TAP || is_fixed(chip, source);

@@ -37,14 +37,6 @@ std::string end_text(const CHECK_CHIP &chip, const WALK_POINT &point) {
     return "";
 }
 
-std::string few_of(const std::vector<std::string> &names) {
-    constexpr size_t SHOWN = 5;
-    std::string text;
-    for (size_t i = 0; i < names.size() && i < SHOWN; ++i)
-        text += (i == 0 ? "" : ", ") + names[i];
-    return names.size() > SHOWN ? text + format_text(" and %zu more", names.size() - SHOWN) : text;
-}
-
 namespace {
 
 bool has_pin_beside(int32_t obj, SDB_DIRECTION direction) {

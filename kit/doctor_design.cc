@@ -95,18 +95,6 @@ struct PAD_PIN_STATE {
 };
 using PAD_PIN_PORTS = std::map<std::pair<std::string, std::string>, PAD_PIN_STATE>; // by cell and pin
 
-/// What Liberty says of a pad cell; null for nothing.
-const PAD_KIND *known_kind(std::map<std::string, PAD_KIND> &kinds, const LIBERTY &library,
-                           const std::string &cell) {
-    auto entry = library.cells.find(cell);
-    if (entry == library.cells.end())
-        return nullptr;
-    auto [place, is_new] = kinds.try_emplace(cell);
-    if (is_new)
-        place->second = pad_kind_of_liberty(library, entry->second);
-    return &place->second;
-}
-
 /// The value without which the pad does not work; null when Liberty tells of none.
 const PIN_VALUE *needed_value(const PAD_KIND *kind, const std::string &pin) {
     if (kind == nullptr)
@@ -143,16 +131,6 @@ void look_at_pin(const OPIN_ROW &row, const PAD_KIND *kind, const std::string &p
         state.ports.emplace_back(row.port_name);
 }
 
-constexpr size_t LISTED = 5;
-
-/// A few of the names, and how many there are.
-std::string shortened_list(const std::vector<std::string> &names) {
-    std::string text;
-    for (size_t i = 0; i < names.size() && i < LISTED; ++i)
-        text += (i == 0 ? "" : ", ") + names[i];
-    return names.size() > LISTED ? text + format_text(" and %zu more", names.size() - LISTED) : text;
-}
-
 /// An enable under the keyword of the other polarity.
 void check_enables(std::vector<FINDING> &findings, const BUFFER_CELL &pad, const PAD_KIND &kind) {
     const struct {
@@ -177,11 +155,11 @@ void check_enables(std::vector<FINDING> &findings, const BUFFER_CELL &pad, const
 
 void check_pads(std::vector<FINDING> &findings, const LIBERTY &library) {
     PAD_PIN_PORTS ports;
-    std::map<std::string, PAD_KIND> kinds;
+    KNOWN_PADS kinds;
     for (const OPIN_ROW &row : rows(OPIN_TAB)) {
         if (row.pad == nullptr || row.pad_obj < 0 || is_bs_buffer(row.pad) || has_function(row.pad, "BUF"))
             continue;
-        const PAD_KIND *kind = known_kind(kinds, library, row.pad_class);
+        const PAD_KIND *kind = known_pad_kind(kinds, library, row.pad_class);
         int32_t class_id = obj_tab[row.pad_obj].class_id;
         for (int32_t i = 0; class_id >= 0 && i < class_tab[class_id].pin_count; ++i) {
             int32_t pin = class_tab[class_id].first_pin + i;
@@ -203,7 +181,7 @@ void check_pads(std::vector<FINDING> &findings, const LIBERTY &library) {
         findings.push_back(make_finding(
             state.rule, state.cell + "/" + names[0], lib, line_of_name(lib, pad != nullptr ? pad->name : ""),
             format_text("pad %s has %s %s %s: %s", state.cell.c_str(), names.size() > 1 ? "pins" : "pin",
-                        shortened_list(names).c_str(), state.words, shortened_list(state.ports).c_str())));
+                        few_of(names).c_str(), state.words, few_of(state.ports).c_str())));
     }
 }
 

@@ -87,3 +87,11 @@ int findings_status(const std::vector<FINDING> &findings) {
                            [](const FINDING &finding) { return finding.severity != FINDING_NOTE; });
     return any ? KIT_FINDINGS : KIT_DONE;
 }
+
+std::string few_of(const std::vector<std::string> &names) {
+    constexpr size_t SHOWN = 5;
+    std::string text;
+    for (size_t i = 0; i < names.size() && i < SHOWN; ++i)
+        text += (i == 0 ? "" : ", ") + names[i];
+    return names.size() > SHOWN ? text + format_text(" and %zu more", names.size() - SHOWN) : text;
+}

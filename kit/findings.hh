@@ -29,3 +29,6 @@ std::string findings_json(const std::vector<FINDING> &findings);
 
 /// KIT_FINDINGS with an error or a warning, else KIT_DONE.
 int findings_status(const std::vector<FINDING> &findings);
+
+/// A few of the names, and how many more there are.
+std::string few_of(const std::vector<std::string> &names);

@@ -382,3 +382,13 @@ bool pad_describes(const BUFFER_CELL &pad, const std::string &pin) {
             return true;
     return false;
 }
+
+const PAD_KIND *known_pad_kind(KNOWN_PADS &kinds, const LIBERTY &library, const std::string &cell) {
+    auto entry = library.cells.find(cell);
+    if (entry == library.cells.end())
+        return nullptr;
+    auto [place, is_new] = kinds.try_emplace(cell);
+    if (is_new)
+        place->second = pad_kind_of_liberty(library, entry->second);
+    return &place->second;
+}

@@ -7,6 +7,9 @@
 #include "kit/liberty.hh"
 #include "kit/verilog_model.hh"
 
+#include <map>
+#include <string>
+
 /// The pad kind of a cell that Liberty describes; its use is PAD_UNKNOWN when the entry shows no pad.
 PAD_KIND pad_kind_of_liberty(const LIBERTY &library, const LIBERTY_CELL &cell);
 
@@ -21,3 +24,7 @@ bool looks_like_pad(int32_t class_id, const std::string &pin);
 
 /// True when the library file says what the pad's pin is.
 bool pad_describes(const BUFFER_CELL &pad, const std::string &pin);
+
+/// What Liberty says of a pad cell, looked up once and kept in `kinds`; null for nothing.
+using KNOWN_PADS = std::map<std::string, PAD_KIND>;
+const PAD_KIND *known_pad_kind(KNOWN_PADS &kinds, const LIBERTY &library, const std::string &cell);

@@ -27,13 +27,15 @@ module bench;
     localparam PINS = @PINS, CELLS = @CELLS, STEPS = @STEPS, BITS = @BITS; // BITS: longest scan
     localparam TDO_RELEASES = @RELEASES; // the TDO pad is off outside the shift states
     localparam QUARTER = @QUARTER;       // of a period of TCK, in ns
-    localparam SHOWN = 40;               // faults that are told one by one
+    localparam SHOWN = @SHOWN;             // faults that are told one by one
 
-    // What the steps are: 0 reset by TMS, 1 by TRST, 2 scan of the instruction, 3 of the data register, 4 pins.
+    // What the steps are: 0 reset by TMS, 1 by TRST, 2 scan of the instruction, 3 of the data register, 4 pins,
+    // 5 walk through the states, `tdi` is TMS then and `want` tells the shift states, 6 open TDI, TMS and TRST.
     reg [2:0] kind [0:STEPS-1];
     reg [8*@REASON:1] reason [0:STEPS-1];
+    reg is_note [0:STEPS-1];                // what is found is told, and no fault
     integer size [0:STEPS-1];               // bits of a scan, the first in bit 0
-    integer pause [0:STEPS-1];              // bits before a stop in Pause-DR
+    integer pause [0:STEPS-1];              // bits before a stop in Pause-DR; TRST behind a walk, 2 with TCK high
     reg [BITS-1:0] tdi [0:STEPS-1];
     reg [BITS-1:0] care [0:STEPS-1];        // bits that must be those of `want`
     reg [BITS-1:0] want [0:STEPS-1];
@@ -58,13 +60,14 @@ module bench;
 
     reg [PINS-1:0] drive, on, pull;
     wire [PINS-1:0] seen;
-    reg tck, tms, tdi_bit, trst;
+    reg tck, tms, tdi_bit, trst, let_go;
 )";
 
 const char *const BODY = R"(
-    integer step, i, checks, faults, tdo_faults;
+    integer step, i, checks, faults, tdo_faults, edge_faults, edge_pin, i_pin;
     integer pins; // PINS; a loop with a constant bound may be written out by a compiler, which takes it long
     reg [PINS-1:0] at_capture, before_edge, seen_0, seen_1;
+    localparam [PINS-1:0] ONE_PIN = 1, NO_TCK = ~(ONE_PIN << @TCK), NO_TDO = ~(ONE_PIN << @TDO);
     reg [BITS-1:0] got, got_before;
     reg out_0, out_1;
     reg guard, right, told, tms_bit;
@@ -74,10 +77,10 @@ const char *const BODY = R"(
     // The head of a message; the caller tells the rest. `told` is 1 when it is to be told at all.
     task fault;
         begin
-            faults = faults + 1;
+            faults = faults + !is_note[step];
             told = faults <= SHOWN;
             if (told)
-                $write("FAULT: step %0d, %0s: ", step, reason[step]);
+                $write("%0s: step %0d, %0s: ", is_note[step] ? "NOTE" : "FAULT", step, reason[step]);
             if (faults == SHOWN + 1)
                 $display("more faults are not told");
         end
@@ -103,6 +106,18 @@ const char *const BODY = R"(
             tck = 1'b1;
             #QUARTER;
             #QUARTER;
+            look_at_edge(NO_TCK);
+        end
+    endtask
+
+    // Pins change behind the falling edge of TCK.
+    task look_at_edge;
+        input [PINS-1:0] watched;
+        if ((kind[step] == 2 || kind[step] == 3) && (seen & watched) !== (before_edge & watched)) begin
+            edge_faults = edge_faults + 1;
+            for (i_pin = 0; edge_faults == 1 && i_pin < pins; i_pin = i_pin + 1)
+                if (watched[i_pin] && seen[i_pin] !== before_edge[i_pin])
+                    edge_pin = i_pin;
         end
     endtask
 
@@ -185,8 +200,46 @@ const char *const BODY = R"(
                     default: place = IDLE;
                 endcase
             end
+            before_edge = seen;
             settle;
+            look_at_edge(NO_TCK & NO_TDO); // an update that is late by half a period
             check_scan;
+        end
+    endtask
+
+    // Through the states by TMS; with TRST at the end, in whatever state that is.
+    task walk;
+        begin
+            for (i = 0; i < size[step]; i = i + 1) begin
+                tick(tdi[step][i], 1'b1, want[step][i]);
+                if (TDO_RELEASES && want[step][i] && out_0 !== out_1)
+                    tdo_faults = tdo_faults + 1;
+            end
+            if (pause[step] == 1)
+                settle;
+            if (pause[step] != 0) begin
+                #QUARTER trst = 1'b0;
+                #QUARTER;
+                #QUARTER trst = 1'b1;
+                #QUARTER tick(1'b0, 1'b1, 1'b0);
+            end
+            settle;
+        end
+    endtask
+
+    // What the pads make of open inputs.
+    task open_inputs;
+        begin
+            let_go = 1'b1;
+            settle;
+            for (i = 0; i < pins; i = i + 1)
+                if (care_0[step][i] && seen[i] !== 1'b1) begin
+                    fault;
+                    if (told)
+                        $display("pin %0s reads %b, should read 1", pin_name[i], seen[i]);
+                end
+            let_go = 1'b0;
+            settle;
         end
     endtask
 
@@ -252,18 +305,27 @@ const char *const BODY = R"(
         tms = 1'b1;
         tdi_bit = 1'b1;
         trst = 1'b1;
+        let_go = 1'b0;
         settle;
         for (step = 0; step < STEPS; step = step + 1) begin
             tdo_faults = 0;
+            edge_faults = 0;
             case (kind[step])
                 0, 1: reset;
                 2, 3: scan;
-                default: set_pins;
+                4: set_pins;
+                5: walk;
+                default: open_inputs;
             endcase
+            if (edge_faults > 0) begin
+                fault;
+                if (told)
+                    $display("pin %0s changes at another time than behind the falling edge of TCK", pin_name[edge_pin]);
+            end
             if (tdo_faults > 0) begin
                 fault;
                 if (told)
-                    $display("TDO is driven outside the shift states, in %0d periods of TCK", tdo_faults);
+                    $display("TDO is driven outside the shift states or off in them, in %0d periods of TCK", tdo_faults);
             end
         end
         if (faults == 0)
@@ -322,6 +384,7 @@ std::string head_text(const PATTERN_LIST &list) {
                            {"@PINS", std::to_string(list.pins.size())},
                            {"@CELLS", std::to_string(list.cells.size())},
                            {"@BITS", std::to_string(bits)},
+                           {"@SHOWN", std::to_string(list.told_faults)},
                            {"@RELEASES", list.tdo_releases ? "1" : "0"},
                            {"@QUARTER", format_text("%.3f", 1e9 / list.frequency / 4)},
                            {"@REASON", std::to_string(reason)},
@@ -340,7 +403,9 @@ std::string pin_text(const PATTERN_LIST &list) {
             if (list.test_ports[port] == static_cast<int32_t>(i))
                 signal = signals[port];
         text += format_text("    wire p%zu; // %s\n", i, pin.name.c_str());
-        if (signal != nullptr)
+        if (signal != nullptr && std::string_view(signal) != "tck")
+            text += format_text("    assign p%zu = let_go ? 1'bz : %s;\n", i, signal);
+        else if (signal != nullptr)
             text += format_text("    assign p%zu = %s;\n", i, signal);
         else if (pin.role == PIN_DRIVEN)
             text += format_text("    assign p%zu = drive[%zu];\n", i, i);
@@ -409,7 +474,13 @@ std::string step_text(size_t number, const PATTERN_STEP &step) {
             text += format_text(" %s[%zu] = %s;", name, number, value.c_str());
     };
     const std::string &driven = step.driven.empty() ? step.tdo : step.driven;
-    if (step.kind == STEP_IR || step.kind == STEP_DR) {
+    add("is_note", step.is_note ? "1" : "");
+    if (step.kind == STEP_WALK) {
+        add("size", std::to_string(step.tdi.size()));
+        add("pause", step.pause > 0 ? std::to_string(step.pause) : "");
+        add("tdi", constant(step.tdi, "1"));
+        add("want", constant(step.tdo, "1"));
+    } else if (step.kind == STEP_IR || step.kind == STEP_DR) {
         add("size", std::to_string(step.tdi.size()));
         add("pause", step.pause > 0 ? std::to_string(step.pause) : "");
         add("tdi", constant(step.tdi, "1"));
@@ -419,7 +490,7 @@ std::string step_text(size_t number, const PATTERN_STEP &step) {
         add("as_enabled", constant(driven, "co"));
         add("frees", constant(driven, "cb"));
         add("as_before", constant(driven, "="));
-    } else if (step.kind == STEP_PINS) {
+    } else if (step.kind == STEP_PINS || step.kind == STEP_OPEN) {
         add("value", constant(step.drive, "1u"));
         add("driven", constant(step.drive, "01"));
         add("care_0", constant(step.shown, "01zl"));
@@ -436,8 +507,8 @@ std::string step_text(size_t number, const PATTERN_STEP &step) {
 std::string steps_text(const PATTERN_LIST &list) {
     std::string zeros = "        last = LAST;\n        for (k = FIRST; k < last; k = k + 1) begin\n", text;
     for (const char *name :
-         {"size", "pause", "tdi", "care", "want", "as_pin", "as_enabled", "frees", "as_before", "value",
-          "driven", "care_0", "want_0", "care_1", "want_1", "care_driven"})
+         {"is_note", "size", "pause", "tdi", "care", "want", "as_pin", "as_enabled", "frees", "as_before",
+          "value", "driven", "care_0", "want_0", "care_1", "want_1", "care_driven"})
         zeros += format_text("            %s[k] = 0;\n", name);
     zeros += "        end\n";
     constexpr size_t block = 32;
@@ -455,7 +526,9 @@ std::string steps_text(const PATTERN_LIST &list) {
 } // namespace
 
 std::string pattern_bench(const PATTERN_LIST &list) {
-    std::string tdo = std::to_string(list.test_ports[PORT_TDO]);
-    return head_text(list) + pin_text(list) + instance_text(list) + replaced(BODY, {{"@TDO", tdo}}) +
-           names_text(list) + steps_text(list) + "endmodule\n";
+    std::string tdo = std::to_string(list.test_ports[PORT_TDO]),
+                tck = std::to_string(list.test_ports[PORT_TCK]);
+    return head_text(list) + pin_text(list) + instance_text(list) +
+           replaced(BODY, {{"@TDO", tdo}, {"@TCK", tck}}) + names_text(list) + steps_text(list) +
+           "endmodule\n";
 }

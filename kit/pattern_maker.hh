@@ -19,6 +19,7 @@ struct STEP_MAKER {
     size_t code_bits = 1;
     std::string drive{}; ///< what the pins have now
     uint32_t seed = 1;
+    int32_t rule = 0; ///< of the steps that are made now
 
     bool random_bit() {
         seed ^= seed << 13;
@@ -65,3 +66,28 @@ inline PATTERN_PIN &pin_of(STEP_MAKER &maker, int32_t port) {
 void take_pins(STEP_MAKER &maker);
 void take_cells(STEP_MAKER &maker);
 void sort_cells(STEP_MAKER &maker);
+
+// The steps. Each adds to list.steps, with the maker's rule; a step of the instruction register has its own.
+PATTERN_STEP &add_step(STEP_MAKER &maker, PATTERN_KIND kind, const std::string &reason);
+/// Loads an instruction of the table by its first opcode; false when there is none.
+bool load(STEP_MAKER &maker, const char *name);
+PATTERN_STEP &scan(STEP_MAKER &maker, const std::string &reason, const std::string &tdi,
+                   const std::string &tdo);
+/// Sets the pins to what the maker has for them, and looks at them.
+void set_pins(STEP_MAKER &maker, const std::string &reason, const std::string &shown);
+/// New values for the pins: bit `number` of a count over them.
+void count_pins(STEP_MAKER &maker, size_t number, const std::string &shown);
+
+/// What the pins show while the register has them and holds `pattern`.
+std::string shown_by(const STEP_MAKER &maker, const std::string &pattern);
+/// The pattern with all pads off.
+std::string safe_pattern(const STEP_MAKER &maker);
+/// What the register of an instruction captures; empty for one whose length nobody knows.
+std::string captured_code(const STEP_MAKER &maker, const BSDL_INSTRUCTION &row);
+/// The instruction that a reset selects.
+const BSDL_INSTRUCTION &reset_instruction(const STEP_MAKER &maker);
+
+/// Steps for rules that the patterns of a tester leave open: all arcs of the TAP, TRST with TCK stopped, what
+/// reset makes of the control cells, a scan between PRELOAD and EXTEST, RUNBIST, open inputs. For the bench
+/// alone.
+void try_rules(STEP_MAKER &maker, const std::string &pads_on);

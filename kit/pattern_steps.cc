@@ -46,6 +46,8 @@ void complete_minus_legs(const STEP_MAKER &maker, std::string &pins) {
             pins[i] = turned(pins[static_cast<size_t>(plus)]);
 }
 
+} // namespace
+
 /// What the pins show while the register has them and holds `pattern`.
 std::string shown_by(const STEP_MAKER &maker, const std::string &pattern) {
     std::string shown(maker.list.pins.size(), '-');
@@ -66,6 +68,8 @@ std::string shown_by(const STEP_MAKER &maker, const std::string &pattern) {
     return shown;
 }
 
+namespace {
+
 /// Letters for the cells that read pins: into `tdo` what the chip itself makes of the pin, into `driven` all.
 void expect_reading(const STEP_MAKER &maker, const std::string &shown, std::string &tdo,
                     std::string &driven) {
@@ -85,12 +89,17 @@ void expect_reading(const STEP_MAKER &maker, const std::string &shown, std::stri
     }
 }
 
+} // namespace
+
 // ---- single steps -------------------------------------------------------------------------------------
 
 PATTERN_STEP &add_step(STEP_MAKER &maker, PATTERN_KIND kind, const std::string &reason) {
     maker.list.steps.push_back({kind, reason, {}, {}, {}, {}, {}});
+    maker.list.steps.back().rule = kind == STEP_IR ? RULE_INSTRUCTION : maker.rule;
     return maker.list.steps.back();
 }
+
+namespace {
 
 void load_code(STEP_MAKER &maker, const std::string &name, const std::string &opcode) {
     PATTERN_STEP &step = add_step(maker, STEP_IR, "load " + name);
@@ -98,6 +107,8 @@ void load_code(STEP_MAKER &maker, const std::string &name, const std::string &op
     step.tdo.assign(maker.table.capture.rbegin(), maker.table.capture.rend());
     std::replace(step.tdo.begin(), step.tdo.end(), 'X', '-');
 }
+
+} // namespace
 
 bool load(STEP_MAKER &maker, const char *name) {
     const BSDL_INSTRUCTION *row = bsdl_instruction(maker.table, name);
@@ -151,6 +162,8 @@ std::string safe_pattern(const STEP_MAKER &maker) {
         pattern[static_cast<size_t>(cell)] = digit(votes[static_cast<size_t>(cell)] >= 0);
     return pattern;
 }
+
+namespace {
 
 struct NAMED_PATTERN {
     std::string name, bits;
@@ -241,6 +254,7 @@ void add_marker(STEP_MAKER &maker, PATTERN_STEP &step) {
 
 /// Plays patterns in EXTEST, whose first is preloaded. The last one stays in the register.
 void play_extest(STEP_MAKER &maker, const std::vector<NAMED_PATTERN> &patterns) {
+    maker.rule = RULE_EXTEST;
     scan(maker, "PRELOAD, " + patterns[0].name, patterns[0].bits, std::string(maker.cells(), '-'));
     load(maker, "EXTEST");
     for (size_t i = 0; i < patterns.size(); ++i) {
@@ -267,7 +281,8 @@ std::string code_bits(const std::string &code) {
     return bits;
 }
 
-/// What the register of an instruction captures; empty for one whose length nobody knows.
+} // namespace
+
 std::string captured_code(const STEP_MAKER &maker, const BSDL_INSTRUCTION &row) {
     if (row.access == "BYPASS")
         return "0";
@@ -280,6 +295,16 @@ std::string captured_code(const STEP_MAKER &maker, const BSDL_INSTRUCTION &row) 
     return maker.table.usercodes.size() == 1 ? code_bits(maker.table.usercodes[0]) : std::string(32, '-');
 }
 
+const BSDL_INSTRUCTION &reset_instruction(const STEP_MAKER &maker) {
+    for (const char *word : {"IDCODE", "USERCODE"})
+        if (const BSDL_INSTRUCTION *row = bsdl_instruction(maker.table, word);
+            row != nullptr && row->access == "DEVICE_ID")
+            return *row;
+    return *bsdl_instruction(maker.table, "BYPASS");
+}
+
+namespace {
+
 /// A scan that proves the length of a register: what goes in comes out behind what was captured.
 void flush(STEP_MAKER &maker, const std::string &reason, const std::string &captured,
            const std::string &stays) {
@@ -289,22 +314,18 @@ void flush(STEP_MAKER &maker, const std::string &reason, const std::string &capt
 }
 
 void try_resets(STEP_MAKER &maker) {
-    std::string captured = "0", name = "BYPASS";
-    for (const char *word : {"IDCODE", "USERCODE"})
-        if (const BSDL_INSTRUCTION *row = bsdl_instruction(maker.table, word);
-            row != nullptr && row->access == "DEVICE_ID") {
-            captured = captured_code(maker, *row);
-            name = word;
-            break;
-        }
+    const BSDL_INSTRUCTION &selected = reset_instruction(maker);
+    std::string captured = captured_code(maker, selected);
     bool has_trst = maker.found.test_ports[PORT_TRST] >= 0;
     for (PATTERN_KIND kind : {STEP_RESET, STEP_TRST, STEP_RESET}) {
         if (kind == STEP_TRST && !has_trst)
             continue;
         std::string word = kind == STEP_TRST ? "TRST" : "five TMS of 1";
+        maker.rule = RULE_RESET;
         add_step(maker, kind, "reset by " + word);
-        flush(maker, name + " after reset by " + word, captured, std::string(captured.size(), '0'));
+        flush(maker, selected.name + " after reset by " + word, captured, std::string(captured.size(), '0'));
         load(maker, kind == STEP_RESET ? "BYPASS" : "SAMPLE");
+        maker.rule = kind == STEP_RESET ? RULE_BYPASS : RULE_FLUSH;
         flush(maker, kind == STEP_RESET ? "bypass register" : "boundary register",
               kind == STEP_RESET ? "0" : std::string(maker.cells(), '-'),
               kind == STEP_RESET ? "1" : safe_pattern(maker));
@@ -327,6 +348,7 @@ void try_registers(STEP_MAKER &maker) {
                                            " is private: it and its register are not tried.");
             continue;
         }
+        maker.rule = row.name == "BYPASS" ? RULE_BYPASS : row.name == "IDCODE" ? RULE_IDCODE : RULE_FLUSH;
         for (const std::string &opcode : row.opcodes) {
             load_code(maker, row.name, opcode);
             bool is_boundary = row.access == "BOUNDARY";
@@ -391,6 +413,7 @@ void try_sample(STEP_MAKER &maker) {
     for (const REGISTER_ROW &row : maker.found.rows)
         if (reads(maker, row))
             is_gated[static_cast<size_t>(row.port)] = has_core_input(maker, row.port);
+    maker.rule = RULE_SAMPLE;
     load(maker, "SAMPLE");
     for (int round = 0; round < SAMPLE_ROUNDS; ++round) {
         for (int change = 0; change < SAMPLE_CHANGES; ++change)
@@ -421,11 +444,13 @@ bool load_public(STEP_MAKER &maker, const char *name) {
 /// it.
 void try_clamp_and_highz(STEP_MAKER &maker, const std::string &pattern) {
     std::string shown = shown_by(maker, pattern);
+    maker.rule = RULE_CLAMP;
     if (load_public(maker, "CLAMP")) {
         set_pins(maker, "CLAMP holds the pins", shown);
         flush(maker, "CLAMP selects BYPASS", "0", "1");
         set_pins(maker, "CLAMP holds the pins over a scan", shown);
     }
+    maker.rule = RULE_HIGHZ;
     if (!load_public(maker, "HIGHZ"))
         return;
     std::string off(shown.size(), '-');
@@ -473,6 +498,7 @@ void try_intest(STEP_MAKER &maker) {
         if (row.port >= 0 && (row.kind == ROW_CLOCK || (row.kind == ROW_OBSERVE && row.cuts)))
             cut[static_cast<size_t>(row.port)] = false;
     std::string pattern = safe_pattern(maker), shown = shown_by(maker, pattern), none(maker.cells(), '-');
+    maker.rule = RULE_INTEST;
     load(maker, "SAMPLE");
     scan(maker, "PRELOAD for INTEST", pattern, none);
     load(maker, "INTEST");
@@ -533,6 +559,7 @@ void make_patterns(PATTERN_LIST &list, const BOUNDARY_REGISTER &found, const BSD
     play_extest(maker, patterns);
     try_clamp_and_highz(maker, patterns.back().bits);
     try_intest(maker);
+    try_rules(maker, patterns.back().bits);
     add_step(maker, STEP_RESET, "reset at the end");
     note_limits(maker);
 }

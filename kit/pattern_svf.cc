@@ -44,6 +44,8 @@ std::string step_text(const PATTERN_LIST &list, const PATTERN_STEP &step) {
     case STEP_DR:
         return scan_text(step);
     case STEP_PINS:
+    case STEP_WALK:
+    case STEP_OPEN:
         break;
     }
     (void)list;

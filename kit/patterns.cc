@@ -3,18 +3,17 @@
 
 #include "description/reader.hh"
 #include "kit/chip.hh"
+#include "kit/engines.hh"
 #include "kit/files.hh"
 #include "kit/finished_run.hh"
 #include "kit/json.hh"
 #include "kit/progress.hh"
-#include "kit/sim_models.hh"
 #include "kit/verbs.hh"
 #include "planning/tracing.hh"
 #include "siblings/tool.hh"
 #include "support/shell.hh"
 #include "support/text.hh"
 
-#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <unistd.h>
@@ -24,8 +23,6 @@ namespace {
 constexpr KIT_OPTION OPTIONS[] = {
     {"cells", "FILE",
      "Verilog models of all cells; the bench is then run on them by Icarus\nVerilog; may be repeated", true},
-    {"define", "NAME", "a macro for the models; may be repeated", true},
-    {"include", "DIR", "a folder of `include files; may be repeated", true},
     {"frequency", "HZ", "frequency of TCK, 1e6 otherwise"},
     {"walk", "N",
      "walking patterns for at most N outputs and N enables, 64 otherwise;\ncounting patterns tell all apart"},
@@ -61,17 +58,17 @@ std::vector<std::string> read_chip(BOUNDARY_REGISTER &found, BSDL_FILE &table) {
 }
 
 /// Runs the bench on the chip; its last line, or an empty text without models.
-std::string run_bench(const KIT_CALL &call, const std::string &design, const NETLIST_WALK &walk) {
-    SIM_MODELS models = simulation_models(walk, design, design + "_jtag.v", sim_given(call));
-    if (!models.why_not.empty())
-        return "not run: " + models.why_not;
+std::string run_bench(const KIT_CALL &call, const std::string &design) {
+    if (!kit_has(call, "cells"))
+        return "";
+    std::vector<std::string> cells = cell_models(call, design);
     if (run_shell("command -v iverilog >/dev/null") != 0)
         return "not run: Icarus Verilog is missing (package iverilog)";
     std::string program = design + "_bench.vvp", log = design + "_bench.log";
     std::vector<std::string> words = {
         "iverilog",         "-g2005",         "-s", "bench", "-o", program, design + "_bench.v",
         design + "_jtag.v", design + "_TAP.v"};
-    words.insert(words.end(), models.words.begin(), models.words.end());
+    words.insert(words.end(), cells.begin(), cells.end());
     run_step(words);
     KIT_PROGRESS progress("simulating " + design + "_bench.v");
     if (run_shell(command_line({"vvp", "-n", program}) + " >" + shell_word(log)) != 0)
@@ -117,7 +114,7 @@ int run_patterns(const KIT_CALL &call) {
     TOOL_write_file(list.design + ".svf", svf);
     TOOL_write_file(list.design + "_bench.v", pattern_bench(list));
     TOOL_write_file(list.design + ".cov", pattern_cover(list, lines));
-    std::string result = run_bench(call, list.design, found.walk);
+    std::string result = run_bench(call, list.design);
     std::vector<std::string> files = {list.design + ".svf", list.design + "_bench.v", list.design + ".cov"};
     if (kit_has(call, "json")) {
         std::printf("{\"design\": %s, \"steps\": %zu, \"files\": %s, \"bench\": %s, \"notes\": %s, "

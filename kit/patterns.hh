@@ -29,14 +29,48 @@ struct PATTERN_PIN {
     char pull = 'z';        ///< what the pad's own resistor makes of the pin: '0', '1', 'z', '-' for a keeper
 };
 
-enum PATTERN_KIND : uint8_t { STEP_RESET, STEP_TRST, STEP_IR, STEP_DR, STEP_PINS };
+enum PATTERN_KIND : uint8_t {
+    STEP_RESET,
+    STEP_TRST,
+    STEP_IR,
+    STEP_DR,
+    STEP_PINS,
+    STEP_WALK, ///< through the states of the TAP, from Run-Test/Idle and back
+    STEP_OPEN, ///< TDI, TMS and TRST are let go
+};
+
+/// The rules of `rimkit check` that an engine proves.
+enum STEP_RULE : int32_t {
+    RULE_STATES = 1,
+    RULE_FIVE_ONES = 2,
+    RULE_TRST = 3,
+    RULE_OPEN_INPUTS = 5,
+    RULE_INSTRUCTION = 6,
+    RULE_RESET = 7,
+    RULE_BYPASS = 8,
+    RULE_UNLISTED = 9,
+    RULE_IDCODE = 10,
+    RULE_TDO = 11,
+    RULE_FLUSH = 12,
+    RULE_UNSELECTED = 14,
+    RULE_OFF_VALUES = 18,
+    RULE_EXTEST = 19,
+    RULE_SAMPLE = 21,
+    RULE_CLAMP = 23,
+    RULE_HIGHZ = 24,
+    RULE_INTEST = 25,
+    RULE_RUNBIST = 26,
+};
+
+/// TRST behind a walk, which then ends wherever it is; TCK stands meanwhile.
+enum WALK_RESET : int32_t { WALK_RESET_NONE, WALK_RESET_LOW, WALK_RESET_HIGH };
 
 /// One step. Texts that do not apply are empty.
 struct PATTERN_STEP {
     PATTERN_KIND kind;
     std::string reason;
-    std::string tdi; ///< '0', '1'
-    std::string tdo; ///< '0', '1' that the chip alone promises, '-' else
+    std::string tdi; ///< '0', '1'; of STEP_WALK the values of TMS
+    std::string tdo; ///< '0', '1' that the chip alone promises, '-' else; of STEP_WALK '1' in a shift state
     std::string
         driven; ///< '0', '1' where a pin's value decides, '=' for what the scan before had, '-' else, and
                 ///< what the pin tells, as the bench reads it at Capture-DR: 'p' the bit is the pin's
@@ -45,8 +79,10 @@ struct PATTERN_STEP {
     std::string drive;       ///< of STEP_PINS: '0', '1', and 'z' 'u' to leave alone, pulled to 0 or 1
     std::string shown;       ///< of STEP_PINS: '0', '1', 'z' released, 'h' 'l' the same on a pad that pulls,
                              ///< 'd' driven either way, '-' not looked at
-    int32_t pause = 0;       ///< bits before a stop in Pause-DR; 0 for none
+    int32_t pause = 0;       ///< bits before a stop in Pause-DR; 0 for none; of STEP_WALK a WALK_RESET
     bool needs_pins = false; ///< says nothing without a bench or a tester: left out of SVF
+    int32_t rule = 0;        ///< of `rimkit check` that a fault in the step breaks; 0 for none
+    bool is_note = false;    ///< the chip need not be so: the bench tells it, and counts no fault
 };
 
 /// How a cell's bit follows its pin.
@@ -75,7 +111,8 @@ struct PATTERN_LIST {
     bool tdo_releases = false;        ///< the TDO pad is off outside the shift states
     int32_t test_ports[STANDARD_PORT_COUNT];
     double frequency = 1e6;
-    size_t walk_limit = 64; ///< outputs, and controls, that get walking patterns
+    int32_t told_faults = 40; ///< faults that the bench tells one by one
+    size_t walk_limit = 64;   ///< outputs, and controls, that get walking patterns
 };
 
 /// Fills pins, cells, steps and cover. `instructions` has what bsdl_take_instructions found.

@@ -3,6 +3,7 @@
 #include "kit/files.hh"
 #include "kit/json.hh"
 #include "kit/progress.hh"
+#include "kit/run_delivery.hh"
 #include "kit/start.hh"
 #include "kit/verbs.hh"
 #include "siblings/tool.hh"
@@ -157,13 +158,38 @@ bool check_outputs(const RUN_WORDS &words, time_t start, std::vector<std::string
     return complete;
 }
 
+/// What can be delivered: the chip with its TAP, expanded. None for a run that leaves something else.
+std::vector<DELIVERED> deliver(const KIT_CALL &call, const RUN_WORDS &words) {
+    if (kit_has(call, "no-delivery"))
+        return {};
+    for (const std::string &word : words.switches)
+        if (std::string low = lower_case(word);
+            low == "-add_tap_only" || low == "-no_expand" || low == "-add_bcm") {
+            kit_note(
+                "check, bsdl, patterns and prove need the whole chip with its TAP; with %s there is none.",
+                word.c_str());
+            return {};
+        }
+    return deliver_run({words.design, words.opath, kit_values(call, "cells"), kit_values(call, "liberty")});
+}
+
+std::string delivered_json(const std::vector<DELIVERED> &delivered) {
+    std::string list;
+    for (const DELIVERED &done : delivered)
+        list += format_text("%s{\"verb\": %s, \"status\": %d, \"summary\": %s, \"log\": %s}",
+                            list.empty() ? "" : ", ", json_text(done.verb).c_str(), done.status,
+                            json_text(done.summary).c_str(), json_text(done.log).c_str());
+    return "[" + list + "]";
+}
+
 void show_summary(const KIT_CALL &call, const RUN_WORDS &words, const RUN_SUMMARY &summary,
-                  const std::vector<std::string> &files, double seconds) {
+                  const std::vector<std::string> &files, const std::vector<DELIVERED> &delivered,
+                  double seconds) {
     if (kit_has(call, "json")) {
         std::printf("{\"design\": %s, \"cells\": %d, \"kinds\": %s, \"warnings\": %d, \"files\": %s, "
-                    "\"seconds\": %.1f}\n",
+                    "\"delivery\": %s, \"seconds\": %.1f}\n",
                     json_text(words.design).c_str(), summary.total, json_list(summary.kinds).c_str(),
-                    summary.warnings, json_list(files).c_str(), seconds);
+                    summary.warnings, json_list(files).c_str(), delivered_json(delivered).c_str(), seconds);
         return;
     }
     std::printf("boundary register: %d cells\n", summary.total);
@@ -172,8 +198,19 @@ void show_summary(const KIT_CALL &call, const RUN_WORDS &words, const RUN_SUMMAR
     std::printf("warnings of the run: %d (%s.rwv.rpt)\nwritten:", summary.warnings, words.design.c_str());
     for (const std::string &file : files)
         std::printf(" %s", file.c_str());
-    std::printf("\ntime: %.1f s\n", seconds);
+    std::printf("\n");
+    for (const DELIVERED &done : delivered)
+        std::printf("%s: %s (%s)\n", done.verb.c_str(), done.summary.c_str(), done.log.c_str());
+    std::printf("time: %.1f s\n", seconds);
 }
+
+/// Those of `start`, and what the end of the run takes.
+std::vector<KIT_OPTION> run_options() {
+    std::vector<KIT_OPTION> options(start_options.begin(), start_options.end());
+    options.push_back({"no-delivery", nullptr, "leave out check, bsdl, patterns and prove"});
+    return options;
+}
+const std::vector<KIT_OPTION> OPTIONS = run_options();
 
 int run_run(const KIT_CALL &given) {
     KIT_CALL call = given;
@@ -192,8 +229,13 @@ int run_run(const KIT_CALL &given) {
     RUN_SUMMARY summary = read_report(place + words.design + ".rwv.rpt");
     std::vector<std::string> files;
     bool complete = check_outputs(words, start, files);
+    std::vector<DELIVERED> delivered;
+    if (complete)
+        delivered = deliver(call, words);
+    for (const DELIVERED &done : delivered)
+        complete = complete && done.status == KIT_DONE;
     std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - begin;
-    show_summary(call, words, summary, files, seconds.count());
+    show_summary(call, words, summary, files, delivered, seconds.count());
     return complete ? KIT_DONE : KIT_FINDINGS;
 }
 
@@ -203,7 +245,7 @@ const KIT_VERB kit_run = {
     "run",
     "Takes a chip the whole way: drafts where there are none, the design database, rimweave, a summary.",
     "[options of start] [switches of rimweave] DESIGN",
-    start_options,
+    OPTIONS,
     "  rimkit run --liberty pads.lib --cells cells.v --idcode 1,0x2650,0x2aa chip -vhdl\n",
     true,
     run_run,

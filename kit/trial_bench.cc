@@ -1,15 +1,13 @@
 #include "kit/trial_bench.hh"
 
 #include "kit/chip.hh"
+#include "kit/engines.hh"
 #include "kit/names.hh"
 #include "planning/tap_state.hh"
 #include "siblings/tool.hh"
-#include "support/shell.hh"
 #include "support/text.hh"
 
 #include <algorithm>
-#include <cstdlib>
-#include <filesystem>
 #include <map>
 #include <sstream>
 
@@ -50,15 +48,29 @@ void connect(std::string &pins, const char *pin, const std::string &net) {
         pins += (pins.empty() ? "." : ", .") + escaped(without_minus(pin)) + "(" + net + ")";
 }
 
+/// The data pins of a pad with the cell inside: it is always on, and `core` stands at the side that it reads.
+void connect_pad(std::string &pins, const WALK_PAD_ROW &pad, const std::string &core,
+                 const std::string &shown) {
+    bool is_input = pad.core_out != nullptr;
+    connect(pins, pad.pin, is_input ? core : shown);
+    connect(pins, is_input ? pad.core_out : pad.core_in, is_input ? shown : core);
+    connect(pins, pad.buffer->en_l, "1'b0");
+    connect(pins, pad.buffer->en_h, "1'b1");
+}
+
 /// One cell. `index` and `part` make the names of its nets: part s is the control cell.
-std::string cell_text(const REGISTER_CELL &row, size_t index, char part, const std::string &serial_in,
-                      const std::string &core, const std::string &oe_mode) {
+std::string cell_text(const BOUNDARY_REGISTER &found, const REGISTER_CELL &row, size_t index, char part,
+                      const std::string &serial_in, const std::string &core, const std::string &oe_mode) {
     const SCAN_CELL &cell = *row.cell;
     std::string pins, name = format_text("%c%zu", part, index);
     connect(pins, cell.tdi, serial_in);
     connect(pins, cell.tdo, name + "_so");
-    connect(pins, cell.data_in, core);
-    connect(pins, cell.data_out, name + "_do");
+    if (int32_t pad = found.walk.pad_of_obj[static_cast<size_t>(row.obj)]; pad >= 0) {
+        connect_pad(pins, found.walk.pads[static_cast<size_t>(pad)], core, name + "_do");
+    } else {
+        connect(pins, cell.data_in, core);
+        connect(pins, cell.data_out, name + "_do");
+    }
     connect(pins, cell.sys_pin, "pin");
     connect(pins, cell.oe_mode, oe_mode);
     for (int32_t signal = 0; signal < SIGNAL_COUNT; ++signal)
@@ -73,10 +85,11 @@ std::string kind_text(const BOUNDARY_REGISTER &found, const TRIAL_KIND &kind, si
     const REGISTER_CELL &cell = found.cells[static_cast<size_t>(kind.cell)];
     std::string first = net_of_tap(tap_pin_name(*found.tap, &TAP_CELL::first_bcell));
     if (kind.control < 0)
-        return cell_text(cell, index, 'c', first, "core", format_text("c%zu_oe", index));
-    return cell_text(found.cells[static_cast<size_t>(kind.control)], index, 's', first, "enable",
+        return cell_text(found, cell, index, 'c', first, "core", format_text("c%zu_oe", index));
+    return cell_text(found, found.cells[static_cast<size_t>(kind.control)], index, 's', first, "enable",
                      format_text("s%zu_oe", index)) +
-           cell_text(cell, index, 'c', format_text("s%zu_so", index), "core", format_text("s%zu_oe", index));
+           cell_text(found, cell, index, 'c', format_text("s%zu_so", index), "core",
+                     format_text("s%zu_oe", index));
 }
 
 /// The TAP with all its pins: the test port's from here, other inputs at 0.
@@ -211,39 +224,19 @@ std::string bench_text(const BSDL_FILE &file, const BOUNDARY_REGISTER &found,
     return text + "    $finish;\n  end\nendmodule\n";
 }
 
-/// A folder of its own, gone at the end of its scope.
-struct SCRATCH_FOLDER {
-    std::string path;
-    SCRATCH_FOLDER() {
-        std::string name = (std::filesystem::temp_directory_path() / "rimkit-XXXXXX").string();
-        const char *made = ::mkdtemp(name.data());
-        path = made != nullptr ? made : "";
-    }
-    ~SCRATCH_FOLDER() {
-        std::error_code ignored;
-        if (!path.empty())
-            std::filesystem::remove_all(path, ignored);
-    }
-    SCRATCH_FOLDER(const SCRATCH_FOLDER &) = delete;
-    SCRATCH_FOLDER &operator=(const SCRATCH_FOLDER &) = delete;
-};
-
 std::string run_bench(const std::string &bench, const std::vector<std::string> &files, std::string &output) {
     SCRATCH_FOLDER folder;
     if (folder.path.empty())
         return "there is no folder for a simulation";
     TOOL_write_file(folder.path + "/bench.v", bench);
-    std::string line = "iverilog -g2012 -s rimkit_trial -o " + shell_word(folder.path + "/bench.vvp") + " " +
-                       shell_word(folder.path + "/bench.v");
-    for (const std::string &file : files)
-        line += " " + shell_word(file);
-    std::string log = shell_word(folder.path + "/log"), out = folder.path + "/out";
-    if (run_shell(line + " >" + log + " 2>&1") != 0) {
-        std::string text = TOOL_read_file(folder.path + "/log");
-        return "iverilog refuses the models: " + text.substr(0, text.find('\n'));
-    }
-    if (run_shell("vvp -n " + shell_word(folder.path + "/bench.vvp") + " >" + shell_word(out) + " 2>&1") != 0)
-        return "the simulation broke off";
+    std::string program = folder.path + "/bench.vvp", log = folder.path + "/log", out = folder.path + "/out";
+    std::vector<std::string> words = {
+        "iverilog", "-g2012", "-s", "rimkit_trial", "-o", program, folder.path + "/bench.v"};
+    words.insert(words.end(), files.begin(), files.end());
+    if (std::string fault = run_engine(words, log); !fault.empty())
+        return "the models are refused: " + fault;
+    if (std::string fault = run_engine({"vvp", "-n", program}, out); !fault.empty())
+        return fault;
     output = TOOL_read_file(out);
     return "";
 }

@@ -9,3 +9,4 @@ extern const KIT_VERB kit_run;
 extern const KIT_VERB kit_bsdl;
 extern const KIT_VERB kit_patterns;
 extern const KIT_VERB kit_check;
+extern const KIT_VERB kit_prove;

@@ -24,8 +24,8 @@ sys.dont_write_bytecode = True
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "chips"))
 from capture_table import CAPTURES, FUNCTIONS, INSTRUCTIONS, SIDES, UNNAMED  # noqa: E402
 from chip_files import ProofError, strip_comments  # noqa: E402
-from player import Player, run  # noqa: E402
-from vhdl_player import VhdlPlayer  # noqa: E402
+from player import run  # noqa: E402
+from step_player import Player, VhdlPlayer  # noqa: E402
 
 IDLE = {"TCK": 0, "CK": 1, "CE": 0, "UP": 0, "UE": 0, "SE": 0, "SI": 0, "RN": 1}
 DATA = ("DI", "SP", "PAD_ON")

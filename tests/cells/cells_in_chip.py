@@ -58,6 +58,9 @@ def change_files(name, synch, cells, work):
         change(work / "chip.lib", ("%SIGNAL_BUFFER", "%HIGHZ_COMMAND HIGHZ; %SIGNAL_BUFFER"))
         change(work / "chip.bsc", (r"%INSTRUCTION\s+INTEST\s*=", "%INSTRUCTION HIGHZ ="),
                (r"(?<=HIGHZ = \(0011\)  ACCESS  )BOUNDARY", "BYPASS"))
+    if "Z" in enable and off == 1:      # HIGHZ is public where it releases all pads
+        text = (work / "chip.v").read_text()
+        (work / "chip.v").write_text(re.sub(r"\bOPAD\b([^(]*)\(", r"TPAD\1(.OEN(1'b0), ", text))
     if off == 0:
         change(work / "chip.lib", ("%EN_L", "%EN_H"))
         change(work / "cells.v", (r"OEN \? 1'bz : I", "OEN ? I : 1'bz"))
@@ -72,20 +75,21 @@ def prove(given, work):
         layout = layout_chips.LAYOUTS["pads_in_module"]
         plan = layout_chips.plan_of(layout, True)
         layout_chips.write_files(layout, layout_chips.make_design(layout), work)
-        options.append("-vhdl")
     else:
         plan = proof.read_plan(HERE.parent / "chips" / "uart_chip" / "plan.json")
-        plan["cycles"] = 400
+        plan["cycles"] = 1200
         (proof.empty_folder(work) / "lib").mkdir()
         for file in plan["sources"]:
             shutil.copy(file, work)
     change_files(name, synch, given.cells.resolve(), work)
     plan["cells"].append("boundary_cells.v")
+    plan["structure"] = given.vhdl or "Z" not in SETS[name][3]      # HIGHZ takes over enables that were tied
     bin_dir = given.bin.resolve()
     proof.run([str(bin_dir / "kalmverin"), "-lib", *plan["cells"], "-opath", "lib"], work, "reading the cells")
     proof.run([str(bin_dir / "kalmverin"), "chip.v"], work, "reading the chip")
-    (work / "rimweave.out").write_text(proof.run([str(bin_dir / "rimweave"), "chip", *options], work, "inserting"))
-    return proof.prove(plan, work, simulate_only=False)
+    for form in [["-vhdl"]] * given.vhdl + [[]]:
+        (work / "rimweave.out").write_text(proof.run([str(bin_dir / "rimweave"), "chip", *options, *form], work, "inserting"))
+    return proof.prove(plan, work, bin_dir)
 
 
 def main():

@@ -1,6 +1,5 @@
 """Readers of the files that describe a chip: what the proof knows about it, it knows from these."""
 
-import fnmatch
 import re
 from dataclasses import dataclass, field
 
@@ -11,165 +10,50 @@ class ProofError(Exception):
 
 @dataclass
 class Cell:
-    """One cell of the boundary register. Index 0 is the cell next to TDO."""
-    index: int
-    kind: str                 # clock, input, output2, output3, bidir, control
-    instance: str
-    port: str = ""
-    pad: str = ""
-    control: "Cell" = None    # of an output3 or bidir cell; None when its enable is not in the register
-    resets: bool = False      # a control cell that the TAP's reset turns off
-    on: int = 0               # the value of the control cell that enables the pad, or one of a control cell's pads
+    """One cell of the boundary register. Number 0 is the cell next to TDO."""
+    reader: str = ""          # plain name of the port whose pin it gives to the core
+    writer: str = ""          # of the one that shows what it holds
+    control: int = -1         # of a writer: the cell of its enable,
+    off: int = 0              # at this value off
 
 
 @dataclass
 class Chip:
     cells: list = field(default_factory=list)
-    ports: list = field(default_factory=list)       # every port of the pin file, bit by bit, and the test port
+    clocks: list = field(default_factory=list)
     test_ports: dict = field(default_factory=dict)  # "tdi" and the like to the port's name
-    skipped: set = field(default_factory=set)       # ports that may lack a row in the pin file
+    skipped: set = field(default_factory=set)       # ports that may be no pins
     opcodes: dict = field(default_factory=dict)
     idcode: str = None
     ir_capture: str = ""
-
-
-@dataclass
-class Row:
-    """A port of the .bso file. Of a pair of cells instances has both, and order is the place of one of them."""
-    order: str
-    port: str
-    pad_instance: str
-    function: str
-    instances: list
-    pad: str = ""             # the pad's cell
-
-
-@dataclass
-class Control:
-    """A control cell of the .bso file. first and last are the orders of the outermost rows that it serves."""
-    instance: str
-    net: str
-    resets: bool
-    first: int = -1
-    last: int = -1
 
 
 def strip_comments(text):
     return re.sub(r"/\*.*?\*/|//[^\n]*", " ", text, flags=re.S)
 
 
-def place_of(instance):
-    """The place in the register of a cell that the insertion added."""
-    found = re.match(r"BCELL(\d+)(_|$)", instance)
-    if not found:
-        raise ProofError(f"no place in the name of cell '{instance}'")
-    return int(found[1])
+def plain(name):
+    """A port's name in letters that BSDL takes too."""
+    return re.sub(r"\W+", "_", name).strip("_")
 
 
-def read_bso(path):
-    """Gives the ports with cell or without, and the control cells, each in file order."""
-    rows, controls = [], []
-    for line in open(path):
-        words = line.split()
-        if line.startswith("//") or not words:
-            continue
-        if words[0] == "[CONTROL":
-            controls.append(Control(words[-1], words[3], words[-2] == "controlr"))
-        elif words[0] == "[OE":
-            first, _, last = line.split("]")[1].split("*")[0].strip().partition(":")
-            controls[-1].first, controls[-1].last = int(first), int(last or first)
-        elif words[0].startswith("["):
-            rows[-1].pad = words[0].partition("]")[0].strip("[")
-        elif len(words) != 7:
-            raise ProofError(f"{path}: cannot make columns of '{line.rstrip()}'")
-        else:
-            order, _, port, _, pad_instance, function, instance = words
-            rows.append(Row(order, port, pad_instance, function, instance.split(",")))
-    return rows, controls
-
-
-def read_pad_enables(path):
-    """The enable pins of a pad, as a function of the pad's cell: pin to the value that turns the pad on."""
-    enables = []
-    text = strip_comments(open(path).read())
-    for names, body in re.findall(r"%\w*BUFFER\s+([^{};]*)\{([^}]*)\}", text):
-        pins = {pin: int(level == "H") for level, pin in re.findall(r"%EN_([LH])\s+(\S+?)\s*;", body)}
-        enables += [(name, pins) for name in re.split(r"[\s,]+", names.strip())]
-    enables.sort(key=lambda row: "*" in row[0])         # an exact name goes before a family
-    return lambda pad: next((pins for name, pins in enables if fnmatch.fnmatchcase(pad, name)), {})
-
-
-def read_wires(path):
-    """The cells of the insertion that are wires while the core has the pins, each with two pins; those that are
-    nothing then; and the TAP's pins that take pins of a pad over."""
-    text = strip_comments(open(path).read())
-    through, drop, taken = [], [], set()
-    for name, body in re.findall(r"%TAP_CONTROLLER\s+(\S+)\s*\{([^}]*)\}", text):
-        drop.append(name)
-        taken |= {(name, pin.lstrip("-")) for pin in re.findall(r"%TDO(?:_EN)?\s+(\S+?)\s*;", body)}
-    for name, body in re.findall(r"%SCAN_CELL\s+(\S+)\s*\{([^}]*)\}", text):
-        pins = dict(re.findall(r"%(\w+)\s+(\S+?)\s*;", body))
-        drop += [name] if "DATA_OUT" not in pins else []
-        through += [(name, pins[a], pins[b]) for a, b in (("DATA_IN", "DATA_OUT"), ("SYS_PIN", "SYS_IN")) if b in pins]
-    for name in re.findall(r"%\w*SIGNAL_BUFFER\s+(\S+?)\s*;", text):
-        body = re.search(rf"%BUFFER\s[^{{}}]*\b{name}\b[^{{}}]*\{{([^}}]*)\}}", text)
-        pins = dict(re.findall(r"%(\w+)\s+(\S+?)\s*;", body[1] if body else ""))
-        through += [(name, pins["INPUT"], pins["OUTPUT"])] if body else []
-    return through, drop, taken
-
-
-def read_joins(folder):
-    """The pins of pads that a boundary cell drives by the edit commands of a run: (cell, instance) to the pins.
-    Of the pads in the range of a control cell in the .bso file some may hang on another one, or on none."""
-    joins = {}
-    for file in (folder / "rimweave_lib").glob("*.cmd"):
-        for words in re.findall(r"^connect (\S+)\{(\S+)\} (\S+)\{(\S+)\}", file.read_text(), re.M):
-            for cell, cell_pin, pad, pin in (words, words[2:] + words[:2]):
-                for name in (cell, cell_pin.removesuffix("_OUT")):     # the second of cells in a module of the user's
-                    joins.setdefault((name, pad), set()).add(pin)
-    return joins
-
-
-def make_register(path, rows, controls, enables_of):
-    """The cells of the register by index."""
-    cells = {}
-
-    def add(cell):
-        if cell.index in cells:
-            raise ProofError(f"{path}: two cells at {cell.index}: {cells[cell.index].instance}, {cell.instance}")
-        cells[cell.index] = cell
-        return cell
-
-    joins = read_joins(path.parent)
-    def listed(place, kind, instance, *more, **others):
-        if instance.startswith("BCELL") and place_of(instance) != place:
-            raise ProofError(f"{path}: {instance} is listed at {place}")
-        return add(Cell(place, kind, instance, *more, **others))
-
-    of_control = [(control, listed(control.first + 1, "control", control.instance, resets=control.resets))
-                  for control in controls]
-    for row in rows:
-        if len(row.instances) == 2:
-            # The data cell, the control cell when this is the first pad that it serves, the input cell.
-            out, into = sorted(row.instances, key=place_of)
-            data = add(Cell(place_of(out), "output3", out, row.port, row.pad))
-            add(Cell(place_of(into), "input", into, row.port, row.pad))
-            if row.pad_instance == "*":                 # an added pad is turned on by a 0, and has no control line
-                data.control = add(Cell(place_of(into) + 1, "control", "*"))
-        elif row.instances != ["*"]:
-            data = listed(int(row.order), row.function, row.instances[0], row.port, row.pad)
-        else:
-            continue
-        for control, cell in of_control:
-            for pin, level in enables_of(row.pad).items():
-                if pin in joins.get((control.instance, row.pad_instance), ()) and data.kind in ("output3", "bidir"):
-                    if not control.first <= int(row.order) <= control.last:
-                        raise ProofError(f"{path}: {row.port} is not in the range of {control.instance}")
-                    data.control, data.on, cell.on = cell, level, level
-    chain = [cells.get(i) for i in range(len(cells))]
-    if None in chain:
-        raise ProofError(f"{path}: no cell at {chain.index(None)}")
-    return chain
+def read_bsd(path, chip):
+    """The rows of the register and the clock ports; a cell that goes from an input straight to an output is neither."""
+    rows = [(int(number), plain(name), function, rest.split(", "))
+            for number, name, function, rest in re.findall(r'"(\d+) \(\w+, (\S+), (\w+), (.*)\),?"', path.read_text())]
+    chip.cells = [Cell() for _ in range(1 + max(row[0] for row in rows))]
+    for number, name, function, rest in rows:
+        cell = chip.cells[number]
+        if function == "clock":
+            chip.clocks.append(name)
+        if function in ("input", "bidir"):
+            cell.reader = name
+        elif function.startswith("output"):
+            cell.writer = name
+            cell.control, cell.off = (int(rest[1]), int(rest[2])) if len(rest) > 2 else (-1, 0)
+    for cell in chip.cells:
+        if cell.reader and cell.writer:
+            cell.reader = cell.writer = ""
 
 
 def read_bsc(path, chip):
@@ -187,11 +71,11 @@ def read_bsc(path, chip):
     chip.ir_capture = re.search(r"%INSTRUCTION_CAPTURE\s*\(\s*([01xX]+)", text)[1]
 
 
-def read_chip(bso, bsc, lib):
-    rows, controls = read_bso(bso)
-    chip = Chip(cells=make_register(bso, rows, controls, read_pad_enables(lib)), ports=[row.port for row in rows if "{" not in row.port])
-    read_bsc(bsc, chip)
-    chip.ports += [port for port in chip.test_ports.values() if port not in chip.ports]
+def read_chip(work, design):
+    """What the files of a finished run and of `rimkit bsdl` tell of the design."""
+    chip = Chip()
+    read_bsc(work / f"{design}.bsc", chip)
+    read_bsd(work / f"{design}.bsd", chip)
     return chip
 
 

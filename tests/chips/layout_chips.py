@@ -23,8 +23,6 @@ from player import run  # noqa: E402
 HERE = pathlib.Path(__file__).resolve().parent
 EXAMPLE = HERE.parent.parent / "examples" / "uart_chip"
 TAP_OUTPUTS = "module jtag_tap (output TDO, output TDO_EN); endmodule\n"
-BCM_WIRES = [(f"BCELL{i}_IN", f"BCELL{i}_OUT") for i in (1, 2, 3, 4, 5, 6, 7, 9)] + [
-    ("BCELL8_DATA_IN", "BCELL8_PAD_OUT"), ("BCELL8_PAD_IN", "BCELL8_DATA_OUT")]
 
 
 @dataclass
@@ -179,8 +177,8 @@ def write_files(layout, design, work):
 def plan_of(layout, vhdl):
     return {"design": "chip", "cells": ["cells.v", *layout.bcm], "netlist": ["chip.v"], "resets": {"rst_n": "0"}, "vhdl": vhdl,
             "before": ["chip_TAP.v"] if layout.exists or layout.bcm else [], "cycles": 400,
-            "structure": not (vhdl or layout.bare), "wires": {"chip_BCM": BCM_WIRES} if layout.bcm else {},
-            "tdo_always_driven": layout.unwired or "-no_pad" in layout.options}
+            "structure": not layout.bcm,       # in a module of the user's nobody looks
+            "clocks": ["clk"], "like": "plain" if layout.bcm else "."}
 
 
 def insert(layout, work, bin_dir, vhdl):
@@ -193,8 +191,9 @@ def insert(layout, work, bin_dir, vhdl):
             tool("rimweave", "chip", "-add_tap_only", "-vhdl", what="writing the TAP in VHDL")
         tool("kalmverin", "-lib", "chip_TAP.v", "-opath", "lib", what="reading the TAP")
     tool("kalmverin", "chip.v", what="reading the chip")
-    words = ([] if layout.exists else ["-add_tap"]) + layout.options.split() + (["-vhdl"] if vhdl else [])
-    (work / "rimweave.out").write_text(tool("rimweave", "chip", *words, what="inserting"))
+    words = ([] if layout.exists else ["-add_tap"]) + layout.options.split()
+    for form in [["-vhdl"]] * vhdl + [[]]:
+        (work / "rimweave.out").write_text(tool("rimweave", "chip", *words, *form, what="inserting"))
 
 
 def main():
@@ -202,15 +201,18 @@ def main():
     options.add_argument("--layout", required=True, choices=LAYOUTS)
     options.add_argument("--bin", required=True, type=pathlib.Path, help="folder of the programs")
     options.add_argument("--work", required=True, type=pathlib.Path, help="scratch folder, emptied first")
-    options.add_argument("--vhdl", action="store_true", help="write VHDL, and play it under GHDL")
+    options.add_argument("--vhdl", action="store_true", help="write VHDL too, and play it under GHDL")
     given = options.parse_args()
     layout, work = LAYOUTS[given.layout], given.work.resolve()
     try:
         write_files(layout, make_design(layout), work)
         insert(layout, work, given.bin.resolve(), given.vhdl)
+        if layout.bcm:      # the walk of rimkit does not go into the module of the cells
+            write_files(Layout(), make_design(Layout()), work / "plain")
+            insert(Layout(), work / "plain", given.bin.resolve(), False)
         plan = plan_of(layout, given.vhdl)
         (work / "plan.json").write_text(json.dumps(plan, indent=4) + "\n")
-        cells, faults, counts = proof.prove(plan, work, simulate_only=False)
+        cells, faults, counts = proof.prove(plan, work, given.bin.resolve())
     except ProofError as fault:
         sys.exit(f"PROOF FAILED: {given.layout}: {fault}")
     if faults:

@@ -167,7 +167,7 @@ for design in chip other; do
     run $1 alone $design
     cp rimweave_lib/${design}_jtag.sdb $design.alone
 done
-for pair in {1..100}; do
+for pair in {1..40}; do
     rm -rf rimweave_lib
     designs=(chip chip)
     [ $((pair % 2)) = 0 ] || designs[1]=other

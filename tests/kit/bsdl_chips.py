@@ -118,9 +118,7 @@ def test_ring(bench, given):
 
 def test_kinds(bench, given):
     name = given.chip.partition(":")[2]
-    seed = re.match(r"random(\d+)$", name)
-    variant = kinds_variants.random_variant(int(seed[1])) if seed else \
-        kinds_variants.Variant(name, *kinds_variants.VARIANTS[name], internals="in_ring" not in name)
+    variant = kinds_variants.named_variant(re.sub(r"^random(?=\d)", "random:", name))
     kinds_variants.build(variant, given.bin.resolve(), bench.work)
     bsdl, _ = bench.judge("kinds", "--cells", "pads.v", "--cells", "gated.v")
     if name == "highz":

@@ -2,23 +2,23 @@
 """Test patterns of inserted chips: the bench passes on chips that are right and finds the faults planted in one, under
 Icarus and Verilator; OpenOCD plays the SVF on the simulated chip and stops at a wrong bit.
 
-    patterns_test.py --bin build/bin --work DIR faults|kinds|compiled|svf|all-pins
+    patterns_test.py --bin build/bin --work DIR faults|kinds|compiled|svf
 """
 
 import argparse
 import pathlib
 import re
 import shutil
+import socket
 import subprocess
 import sys
 
 sys.dont_write_bytecode = True
 CHIPS = pathlib.Path(__file__).resolve().parent.parent / "chips"
 sys.path[:0] = [str(CHIPS), str(CHIPS / "kinds_chip")]
-import openocd_chip  # noqa: E402
 import proof  # noqa: E402
-from chip_files import ProofError, read_chip  # noqa: E402
-from kinds_variants import VARIANTS, Variant, build as build_kinds  # noqa: E402
+from chip_files import Chip as ChipFiles, ProofError, read_bsc  # noqa: E402
+from kinds_variants import build as build_kinds, named_variant  # noqa: E402
 from player import run  # noqa: E402
 
 KINDS = ["three_levels", "pairs", "synch_df_speed", "own_controls_pairs", "oe_controls", "inverting", "highz_cells",
@@ -178,19 +178,29 @@ def refuses_a_wrong_register(chip):
          f"status {done.returncode}, {files}: {done.stdout}{done.stderr}")
 
 
-def try_all_pins(work, bin_dir):
-    """Each pin of each boundary cell at 0 and at 1; tells which are not found. Takes minutes."""
-    chip = build_example(work / "all_pins", bin_dir)
-    missed, count = [], 0
-    for name, block in re.findall(r"^  BC_\w+ (\w+) \((.*?)\);", chip.netlist, flags=re.M | re.S):
-        for pin in re.findall(r"\.(\w+)\(", block):
-            for value in (0, 1):
-                count += 1
-                if passes(chip.bench(stuck(chip.netlist, name, pin, value))):
-                    missed.append(f"{name}.{pin}/{value}")
-    print("\n".join(missed))
-    return f"{count - len(missed)} of {count} found"
-
+# '0' to '7' are TCK, TMS and TDI, 'R' asks for TDO, 'r' to 'u' drive the reset, 'Q' ends.
+BENCH = """`timescale 1ns/1ns
+module bench;
+    reg tck = 0, tms = 1, tdi = 0, trst = 1;
+    wire tdo;
+    integer c;
+    {design}_jtag dut (.{tck}(tck), .{tms}(tms), .{tdi}(tdi), .{trst}(trst), .{tdo}(tdo));
+    initial begin
+        c = 0;
+        while (c != "Q" && c != -1) begin
+            c = $fgetc(32'h8000_0000);
+            if (c >= "0" && c <= "7") {{tck, tms, tdi}} = c;
+            if (c >= "r" && c <= "u") trst = c < "t";
+            if (c == "R") begin
+                $write("%0d", tdo === 1'b1);
+                $fflush;
+            end
+            #100;
+        end
+        $finish;
+    end
+endmodule
+"""
 
 SVF_SCRIPT = """adapter driver remote_bitbang
 remote_bitbang port 0
@@ -204,9 +214,27 @@ shutdown
 """
 
 
+def serve(work):
+    """The simulation with one client's connection as its standard streams, and the process that waits for it."""
+    listener = socket.socket(socket.AF_UNIX)
+    (work / "jtag.sock").unlink(missing_ok=True)
+    listener.bind(str(work / "jtag.sock"))
+    listener.listen(1)
+    client = subprocess.Popen(["timeout", "120", "openocd", "-f", "chip.cfg"], cwd=work, text=True,
+                              stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
+    listener.settimeout(30)
+    connection, _ = listener.accept()
+    simulation = subprocess.Popen(["vvp", "-n", "openocd.vvp"], cwd=work, stdin=connection, stdout=connection)
+    connection.close()
+    said, _ = client.communicate()
+    simulation.kill()
+    simulation.wait()
+    return client.returncode, said
+
+
 def play_svf(chip, svf):
     (chip.work / "chip.svf").write_text(svf)
-    status, said = openocd_chip.serve(chip.work)
+    status, said = serve(chip.work)
     return status == 0 and "SVF PLAYED" in said, said
 
 
@@ -214,8 +242,9 @@ def try_svf(work, bin_dir):
     if shutil.which("openocd") is None:
         return None
     chip = build_example(work / "example", bin_dir)
-    table = read_chip(*(chip.work / f"chip.{ending}" for ending in ("bso", "bsc", "lib")))
-    (chip.work / "openocd.v").write_text(openocd_chip.BENCH.format(design="chip", **table.test_ports))
+    table = ChipFiles()
+    read_bsc(chip.work / "chip.bsc", table)
+    (chip.work / "openocd.v").write_text(BENCH.format(design="chip", **table.test_ports))
     (chip.work / "chip.cfg").write_text(SVF_SCRIPT.format(irlen=len(table.ir_capture), idcode=int(table.idcode, 2)))
     run(["iverilog", "-g2005", "-o", "openocd.vvp", "-s", "bench", "openocd.v", "chip_jtag.v", "chip_TAP.v", "cells.v"],
         chip.work, "iverilog")
@@ -250,7 +279,7 @@ def try_kinds(work, bin_dir):
     """Chips that are right pass."""
     said = [build_example(work / "drafted", bin_dir, drafted=True).bench(), build_ring(work / "ring", bin_dir).bench()]
     for name in KINDS:
-        build_kinds(Variant(name, *VARIANTS[name], internals="in_ring" not in name), bin_dir, work / name)
+        build_kinds(named_variant(name), bin_dir, work / name)
         said.append(Chip(work / name, "kinds", ["pads.v", "gated.v"], bin_dir).bench())
     for text in said:
         must(passes(text), text)
@@ -258,8 +287,7 @@ def try_kinds(work, bin_dir):
 
 
 def main():
-    tasks = {"faults": try_faults, "kinds": try_kinds, "svf": try_svf, "compiled": try_compiled,
-             "all-pins": try_all_pins}
+    tasks = {"faults": try_faults, "kinds": try_kinds, "svf": try_svf, "compiled": try_compiled}
     options = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawTextHelpFormatter)
     options.add_argument("task", choices=tasks)
     options.add_argument("--bin", required=True, type=pathlib.Path)

@@ -128,6 +128,12 @@ def random_variant(seed):
     return variant
 
 
+def named_variant(name):
+    """Of "random:N", or of a row of VARIANTS."""
+    kind, _, seed = name.partition(":")
+    return random_variant(int(seed)) if seed else Variant(name, *VARIANTS[name], internals="in_ring" not in name)
+
+
 def describe(variant, work):
     """The description files of a variant, in the scratch folder."""
     extra = " %EXTRA_1 X1;" if variant.items == HIGHZ_CELLS else ""
@@ -165,7 +171,7 @@ def take_pads_away(text, ports):
 
 def join_pads(text, rng):
     """Lets some output pads take their data or enable straight from an input pad, or a constant for data."""
-    for port, (shows, data, enable) in OUTPUTS.items():
+    for port, (data, enable) in OUTPUTS.items():
         if port == "bsb":       # the file shows its control cell nowhere, its net tells which it is
             continue
         pad = next((pad for pad, name in PORT_OF_PAD.items() if name == port), port)
@@ -179,7 +185,7 @@ def join_pads(text, rng):
         if enable_pin and rng.random() < .25:
             enable = rng.choice(INPUT_NETS)
             changed = changed.replace(enable_pin[0], f".{enable_pin[1]}({enable})")
-        OUTPUTS[port] = (shows, data, enable)
+        OUTPUTS[port] = (data, enable)
         text = text.replace(row, changed) if row else text
     return text
 
@@ -214,6 +220,7 @@ def write_chip(variant, work):
 
 
 def build(variant, bin_dir, work):
+    """Runs the tools. Gives the file of a TAP that stands in the chip, in a list, and the ports whose data stand still."""
     shutil.rmtree(work, ignore_errors=True)
     (work / "lib").mkdir(parents=True)
     for name in CELLS:
@@ -240,4 +247,4 @@ def build(variant, bin_dir, work):
     shared = "-dont_share_control" not in variant.options and variant.module("p_dt") == variant.module("p_du")
     if not variant.joins and shared != ("is shared with another pad" in output):
         raise ProofError("no warning, or a needless one, of a differential pad on a shared enable")
-    return output, ["kinds_TAP.v"] if variant.exists else []
+    return ["kinds_TAP.v"] if variant.exists else [], [port for port, nets in OUTPUTS.items() if nets[0].startswith("1'b")]

@@ -1,11 +1,35 @@
-"""Plays steps on a VHDL netlist under GHDL, as player.py does on a Verilog one. The ports must be scalars."""
+"""Plays a list of steps on a Verilog module under Icarus Verilog, or on a VHDL entity under GHDL, whose ports are scalars.
+
+A step gives every pin a value (0, 1, or z for "left alone"); the answer is what all pins read just before the next
+step. Pins that the module may drive are driven through a weak driver: it wins while it drives.
+"""
 
 import re
 
-from chip_files import ProofError
-from player import Player, run
+from chip_files import ProofError, read_ports
+from player import run
 
-BENCH = """library ieee;
+BENCH = """`timescale 1ns / 1ps
+module bench;
+    reg [{last}:0] drive;
+    integer steps, answers, got;
+{wires}
+    {top} dut ({connections});
+    initial begin
+        steps = $fopen("{steps}", "r");
+        answers = $fopen("{answers}", "w");
+        got = $fscanf(steps, "%b", drive);
+        while (got == 1) begin
+            #50 $fdisplay(answers, "%b", {{{sampled}}});
+            got = $fscanf(steps, "%b", drive);
+        end
+        $finish;
+    end
+endmodule
+"""
+
+
+VHDL_BENCH = """library ieee;
 use ieee.std_logic_1164.all;
 use std.textio.all;
 
@@ -68,6 +92,37 @@ end play;
 """
 
 
+class Player:
+    def __init__(self, work, tag, sources, top, pins):
+        self.work, self.tag, self.top, self.pins = work, tag, top, pins
+        self.write_bench(read_ports([work / source for source in sources], top))
+        self.simulate = ["vvp", "-n", f"{tag}.vvp"]
+        run(["iverilog", "-g2001", "-o", f"{tag}.vvp", f"{tag}_bench.v"] + sources, work, f"compiling {tag}")
+
+    def write_bench(self, ports):
+        wires, connections, sampled = [], [], []
+        for index, pin in enumerate(self.pins):
+            wires.append(f"    wire p{index};")
+            connections.append(f".{pin}(p{index})")
+            sampled.append(f"p{index}")
+            strength = "" if ports[pin][0] == "input" else "(weak1, weak0) "
+            wires.append(f"    assign {strength}p{index} = drive[{len(self.pins) - 1 - index}];")
+        text = BENCH.format(last=len(self.pins) - 1, wires="\n".join(wires), top=self.top,
+                            connections=", ".join(connections), sampled=", ".join(sampled),
+                            steps=f"{self.tag}.steps", answers=f"{self.tag}.answers")
+        (self.work / f"{self.tag}_bench.v").write_text(text)
+
+    def play(self, steps):
+        """Steps are dictionaries pin to value; a pin that is not there is left alone."""
+        text = "\n".join("".join(step.get(pin, "z") for pin in self.pins) for step in steps)
+        (self.work / f"{self.tag}.steps").write_text(text + "\n")
+        run(self.simulate, self.work, f"simulating {self.tag}")
+        answers = [line.strip() for line in open(self.work / f"{self.tag}.answers")]
+        if len(answers) != len(steps):
+            raise ProofError(f"{self.tag}: {len(answers)} answers to {len(steps)} steps")
+        return answers
+
+
 class VhdlPlayer(Player):
     def __init__(self, work, tag, sources, top, pins):
         self.work, self.tag, self.pins = work, tag, pins
@@ -84,7 +139,7 @@ class VhdlPlayer(Player):
         place = {name: self.pins.index(name) + 1 for name, _ in ports}
         drivers = [f"  p_{name} <= {'strong' if direction.lower() == 'in' else 'weak'}(drive({place[name]}));"
                    for name, direction in ports]
-        return BENCH.format(
+        return VHDL_BENCH.format(
             count=len(self.pins), top=top, steps=f"{self.tag}.steps", answers=f"{self.tag}.answers",
             signals="\n".join(f"  signal p_{name} : std_logic;" for name, _ in ports), drivers="\n".join(drivers),
             connections=", ".join(f"{name} => p_{name}" for name, _ in ports),

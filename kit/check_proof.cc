@@ -1,0 +1,111 @@
+// Rules about the chip at rest and in EXTEST, by the proofs of `rimkit prove`: what the TAP gives the mode
+// pins, and what each kind of cell shows then.
+#include "kit/check.hh"
+#include "kit/prove.hh"
+#include "siblings/tool.hh"
+#include "support/text.hh"
+
+#include <algorithm>
+
+namespace {
+
+/// The TAP's outputs that stand at a pin of a cell which decides what it shows.
+bool is_needed(const CHECK_CHIP &chip, const std::string &pin) {
+    if (declared_rest_values(*chip.found.tap).contains(pin))
+        return true;
+    for (const REGISTER_CELL &cell : chip.found.cells)
+        for (const REGISTER_SIGNAL &signal : cell.extras)
+            if (signal.tap_pin == pin)
+                return true;
+    return false;
+}
+
+/// The kinds of cells that drive a pad or its enable, with the constants that stand at their pins in EXTEST.
+std::vector<REST_KIND> driving_kinds(const CHECK_CHIP &chip, const PROVEN_TAP &tap, std::string &why) {
+    REST_VALUES values;
+    for (const TAP_OUTPUT &row : tap.outputs)
+        if (row.in_extest >= 0)
+            values[row.pin] = row.in_extest == 1;
+    CHIP_COMPARISON compared = compare_chips(chip.found, chip.design + ".c.sdb", values);
+    std::vector<bool> drives(compared.kinds.size());
+    for (const REGISTER_ROW &row : chip.found.rows) {
+        const REGISTER_CELL &cell = chip.found.cells[static_cast<size_t>(row.cell)];
+        auto kind = compared.kind_of_cell.find(cell.obj);
+        bool is_driver = row.kind >= ROW_OUTPUT2 && row.kind <= ROW_CONTROL && cell.cell->data_out != nullptr;
+        if (is_driver && kind != compared.kind_of_cell.end())
+            drives[kind->second] = true;
+    }
+    std::vector<REST_KIND> kinds;
+    std::vector<std::string> pads;
+    for (size_t i = 0; i < compared.kinds.size(); ++i)
+        if (compared.kinds[i].is_pad)
+            pads.push_back(compared.kinds[i].class_name);
+        else if (drives[i])
+            kinds.push_back(std::move(compared.kinds[i]));
+    if (!pads.empty())
+        why = "pads with a cell or a multiplexer inside: " + few_of(pads);
+    return kinds;
+}
+
+void check_isolation(CHECK_CHIP &chip, const PROVEN_TAP &tap, std::string &why) {
+    std::vector<REST_KIND> kinds = driving_kinds(chip, tap, why);
+    PROVEN_CELLS proven = prove_isolation(kinds, chip.models);
+    for (size_t i = 0; i < kinds.size(); ++i) {
+        const PROVEN_CELLS::ANSWER &answer = proven.of_kind[i];
+        if (!answer.held && answer.why_not.empty())
+            chip.findings.push_back({&check_rule(20), FINDING_ERROR,
+                                     format_text("in EXTEST cells of type %s show what the core gives them",
+                                                 kinds[i].class_name.c_str()),
+                                     "", kinds[i].instance, "", ""});
+        else if (!answer.held)
+            why += (why.empty() ? "" : "; ") + kinds[i].class_name + ": " + answer.why_not;
+    }
+}
+
+/// The instructions that must not disturb, and the reset.
+void check_rest(CHECK_CHIP &chip, const PROVEN_TAP &tap, int32_t rule) {
+    for (const TAP_OUTPUT &row : tap.outputs) {
+        if (!is_needed(chip, row.pin))
+            continue;
+        if (rule == 22 && (row.in_reset < 0 || row.in_reset != row.at_rest))
+            add_check(chip, rule, {chip.found.tap_obj, walk_pin(chip.found.tap_obj, row.pin.c_str()), -1},
+                      "the TAP's pin " + row.pin + " does not rest in Test-Logic-Reset");
+        for (const std::string &name : rule == 21 ? row.disturbing : std::vector<std::string>{})
+            add_check(chip, rule, {chip.found.tap_obj, walk_pin(chip.found.tap_obj, row.pin.c_str()), -1},
+                      name + " moves the TAP's pin " + row.pin + ", which the cells show the core through");
+    }
+    if (rule == 22 && !tap.reset_holds)
+        add_check(chip, rule, {chip.found.tap_obj, -1, -1},
+                  "Test-Logic-Reset does not reset the TAP's instruction register");
+    // A cell that shows something else than the core at rest does so under all of them.
+    if (!TOOL_exists(chip.design + ".c.sdb"))
+        return;
+    CHIP_COMPARISON compared = compare_chips(chip.found, chip.design + ".c.sdb", proven_rest_values(tap));
+    PROVEN_CELLS proven = prove_cells(compared.kinds, chip.models);
+    for (size_t i = 0; i < compared.kinds.size(); ++i)
+        if (!proven.of_kind[i].held && proven.of_kind[i].why_not.empty())
+            chip.findings.push_back(
+                {&check_rule(rule), FINDING_ERROR,
+                 format_text("at rest cells of type %s do not show what the core gives them",
+                             compared.kinds[i].class_name.c_str()),
+                 "", compared.kinds[i].instance, "", ""});
+}
+
+} // namespace
+
+bool check_by_rest_proof(CHECK_CHIP &chip, const CHECK_RULE &rule, std::string &why) {
+    if (rule.number < 20 || rule.number > 22)
+        return false;
+    // A process checks one chip: the three rules ask once.
+    static const PROVEN_TAP tap = prove_tap(chip.found, written_file(chip, "_TAP.v"));
+    why = tap.why_not;
+    if (why.empty() && !TOOL_exists(chip.design + ".c.sdb"))
+        why = "there is no design before the run, " + chip.design + ".c.sdb";
+    if (!why.empty())
+        return false;
+    if (rule.number == 20)
+        check_isolation(chip, tap, why);
+    else
+        check_rest(chip, tap, rule.number);
+    return true;
+}
