@@ -435,6 +435,31 @@ void try_sample(STEP_MAKER &maker) {
     }
 }
 
+/// True when what the cell takes in comes from inside.
+bool is_of_core(const STEP_MAKER &maker, int32_t number) {
+    const REGISTER_CELL &cell = maker.found.cells[static_cast<size_t>(number)];
+    WALK_END end = walk_back(maker.found.walk, walk_pin(cell.obj, cell.cell->data_in)).end;
+    return end != WALK_PAD && end != WALK_PORT;
+}
+
+/// What the core gives stays while its pins do, whatever is shifted: a cell that shifts where it should
+/// capture has the complement of what it had. Both scans follow a capture of SAMPLE.
+void repeat_sample(STEP_MAKER &maker) {
+    std::string next = maker.random_bits(maker.cells()), none(maker.cells(), '-');
+    for (int round = 0; round < 3; ++round) {
+        for (char &bit : next)
+            bit = turned(bit);
+        PATTERN_STEP &step = scan(maker, "SAMPLE, the core stands still", next, none);
+        step.driven = none;
+        step.needs_pins = true;
+        for (const REGISTER_ROW &row : maker.found.rows)
+            if (round > 0 &&
+                (row.kind == ROW_OUTPUT2 || row.kind == ROW_OUTPUT3 || row.kind == ROW_CONTROL) &&
+                is_of_core(maker, row.cell))
+                step.driven[static_cast<size_t>(row.cell)] = '=';
+    }
+}
+
 bool load_public(STEP_MAKER &maker, const char *name) {
     const BSDL_INSTRUCTION *row = bsdl_instruction(maker.table, name);
     return row != nullptr && !row->is_private && load(maker, name);
@@ -478,13 +503,6 @@ bool is_behind_cells(const STEP_MAKER &maker, int32_t port) {
     return true;
 }
 
-/// True when what the cell takes in comes from inside.
-bool is_of_core(const STEP_MAKER &maker, int32_t number) {
-    const REGISTER_CELL &cell = maker.found.cells[static_cast<size_t>(number)];
-    WALK_END end = walk_back(maker.found.walk, walk_pin(cell.obj, cell.cell->data_in)).end;
-    return end != WALK_PAD && end != WALK_PORT;
-}
-
 /// Pins show the register, and what the core gives stays when pins behind cells change.
 void try_intest(STEP_MAKER &maker) {
     const BSDL_INSTRUCTION *intest = bsdl_instruction(maker.table, "INTEST");
@@ -522,6 +540,33 @@ void try_intest(STEP_MAKER &maker) {
     }
 }
 
+/// Control cells with a reset turn their pads the same way behind one, whatever was loaded before. What that
+/// is the library file does not tell.
+void try_reset_values(STEP_MAKER &maker) {
+    std::string shown(maker.list.pins.size(), '-'), none(maker.cells(), '-');
+    bool any = false;
+    for (const REGISTER_ROW &row : maker.found.rows)
+        if (drives(row) && row.control >= 0 &&
+            maker.found.cells[static_cast<size_t>(row.control)].signals[SIG_RST].source.end == WALK_TAP)
+            any = (shown[static_cast<size_t>(row.port)] = 's') == 's';
+    if (!any)
+        return;
+    std::string pattern(maker.cells(), '0');
+    count_pins(maker, 0, shown);
+    for (char value : {'0', '1'}) {
+        for (int32_t cell : maker.controls)
+            pattern[static_cast<size_t>(cell)] = value;
+        size_t first = maker.list.steps.size();
+        load(maker, "SAMPLE");
+        scan(maker, "PRELOAD for a reset", pattern, none);
+        add_step(maker, STEP_RESET, "reset of the enables");
+        load(maker, "EXTEST");
+        set_pins(maker, "EXTEST behind a reset", shown);
+        for (size_t i = first; i < maker.list.steps.size(); ++i)
+            maker.list.steps[i].needs_pins = true; // pads come on as the reset leaves them
+    }
+}
+
 void note_limits(STEP_MAKER &maker) {
     for (const auto &[numbers, what] :
          {std::pair{&maker.outputs, "outputs"}, std::pair{&maker.controls, "enables"}})
@@ -554,12 +599,14 @@ void make_patterns(PATTERN_LIST &list, const BOUNDARY_REGISTER &found, const BSD
     try_resets(maker);
     try_registers(maker);
     try_sample(maker);
+    repeat_sample(maker);
     std::vector<NAMED_PATTERN> patterns = extest_patterns(maker);
     patterns.push_back(patterns[2]); // for CLAMP and HIGHZ: all pads on, at 1
     play_extest(maker, patterns);
     try_clamp_and_highz(maker, patterns.back().bits);
     try_intest(maker);
     try_rules(maker, patterns.back().bits);
+    try_reset_values(maker);
     add_step(maker, STEP_RESET, "reset at the end");
     note_limits(maker);
 }

@@ -1,4 +1,4 @@
-// rimkit patterns: test patterns of an inserted chip, DESIGN.svf, DESIGN_bench.v and DESIGN.cov.
+// rimkit patterns: test patterns of an inserted chip, DESIGN.svf, DESIGN.stil, DESIGN_bench.v and DESIGN.cov.
 #include "kit/patterns.hh"
 
 #include "description/reader.hh"
@@ -6,6 +6,7 @@
 #include "kit/engines.hh"
 #include "kit/files.hh"
 #include "kit/finished_run.hh"
+#include "kit/grade.hh"
 #include "kit/json.hh"
 #include "kit/progress.hh"
 #include "kit/verbs.hh"
@@ -23,6 +24,9 @@ namespace {
 constexpr KIT_OPTION OPTIONS[] = {
     {"cells", "FILE",
      "Verilog models of all cells; the bench is then run on them by Icarus\nVerilog; may be repeated", true},
+    {"grade", nullptr,
+     "plants faults in the netlist, tells how many of them the bench finds, and\nlists them in DESIGN.grade; "
+     "needs --cells and Icarus Verilog"},
     {"frequency", "HZ", "frequency of TCK, 1e6 otherwise"},
     {"walk", "N",
      "walking patterns for at most N outputs and N enables, 64 otherwise;\ncounting patterns tell all apart"},
@@ -57,13 +61,17 @@ std::vector<std::string> read_chip(BOUNDARY_REGISTER &found, BSDL_FILE &table) {
     return faults;
 }
 
+bool has_simulator() {
+    return run_shell("command -v iverilog >/dev/null") == 0;
+}
+
 /// Runs the bench on the chip; its last line, or an empty text without models.
 std::string run_bench(const KIT_CALL &call, const std::string &design) {
     if (!kit_has(call, "cells"))
         return "";
-    std::vector<std::string> cells = cell_models(call, design);
-    if (run_shell("command -v iverilog >/dev/null") != 0)
+    if (!has_simulator())
         return "not run: Icarus Verilog is missing (package iverilog)";
+    std::vector<std::string> cells = cell_models(call, design);
     std::string program = design + "_bench.vvp", log = design + "_bench.log";
     std::vector<std::string> words = {
         "iverilog",         "-g2005",         "-s", "bench", "-o", program, design + "_bench.v",
@@ -79,7 +87,7 @@ std::string run_bench(const KIT_CALL &call, const std::string &design) {
 }
 
 int refuse(const KIT_CALL &call, const std::string &design, const std::vector<std::string> &faults) {
-    for (const char *ending : {".svf", "_bench.v", ".cov"})
+    for (const char *ending : {".svf", "_bench.v", ".cov", ".stil", ".grade"})
         if (::unlink((design + ending).c_str()) == 0)
             kit_note("the earlier %s%s is taken away: it does not fit this netlist", design.c_str(), ending);
     if (kit_has(call, "json")) {
@@ -93,6 +101,42 @@ int refuse(const KIT_CALL &call, const std::string &design, const std::vector<st
     return KIT_FINDINGS;
 }
 
+std::vector<std::string> write_patterns(const PATTERN_LIST &list) {
+    std::vector<int32_t> lines;
+    std::string svf = pattern_svf(list, lines);
+    const std::pair<const char *, std::string> texts[] = {{".svf", svf},
+                                                          {"_bench.v", pattern_bench(list)},
+                                                          {".cov", pattern_cover(list, lines)},
+                                                          {".stil", pattern_stil(list)}};
+    std::vector<std::string> files;
+    for (const auto &[ending, text] : texts) {
+        files.push_back(list.design + ending);
+        TOOL_write_file(files.back(), text);
+    }
+    return files;
+}
+
+/// What the verb says in the end.
+void tell(const KIT_CALL &call, const PATTERN_LIST &list, const std::vector<std::string> &files,
+          const std::string &bench, const std::vector<GRADE_FAULT> &planted) {
+    if (kit_has(call, "json")) {
+        std::printf("{\"design\": %s, \"steps\": %zu, \"files\": %s, \"bench\": %s, \"notes\": %s, "
+                    "\"grade\": %s, \"findings\": []}\n",
+                    json_text(list.design).c_str(), list.steps.size(), json_list(files).c_str(),
+                    json_text(bench).c_str(), json_list(list.notes).c_str(), grade_json(planted).c_str());
+        return;
+    }
+    for (const std::string &note : list.notes)
+        std::printf("note: %s\n", note.c_str());
+    for (const std::string &file : files)
+        std::printf("%s ", file.c_str());
+    std::printf(": %zu steps for %zu boundary cells\n", list.steps.size(), list.cells.size());
+    if (!bench.empty())
+        std::printf("%s\n", bench.c_str());
+    if (!planted.empty())
+        std::printf("%s\n", grade_summary(planted).c_str());
+}
+
 int run_patterns(const KIT_CALL &call) {
     if (call.names.size() != 1)
         kit_usage_fault("one DESIGN, the name of the top module, is needed");
@@ -100,6 +144,11 @@ int run_patterns(const KIT_CALL &call) {
     list.design = call.names[0];
     list.frequency = number_of(call, "frequency", "1e6", 1, 1e9);
     list.walk_limit = static_cast<size_t>(number_of(call, "walk", "64", 0, 1e6));
+    bool is_graded = kit_has(call, "grade");
+    if (is_graded && kit_values(call, "cells").empty())
+        kit_usage_fault("--grade needs the models of the cells: --cells FILE");
+    if (is_graded && !has_simulator())
+        TOOL_fail("", 0, "--grade needs Icarus Verilog, which is missing: install the package iverilog.");
     TOOL_set_search_path();
     need_run_files(list.design, "patterns", {".lib", ".bsc", "_jtag.c.sdb", ".bso"});
     open_finished_run(list.design, list.design + "_jtag.c.sdb");
@@ -109,36 +158,24 @@ int run_patterns(const KIT_CALL &call) {
     if (std::vector<std::string> faults = read_chip(found, table); !faults.empty())
         return refuse(call, list.design, faults);
     make_patterns(list, found, table);
-    std::vector<int32_t> lines;
-    std::string svf = pattern_svf(list, lines);
-    TOOL_write_file(list.design + ".svf", svf);
-    TOOL_write_file(list.design + "_bench.v", pattern_bench(list));
-    TOOL_write_file(list.design + ".cov", pattern_cover(list, lines));
+    std::vector<std::string> files = write_patterns(list);
     std::string result = run_bench(call, list.design);
-    std::vector<std::string> files = {list.design + ".svf", list.design + "_bench.v", list.design + ".cov"};
-    if (kit_has(call, "json")) {
-        std::printf("{\"design\": %s, \"steps\": %zu, \"files\": %s, \"bench\": %s, \"notes\": %s, "
-                    "\"findings\": []}\n",
-                    json_text(list.design).c_str(), list.steps.size(), json_list(files).c_str(),
-                    json_text(result).c_str(), json_list(list.notes).c_str());
-    } else {
-        for (const std::string &note : list.notes)
-            std::printf("note: %s\n", note.c_str());
-        std::printf("%s %s %s: %zu steps for %zu boundary cells\n", files[0].c_str(), files[1].c_str(),
-                    files[2].c_str(), list.steps.size(), list.cells.size());
-        if (!result.empty())
-            std::printf("%s\n", result.c_str());
+    bool is_good = result.empty() || result.starts_with("BENCH PASS") || result.starts_with("not run");
+    std::vector<GRADE_FAULT> planted;
+    if (is_graded && is_good) {
+        planted = grade_patterns(list, found, cell_models(call, list.design));
+        files.push_back(list.design + ".grade");
+        TOOL_write_file(files.back(), grade_text(list, planted));
     }
-    return result.empty() || result.compare(0, 10, "BENCH PASS") == 0 || result.compare(0, 7, "not run") == 0
-               ? KIT_DONE
-               : KIT_FINDINGS;
+    tell(call, list, files, result, planted);
+    return is_good ? KIT_DONE : KIT_FINDINGS;
 }
 
 } // namespace
 
 const KIT_VERB kit_patterns = {
     "patterns",
-    "Writes test patterns of the inserted chip: DESIGN.svf, DESIGN_bench.v, DESIGN.cov.",
+    "Writes test patterns of the inserted chip: DESIGN.svf, .stil, _bench.v, .cov.",
     "[options] DESIGN",
     OPTIONS,
     "  rimkit patterns --cells pads.v --cells chip_cells.v chip\n",

@@ -78,7 +78,8 @@ struct PATTERN_STEP {
                 ///< off and the pin free; 'b' the bit is the pin's value, which is free while it is off
     std::string drive;       ///< of STEP_PINS: '0', '1', and 'z' 'u' to leave alone, pulled to 0 or 1
     std::string shown;       ///< of STEP_PINS: '0', '1', 'z' released, 'h' 'l' the same on a pad that pulls,
-                             ///< 'd' driven either way, '-' not looked at
+                             ///< 'd' driven either way, 's' as at the step before that had an 's', '-'
+                             ///< not looked at
     int32_t pause = 0;       ///< bits before a stop in Pause-DR; 0 for none; of STEP_WALK a WALK_RESET
     bool needs_pins = false; ///< says nothing without a bench or a tester: left out of SVF
     int32_t rule = 0;        ///< of `rimkit check` that a fault in the step breaks; 0 for none
@@ -123,5 +124,7 @@ void make_patterns(PATTERN_LIST &list, const BOUNDARY_REGISTER &found, const BSD
 std::string pattern_svf(const PATTERN_LIST &list, std::vector<int32_t> &line_of_step);
 /// The steps as a bench in Verilog-2001 around the module DESIGN_jtag.
 std::string pattern_bench(const PATTERN_LIST &list);
+/// The steps as STIL (IEEE 1450): a flat vector for each period of TCK and each look at the pins.
+std::string pattern_stil(const PATTERN_LIST &list);
 /// What each pin is tried for, and by what.
 std::string pattern_cover(const PATTERN_LIST &list, const std::vector<int32_t> &line_of_step);

@@ -123,7 +123,7 @@ module bench;
             pause = 1;
             hold = 1;
             #200 drive = drive & ~CLOCKS;
-            for (round = 0; round < 26; round = round + 1) begin
+            for (round = 0; round < 64; round = round + 1) begin
                 hold = round < 2;
                 random_pins;
                 drive = drive & ~HELD;

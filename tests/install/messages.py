@@ -25,7 +25,7 @@ def unescaped(text):
 
 def shown(text):
     """As the index has it: without what stands before the words, and `...` for what is put in."""
-    text = re.sub(r"%(%|[-+0-9.*]*(?:ll|l|z|j)?[a-z])", lambda found: "%" if found[1] == "%" else "...", text)
+    text = re.sub(r"%(%|[-+0-9.*]*(?:ll|l|z|j|t)?[a-z])", lambda found: "%" if found[1] == "%" else "...", text)
     text = re.sub(r"<[12FL]>", "...", text)
     lines = [" ".join(line.split()) for line in text.split("\n")]
     lines = [line for line in lines if line]

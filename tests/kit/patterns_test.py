@@ -2,10 +2,12 @@
 """Test patterns of inserted chips: the bench passes on chips that are right and finds the faults planted in one, under
 Icarus and Verilator; OpenOCD plays the SVF on the simulated chip and stops at a wrong bit.
 
-    patterns_test.py --bin build/bin --work DIR faults|kinds|compiled|svf
+    patterns_test.py --bin build/bin --work DIR faults|kinds|grade|compiled|svf
 """
 
 import argparse
+import json
+import os
 import pathlib
 import re
 import shutil
@@ -15,23 +17,24 @@ import sys
 
 sys.dont_write_bytecode = True
 CHIPS = pathlib.Path(__file__).resolve().parent.parent / "chips"
-sys.path[:0] = [str(CHIPS), str(CHIPS / "kinds_chip")]
+sys.path[:0] = [str(CHIPS), str(CHIPS / "kinds_chip"), str(CHIPS.parent / "real")]
+import layout_chips  # noqa: E402
 import proof  # noqa: E402
-from chip_files import Chip as ChipFiles, ProofError, read_bsc  # noqa: E402
+import real_chips  # noqa: E402
+from chip_files import Chip as ChipFiles, ProofError, read_bsc, read_chip  # noqa: E402
 from kinds_variants import build as build_kinds, named_variant  # noqa: E402
 from player import run  # noqa: E402
+from stil_reader import check_stil  # noqa: E402
 
-KINDS = ["three_levels", "pairs", "synch_df_speed", "own_controls_pairs", "oe_controls", "inverting", "highz_cells",
-         "in_halves_synch", "in_ring_inverting"]
 EXAMPLE = CHIPS.parent.parent / "examples" / "uart_chip"
 
 
 class Chip:
     """A folder of a finished run, with its patterns."""
 
-    def __init__(self, work, design, cells, bin_dir):
+    def __init__(self, work, design, cells, bin_dir, *words, simulate=True):
         self.work, self.design, self.cells, self.bin = work, design, cells, bin_dir
-        self.tool("patterns", *(word for cell in cells for word in ("--cells", cell)), design)
+        self.tool("patterns", *(word for cell in cells * simulate for word in ("--cells", cell)), *words, design)
         self.netlist = (work / f"{design}_jtag.v").read_text()
         self.tap = (work / f"{design}_TAP.v").read_text()
 
@@ -105,14 +108,9 @@ def reworded(text, word, other):
     return text.replace(word, other, 1)
 
 
-# Of the example: a mode pin at 1 shows where the core gives another value than the register while SAMPLE is on, which
-# the core of gpio never does; a data pin that is cut off from the core shows nowhere, since pin and cell agree. 0 is a 3-state output, 1 the control of rdata, 9 bidirectional with its control 10, 22 the clock, 30
-# an input, 45 an output.
-NETLIST_FAULTS = [(stuck, name, pin, value) for name, pins in {
-    "BCELL0_OUT": ("SI", "SO", "DO", "CK", "UP", "MODE"), "BCELL1_OUT": ("SI", "SO", "DO", "UP", "MODE"),
-    "BCELL9_BI": ("SI", "SO", "DO", "SP", "UP"), "BCELL30_IN": ("SI", "SO", "SE", "CK"),
-    "pad_rdata3": ("I", "OEN"), "pad_gpio2": ("I", "OEN", "C"), "pad_txd": ("I",),
-    "u_tap": ("BSR_SO",)}.items() for pin in pins for value in (0, 1)] + [
+# Beside those of --grade. Of the example 0 is a 3-state output, 1 the control of rdata, 9 bidirectional with its control
+# 10, 22 the clock, 30 an input, 45 an output.
+NETLIST_FAULTS = [
     (connect, "BCELL5_OUT", "MODE", "1'bz"), (connect, "BCELL5_OUT", "UP", ""),
     (connect, "pad_gpio0", "OEN", "~"), (connect, "pad_rdata0", "OEN", "~"), (connect, "pad_rdata0", "I", "~"),
     (connect, "BCELL9_BI", "SP", "~"), (connect, "BCELL30_IN", "DI", "~"), (connect, "BCELL20_BI", "SI", "~"),
@@ -148,8 +146,8 @@ def must(right, what):
         raise ProofError(what)
 
 
-def try_faults(work, bin_dir):
-    chip = build_example(work / "example", bin_dir)
+def try_faults(given, work):
+    chip = build_example(work / "example", given.bin.resolve())
     missed = []
     for fault in NETLIST_FAULTS + TAP_FAULTS:
         in_tap = fault in TAP_FAULTS
@@ -208,7 +206,7 @@ remote_bitbang host jtag.sock
 reset_config trst_only
 jtag newtap chip tap -irlen {irlen} -ircapture 0x1 -irmask 0x3 -expected-id 0x{idcode:08x}
 init
-svf -tap chip.tap chip.svf
+svf -tap chip.tap played.svf
 echo "SVF PLAYED"
 shutdown
 """
@@ -233,21 +231,42 @@ def serve(work):
 
 
 def play_svf(chip, svf):
-    (chip.work / "chip.svf").write_text(svf)
+    (chip.work / "played.svf").write_text(svf)
     status, said = serve(chip.work)
-    return status == 0 and "SVF PLAYED" in said, said
+    return status == 0 and "SVF PLAYED" in said and "tap/device found" in said, said
 
 
-def try_svf(work, bin_dir):
+def prepare_svf(chip, netlist, idcode):
+    """The simulation that OpenOCD plays on, and OpenOCD's script."""
+    table = ChipFiles()
+    read_bsc(chip.work / f"{chip.design}.bsc", table)
+    (chip.work / "openocd.v").write_text(BENCH.format(design=chip.design, **table.test_ports))
+    (chip.work / "chip.cfg").write_text(SVF_SCRIPT.format(irlen=len(table.ir_capture), idcode=idcode or int(table.idcode, 2)))
+    run(["iverilog", "-g2005", "-o", "openocd.vvp", "-s", "bench", "openocd.v", netlist, f"{chip.design}_TAP.v",
+         *chip.cells], chip.work, "iverilog")
+
+
+def real_chip(given, work):
+    """The chip as the tests of the published chips make it, or nothing where these are not."""
+    if not (given.chips / "unpack").exists():
+        return None, ""
+    run([str((given.chips / "unpack").resolve()), "."], work, "unpacking")
+    row, folder = real_chips.CHIPS["as2650"], work / "as2650"
+    def tool(name, *words):
+        return run([str(given.bin.resolve() / name), *words], folder, name)
+    row.files = ["cells.v", "bscells.v"]
+    real_chips.insert(row, tool, folder)
+    tool("rimkit", "bsdl", row.top)
+    real_chips.write_models(row, folder)
+    netlist = real_chips.open_power_pins(read_chip(folder, row.top), f"{row.top}_jtag.v", folder)
+    return Chip(folder, row.top, ["models.v", "bscells.v"], given.bin.resolve(), "--walk", "2", simulate=False), netlist
+
+
+def try_svf(given, work):
     if shutil.which("openocd") is None:
         return None
-    chip = build_example(work / "example", bin_dir)
-    table = ChipFiles()
-    read_bsc(chip.work / "chip.bsc", table)
-    (chip.work / "openocd.v").write_text(BENCH.format(design="chip", **table.test_ports))
-    (chip.work / "chip.cfg").write_text(SVF_SCRIPT.format(irlen=len(table.ir_capture), idcode=int(table.idcode, 2)))
-    run(["iverilog", "-g2005", "-o", "openocd.vvp", "-s", "bench", "openocd.v", "chip_jtag.v", "chip_TAP.v", "cells.v"],
-        chip.work, "iverilog")
+    chip = build_example(work / "example", given.bin.resolve())
+    prepare_svf(chip, "chip_jtag.v", None)
     svf = (chip.work / "chip.svf").read_text()
     played, said = play_svf(chip, svf)
     must(played, said)
@@ -261,43 +280,79 @@ def try_svf(work, bin_dir):
         wrong = svf[:place] + format(int(svf[place], 16) ^ (mask & -mask), "X") + svf[place + 1:]
         played, said = play_svf(chip, wrong)
         must(not played and "tdo check error" in said, f"not stopped at {svf[scan.start():scan.end()]}:\n{said}")
-    return f"SVF of {len(svf.splitlines())} lines played, {len(scans)} scans compared"
+    names = ["example", "kinds"]
+    build_kinds(named_variant("three_levels"), given.bin.resolve(), work / "kinds")
+    kinds = Chip(work / "kinds", "kinds", ["pads.v", "gated.v"], given.bin.resolve())
+    real, netlist = real_chip(given, work)
+    for other, file in [(kinds, "kinds_jtag.v")] + [(real, netlist)] * (real is not None):
+        prepare_svf(other, file, None)
+        played, said = play_svf(other, (other.work / f"{other.design}.svf").read_text())
+        must(played, f"{other.design}: {said}")
+    return f"SVF of {len(svf.splitlines())} lines played, {len(scans)} scans compared; " + " ".join(names + ["as2650"] * bool(real))
 
 
-def try_compiled(work, bin_dir):
+def try_compiled(given, work):
     if shutil.which("verilator") is None:
         return None
-    chip = build_example(work / "example", bin_dir)
-    run(["verilator", "--binary", "--timing", "-Wno-fatal", "-Wno-lint", "-CFLAGS", "-O0", "--top-module", "bench",
-         "-o", "bench", "chip_bench.v", "chip_jtag.v", "chip_TAP.v", "cells.v"], chip.work, "verilator")
-    said = run(["obj_dir/bench"], chip.work, "the bench")
-    must("BENCH PASS" in said, said)
-    return said.splitlines()[0]
+    said = []
+    build_kinds(named_variant("pairs"), given.bin.resolve(), work / "kinds")
+    for chip in (build_ring(work / "ring", given.bin.resolve()),
+                 Chip(work / "kinds", "kinds", ["pads.v", "gated.v"], given.bin.resolve())):
+        design = chip.design
+        run(["verilator", "--binary", "--timing", "-Wno-fatal", "-Wno-lint", "-Wno-ASSIGNIN", "-CFLAGS", "-O0", "--top-module", "bench",
+             "-o", "bench", f"{design}_bench.v", f"{design}_jtag.v", f"{design}_TAP.v", *chip.cells], chip.work, "verilator")
+        said.append(run(["obj_dir/bench"], chip.work, "the bench").splitlines()[0])
+        must("BENCH PASS" in said[-1], said[-1])
+    return "; ".join(said)
 
 
-def try_kinds(work, bin_dir):
-    """Chips that are right pass."""
-    said = [build_example(work / "drafted", bin_dir, drafted=True).bench(), build_ring(work / "ring", bin_dir).bench()]
-    for name in KINDS:
-        build_kinds(named_variant(name), bin_dir, work / name)
-        said.append(Chip(work / name, "kinds", ["pads.v", "gated.v"], bin_dir).bench())
-    for text in said:
-        must(passes(text), text)
-    return f"{len(said)} chips pass"
+def try_kinds(given, work):
+    """Chips that are right pass, and STIL says what the bench does."""
+    bin_dir = given.bin.resolve()
+    chips = [build_example(work / "drafted", bin_dir, drafted=True), build_ring(work / "ring", bin_dir)]
+    for chip in chips:
+        said = chip.bench()
+        must(passes(said), said)
+        check_stil(chip.work, chip.design)
+    return f"{len(chips)} chips pass"
+
+
+def try_grade(given, work):
+    """All faults are found, but for those that a bench can't see."""
+    layout = layout_chips.LAYOUTS["pads_two_down"]
+    layout_chips.write_files(layout, layout_chips.make_design(layout), work / "layout")
+    layout_chips.insert(layout, work / "layout", given.bin.resolve(), False)
+    said = []
+    for chip in (Chip(work / "layout", "chip", ["cells.v"], given.bin.resolve()), build_ring(work / "ring", given.bin.resolve())):
+        words = [word for cell in chip.cells for word in ("--cells", cell)]
+        text = chip.tool("patterns", "--grade", "--json", *words, chip.design)
+        grade = json.loads(next(line for line in text.splitlines() if line.startswith("{")))["grade"]
+        missed = [row["fault"] for row in grade["missed"] if row["reason"] is None]
+        must(grade["planted"] > 200 and not missed, f"of {grade['planted']} not found: {missed}")
+        must(len(grade["missed"]) < .25 * grade["planted"], f"{len(grade['missed'])} of {grade['planted']} not found")
+        rows = (chip.work / f"{chip.design}.grade").read_text().splitlines()
+        must(len(rows) == grade["planted"] + 2, f"{len(rows)} rows for {grade['planted']} faults")
+        said.append(f"{grade['planted'] - len(grade['missed'])} of {grade['planted']}")
+    env = dict(os.environ, PATH="/nowhere")
+    done = subprocess.run([str(chip.bin / "rimkit"), "patterns", "--grade", "--cells", "cells.v", chip.design], cwd=chip.work,
+                          capture_output=True, text=True, env=env)
+    must(done.returncode == 255 and "package iverilog" in done.stderr, f"status {done.returncode}: {done.stderr}")
+    return "found: " + ", ".join(said)
 
 
 def main():
-    tasks = {"faults": try_faults, "kinds": try_kinds, "svf": try_svf, "compiled": try_compiled}
+    tasks = {"faults": try_faults, "kinds": try_kinds, "svf": try_svf, "compiled": try_compiled, "grade": try_grade}
     options = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawTextHelpFormatter)
     options.add_argument("task", choices=tasks)
     options.add_argument("--bin", required=True, type=pathlib.Path)
     options.add_argument("--work", required=True, type=pathlib.Path)
+    options.add_argument("--chips", type=pathlib.Path, default=pathlib.Path("nowhere"), help="folder of the published chips")
     given = options.parse_args()
     work = given.work.resolve() / given.task
     shutil.rmtree(work, ignore_errors=True)
     work.mkdir(parents=True)
     try:
-        said = tasks[given.task](work, given.bin.resolve())
+        said = tasks[given.task](given, work)
     except ProofError as fault:
         sys.exit(f"PATTERNS FAILED: {fault}")
     print(said or "passed over: a program is not installed")

@@ -107,13 +107,18 @@ def write_models(chip, work):
     (work / "models.v").write_text(text)
 
 
+def open_power_pins(register, netlist, work):
+    """The name of a file with the netlist whose pins on power nets are open."""
+    power = "|".join(map(re.escape, register.skipped - set(TEST_PORTS)))
+    (work / f"open_{netlist}").write_text(re.sub(rf"\(\s*(?:{power})\s*\)", "()", (work / netlist).read_text()))
+    return f"open_{netlist}"
+
+
 def check_bench(chip, register, netlist, tool, work):
     """The bench of rimkit passes. What the core does is unknown there, so its SAMPLE tells of the inputs alone."""
     tool("rimkit", "patterns", chip.top)
-    power = "|".join(map(re.escape, register.skipped - set(TEST_PORTS)))
-    (work / f"open_{netlist}").write_text(re.sub(rf"\(\s*(?:{power})\s*\)", "()", (work / netlist).read_text()))
-    run(["iverilog", "-g2005", "-s", "bench", "-o", "bench.vvp", f"{chip.top}_bench.v", f"open_{netlist}", f"{chip.top}_TAP.v",
-         "models.v", chip.files[1]], work, "the bench")
+    run(["iverilog", "-g2005", "-s", "bench", "-o", "bench.vvp", f"{chip.top}_bench.v", open_power_pins(register, netlist, work),
+         f"{chip.top}_TAP.v", "models.v", chip.files[1]], work, "the bench")
     said = run(["vvp", "-n", "bench.vvp"], work, "the bench")
     return [] if "BENCH PASS" in said else said.splitlines()
 
