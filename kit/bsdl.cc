@@ -27,6 +27,7 @@ constexpr KIT_OPTION OPTIONS[] = {
     {"frequency", "HZ", "highest frequency of TCK, 10.0e6 otherwise"},
     {"runbist", "N,BITS", "RUNBIST ends after N cycles of TCK with BITS in its register"},
     {"output", "FILE", "the file to write, DESIGN.bsd otherwise"},
+    {"opath", "DIR", "the folder that the run's -opath named"},
     {"cells", "FILE", "Verilog of the boundary cells, DESIGN_cells.v otherwise; may be repeated", true},
 };
 
@@ -97,16 +98,14 @@ std::vector<std::string> write_files(const BSDL_FILE &file, const BOUNDARY_REGIS
 }
 
 int run_bsdl(const KIT_CALL &call) {
-    if (call.names.size() != 1)
-        kit_usage_fault("one DESIGN, the name of the top module, is needed");
+    FINISHED_RUN run = finished_run(call);
     BSDL_FILE file;
-    file.design = call.names[0];
+    file.design = run.design;
     file.frequency = frequency_of(call);
     file.basic = kit_has(call, "basic");
     take_runbist(call, file);
-    TOOL_set_search_path();
-    need_run_files(file.design, "bsdl", {".lib", ".bsc", "_jtag.c.sdb", ".bso"});
-    open_finished_run(file.design, file.design + "_jtag.c.sdb");
+    need_run_files(run, "bsdl");
+    open_finished_run(run);
     BOUNDARY_REGISTER found;
     read_boundary_register(found);
     compare_boundary_order(found, file.design + ".bso");
@@ -117,8 +116,7 @@ int run_bsdl(const KIT_CALL &call) {
     if (!found.cells.empty()) {
         bsdl_take_ports(file, found);
         bsdl_take_instructions(file, found);
-        bsdl_take_rows(file, found,
-                       try_cells(file, found, cell_models(call, file.design), file.design + "_TAP.v"));
+        bsdl_take_rows(file, found, try_cells(file, found, run.models, run_file(run, "_TAP.v")));
     }
     std::vector<std::string> written =
         write_files(file, found, kit_value(call, "output", file.design + ".bsd"));

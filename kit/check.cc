@@ -60,11 +60,11 @@ std::string obstacle(const CHECK_CHIP &chip, const CHECK_RULE &rule, bool has_de
     if (rule.need == NEED_NOTHING)
         return rule.check == nullptr && rule.open != nullptr ? rule.open : "";
     if (!has_design)
-        return "there is no edited design " + written_file(chip, "_jtag.c.sdb");
+        return "there is no edited design " + run_file(chip.run, "_jtag.c.sdb");
     if (chip.found.tap_obj < 0)
         return "the netlist has no TAP (rule 13)";
-    if (rule.check == check_wires_to_pads && !TOOL_exists(chip.design + ".c.sdb"))
-        return "there is no design before the run, " + chip.design + ".c.sdb";
+    if (rule.check == check_wires_to_pads && !TOOL_exists(chip.run.design + ".c.sdb"))
+        return "there is no design before the run, " + chip.run.design + ".c.sdb";
     if (rule.need == NEED_CHAIN && chip.found.rows.empty())
         return "the chain is broken (rule 13)";
     return "";
@@ -154,10 +154,8 @@ std::string result_json(const CHECK_RESULT &result) {
 }
 
 int run_check(const KIT_CALL &call) {
-    if (call.names.size() != 1)
-        kit_usage_fault("one DESIGN, the name of the top module, is needed");
-    CHECK_RESULT result = check_chip(call.names[0], kit_value(call, "opath"), kit_values(call, "liberty"),
-                                     cell_models(call, call.names[0]), kit_has(call, "strict"));
+    CHECK_RESULT result =
+        check_chip(finished_run(call), kit_values(call, "liberty"), kit_has(call, "strict"));
     std::string text = kit_has(call, "json") ? result_json(result) : result_text(result);
     std::fwrite(text.data(), 1, text.size(), stdout);
     bool has_error =
@@ -168,20 +166,17 @@ int run_check(const KIT_CALL &call) {
 
 } // namespace
 
-CHECK_RESULT check_chip(const std::string &design, const std::string &opath,
-                        const std::vector<std::string> &liberty, const std::vector<std::string> &models,
-                        bool is_strict) {
-    CHECK_CHIP chip{
-        .design = design, .opath = opath, .library = {}, .models = models, .is_strict = is_strict};
-    if (!chip.opath.empty() && chip.opath.back() != '/')
-        chip.opath += '/';
-    TOOL_set_search_path();
+CHECK_RESULT check_chip(const FINISHED_RUN &run, const std::vector<std::string> &liberty, bool is_strict) {
+    CHECK_CHIP chip{.run = run, .library = {}, .is_strict = is_strict};
     for (const std::string &file : liberty) {
         KIT_PROGRESS progress("reading " + file);
         liberty_read(chip.library, file);
     }
-    need_run_files(design, "check", {".lib", ".bsc"});
-    bool has_design = open_finished_run(design, written_file(chip, "_jtag.c.sdb"));
+    for (const char *ending : {".lib", ".bsc"})
+        if (!TOOL_exists(run.design + ending))
+            TOOL_fail("", 0, "there is no '%s%s'; `rimkit check` runs in the folder of a finished run.",
+                      run.design.c_str(), ending);
+    bool has_design = open_finished_run(run);
     if (has_design)
         read_boundary_register(chip.found);
     look_at_ports(chip);

@@ -9,6 +9,7 @@
 #include "kit/boundary_register.hh"
 #include "kit/bsdl_file.hh"
 #include "kit/findings.hh"
+#include "kit/finished_run.hh"
 #include "kit/liberty.hh"
 
 #include <initializer_list>
@@ -61,10 +62,8 @@ struct CHECK_PLAY {
 };
 
 struct CHECK_CHIP {
-    std::string design;              ///< with its folder
-    std::string opath;               ///< where the run wrote its netlists, with '/', or empty
-    LIBERTY library;                 ///< of the pads; may be empty
-    std::vector<std::string> models; ///< Verilog files of the cells
+    FINISHED_RUN run;
+    LIBERTY library; ///< of the pads; may be empty
     bool is_strict = false;
 
     BOUNDARY_REGISTER found{};
@@ -120,17 +119,8 @@ struct CHECK_RESULT {
 
 /// Checks the chip of a finished run in the working folder. It reads the design into the tables of the
 /// process: one call per process. Ends the program when the descriptions or the design can't be read.
-CHECK_RESULT check_chip(const std::string &design, const std::string &opath,
-                        const std::vector<std::string> &liberty, const std::vector<std::string> &models,
-                        bool is_strict);
+CHECK_RESULT check_chip(const FINISHED_RUN &run, const std::vector<std::string> &liberty, bool is_strict);
 
-/// A file that the run writes into its folder for output: DESIGN and the ending.
-std::string written_file(const CHECK_CHIP &chip, const char *ending);
-/// What the last run wrote in its language, DESIGN and the ending without ".v" or ".vhd": the younger file of
-/// two, as an earlier run may have left the other; the Verilog name when there is neither.
-std::string written_text(const CHECK_CHIP &chip, const std::string &ending);
-/// Why an engine can't read the file: it is VHDL, or there is none. Empty when it can.
-std::string verilog_obstacle(const std::string &file);
 /// One sentence on an end of a walk: "the core (instance u1)", "a constant 0", ...
 std::string end_text(const CHECK_CHIP &chip, const WALK_POINT &point);
 /// True when the object has an output: what has none (an antenna diode) can't do anything with a signal.

@@ -91,7 +91,7 @@ std::vector<DECODER_PORT> decoder_ports(const std::string &text) {
 /// Two decoders, one with any opcode, one with that of BYPASS: they agree unless an instruction has the
 /// opcode.
 PROOF opcodes_proof(const CHECK_CHIP &chip) {
-    std::vector<DECODER_PORT> ports = decoder_ports(TOOL_read_file(written_file(chip, "_TAP.v")));
+    std::vector<DECODER_PORT> ports = decoder_ports(TOOL_read_file(run_file(chip.run, "_TAP.v")));
     if (ports.empty())
         return {"", "", "", "the TAP has no decoder as rimweave writes it"};
     bool selects_alone =
@@ -145,7 +145,7 @@ std::string prove(const CHECK_CHIP &chip, const PROOF &proof, std::string &findi
         return "there is no folder for a proof";
     std::string circuit = folder.path + "/proof.v", script = folder.path + "/proof.ys",
                 tap = folder.path + "/tap.v", log = folder.path + "/log";
-    TOOL_write_file(tap, TOOL_read_file(written_file(chip, "_TAP.v"))); // under a name without blanks
+    TOOL_write_file(tap, TOOL_read_file(run_file(chip.run, "_TAP.v"))); // under a name without blanks
     TOOL_write_file(circuit, proof.verilog);
     TOOL_write_file(script, "read_verilog " + tap + " " + circuit +
                                 "\nhierarchy -top rimkit_proof\nproc\nflatten\nsetattr -set keep 1 w:*STATE\n"
@@ -181,7 +181,7 @@ bool check_by_proof(CHECK_CHIP &chip, const CHECK_RULE &rule, std::string &why) 
                      [&rule](const PROOF_OF_RULE &known) { return known.rule == rule.number; });
     if (row == std::end(PROOFS))
         return check_by_rest_proof(chip, rule, why);
-    why = verilog_obstacle(written_text(chip, "_TAP"));
+    why = verilog_obstacle(run_text(chip.run, "_TAP"));
     if (why.empty())
         why = engine_obstacle("yosys", "yosys");
     PROOF proof;

@@ -62,28 +62,16 @@ void check_netlist(CHECK_CHIP &chip, const std::string &file) {
 
 } // namespace
 
-std::string written_text(const CHECK_CHIP &chip, const std::string &ending) {
-    std::string vhdl = written_file(chip, (ending + ".vhd").c_str());
-    std::string verilog = written_file(chip, (ending + ".v").c_str());
-    return TOOL_exists(vhdl) && is_outdated(verilog, {vhdl}) ? vhdl : verilog;
-}
-
-std::string verilog_obstacle(const std::string &file) {
-    if (file.ends_with(".vhd"))
-        return file + " is VHDL, and the engines read Verilog";
-    return TOOL_exists(file) ? "" : "there is no " + file;
-}
-
 void check_written_files(CHECK_CHIP &chip) {
     std::vector<std::string> inputs;
     for (const char *ending : {".lib", ".bsc", ".sdb", ".c.sdb"})
-        inputs.push_back(chip.design + ending);
+        inputs.push_back(chip.run.design + ending);
     if (PIN_FILE != nullptr)
         inputs.emplace_back(PIN_FILE);
-    std::string netlist = written_text(chip, "_jtag");
-    std::vector<std::string> outputs = {written_file(chip, "_jtag.c.sdb"), chip.design + ".bso", netlist};
-    std::string rtl = written_text(chip, "_TAP");
-    if (TOOL_exists(chip.design + "_TAP_empty.v")) // a chip that had a TAP gets none
+    std::string netlist = run_text(chip.run, "_jtag");
+    std::vector<std::string> outputs = {run_file(chip.run, "_jtag.c.sdb"), chip.run.design + ".bso", netlist};
+    std::string rtl = run_text(chip.run, "_TAP");
+    if (TOOL_exists(chip.run.design + "_TAP_empty.v")) // a chip that had a TAP gets none
         outputs.push_back(rtl);
     for (const std::string &file : outputs) {
         if (!TOOL_exists(file))

@@ -6,11 +6,6 @@
 #include "siblings/tool.hh"
 #include "support/text.hh"
 
-std::string written_file(const CHECK_CHIP &chip, const char *ending) {
-    std::string name = chip.opath.empty() ? chip.design : chip.opath + TOOL_base_name(chip.design);
-    return name + ending;
-}
-
 std::string end_text(const CHECK_CHIP &chip, const WALK_POINT &point) {
     auto instance = [&] { return chip_instance_name(node_tab[point.node].obj); };
     switch (point.end) {

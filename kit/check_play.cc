@@ -2,12 +2,8 @@
 // bench says, as faults of the rules.
 #include "kit/check_play.hh"
 
+#include "kit/bench_play.hh"
 #include "kit/chip.hh"
-#include "kit/engines.hh"
-#include "kit/patterns.hh"
-#include "kit/progress.hh"
-#include "kit/test_logic.hh"
-#include "siblings/netlist_sdb.hh"
 #include "siblings/tool.hh"
 #include "support/text.hh"
 
@@ -20,7 +16,6 @@ namespace {
 
 constexpr size_t WALKED_CELLS = 300; // a longer register gets counting patterns alone
 constexpr int32_t TOLD_FAULTS = 1000000;
-constexpr int32_t MOST_CELLS = 50000; // of a chip that is simulated with its core
 
 /// What stands in the way of the patterns.
 std::string chip_obstacle(const CHECK_CHIP &chip, const BSDL_FILE &table) {
@@ -31,81 +26,6 @@ std::string chip_obstacle(const CHECK_CHIP &chip, const BSDL_FILE &table) {
         if (bsdl_instruction(table, name) == nullptr)
             return std::string("there is no ") + name;
     return chip.found.rows.empty() ? "the chain is broken (rule 13)" : "";
-}
-
-bool drives(int32_t class_id) {
-    for (int32_t i = 0; i < class_tab[class_id].pin_count; ++i)
-        if (chip_pin_direction(class_tab[class_id].first_pin + i) == SDB_OUTPUT)
-            return true;
-    return false;
-}
-
-/// Leaf cells of the chip that no file has a model of. What has no output needs to be there alone.
-std::vector<std::string> cells_without_model(const CHECK_CHIP &chip, const VERILOG_MODULES &modules) {
-    std::vector<bool> used(static_cast<size_t>(class_count));
-    for (int32_t obj = 0; obj < obj_count; ++obj)
-        if (obj_tab[obj].class_id >= 0 && obj != chip.found.tap_obj)
-            used[static_cast<size_t>(obj_tab[obj].class_id)] = true;
-    std::vector<std::string> names;
-    for (size_t i = 0; i < used.size(); ++i)
-        if (std::string name = chip_class_name(static_cast<int32_t>(i));
-            used[i] && name != NL_SOURCE_CLASS_0 && name != NL_SOURCE_CLASS_1) {
-            auto module = modules.find(name);
-            if (module == modules.end() || (!module->second && drives(static_cast<int32_t>(i))))
-                names.push_back(name);
-        }
-    return names;
-}
-
-/// The Verilog that is simulated: the whole chip where all cells have a model, else the test logic alone.
-/// Empty, or why there is none.
-std::string find_sources(CHECK_CHIP &chip, std::vector<std::string> &files) {
-    std::string netlist = written_text(chip, "_jtag"), tap = written_text(chip, "_TAP");
-    if (std::string why = verilog_obstacle(tap); !why.empty())
-        return why;
-    files = chip.models;
-    files.push_back(tap);
-    if (std::vector<std::string> missing = test_logic_lacks(chip.found, modules_of(files)); !missing.empty())
-        return "there is no Verilog model (--cells) of " + few_of(missing);
-    if (obj_count > MOST_CELLS)
-        chip.play.why_no_core = format_text("the core is not simulated: the chip has %d cells", obj_count);
-    else if (std::string why = verilog_obstacle(netlist); !why.empty())
-        chip.play.why_no_core = "the core is not simulated: " + why;
-    else {
-        files.push_back(netlist);
-        std::vector<std::string> missing = cells_without_model(chip, modules_of(files));
-        if (!missing.empty()) {
-            files.pop_back();
-            chip.play.why_no_core =
-                "the core is not simulated: there is no Verilog model (--cells) of " + few_of(missing);
-        }
-    }
-    return "";
-}
-
-/// Compiles and plays the bench; `said` gets its lines.
-std::string play_bench(const CHECK_CHIP &chip, const PATTERN_LIST &list, std::vector<std::string> files,
-                       std::string &said) {
-    SCRATCH_FOLDER folder;
-    if (folder.path.empty())
-        return "there is no folder for a simulation";
-    std::string bench = folder.path + "/bench.v", program = folder.path + "/bench.vvp",
-                log = folder.path + "/log";
-    TOOL_write_file(bench, pattern_bench(list));
-    if (!chip.play.why_no_core.empty()) {
-        files.push_back(folder.path + "/test_logic.v");
-        TOOL_write_file(files.back(), test_logic_text(chip.found, list.design));
-    }
-    std::vector<std::string> words = {"iverilog", "-g2005", "-s", "bench", "-o", program, bench};
-    words.insert(words.end(), files.begin(), files.end());
-    KIT_PROGRESS progress("simulating the chip");
-    if (std::string fault = run_engine(words, log); !fault.empty())
-        return fault;
-    if (std::string fault = run_engine({"vvp", "-n", program}, log); !fault.empty())
-        return fault;
-    said = TOOL_read_file(log);
-    return said.find("\nBENCH ") == said.npos && !said.starts_with("BENCH ") ? "the simulation broke off"
-                                                                             : "";
 }
 
 /// What a pad makes of an open input: its library says so, or nobody knows.
@@ -185,33 +105,24 @@ void take_line(CHECK_CHIP &chip, const PATTERN_LIST &list, const PIN_NUMBERS &pi
         chip.play.faults.push_back(fault);
 }
 
-/// Takes away what the core would have to answer.
-void leave_core_out(PATTERN_LIST &list) {
-    std::erase_if(list.steps, [](const PATTERN_STEP &step) {
-        return (step.rule == RULE_SAMPLE || step.rule == RULE_INTEST) && step.kind != STEP_IR;
-    });
-}
-
 } // namespace
 
 void play_chip(CHECK_CHIP &chip) {
-    std::vector<std::string> files;
     chip.play.why = chip_obstacle(chip, chip.play.instructions);
-    if (chip.play.why.empty())
-        chip.play.why = engine_obstacle("iverilog", "iverilog");
-    if (chip.play.why.empty())
-        chip.play.why = find_sources(chip, files);
+    if (!chip.play.why.empty())
+        return;
+    BENCH_CHIP played = bench_chip(chip.run, chip.found);
+    chip.play.why = played.why_not;
+    chip.play.why_no_core = played.why_no_core;
     if (!chip.play.why.empty())
         return;
     PATTERN_LIST list;
-    list.design = TOOL_base_name(chip.design);
+    list.design = TOOL_base_name(chip.run.design);
     list.told_faults = TOLD_FAULTS;
     list.walk_limit = chip.found.cells.size() > WALKED_CELLS ? 0 : list.walk_limit;
     make_patterns(list, chip.found, chip.play.instructions);
-    if (!chip.play.why_no_core.empty())
-        leave_core_out(list);
     std::string said;
-    chip.play.why = play_bench(chip, list, files, said);
+    chip.play.why = play_bench(list, chip.found, played, said);
     if (!chip.play.why.empty())
         return;
     chip.play.rules.insert(RULE_TDO);

@@ -26,7 +26,7 @@ std::vector<REST_KIND> driving_kinds(const CHECK_CHIP &chip, const PROVEN_TAP &t
     for (const TAP_OUTPUT &row : tap.outputs)
         if (row.in_extest >= 0)
             values[row.pin] = row.in_extest == 1;
-    CHIP_COMPARISON compared = compare_chips(chip.found, chip.design + ".c.sdb", values);
+    CHIP_COMPARISON compared = compare_chips(chip.found, chip.run.design + ".c.sdb", values);
     std::vector<bool> drives(compared.kinds.size());
     for (const REGISTER_ROW &row : chip.found.rows) {
         const REGISTER_CELL &cell = chip.found.cells[static_cast<size_t>(row.cell)];
@@ -49,7 +49,7 @@ std::vector<REST_KIND> driving_kinds(const CHECK_CHIP &chip, const PROVEN_TAP &t
 
 void check_isolation(CHECK_CHIP &chip, const PROVEN_TAP &tap, std::string &why) {
     std::vector<REST_KIND> kinds = driving_kinds(chip, tap, why);
-    PROVEN_CELLS proven = prove_isolation(kinds, chip.models);
+    PROVEN_CELLS proven = prove_isolation(kinds, chip.run.models);
     for (size_t i = 0; i < kinds.size(); ++i) {
         const PROVEN_CELLS::ANSWER &answer = proven.of_kind[i];
         if (!answer.held && answer.why_not.empty())
@@ -78,10 +78,10 @@ void check_rest(CHECK_CHIP &chip, const PROVEN_TAP &tap, int32_t rule) {
         add_check(chip, rule, {chip.found.tap_obj, -1, -1},
                   "Test-Logic-Reset does not reset the TAP's instruction register");
     // A cell that shows something else than the core at rest does so under all of them.
-    if (!TOOL_exists(chip.design + ".c.sdb"))
+    if (!TOOL_exists(chip.run.design + ".c.sdb"))
         return;
-    CHIP_COMPARISON compared = compare_chips(chip.found, chip.design + ".c.sdb", proven_rest_values(tap));
-    PROVEN_CELLS proven = prove_cells(compared.kinds, chip.models);
+    CHIP_COMPARISON compared = compare_chips(chip.found, chip.run.design + ".c.sdb", proven_rest_values(tap));
+    PROVEN_CELLS proven = prove_cells(compared.kinds, chip.run.models);
     for (size_t i = 0; i < compared.kinds.size(); ++i)
         if (!proven.of_kind[i].held && proven.of_kind[i].why_not.empty())
             chip.findings.push_back(
@@ -97,10 +97,10 @@ bool check_by_rest_proof(CHECK_CHIP &chip, const CHECK_RULE &rule, std::string &
     if (rule.number < 20 || rule.number > 22)
         return false;
     // A process checks one chip: the three rules ask once.
-    static const PROVEN_TAP tap = prove_tap(chip.found, written_file(chip, "_TAP.v"));
+    static const PROVEN_TAP tap = prove_tap(chip.found, run_file(chip.run, "_TAP.v"));
     why = tap.why_not;
-    if (why.empty() && !TOOL_exists(chip.design + ".c.sdb"))
-        why = "there is no design before the run, " + chip.design + ".c.sdb";
+    if (why.empty() && !TOOL_exists(chip.run.design + ".c.sdb"))
+        why = "there is no design before the run, " + chip.run.design + ".c.sdb";
     if (!why.empty())
         return false;
     if (rule.number == 20)

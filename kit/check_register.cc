@@ -199,7 +199,7 @@ void check_enable(CHECK_CHIP &chip, const WALK_PAD_ROW &pad, const char *pin) {
 } // namespace
 
 void check_chain(CHECK_CHIP &chip) {
-    compare_boundary_order(chip.found, chip.design + ".bso");
+    compare_boundary_order(chip.found, chip.run.design + ".bso");
     add_faults(chip, 13, {"chain", "order"});
 }
 
@@ -229,7 +229,7 @@ void check_wires_to_pads(CHECK_CHIP &chip) {
     find_logic_behind_pads(chip);
     find_ways_past_cells(chip);
     find_strange_readings(chip);
-    compare_with_source(chip.found, chip.design + ".c.sdb");
+    compare_with_source(chip.found, chip.run.design + ".c.sdb");
     add_faults(chip, 16, {"wire"});
 }
 

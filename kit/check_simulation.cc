@@ -123,7 +123,7 @@ void take_instructions(CHECK_CHIP &chip) {
     if (DYNA_count(INSTRUCTIONS) == 0) // a TAP of the chip's own
         return;
     BSDL_FILE &table = chip.play.instructions;
-    table.design = chip.design;
+    table.design = chip.run.design;
     for (int32_t port = 0; port < port_count; ++port)
         table.word_of_port.push_back(chip_port_name(port));
     size_t known = chip.found.faults.size();

@@ -59,7 +59,7 @@ bool is_missed(const GRADE_FAULT &fault) {
 } // namespace
 
 std::vector<GRADE_FAULT> grade_patterns(const PATTERN_LIST &list, const BOUNDARY_REGISTER &found,
-                                        const std::vector<std::string> &cells) {
+                                        const FINISHED_RUN &run) {
     GRADE_NETLIST netlist = grade_netlist(found, list.design, 1e9 / list.frequency / 200);
     std::string source = list.design + "_graded.v", program = list.design + "_graded.vvp";
     TOOL_write_file(source, netlist.text);
@@ -71,8 +71,8 @@ std::vector<GRADE_FAULT> grade_patterns(const PATTERN_LIST &list, const BOUNDARY
                                       program,
                                       list.design + "_bench.v",
                                       source,
-                                      list.design + "_TAP.v"};
-    words.insert(words.end(), cells.begin(), cells.end());
+                                      run_file(run, "_TAP.v")};
+    words.insert(words.end(), run.models.begin(), run.models.end());
     run_step(words);
     play(program, netlist.faults);
     if (!is_missed(netlist.faults[0]))

@@ -2,6 +2,7 @@
 // place, the bench tells which fault is on, and one compiled simulation plays them all, a share on each core.
 #pragma once
 
+#include "kit/finished_run.hh"
 #include "kit/patterns.hh"
 
 #include <string>
@@ -16,10 +17,10 @@ struct GRADE_FAULT {
 
 /// Plants faults in DESIGN_jtag.c.sdb: pins of the boundary cells, of the TAP and of the pads that cells
 /// serve stuck at 0 and at 1, enables inverted, the data of neighbours swapped. Writes DESIGN_graded.v,
-/// compiles it with DESIGN_bench.v and the models `cells`, and plays each fault. A fault of a tool, and a
+/// compiles it with DESIGN_bench.v and the models, and plays each fault. A fault of a tool, and a
 /// bench that fails without a fault, end the program.
 std::vector<GRADE_FAULT> grade_patterns(const PATTERN_LIST &list, const BOUNDARY_REGISTER &found,
-                                        const std::vector<std::string> &cells);
+                                        const FINISHED_RUN &run);
 
 /// The netlist with its switches, the TAP's name and faults from 1 on; faults[0] is the netlist without one.
 struct GRADE_NETLIST {

@@ -104,6 +104,7 @@ const char *const BODY = R"(
             #QUARTER out_0 = seen[@TDO];
             pull[@TDO] = 1'b1;
             #QUARTER out_1 = seen[@TDO];
+            before_edge = seen;
             if (place == CAPTURE)
                 at_capture = seen;
             if (!may_drive && TDO_RELEASES) begin

@@ -605,8 +605,8 @@ void make_patterns(PATTERN_LIST &list, const BOUNDARY_REGISTER &found, const BSD
     play_extest(maker, patterns);
     try_clamp_and_highz(maker, patterns.back().bits);
     try_intest(maker);
-    try_rules(maker, patterns.back().bits);
     try_reset_values(maker);
+    try_rules(maker, patterns.back().bits);
     add_step(maker, STEP_RESET, "reset at the end");
     note_limits(maker);
 }

@@ -1,18 +1,13 @@
 // rimkit patterns: test patterns of an inserted chip, DESIGN.svf, DESIGN.stil, DESIGN_bench.v and DESIGN.cov.
 #include "kit/patterns.hh"
 
-#include "description/reader.hh"
+#include "kit/bench_play.hh"
 #include "kit/chip.hh"
-#include "kit/engines.hh"
-#include "kit/files.hh"
-#include "kit/finished_run.hh"
 #include "kit/grade.hh"
 #include "kit/json.hh"
 #include "kit/progress.hh"
 #include "kit/verbs.hh"
-#include "planning/tracing.hh"
 #include "siblings/tool.hh"
-#include "support/shell.hh"
 #include "support/text.hh"
 
 #include <cstdio>
@@ -23,7 +18,8 @@ namespace {
 
 constexpr KIT_OPTION OPTIONS[] = {
     {"cells", "FILE",
-     "Verilog models of all cells; the bench is then run on them by Icarus\nVerilog; may be repeated", true},
+     "Verilog models of the cells; Icarus Verilog then plays the bench on them;\nmay be repeated", true},
+    {"opath", "DIR", "the folder that the run's -opath named"},
     {"grade", nullptr,
      "plants faults in the netlist, tells how many of them the bench finds, and\nlists them in DESIGN.grade; "
      "needs --cells and Icarus Verilog"},
@@ -61,29 +57,18 @@ std::vector<std::string> read_chip(BOUNDARY_REGISTER &found, BSDL_FILE &table) {
     return faults;
 }
 
-bool has_simulator() {
-    return run_shell("command -v iverilog >/dev/null") == 0;
-}
-
-/// Runs the bench on the chip; its last line, or an empty text without models.
-std::string run_bench(const KIT_CALL &call, const std::string &design) {
-    if (!kit_has(call, "cells"))
-        return "";
-    if (!has_simulator())
-        return "not run: Icarus Verilog is missing (package iverilog)";
-    std::vector<std::string> cells = cell_models(call, design);
-    std::string program = design + "_bench.vvp", log = design + "_bench.log";
-    std::vector<std::string> words = {
-        "iverilog",         "-g2005",         "-s", "bench", "-o", program, design + "_bench.v",
-        design + "_jtag.v", design + "_TAP.v"};
-    words.insert(words.end(), cells.begin(), cells.end());
-    run_step(words);
-    KIT_PROGRESS progress("simulating " + design + "_bench.v");
-    if (run_shell(command_line({"vvp", "-n", program}) + " >" + shell_word(log)) != 0)
-        TOOL_fail("", 0, "the simulation of %s ended with a fault; see %s.", program.c_str(), log.c_str());
-    std::string text = TOOL_read_file(log);
-    size_t at = text.rfind("BENCH ");
-    return at == text.npos ? "no result; see " + log : text.substr(at, text.find('\n', at) - at);
+/// Plays the bench on the chip, its lines in DESIGN_bench.log; its last line, or why there is none.
+std::string play(const PATTERN_LIST &list, const BOUNDARY_REGISTER &found, const BENCH_CHIP &chip) {
+    if (!chip.why_not.empty())
+        return "not run: " + chip.why_not;
+    PATTERN_LIST played = list;
+    std::string said;
+    if (std::string why = play_bench(played, found, chip, said); !why.empty())
+        TOOL_fail("", 0, "%s_bench.v: %s.", list.design.c_str(), why.c_str());
+    TOOL_write_file(list.design + "_bench.log", said);
+    size_t at = said.rfind("BENCH ");
+    return said.substr(at, said.find('\n', at) - at) +
+           (chip.why_no_core.empty() ? "" : "; " + chip.why_no_core);
 }
 
 int refuse(const KIT_CALL &call, const std::string &design, const std::vector<std::string> &faults) {
@@ -129,7 +114,7 @@ void tell(const KIT_CALL &call, const PATTERN_LIST &list, const std::vector<std:
     for (const std::string &note : list.notes)
         std::printf("note: %s\n", note.c_str());
     for (const std::string &file : files)
-        std::printf("%s ", file.c_str());
+        std::printf("%s%s", &file == files.data() ? "" : " ", file.c_str());
     std::printf(": %zu steps for %zu boundary cells\n", list.steps.size(), list.cells.size());
     if (!bench.empty())
         std::printf("%s\n", bench.c_str());
@@ -138,20 +123,16 @@ void tell(const KIT_CALL &call, const PATTERN_LIST &list, const std::vector<std:
 }
 
 int run_patterns(const KIT_CALL &call) {
-    if (call.names.size() != 1)
-        kit_usage_fault("one DESIGN, the name of the top module, is needed");
+    FINISHED_RUN run = finished_run(call);
     PATTERN_LIST list;
-    list.design = call.names[0];
+    list.design = run.design;
     list.frequency = number_of(call, "frequency", "1e6", 1, 1e9);
     list.walk_limit = static_cast<size_t>(number_of(call, "walk", "64", 0, 1e6));
-    bool is_graded = kit_has(call, "grade");
-    if (is_graded && kit_values(call, "cells").empty())
+    bool is_played = kit_has(call, "cells"), is_graded = kit_has(call, "grade");
+    if (is_graded && !is_played)
         kit_usage_fault("--grade needs the models of the cells: --cells FILE");
-    if (is_graded && !has_simulator())
-        TOOL_fail("", 0, "--grade needs Icarus Verilog, which is missing: install the package iverilog.");
-    TOOL_set_search_path();
-    need_run_files(list.design, "patterns", {".lib", ".bsc", "_jtag.c.sdb", ".bso"});
-    open_finished_run(list.design, list.design + "_jtag.c.sdb");
+    need_run_files(run, "patterns");
+    open_finished_run(run);
     BOUNDARY_REGISTER found;
     BSDL_FILE table;
     table.design = list.design;
@@ -159,11 +140,16 @@ int run_patterns(const KIT_CALL &call) {
         return refuse(call, list.design, faults);
     make_patterns(list, found, table);
     std::vector<std::string> files = write_patterns(list);
-    std::string result = run_bench(call, list.design);
+    BENCH_CHIP chip;
+    if (is_played)
+        chip = bench_chip(run, found);
+    if (is_graded && !(chip.why_not + chip.why_no_core).empty())
+        TOOL_fail("", 0, "--grade: %s.", (chip.why_not.empty() ? chip.why_no_core : chip.why_not).c_str());
+    std::string result = is_played ? play(list, found, chip) : "";
     bool is_good = result.empty() || result.starts_with("BENCH PASS") || result.starts_with("not run");
     std::vector<GRADE_FAULT> planted;
     if (is_graded && is_good) {
-        planted = grade_patterns(list, found, cell_models(call, list.design));
+        planted = grade_patterns(list, found, run);
         files.push_back(list.design + ".grade");
         TOOL_write_file(files.back(), grade_text(list, planted));
     }

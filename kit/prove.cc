@@ -17,6 +17,7 @@
 namespace {
 
 constexpr KIT_OPTION OPTIONS[] = {
+    {"opath", "DIR", "the folder that the run's -opath named"},
     {"cells", "FILE", "Verilog of the boundary cells, DESIGN_cells.v otherwise; may be repeated", true},
     {"yosys", nullptr, "asks Yosys about each pin of a chip of any size"},
     {"no-yosys", nullptr, "the comparison alone"},
@@ -28,8 +29,7 @@ constexpr size_t MOST_POINTS = 100;  ///< told one by one
 
 /// How much is left to Yosys.
 struct PROOF_WORDS {
-    std::string design;
-    std::vector<std::string> models;
+    FINISHED_RUN run;
     bool with_yosys = true, forces_points = false;
 };
 
@@ -63,7 +63,7 @@ std::set<std::string> needed_outputs(const BOUNDARY_REGISTER &found) {
 REST_VALUES take_tap(CHIP_PROOF &proof, const BOUNDARY_REGISTER &found, const PROOF_WORDS &words) {
     PROVEN_TAP tap;
     if (words.with_yosys)
-        tap = prove_tap(found, words.design + "_TAP.v");
+        tap = prove_tap(found, run_file(words.run, "_TAP.v"));
     else
         tap.why_not = NOT_ASKED;
     REST_VALUES declared = declared_rest_values(*found.tap);
@@ -100,7 +100,7 @@ REST_VALUES take_tap(CHIP_PROOF &proof, const BOUNDARY_REGISTER &found, const PR
 void take_cells(CHIP_PROOF &proof, const std::vector<REST_KIND> &kinds, const PROOF_WORDS &words) {
     PROVEN_CELLS proven;
     if (words.with_yosys)
-        proven = prove_cells(kinds, words.models);
+        proven = prove_cells(kinds, words.run.models);
     else
         proven.of_kind.assign(kinds.size(), {false, NOT_ASKED});
     std::vector<std::pair<std::string, std::vector<std::string>>> assumed; // by reason
@@ -166,7 +166,7 @@ void take_points(CHIP_PROOF &proof, const BOUNDARY_REGISTER &found, const REST_V
     else if (compared.pins > MOST_PINS && !words.forces_points)
         points.why_not = format_text("the chip has more than %d pins (--yosys)", MOST_PINS);
     else
-        points = prove_points(found, words.design + ".c.sdb", values, compared, words.models);
+        points = prove_points(found, words.run.design + ".c.sdb", values, compared, words.run.models);
     if (!points.why_not.empty()) {
         proof.proofs.push_back("Yosys was not asked about each pin: " + points.why_not);
         return;
@@ -183,11 +183,11 @@ CHIP_PROOF prove_chip(const PROOF_WORDS &words) {
     read_boundary_register(found);
     if (found.tap_obj < 0)
         TOOL_fail("", 0, "%s.", found.faults[0].text.c_str());
-    compare_boundary_order(found, words.design + ".bso");
+    compare_boundary_order(found, words.run.design + ".bso");
     CHIP_PROOF proof;
     proof.faults = found.faults;
     REST_VALUES values = take_tap(proof, found, words);
-    CHIP_COMPARISON compared = compare_chips(found, words.design + ".c.sdb", values);
+    CHIP_COMPARISON compared = compare_chips(found, words.run.design + ".c.sdb", values);
     proof.proofs.push_back(format_text("Comparison: %d nets, %d pins of %d instances, %d ports%s",
                                        compared.nets, compared.pins, compared.objects, compared.ports,
                                        compared.faults.empty() ? ", equal" : ""));
@@ -199,16 +199,12 @@ CHIP_PROOF prove_chip(const PROOF_WORDS &words) {
 }
 
 int run_prove(const KIT_CALL &call) {
-    if (call.names.size() != 1)
-        kit_usage_fault("one DESIGN, the name of the top module, is needed");
-    PROOF_WORDS words{call.names[0], {}, !kit_has(call, "no-yosys"), kit_has(call, "yosys")};
-    TOOL_set_search_path();
-    need_run_files(words.design, "prove", {".lib", ".bsc", ".c.sdb", "_jtag.c.sdb", ".bso"});
-    words.models = cell_models(call, words.design);
-    open_finished_run(words.design, words.design + "_jtag.c.sdb");
+    PROOF_WORDS words{finished_run(call), !kit_has(call, "no-yosys"), kit_has(call, "yosys")};
+    need_run_files(words.run, "prove");
+    open_finished_run(words.run);
     CHIP_PROOF proof = prove_chip(words);
     std::string text =
-        kit_has(call, "json") ? proof_json(proof, words.design) : proof_text(proof, words.design);
+        kit_has(call, "json") ? proof_json(proof, words.run.design) : proof_text(proof, words.run.design);
     std::fwrite(text.data(), 1, text.size(), stdout);
     return proof.faults.empty() ? KIT_DONE : KIT_FINDINGS;
 }

@@ -12,12 +12,13 @@
 
 namespace {
 
-/// A verb, and which options of the run it takes.
+/// A verb, and which options of the run it takes. `check` plays the bench of the patterns.
 struct DELIVERY_VERB {
     const char *name;
-    bool takes_liberty;
+    bool takes_cells, takes_liberty;
 };
-constexpr DELIVERY_VERB VERBS[] = {{"check", true}, {"bsdl", false}, {"patterns", false}, {"prove", false}};
+constexpr DELIVERY_VERB VERBS[] = {
+    {"check", true, true}, {"bsdl", true, false}, {"patterns", false, false}, {"prove", true, false}};
 
 void add_each(std::vector<std::string> &words, const char *option, const std::vector<std::string> &values) {
     for (const std::string &value : values)
@@ -32,7 +33,8 @@ std::string last_line(std::string text) {
 
 DELIVERED deliver(const DELIVERY_PLAN &plan, const DELIVERY_VERB &verb) {
     std::vector<std::string> words = {own_folder() + "rimkit", verb.name};
-    add_each(words, "--cells", plan.cells);
+    if (verb.takes_cells)
+        add_each(words, "--cells", plan.cells);
     if (verb.takes_liberty)
         add_each(words, "--liberty", plan.liberty);
     if (plan.opath != ".")
