@@ -21,6 +21,7 @@
 namespace {
 
 constexpr KIT_OPTION OPTIONS[] = {
+    {"no-engines", nullptr, "what the netlist shows alone, without simulation and proof"},
     {"strict", nullptr, "rule 14 is an error, and not a warning"},
     {"liberty", "FILE",
      "Liberty library of the pads, plain or .gz: tells which pins\na pad needs; may be repeated", true},
@@ -73,7 +74,7 @@ std::string obstacle(const CHECK_CHIP &chip, const CHECK_RULE &rule, bool has_de
 /// Checks one rule; true when at least a part of it was. What was not is added to `open`.
 bool check_one(CHECK_CHIP &chip, const CHECK_RULE &rule, bool has_design, std::vector<CHECK_OPEN> &open) {
     std::string why = obstacle(chip, rule, has_design);
-    bool is_free = why.empty(), is_checked = is_free && rule.check != nullptr;
+    bool applies = true, is_free = why.empty(), is_checked = is_free && rule.check != nullptr;
     if (is_checked) {
         rule.check(chip);
         why = rule.open != nullptr ? rule.open : "";
@@ -82,12 +83,16 @@ bool check_one(CHECK_CHIP &chip, const CHECK_RULE &rule, bool has_design, std::v
          {std::pair{'F', &check_by_proof}, std::pair{'S', &check_by_simulation}}) {
         if (!is_free || rule.open != nullptr || std::strchr(rule.how, letter) == nullptr)
             continue;
-        std::string open_part;
-        is_checked = check(chip, rule, open_part) || is_checked;
-        why += (why.empty() || open_part.empty() ? "" : "; ") + open_part;
+        CHECK_OPEN part{&rule, ""};
+        if (!chip.has_engines)
+            part.why = "left out (--no-engines)";
+        else
+            is_checked = check(chip, rule, part) || is_checked;
+        why += (why.empty() || part.why.empty() ? "" : "; ") + part.why;
+        applies = applies && part.applies;
     }
     if (!why.empty())
-        open.push_back({&rule, why});
+        open.push_back({&rule, why, applies});
     return is_checked;
 }
 
@@ -114,19 +119,23 @@ std::string result_text(const CHECK_RESULT &result) {
                             found.text + (place.empty() ? "" : " (" + place + ")"), found.rule->effect,
                             found.rule->cure});
     }
-    std::string text = findings_text(findings);
+    std::string text = findings_lines(findings);
+    size_t absent = 0;
     std::vector<std::pair<std::string, std::string>> reasons; // with the rules that share each
     for (const CHECK_OPEN &open : result.open) {
+        absent += open.applies ? 0 : 1;
+        std::string why = open.why + (open.applies ? "" : ", so this does not apply");
         auto reason = std::find_if(reasons.begin(), reasons.end(),
-                                   [&open](const auto &known) { return known.first == open.why; });
+                                   [&why](const auto &known) { return known.first == why; });
         if (reason == reasons.end())
-            reason = reasons.insert(reasons.end(), {open.why, ""});
+            reason = reasons.insert(reasons.end(), {why, ""});
         reason->second += (reason->second.empty() ? "" : ", ") + rule_text(*open.rule);
     }
     for (const auto &[why, rules] : reasons)
         text += "not checked: " + rules + ": " + why + "\n";
-    return text + format_text("%d of %zu rules checked, %zu not or not whole\n", result.checked,
-                              check_rules.size() - 1, result.open.size());
+    return text + findings_counts(findings) +
+           format_text("; %d of %zu rules checked, %zu do not apply, %zu not or not whole\n", result.checked,
+                       check_rules.size() - 1, absent, result.open.size() - absent);
 }
 
 std::string result_json(const CHECK_RESULT &result) {
@@ -147,15 +156,16 @@ std::string result_json(const CHECK_RESULT &result) {
     }
     text += "\n], \"not_checked\": [";
     for (const CHECK_OPEN &open : result.open)
-        text += format_text("%s\n  {\"number\": %d, \"rule\": %s, \"why\": %s}",
+        text += format_text("%s\n  {\"number\": %d, \"rule\": %s, \"why\": %s, \"applies\": %s}",
                             &open == result.open.data() ? "" : ",", open.rule->number,
-                            json_text(open.rule->name).c_str(), json_text(open.why).c_str());
+                            json_text(open.rule->name).c_str(), json_text(open.why).c_str(),
+                            open.applies ? "true" : "false");
     return text + format_text("\n], \"checked\": %d}\n", result.checked);
 }
 
 int run_check(const KIT_CALL &call) {
-    CHECK_RESULT result =
-        check_chip(finished_run(call), kit_values(call, "liberty"), kit_has(call, "strict"));
+    CHECK_RESULT result = check_chip(finished_run(call), kit_values(call, "liberty"), kit_has(call, "strict"),
+                                     !kit_has(call, "no-engines"));
     std::string text = kit_has(call, "json") ? result_json(result) : result_text(result);
     std::fwrite(text.data(), 1, text.size(), stdout);
     bool has_error =
@@ -166,8 +176,9 @@ int run_check(const KIT_CALL &call) {
 
 } // namespace
 
-CHECK_RESULT check_chip(const FINISHED_RUN &run, const std::vector<std::string> &liberty, bool is_strict) {
-    CHECK_CHIP chip{.run = run, .library = {}, .is_strict = is_strict};
+CHECK_RESULT check_chip(const FINISHED_RUN &run, const std::vector<std::string> &liberty, bool is_strict,
+                        bool has_engines) {
+    CHECK_CHIP chip{.run = run, .library = {}, .is_strict = is_strict, .has_engines = has_engines};
     for (const std::string &file : liberty) {
         KIT_PROGRESS progress("reading " + file);
         liberty_read(chip.library, file);

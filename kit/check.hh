@@ -65,6 +65,7 @@ struct CHECK_CHIP {
     FINISHED_RUN run;
     LIBERTY library; ///< of the pads; may be empty
     bool is_strict = false;
+    bool has_engines = true; ///< simulation and proof are wanted
 
     BOUNDARY_REGISTER found{};
     std::vector<CHECKED_PORT> ports{};                  ///< by port id
@@ -108,6 +109,7 @@ void add_check(CHECK_CHIP &chip, int32_t rule, const CHECK_PLACE &place, const s
 struct CHECK_OPEN {
     const CHECK_RULE *rule;
     std::string why;
+    bool applies = true; ///< false for a rule about what the chip need not have
 };
 
 /// What all rules said, sorted by severity and number.
@@ -119,7 +121,8 @@ struct CHECK_RESULT {
 
 /// Checks the chip of a finished run in the working folder. It reads the design into the tables of the
 /// process: one call per process. Ends the program when the descriptions or the design can't be read.
-CHECK_RESULT check_chip(const FINISHED_RUN &run, const std::vector<std::string> &liberty, bool is_strict);
+CHECK_RESULT check_chip(const FINISHED_RUN &run, const std::vector<std::string> &liberty, bool is_strict,
+                        bool has_engines);
 
 /// One sentence on an end of a walk: "the core (instance u1)", "a constant 0", ...
 std::string end_text(const CHECK_CHIP &chip, const WALK_POINT &point);
@@ -141,12 +144,12 @@ void check_mux_pins(CHECK_CHIP &chip);
 
 /// What the simulation of the chip says of a rule: adds its findings. False when it says nothing; `why` is
 /// what is not checked.
-bool check_by_simulation(CHECK_CHIP &chip, const CHECK_RULE &rule, std::string &why);
+bool check_by_simulation(CHECK_CHIP &chip, const CHECK_RULE &rule, CHECK_OPEN &open);
 
 /// The same of a proof about the TAP's text.
-bool check_by_proof(CHECK_CHIP &chip, const CHECK_RULE &rule, std::string &why);
+bool check_by_proof(CHECK_CHIP &chip, const CHECK_RULE &rule, CHECK_OPEN &open);
 /// The same of a proof about the chip at rest and in EXTEST (kit/prove.hh).
-bool check_by_rest_proof(CHECK_CHIP &chip, const CHECK_RULE &rule, std::string &why);
+bool check_by_rest_proof(CHECK_CHIP &chip, const CHECK_RULE &rule, CHECK_OPEN &open);
 /// Reads the instruction table; what it lacks is a finding of the rule that it breaks.
 void take_instructions(CHECK_CHIP &chip);
 

@@ -175,12 +175,13 @@ constexpr PROOF_OF_RULE PROOFS[] = {
 
 } // namespace
 
-bool check_by_proof(CHECK_CHIP &chip, const CHECK_RULE &rule, std::string &why) {
+bool check_by_proof(CHECK_CHIP &chip, const CHECK_RULE &rule, CHECK_OPEN &open) {
+    std::string &why = open.why;
     const PROOF_OF_RULE *row =
         std::find_if(std::begin(PROOFS), std::end(PROOFS),
                      [&rule](const PROOF_OF_RULE &known) { return known.rule == rule.number; });
     if (row == std::end(PROOFS))
-        return check_by_rest_proof(chip, rule, why);
+        return check_by_rest_proof(chip, rule, open);
     why = verilog_obstacle(run_text(chip.run, "_TAP"));
     if (why.empty())
         why = engine_obstacle("yosys", "yosys");

@@ -93,7 +93,8 @@ void check_rest(CHECK_CHIP &chip, const PROVEN_TAP &tap, int32_t rule) {
 
 } // namespace
 
-bool check_by_rest_proof(CHECK_CHIP &chip, const CHECK_RULE &rule, std::string &why) {
+bool check_by_rest_proof(CHECK_CHIP &chip, const CHECK_RULE &rule, CHECK_OPEN &open) {
+    std::string &why = open.why;
     if (rule.number < 20 || rule.number > 22)
         return false;
     // A process checks one chip: the three rules ask once.

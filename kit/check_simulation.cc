@@ -54,16 +54,19 @@ bool has_fault_of(const CHECK_CHIP &chip, int32_t rule) {
 }
 
 /// Why the steps say nothing of a rule.
-std::string reason_without_steps(const CHECK_CHIP &chip, int32_t rule) {
+void take_reason_without_steps(const CHECK_CHIP &chip, CHECK_OPEN &open) {
+    int32_t rule = open.rule->number;
     for (const RULE_WORDS &row : OPTIONAL)
         if (row.rule == rule) {
             bool has_row = bsdl_instruction(chip.play.instructions, row.words) != nullptr;
-            if (has_row && rule == RULE_INTEST && !chip.play.why_no_core.empty())
-                return chip.play.why_no_core;
-            return has_row ? format_text("%s is private, and not tried", row.words)
-                           : format_text("there is no %s, so this does not apply", row.words);
+            open.applies = has_row;
+            open.why = !has_row ? format_text("there is no %s", row.words)
+                       : rule == RULE_INTEST && !chip.play.why_no_core.empty()
+                           ? chip.play.why_no_core
+                           : format_text("%s is private, and not tried", row.words);
+            return;
         }
-    return "no step of the simulation shows it";
+    open.why = "no step of the simulation shows it";
 }
 
 /// What holds of all pins alike is told once.
@@ -138,7 +141,8 @@ void take_instructions(CHECK_CHIP &chip) {
     chip.found.faults.resize(known);
 }
 
-bool check_by_simulation(CHECK_CHIP &chip, const CHECK_RULE &rule, std::string &why) {
+bool check_by_simulation(CHECK_CHIP &chip, const CHECK_RULE &rule, CHECK_OPEN &open) {
+    std::string &why = open.why;
     if (!chip.play.was_tried) {
         chip.play.was_tried = true;
         play_chip(chip);
@@ -164,7 +168,7 @@ bool check_by_simulation(CHECK_CHIP &chip, const CHECK_RULE &rule, std::string &
         return true;
     }
     if (!chip.play.rules.contains(rule.number)) {
-        why = reason_without_steps(chip, rule.number);
+        take_reason_without_steps(chip, open);
         return false;
     }
     if (rule.number == RULE_RUNBIST)

@@ -43,12 +43,10 @@ void sort_findings(std::vector<FINDING> &findings) {
     });
 }
 
-std::string findings_text(const std::vector<FINDING> &findings) {
+std::string findings_lines(const std::vector<FINDING> &findings) {
     std::string text;
-    size_t counts[FINDING_SEVERITY_COUNT] = {};
     for (const FINDING &finding : findings) {
         const SEVERITY_WORDS &severity = SEVERITIES[finding.severity];
-        ++counts[finding.severity];
         text += place_of(finding) +
                 kit_coloured(severity.colour, std::string(severity.word) + ":", STDOUT_FILENO) + " " +
                 finding.text + " [" + finding.rule + "]\n";
@@ -61,10 +59,22 @@ std::string findings_text(const std::vector<FINDING> &findings) {
         if (!finding.cure.empty())
             text += "    cure:   " + finding.cure + "\n";
     }
+    return text;
+}
+
+std::string findings_counts(const std::vector<FINDING> &findings) {
+    std::string text;
+    size_t counts[FINDING_SEVERITY_COUNT] = {};
+    for (const FINDING &finding : findings)
+        ++counts[finding.severity];
     for (int i = 0; i < FINDING_SEVERITY_COUNT; ++i)
         text += format_text("%s%zu %s", i == 0 ? "" : ", ", counts[i],
                             counts[i] == 1 ? SEVERITIES[i].word : SEVERITIES[i].plural);
-    return text + "\n";
+    return text;
+}
+
+std::string findings_text(const std::vector<FINDING> &findings) {
+    return findings_lines(findings) + findings_counts(findings) + "\n";
 }
 
 std::string findings_json(const std::vector<FINDING> &findings) {

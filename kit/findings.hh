@@ -24,6 +24,9 @@ void sort_findings(std::vector<FINDING> &findings);
 
 /// "FILE:LINE: error: text [rule]" with effect and cure below, and a line of counts.
 std::string findings_text(const std::vector<FINDING> &findings);
+/// The two parts of it: a few lines for each finding, and "1 error, 2 warnings, 0 notes".
+std::string findings_lines(const std::vector<FINDING> &findings);
+std::string findings_counts(const std::vector<FINDING> &findings);
 /// The same as a JSON list of objects.
 std::string findings_json(const std::vector<FINDING> &findings);
 

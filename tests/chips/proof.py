@@ -77,9 +77,11 @@ def check_equal(plan, netlists, work, bin_dir):
     design = plan["design"]
     databases = [work / f"{design}_jtag{ending}" for ending in (".sdb", ".c.sdb")]
     kept = {path: path.read_bytes() for path in databases if path.exists()}
+    read = plan.get("read", [])
+    power = read[read.index("-power"):][:2] if "-power" in read else []
     for netlist in [None, *netlists]:
         if netlist:
-            run([str(bin_dir / "kalmverin"), netlist, "-top", f"{design}_jtag"], work, netlist)
+            run([str(bin_dir / "kalmverin"), *power, netlist, "-top", f"{design}_jtag"], work, netlist)
         said = subprocess.run([str(bin_dir / "rimkit"), "prove", "--no-yosys", design], cwd=work, stdout=subprocess.PIPE, text=True)
         if said.returncode:
             yield from (f"{netlist or 'the design'}: {line}" for line in said.stdout.splitlines() or ["no proof"])

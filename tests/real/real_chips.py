@@ -45,9 +45,21 @@ def draft_and_insert(chip, tool, work):
     words = [*chip.drafts, "--cells", "cells.v", "--idcode", "1,0x2650,0x2aa",
              *[word for macro in chip.macros for word in ("--define", macro)],
              *[word for name in chip.netlist for word in ("--netlist", name)], chip.top]
-    tool("rimkit", "run", *words)
+    if proof.programs_alone():
+        tool("rimkit", "run", "--no-delivery", *words)
+    else:
+        check_summary(chip, subprocess.run([str(chip.bin / "rimkit"), "run", *words], cwd=work, capture_output=True, text=True))
     (work / "vhdl").mkdir()
-    tool("rimkit", "run", *words, "-vhdl", "-opath", "vhdl")
+    tool("rimkit", "run", *words, "--no-delivery", "-vhdl", "-opath", "vhdl")
+
+
+def check_summary(chip, done):
+    """A line of each verb. The core of as2650 drives pins of its pads that turn the way in off, which Liberty tells: an error."""
+    status, errors = (1, "1 error,") if chip.netlist == ["chip_top.pnl.v"] and "--def" in chip.drafts else (0, "0 errors,")
+    lines = [rf"check: {errors} .* 3 do not apply, 0 not or not whole", rf"bsdl: {chip.top}.bsd: {chip.cells} boundary cells",
+             rf"patterns: .* steps for {chip.cells} boundary cells", rf"prove: {chip.top} is, at rest, the chip from before the run"]
+    if done.returncode != status or any(not re.search(f"^{line}", done.stdout, flags=re.M) for line in lines):
+        raise ProofError(f"rimkit run: status {done.returncode}\n{done.stdout}{done.stderr[-2000:]}")
 
 
 def check_order(work):
@@ -126,6 +138,7 @@ def check_bench(chip, register, netlist, tool, work):
 def prove(chip, bin_dir, work, drafted):
     def tool(name, *words):
         return run([str(bin_dir / name), *words], work, name)
+    chip.bin = bin_dir
     chip.files = ["cells.v", f"{chip.top}_cells.v" if drafted else "bscells.v"]
     chip.buffer = "RIM_BUF" if drafted else "BS_BUF"
     (draft_and_insert if drafted else insert)(chip, tool, work)
@@ -133,18 +146,19 @@ def prove(chip, bin_dir, work, drafted):
         return []
     tool("rimkit", "bsdl", chip.top)
     register = read_chip(work, chip.top)
-    netlists = netlists_of(chip, work)[:1 if drafted else 2]    # how netlists are written, the other run shows
+    netlists = netlists_of(chip, work)
     plan = {"design": chip.top, "cells": chip.files, "netlist": chip.netlist}
     faults = list(check_ports(chip, work))
     if drafted and "chip_top.def" in chip.drafts:
         faults += check_order(work)
-    faults += proof.check_equal(plan, netlists, work, bin_dir)
+    if not drafted:     # how netlists are written; the run with drafts has its own proof and simulation
+        faults += proof.check_equal(plan, netlists, work, bin_dir)
+        write_models(chip, work)
+        for netlist in netlists:
+            accept(chip, netlist, work)
+        faults += check_bench(chip, register, netlists[0], tool, work)
     if len(register.cells) != chip.cells or int(register.idcode, 2) != IDCODE:
         faults.append(f"{len(register.cells)} cells, IDCODE {register.idcode}")
-    write_models(chip, work)
-    for netlist in netlists:
-        accept(chip, netlist, work)
-    faults += check_bench(chip, register, netlists[0], tool, work)
     run(["ghdl", "-a", "-fexplicit", f"{chip.top}_TAP.vhd", f"{chip.top}_jtag.vhd"], work / "vhdl", "ghdl")
     return faults
 
