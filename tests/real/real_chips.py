@@ -5,7 +5,8 @@
 
 With --drafted the descriptions and boundary cells that lie beside the netlist are put away, and rimkit writes its own.
 
-Proven: the length of the boundary register and the IDCODE; the ports; by `rimkit prove` that the design, the netlist with
+Proven: the length of the boundary register and the IDCODE; the ports; by Yosys that
+kalmverin has read the netlist as it stands; by `rimkit prove` that the design, the netlist with
 modules and the flat one are at rest the chip from before; that the bench of `rimkit patterns` passes, where the core is a black box and each pad what the .lib file says. Yosys,
 Icarus Verilog and GHDL accept what is written. Ends with status 77 where the chips are not.
 """
@@ -19,10 +20,11 @@ from types import SimpleNamespace
 
 HERE = pathlib.Path(__file__).resolve().parent
 sys.dont_write_bytecode = True
-sys.path.insert(0, str(HERE.parent / "chips"))
+sys.path[:0] = [str(HERE), str(HERE.parent / "chips")]
 import proof  # noqa: E402
 from chip_files import ProofError, read_chip, read_ports, strip_comments  # noqa: E402
 from player import run  # noqa: E402
+from same_netlist import differences  # noqa: E402
 
 PADS = "../pads/gf180mcu_fd_io__tt_025C_5v00.lib"
 PLACED = ["clk_PAD", "rst_n_PAD", *(f"bidir_PAD[{i}]" for i in range(54))]     # as2650, counter-clockwise
@@ -77,6 +79,7 @@ def insert(chip, tool, work):
     tool("kalmverin", *chip.read, *chip.netlist)
     tool("rimweave", chip.top, "-add_tap", "-vhdl", "-opath", "vhdl")
     tool("rimweave", chip.top, "-add_tap")
+    tool("kalmlist", "-verilog", "-hierarchy", "-o", "as_read.v", f"{chip.top}.sdb")
 
 
 def check_ports(chip, work):
@@ -152,6 +155,7 @@ def prove(chip, bin_dir, work, drafted):
     if drafted and "chip_top.def" in chip.drafts:
         faults += check_order(work)
     if not drafted:     # how netlists are written; the run with drafts has its own proof and simulation
+        faults += [f"as read: {fault}" for fault in differences(work, chip.netlist, ["as_read.v"], chip.files, chip.macros)]
         faults += proof.check_equal(plan, netlists, work, bin_dir)
         write_models(chip, work)
         for netlist in netlists:
