@@ -112,10 +112,13 @@ void find_ways_past_cells(CHECK_CHIP &chip) {
                                    : walk_pin(pad_row(chip, row.pad).obj, pad_row(chip, row.pad).core_out);
         for (const WALK_POINT &point : walk_forward(chip.found.walk, node))
             if (point.end == WALK_CORE && has_output(point.row)) {
+                const REGISTER_CELL &cell = chip.found.cells[static_cast<size_t>(row.cell)];
+                bool looks_on = row.kind == ROW_BIDIR && cell.cell->sys_in == nullptr; // as BC_8 does
                 add_check(chip, 16, {point.row, point.node, row.port},
-                          format_text("'%s' of the core reads the port past boundary cell '%s'",
-                                      chip_instance_name(point.row).c_str(),
-                                      chip.found.cells[static_cast<size_t>(row.cell)].instance.c_str()));
+                          format_text("'%s' of the core reads the port past boundary cell '%s'%s",
+                                      chip_instance_name(point.row).c_str(), cell.instance.c_str(),
+                                      looks_on ? ", which has no pin to the core" : ""),
+                          looks_on ? FINDING_WARNING : FINDING_ERROR);
                 break;
             }
     }
