@@ -209,20 +209,23 @@ def test_names(bench, given):
 
 
 def test_registers(bench, given):
-    """A register of the user's own outside the TAP, RUNBIST with its signature, and an IDCODE that comes from outside."""
+    """A register of the user's own in the core, RUNBIST with its signature, and an IDCODE that comes from outside."""
     for path in [*EXAMPLE.glob("chip.*"), EXAMPLE / "cells.v"]:
         shutil.copy(path, bench.work)
+    bits = "".join(f"  DFFR my_{i} (.D({f'my[{i}]' if i else ''}), .CK(), .RN(1'b1), .Q({f'my[{i + 1}]' if i < 2 else ''}));\n" for i in range(3))
+    text = (bench.work / "chip.v").read_text()
+    at = text.index("endmodule", text.index("module chip"))
+    (bench.work / "chip.v").write_text(text[:at] + "  wire [2:0] my;\n" + bits + text[at:])
     bsc = (bench.work / "chip.bsc").read_text()
     rows = "%INSTRUCTION  MYREG = (0110)  ACCESS  MYDR[3];\n%INSTRUCTION  RUNBIST = (0111)  ACCESS  MYDR[3];\n"
-    (bench.work / "chip.bsc").write_text(bsc.replace("%INSTRUCTION  BYPASS", rows + "%INSTRUCTION  BYPASS"))
+    bsc = bsc.replace("%INSTRUCTION  BYPASS", rows + "%INSTRUCTION  BYPASS")
+    (bench.work / "chip.bsc").write_text(bsc)
     bench.insert("chip", ["cells.v"], ["chip.v"], "-external_idcode")
     bsdl, _ = bench.judge("chip", "--cells", "cells.v")
     expect(bsdl.private, {"MYREG", "RUNBIST"})     # nobody drives the register's way back
-    register = "".join(f"  DFFR my_{i} (.D(my[{i}]), .CK(u_tap_CLOCK_DR), .RN(1'b1), .Q(my[{i + 1}]));\n" for i in range(3))
-    text = (bench.work / "chip_jtag_flat.v").read_text().replace("  jtag_tap u_tap (", "  wire [3:0] my;\n" + register + "  jtag_tap u_tap (")
-    text = text.replace(".MYDR_in()", ".MYDR_in(my[0])").replace(".MYDR_out()", ".MYDR_out(my[3])")
-    (bench.work / "chip_jtag.v").write_text(text)
-    bench.run("kalmverin", "chip_jtag.v", "-top", "chip_jtag")
+    wires = ["MYDR_in} TO my_0{D", "MYDR_out} TO my_2{Q", *(f"CLOCK_DR}} TO my_{i}{{CK" for i in range(3))]
+    (bench.work / "chip.bsc").write_text(bsc + "%CONNECTION_TABLE { " + " ".join(f"%CONNECT u_tap{{{wire}}};" for wire in wires) + " }\n")
+    bench.run("rimweave", "chip", "-add_tap", "-external_idcode")
     bench.run("rimkit", "bsdl", "--runbist", "100,0110", "chip", status=1)
     bench.run("rimkit", "bsdl", "--runbist", "100", "chip", status=2)
     bench.run("rimkit", "bsdl", "--runbist", "100,011", "--cells", "cells.v", "chip")
