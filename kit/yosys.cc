@@ -20,8 +20,10 @@ std::string run_yosys(const std::string &script, std::string &log) {
         run_engine({"yosys", "-Q", "-T", "-s", folder.path + "/prove.ys"}, folder.path + "/log");
     log = TOOL_exists(folder.path + "/log") ? TOOL_read_file(folder.path + "/log") : "";
     size_t at = log.find("ERROR: ");
-    if (!fault.empty() && at != log.npos)
-        fault = "yosys: " + log.substr(at + 7, log.find('\n', at) - at - 7);
+    if (!fault.empty() && at != log.npos) { // the file and line stand in front
+        size_t begin = log.rfind('\n', at) + 1;
+        fault = "yosys: " + log.substr(begin, at - begin) + log.substr(at + 7, log.find('\n', at) - at - 7);
+    }
     return fault;
 }
 
