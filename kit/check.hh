@@ -132,8 +132,6 @@ CHECK_RESULT check_chip(const FINISHED_RUN &run, const CHECK_WORDS &words);
 
 /// One sentence on an end of a walk: "the core (instance u1)", "a constant 0", ...
 std::string end_text(const CHECK_CHIP &chip, const WALK_POINT &point);
-/// True when the object has an output: what has none (an antenna diode) can't do anything with a signal.
-bool has_output(int32_t obj);
 /// True when the object has an input: what has none is a tie cell or a power-on reset.
 bool has_input(int32_t obj);
 

@@ -32,24 +32,12 @@ std::string end_text(const CHECK_CHIP &chip, const WALK_POINT &point) {
     return "";
 }
 
-namespace {
-
-bool has_pin_beside(int32_t obj, SDB_DIRECTION direction) {
+bool has_input(int32_t obj) {
     int32_t class_id = obj_tab[obj].class_id;
     for (int32_t i = 0; class_id >= 0 && i < class_tab[class_id].pin_count; ++i)
-        if (chip_pin_direction(class_tab[class_id].first_pin + i) != direction)
+        if (chip_pin_direction(class_tab[class_id].first_pin + i) != SDB_OUTPUT)
             return true;
-    return class_id < 0; // what nobody has described may be anything
-}
-
-} // namespace
-
-bool has_output(int32_t obj) {
-    return has_pin_beside(obj, SDB_INPUT);
-}
-
-bool has_input(int32_t obj) {
-    return has_pin_beside(obj, SDB_OUTPUT);
+    return class_id < 0;
 }
 
 namespace {

@@ -98,29 +98,20 @@ void find_logic_behind_pads(CHECK_CHIP &chip) {
     }
 }
 
-/// Core pins that hang on the pad's side of a cell that should cut the wire.
+/// Pads that the core reads past a cell which has no pin to it, as BC_8; the comparison refuses other ways
+/// past cells.
 void find_ways_past_cells(CHECK_CHIP &chip) {
-    std::set<int32_t> seen;
     for (const REGISTER_ROW &row : chip.found.rows) {
-        // A pad with the cell, or the multiplexer that the cell feeds, inside reaches the core behind it.
-        bool is_inside = row.pad >= 0 && (pad_row(chip, row.pad).buffer->kind == BUFFER_BS ||
-                                          pad_row(chip, row.pad).buffer->mux_in2 != nullptr);
-        bool cuts = row.cuts && !is_inside && (row.kind == ROW_INPUT || row.kind == ROW_BIDIR);
-        if (!cuts || is_exempt(chip, row.port) || !seen.insert(row.port).second)
+        const REGISTER_CELL &cell = chip.found.cells[static_cast<size_t>(row.cell)];
+        if (!row.cuts || row.kind != ROW_BIDIR || row.pad < 0 || cell.cell->sys_in != nullptr ||
+            pad_row(chip, row.pad).buffer->kind == BUFFER_BS || is_exempt(chip, row.port))
             continue;
-        int32_t node = row.pad < 0 ? port_tab[row.port].node
-                                   : walk_pin(pad_row(chip, row.pad).obj, pad_row(chip, row.pad).core_out);
-        for (const WALK_POINT &point : walk_forward(chip.found.walk, node))
-            if (point.end == WALK_CORE && has_output(point.row)) {
-                const REGISTER_CELL &cell = chip.found.cells[static_cast<size_t>(row.cell)];
-                bool looks_on = row.kind == ROW_BIDIR && cell.cell->sys_in == nullptr; // as BC_8 does
-                add_check(chip, 16, {point.row, point.node, row.port},
-                          format_text("'%s' of the core reads the port past boundary cell '%s'%s",
-                                      chip_instance_name(point.row).c_str(), cell.instance.c_str(),
-                                      looks_on ? ", which has no pin to the core" : ""),
-                          looks_on ? FINDING_WARNING : FINDING_ERROR);
-                break;
-            }
+        int32_t node = walk_pin(pad_row(chip, row.pad).obj, pad_row(chip, row.pad).core_out);
+        if (int32_t reader = first_core_reader(chip.found.walk, node); reader >= 0)
+            add_check(chip, 16, {node_tab[reader].obj, reader, row.port},
+                      format_text("the core reads the port past boundary cell '%s', which has no pin to it",
+                                  cell.instance.c_str()),
+                      FINDING_WARNING);
     }
 }
 

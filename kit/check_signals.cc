@@ -69,7 +69,7 @@ void check_core_behind(CHECK_CHIP &chip, int32_t node, const std::string &name, 
                        const std::vector<int32_t> &own = {}) {
     std::set<int32_t> told(own.begin(), own.end());
     for (const WALK_POINT &point : walk_forward(chip.found.walk, node))
-        if (point.end == WALK_CORE && has_output(point.row) && told.insert(point.row).second)
+        if (point.end == WALK_CORE && chip_has_output(point.row) && told.insert(point.row).second)
             add_check(chip, 29, {point.row, point.node, port},
                       format_text("pin %s of the core hangs on %s",
                                   chip_pin_name(node_tab[point.node].pin).c_str(), name.c_str()));

@@ -78,3 +78,11 @@ CHIP_SOURCE chip_source(int32_t node) {
 bool chip_is_alone(int32_t node) {
     return node < 0 || find_adjacent_node(node) < 0;
 }
+
+bool chip_has_output(int32_t obj) {
+    int32_t class_id = obj_tab[obj].class_id;
+    for (int32_t i = 0; class_id >= 0 && i < class_tab[class_id].pin_count; ++i)
+        if (chip_pin_direction(class_tab[class_id].first_pin + i) != SDB_INPUT)
+            return true;
+    return class_id < 0; // what nobody has described may be anything
+}

@@ -34,3 +34,5 @@ inline bool chip_is_driven(int32_t node) {
 }
 /// True when nothing but `node` is on its net, or it is on none.
 bool chip_is_alone(int32_t node);
+/// True when the object has an output: what has none (an antenna diode) can't do anything with a signal.
+bool chip_has_output(int32_t obj);

@@ -117,6 +117,13 @@ int32_t beyond(const NETLIST_WALK &walk, int32_t node, bool forward, WALK_POINT 
 
 } // namespace
 
+int32_t first_core_reader(const NETLIST_WALK &walk, int32_t node) {
+    for (const WALK_POINT &point : node < 0 ? std::vector<WALK_POINT>{} : walk_forward(walk, node))
+        if (point.end == WALK_CORE && chip_has_output(point.row))
+            return point.node;
+    return -1;
+}
+
 int32_t walk_pin(int32_t obj, const char *pin) {
     return pin == nullptr || obj < 0 ? -1 : chip_pin_node(obj, without_minus(pin));
 }

@@ -64,6 +64,9 @@ WALK_POINT walk_back(const NETLIST_WALK &walk, int32_t node);
 /// All that the node drives, in the order of the net.
 std::vector<WALK_POINT> walk_forward(const NETLIST_WALK &walk, int32_t node);
 
+/// The first pin of the core that the node drives, of a cell that can do something with it; -1 for none.
+int32_t first_core_reader(const NETLIST_WALK &walk, int32_t node);
+
 /// The node of the object's pin whose name may have a '-' and may be null; -1 for none.
 int32_t walk_pin(int32_t obj, const char *pin);
 /// True when the node's pin is called `pin`.

@@ -89,6 +89,41 @@ bool is_unwired(const DESIGN_VIEW &view, int32_t obj) {
     return true;
 }
 
+REGISTER_FAULT reader_fault(int32_t node, int32_t port, const std::string &text) {
+    const char *net = SDB_net_name(sdb, node_tab[node].net);
+    std::string reader = chip_instance_name(node_tab[node].obj);
+    return {"wire", text, reader, net != nullptr ? net : "", port < 0 ? "" : chip_port_name(port)};
+}
+
+/// At rest both sides of a cell are one net. In a test they are not, and the core stands on its own side. Of
+/// the open edited design.
+void add_readers_past_cells(const BOUNDARY_REGISTER &found, std::vector<REGISTER_FAULT> &faults) {
+    for (const REGISTER_ROW &row : found.rows) {
+        const REGISTER_CELL &cell = found.cells[static_cast<size_t>(row.cell)];
+        const WALK_PAD_ROW *pad = row.pad < 0 ? nullptr : &found.walk.pads[static_cast<size_t>(row.pad)];
+        // A pad with the cell, or the multiplexer that the cell feeds, inside reaches the core behind it.
+        bool is_inside =
+            pad != nullptr && (pad->buffer->kind == BUFFER_BS || pad->buffer->mux_in2 != nullptr);
+        const REGISTER_PORT *port = row.port < 0 ? nullptr : &found.ports[static_cast<size_t>(row.port)];
+        if (!row.cuts || is_inside || (port != nullptr && (port->tap_port >= 0 || port->same_net >= 0)))
+            continue;
+        bool reads = row.kind == ROW_INPUT || (row.kind == ROW_BIDIR && cell.cell->sys_in != nullptr);
+        bool drives = row.kind >= ROW_OUTPUT2 && row.kind <= ROW_CONTROL;
+        int32_t before = pad != nullptr    ? walk_pin(pad->obj, pad->core_out)
+                         : port != nullptr ? port_tab[row.port].node
+                                           : -1;
+        if (int32_t node = reads ? first_core_reader(found.walk, before) : -1; node >= 0)
+            faults.push_back(reader_fault(
+                node, row.port,
+                format_text("the core reads the port past boundary cell '%s'", cell.instance.c_str())));
+        int32_t behind = drives ? walk_pin(cell.obj, cell.cell->data_out) : -1;
+        if (int32_t node = first_core_reader(found.walk, behind); node >= 0)
+            faults.push_back(reader_fault(
+                node, row.port,
+                format_text("the core reads what boundary cell '%s' gives the pad", cell.instance.c_str())));
+    }
+}
+
 class CHIP_COMPARER {
   public:
     CHIP_COMPARER(const BOUNDARY_REGISTER &reg, const DESIGN_VIEW &source, const DESIGN_VIEW &edited,
@@ -554,11 +589,15 @@ CHIP_COMPARISON compare_chips(const BOUNDARY_REGISTER &found, const std::string 
                               const REST_VALUES &values) {
     DESIGN_VIEW after = view_design(found.walk);
     CONNECTED_NODES connected = connected_nodes(found);
+    std::vector<REGISTER_FAULT> readers;
+    add_readers_past_cells(found, readers);
     OPEN_DESIGN source(source_file.c_str());
     NETLIST_WALK walk;
     prepare_walk(walk, std::string(view_class_name(after, after.objs[found.tap_obj].class_id)).c_str());
     DESIGN_VIEW before = view_design(walk);
-    return CHIP_COMPARER(found, before, after, values, connected).compare();
+    CHIP_COMPARISON result = CHIP_COMPARER(found, before, after, values, connected).compare();
+    result.faults.insert(result.faults.end(), readers.begin(), readers.end());
+    return result;
 }
 
 void compare_with_source(BOUNDARY_REGISTER &found, const std::string &source_file) {

@@ -43,7 +43,8 @@ class Bench(bsdl_chips.Bench):
             words in row["why"] for words in ("private", "the core is not simulated", "pads with a cell"))]
         if has_engines and left:
             raise Failed(json.dumps(left, indent=1))
-        if has_engines and " HIGHZ =( INST" in (self.work / f"{design}_TAP.v").read_text():
+        is_public = not any(row["number"] == 24 for row in found["findings"] + found["not_checked"])
+        if has_engines and is_public and " HIGHZ =( INST" in (self.work / f"{design}_TAP.v").read_text():
             self.plant_highz(design, words)
         raise Judged
 
