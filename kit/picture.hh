@@ -96,6 +96,9 @@ void read_picture(PICTURE &picture, const FINISHED_RUN &run, std::vector<CHECK_F
 /// Markup of a text: what XML gives a meaning is written as an entity.
 std::string xml_text(const std::string &text);
 
+/// The style of the ring, as CSS.
+const char *picture_style();
+
 struct PICTURE_LAYOUT;
 /// The ring as an SVG element; `id` is its own, and its style stands in it where it is `alone` in a file.
 std::string picture_svg(const PICTURE &picture, const PICTURE_LAYOUT &layout, const char *id, bool alone);

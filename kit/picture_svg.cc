@@ -16,11 +16,12 @@ constexpr const char *STYLE = R"(
 .ring text{font-family:Helvetica,Arial,sans-serif;font-size:11px}
 .ring .letter{text-anchor:middle;font-weight:bold;pointer-events:none}
 .ring .pin{fill:#666;font-size:9px}
-.ring .pad rect,.ring .cell rect{stroke:#222;stroke-width:1}
+.ring .pad rect,.ring .cell rect,.ring .key rect{stroke:#222;stroke-width:1}
 .ring .stub{stroke:#888;stroke-width:1}
 .ring .thread{fill:none;stroke:#222;stroke-width:1.6}
 .ring .arrow{fill:#222}
 .ring .test{fill:none;stroke:#0b4f8a;stroke-width:1.3}
+.ring .word{fill:#0b4f8a;font-weight:bold;stroke:#fff;stroke-width:3;paint-order:stroke}
 .ring .tie{fill:none;stroke:#b34700;stroke-width:1;stroke-dasharray:4 3;opacity:.55}
 .ring .mark{fill:#c00000;stroke:#fff;stroke-width:1}
 .ring .mark.warning{fill:#8a6d00}
@@ -194,7 +195,7 @@ std::string slot_text(const PICTURE &picture, const PICTURE_SLOT &slot) {
            label_text(slot, slot.pads.size() == 1 ? pad.pin : "") + "</g>\n";
 }
 
-std::string mark_text(const PICTURE &picture, const PICTURE_LAYOUT &layout, const PICTURE_MARK &mark) {
+std::string mark_text(const PICTURE &picture, const PICTURE_MARK &mark) {
     PICTURE_KIND kind = picture.cells[static_cast<size_t>(mark.cells[0])].kind;
     std::string title = mark.cells.size() == 1
                             ? cell_title(picture, mark.cells[0])
@@ -205,7 +206,6 @@ std::string mark_text(const PICTURE &picture, const PICTURE_LAYOUT &layout, cons
         stub = format_text("<path class=\"stub\" d=\"M%.1f %.1fL%.1f %.1f\"/>", at.x, at.y, at.x - in.x * 10,
                            at.y - in.y * 10);
     }
-    (void)layout;
     return format_text("<g class=\"cell k-%s\" data-cells=\"%s\">", PICTURE_KINDS[kind].word,
                        id_list(mark.cells).c_str()) +
            "<title>" + xml_text(title) + "</title>" + stub + box_text(mark.box, kind, true) + "</g>\n";
@@ -229,6 +229,16 @@ std::string ties_text(const PICTURE &picture, const PICTURE_LAYOUT &layout) {
     return text;
 }
 
+/// What a pad of the test port is to the TAP, on the inner side of the cells.
+std::string test_word(const PICTURE_BOX &box, const char *word) {
+    POINT edge = edge_of(box, true), in = INWARD[box.side];
+    bool is_turned = box.side % 2 == 1, begins_here = box.side == 0 || box.side == 1;
+    POINT at = {edge.x + in.x * 8 + (is_turned ? 4 : 0), edge.y + in.y * 8 + (is_turned ? 0 : 4)};
+    std::string turn = is_turned ? format_text(" transform=\"rotate(-90 %.1f %.1f)\"", at.x, at.y) : "";
+    return format_text("<text class=\"word\" x=\"%.1f\" y=\"%.1f\" text-anchor=\"%s\"%s>%s</text>\n", at.x, at.y,
+                       begins_here ? "start" : "end", turn.c_str(), word);
+}
+
 /// The TAP with lines to the pads of the test port.
 std::string tap_text(const PICTURE &picture, const PICTURE_LAYOUT &layout) {
     constexpr const char *WORDS[] = {"TDI", "TDO", "TMS", "TCK", "TRST"};
@@ -243,9 +253,7 @@ std::string tap_text(const PICTURE &picture, const PICTURE_LAYOUT &layout) {
         if (pad.tap_port == 1)
             leg = straight(tip, at);
         text += "<path class=\"test\" d=\"" + leg.path + "\"/>" + arrow(leg.to, leg.heading, 7, "test-arrow") +
-                format_text("<text class=\"word\" x=\"%.1f\" y=\"%.1f\" text-anchor=\"middle\" fill=\"#0b4f8a\" "
-                            "stroke=\"#fff\" stroke-width=\"3\" paint-order=\"stroke\">%s</text>\n",
-                            at.x * 0.75 + tip.x * 0.25, at.y * 0.75 + tip.y * 0.25 + 4, WORDS[pad.tap_port]);
+                test_word(layout.slots[static_cast<size_t>(layout.slot_of_pad[i])].box, WORDS[pad.tap_port]);
     }
     double size = layout.tap.w / 7;
     POINT middle = middle_of(layout.tap);
@@ -284,9 +292,11 @@ std::string findings_text_of(const PICTURE &picture, const PICTURE_LAYOUT &layou
     return text;
 }
 
-/// What the colours and letters mean, in the empty corner.
-std::string legend_text(const PICTURE &picture) {
-    std::string text = "<g class=\"legend\">";
+/// What the colours and letters mean: in the empty corner, or inside a large ring, where it can be seen.
+std::string legend_text(const PICTURE &picture, const PICTURE_LAYOUT &layout) {
+    double scale = layout.marks.size() > SMALL_CHIP ? layout.width / 900 : 1;
+    double place = layout.marks.size() > SMALL_CHIP ? layout.width * 0.14 : 0;
+    std::string text = format_text("<g class=\"legend\" transform=\"translate(%.1f %.1f) scale(%.2f)\">", place, place, scale);
     text += format_text("<text x=\"8\" y=\"16\" style=\"font-size:14px;font-weight:bold\">%s</text>",
                         xml_text(short_label(picture.design, 24)).c_str());
     double y = 24;
@@ -298,6 +308,10 @@ std::string legend_text(const PICTURE &picture) {
 }
 
 } // namespace
+
+const char *picture_style() {
+    return STYLE;
+}
 
 std::string xml_text(const std::string &text) {
     std::string good;
@@ -320,7 +334,7 @@ std::string picture_svg(const PICTURE &picture, const PICTURE_LAYOUT &layout, co
     if (alone)
         text += format_text(" width=\"%.0f\" height=\"%.0f\"><style>%s</style>\n"
                             "<rect width=\"100%%\" height=\"100%%\" fill=\"#fff\"/>\n%s",
-                            layout.width, layout.height, STYLE, legend_text(picture).c_str());
+                            layout.width, layout.height, STYLE, legend_text(picture, layout).c_str());
     else
         text += ">\n";
     text += "<g class=\"ties\">\n" + ties_text(picture, layout) + "</g>\n";
@@ -330,6 +344,6 @@ std::string picture_svg(const PICTURE &picture, const PICTURE_LAYOUT &layout, co
         text += slot_text(picture, slot);
     // From TDI to TDO, as the thread runs.
     for (size_t i = layout.marks.size(); i-- > 0;)
-        text += mark_text(picture, layout, layout.marks[i]);
+        text += mark_text(picture, layout.marks[i]);
     return text + findings_text_of(picture, layout) + "</svg>\n";
 }
