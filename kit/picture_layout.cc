@@ -110,9 +110,10 @@ std::vector<SLOT_PLAN> make_marks(PICTURE_LAYOUT &layout, const PICTURE &picture
 
 // ---- places -------------------------------------------------------------------------------------------
 
-/// The square that the pads' outer edges lie on, and where on its side a box stands.
+/// The square that the pads' outer edges lie on.
 struct RING_FRAME {
     double margin, square;
+    double deep; ///< factor on depths: a large ring is seen from afar
 };
 
 PICTURE_BOX box_at(const RING_FRAME &ring, int32_t side, double along, double depth, double length,
@@ -134,7 +135,7 @@ void place_marks(PICTURE_LAYOUT &layout, const RING_FRAME &ring, int32_t side, d
         double middle = along + column * (static_cast<double>(i) + 0.5);
         PICTURE_MARK &mark = layout.marks[static_cast<size_t>(plan.marks[i])];
         mark.place = place++;
-        mark.box = box_at(ring, side, middle - CELL / 2, PAD_DEPTH + GAP, CELL, CELL);
+        mark.box = box_at(ring, side, middle - CELL / 2, (PAD_DEPTH + GAP) * ring.deep, CELL, CELL * ring.deep);
     }
 }
 
@@ -150,18 +151,20 @@ void place_slots(PICTURE_LAYOUT &layout, const std::vector<SLOT_PLAN> &plans) {
         longest = std::max(longest, std::min(LONGEST_LABEL, layout.slots[i].label.size()));
     }
     double side_length = std::max(SMALLEST_SIDE, *std::max_element(length_of, length_of + 4));
-    RING_FRAME ring = {LETTER * static_cast<double>(longest) + 40, side_length + 2 * CORNER};
+    double deep = std::clamp(side_length / 3000, 1.0, 4.0), corner = CORNER * deep;
+    RING_FRAME ring = {LETTER * static_cast<double>(longest) + 40, side_length + 2 * corner, deep};
     double along[4];
     int32_t place = 0;
     for (int32_t side = 0; side < 4; ++side)
-        along[side] = CORNER + (side_length - length_of[side]) / 2;
+        along[side] = corner + (side_length - length_of[side]) / 2;
     for (size_t i = 0; i < plans.size(); ++i) {
         double length = PITCH * static_cast<double>(plans[i].columns);
         double &at = along[side_of[i]];
-        layout.slots[i].box = box_at(ring, side_of[i], at + 1.5, 0, length - 3, PAD_DEPTH);
+        layout.slots[i].box = box_at(ring, side_of[i], at + 1.5, 0, length - 3, PAD_DEPTH * ring.deep);
         place_marks(layout, ring, side_of[i], at, plans[i], place);
         at += length;
     }
+    layout.gap = GAP * deep;
     layout.width = layout.height = ring.square + 2 * ring.margin;
     double tap = std::max(110.0, side_length / 7), high = tap * 0.6;
     layout.tap = {(layout.width - tap) / 2, (layout.height - high) / 2, tap, high, 0};

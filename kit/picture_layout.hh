@@ -28,6 +28,7 @@ struct PICTURE_MARK {
 
 struct PICTURE_LAYOUT {
     double width = 0, height = 0;
+    double gap = 0; ///< between a pad and its cells
     PICTURE_BOX tap{};
     std::vector<PICTURE_SLOT> slots;
     std::vector<PICTURE_MARK> marks;

@@ -30,7 +30,7 @@ main>section{position:absolute;inset:0;overflow:auto}
 [hidden]{display:none!important}
 .ring{width:100%;height:100%;display:block;user-select:none}
 .ring .afar,.ring .tie{display:none}
-.ring.far .near,.ring.far .name,.ring.far .letter,.ring.far .word,.ring.far .stub{display:none}
+.ring.far .near,.ring.far .name,.ring.far .letter,.ring.far .word,.ring.far .stub,.ring.far .count{display:none}
 .ring.far .afar{display:inline}
 .ring.far .pad rect,.ring.far .cell rect{stroke:none}
 .ring.far .thread,.ring.far .test,.ring.far .tie{vector-effect:non-scaling-stroke}
@@ -133,7 +133,7 @@ function cellFacts(number, isWhole) {
   const cell = chip.cells[number], facts = [[`Cell ${number}`], ['port', portsOf(cell)]];
   facts.push(['pin', cell.pads.map(pad => [chip.pads[pad].pin, chip.pads[pad].name].filter(word => word).join(' ')).join(', ')]);
   facts.push(['pad', cell.pads.map(pad => [chip.pads[pad].inst, chip.pads[pad].class].filter(word => word).join(' : ')).join(', ')]);
-  facts.push(['kind', `${kindOf(cell).label} (${cell.function})`]);
+  facts.push(['kind', kindOf(cell).label + (cell.function === kindOf(cell).label ? '' : ` (${cell.function})`)]);
   if (cell.control >= 0)
     facts.push(['control cell', `${cell.control}, off at ${cell.disable}`, {cells: [cell.control], pads: []}]);
   if (cell.held.length)
@@ -141,7 +141,7 @@ function cellFacts(number, isWhole) {
   facts.push(['BSDL row', cell.bsdl.join('; ')], ['instance', `${cell.inst} : ${cell.class}`]);
   const nets = cell.nets.filter(net => net[1] !== '');
   if (isWhole) for (const net of nets) facts.push([`net at ${net[0]}`, net[1]]);
-  else facts.push(['nets', few(nets.map(net => `${net[0]} ${net[1]}`))]);
+  else facts.push(['nets', nets.map(net => net.join(': ')).join('; ')]);
   return facts.filter(fact => fact.length === 1 || fact[1] !== '');
 }
 
@@ -160,14 +160,14 @@ function branchFacts(tree, branch) {
     .filter(fact => fact.length === 1 || fact[1] !== '');
 }
 
-/// Facts as a list of definitions; a fact with a place is a link to it.
+/// Facts as a list of definitions; a fact with a place is a link to it, but in the tip, which nobody can click.
 function tell(parent, facts) {
   const list = make('dl', parent);
   for (const [word, value, place] of facts) {
     if (value === undefined) { make('dd', list, word, 'head'); continue; }
     make('dt', list, word);
     const cell = make('dd', list);
-    if (place) make('button', cell, value, 'go').onclick = () => jump(place);
+    if (place && parent !== $('tip')) make('button', cell, value, 'go').onclick = () => jump(place);
     else cell.textContent = value;
   }
 }
@@ -176,24 +176,26 @@ function tell(parent, facts) {
 
 let selected = {cells: [], pads: []};
 
+const elementsOf = (selector, ids) => [...document.querySelectorAll(selector)].map(element => ({element, ids: listOf(ids(element))}));
+const cellElements = elementsOf('.ring [data-cells]', element => element.dataset.cells);
+const padElements = elementsOf('.ring [data-pads]', element => element.dataset.pads);
+const ties = [...document.querySelectorAll('.ring .tie')].map(element => ({element, cell: +element.dataset.cell, pad: +element.dataset.pad}));
+let tableLines = [];   // the lines of the table with their places, once it was shown
+
 /// Ties of the selection: those that a selected control cell holds, and those that hold a selected pad.
-function markSelection(place, name) {
+function markSelection(place) {
   const cells = new Set(place.cells), pads = new Set(place.pads);
   for (const cell of place.cells) for (const pad of chip.cells[cell].pads) if (chip.cells[cell].control >= 0) pads.add(pad);
   const wanted = new Set(place.pads);
-  for (const element of document.querySelectorAll('.ring [data-cells]'))
-    element.classList.toggle(name, listOf(element.dataset.cells).some(cell => cells.has(cell)));
-  for (const element of document.querySelectorAll('.ring [data-pads]'))
-    element.classList.toggle(name, listOf(element.dataset.pads).some(pad => wanted.has(pad)));
-  for (const tie of document.querySelectorAll('.ring .tie'))
-    tie.classList.toggle(name, cells.has(+tie.dataset.cell) || pads.has(+tie.dataset.pad));
-  for (const row of document.querySelectorAll('#table-view tbody tr'))
-    row.classList.toggle(name, row.dataset.cell !== '' ? cells.has(+row.dataset.cell) : wanted.has(+row.dataset.pad));
+  for (const {element, ids} of cellElements) element.classList.toggle('on', ids.some(cell => cells.has(cell)));
+  for (const {element, ids} of padElements) element.classList.toggle('on', ids.some(pad => wanted.has(pad)));
+  for (const tie of ties) tie.element.classList.toggle('on', cells.has(tie.cell) || pads.has(tie.pad));
+  for (const {element, place: row} of tableLines) element.classList.toggle('on', row.cells.some(cell => cells.has(cell)) || row.pads.some(pad => wanted.has(pad)));
 }
 
 function select(place) {
   selected = place;
-  markSelection(place, 'on');
+  markSelection(place);
   $('details').replaceChildren();
   for (const pad of place.pads.slice(0, 40)) tell($('details'), padFacts(pad));
   for (const cell of place.cells.slice(0, 40)) tell($('details'), cellFacts(cell, place.cells.length === 1));
@@ -294,9 +296,9 @@ $('ring-view').addEventListener('pointerover', event => {
   else if (event.target.closest('.tap')) showTip(event, [[['TAP'], ['instance', chip.tap.inst], ['class', chip.tap.class], ['cells', String(chip.cells.length)]]]);
   else $('tip').hidden = true;
   const shown = place || {cells: [], pads: []};
-  markSelection({cells: [...selected.cells, ...shown.cells], pads: [...selected.pads, ...shown.pads]}, 'on');
+  markSelection({cells: [...selected.cells, ...shown.cells], pads: [...selected.pads, ...shown.pads]});
 });
-$('ring-view').addEventListener('pointerleave', () => { $('tip').hidden = true; markSelection(selected, 'on'); });
+$('ring-view').addEventListener('pointerleave', () => { $('tip').hidden = true; markSelection(selected); });
 $('ring-view').addEventListener('click', event => {
   const finding = event.target.closest('[data-finding]'), place = placeOf(event.target);
   if (drag && drag.isFar) return;
@@ -381,10 +383,10 @@ function sortTable(column) {
   rows = (rows || tableRows()).sort(order);
   const body = document.querySelector('#table-view tbody');
   body.replaceChildren();
+  tableLines = [];
   for (const row of rows) {
     const line = make('tr', body);
-    line.dataset.cell = row.place.cells.join('');
-    line.dataset.pad = row.place.pads.join('');
+    tableLines.push({element: line, place: row.place});
     line.onclick = () => jump(row.place);
     for (const [name, text] of COLUMNS) {
       const cell = make('td', line);
@@ -400,7 +402,7 @@ function sortTable(column) {
   const heads = document.querySelector('#table-view thead tr');
   heads.replaceChildren();
   COLUMNS.forEach(([name], i) => { make('th', heads, name + (i === column ? isDown ? ' \u25bc' : ' \u25b2' : '')).onclick = () => sortTable(i); });
-  markSelection(selected, 'on');
+  markSelection(selected);
 }
 
 // ---- buffer trees -----------------------------------------------------------------------------------
@@ -427,20 +429,27 @@ function showTree(tree) {
   const most = Math.max(...tree.branches.map((branch, i) => branch.cells.length + branch.others + tree.branches.filter(row => row.parent === i).length));
   make('h2', box, `${tree.signal}: ${tree.pin} of the TAP`);
   make('p', box, `${tree.loads} loads, ${buffers} buffers, longest path ${tree.levels} ${tree.levels === 1 ? 'buffer' : 'buffers'}, at most ${most} pins on one net`);
-  const {places, width} = placeTree(tree), svg = draw('svg', make('div', box), {width: width + 8, height: (tree.levels + 1) * LEVEL});
+  const levels = [];
+  for (const branch of tree.branches) if (branch.parent >= 0) levels[branch.level] = (levels[branch.level] || 0) + 1;
+  if (buffers) make('p', box, levels.map((count, level) => `level ${level}: ${count}`).filter(word => word).join(', '));
+  // Cells and pins at a branch and behind it; parents stand before children.
+  const below = tree.branches.map(branch => branch.cells.length + branch.others);
+  for (let i = below.length - 1; i > 0; --i) below[tree.branches[i].parent] += below[i];
+  const {places, width} = placeTree(tree), frame = make('div', box), svg = draw('svg', frame, {width: width + 8, height: (tree.levels + 1) * LEVEL});
   const y = branch => branch.level * LEVEL + 16, shift = tree.branches.length === 1 ? 40 : 4;
   tree.branches.forEach((branch, i) => {
     if (branch.parent >= 0)
       draw('line', svg, {x1: places[i] + shift, y1: y(branch), x2: places[branch.parent] + shift, y2: y(tree.branches[branch.parent])});
   });
   tree.branches.forEach((branch, i) => {
-    const loads = branch.cells.length + branch.others, group = draw('g', svg, {class: branch.parent < 0 ? 'branch root' : 'branch'});
+    const group = draw('g', svg, {class: branch.parent < 0 ? 'branch root' : 'branch'});
     draw('rect', group, {x: places[i] + shift - 17, y: y(branch) - 11, width: 34, height: 22, rx: 4});
-    draw('text', group, {x: places[i] + shift, y: y(branch) + 4}, branch.parent < 0 && !loads ? 'TAP' : loads || '');
+    draw('text', group, {x: places[i] + shift, y: y(branch) + 4}, below[i]);
     group.onpointerover = event => showTip(event, [branchFacts(tree, branch)]);
     group.onpointerleave = () => { $('tip').hidden = true; };
     group.onclick = () => { if (branch.cells.length) { jump({cells: branch.cells, pads: []}); fit(); } };
   });
+  frame.scrollLeft = places[0] - frame.clientWidth / 2;
 }
 
 // ---- views ------------------------------------------------------------------------------------------

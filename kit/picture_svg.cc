@@ -17,6 +17,7 @@ constexpr const char *STYLE = R"(
 .ring .letter{text-anchor:middle;font-weight:bold;pointer-events:none}
 .ring .pin{fill:#666;font-size:9px}
 .ring .pad rect,.ring .cell rect,.ring .key rect{stroke:#222;stroke-width:1}
+.ring .count{font-size:9px;text-anchor:middle;stroke:#fff;stroke-width:3;paint-order:stroke}
 .ring .stub{stroke:#888;stroke-width:1}
 .ring .thread{fill:none;stroke:#222;stroke-width:1.6}
 .ring .arrow{fill:#222}
@@ -195,7 +196,7 @@ std::string slot_text(const PICTURE &picture, const PICTURE_SLOT &slot) {
            label_text(slot, slot.pads.size() == 1 ? pad.pin : "") + "</g>\n";
 }
 
-std::string mark_text(const PICTURE &picture, const PICTURE_MARK &mark) {
+std::string mark_text(const PICTURE &picture, const PICTURE_LAYOUT &layout, const PICTURE_MARK &mark) {
     PICTURE_KIND kind = picture.cells[static_cast<size_t>(mark.cells[0])].kind;
     std::string title = mark.cells.size() == 1
                             ? cell_title(picture, mark.cells[0])
@@ -203,8 +204,13 @@ std::string mark_text(const PICTURE &picture, const PICTURE_MARK &mark) {
     std::string stub;
     if (!picture.cells[static_cast<size_t>(mark.cells[0])].pads.empty()) {
         POINT at = edge_of(mark.box, false), in = INWARD[mark.box.side];
-        stub = format_text("<path class=\"stub\" d=\"M%.1f %.1fL%.1f %.1f\"/>", at.x, at.y, at.x - in.x * 10,
-                           at.y - in.y * 10);
+        stub = format_text("<path class=\"stub\" d=\"M%.1f %.1fL%.1f %.1f\"/>", at.x, at.y, at.x - in.x * layout.gap,
+                           at.y - in.y * layout.gap);
+    }
+    if (mark.cells.size() > 1) {
+        POINT at = edge_of(mark.box, true), in = INWARD[mark.box.side];
+        stub += format_text("<text class=\"count\" x=\"%.1f\" y=\"%.1f\">%zu</text>", at.x + in.x * 9, at.y + in.y * 9 + 3,
+                            mark.cells.size());
     }
     return format_text("<g class=\"cell k-%s\" data-cells=\"%s\">", PICTURE_KINDS[kind].word,
                        id_list(mark.cells).c_str()) +
@@ -344,6 +350,6 @@ std::string picture_svg(const PICTURE &picture, const PICTURE_LAYOUT &layout, co
         text += slot_text(picture, slot);
     // From TDI to TDO, as the thread runs.
     for (size_t i = layout.marks.size(); i-- > 0;)
-        text += mark_text(picture, layout.marks[i]);
+        text += mark_text(picture, layout, layout.marks[i]);
     return text + findings_text_of(picture, layout) + "</svg>\n";
 }
