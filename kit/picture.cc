@@ -18,7 +18,9 @@ constexpr KIT_OPTION OPTIONS[] = {
 
 /// The name of the plain SVG: the page's with another ending.
 std::string svg_name(const std::string &page) {
-    size_t dot = page.ends_with(".html") ? page.size() - 5 : page.ends_with(".htm") ? page.size() - 4 : page.size();
+    size_t dot = page.ends_with(".html")  ? page.size() - 5
+                 : page.ends_with(".htm") ? page.size() - 4
+                                          : page.size();
     return page.substr(0, dot) + ".svg";
 }
 

@@ -44,7 +44,7 @@ struct PICTURE_PAD {
     PICTURE_KIND kind = PICTURE_SKIPPED;
     std::string reason{};         ///< why no cell serves it
     std::vector<int32_t> cells{}; ///< that serve it, by number
-    int8_t tap_port = -1;       ///< STANDARD_PORT
+    int8_t tap_port = -1;         ///< STANDARD_PORT
 };
 
 struct PICTURE_CELL {
@@ -52,10 +52,10 @@ struct PICTURE_CELL {
     std::string function{}; ///< "input", "output3", ...
     std::string instance{}, class_name{};
     std::vector<int32_t> pads{};
-    int32_t control = -1;               ///< the cell that holds its pad's enable
-    int32_t disable = -1;               ///< value of that cell that turns the pad off
-    std::vector<int32_t> held{};          ///< pads of a control cell
-    std::vector<std::string> bsdl_rows{}; ///< as DESIGN.bsd has them
+    int32_t control = -1;                                    ///< the cell that holds its pad's enable
+    int32_t disable = -1;                                    ///< value of that cell that turns the pad off
+    std::vector<int32_t> held{};                             ///< pads of a control cell
+    std::vector<std::string> bsdl_rows{};                    ///< as DESIGN.bsd has them
     std::vector<std::pair<std::string, std::string>> nets{}; ///< pin and net
 };
 
@@ -69,15 +69,15 @@ struct PICTURE_FINDING {
 struct PICTURE_BRANCH {
     std::string instance{}, class_name{};
     int32_t parent = -1, level = 0; ///< level: buffers up to here
-    std::vector<int32_t> cells{};     ///< that hang right on it
+    std::vector<int32_t> cells{};   ///< that hang right on it
     int32_t others = 0;             ///< pins of pads and of the core on it
 };
 
 struct PICTURE_TREE {
     std::string signal{}, pin{};
     std::vector<PICTURE_BRANCH> branches{}; ///< the first is the TAP's pin; parents stand before children
-    int32_t levels = 0;                   ///< buffers on the longest path
-    int32_t loads = 0;                    ///< cells and others at all branches
+    int32_t levels = 0;                     ///< buffers on the longest path
+    int32_t loads = 0;                      ///< cells and others at all branches
 };
 
 struct PICTURE {

@@ -121,21 +121,27 @@ PICTURE_BOX box_at(const RING_FRAME &ring, int32_t side, double along, double de
     double near = ring.margin + depth, far = ring.margin + ring.square - depth - height;
     double forward = ring.margin + along, backward = ring.margin + ring.square - along - length;
     switch (side) {
-    case 0: return {near, forward, height, length, side};
-    case 1: return {forward, far, length, height, side};
-    case 2: return {far, backward, height, length, side};
-    default: return {backward, near, length, height, side};
+    case 0:
+        return {near, forward, height, length, side};
+    case 1:
+        return {forward, far, length, height, side};
+    case 2:
+        return {far, backward, height, length, side};
+    default:
+        return {backward, near, length, height, side};
     }
 }
 
 void place_marks(PICTURE_LAYOUT &layout, const RING_FRAME &ring, int32_t side, double along,
                  const SLOT_PLAN &plan, int32_t &place) {
-    double column = PITCH * static_cast<double>(plan.columns) / static_cast<double>(std::max<size_t>(plan.marks.size(), 1));
+    double column = PITCH * static_cast<double>(plan.columns) /
+                    static_cast<double>(std::max<size_t>(plan.marks.size(), 1));
     for (size_t i = 0; i < plan.marks.size(); ++i) {
         double middle = along + column * (static_cast<double>(i) + 0.5);
         PICTURE_MARK &mark = layout.marks[static_cast<size_t>(plan.marks[i])];
         mark.place = place++;
-        mark.box = box_at(ring, side, middle - CELL / 2, (PAD_DEPTH + GAP) * ring.deep, CELL, CELL * ring.deep);
+        mark.box =
+            box_at(ring, side, middle - CELL / 2, (PAD_DEPTH + GAP) * ring.deep, CELL, CELL * ring.deep);
     }
 }
 
@@ -146,7 +152,8 @@ void place_slots(PICTURE_LAYOUT &layout, const std::vector<SLOT_PLAN> &plans) {
     std::vector<int32_t> side_of(plans.size());
     double length_of[4] = {0, 0, 0, 0};
     for (size_t i = 0; i < plans.size(); before += plans[i].columns, ++i) {
-        side_of[i] = static_cast<int32_t>(std::min<size_t>(3, 4 * (2 * before + plans[i].columns) / (2 * columns)));
+        side_of[i] =
+            static_cast<int32_t>(std::min<size_t>(3, 4 * (2 * before + plans[i].columns) / (2 * columns)));
         length_of[side_of[i]] += PITCH * static_cast<double>(plans[i].columns);
         longest = std::max(longest, std::min(LONGEST_LABEL, layout.slots[i].label.size()));
     }

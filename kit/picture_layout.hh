@@ -1,7 +1,8 @@
 // Places of pads and cells in the picture, in units of a paper pixel with x to the right and y downwards.
 //
 // Pads go round counter-clockwise from the upper left corner, as packages count their pins. Each has as many
-// columns as cells stand at it, so that the thread is a smooth line wherever register and pins have one order.
+// columns as cells stand at it, so that the thread is a smooth line wherever register and pins have one
+// order.
 #pragma once
 
 #include "kit/picture.hh"

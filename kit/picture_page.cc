@@ -1,5 +1,5 @@
-// The page: the ring that one can walk about in, a table, and the buffer trees. All stands in the one file; the
-// data are JSON, and the script puts names on the page as text alone, never as markup.
+// The page: the ring that one can walk about in, a table, and the buffer trees. All stands in the one file;
+// the data are JSON, and the script puts names on the page as text alone, never as markup.
 #include "kit/picture_layout.hh"
 
 #include "kit/json.hh"
@@ -594,7 +594,8 @@ std::string finding_data(const PICTURE_FINDING &finding) {
     const CHECK_FINDING &said = *finding.said;
     std::string object;
     add_text(object, "severity", SEVERITIES[said.severity]);
-    add_text(object, "rule", (said.rule->number > 0 ? std::to_string(said.rule->number) + " " : "") + said.rule->name);
+    add_text(object, "rule",
+             (said.rule->number > 0 ? std::to_string(said.rule->number) + " " : "") + said.rule->name);
     add_text(object, "text", said.text);
     add_text(object, "effect", said.rule->effect);
     add_text(object, "cure", said.rule->cure);

@@ -79,8 +79,7 @@ void take_pads(PICTURE_READER &reader) {
     for (const PIN_ENTRY *row : rows(PIN_TABLE)) {
         if (!is_package_pin(*row))
             continue;
-        auto at =
-            reader.port_of_name.find(row->top_name != nullptr ? without_minus(row->top_name) : "");
+        auto at = reader.port_of_name.find(row->top_name != nullptr ? without_minus(row->top_name) : "");
         PICTURE_PAD pad{.port = clean(row->top_name != nullptr ? without_minus(row->top_name) : nullptr),
                         .pin = clean(row->number),
                         .package_name = clean(row->package_name),
@@ -93,7 +92,8 @@ void take_pads(PICTURE_READER &reader) {
     }
     for (int32_t port = 0; port < port_count; ++port)
         if (reader.pad_of_port[static_cast<size_t>(port)] < 0)
-            add_pad(reader, {.port = clean(chip_port_name(port)), .pin = "", .package_name = "", .direction = ""},
+            add_pad(reader,
+                    {.port = clean(chip_port_name(port)), .pin = "", .package_name = "", .direction = ""},
                     port);
 }
 
@@ -146,9 +146,9 @@ void describe_pads(PICTURE_READER &reader) {
 constexpr struct {
     PICTURE_KIND kind;
     const char *word;
-} ROW_KINDS[] = {{PICTURE_INPUT, "input"},     {PICTURE_CLOCK, "clock"},     {PICTURE_OBSERVE, "observe"},
-                 {PICTURE_OUTPUT, "output2"},  {PICTURE_OUTPUT, "output3"},  {PICTURE_OUTPUT, "open"},
-                 {PICTURE_BIDIR, "bidir"},     {PICTURE_CONTROL, "control"}, {PICTURE_INTERNAL, "internal"}};
+} ROW_KINDS[] = {{PICTURE_INPUT, "input"},    {PICTURE_CLOCK, "clock"},     {PICTURE_OBSERVE, "observe"},
+                 {PICTURE_OUTPUT, "output2"}, {PICTURE_OUTPUT, "output3"},  {PICTURE_OUTPUT, "open"},
+                 {PICTURE_BIDIR, "bidir"},    {PICTURE_CONTROL, "control"}, {PICTURE_INTERNAL, "internal"}};
 
 /// A pad takes the kind of the cells that drive it, or else of the first that watches it.
 PICTURE_KIND joined_kind(PICTURE_KIND known, PICTURE_KIND added) {
@@ -236,8 +236,12 @@ void read_branch(const PICTURE_READER &reader, PICTURE_TREE &tree, size_t at, in
         const WALK_CLASS none, &row = class_id < 0 ? none : walk.classes[static_cast<size_t>(class_id)];
         bool is_buffer = row.passes && walk.pad_of_obj[static_cast<size_t>(obj)] < 0;
         if (is_buffer && next == obj_tab[obj].first_node + row.input && seen.insert(obj).second) {
-            tree.branches.push_back({clean(chip_instance_name(obj)), clean(chip_class_name(class_id)),
-                                     static_cast<int32_t>(at), tree.branches[at].level + 1, {}, 0});
+            tree.branches.push_back({clean(chip_instance_name(obj)),
+                                     clean(chip_class_name(class_id)),
+                                     static_cast<int32_t>(at),
+                                     tree.branches[at].level + 1,
+                                     {},
+                                     0});
             outputs.push_back(obj_tab[obj].first_node + row.output);
             tree.levels = std::max(tree.levels, tree.branches.back().level);
         } else if (auto cell = reader.cell_of_obj.find(obj); cell != reader.cell_of_obj.end()) {

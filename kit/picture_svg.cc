@@ -62,7 +62,9 @@ POINT leaves(const PICTURE_BOX &box, POINT to) {
 
 LEG straight(POINT from, POINT to) {
     double length = std::max(std::hypot(to.x - from.x, to.y - from.y), 1e-6);
-    return {format_text("M%.1f %.1fL%.1f %.1f", from.x, from.y, to.x, to.y), from, to,
+    return {format_text("M%.1f %.1fL%.1f %.1f", from.x, from.y, to.x, to.y),
+            from,
+            to,
             {(to.x - from.x) / length, (to.y - from.y) / length}};
 }
 
@@ -76,15 +78,17 @@ LEG leg_between(const PICTURE_LAYOUT &layout, const PICTURE_MARK &a, const PICTU
     POINT u = INWARD[a.box.side], v = INWARD[b.box.side];
     return {format_text("M%.1f %.1fC%.1f %.1f %.1f %.1f %.1f %.1f", from.x, from.y, from.x + u.x * bow,
                         from.y + u.y * bow, to.x + v.x * bow, to.y + v.y * bow, to.x, to.y),
-            from, to, {-v.x, -v.y}};
+            from,
+            to,
+            {-v.x, -v.y}};
 }
 
 /// An arrow head whose tip is at the point.
 std::string arrow(POINT tip, POINT heading, double size, const char *name) {
     double bx = tip.x - heading.x * size, by = tip.y - heading.y * size;
     double sx = -heading.y * size * 0.55, sy = heading.x * size * 0.55;
-    return format_text("<path class=\"arrow %s\" d=\"M%.1f %.1fL%.1f %.1fL%.1f %.1fZ\"/>\n", name, tip.x, tip.y,
-                       bx + sx, by + sy, bx - sx, by - sy);
+    return format_text("<path class=\"arrow %s\" d=\"M%.1f %.1fL%.1f %.1fL%.1f %.1fZ\"/>\n", name, tip.x,
+                       tip.y, bx + sx, by + sy, bx - sx, by - sy);
 }
 
 // ---- the thread ---------------------------------------------------------------------------------------
@@ -119,18 +123,25 @@ std::vector<LEG> thread_legs(const PICTURE_LAYOUT &layout, const PICTURE &pictur
     return legs;
 }
 
-std::string thread_text(const PICTURE_LAYOUT &layout, const PICTURE &picture) {
+/// The thread with its arrows; those that are seen from afar are for the end of the drawing, above the cells.
+struct THREAD_TEXT {
+    std::string near, afar;
+};
+
+THREAD_TEXT thread_text(const PICTURE_LAYOUT &layout, const PICTURE &picture) {
     std::vector<LEG> legs = thread_legs(layout, picture);
-    std::string path, arrows;
+    std::string path;
+    THREAD_TEXT text;
     size_t every = std::max<size_t>(legs.size() / 32, 1);
     for (size_t i = 0; i < legs.size(); ++i) {
         path += legs[i].path;
-        arrows += arrow(legs[i].to, legs[i].heading, 6, "near");
+        text.near += arrow(legs[i].to, legs[i].heading, 6, "near");
         bool is_end = i == 0 || i + 1 == legs.size();
         if (legs.size() > SMALL_CHIP && (is_end || i % every == every / 2))
-            arrows += arrow(legs[i].to, legs[i].heading, layout.width / 90, "afar");
+            text.afar += arrow(legs[i].to, legs[i].heading, layout.width / 90, "afar");
     }
-    return "<path class=\"thread\" d=\"" + path + "\"/>\n" + arrows;
+    text.near = "<path class=\"thread\" d=\"" + path + "\"/>\n" + text.near;
+    return text;
 }
 
 // ---- pads, cells, TAP ---------------------------------------------------------------------------------
@@ -138,8 +149,8 @@ std::string thread_text(const PICTURE_LAYOUT &layout, const PICTURE &picture) {
 std::string box_text(const PICTURE_BOX &box, PICTURE_KIND kind, bool is_round) {
     const PICTURE_KIND_INFO &info = PICTURE_KINDS[kind];
     POINT middle = middle_of(box);
-    return format_text("<rect x=\"%.1f\" y=\"%.1f\" width=\"%.1f\" height=\"%.1f\"%s fill=\"%s\"/>", box.x, box.y,
-                       box.w, box.h, is_round ? " rx=\"5\"" : "", info.fill) +
+    return format_text("<rect x=\"%.1f\" y=\"%.1f\" width=\"%.1f\" height=\"%.1f\"%s fill=\"%s\"/>", box.x,
+                       box.y, box.w, box.h, is_round ? " rx=\"5\"" : "", info.fill) +
            format_text("<text class=\"letter\" x=\"%.1f\" y=\"%.1f\" fill=\"%s\">%s</text>", middle.x,
                        middle.y + 4, info.ink, info.letter);
 }
@@ -151,10 +162,12 @@ std::string label_text(const PICTURE_SLOT &slot, const std::string &pin) {
     POINT text = {at.x - in.x * 5 + (is_turned ? 4 : 0), at.y - in.y * 5 + (is_turned ? 0 : 4)};
     std::string turn = is_turned ? format_text(" transform=\"rotate(-90 %.1f %.1f)\"", text.x, text.y) : "";
     std::string name = xml_text(short_label(slot.label, LONGEST_LABEL));
-    std::string number = pin.empty() ? "" : "<tspan class=\"pin\">" + xml_text(short_label(pin, 6)) + "</tspan>";
+    std::string number =
+        pin.empty() ? "" : "<tspan class=\"pin\">" + xml_text(short_label(pin, 6)) + "</tspan>";
     return format_text("<text class=\"name\" x=\"%.1f\" y=\"%.1f\" text-anchor=\"%s\"%s>", text.x, text.y,
                        ends_here ? "end" : "start", turn.c_str()) +
-           (ends_here ? number + (number.empty() ? "" : " ") + name : name + (number.empty() ? "" : " ") + number) +
+           (ends_here ? number + (number.empty() ? "" : " ") + name
+                      : name + (number.empty() ? "" : " ") + number) +
            "</text>";
 }
 
@@ -173,7 +186,8 @@ std::string cell_title(const PICTURE &picture, int32_t number) {
     std::string text = format_text("cell %d, %s", number, cell.function.c_str());
     for (int32_t pad : cell.pads)
         text += ", port " + picture.pads[static_cast<size_t>(pad)].port;
-    return text + (cell.control < 0 ? "" : format_text(", control cell %d", cell.control)) + ", " + cell.instance;
+    return text + (cell.control < 0 ? "" : format_text(", control cell %d", cell.control)) + ", " +
+           cell.instance;
 }
 
 std::string id_list(const std::vector<int32_t> &ids) {
@@ -204,13 +218,13 @@ std::string mark_text(const PICTURE &picture, const PICTURE_LAYOUT &layout, cons
     std::string stub;
     if (!picture.cells[static_cast<size_t>(mark.cells[0])].pads.empty()) {
         POINT at = edge_of(mark.box, false), in = INWARD[mark.box.side];
-        stub = format_text("<path class=\"stub\" d=\"M%.1f %.1fL%.1f %.1f\"/>", at.x, at.y, at.x - in.x * layout.gap,
-                           at.y - in.y * layout.gap);
+        stub = format_text("<path class=\"stub\" d=\"M%.1f %.1fL%.1f %.1f\"/>", at.x, at.y,
+                           at.x - in.x * layout.gap, at.y - in.y * layout.gap);
     }
     if (mark.cells.size() > 1) {
         POINT at = edge_of(mark.box, true), in = INWARD[mark.box.side];
-        stub += format_text("<text class=\"count\" x=\"%.1f\" y=\"%.1f\">%zu</text>", at.x + in.x * 9, at.y + in.y * 9 + 3,
-                            mark.cells.size());
+        stub += format_text("<text class=\"count\" x=\"%.1f\" y=\"%.1f\">%zu</text>", at.x + in.x * 9,
+                            at.y + in.y * 9 + 3, mark.cells.size());
     }
     return format_text("<g class=\"cell k-%s\" data-cells=\"%s\">", PICTURE_KINDS[kind].word,
                        id_list(mark.cells).c_str()) +
@@ -225,12 +239,14 @@ std::string ties_text(const PICTURE &picture, const PICTURE_LAYOUT &layout) {
             const PICTURE_BOX &cell = layout.marks[static_cast<size_t>(layout.mark_of_cell[i])].box;
             const PICTURE_BOX &box =
                 layout.slots[static_cast<size_t>(layout.slot_of_pad[static_cast<size_t>(pad)])].box;
-            POINT from = edge_of(cell, true), to = edge_of(box, true), u = INWARD[cell.side], v = INWARD[box.side];
+            POINT from = edge_of(cell, true), to = edge_of(box, true), u = INWARD[cell.side],
+                  v = INWARD[box.side];
             double bow = std::min(10 + std::hypot(to.x - from.x, to.y - from.y) * 0.3, layout.width * 0.3);
-            text += format_text("<path class=\"tie\" data-cell=\"%zu\" data-pad=\"%d\" d=\"M%.1f %.1fC%.1f %.1f %.1f "
-                                "%.1f %.1f %.1f\"/>\n",
-                                i, pad, from.x, from.y, from.x + u.x * bow, from.y + u.y * bow,
-                                to.x + v.x * (bow + 30), to.y + v.y * (bow + 30), to.x, to.y);
+            text += format_text(
+                "<path class=\"tie\" data-cell=\"%zu\" data-pad=\"%d\" d=\"M%.1f %.1fC%.1f %.1f %.1f "
+                "%.1f %.1f %.1f\"/>\n",
+                i, pad, from.x, from.y, from.x + u.x * bow, from.y + u.y * bow, to.x + v.x * (bow + 30),
+                to.y + v.y * (bow + 30), to.x, to.y);
         }
     return text;
 }
@@ -241,8 +257,8 @@ std::string test_word(const PICTURE_BOX &box, const char *word) {
     bool is_turned = box.side % 2 == 1, begins_here = box.side == 0 || box.side == 1;
     POINT at = {edge.x + in.x * 8 + (is_turned ? 4 : 0), edge.y + in.y * 8 + (is_turned ? 0 : 4)};
     std::string turn = is_turned ? format_text(" transform=\"rotate(-90 %.1f %.1f)\"", at.x, at.y) : "";
-    return format_text("<text class=\"word\" x=\"%.1f\" y=\"%.1f\" text-anchor=\"%s\"%s>%s</text>\n", at.x, at.y,
-                       begins_here ? "start" : "end", turn.c_str(), word);
+    return format_text("<text class=\"word\" x=\"%.1f\" y=\"%.1f\" text-anchor=\"%s\"%s>%s</text>\n", at.x,
+                       at.y, begins_here ? "start" : "end", turn.c_str(), word);
 }
 
 /// The TAP with lines to the pads of the test port.
@@ -258,16 +274,18 @@ std::string tap_text(const PICTURE &picture, const PICTURE_LAYOUT &layout) {
         POINT tip = leg.to;
         if (pad.tap_port == 1)
             leg = straight(tip, at);
-        text += "<path class=\"test\" d=\"" + leg.path + "\"/>" + arrow(leg.to, leg.heading, 7, "test-arrow") +
+        text += "<path class=\"test\" d=\"" + leg.path + "\"/>" +
+                arrow(leg.to, leg.heading, 7, "test-arrow") +
                 test_word(layout.slots[static_cast<size_t>(layout.slot_of_pad[i])].box, WORDS[pad.tap_port]);
     }
     double size = layout.tap.w / 7;
     POINT middle = middle_of(layout.tap);
     return text +
-           format_text("<g class=\"tap\"><title>%s</title><rect x=\"%.1f\" y=\"%.1f\" width=\"%.1f\" height=\"%.1f\" "
-                       "rx=\"8\" fill=\"%s\" stroke=\"#222\"/>",
-                       xml_text("TAP " + picture.tap_instance + ", " + picture.tap_class).c_str(), layout.tap.x,
-                       layout.tap.y, layout.tap.w, layout.tap.h, PICTURE_KINDS[PICTURE_TAP].fill) +
+           format_text(
+               "<g class=\"tap\"><title>%s</title><rect x=\"%.1f\" y=\"%.1f\" width=\"%.1f\" height=\"%.1f\" "
+               "rx=\"8\" fill=\"%s\" stroke=\"#222\"/>",
+               xml_text("TAP " + picture.tap_instance + ", " + picture.tap_class).c_str(), layout.tap.x,
+               layout.tap.y, layout.tap.w, layout.tap.h, PICTURE_KINDS[PICTURE_TAP].fill) +
            format_text("<text x=\"%.1f\" y=\"%.1f\" fill=\"#fff\" text-anchor=\"middle\" "
                        "style=\"font-size:%.1fpx;font-weight:bold\">TAP</text>",
                        middle.x, middle.y, size * 1.5) +
@@ -286,14 +304,16 @@ std::string findings_text_of(const PICTURE &picture, const PICTURE_LAYOUT &layou
             continue;
         const PICTURE_BOX &box =
             finding.cell >= 0
-                ? layout.marks[static_cast<size_t>(layout.mark_of_cell[static_cast<size_t>(finding.cell)])].box
+                ? layout.marks[static_cast<size_t>(layout.mark_of_cell[static_cast<size_t>(finding.cell)])]
+                      .box
             : finding.pad >= 0
                 ? layout.slots[static_cast<size_t>(layout.slot_of_pad[static_cast<size_t>(finding.pad)])].box
                 : layout.tap;
         double x = box.x + box.w, y = box.y + 3;
-        text += format_text("<path class=\"mark %s\" data-finding=\"%zu\" d=\"M%.1f %.1fL%.1f %.1fL%.1f %.1fZ\">",
-                            SEVERITIES[finding.said->severity], i, x, y - 8, x + 6, y + 4, x - 6, y + 4) +
-                "<title>" + xml_text(finding.said->text) + "</title></path>\n";
+        text +=
+            format_text("<path class=\"mark %s\" data-finding=\"%zu\" d=\"M%.1f %.1fL%.1f %.1fL%.1f %.1fZ\">",
+                        SEVERITIES[finding.said->severity], i, x, y - 8, x + 6, y + 4, x - 6, y + 4) +
+            "<title>" + xml_text(finding.said->text) + "</title></path>\n";
     }
     return text;
 }
@@ -302,13 +322,13 @@ std::string findings_text_of(const PICTURE &picture, const PICTURE_LAYOUT &layou
 std::string legend_text(const PICTURE &picture, const PICTURE_LAYOUT &layout) {
     double scale = layout.marks.size() > SMALL_CHIP ? layout.width / 900 : 1;
     double place = layout.marks.size() > SMALL_CHIP ? layout.width * 0.14 : 0;
-    std::string text = format_text("<g class=\"legend\" transform=\"translate(%.1f %.1f) scale(%.2f)\">", place, place, scale);
+    std::string text = format_text("<g class=\"legend\" transform=\"translate(%.1f %.1f) scale(%.2f)\">",
+                                   place, place, scale);
     text += format_text("<text x=\"8\" y=\"16\" style=\"font-size:14px;font-weight:bold\">%s</text>",
                         xml_text(short_label(picture.design, 24)).c_str());
     double y = 24;
     for (size_t kind = 0; kind < PICTURE_KIND_COUNT; ++kind, y += 15)
-        text += "<g class=\"key\">" +
-                box_text({8, y, 13, 13, 0}, static_cast<PICTURE_KIND>(kind), false) +
+        text += "<g class=\"key\">" + box_text({8, y, 13, 13, 0}, static_cast<PICTURE_KIND>(kind), false) +
                 format_text("<text x=\"26\" y=\"%.1f\">%s</text></g>", y + 10.5, PICTURE_KINDS[kind].label);
     return text + "</g>\n";
 }
@@ -323,20 +343,31 @@ std::string xml_text(const std::string &text) {
     std::string good;
     for (char c : text)
         switch (c) {
-        case '&': good += "&amp;"; break;
-        case '<': good += "&lt;"; break;
-        case '>': good += "&gt;"; break;
-        case '"': good += "&quot;"; break;
-        case '\'': good += "&#39;"; break;
-        default: good += c;
+        case '&':
+            good += "&amp;";
+            break;
+        case '<':
+            good += "&lt;";
+            break;
+        case '>':
+            good += "&gt;";
+            break;
+        case '"':
+            good += "&quot;";
+            break;
+        case '\'':
+            good += "&#39;";
+            break;
+        default:
+            good += c;
         }
     return good;
 }
 
 std::string picture_svg(const PICTURE &picture, const PICTURE_LAYOUT &layout, const char *id, bool alone) {
-    std::string text =
-        format_text("<svg xmlns=\"http://www.w3.org/2000/svg\" id=\"%s\" class=\"ring%s\" viewBox=\"0 0 %.0f %.0f\"", id,
-                    layout.marks.size() > SMALL_CHIP ? " large" : "", layout.width, layout.height);
+    std::string text = format_text(
+        "<svg xmlns=\"http://www.w3.org/2000/svg\" id=\"%s\" class=\"ring%s\" viewBox=\"0 0 %.0f %.0f\"", id,
+        layout.marks.size() > SMALL_CHIP ? " large" : "", layout.width, layout.height);
     if (alone)
         text += format_text(" width=\"%.0f\" height=\"%.0f\"><style>%s</style>\n"
                             "<rect width=\"100%%\" height=\"100%%\" fill=\"#fff\"/>\n%s",
@@ -345,11 +376,12 @@ std::string picture_svg(const PICTURE &picture, const PICTURE_LAYOUT &layout, co
         text += ">\n";
     text += "<g class=\"ties\">\n" + ties_text(picture, layout) + "</g>\n";
     text += tap_text(picture, layout);
-    text += thread_text(layout, picture);
+    THREAD_TEXT thread = thread_text(layout, picture);
+    text += thread.near;
     for (const PICTURE_SLOT &slot : layout.slots)
         text += slot_text(picture, slot);
     // From TDI to TDO, as the thread runs.
     for (size_t i = layout.marks.size(); i-- > 0;)
         text += mark_text(picture, layout, layout.marks[i]);
-    return text + findings_text_of(picture, layout) + "</svg>\n";
+    return text + thread.afar + findings_text_of(picture, layout) + "</svg>\n";
 }
