@@ -36,7 +36,7 @@ seen.far = ring().classList.contains('far');
 type(SEARCH);
 seen.found = $('details').textContent;
 seen.count = $('found').textContent;
-const target = ring().querySelector('.on'), before = shown();
+const target = ring().querySelector('.cell.on, .pad.on'), before = shown();
 const place = target.getBoundingClientRect(), frame = $('ring-view').getBoundingClientRect();
 seen.inside = place.left >= frame.left && place.right <= frame.right && place.top >= frame.top && place.bottom <= frame.bottom;
 over(target, 'pointerover');
