@@ -318,15 +318,25 @@ std::string findings_text_of(const PICTURE &picture, const PICTURE_LAYOUT &layou
     return text;
 }
 
+/// True when the pads of the test port, whose lines run to the TAP, stand in the lower half.
+bool is_test_port_below(const PICTURE &picture, const PICTURE_LAYOUT &layout) {
+    double sum = 0;
+    for (size_t i = 0; i < picture.pads.size(); ++i)
+        if (picture.pads[i].tap_port >= 0)
+            sum += layout.slots[static_cast<size_t>(layout.slot_of_pad[i])].box.y - layout.height / 2;
+    return sum > 0;
+}
+
 /// What the colours and letters mean: in the empty corner, or inside a large ring, where it can be seen.
 std::string legend_text(const PICTURE &picture, const PICTURE_LAYOUT &layout) {
-    double scale = layout.marks.size() > SMALL_CHIP ? layout.width / 900 : 1;
-    double place = layout.marks.size() > SMALL_CHIP ? layout.width * 0.14 : 0;
-    std::string text = format_text("<g class=\"legend\" transform=\"translate(%.1f %.1f) scale(%.2f)\">",
-                                   place, place, scale);
+    bool is_large = layout.marks.size() > SMALL_CHIP;
+    double scale = is_large ? layout.width / 900 : 1;
+    double x = is_large ? layout.width * 0.44 : 0;
+    double y = 24, down = !is_large ? 0 : layout.height * (is_test_port_below(picture, layout) ? 0.12 : 0.66);
+    std::string text =
+        format_text("<g class=\"legend\" transform=\"translate(%.1f %.1f) scale(%.2f)\">", x, down, scale);
     text += format_text("<text x=\"8\" y=\"16\" style=\"font-size:14px;font-weight:bold\">%s</text>",
                         xml_text(short_label(picture.design, 24)).c_str());
-    double y = 24;
     for (size_t kind = 0; kind < PICTURE_KIND_COUNT; ++kind, y += 15)
         text += "<g class=\"key\">" + box_text({8, y, 13, 13, 0}, static_cast<PICTURE_KIND>(kind), false) +
                 format_text("<text x=\"26\" y=\"%.1f\">%s</text></g>", y + 10.5, PICTURE_KINDS[kind].label);
@@ -368,10 +378,17 @@ std::string picture_svg(const PICTURE &picture, const PICTURE_LAYOUT &layout, co
     std::string text = format_text(
         "<svg xmlns=\"http://www.w3.org/2000/svg\" id=\"%s\" class=\"ring%s\" viewBox=\"0 0 %.0f %.0f\"", id,
         layout.marks.size() > SMALL_CHIP ? " large" : "", layout.width, layout.height);
+    // On paper a large ring is seen as a whole: its thread is thick, and lines to the pads would be fog.
+    std::string large =
+        layout.marks.size() <= SMALL_CHIP
+            ? ""
+            : format_text(".ring .thread,.ring .test{stroke-width:%.1f}\n.ring .tie{display:none}\n",
+                          layout.width / 900);
     if (alone)
-        text += format_text(" width=\"%.0f\" height=\"%.0f\"><style>%s</style>\n"
+        text += format_text(" width=\"%.0f\" height=\"%.0f\"><style>%s%s</style>\n"
                             "<rect width=\"100%%\" height=\"100%%\" fill=\"#fff\"/>\n%s",
-                            layout.width, layout.height, STYLE, legend_text(picture, layout).c_str());
+                            layout.width, layout.height, STYLE, large.c_str(),
+                            legend_text(picture, layout).c_str());
     else
         text += ">\n";
     text += "<g class=\"ties\">\n" + ties_text(picture, layout) + "</g>\n";
