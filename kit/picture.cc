@@ -32,6 +32,8 @@ void show(const KIT_CALL &call, const PICTURE &picture, const std::vector<std::s
     else
         std::printf("%s, %s: %zu pads, %zu boundary cells, %zu findings\n", written[0].c_str(),
                     written[1].c_str(), picture.pads.size(), picture.cells.size(), picture.findings.size());
+    if (!picture.is_whole && !kit_has(call, "json"))
+        std::printf("the chain is broken: the cells up to there are shown, and no pads with them\n");
 }
 
 int run_picture(const KIT_CALL &call) {

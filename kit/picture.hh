@@ -81,6 +81,7 @@ struct PICTURE_TREE {
 };
 
 struct PICTURE {
+    bool is_whole = false; ///< false when the chain ends before TDO: cells up to there, counted from there
     std::string design{}, package{};
     std::string tap_instance{}, tap_class{};
     std::vector<PICTURE_PAD> pads{};   ///< in the order of the pin file

@@ -109,6 +109,8 @@ std::string reason_of(const PICTURE_READER &reader, int32_t port) {
             return skip->value == nullptr
                        ? "in %SKIP_SIGNAL_NAMES"
                        : format_text("in %%SKIP_SIGNAL_NAMES, held at %s", clean(skip->value).c_str());
+    if (!reader.picture.is_whole)
+        return "not known: the chain is broken";
     if (known.same_net >= 0)
         return "on the net of port " + clean(chip_port_name(known.same_net));
     for (const WALK_PAD_ROW &pad : reader.found.walk.pads)
@@ -200,6 +202,8 @@ void take_cells(PICTURE_READER &reader) {
     }
     for (const REGISTER_ROW &row : reader.found.rows)
         take_row(reader, row);
+    for (PICTURE_CELL &cell : reader.picture.cells)
+        cell.function = reader.picture.is_whole ? cell.function : "not known: the chain is broken";
 }
 
 /// The rows that a written description has: `"12 (BC_1, txd, output2, X)," &`.
@@ -330,6 +334,7 @@ void read_picture(PICTURE &picture, const FINISHED_RUN &run, std::vector<CHECK_F
         picture.tap_instance = clean(chip_instance_name(reader.found.tap_obj));
         picture.tap_class = clean(chip_class_name(obj_tab[reader.found.tap_obj].class_id));
     }
+    picture.is_whole = !reader.found.rows.empty();
     take_pads(reader);
     take_cells(reader);
     describe_pads(reader);

@@ -119,7 +119,8 @@ std::vector<LEG> thread_legs(const PICTURE_LAYOUT &layout, const PICTURE &pictur
                                        layout.marks[static_cast<size_t>(leg.second)]));
         is_done[at] = true;
     }
-    legs.push_back(straight(out, leaves(layout.tap, out)));
+    if (picture.is_whole)
+        legs.push_back(straight(out, leaves(layout.tap, out)));
     return legs;
 }
 
@@ -290,8 +291,10 @@ std::string tap_text(const PICTURE &picture, const PICTURE_LAYOUT &layout) {
                        "style=\"font-size:%.1fpx;font-weight:bold\">TAP</text>",
                        middle.x, middle.y, size * 1.5) +
            format_text("<text x=\"%.1f\" y=\"%.1f\" fill=\"#fff\" text-anchor=\"middle\" "
-                       "style=\"font-size:%.1fpx\">%zu cells</text></g>\n",
-                       middle.x, middle.y + size * 1.4, size * 0.9, picture.cells.size());
+                       "style=\"font-size:%.1fpx\">%s</text></g>\n",
+                       middle.x, middle.y + size * 1.4, size * 0.8,
+                       picture.is_whole ? format_text("%zu cells", picture.cells.size()).c_str()
+                                        : "chain broken");
 }
 
 /// A triangle at the place of each finding.
