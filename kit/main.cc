@@ -9,7 +9,8 @@
 
 namespace {
 
-constexpr const KIT_VERB *VERBS[] = {&kit_start, &kit_doctor, &kit_run, &kit_check, &kit_bsdl, &kit_patterns, &kit_prove};
+constexpr const KIT_VERB *VERBS[] = {&kit_start, &kit_doctor,   &kit_run,   &kit_check,
+                                     &kit_bsdl,  &kit_patterns, &kit_prove, &kit_picture};
 
 std::string program_help() {
     std::string text = "Usage: rimkit VERB [options] DESIGN\n\n";

@@ -10,3 +10,4 @@ extern const KIT_VERB kit_bsdl;
 extern const KIT_VERB kit_patterns;
 extern const KIT_VERB kit_check;
 extern const KIT_VERB kit_prove;
+extern const KIT_VERB kit_picture;

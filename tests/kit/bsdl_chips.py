@@ -314,7 +314,7 @@ def test_faults(bench, given):
         raise Failed("\n".join(missed))
 
 
-def main():
+def main(tests=globals()):
     options = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawTextHelpFormatter)
     for name in ("--chip", "--bin", "--work", "--chips"):
         options.add_argument(name, type=str if name == "--chip" else pathlib.Path, required=name != "--chips", default=HERE)
@@ -322,7 +322,7 @@ def main():
     shutil.rmtree(given.work, ignore_errors=True)
     given.work.mkdir(parents=True)
     try:
-        return globals()["test_" + given.chip.partition(":")[0]](Bench(given.bin.resolve(), given.work.resolve()), given) or 0
+        return tests["test_" + given.chip.partition(":")[0]](Bench(given.bin.resolve(), given.work.resolve()), given) or 0
     except (Failed, bsdl_reader.BsdlError) as fault:
         sys.exit(f"FAILED: {given.chip}: {fault}")
 
