@@ -166,7 +166,7 @@ std::vector<DELIVERED> deliver(const KIT_CALL &call, const RUN_WORDS &words) {
         if (std::string low = lower_case(word);
             low == "-add_tap_only" || low == "-no_expand" || low == "-add_bcm") {
             kit_note(
-                "check, bsdl, patterns and prove need the whole chip with its TAP; with %s there is none.",
+                "check, bsdl, patterns, prove and picture need the whole chip with its TAP; with %s there is none.",
                 word.c_str());
             return {};
         }
@@ -207,7 +207,7 @@ void show_summary(const KIT_CALL &call, const RUN_WORDS &words, const RUN_SUMMAR
 /// Those of `start`, and what the end of the run takes.
 std::vector<KIT_OPTION> run_options() {
     std::vector<KIT_OPTION> options(start_options.begin(), start_options.end());
-    options.push_back({"no-delivery", nullptr, "leave out check, bsdl, patterns and prove"});
+    options.push_back({"no-delivery", nullptr, "leave out check, bsdl, patterns, prove and picture"});
     return options;
 }
 const std::vector<KIT_OPTION> OPTIONS = run_options();

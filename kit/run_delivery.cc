@@ -17,8 +17,11 @@ struct DELIVERY_VERB {
     const char *name;
     bool takes_cells, takes_liberty;
 };
-constexpr DELIVERY_VERB VERBS[] = {
-    {"check", true, true}, {"bsdl", true, false}, {"patterns", false, false}, {"prove", true, false}};
+constexpr DELIVERY_VERB VERBS[] = {{"check", true, true},
+                                   {"bsdl", true, false},
+                                   {"patterns", false, false},
+                                   {"prove", true, false},
+                                   {"picture", false, false}};
 
 void add_each(std::vector<std::string> &words, const char *option, const std::vector<std::string> &values) {
     for (const std::string &value : values)

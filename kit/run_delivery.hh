@@ -19,6 +19,6 @@ struct DELIVERY_PLAN {
     std::vector<std::string> liberty; ///< libraries of the pads
 };
 
-/// Runs `rimkit check`, `bsdl`, `patterns` and `prove` in the working folder. Each is a process of its own,
-/// as each reads a design into the tables of its process. Their output goes to DESIGN.VERB.log.
+/// Runs `rimkit check`, `bsdl`, `patterns`, `prove` and `picture` in the working folder. Each is a process of
+/// its own, as each reads a design into the tables of its process. Their output goes to DESIGN.VERB.log.
 std::vector<DELIVERED> deliver_run(const DELIVERY_PLAN &plan);
