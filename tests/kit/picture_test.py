@@ -150,6 +150,8 @@ def copy_example(bench, change=lambda name, text: text):
 def test_uart(bench, given):
     copy_example(bench)
     chip, _ = judge(bench, "chip", "txd")
+    if (bench.work / "chip.svg").read_text() != (ROOT / "docs" / "uart_chip.svg").read_text():
+        raise Failed(f"docs/uart_chip.svg is another picture than {bench.work}/chip.svg")
     reasons = {pad["port"] or pad["name"]: pad["reason"] for pad in chip["pads"]}
     expect((reasons["tdo"], reasons["VDD"], reasons["txd"]), ("TDO of the TAP", "no port of the chip, as power and ground", ""))
     cell = chip["cells"][next(pad for pad in chip["pads"] if pad["port"] == "rdata[3]")["cells"][0]]
