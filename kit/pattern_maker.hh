@@ -46,6 +46,19 @@ inline char digit(bool value) {
     return value ? '1' : '0';
 }
 
+inline bool is_driven(char drive) {
+    return drive == '0' || drive == '1';
+}
+
+/// A pad's own resistor may win against the bench, or not be modelled: only its own value is sure then.
+inline char released(const PATTERN_PIN &pin) {
+    return pin.pull == '1' ? 'h' : pin.pull == '0' ? 'l' : pin.pull;
+}
+
+inline bool is_released(char shown) {
+    return shown == 'z' || shown == 'h' || shown == 'l';
+}
+
 inline bool drives(const REGISTER_ROW &row) {
     return row.port >= 0 && (row.kind == ROW_OUTPUT2 || row.kind == ROW_OUTPUT3 || row.kind == ROW_BIDIR ||
                              row.kind == ROW_OPEN);
@@ -71,6 +84,8 @@ void sort_cells(STEP_MAKER &maker);
 PATTERN_STEP &add_step(STEP_MAKER &maker, PATTERN_KIND kind, const std::string &reason);
 /// Loads an instruction of the table by its first opcode; false when there is none.
 bool load(STEP_MAKER &maker, const char *name);
+/// Loads the opcode under that name.
+void load_code(STEP_MAKER &maker, const std::string &name, const std::string &opcode);
 PATTERN_STEP &scan(STEP_MAKER &maker, const std::string &reason, const std::string &tdi,
                    const std::string &tdo);
 /// Sets the pins to what the maker has for them, and looks at them.
@@ -80,6 +95,8 @@ void count_pins(STEP_MAKER &maker, size_t number, const std::string &shown);
 
 /// What the pins show while the register has them and holds `pattern`.
 std::string shown_by(const STEP_MAKER &maker, const std::string &pattern);
+/// Gives the minus legs the complement of their plus legs.
+void complete_minus_legs(const STEP_MAKER &maker, std::string &pins);
 /// The pattern with all pads off.
 std::string safe_pattern(const STEP_MAKER &maker);
 /// What the register of an instruction captures; empty for one whose length nobody knows.
