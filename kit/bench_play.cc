@@ -13,13 +13,6 @@ namespace {
 
 constexpr int32_t MOST_CELLS = 50000; // of a chip that is simulated with its core
 
-bool drives(int32_t class_id) {
-    for (int32_t i = 0; i < class_tab[class_id].pin_count; ++i)
-        if (chip_pin_direction(class_tab[class_id].first_pin + i) == SDB_OUTPUT)
-            return true;
-    return false;
-}
-
 /// Leaf cells of the chip that no file has a model of. What has no output needs to be there alone.
 std::vector<std::string> cells_without_model(const BOUNDARY_REGISTER &found, const VERILOG_MODULES &modules) {
     std::vector<bool> used(static_cast<size_t>(class_count));
@@ -31,7 +24,8 @@ std::vector<std::string> cells_without_model(const BOUNDARY_REGISTER &found, con
         if (std::string name = chip_class_name(static_cast<int32_t>(i));
             used[i] && name != NL_SOURCE_CLASS_0 && name != NL_SOURCE_CLASS_1) {
             auto module = modules.find(name);
-            if (module == modules.end() || (!module->second && drives(static_cast<int32_t>(i))))
+            if (module == modules.end() ||
+                (!module->second && chip_class_has(static_cast<int32_t>(i), SDB_OUTPUT)))
                 names.push_back(name);
         }
     return names;
@@ -57,20 +51,19 @@ BENCH_CHIP bench_chip(const FINISHED_RUN &run, const BOUNDARY_REGISTER &found) {
     if (!chip.why_not.empty())
         return chip;
     chip.files.push_back(tap);
-    if (std::vector<std::string> missing = test_logic_lacks(found, modules_of(chip.files));
-        !missing.empty()) {
+    VERILOG_MODULES modules = modules_of(chip.files);
+    if (std::vector<std::string> missing = test_logic_lacks(found, modules); !missing.empty()) {
         chip.why_not = "there is no Verilog model (--cells) of " + few_of(missing);
         return chip;
     }
     std::string why =
         obj_count > MOST_CELLS ? format_text("the chip has %d cells", obj_count) : verilog_obstacle(netlist);
     if (why.empty()) {
-        chip.files.push_back(netlist);
-        if (std::vector<std::string> missing = cells_without_model(found, modules_of(chip.files));
-            !missing.empty()) {
-            chip.files.pop_back();
+        modules.merge(modules_of({netlist}));
+        if (std::vector<std::string> missing = cells_without_model(found, modules); missing.empty())
+            chip.files.push_back(netlist);
+        else
             why = "there is no Verilog model (--cells) of " + few_of(missing);
-        }
     }
     if (!why.empty())
         chip.why_no_core = "the core is not simulated: " + why;
@@ -80,8 +73,6 @@ BENCH_CHIP bench_chip(const FINISHED_RUN &run, const BOUNDARY_REGISTER &found) {
 std::string play_bench(PATTERN_LIST &list, const BOUNDARY_REGISTER &found, const BENCH_CHIP &chip,
                        std::string &said) {
     SCRATCH_FOLDER folder;
-    if (folder.path.empty())
-        return "there is no folder for a simulation";
     std::string bench = folder.path + "/bench.v", program = folder.path + "/bench.vvp",
                 log = folder.path + "/log";
     std::vector<std::string> words = {"iverilog", "-g2005", "-s", "bench", "-o", program, bench};

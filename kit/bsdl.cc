@@ -116,7 +116,7 @@ int run_bsdl(const KIT_CALL &call) {
     if (!found.cells.empty()) {
         bsdl_take_ports(file, found);
         bsdl_take_instructions(file, found);
-        bsdl_take_rows(file, found, try_cells(file, found, run.models, run_file(run, "_TAP.v")));
+        bsdl_take_rows(file, found, try_cells(file, found, run.models, run_text(run, "_TAP")));
     }
     std::vector<std::string> written =
         write_files(file, found, kit_value(call, "output", file.design + ".bsd"));

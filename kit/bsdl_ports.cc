@@ -1,10 +1,11 @@
 // The ports of the entity: which names, which modes, which pins of the package.
 #include "kit/bsdl_file.hh"
 
+#include "description/hash_tables.hh"
 #include "description/lookups.hh"
 #include "kit/chip.hh"
 #include "kit/names.hh"
-#include "siblings/netlist_sdb.hh"
+#include "kit/pads.hh"
 #include "support/text.hh"
 
 #include <algorithm>
@@ -109,18 +110,6 @@ void settle_output_cells(BSDL_FILE &file, BOUNDARY_REGISTER &found) {
         file.warnings.push_back("The core reads these bidirectional pins past the register: " + ports + ".");
 }
 
-/// True when the library file gives the pin a part: these are looked at one by one.
-bool has_role(const BUFFER_CELL &buffer, const std::string &pin) {
-    constexpr const char *BUFFER_CELL::*ROLES[] = {
-        &BUFFER_CELL::inout,    &BUFFER_CELL::input,   &BUFFER_CELL::output,  &BUFFER_CELL::input_m,
-        &BUFFER_CELL::output_m, &BUFFER_CELL::en_l,    &BUFFER_CELL::en_h,    &BUFFER_CELL::mux_in1,
-        &BUFFER_CELL::mux_in2,  &BUFFER_CELL::mux_in3, &BUFFER_CELL::mux_out, &BUFFER_CELL::mode_1,
-        &BUFFER_CELL::mode_2,   &BUFFER_CELL::mode_3};
-    return std::any_of(std::begin(ROLES), std::end(ROLES), [&](const char *BUFFER_CELL::*role) {
-        return same_text_no_case(pin.c_str(), buffer.*role);
-    });
-}
-
 /// Other pins of the pads that the core drives (drive strength, enable of the way in): they decide in a test
 /// whether and how the pad works.
 void warn_of_pad_pins(BSDL_FILE &file, const BOUNDARY_REGISTER &found) {
@@ -131,7 +120,7 @@ void warn_of_pad_pins(BSDL_FILE &file, const BOUNDARY_REGISTER &found) {
             int32_t node = obj_tab[pad.obj].first_node + i;
             std::string pin = chip_pin_name(node_tab[node].pin);
             if (chip_pin_direction(node_tab[node].pin) == SDB_INPUT && !kit_is_power_name(pin) &&
-                !has_role(*pad.buffer, pin) && walk_back(found.walk, node).end == WALK_CORE &&
+                !pad_describes(*pad.buffer, pin) && walk_back(found.walk, node).end == WALK_CORE &&
                 chip_source(node) == SOURCE_CORE)
                 ports[kit_bit(pin).base].push_back(pad.port);
         }
@@ -165,18 +154,9 @@ BSDL_MODE mode_of_uses(const PORT_USES &use) {
     return use.drives2 ? MODE_BUFFER : use.reads ? MODE_IN : MODE_LINKAGE;
 }
 
-const SKIP_SIGNAL *find_skip(const std::string &port) {
-    static std::unordered_map<std::string, const SKIP_SIGNAL *> skips;
-    if (skips.empty())
-        for (const SKIP_SIGNAL *skip : rows(SKIP_SIGNAL_TAB))
-            skips.emplace(without_minus(skip->name), skip);
-    auto found = skips.find(port);
-    return found != skips.end() ? found->second : nullptr;
-}
-
 /// A port of the compliance pattern, or none.
 void take_port_without_cell(BSDL_FILE &file, const BOUNDARY_REGISTER &found, int32_t port) {
-    const SKIP_SIGNAL *skip = find_skip(chip_port_name(port));
+    const SKIP_SIGNAL *skip = find_record(SKIP_SIGNAL_HASH_TAB, chip_port_name(port).c_str());
     BSDL_MODE &mode = file.mode_of_port[static_cast<size_t>(port)];
     if (skip == nullptr && !found.ports[static_cast<size_t>(port)].is_released) {
         file.warnings.push_back("Port " + file.word_of_port[static_cast<size_t>(port)] +
@@ -264,39 +244,8 @@ void refuse_pins(BOUNDARY_REGISTER &found, int32_t port, size_t count) {
         fault(found, port, "the port stands on several pins, and a signal of a BSDL file has one");
 }
 
-/// The netlist's own ports: a name, its port ids in declared order.
-struct PORT_GROUP {
-    std::string name;
-    bool is_vector;
-    int32_t left, right;
-    std::vector<int32_t> ports;
-};
-
-std::vector<PORT_GROUP> port_groups() {
-    NL_DESIGN design;
-    NL_MODULE &module = design.modules.emplace_back();
-    NL_take_sdb_ports(design, module, sdb);
-    if (int32_t twice = NL_NONE; module.groups.empty())
-        NL_close_ports(design, module, twice);
-    std::unordered_map<std::string, int32_t> id_of_name;
-    for (int32_t port = 0; port < port_count; ++port)
-        id_of_name.emplace(chip_port_name(port), port);
-    std::vector<PORT_GROUP> groups;
-    for (const NL_GROUP &group : module.groups) {
-        PORT_GROUP row{NL_string(design.names, group.name), group.vector, group.left, group.right, {}};
-        for (int32_t i = 0; i < group.count; ++i) {
-            std::string name =
-                NL_string(design.names, module.ports[static_cast<size_t>(group.first + i)].name);
-            auto at = id_of_name.find(name);
-            row.ports.push_back(at != id_of_name.end() ? at->second : -1);
-        }
-        groups.push_back(std::move(row));
-    }
-    return groups;
-}
-
 /// True when the bits can stand in one vector of the entity.
-bool is_uniform(const BSDL_FILE &file, const PACKAGE_PINS &pins, const PORT_GROUP &group) {
+bool is_uniform(const BSDL_FILE &file, const PACKAGE_PINS &pins, const CHIP_PORT_GROUP &group) {
     for (int32_t port : group.ports) {
         auto row = pins.of_port.find(chip_port_name(port));
         if (row == pins.of_port.end() || row->second.size() != 1 ||
@@ -307,10 +256,10 @@ bool is_uniform(const BSDL_FILE &file, const PACKAGE_PINS &pins, const PORT_GROU
     return true;
 }
 
-void name_ports(BSDL_FILE &file, const std::vector<PORT_GROUP> &groups,
+void name_ports(BSDL_FILE &file, const std::vector<CHIP_PORT_GROUP> &groups,
                 std::vector<std::string> &group_names) {
     file.word_of_port.assign(static_cast<size_t>(port_count), "");
-    for (const PORT_GROUP &group : groups) {
+    for (const CHIP_PORT_GROUP &group : groups) {
         group_names.push_back(bsdl_take_name(file.names, group.name));
         for (size_t i = 0; i < group.ports.size(); ++i) {
             int32_t bit = group.left + (group.left <= group.right ? 1 : -1) * static_cast<int32_t>(i);
@@ -343,9 +292,9 @@ void add_scalar(BSDL_FILE &file, BOUNDARY_REGISTER &found, const PACKAGE_PINS &p
 }
 
 /// Vectors whose bits differ become scalars, named before anything speaks of them.
-void split_vectors(BSDL_FILE &file, const PACKAGE_PINS &pins, std::vector<PORT_GROUP> &groups,
+void split_vectors(BSDL_FILE &file, const PACKAGE_PINS &pins, std::vector<CHIP_PORT_GROUP> &groups,
                    std::vector<bool> &is_split) {
-    for (const PORT_GROUP &group : groups) {
+    for (const CHIP_PORT_GROUP &group : groups) {
         is_split.push_back(group.is_vector && !is_uniform(file, pins, group));
         if (is_split.back())
             for (int32_t port : group.ports)
@@ -357,7 +306,7 @@ void split_vectors(BSDL_FILE &file, const PACKAGE_PINS &pins, std::vector<PORT_G
 } // namespace
 
 void bsdl_take_ports(BSDL_FILE &file, BOUNDARY_REGISTER &found) {
-    std::vector<PORT_GROUP> groups = port_groups();
+    std::vector<CHIP_PORT_GROUP> groups = chip_port_groups();
     PACKAGE_PINS pins = package_pins(found);
     std::vector<std::string> group_names;
     name_ports(file, groups, group_names);
@@ -378,7 +327,7 @@ void bsdl_take_ports(BSDL_FILE &file, BOUNDARY_REGISTER &found) {
     find_modes(file, found);
     find_pairs(file, found);
     for (size_t i = 0; i < groups.size(); ++i) {
-        const PORT_GROUP &group = groups[i];
+        const CHIP_PORT_GROUP &group = groups[i];
         if (!group.is_vector || is_split[i]) {
             for (int32_t port : group.ports)
                 add_scalar(file, found, pins, port);

@@ -1,5 +1,6 @@
 #include "kit/cell_trials.hh"
 #include "kit/engines.hh"
+#include "kit/finished_run.hh"
 #include "kit/trial_bench.hh"
 
 #include "siblings/tool.hh"
@@ -202,12 +203,10 @@ CELL_TYPES try_cells(const BSDL_FILE &file, BOUNDARY_REGISTER &found, const std:
     CELL_TYPES types;
     if (models.empty())
         types.why_not = "there are no Verilog models of the boundary cells (--cells)";
-    else if (!TOOL_exists(tap_file))
-        types.why_not = "there is no " + tap_file;
     else if (!found.faults.empty())
         types.why_not = "the register has faults";
     else
-        types.why_not = engine_obstacle("iverilog", "iverilog");
+        types.why_not = verilog_obstacle(tap_file) + engine_obstacle("iverilog", "iverilog");
     if (!types.why_not.empty())
         return types;
     std::vector<TRIAL_KIND> kinds = find_kinds(found, modules_of(models), types);

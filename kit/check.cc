@@ -108,17 +108,12 @@ std::string place_text(const CHECK_FINDING &finding) {
     return text;
 }
 
-/// "15 cell-per-port".
-std::string rule_text(const CHECK_RULE &rule) {
-    return (rule.number > 0 ? std::to_string(rule.number) + " " : "") + rule.name;
-}
-
 /// The findings in the form of all verbs, and below them what was not checked.
 std::string result_text(const CHECK_RESULT &result) {
     std::vector<FINDING> findings;
     for (const CHECK_FINDING &found : result.findings) {
         std::string place = place_text(found);
-        findings.push_back({found.severity, rule_text(*found.rule), found.file, 0, place,
+        findings.push_back({found.severity, check_rule_text(*found.rule), found.file, 0, place,
                             found.text + (place.empty() ? "" : " (" + place + ")"), found.rule->effect,
                             found.rule->cure});
     }
@@ -132,7 +127,7 @@ std::string result_text(const CHECK_RESULT &result) {
                                    [&why](const auto &known) { return known.first == why; });
         if (reason == reasons.end())
             reason = reasons.insert(reasons.end(), {why, ""});
-        reason->second += (reason->second.empty() ? "" : ", ") + rule_text(*open.rule);
+        reason->second += (reason->second.empty() ? "" : ", ") + check_rule_text(*open.rule);
     }
     for (const auto &[why, rules] : reasons)
         text += "not checked: " + rules + ": " + why + "\n";
@@ -142,11 +137,10 @@ std::string result_text(const CHECK_RESULT &result) {
 }
 
 std::string result_json(const CHECK_RESULT &result) {
-    constexpr const char *SEVERITIES[] = {"error", "warning", "note"};
     std::string text = "{\"findings\": [";
     for (const CHECK_FINDING &found : result.findings) {
         text += format_text("%s\n  {\"severity\": \"%s\", \"number\": %d",
-                            &found == result.findings.data() ? "" : ",", SEVERITIES[found.severity],
+                            &found == result.findings.data() ? "" : ",", severity_word(found.severity),
                             found.rule->number);
         for (const auto &[name, value] :
              {std::pair{"rule", std::string(found.rule->name)}, std::pair{"text", found.text},
@@ -189,6 +183,10 @@ int run_check(const KIT_CALL &call) {
 }
 
 } // namespace
+
+std::string check_rule_text(const CHECK_RULE &rule) {
+    return (rule.number > 0 ? std::to_string(rule.number) + " " : "") + rule.name;
+}
 
 CHECK_RESULT check_chip(const FINISHED_RUN &run, const CHECK_WORDS &words) {
     CHECK_CHIP chip{.run = run, .words = words, .library = {}};

@@ -13,6 +13,7 @@
 #include "kit/liberty.hh"
 
 #include <initializer_list>
+#include <memory>
 #include <set>
 #include <span>
 #include <string>
@@ -69,6 +70,8 @@ struct CHECK_WORDS {
     std::set<int32_t> rules{}; ///< these alone; empty for all
 };
 
+struct REST_PROOF;
+
 struct CHECK_CHIP {
     FINISHED_RUN run;
     CHECK_WORDS words;
@@ -79,6 +82,7 @@ struct CHECK_CHIP {
     std::unordered_map<int32_t, bool> constant_gates{}; ///< of is_fixed
     std::vector<CHECK_FINDING> findings{};
     CHECK_PLAY play{};
+    std::shared_ptr<REST_PROOF> rest{}; ///< of check_proof.cc
 };
 
 /// What a rule needs before its function can run.
@@ -102,6 +106,8 @@ struct CHECK_RULE {
 };
 extern const std::span<const CHECK_RULE> check_rules;
 const CHECK_RULE &check_rule(int32_t number);
+/// "15 cell-per-port"
+std::string check_rule_text(const CHECK_RULE &rule);
 
 /// A fault of the walk as a finding of a rule.
 void add_fault(CHECK_CHIP &chip, int32_t rule, const REGISTER_FAULT &fault);
@@ -132,8 +138,6 @@ CHECK_RESULT check_chip(const FINISHED_RUN &run, const CHECK_WORDS &words);
 
 /// One sentence on an end of a walk: "the core (instance u1)", "a constant 0", ...
 std::string end_text(const CHECK_CHIP &chip, const WALK_POINT &point);
-/// True when the object has an input: what has none is a tie cell or a power-on reset.
-bool has_input(int32_t obj);
 
 /// True for what nothing can change: a constant, also through gates that see nothing else, or an open end.
 bool is_fixed(CHECK_CHIP &chip, const WALK_POINT &source);

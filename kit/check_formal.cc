@@ -144,8 +144,6 @@ std::string counterexample(const std::string &log, const std::string &signal) {
 /// Empty when the proof was made or has failed, which `finding` tells; else why there is none.
 std::string prove(const CHECK_CHIP &chip, const PROOF &proof, std::string &finding) {
     SCRATCH_FOLDER folder;
-    if (folder.path.empty())
-        return "there is no folder for a proof";
     std::string circuit = folder.path + "/proof.v", log;
     TOOL_write_file(circuit, proof.verilog);
     std::string fault =

@@ -32,14 +32,6 @@ std::string end_text(const CHECK_CHIP &chip, const WALK_POINT &point) {
     return "";
 }
 
-bool has_input(int32_t obj) {
-    int32_t class_id = obj_tab[obj].class_id;
-    for (int32_t i = 0; class_id >= 0 && i < class_tab[class_id].pin_count; ++i)
-        if (chip_pin_direction(class_tab[class_id].first_pin + i) != SDB_OUTPUT)
-            return true;
-    return class_id < 0;
-}
-
 namespace {
 
 /// True for a gate that sees constants alone. One in a ring of gates is none: it may hold a state.

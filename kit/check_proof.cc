@@ -7,7 +7,42 @@
 
 #include <algorithm>
 
+/// What the rules share, made by the first that asks.
+struct REST_PROOF {
+    PROVEN_TAP tap;
+    bool has_cells = false;
+    std::vector<REST_KIND> kinds{}; ///< of the cells at rest
+    PROVEN_CELLS cells{};
+};
+
 namespace {
+
+REST_PROOF &rest_proof(CHECK_CHIP &chip) {
+    if (chip.rest == nullptr)
+        chip.rest =
+            std::make_shared<REST_PROOF>(REST_PROOF{prove_tap(chip.found, run_text(chip.run, "_TAP"))});
+    return *chip.rest;
+}
+
+void prove_cells_at_rest(const CHECK_CHIP &chip, REST_PROOF &rest) {
+    if (rest.has_cells)
+        return;
+    rest.has_cells = true;
+    rest.kinds = compare_chips(chip.found, chip.run.design + ".c.sdb", proven_rest_values(rest.tap)).kinds;
+    rest.cells = prove_cells(rest.kinds, chip.run.models);
+}
+
+/// What a kind of cell does wrong is a finding; the kinds that nothing was proven of are told in `why`.
+void take_cells(CHECK_CHIP &chip, int32_t rule, const std::vector<REST_KIND> &kinds,
+                const PROVEN_CELLS &proven, const char *words, std::string &why) {
+    for (size_t i = 0; i < kinds.size(); ++i)
+        if (!proven.of_kind[i].held && proven.of_kind[i].why_not.empty())
+            chip.findings.push_back({&check_rule(rule), FINDING_ERROR,
+                                     format_text(words, kinds[i].class_name.c_str()), "", kinds[i].instance,
+                                     "", ""});
+    for (const auto &[reason, names] : unanswered_kinds(kinds, proven))
+        why += (why.empty() ? "" : "; ") + few_of(names) + ": " + reason;
+}
 
 /// The TAP's outputs that stand at a pin of a cell which decides what it shows.
 bool is_needed(const CHECK_CHIP &chip, const std::string &pin) {
@@ -49,21 +84,13 @@ std::vector<REST_KIND> driving_kinds(const CHECK_CHIP &chip, const PROVEN_TAP &t
 
 void check_isolation(CHECK_CHIP &chip, const PROVEN_TAP &tap, std::string &why) {
     std::vector<REST_KIND> kinds = driving_kinds(chip, tap, why);
-    PROVEN_CELLS proven = prove_isolation(kinds, chip.run.models);
-    for (size_t i = 0; i < kinds.size(); ++i) {
-        const PROVEN_CELLS::ANSWER &answer = proven.of_kind[i];
-        if (!answer.held && answer.why_not.empty())
-            chip.findings.push_back({&check_rule(20), FINDING_ERROR,
-                                     format_text("in EXTEST cells of type %s show what the core gives them",
-                                                 kinds[i].class_name.c_str()),
-                                     "", kinds[i].instance, "", ""});
-        else if (!answer.held)
-            why += (why.empty() ? "" : "; ") + kinds[i].class_name + ": " + answer.why_not;
-    }
+    take_cells(chip, 20, kinds, prove_isolation(kinds, chip.run.models),
+               "in EXTEST cells of type %s show what the core gives them", why);
 }
 
 /// The instructions that must not disturb, and the reset.
-void check_rest(CHECK_CHIP &chip, const PROVEN_TAP &tap, int32_t rule) {
+void check_rest(CHECK_CHIP &chip, REST_PROOF &rest, int32_t rule, std::string &why) {
+    const PROVEN_TAP &tap = rest.tap;
     for (const TAP_OUTPUT &row : tap.outputs) {
         if (!is_needed(chip, row.pin))
             continue;
@@ -78,17 +105,9 @@ void check_rest(CHECK_CHIP &chip, const PROVEN_TAP &tap, int32_t rule) {
         add_check(chip, rule, {chip.found.tap_obj, -1, -1},
                   "Test-Logic-Reset does not reset the TAP's instruction register");
     // A cell that shows something else than the core at rest does so under all of them.
-    if (!TOOL_exists(chip.run.design + ".c.sdb"))
-        return;
-    CHIP_COMPARISON compared = compare_chips(chip.found, chip.run.design + ".c.sdb", proven_rest_values(tap));
-    PROVEN_CELLS proven = prove_cells(compared.kinds, chip.run.models);
-    for (size_t i = 0; i < compared.kinds.size(); ++i)
-        if (!proven.of_kind[i].held && proven.of_kind[i].why_not.empty())
-            chip.findings.push_back(
-                {&check_rule(rule), FINDING_ERROR,
-                 format_text("at rest cells of type %s do not show what the core gives them",
-                             compared.kinds[i].class_name.c_str()),
-                 "", compared.kinds[i].instance, "", ""});
+    prove_cells_at_rest(chip, rest);
+    take_cells(chip, rule, rest.kinds, rest.cells,
+               "at rest cells of type %s do not show what the core gives them", why);
 }
 
 } // namespace
@@ -97,16 +116,15 @@ bool check_by_rest_proof(CHECK_CHIP &chip, const CHECK_RULE &rule, CHECK_OPEN &o
     std::string &why = open.why;
     if (rule.number < 20 || rule.number > 22)
         return false;
-    // A process checks one chip: the three rules ask once.
-    static const PROVEN_TAP tap = prove_tap(chip.found, run_file(chip.run, "_TAP.v"));
-    why = tap.why_not;
+    REST_PROOF &rest = rest_proof(chip);
+    why = rest.tap.why_not;
     if (why.empty() && !TOOL_exists(chip.run.design + ".c.sdb"))
         why = "there is no design before the run, " + chip.run.design + ".c.sdb";
     if (!why.empty())
         return false;
     if (rule.number == 20)
-        check_isolation(chip, tap, why);
+        check_isolation(chip, rest.tap, why);
     else
-        check_rest(chip, tap, rule.number);
+        check_rest(chip, rest, rule.number, why);
     return true;
 }

@@ -334,7 +334,7 @@ void check_tap_inputs(CHECK_CHIP &chip) {
         std::vector<int32_t> gates;
         WALK_POINT far = behind_single_gates(chip, near, gates);
         // A cell that nothing goes into may reset the TAP at power-up.
-        bool is_reset = input.port == PORT_TRST && near.end == WALK_CORE && !has_input(near.row);
+        bool is_reset = input.port == PORT_TRST && near.end == WALK_CORE && !chip_has_input(near.row);
         bool is_wrong = far.end == WALK_CORE || far.end == WALK_CELL || far.end == WALK_MANY;
         int32_t port = port_behind(chip, far);
         std::string declared = without_minus_or_empty(*input.declared);

@@ -15,6 +15,18 @@ std::string chip_pin_name(int32_t pin);
 std::string chip_class_name(int32_t class_id);
 std::string chip_instance_name(int32_t obj);
 
+/// The netlist's own ports: a name, and its port ids in declared order.
+struct CHIP_PORT_GROUP {
+    std::string name;
+    bool is_vector;
+    int32_t left, right;
+    std::vector<int32_t> ports; ///< -1 for a bit that the design has lost
+};
+std::vector<CHIP_PORT_GROUP> chip_port_groups();
+
+/// True when the class has a pin of that direction.
+bool chip_class_has(int32_t class_id, SDB_DIRECTION direction);
+
 /// Direction of a pin or a port.
 SDB_DIRECTION chip_pin_direction(int32_t pin);
 SDB_DIRECTION chip_port_direction(int32_t port);
@@ -36,3 +48,5 @@ inline bool chip_is_driven(int32_t node) {
 bool chip_is_alone(int32_t node);
 /// True when the object has an output: what has none (an antenna diode) can't do anything with a signal.
 bool chip_has_output(int32_t obj);
+/// True when the object has an input: what has none is a tie cell or a power-on reset.
+bool chip_has_input(int32_t obj);

@@ -7,7 +7,9 @@
 #include "support/text.hh"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <set>
 #include <string_view>
@@ -34,19 +36,23 @@ std::string run_engine(const std::vector<std::string> &words, const std::string 
     if (WIFEXITED(status) && WEXITSTATUS(status) == STATUS_OF_TIMEOUT)
         return words[0] + " took more than " + TIME_LIMIT + " seconds";
     std::string text = TOOL_exists(log) ? TOOL_read_file(log) : "";
-    return words[0] + " ended with a fault: " + text.substr(0, text.find('\n'));
+    size_t at = text.find("rror"); // warnings may stand in front
+    size_t begin = at == text.npos ? 0 : text.rfind('\n', at) + 1;
+    return words[0] + " ended with a fault: " + text.substr(begin, text.find('\n', begin) - begin);
 }
 
 SCRATCH_FOLDER::SCRATCH_FOLDER() {
     std::string name = (std::filesystem::temp_directory_path() / "rimkit-XXXXXX").string();
     const char *made = ::mkdtemp(name.data());
-    path = made != nullptr ? made : "";
+    if (made == nullptr)
+        TOOL_fail("", 0, "can't make a folder for an engine's files, '%s': %s.", name.c_str(),
+                  std::strerror(errno));
+    path = made;
 }
 
 SCRATCH_FOLDER::~SCRATCH_FOLDER() {
     std::error_code ignored;
-    if (!path.empty())
-        std::filesystem::remove_all(path, ignored);
+    std::filesystem::remove_all(path, ignored);
 }
 
 VERILOG_MODULES modules_of(const std::vector<std::string> &files) {

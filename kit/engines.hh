@@ -15,7 +15,7 @@ std::string engine_obstacle(const char *program, const char *package);
 /// status that is not 0, or more time than any chip needs.
 std::string run_engine(const std::vector<std::string> &words, const std::string &log);
 
-/// A folder of its own, gone at the end of its scope. The path is empty when none could be made.
+/// A folder of its own, gone at the end of its scope. Where none can be made the program ends.
 struct SCRATCH_FOLDER {
     std::string path;
     SCRATCH_FOLDER();

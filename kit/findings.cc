@@ -28,6 +28,10 @@ std::string place_of(const FINDING &finding) {
 
 } // namespace
 
+const char *severity_word(FINDING_SEVERITY severity) {
+    return SEVERITIES[severity].word;
+}
+
 void sort_findings(std::vector<FINDING> &findings) {
     std::stable_sort(findings.begin(), findings.end(), [](const FINDING &a, const FINDING &b) {
         return std::tie(a.severity, a.file, a.line) < std::tie(b.severity, b.file, b.line);

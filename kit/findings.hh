@@ -8,6 +8,9 @@
 /// Errors end a run, or give a chip that does not work; warnings concern the chip; notes ask for nothing.
 enum FINDING_SEVERITY : int { FINDING_ERROR, FINDING_WARNING, FINDING_NOTE, FINDING_SEVERITY_COUNT };
 
+/// "error", "warning" or "note".
+const char *severity_word(FINDING_SEVERITY severity);
+
 struct FINDING {
     FINDING_SEVERITY severity = FINDING_WARNING;
     std::string rule{};   ///< "pin-without-port": a section of the manual

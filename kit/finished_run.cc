@@ -32,8 +32,8 @@ std::string verilog_obstacle(const std::string &file) {
 }
 
 void need_run_files(const FINISHED_RUN &run, const char *verb) {
-    for (const std::string &file :
-         {run.design + ".lib", run.design + ".bsc", run_file(run, "_jtag.c.sdb"), run.design + ".bso"})
+    for (const std::string &file : {run.design + ".lib", run.design + ".bsc", run.design + ".c.sdb",
+                                    run_file(run, "_jtag.c.sdb"), run.design + ".bso"})
         if (!TOOL_exists(file))
             TOOL_fail("", 0, "there is no '%s'; `rimkit %s` runs in the folder of a finished run.",
                       file.c_str(), verb);

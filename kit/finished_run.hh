@@ -24,7 +24,8 @@ std::string run_text(const FINISHED_RUN &run, const std::string &ending);
 /// Why an engine can't read the file: it is VHDL, or there is none. Empty when it can.
 std::string verilog_obstacle(const std::string &file);
 
-/// Ends the program, naming the verb, when a description, the boundary order or a netlist is missing.
+/// Ends the program, naming the verb, when a description, the boundary order, or the design before or after
+/// the run is missing.
 void need_run_files(const FINISHED_RUN &run, const char *verb);
 /// Fills the description tables and opens the flat edited design; false when there is none.
 bool open_finished_run(const FINISHED_RUN &run);

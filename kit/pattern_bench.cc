@@ -473,27 +473,15 @@ std::string pin_text(const PATTERN_LIST &list) {
 
 /// The instance, its ports as the module has them.
 std::string instance_text(const PATTERN_LIST &list) {
-    NL_DESIGN design;
-    NL_MODULE &module = design.modules.emplace_back();
-    NL_take_sdb_ports(design, module, sdb);
-    if (int32_t twice = NL_NONE; module.groups.empty())
-        NL_close_ports(design, module, twice);
-    std::unordered_map<std::string, size_t> id_of_name;
-    for (size_t i = 0; i < list.pins.size(); ++i)
-        id_of_name.emplace(list.pins[i].name, i);
     std::string text;
-    for (const NL_GROUP &group : module.groups) {
+    for (const CHIP_PORT_GROUP &group : chip_port_groups()) {
         std::string wires;
-        for (int32_t i = 0; i < group.count; ++i) {
-            std::string name =
-                NL_string(design.names, module.ports[static_cast<size_t>(group.first + i)].name);
-            auto at = id_of_name.find(name);
-            wires += (wires.empty() ? "" : ", ") +
-                     (at == id_of_name.end() ? std::string("1'bz") : format_text("p%zu", at->second));
-        }
+        for (int32_t port : group.ports)
+            wires +=
+                (wires.empty() ? "" : ", ") + (port < 0 ? std::string("1'bz") : format_text("p%d", port));
         text += (text.empty() ? "" : ",\n        ") +
-                format_text(group.count > 1 ? ".%s({%s})" : ".%s(%s)",
-                            VLOG_identifier(NL_string(design.names, group.name)).c_str(), wires.c_str());
+                format_text(group.ports.size() > 1 ? ".%s({%s})" : ".%s(%s)",
+                            VLOG_identifier(group.name).c_str(), wires.c_str());
     }
     return "    " + VLOG_identifier(list.design + "_jtag") + " dut (\n        " + text + ");\n";
 }

@@ -59,6 +59,9 @@ struct PICTURE_CELL {
     std::vector<std::pair<std::string, std::string>> nets{}; ///< pin and net
 };
 
+/// The pads of the test port, by STANDARD_PORT.
+constexpr const char *PICTURE_TEST_WORDS[STANDARD_PORT_COUNT] = {"TDI", "TDO", "TMS", "TCK", "TRST"};
+
 struct PICTURE_FINDING {
     const CHECK_FINDING *said;
     int32_t cell = -1, pad = -1;

@@ -30,7 +30,7 @@ main>section{position:absolute;inset:0;overflow:auto}
 [hidden]{display:none!important}
 .ring{width:100%;height:100%;display:block;user-select:none}
 .ring .afar,.ring .tie{display:none}
-.ring.far .near,.ring.far .name,.ring.far .letter,.ring.far .word,.ring.far .stub,.ring.far .count{display:none}
+.ring.far .near,.ring.far .name,.ring.far .letter,.ring.far .word,.ring.far .lead,.ring.far .count{display:none}
 .ring.far .afar{display:inline}
 .ring.far .pad rect,.ring.far .cell rect{stroke:none}
 .ring.far .thread,.ring.far .test,.ring.far .tie{vector-effect:non-scaling-stroke}
@@ -590,12 +590,10 @@ std::string tree_data(const PICTURE_TREE &tree) {
 }
 
 std::string finding_data(const PICTURE_FINDING &finding) {
-    constexpr const char *SEVERITIES[] = {"error", "warning", "note"};
     const CHECK_FINDING &said = *finding.said;
     std::string object;
-    add_text(object, "severity", SEVERITIES[said.severity]);
-    add_text(object, "rule",
-             (said.rule->number > 0 ? std::to_string(said.rule->number) + " " : "") + said.rule->name);
+    add_text(object, "severity", severity_word(said.severity));
+    add_text(object, "rule", check_rule_text(*said.rule));
     add_text(object, "text", said.text);
     add_text(object, "effect", said.rule->effect);
     add_text(object, "cure", said.rule->cure);

@@ -1,6 +1,7 @@
 // What the picture shows, from the final netlist.
 #include "kit/picture.hh"
 
+#include "description/hash_tables.hh"
 #include "description/lookups.hh"
 #include "kit/chip.hh"
 #include "kit/files.hh"
@@ -61,7 +62,7 @@ struct PICTURE_READER {
     std::vector<int32_t> pad_of_port{};
     std::vector<int32_t> port_of_pad{};
     std::unordered_map<std::string, int32_t> port_of_name{};
-    std::unordered_map<int32_t, int32_t> cell_of_obj{};
+    std::unordered_map<int32_t, int32_t> cell_of_obj{}, plus_of_minus{}; ///< the second by ports
 };
 
 /// A port has one pad that its cells stand at, the first row of the pin file that names it.
@@ -99,29 +100,29 @@ void take_pads(PICTURE_READER &reader) {
 
 /// Why no cell serves the port.
 std::string reason_of(const PICTURE_READER &reader, int32_t port) {
-    constexpr const char *TEST_WORDS[] = {"TDI", "TDO", "TMS", "TCK", "TRST"};
     const REGISTER_PORT &known = reader.found.ports[static_cast<size_t>(port)];
     std::string name = chip_port_name(port);
     if (known.tap_port >= 0)
-        return format_text("%s of the TAP", TEST_WORDS[known.tap_port]);
-    for (const SKIP_SIGNAL *skip : rows(SKIP_SIGNAL_TAB))
-        if (name == skip->name)
-            return skip->value == nullptr
-                       ? "in %SKIP_SIGNAL_NAMES"
-                       : format_text("in %%SKIP_SIGNAL_NAMES, held at %s", clean(skip->value).c_str());
+        return format_text("%s of the TAP", PICTURE_TEST_WORDS[known.tap_port]);
+    if (const SKIP_SIGNAL *skip = find_record(SKIP_SIGNAL_HASH_TAB, name.c_str()))
+        return skip->value == nullptr
+                   ? "in %SKIP_SIGNAL_NAMES"
+                   : format_text("in %%SKIP_SIGNAL_NAMES, held at %s", clean(skip->value).c_str());
     if (!reader.picture.is_whole)
         return "not known: the chain is broken";
     if (known.same_net >= 0)
         return "on the net of port " + clean(chip_port_name(known.same_net));
-    for (const WALK_PAD_ROW &pad : reader.found.walk.pads)
-        if (pad.minus_port == port && pad.port >= 0)
-            return "minus leg of port " + clean(chip_port_name(pad.port));
+    if (auto plus = reader.plus_of_minus.find(port); plus != reader.plus_of_minus.end())
+        return "minus leg of port " + clean(chip_port_name(plus->second));
     return kit_is_power_name(name) ? "power or ground" : "no boundary cell serves it";
 }
 
 void describe_pads(PICTURE_READER &reader) {
     if (reader.found.ports.empty())
         return;
+    for (const WALK_PAD_ROW &pad : reader.found.walk.pads)
+        if (pad.minus_port >= 0 && pad.port >= 0)
+            reader.plus_of_minus.emplace(pad.minus_port, pad.port);
     for (size_t i = 0; i < reader.picture.pads.size(); ++i) {
         PICTURE_PAD &pad = reader.picture.pads[i];
         int32_t port = reader.port_of_pad[i];
@@ -294,10 +295,12 @@ void take_findings(PICTURE_READER &reader) {
     for (size_t i = 0; i < picture.pads.size(); ++i)
         if (!picture.pads[i].instance.empty())
             pad_of_name.emplace(picture.pads[i].instance, static_cast<int32_t>(i));
-    for (const CHECK_FINDING &said : picture.said) {
+    for (CHECK_FINDING &said : picture.said) {
         PICTURE_FINDING finding{.said = &said};
-        auto cell = cell_of_name.find(said.instance);
         auto port = reader.port_of_name.find(said.port);
+        for (std::string *text : {&said.text, &said.instance, &said.net, &said.port})
+            *text = clean(*text);
+        auto cell = cell_of_name.find(said.instance);
         auto pad = pad_of_name.find(said.instance);
         if (cell != cell_of_name.end())
             finding.cell = cell->second;

@@ -18,7 +18,7 @@ constexpr const char *STYLE = R"(
 .ring .pin{fill:#666;font-size:9px}
 .ring .pad rect,.ring .cell rect,.ring .key rect{stroke:#222;stroke-width:1}
 .ring .count{font-size:9px;text-anchor:middle;stroke:#fff;stroke-width:3;paint-order:stroke}
-.ring .stub{stroke:#888;stroke-width:1}
+.ring .lead{stroke:#888;stroke-width:1}
 .ring .thread{fill:none;stroke:#222;stroke-width:1.6}
 .ring .arrow{fill:#222}
 .ring .test{fill:none;stroke:#0b4f8a;stroke-width:1.3}
@@ -216,20 +216,20 @@ std::string mark_text(const PICTURE &picture, const PICTURE_LAYOUT &layout, cons
     std::string title = mark.cells.size() == 1
                             ? cell_title(picture, mark.cells[0])
                             : format_text("%zu cells, %s", mark.cells.size(), PICTURE_KINDS[kind].label);
-    std::string stub;
+    std::string lead;
     if (!picture.cells[static_cast<size_t>(mark.cells[0])].pads.empty()) {
         POINT at = edge_of(mark.box, false), in = INWARD[mark.box.side];
-        stub = format_text("<path class=\"stub\" d=\"M%.1f %.1fL%.1f %.1f\"/>", at.x, at.y,
+        lead = format_text("<path class=\"lead\" d=\"M%.1f %.1fL%.1f %.1f\"/>", at.x, at.y,
                            at.x - in.x * layout.gap, at.y - in.y * layout.gap);
     }
     if (mark.cells.size() > 1) {
         POINT at = edge_of(mark.box, true), in = INWARD[mark.box.side];
-        stub += format_text("<text class=\"count\" x=\"%.1f\" y=\"%.1f\">%zu</text>", at.x + in.x * 9,
+        lead += format_text("<text class=\"count\" x=\"%.1f\" y=\"%.1f\">%zu</text>", at.x + in.x * 9,
                             at.y + in.y * 9 + 3, mark.cells.size());
     }
     return format_text("<g class=\"cell k-%s\" data-cells=\"%s\">", PICTURE_KINDS[kind].word,
                        id_list(mark.cells).c_str()) +
-           "<title>" + xml_text(title) + "</title>" + stub + box_text(mark.box, kind, true) + "</g>\n";
+           "<title>" + xml_text(title) + "</title>" + lead + box_text(mark.box, kind, true) + "</g>\n";
 }
 
 /// The lines from control cells to the pads that they hold.
@@ -264,7 +264,6 @@ std::string test_word(const PICTURE_BOX &box, const char *word) {
 
 /// The TAP with lines to the pads of the test port.
 std::string tap_text(const PICTURE &picture, const PICTURE_LAYOUT &layout) {
-    constexpr const char *WORDS[] = {"TDI", "TDO", "TMS", "TCK", "TRST"};
     std::string text;
     for (size_t i = 0; i < picture.pads.size(); ++i) {
         const PICTURE_PAD &pad = picture.pads[i];
@@ -277,7 +276,8 @@ std::string tap_text(const PICTURE &picture, const PICTURE_LAYOUT &layout) {
             leg = straight(tip, at);
         text += "<path class=\"test\" d=\"" + leg.path + "\"/>" +
                 arrow(leg.to, leg.heading, 7, "test-arrow") +
-                test_word(layout.slots[static_cast<size_t>(layout.slot_of_pad[i])].box, WORDS[pad.tap_port]);
+                test_word(layout.slots[static_cast<size_t>(layout.slot_of_pad[i])].box,
+                          PICTURE_TEST_WORDS[pad.tap_port]);
     }
     double size = layout.tap.w / 7;
     POINT middle = middle_of(layout.tap);
@@ -299,7 +299,6 @@ std::string tap_text(const PICTURE &picture, const PICTURE_LAYOUT &layout) {
 
 /// A triangle at the place of each finding.
 std::string findings_text_of(const PICTURE &picture, const PICTURE_LAYOUT &layout) {
-    constexpr const char *SEVERITIES[] = {"error", "warning", "note"};
     std::string text;
     for (size_t i = 0; i < picture.findings.size(); ++i) {
         const PICTURE_FINDING &finding = picture.findings[i];
@@ -315,7 +314,7 @@ std::string findings_text_of(const PICTURE &picture, const PICTURE_LAYOUT &layou
         double x = box.x + box.w, y = box.y + 3;
         text +=
             format_text("<path class=\"mark %s\" data-finding=\"%zu\" d=\"M%.1f %.1fL%.1f %.1fL%.1f %.1fZ\">",
-                        SEVERITIES[finding.said->severity], i, x, y - 8, x + 6, y + 4, x - 6, y + 4) +
+                        severity_word(finding.said->severity), i, x, y - 8, x + 6, y + 4, x - 6, y + 4) +
             "<title>" + xml_text(finding.said->text) + "</title></path>\n";
     }
     return text;

@@ -63,7 +63,7 @@ std::set<std::string> needed_outputs(const BOUNDARY_REGISTER &found) {
 REST_VALUES take_tap(CHIP_PROOF &proof, const BOUNDARY_REGISTER &found, const PROOF_WORDS &words) {
     PROVEN_TAP tap;
     if (words.with_yosys)
-        tap = prove_tap(found, run_file(words.run, "_TAP.v"));
+        tap = prove_tap(found, run_text(words.run, "_TAP"));
     else
         tap.why_not = NOT_ASKED;
     REST_VALUES declared = declared_rest_values(*found.tap);
@@ -103,7 +103,6 @@ void take_cells(CHIP_PROOF &proof, const std::vector<REST_KIND> &kinds, const PR
         proven = prove_cells(kinds, words.run.models);
     else
         proven.of_kind.assign(kinds.size(), {false, NOT_ASKED});
-    std::vector<std::pair<std::string, std::vector<std::string>>> assumed; // by reason
     std::vector<std::string> cells, pads;
     for (size_t i = 0; i < kinds.size(); ++i) {
         const PROVEN_CELLS::ANSWER &answer = proven.of_kind[i];
@@ -118,19 +117,13 @@ void take_cells(CHIP_PROOF &proof, const std::vector<REST_KIND> &kinds, const PR
                        "wired to"
                      : "the cell is no wire at rest: look at its model and at its mode pins",
                  kinds[i].instance, "", ""});
-        } else {
-            auto reason = std::find_if(assumed.begin(), assumed.end(),
-                                       [&answer](const auto &row) { return row.first == answer.why_not; });
-            if (reason == assumed.end())
-                reason = assumed.insert(assumed.end(), {answer.why_not, {}});
-            reason->second.push_back(name);
         }
     }
     if (!cells.empty())
         proof.proofs.push_back("Cells: wires at rest, whatever they hold: " + list_text(cells));
     if (!pads.empty())
         proof.proofs.push_back("Pads: nothing of the test inside shows at rest: " + list_text(pads));
-    for (const auto &[why, names] : assumed)
+    for (const auto &[why, names] : unanswered_kinds(kinds, proven))
         proof.assumed.push_back("nothing of the test shows at rest in " + list_text(names) + ": " + why);
 }
 

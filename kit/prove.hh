@@ -102,3 +102,6 @@ struct POINT_PROOF {
 POINT_PROOF prove_points(const BOUNDARY_REGISTER &found, const std::string &source_file,
                          const REST_VALUES &values, const CHIP_COMPARISON &compared,
                          const std::vector<std::string> &models);
+/// The kinds without an answer, "NAME (COUNT)" each, by the reason why.
+std::vector<std::pair<std::string, std::vector<std::string>>>
+unanswered_kinds(const std::vector<REST_KIND> &kinds, const PROVEN_CELLS &proven);

@@ -9,6 +9,8 @@
 #include "siblings/tool.hh"
 #include "support/text.hh"
 
+#include <algorithm>
+
 namespace {
 
 /// What stands for a pin that is let go: once 0 and once 1, which are all values that the board can give it.
@@ -180,4 +182,20 @@ PROVEN_CELLS prove_cells(const std::vector<REST_KIND> &kinds, const std::vector<
 
 PROVEN_CELLS prove_isolation(const std::vector<REST_KIND> &kinds, const std::vector<std::string> &models) {
     return ask_kinds(kinds, models, prove_isolated);
+}
+
+std::vector<std::pair<std::string, std::vector<std::string>>>
+unanswered_kinds(const std::vector<REST_KIND> &kinds, const PROVEN_CELLS &proven) {
+    std::vector<std::pair<std::string, std::vector<std::string>>> reasons;
+    for (size_t i = 0; i < kinds.size(); ++i) {
+        const PROVEN_CELLS::ANSWER &answer = proven.of_kind[i];
+        if (answer.held || answer.why_not.empty())
+            continue;
+        auto reason = std::find_if(reasons.begin(), reasons.end(),
+                                   [&answer](const auto &row) { return row.first == answer.why_not; });
+        if (reason == reasons.end())
+            reason = reasons.insert(reasons.end(), {answer.why_not, {}});
+        reason->second.push_back(format_text("%s (%d)", kinds[i].class_name.c_str(), kinds[i].count));
+    }
+    return reasons;
 }

@@ -3,8 +3,8 @@
 #include "kit/prove.hh"
 
 #include "kit/chip.hh"
+#include "kit/finished_run.hh"
 #include "kit/yosys.hh"
-#include "siblings/tool.hh"
 #include "support/text.hh"
 
 #include <algorithm>
@@ -139,9 +139,8 @@ PROVEN_TAP prove_tap(const BOUNDARY_REGISTER &found, const std::string &tap_file
     PROVEN_TAP tap;
     TAP_QUESTIONS asked;
     take_code_sets(asked);
-    if (!TOOL_exists(tap_file))
-        tap.why_not = "there is no " + tap_file;
-    else if (asked.instruction_length == 0)
+    tap.why_not = verilog_obstacle(tap_file);
+    if (tap.why_not.empty() && asked.instruction_length == 0)
         tap.why_not = "there is no instruction table";
     if (!tap.why_not.empty())
         return tap;

@@ -10,6 +10,8 @@
 #include "support/text.hh"
 
 #include <algorithm>
+#include <cstdio>
+#include <cstdlib>
 #include <map>
 #include <set>
 #include <sstream>
@@ -23,10 +25,6 @@ struct OPENED_DESIGN {
     std::map<std::string, std::string> inputs; ///< the net of each driver, by its name
     std::string obstacle;
 };
-
-std::string net_name(int32_t net) {
-    return net == SDB_NET_GND ? "1'b0" : net == SDB_NET_VCC ? "1'b1" : format_text("n%d", net);
-}
 
 /// Objects of both designs have the same name in both, whatever levels a name has.
 std::string common_name(const DESIGN_VIEW &view, int32_t node) {
@@ -58,10 +56,13 @@ std::string shared_net_name(const DESIGN_VIEW &view, const std::vector<int32_t> 
 
 class DESIGN_OPENER {
   public:
-    DESIGN_OPENER(const DESIGN_VIEW &design, std::vector<REST_ROLE> of_objects, const REST_VALUES &at_rest,
-                  const VERILOG_MODULES &known_models)
-        : view(design), roles(std::move(of_objects)), values(at_rest), models(known_models),
-          drivers(static_cast<size_t>(design.net_count)), is_made(static_cast<size_t>(design.net_count)) {}
+    /// `letter` begins the names of the nets. Yosys takes what two designs call alike for equal, so it is
+    /// another one in each.
+    DESIGN_OPENER(const DESIGN_VIEW &design, char letter_of_nets, std::vector<REST_ROLE> of_objects,
+                  const REST_VALUES &at_rest, const VERILOG_MODULES &known_models)
+        : view(design), letter(letter_of_nets), roles(std::move(of_objects)), values(at_rest),
+          models(known_models), drivers(static_cast<size_t>(design.net_count)),
+          is_made(static_cast<size_t>(design.net_count)) {}
     /// Without the points of `let_pass`; what `reading` names drives nothing.
     OPENED_DESIGN open(const std::set<std::string> &let_pass, const std::set<std::string> &reading);
 
@@ -79,7 +80,12 @@ class DESIGN_OPENER {
     void take_node(int32_t node, const std::set<std::string> &let_pass);
     void take_inserted(int32_t obj);
 
+    std::string net_name(int32_t net) const {
+        return net == SDB_NET_GND ? "1'b0" : net == SDB_NET_VCC ? "1'b1" : format_text("%c%d", letter, net);
+    }
+
     const DESIGN_VIEW &view;
+    char letter;
     std::vector<REST_ROLE> roles;
     const REST_VALUES &values;
     const VERILOG_MODULES &models;
@@ -111,9 +117,10 @@ void DESIGN_OPENER::take_inserted(int32_t obj) {
             continue;
         if (role == REST_TAP && direction(node) == SDB_OUTPUT) {
             auto value = values.find(pin);
-            opened.instances += value != values.end()
-                                    ? format_text("  assign n%d = 1'b%d;\n", net, value->second ? 1 : 0)
-                                    : "";
+            opened.instances +=
+                value != values.end()
+                    ? format_text("  assign %s = 1'b%d;\n", net_name(net).c_str(), value->second ? 1 : 0)
+                    : "";
             if (value == values.end())
                 opened.inputs["TAP " + pin] += " " + net_name(net);
         }
@@ -151,7 +158,7 @@ OPENED_DESIGN DESIGN_OPENER::open(const std::set<std::string> &let_pass,
     for (int32_t node = 0; node < view.node_count; ++node)
         take_node(node, let_pass);
     for (int32_t net = SDB_NET_VCC + 1; net < view.net_count; ++net) {
-        opened.wires += format_text("  wire n%d;\n", net);
+        opened.wires += "  wire " + net_name(net) + ";\n";
         if (!is_made[static_cast<size_t>(net)])
             opened.inputs[shared_net_name(view, drivers[static_cast<size_t>(net)])] += " " + net_name(net);
     }
@@ -187,13 +194,24 @@ void set_width(std::string &text, size_t inputs) {
         text.replace(at, 1, std::to_string(inputs == 0 ? 0 : inputs - 1));
 }
 
-/// The points that are not proven, by the numbers in what Yosys says.
-std::vector<std::string> unproven_points(const std::string &log, const NAME_NUMBERS &points) {
+/// The points that are not proven, by the numbers in what Yosys says; `why_not` when its sums are others.
+std::vector<std::string> unproven_points(const std::string &log, const NAME_NUMBERS &points,
+                                         std::string &why_not) {
+    constexpr std::string_view MARK = "\\o_gold";
     std::set<size_t> numbers;
+    size_t proven = 0, left = 0;
     std::istringstream lines(log);
-    for (std::string line; std::getline(lines, line);)
-        if (size_t at = line.find("o_gold ["); line.find("Unproven $equiv") != line.npos && at != line.npos)
-            numbers.insert(std::stoul(line.substr(at + 8)));
+    for (std::string line; std::getline(lines, line);) {
+        std::sscanf(line.c_str(), " Of those cells %zu are proven and %zu are unproven.", &proven, &left);
+        size_t at = line.find(MARK);
+        if (line.find("Unproven $equiv") == line.npos || at == line.npos)
+            continue;
+        size_t bracket = line.find_first_not_of(' ', at + MARK.size()); // none in a vector of one bit
+        bool has_number = bracket != line.npos && line[bracket] == '[';
+        numbers.insert(has_number ? std::strtoul(line.c_str() + bracket + 1, nullptr, 10) : 0);
+    }
+    if (why_not.empty() && (proven + left != points.size() || left != numbers.size()))
+        why_not = format_text("yosys speaks of %zu points, and %zu were asked", proven + left, points.size());
     std::vector<std::string> names;
     for (const auto &[name, number] : points)
         if (numbers.contains(number))
@@ -213,10 +231,10 @@ POINT_PROOF prove_points(const BOUNDARY_REGISTER &found, const std::string &sour
     NETLIST_WALK walk;
     prepare_walk(walk, std::string(view_class_name(after, after.objs[found.tap_obj].class_id)).c_str());
     DESIGN_VIEW before = view_design(walk);
-    OPENED_DESIGN gold = DESIGN_OPENER(before, compared.roles_before, values, modules)
+    OPENED_DESIGN gold = DESIGN_OPENER(before, 'a', compared.roles_before, values, modules)
                              .open(compared.let_pass, compared.reading);
-    OPENED_DESIGN gate =
-        DESIGN_OPENER(after, compared.roles_after, values, modules).open(compared.let_pass, compared.reading);
+    OPENED_DESIGN gate = DESIGN_OPENER(after, 'b', compared.roles_after, values, modules)
+                             .open(compared.let_pass, compared.reading);
     proof.why_not = gold.obstacle + gate.obstacle;
     NAME_NUMBERS inputs, points;
     for (const auto &[name, net] : gold.points)
@@ -243,7 +261,7 @@ POINT_PROOF prove_points(const BOUNDARY_REGISTER &found, const std::string &sour
               "\nproc\nequiv_make gold gate rimkit_equiv\nhierarchy -top rimkit_equiv\nequiv_simple -undef\n"
               "equiv_status\n";
     proof.why_not = run_yosys(script, log);
-    std::vector<std::string> unproven = unproven_points(log, points);
+    std::vector<std::string> unproven = unproven_points(log, points, proof.why_not);
     proof.unproven.insert(proof.unproven.end(), unproven.begin(), unproven.end());
     proof.points = static_cast<int32_t>(points.size());
     return proof;

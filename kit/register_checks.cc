@@ -1,6 +1,6 @@
-// The register that was found, held against the boundary order file. A wire that is wrong makes a netlist that is
-// another chip, and as such can be described: what it should have been stands there, and in the design before the
-// run (kit/prove_compare.cc).
+// The register that was found, held against the boundary order file. A wire that is wrong makes a netlist
+// that is another chip, and as such can be described: what it should have been stands there, and in the
+// design before the run (kit/prove_compare.cc).
 #include "kit/boundary_register.hh"
 
 #include "kit/chip.hh"

@@ -165,9 +165,9 @@ std::vector<DELIVERED> deliver(const KIT_CALL &call, const RUN_WORDS &words) {
     for (const std::string &word : words.switches)
         if (std::string low = lower_case(word);
             low == "-add_tap_only" || low == "-no_expand" || low == "-add_bcm") {
-            kit_note(
-                "check, bsdl, patterns, prove and picture need the whole chip with its TAP; with %s there is none.",
-                word.c_str());
+            kit_note("check, bsdl, patterns, prove and picture need the whole chip with its TAP; with %s "
+                     "there is none.",
+                     word.c_str());
             return {};
         }
     return deliver_run({words.design, words.opath, kit_values(call, "cells"), kit_values(call, "liberty")});

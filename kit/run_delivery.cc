@@ -7,7 +7,6 @@
 #include "support/shell.hh"
 #include "support/text.hh"
 
-#include <span>
 #include <sys/wait.h>
 
 namespace {

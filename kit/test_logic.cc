@@ -43,26 +43,16 @@ std::string net_at(LOGIC_TEXT &text, int32_t node) {
 
 /// The ports, their vectors as the bench connects them; nets get the names of their bits.
 std::string port_text(LOGIC_TEXT &text) {
-    NL_DESIGN design;
-    NL_MODULE &module = design.modules.emplace_back();
-    NL_take_sdb_ports(design, module, sdb);
-    if (int32_t twice = NL_NONE; module.groups.empty())
-        NL_close_ports(design, module, twice);
-    std::unordered_map<std::string, int32_t> port_of_name;
-    for (int32_t port = 0; port < port_count; ++port)
-        port_of_name.emplace(chip_port_name(port), port);
     std::string list;
-    for (const NL_GROUP &group : module.groups) {
-        std::string name = VLOG_identifier(NL_string(design.names, group.name));
+    for (const CHIP_PORT_GROUP &group : chip_port_groups()) {
+        std::string name = VLOG_identifier(group.name);
+        size_t count = group.ports.size();
         list += (list.empty() ? "" : ", ") +
-                format_text(group.count > 1 ? "inout [%d:0] " : "inout ", group.count - 1) + name;
-        for (int32_t i = 0; i < group.count; ++i) {
-            auto port = port_of_name.find(
-                NL_string(design.names, module.ports[static_cast<size_t>(group.first + i)].name));
-            int32_t node = port == port_of_name.end() ? -1 : port_tab[port->second].node;
+                (count > 1 ? format_text("inout [%zu:0] ", count - 1) : std::string("inout ")) + name;
+        for (size_t i = 0; i < count; ++i) {
+            int32_t node = group.ports[i] < 0 ? -1 : port_tab[group.ports[i]].node;
             int32_t net = node < 0 ? -1 : node_tab[node].net;
-            std::string bit =
-                group.count > 1 ? format_text("%s[%d]", name.c_str(), group.count - 1 - i) : name;
+            std::string bit = count > 1 ? format_text("%s[%zu]", name.c_str(), count - 1 - i) : name;
             if (net <= SDB_NET_VCC)
                 continue;
             std::string &known = text.port_of_net[static_cast<size_t>(net)];

@@ -226,8 +226,6 @@ std::string bench_text(const BSDL_FILE &file, const BOUNDARY_REGISTER &found,
 
 std::string run_bench(const std::string &bench, const std::vector<std::string> &files, std::string &output) {
     SCRATCH_FOLDER folder;
-    if (folder.path.empty())
-        return "there is no folder for a simulation";
     TOOL_write_file(folder.path + "/bench.v", bench);
     std::string program = folder.path + "/bench.vvp", log = folder.path + "/log", out = folder.path + "/out";
     std::vector<std::string> words = {

@@ -13,8 +13,6 @@ std::string run_yosys(const std::string &script, std::string &log) {
     if (std::string fault = engine_obstacle("yosys", "yosys"); !fault.empty())
         return fault;
     SCRATCH_FOLDER folder;
-    if (folder.path.empty())
-        return "there is no folder for a proof";
     TOOL_write_file(folder.path + "/prove.ys", script);
     std::string fault =
         run_engine({"yosys", "-Q", "-T", "-s", folder.path + "/prove.ys"}, folder.path + "/log");
