@@ -42,7 +42,8 @@ std::string run_engine(const std::vector<std::string> &words, const std::string 
 }
 
 SCRATCH_FOLDER::SCRATCH_FOLDER() {
-    std::string name = (std::filesystem::temp_directory_path() / "rimkit-XXXXXX").string();
+    const char *place = std::getenv("TMPDIR");
+    std::string name = std::string(place != nullptr && *place != '\0' ? place : "/tmp") + "/rimkit-XXXXXX";
     const char *made = ::mkdtemp(name.data());
     if (made == nullptr)
         TOOL_fail("", 0, "can't make a folder for an engine's files, '%s': %s.", name.c_str(),
