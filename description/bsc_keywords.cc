@@ -23,7 +23,7 @@ constexpr BSC_KEYWORD bist_names(const char *name, int32_t token, const char **L
 }
 
 // clang-format off
-constexpr BSC_KEYWORD keywords[] = {
+constexpr BSC_KEYWORD bsc_words[] = {
     // Statements. %SKIP_MODULE_NAMES has no effect.
     setting("%GLOBAL_TDI", BSC_NAME_KEY, &GLOBAL_TDI),
     setting("%GLOBAL_TDO", BSC_NAME_KEY, &GLOBAL_TDO),
@@ -107,6 +107,6 @@ constexpr BSC_KEYWORD keywords[] = {
 } // namespace
 
 const KEYWORD *bsc_keyword_lookup(const char *text) {
-    static const auto &hash = *new KEYWORD_HASH(load_keywords(keywords));
+    static const auto &hash = *new KEYWORD_HASH(load_keywords(bsc_words));
     return find_keyword(hash, text);
 }

@@ -29,7 +29,7 @@ constexpr LIB_KEYWORD names(const char *name, const char **S::*field) {
 }
 
 // clang-format off
-constexpr LIB_KEYWORD keywords[] = {
+constexpr LIB_KEYWORD lib_words[] = {
     {{"%BUFFER", LIB_BUFFER_HEAD, BUFFER_CELL_NODE}},
     {{"%BS_BUFFER", LIB_BUFFER_HEAD, BS_BUFFER_NODE}},
     {{"%DIFFERENTIAL_VOLTAGE", LIB_BUFFER_HEAD, DIFF_V_BUFFER_CELL_NODE}},
@@ -102,6 +102,6 @@ constexpr LIB_KEYWORD keywords[] = {
 } // namespace
 
 const KEYWORD *lib_keyword_lookup(const char *text) {
-    static const auto &hash = *new KEYWORD_HASH(load_keywords(keywords));
+    static const auto &hash = *new KEYWORD_HASH(load_keywords(lib_words));
     return find_keyword(hash, text);
 }

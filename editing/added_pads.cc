@@ -17,15 +17,15 @@
 namespace {
 
 /// By cell: its pins, in their order, and whether one of its pads has the pin open.
-struct PAD_PIN {
+struct ADDED_PIN {
     std::string name;
     bool open;
 };
-std::map<std::string, std::vector<PAD_PIN>> added_pads;
+std::map<std::string, std::vector<ADDED_PIN>> added_pads;
 
 /// The pins of a cell, from its file; none where there is no such file, which the editor reports.
-std::vector<PAD_PIN> pins_of_cell(const char *cell) {
-    std::vector<PAD_PIN> pins;
+std::vector<ADDED_PIN> pins_of_cell(const char *cell) {
+    std::vector<ADDED_PIN> pins;
     const char *path = FNM_find_input(std::string(PATH) + cell + ".sdb");
     if (path == nullptr)
         return pins;
@@ -49,7 +49,7 @@ void note_added_pad(const char *cell, std::initializer_list<const char *> connec
     auto [known, is_new] = added_pads.try_emplace(cell);
     if (is_new)
         known->second = pins_of_cell(cell);
-    for (PAD_PIN &pin : known->second)
+    for (ADDED_PIN &pin : known->second)
         pin.open |= std::none_of(connected.begin(), connected.end(), [&pin](const char *name) {
             return same_text_no_case(name, pin.name.c_str());
         });
@@ -59,7 +59,7 @@ void warn_of_open_pad_pins() {
     std::string lines;
     for (const auto &[cell, pins] : added_pads) {
         std::string open;
-        for (const PAD_PIN &pin : pins)
+        for (const ADDED_PIN &pin : pins)
             if (pin.open)
                 open += (open.empty() ? "" : ", ") + pin.name;
         if (!open.empty())

@@ -21,7 +21,7 @@
 
 namespace {
 
-constexpr KIT_OPTION OPTIONS[] = {
+constexpr KIT_OPTION BSDL_OPTIONS[] = {
     {"basic", nullptr,
      "for readers that know less: no DESIGN_WARNING, INTEST_EXECUTION,\nPORT_GROUPING, own packages"},
     {"frequency", "HZ", "highest frequency of TCK, 10.0e6 otherwise"},
@@ -130,7 +130,7 @@ const KIT_VERB kit_bsdl = {
     "bsdl",
     "Describes the inserted chip for a board tester: DESIGN.bsd (IEEE 1149.1-2001).",
     "[options] DESIGN",
-    OPTIONS,
+    BSDL_OPTIONS,
     "  rimkit bsdl --frequency 20e6 chip\n",
     false,
     run_bsdl,

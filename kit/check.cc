@@ -21,7 +21,7 @@
 
 namespace {
 
-constexpr KIT_OPTION OPTIONS[] = {
+constexpr KIT_OPTION CHECK_OPTIONS[] = {
     {"rule", "N", "this rule alone, 0 for the files of the run; may be repeated", true},
     {"no-engines", nullptr, "what the netlist shows alone, without simulation and proof"},
     {"strict", nullptr, "rule 14 is an error, and not a warning"},
@@ -223,7 +223,7 @@ const KIT_VERB kit_check = {
     "check",
     "Checks the inserted chip against the rules of IEEE 1149.1.",
     "[options] DESIGN",
-    OPTIONS,
+    CHECK_OPTIONS,
     "  rimkit check --liberty pads.lib chip\n\n"
     "Status: 0 without errors, 1 with errors, 2 usage, 255 could not check. Each rule has its section in\n"
     "docs/rimkit_check.md.\n",

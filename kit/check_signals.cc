@@ -224,10 +224,6 @@ int32_t port_behind(const CHECK_CHIP &chip, const WALK_POINT &point) {
     return pad != nullptr && walk_is_pin(point.node, pad->core_out) ? pad->port : -1;
 }
 
-std::string without_minus_or_empty(const char *name) {
-    return name == nullptr ? "" : without_minus(name);
-}
-
 } // namespace
 
 void check_control_pins(CHECK_CHIP &chip) {
@@ -337,7 +333,7 @@ void check_tap_inputs(CHECK_CHIP &chip) {
         bool is_reset = input.port == PORT_TRST && near.end == WALK_CORE && !chip_has_input(near.row);
         bool is_wrong = far.end == WALK_CORE || far.end == WALK_CELL || far.end == WALK_MANY;
         int32_t port = port_behind(chip, far);
-        std::string declared = without_minus_or_empty(*input.declared);
+        std::string declared = text_or_empty(without_minus(*input.declared));
         bool is_through =
             !gates.empty() && port >= 0 && (declared.empty() || chip_port_name(port) == declared);
         CHECK_PLACE place = {near.end == WALK_CORE ? near.row : chip.found.tap_obj, near.node, port};

@@ -17,19 +17,19 @@ struct PIN_VALUE {
 };
 
 enum PAD_USE {
-    PAD_UNKNOWN, ///< no pad that the tables or the names know
-    PAD_INPUT,
-    PAD_OUTPUT,      ///< 2-state
-    PAD_THREE_STATE, ///< output with an enable
-    PAD_BIDIRECTIONAL,
-    PAD_POWER,
-    PAD_ANALOG,
+    USE_UNKNOWN, ///< no pad that the tables or the names know
+    USE_INPUT,
+    USE_OUTPUT,      ///< 2-state
+    USE_THREE_STATE, ///< output with an enable
+    USE_BIDIRECTIONAL,
+    USE_POWER,
+    USE_ANALOG,
 };
 
 /// What one library cell does as a pad: from its Liberty entry, else guessed from its pins.
 struct PAD_KIND {
     std::string cell;
-    PAD_USE use = PAD_UNKNOWN;
+    PAD_USE use = USE_UNKNOWN;
     std::string pad;       ///< the pin on the port
     std::string pad_minus; ///< the other leg of a differential pad, or empty
     std::string input;     ///< the core drives it; empty for none

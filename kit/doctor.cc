@@ -29,7 +29,7 @@
 
 namespace {
 
-constexpr KIT_OPTION OPTIONS[] = {
+constexpr KIT_OPTION DOCTOR_OPTIONS[] = {
     {"liberty", "FILE",
      "Liberty library of the pads, plain or .gz: tells which pins\na pad needs; may be repeated", true},
     {"netlist", "FILE", "Verilog netlist, DESIGN.v otherwise, for its age; may be\nrepeated", true},
@@ -202,7 +202,7 @@ const KIT_VERB kit_doctor = {
     "doctor",
     "Lists all that stands in the way of a run, or of a chip that works, at once.",
     "[options] DESIGN [rimweave switches]",
-    OPTIONS,
+    DOCTOR_OPTIONS,
     "  rimkit doctor chip -vhdl\n\n"
     "Status: 0 nothing but notes, 1 errors or warnings, 2 usage, 255 fault. Each rule has its section in\n"
     "docs/rimkit_doctor.md.\n",

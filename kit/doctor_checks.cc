@@ -22,10 +22,6 @@ constexpr size_t ID_LENGTH = 32;
 /// Beyond so many loads an output of the TAP is worth a tree.
 constexpr int32_t MANY_CELLS = 32;
 
-std::string name_or_empty(const char *text) {
-    return text != nullptr ? text : "";
-}
-
 // Instructions.
 
 const INSTRUCTION *find_instruction(const char *name) {
@@ -62,7 +58,7 @@ void check_instructions(std::vector<FINDING> &findings) {
 }
 
 void check_idcode(std::vector<FINDING> &findings) {
-    std::string code = name_or_empty(IDCODE_REG), bsc = doctor_bsc_file();
+    std::string code = text_or_empty(IDCODE_REG), bsc = doctor_bsc_file();
     auto add = [&](const std::string &text, const std::string &cure) {
         FINDING finding = make_finding("idcode", code, bsc, line_of_name(bsc, code), text);
         finding.cure = cure;
@@ -149,7 +145,7 @@ void check_pins_of_cell(std::vector<FINDING> &findings, const SCAN_CELL &cell, c
     std::string lib = doctor_lib_file();
     OPEN_DESIGN design(path);
     for (const CELL_PIN &row : CELL_PINS) {
-        std::string pin = name_or_empty(without_minus(cell.*row.field));
+        std::string pin = text_or_empty(without_minus(cell.*row.field));
         if (pin.empty())
             continue;
         int32_t port = SDB_nl_search_port(pin.c_str());
@@ -211,7 +207,7 @@ void check_tables(std::vector<FINDING> &findings) {
         cells += row_gets_cells(row) ? 1 : 0;
     check_group_size(findings, cells);
     if (PACKAGE_PIN_NUMBER > BS_PIN_COUNT && BS_PIN_COUNT > 0)
-        findings.push_back(make_finding("package-count", name_or_empty(PACKAGE_TYPE), doctor_pin_file(),
+        findings.push_back(make_finding("package-count", text_or_empty(PACKAGE_TYPE), doctor_pin_file(),
                                         line_of_name(doctor_pin_file(), "%PACKAGE_TYPE"),
                                         format_text("the package has %d pins, and the file rows for %d",
                                                     PACKAGE_PIN_NUMBER, BS_PIN_COUNT)));
@@ -219,12 +215,12 @@ void check_tables(std::vector<FINDING> &findings) {
 
 void check_cell_pins(std::vector<FINDING> &findings) {
     std::set<std::string> names;
-#define TAKE_ROLE(role) names.insert(name_or_empty(role));
+#define TAKE_ROLE(role) names.insert(text_or_empty(role));
     FOR_EACH_CELL_ROLE(TAKE_ROLE)
 #undef TAKE_ROLE
     for (const PIN_ENTRY *pin : rows(PIN_TABLE))
         for (const char *name : {pin->bsc_name, pin->bsc_c, pin->bsc_i, pin->bsc_o, pin->bsc_io})
-            names.insert(name_or_empty(name));
+            names.insert(text_or_empty(name));
     for (const std::string &name : names) {
         const SCAN_CELL *cell = get_scan_cell(name.c_str());
         if (cell != nullptr && cell->tck != nullptr && !option(OPT_SYNCH))

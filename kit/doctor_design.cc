@@ -18,10 +18,6 @@
 
 namespace {
 
-std::string name_or_empty(const char *text) {
-    return text != nullptr ? text : "";
-}
-
 /// The port whose name differs from `name` in case alone; empty for none, and where the name itself is one.
 /// The index is that of the one design that a doctor looks at.
 std::string port_in_other_case(const std::string &name) {
@@ -39,7 +35,7 @@ std::string port_in_other_case(const std::string &name) {
 void check_names(std::vector<FINDING> &findings) {
     std::string bsc = doctor_bsc_file();
     auto check = [&](const char *given, const char *statement) {
-        std::string name = name_or_empty(without_minus(given));
+        std::string name = text_or_empty(without_minus(given));
         std::string port = port_in_other_case(name);
         if (port.empty())
             return;
@@ -58,7 +54,7 @@ void check_names(std::vector<FINDING> &findings) {
 
 void check_test_ports(std::vector<FINDING> &findings) {
     for (const STANDARD_PORT_STATE &state : TAP_PORT) {
-        std::string name = name_or_empty(without_minus(*state.global_name));
+        std::string name = text_or_empty(without_minus(*state.global_name));
         if (name.empty() || SDB_nl_search_port(name.c_str()) < 0)
             continue;
         auto pins = rows(PIN_TABLE);

@@ -116,13 +116,13 @@ std::string pad_block(const CHIP_PLAN &plan, const PAD_KIND &pad) {
         text += "// please check: " + doubt + "\n";
     text += std::string(is_pair ? "%DIFFERENTIAL_VOLTAGE " : "%BUFFER ") + pad.cell + "\n{\n";
     switch (pad.use) {
-    case PAD_INPUT:
+    case USE_INPUT:
         if (serves_clocks_alone(plan, pad))
             text += item("%FUNCTION", "CLOCK", "its ports are clocks: their cells only observe");
         text += needed_item(is_pair ? "%INPUT_P" : "%INPUT", pad.pad);
         text += item("%INPUT_M", pad.pad_minus) + needed_item("%OUTPUT", pad.output);
         break;
-    case PAD_BIDIRECTIONAL:
+    case USE_BIDIRECTIONAL:
         text += item("%FUNCTION", "inout") + needed_item("%INOUT", pad.pad) +
                 needed_item("%INPUT", pad.input) + needed_item("%OUTPUT", pad.output);
         break;
@@ -131,7 +131,7 @@ std::string pad_block(const CHIP_PLAN &plan, const PAD_KIND &pad) {
         text += needed_item(is_pair ? "%OUTPUT_P" : "%OUTPUT", pad.pad) + item("%OUTPUT_M", pad.pad_minus);
     }
     text += item("%EN_L", pad.enable_low, "drives at 0") + item("%EN_H", pad.enable_high, "drives at 1");
-    if ((pad.use == PAD_BIDIRECTIONAL || pad.use == PAD_THREE_STATE) && pad.enable_low.empty() &&
+    if ((pad.use == USE_BIDIRECTIONAL || pad.use == USE_THREE_STATE) && pad.enable_low.empty() &&
         pad.enable_high.empty())
         text += needed_item("%EN_H", "");
     return text + pin_comments(plan, pad) + "}\n\n";

@@ -12,15 +12,15 @@ constexpr int DEEPEST = 200; // parentheses and inversions
 constexpr char NAME = 'n', END = '\0';
 
 /// An operator, '0', '1', or a name; && and || are taken as & and |, ~ as !.
-struct TOKEN {
+struct FUNCTION_TOKEN {
     char kind;
     std::string_view name{};
 };
 
-std::vector<TOKEN> tokens_in(std::string_view text) {
+std::vector<FUNCTION_TOKEN> tokens_in(std::string_view text) {
     constexpr std::string_view blanks = " \t\r\n\\", operators = "!'~^*&+|()",
                                enders = " \t\r\n\\!'~^*&+|()\"";
-    std::vector<TOKEN> tokens;
+    std::vector<FUNCTION_TOKEN> tokens;
     for (size_t at = 0; (at = text.find_first_not_of(blanks, at)) != std::string_view::npos;) {
         char first = text[at];
         size_t end = at + 1;
@@ -46,9 +46,9 @@ std::vector<TOKEN> tokens_in(std::string_view text) {
     return tokens;
 }
 
-std::vector<std::string> names_of(const std::vector<TOKEN> &tokens) {
+std::vector<std::string> names_of(const std::vector<FUNCTION_TOKEN> &tokens) {
     std::vector<std::string> names;
-    for (const TOKEN &token : tokens)
+    for (const FUNCTION_TOKEN &token : tokens)
         if (token.kind == NAME && std::find(names.begin(), names.end(), token.name) == names.end())
             names.emplace_back(token.name);
     return names;
@@ -110,7 +110,7 @@ bool is_constant(const TABLE &table, bool value) {
 
 /// Recursive descent over the tokens. No result for what is no expression.
 struct PARSER {
-    const std::vector<TOKEN> &tokens;
+    const std::vector<FUNCTION_TOKEN> &tokens;
     const std::vector<std::string> &names;
     size_t at = 0;
     int depth = 0;
@@ -173,7 +173,7 @@ struct PARSER {
     }
 
     RESULT innermost() {
-        const TOKEN &token = tokens[at];
+        const FUNCTION_TOKEN &token = tokens[at];
         size_t words = words_for(names.size());
         if (token.kind == '0' || token.kind == '1') {
             ++at;
@@ -234,7 +234,7 @@ size_t row_of(const LIBERTY_FUNCTION &function, std::string_view pin) {
 
 LIBERTY_FUNCTION liberty_function(std::string_view text) {
     LIBERTY_FUNCTION function;
-    std::vector<TOKEN> tokens = tokens_in(text);
+    std::vector<FUNCTION_TOKEN> tokens = tokens_in(text);
     if (tokens.size() == 1)
         return function;
     function.names = names_of(tokens);

@@ -199,8 +199,8 @@ bool has_core_pin(const LIBERTY_CELL &cell) {
 PAD_USE use_of(const PAD_KIND &kind, bool drives) {
     bool has_enable = !kind.enable_low.empty() || !kind.enable_high.empty();
     if (drives && !kind.output.empty())
-        return PAD_BIDIRECTIONAL;
-    return !drives ? PAD_INPUT : has_enable ? PAD_THREE_STATE : PAD_OUTPUT;
+        return USE_BIDIRECTIONAL;
+    return !drives ? USE_INPUT : has_enable ? USE_THREE_STATE : USE_OUTPUT;
 }
 
 void take_other_pins(PAD_KIND &kind, const std::vector<std::string> &inputs) {
@@ -223,7 +223,7 @@ PAD_KIND pad_kind_of_liberty(const LIBERTY &library, const LIBERTY_CELL &cell) {
     kind.pad = pad->name;
     if (!has_core_pin(cell)) {
         bool is_power = kit_is_power_name(pad->name) || is_constant(pad->function);
-        kind.use = is_power ? PAD_POWER : PAD_ANALOG;
+        kind.use = is_power ? USE_POWER : USE_ANALOG;
         return kind;
     }
     if (const LIBERTY_PIN *minus = minus_leg(cell, *pad); minus != nullptr)
@@ -236,8 +236,8 @@ PAD_KIND pad_kind_of_liberty(const LIBERTY &library, const LIBERTY_CELL &cell) {
     if (drives)
         take_driving_pin(kind, *pad);
     kind.use = use_of(kind, drives);
-    if (kind.use == PAD_INPUT && kind.output.empty())
-        kind.use = PAD_ANALOG; // neither read nor driven
+    if (kind.use == USE_INPUT && kind.output.empty())
+        kind.use = USE_ANALOG; // neither read nor driven
     std::vector<std::string> inputs;
     for (const LIBERTY_PIN &pin : cell.pins)
         if (pin.direction == LIBERTY_DIRECTION::INPUT && !is_supply(cell, pin.name))
@@ -337,7 +337,7 @@ LIBERTY_CELL cell_of_class(int32_t class_id, const std::string &pad_pin) {
 
 bool is_complete(const PAD_KIND &kind) {
     bool has_enable = !kind.enable_low.empty() || !kind.enable_high.empty();
-    return kind.use == PAD_BIDIRECTIONAL ? !kind.input.empty() && !kind.output.empty() && has_enable
+    return kind.use == USE_BIDIRECTIONAL ? !kind.input.empty() && !kind.output.empty() && has_enable
                                          : !kind.input.empty() || !kind.output.empty();
 }
 
@@ -350,7 +350,7 @@ PAD_KIND guessed_pad_kind(int32_t class_id, const std::string &pad_pin,
     kind.pad = pad_pin;
     CLASS_PINS pins = pins_of_class(class_id, pad_pin);
     if (kit_is_power_name(pad_pin) || (pins.inputs.empty() && pins.outputs.empty())) {
-        kind.use = kit_is_power_name(pad_pin) || kit_is_power_name(kind.cell) ? PAD_POWER : PAD_ANALOG;
+        kind.use = kit_is_power_name(pad_pin) || kit_is_power_name(kind.cell) ? USE_POWER : USE_ANALOG;
         return kind;
     }
     LIBERTY_CELL cell = cell_of_class(class_id, pad_pin);

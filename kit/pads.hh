@@ -10,7 +10,7 @@
 #include <map>
 #include <string>
 
-/// The pad kind of a cell that Liberty describes; its use is PAD_UNKNOWN when the entry shows no pad.
+/// The pad kind of a cell that Liberty describes; its use is USE_UNKNOWN when the entry shows no pad.
 PAD_KIND pad_kind_of_liberty(const LIBERTY &library, const LIBERTY_CELL &cell);
 
 /// A guess for a cell that Liberty does not describe: from its Verilog model where that shows enough

@@ -24,7 +24,7 @@ struct STIL_WRITER {
     }
 };
 
-std::string quoted(const std::string &name) {
+std::string stil_name(const std::string &name) {
     return "\"" + name + "\"";
 }
 
@@ -107,7 +107,7 @@ void add_pins(STIL_WRITER &writer, const PATTERN_STEP &step) {
 void add_reset(STIL_WRITER &writer, const PATTERN_STEP &step) {
     if (step.kind == STEP_TRST)
         for (char value : {'0', '1'})
-            writer.text += "V{t=011X;" + quoted(writer.test_pin(PORT_TRST).name) + "=" + value + ";}\n";
+            writer.text += "V{t=011X;" + stil_name(writer.test_pin(PORT_TRST).name) + "=" + value + ";}\n";
     else
         for (int i = 0; i < 5; ++i)
             add_vector(writer, 'P', '1', '1', 'X');
@@ -118,7 +118,7 @@ void add_reset(STIL_WRITER &writer, const PATTERN_STEP &step) {
 std::string sum_of(const std::vector<std::string> &names) {
     std::string text;
     for (const std::string &name : names)
-        text += (text.empty() ? "" : "+") + quoted(name);
+        text += (text.empty() ? "" : "+") + stil_name(name);
     return "'" + text + "'";
 }
 
@@ -133,7 +133,7 @@ std::string head_text(const STIL_WRITER &writer) {
         bool is_output = pin.role == PIN_SEEN || list.test_ports[PORT_TDO] == static_cast<int32_t>(i);
         if (pin.role == PIN_LEFT)
             continue;
-        signals += "    " + quoted(pin.name) +
+        signals += "    " + stil_name(pin.name) +
                    (is_output              ? " Out;\n"
                     : pin.role == PIN_BOTH ? " InOut;\n"
                                            : " In;\n");
@@ -150,7 +150,7 @@ std::string head_text(const STIL_WRITER &writer) {
            "}\nSignalGroups {\n    t = " + sum_of(tests) + ";\n    p = " + sum_of(others) +
            ";\n    all = " + sum_of(all) + ";\n}\nTiming { WaveformTable wave {\n    Period " + at(1) +
            ";\n    Waveforms {\n        all { 01 { '0ns' D/U; } }\n        all { LHTX { '0ns' Z; " +
-           at(0.45) + " L/H/T/X; } }\n        " + quoted(tests[0]) + " { P { '0ns' D; " + at(0.5) +
+           at(0.45) + " L/H/T/X; } }\n        " + stil_name(tests[0]) + " { P { '0ns' D; " + at(0.5) +
            " U; } }\n    }\n} }\nPatternBurst burst { PatList { tests; } }\nPatternExec { PatternBurst "
            "burst; }\n";
 }
@@ -164,7 +164,7 @@ std::string pattern_stil(const PATTERN_LIST &list) {
     writer.text = head_text(writer) + "Pattern tests {\nW wave;\n";
     if (list.test_ports[PORT_TRST] >= 0)
         writer.text +=
-            "V{" + quoted(writer.test_pin(PORT_TRST).name) + "=1;t=011X;p=" + group_letters(writer) + ";}\n";
+            "V{" + stil_name(writer.test_pin(PORT_TRST).name) + "=1;t=011X;p=" + group_letters(writer) + ";}\n";
     else
         add_vector(writer, '0', '1', '1', 'X', true);
     for (size_t i = 0; i < list.steps.size(); ++i) {

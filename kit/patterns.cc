@@ -16,7 +16,7 @@
 
 namespace {
 
-constexpr KIT_OPTION OPTIONS[] = {
+constexpr KIT_OPTION PATTERNS_OPTIONS[] = {
     {"cells", "FILE",
      "Verilog models of the cells; Icarus Verilog then plays the bench on them;\nmay be repeated", true},
     {"opath", "DIR", "the folder that the run's -opath named"},
@@ -163,7 +163,7 @@ const KIT_VERB kit_patterns = {
     "patterns",
     "Writes test patterns of the inserted chip: DESIGN.svf, .stil, _bench.v, .cov.",
     "[options] DESIGN",
-    OPTIONS,
+    PATTERNS_OPTIONS,
     "  rimkit patterns --cells pads.v --cells chip_cells.v chip\n",
     false,
     run_patterns,

@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr KIT_OPTION OPTIONS[] = {
+constexpr KIT_OPTION PICTURE_OPTIONS[] = {
     {"output", "FILE", "the page to write, DESIGN.html otherwise; the .svg lies beside it"},
     {"opath", "DIR", "the folder that the run's -opath named"},
     {"cells", "FILE", "taken as by the other verbs; the picture needs no models", true},
@@ -58,7 +58,7 @@ const KIT_VERB kit_picture = {
     "picture",
     "Shows the boundary register for the eye: DESIGN.html and DESIGN.svg.",
     "[options] DESIGN",
-    OPTIONS,
+    PICTURE_OPTIONS,
     "  rimkit picture chip\n",
     false,
     run_picture,

@@ -8,7 +8,6 @@
 namespace {
 
 constexpr double PITCH = 26, CELL = 18, PAD_DEPTH = 26, GAP = 10, CORNER = 96, SMALLEST_SIDE = 260;
-constexpr size_t LONGEST_LABEL = 28;
 constexpr double LETTER = 6.7; // width of a label's letter
 
 /// What stands at a slot, with its columns.

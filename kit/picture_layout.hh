@@ -39,5 +39,8 @@ struct PICTURE_LAYOUT {
 /// With `folds_buses`, pads of one vector that stand side by side share a slot.
 PICTURE_LAYOUT picture_layout(const PICTURE &picture, bool folds_buses);
 
+/// Characters of a label on the ring.
+constexpr size_t LONGEST_LABEL = 28;
+
 /// A label of at most that many characters of UTF-8; a cut one ends with "…".
 std::string short_label(const std::string &text, size_t most);

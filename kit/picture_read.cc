@@ -46,7 +46,7 @@ std::string clean(const std::string &text) {
 }
 
 std::string clean(const char *text) {
-    return clean(std::string(text != nullptr ? text : ""));
+    return clean(text_or_empty(text));
 }
 
 // ---- pads ---------------------------------------------------------------------------------------------

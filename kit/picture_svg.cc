@@ -9,7 +9,6 @@
 
 namespace {
 
-constexpr size_t LONGEST_LABEL = 28;
 constexpr size_t SMALL_CHIP = 160; // marks; a larger one gets arrows that are seen from afar
 
 constexpr const char *STYLE = R"(

@@ -45,7 +45,7 @@ const PAD_KIND *find_kind(PAD_KINDS &kinds, int32_t node) {
         kind = pad_kind_of_liberty(kinds.library, entry->second);
     else if (looks_like_pad(class_id, pin))
         kind = guessed_pad_kind(class_id, pin, kinds.models);
-    if (kind.use == PAD_UNKNOWN)
+    if (kind.use == USE_UNKNOWN)
         return nullptr;
     kinds.plan.pads.push_back(kind);
     known->second = &kinds.plan.pads.back();
@@ -61,7 +61,7 @@ const PAD_KIND *kind_of_node(PAD_KINDS &kinds, int32_t node) {
 }
 
 bool is_signal_pad(const PAD_KIND *kind) {
-    return kind != nullptr && kind->use != PAD_POWER && kind->use != PAD_ANALOG;
+    return kind != nullptr && kind->use != USE_POWER && kind->use != USE_ANALOG;
 }
 
 /// The pad on the port's net: one for signals before one for power.
@@ -96,7 +96,7 @@ const char *direction_words(SDB_DIRECTION direction) {
 /// A port that stands on no signal pad.
 void skip_without_pad(PORT_PLAN &plan, int32_t port, const PAD_KIND *kind) {
     int32_t own = port_tab[port].node;
-    bool is_power = kit_is_power_name(plan.name) || (kind != nullptr && kind->use == PAD_POWER);
+    bool is_power = kit_is_power_name(plan.name) || (kind != nullptr && kind->use == USE_POWER);
     if (is_power)
         skip(plan, "power or ground", "PWR");
     else if (kind != nullptr)
@@ -131,12 +131,12 @@ void take_enable(PORT_PLAN &plan, const PAD_KIND &kind) {
 void take_direction(PORT_PLAN &plan, const PAD_KIND &kind, int32_t port) {
     SDB_DIRECTION declared = chip_port_direction(port);
     switch (kind.use) {
-    case PAD_INPUT:
+    case USE_INPUT:
         plan.direction = "IN";
         plan.read_as = declared == SDB_BIDIRECTIONAL ? READ_AS_INPUT : READ_AS_DECLARED;
         break;
-    case PAD_OUTPUT:
-    case PAD_THREE_STATE:
+    case USE_OUTPUT:
+    case USE_THREE_STATE:
         plan.direction = "OUT";
         plan.read_as = declared == SDB_BIDIRECTIONAL ? READ_AS_OUTPUT : READ_AS_DECLARED;
         break;

@@ -16,7 +16,7 @@
 
 namespace {
 
-constexpr KIT_OPTION OPTIONS[] = {
+constexpr KIT_OPTION PROVE_OPTIONS[] = {
     {"opath", "DIR", "the folder that the run's -opath named"},
     {"cells", "FILE", "Verilog of the boundary cells, DESIGN_cells.v otherwise; may be repeated", true},
     {"yosys", nullptr, "asks Yosys about each pin of a chip of any size"},
@@ -208,7 +208,7 @@ const KIT_VERB kit_prove = {
     "prove",
     "Proves that the inserted chip, at rest, is the chip from before the run.",
     "[options] DESIGN",
-    OPTIONS,
+    PROVE_OPTIONS,
     "  rimkit prove --cells cells.v chip\n\n"
     "Status: 0 proven, 1 not equal, 2 usage, 255 could not.\n",
     false,

@@ -210,7 +210,7 @@ std::vector<KIT_OPTION> run_options() {
     options.push_back({"no-delivery", nullptr, "leave out check, bsdl, patterns, prove and picture"});
     return options;
 }
-const std::vector<KIT_OPTION> OPTIONS = run_options();
+const std::vector<KIT_OPTION> RUN_OPTIONS = run_options();
 
 int run_run(const KIT_CALL &given) {
     KIT_CALL call = given;
@@ -245,7 +245,7 @@ const KIT_VERB kit_run = {
     "run",
     "Takes a chip the whole way: drafts where there are none, the design database, rimweave, a summary.",
     "[options of start] [switches of rimweave] DESIGN",
-    OPTIONS,
+    RUN_OPTIONS,
     "  rimkit run --liberty pads.lib --cells cells.v --idcode 1,0x2650,0x2aa chip -vhdl\n",
     true,
     run_run,

@@ -21,7 +21,7 @@
 
 namespace {
 
-constexpr KIT_OPTION OPTIONS[] = {
+constexpr KIT_OPTION START_OPTIONS[] = {
     {"liberty", "FILE", "Liberty library of pads or cells, plain or .gz; may be repeated", true},
     {"cells", "FILE", "Verilog of the library cells; may be repeated", true},
     {"netlist", "FILE", "Verilog netlist, DESIGN.v otherwise; may be repeated", true},
@@ -240,7 +240,7 @@ int run_start(const KIT_CALL &call) {
 
 } // namespace
 
-const std::span<const KIT_OPTION> start_options = OPTIONS;
+const std::span<const KIT_OPTION> start_options = START_OPTIONS;
 
 START_RESULT start_drafts(const KIT_CALL &call, const std::string &design) {
     CHIP_PLAN plan;
@@ -281,7 +281,7 @@ const KIT_VERB kit_start = {
     "start",
     "Drafts DESIGN.lib, DESIGN.bsc and DESIGN.pin from a netlist and the libraries of its cells.",
     "[options] DESIGN",
-    OPTIONS,
+    START_OPTIONS,
     "  rimkit start --liberty pads.lib --cells cells.v --netlist chip.v --idcode 1,0x2650,0x2aa chip\n",
     false,
     run_start,

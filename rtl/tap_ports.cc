@@ -24,10 +24,6 @@ constexpr bool OUT = true;
 constexpr bool IN = false;
 constexpr bool FIXED_NAME = true;
 
-bool has(CONTROL_SIGNAL signal) {
-    return BCELL_HAS[signal] != 0;
-}
-
 /// A family of ports, in header order. `names` gives its ports; an absent port gives none.
 struct PORT_FAMILY {
     std::vector<std::string> (*names)();
@@ -50,7 +46,7 @@ template <STANDARD_PORT port> NAMES standard() {
 }
 
 template <CONTROL_SIGNAL signal> NAMES control() {
-    return given(signal == SIG_SHIFT || signal == SIG_CLOCK || has(signal), TAP_PIN[signal]);
+    return given(signal == SIG_SHIFT || signal == SIG_CLOCK || BCELL_HAS[signal], TAP_PIN[signal]);
 }
 
 NAMES extra_pins() {

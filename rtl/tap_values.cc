@@ -29,14 +29,6 @@ constexpr const char *INNER_WIRES[] = {"SELECT_DR", "ENABLE", "TDOIN",  "SHIFT_I
 
 constexpr size_t ID_LENGTH = 32;
 
-bool has(CONTROL_SIGNAL signal) {
-    return BCELL_HAS[signal] != 0;
-}
-
-std::string text_or_empty(const char *text) {
-    return text ? text : "";
-}
-
 std::string padded(std::string text, size_t width) {
     text.resize(std::max(text.size(), width), ' ');
     return text;
@@ -49,8 +41,8 @@ struct TEMPLATE_LETTER {
 };
 const TEMPLATE_LETTER TEMPLATE_LETTERS[] = {
     {'T', [] { return TAP_PORT[PORT_TRST].tap_pin != nullptr; }},
-    {'U', [] { return has(SIG_UPDATE); }},
-    {'O', [] { return has(SIG_RST); }},
+    {'U', [] { return BCELL_HAS[SIG_UPDATE] != 0; }},
+    {'O', [] { return BCELL_HAS[SIG_RST] != 0; }},
     {'S', [] { return option(OPT_SYNCH); }},
     {'C', [] { return has_instruction(KNOWN_CLAMP); }},
     {'G', has_id_register},
@@ -159,7 +151,7 @@ void add_port_names(TEMPLATE_NAMES &names) {
         {"LAST_BCELL", TAP_CONTR->last_bcell}, {"TAP_MODULE", TAP_MODULE_NAME},
     };
     // A reset that is no port has a name of the logic's own.
-    names["RESET"] = has(SIG_RST) ? table_name(TAP_PIN[SIG_RST]) : text_or_empty(TAP_PIN[SIG_RST]);
+    names["RESET"] = BCELL_HAS[SIG_RST] ? table_name(TAP_PIN[SIG_RST]) : text_or_empty(TAP_PIN[SIG_RST]);
     for (auto [name, text] : table)
         names[name] = table_name(text_or_empty(text));
 }
@@ -232,6 +224,6 @@ TEMPLATE_VALUES tap_values(RTL_LANGUAGE language) {
     names["USERCODE_REG"] =
         DYNA_count(USERCODE_REG) > 0 ? pattern_text(USERCODE_REG[0], language) : std::string(ID_LENGTH, '0');
     names["IDMODE_PORT"] = has_id_mode() ? ", IDMODE" : "";
-    names["RESET_NET"] = names["RESET"] + (has(SIG_RST) ? "_net" : "");
+    names["RESET_NET"] = names["RESET"] + (BCELL_HAS[SIG_RST] ? "_net" : "");
     return values;
 }

@@ -98,6 +98,10 @@ const char *keep_format(const char *format, ...) {
     return keep_text(text);
 }
 
+std::string text_or_empty(const char *text) {
+    return text != nullptr ? text : "";
+}
+
 bool same_text(const char *a, const char *b) {
     if (a == nullptr || b == nullptr)
         return a == b;

@@ -43,6 +43,9 @@ std::string format_list(const char *format, va_list values);
 /// printf into a kept text.
 const char *keep_format(const char *format, ...) __attribute__((format(printf, 1, 2)));
 
+/// The text, or an empty one for null.
+std::string text_or_empty(const char *text);
+
 /// True when both are null or both are set and equal.
 bool same_text(const char *a, const char *b);
 

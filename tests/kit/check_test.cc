@@ -11,7 +11,7 @@ namespace {
 constexpr const char *RIMKIT_CHECK = RW_BIN_DIR "/rimkit check ";
 
 /// Pads of each direction, and a test port with pads.
-CHIP usual_chip() {
+CHIP checked_chip() {
     return {
         .design = R"(module chip(input a, ck, tdi, tms, tck, trst, inout b, output y, z, tdo);
 GIN pa(.PAD(a), .EN(1'b1), .C(n_a)); CBUF pc(.PAD(ck), .C(n_ck)); BBUF pb(.I(n_y), .OEN(n_e), .PAD(b), .C(n_b));
@@ -33,12 +33,12 @@ GATE u(.A(n_a), .B(n_ck), .Z(n_y)); GATE v(.A(n_b), .B(n_a), .Z(n_e)); endmodule
         .changes = {{"chip.bsc", "tck, skip", "tck, trst, skip"}}};
 }
 
-using FOUND = std::set<std::string>;
+using RULES = std::set<std::string>;
 
 /// "severity number name" of all findings.
-FOUND found_in(const std::string &output) {
+RULES rules_found(const std::string &output) {
     static const std::regex line(R"((error|warning|note): .* \[((\d+ )?[a-z-]+)\])");
-    FOUND found;
+    RULES found;
     for (std::sregex_iterator at(output.begin(), output.end(), line), end; at != end; ++at)
         found.insert((*at)[1].str() + " " + (*at)[2].str());
     return found;
@@ -48,7 +48,7 @@ class Check : public ::testing::Test {
   protected:
     static void SetUpTestSuite() {
         folder = new chip_folder("planning");
-        folder->lay_out(usual_chip());
+        folder->lay_out(checked_chip());
         EXPECT_EQ(folder->run("-add_tap").status, 0);
         folder->scratch.write("pads.lib", R"(library (pads) { cell (GIN) {
 pin (PAD) { is_pad : true; direction : input; } pin (EN) { direction : input; }
@@ -69,7 +69,7 @@ pin (C) { direction : output; function : "PAD EN"; } } })");
 };
 chip_folder *Check::folder = nullptr;
 
-struct FAULT {
+struct CHECK_FAULT {
     const char *name;
     std::vector<CHANGE> changes;
     const char *found; ///< severity, number and name
@@ -80,7 +80,7 @@ struct FAULT {
 constexpr const char *NETLIST = "chip_jtag.v";
 constexpr const char *END = "endmodule";
 
-const FAULT FAULTS[] = {
+const CHECK_FAULT CHECK_FAULTS[] = {
     {"no_reset", {{NETLIST, ".trst(pr_C)", ".trst(1'b1)"}}, "warning 4 power-up", "instance 'TAP'"},
     {"tdo_enable_of_the_core",
      {{NETLIST, ".OEN(po_OEN)", ".OEN(n_e)"}},
@@ -239,12 +239,12 @@ const FAULT FAULTS[] = {
 TEST_F(Check, ACleanChipIsClean) {
     run_result result = check();
     EXPECT_EQ(result.status, 0) << result.out << result.err;
-    EXPECT_EQ(found_in(result.out), FOUND{}) << result.out;
+    EXPECT_EQ(rules_found(result.out), RULES{}) << result.out;
     expect_part(result.out, "; 14 of 34 rules checked");
 }
 
 TEST_F(Check, FindsEachFaultAtItsPlace) {
-    for (const FAULT &fault : FAULTS) {
+    for (const CHECK_FAULT &fault : CHECK_FAULTS) {
         SCOPED_TRACE(fault.name);
         std::vector<std::pair<const char *, std::string>> before;
         for (const CHANGE &change : fault.changes) {
@@ -257,7 +257,7 @@ TEST_F(Check, FindsEachFaultAtItsPlace) {
         read_netlist();
         folder->scratch.run("touch -d '1 hour ago' chip.lib chip.bsc");
         run_result result = check(fault.words);
-        EXPECT_TRUE(found_in(result.out).contains(fault.found)) << result.out << result.err;
+        EXPECT_TRUE(rules_found(result.out).contains(fault.found)) << result.out << result.err;
         expect_part(result.out, fault.place);
         EXPECT_EQ(result.status, result.out.find("error: ") != result.out.npos ? 1 : 0);
         for (const auto &[file, text] : before)

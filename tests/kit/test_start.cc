@@ -7,7 +7,7 @@ namespace {
 constexpr const char *RIMKIT = RW_BIN_DIR "/rimkit ";
 
 /// A chip with a pad of each kind that a Liberty file can tell; the core is a few gates.
-const char *const PADS = R"(library (pads) {
+const char *const START_PADS = R"(library (pads) {
   cell (PI)  { pad_cell : true; pin (P) { direction : input; is_pad : true; } pin (X) { direction : output; function : "P"; } }
   cell (PIN) { pad_cell : true; pin (P) { direction : input; is_pad : true; } pin (X) { direction : output; function : "!P"; } }
   cell (PG)  { pad_cell : true; pin (P) { direction : input; is_pad : true; } pin (RE) { direction : input; }
@@ -53,7 +53,7 @@ module PM (input D, OEB, inout PAD, output X);
 endmodule
 )";
 
-const char *const CHIP = R"(
+const char *const START_CHIP = R"(
 module chip (ck, a, b, c, o, t, io, x, dp, dm, ep, em, ana, sup, sup2, free, mod, bare);
     input ck, b, c, dp, dm, free, bare;
     inout a, io, x, ana, sup, sup2, mod;
@@ -86,9 +86,9 @@ endmodule
 struct StartOfAChip : testing::Test {
     scratch_folder scratch;
     StartOfAChip() {
-        scratch.write("pads.lib", PADS);
+        scratch.write("pads.lib", START_PADS);
         scratch.write("cells.v", CELLS);
-        scratch.write("chip.v", CHIP);
+        scratch.write("chip.v", START_CHIP);
         scratch.write("bad.v", "module PI (input P\n");
     }
     run_result start(const std::string &options) const {

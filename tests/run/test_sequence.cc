@@ -7,7 +7,7 @@
 
 namespace {
 
-const std::string rimweave = RW_BIN_DIR "/rimweave";
+const std::string program = RW_BIN_DIR "/rimweave";
 
 /// The example chip's description files and its cells, enough to write a TAP.
 void lay_out_chip(const scratch_folder &scratch) {
@@ -24,7 +24,7 @@ TEST(Sequence, WholeRunWithItsClosingLines) {
     scratch_folder scratch;
     lay_out_chip(scratch);
     // The bundled tools serve without being on PATH.
-    run_result result = scratch.run("PATH=/usr/bin:/bin " + rimweave + " -add_tap_only chip");
+    run_result result = scratch.run("PATH=/usr/bin:/bin " + program + " -add_tap_only chip");
     EXPECT_EQ(result.status, 0) << result.out << result.err;
     expect_part(result.out, "Selected option:  -add_tap_only.\n\n\n - Reading input files ...\n"
                             "    ./chip.bsc,  ./chip.lib.\n\n\n");
@@ -55,7 +55,7 @@ TEST(Sequence, WhereFilesAreLookedFor) {
     };
     for (const auto &one : cases) {
         run_result result =
-            scratch.run(std::string("cd here; ") + one.environment + " " + rimweave + " " + one.arguments);
+            scratch.run(std::string("cd here; ") + one.environment + " " + program + " " + one.arguments);
         expect_part(result.out, one.says);
         EXPECT_EQ(result.status, 255);
     }
@@ -70,7 +70,7 @@ while [ "$(cat /proc/$pid/comm)" != rimweave ]; do pid=$(awk '{print $4}' /proc/
 kill -SEGV $pid
 )sh");
     run_result result =
-        scratch.run("chmod +x bin/kalmverin; PATH=$PWD/bin:$PATH " + rimweave + " -add_tap_only chip");
+        scratch.run("chmod +x bin/kalmverin; PATH=$PWD/bin:$PATH " + program + " -add_tap_only chip");
     EXPECT_EQ(result.status, 255);
     expect_part(result.out, "\nInternal Error:\nPlease contact");
     expect_part(scratch.read("chip.rwv.rpt"), "\nInternal Error:\nPlease contact");
