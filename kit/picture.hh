@@ -104,7 +104,8 @@ struct PICTURE {
 
 /// Reads the design that check_chip left open.
 void read_picture(PICTURE &picture, const FINISHED_RUN &run);
-/// Sides and order of the pads from a DEF file. Those that it does not place come last on the shortest side.
+/// Sides and order of the pads from a DEF file. Those that it does not place come last on the sides with the
+/// fewest.
 void place_picture(PICTURE &picture, const std::string &def_file);
 
 /// What is asked of the check and the doctor.

@@ -88,7 +88,7 @@ td i{display:inline-block;width:16px;margin-right:5px;text-align:center;font-sty
 @WHOLE@
 @FOLDED@
 </section>
-<section id="table-view" hidden><table><thead><tr></tr></thead><tbody></tbody></table></section>
+<section id="table-view" hidden></section>
 <section id="trees-view" hidden></section>
 </main>
 <aside><h2>Selected</h2><div id="details">Point at a pad or cell; click to keep it here.</div><h2 id="finding-count"></h2><div id="findings"></div><div id="unchecked"></div></aside>
@@ -365,6 +365,7 @@ $('search').addEventListener('keydown', event => {
 const COLUMNS = [['number', row => row.number], ['port', row => row.port], ['pin', row => row.pin], ['pad', row => row.pad], ['kind', row => row.kind.label],
   ['function', row => row.function], ['control', row => row.control], ['off at', row => row.disable], ['BSDL row', row => row.bsdl],
   ['class', row => row.class], ['instance', row => row.inst], ['nets', row => row.nets]];
+const table = make('table', $('table-view')), heads = make('tr', make('thead', table)), body = make('tbody', table);
 let rows = null, sortedBy = -1, isDown = false;
 
 function tableRows() {
@@ -383,7 +384,6 @@ function sortTable(column) {
   sortedBy = column;
   const order = (a, b) => (value(a) === '') - (value(b) === '') || counts(value(a), value(b)) * (isDown ? -1 : 1);
   rows = (rows || tableRows()).sort(order);
-  const body = document.querySelector('#table-view tbody');
   body.replaceChildren();
   tableLines = [];
   for (const row of rows) {
@@ -401,7 +401,6 @@ function sortTable(column) {
       cell.title = text(row);
     }
   }
-  const heads = document.querySelector('#table-view thead tr');
   heads.replaceChildren();
   COLUMNS.forEach(([name], i) => { make('th', heads, name + (i === column ? isDown ? ' \u25bc' : ' \u25b2' : '')).onclick = () => sortTable(i); });
   markSelection(selected);

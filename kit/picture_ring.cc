@@ -33,10 +33,11 @@ void place_picture(PICTURE &picture, const std::string &def_file) {
         picture.pads[static_cast<size_t>(pads[at])].side = side;
         on_side[side].push_back(pads[at]);
     }
-    auto *shortest = std::min_element(
-        on_side, on_side + 4, [](const auto &one, const auto &other) { return one.size() < other.size(); });
     for (size_t pad = 0; pad < rows.size(); ++pad)
         if (rows[pad] < 0) {
+            auto *shortest = std::min_element(on_side, on_side + 4, [](const auto &one, const auto &other) {
+                return one.size() < other.size();
+            });
             picture.pads[pad].side = static_cast<int8_t>(shortest - on_side);
             shortest->push_back(static_cast<int32_t>(pad));
         }

@@ -148,7 +148,7 @@ def copy_example(bench, change=lambda name, text: text):
 
 
 def judge_placed(bench):
-    """A placement that turns the ring by a side, one way along each; what it does not place stands at the shortest side."""
+    """A placement that turns the ring by a side, one way along each; what it does not place stands behind that."""
     svg, chip = read_picture(bench, "chip")
     pads = [pad["inst"] for pad in chip["pads"] if pad["inst"]]
     share = -(-len(pads) // 4)
