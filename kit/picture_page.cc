@@ -318,7 +318,7 @@ const findingFacts = finding => [[`${finding.severity}: ${finding.rule}`], ['fou
 $('finding-count').textContent = `Findings of rimkit check and doctor: ${chip.findings.length}`;
 for (const line of chip.unchecked) make('p', $('unchecked'), line);
 for (const finding of chip.findings) {
-  const words = [finding.port && `port ${finding.port}`, finding.inst && `instance ${finding.inst}`].filter(word => word).join(', ');
+  const words = [finding.file, finding.port && `port ${finding.port}`, finding.inst && `instance ${finding.inst}`].filter(word => word).join(', ');
   const button = make('button', $('findings'), `${finding.severity} ${finding.verb} ${finding.rule}: ${finding.text}${words && ` (${words})`}`, `finding ${finding.severity}`);
   button.onclick = () => { jump(findingPlace(finding)); tell($('details'), findingFacts(finding)); };
 }
