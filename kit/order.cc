@@ -94,34 +94,22 @@ void add_remaining_ports(PIN_ROWS &rows, const std::string &doubt) {
     }
 }
 
-/// Where the ports' pads lie, by the names of the pads: those of the placement may leave away the outer parts
-/// of a path, where the placement is that of a module.
+/// Where the ports' pads lie.
 void find_places(const CHIP_PLAN &plan, const PLACEMENT &placement, std::vector<PLACEMENT_COMPONENT> &pads,
                  std::vector<const PORT_PLAN *> &ports) {
-    std::unordered_map<std::string, const PLACEMENT_COMPONENT *> by_name;
-    for (const PLACEMENT_COMPONENT &component : placement.components) {
-        std::string name = component.instance;
-        by_name.emplace(name, &component);
-        std::replace(name.begin(), name.end(), '/', '.');
-        by_name.emplace(name, &component);
-    }
-    std::unordered_set<const PLACEMENT_COMPONENT *> taken;
-    for (const PORT_PLAN &port : plan.ports) {
-        if (port.pad_obj < 0)
-            continue;
-        for (std::string name = port.pad_instance;;) {
-            auto found = by_name.find(name);
-            if (found != by_name.end() && taken.insert(found->second).second) {
-                pads.push_back(*found->second);
-                ports.push_back(&port);
-                break;
-            }
-            size_t dot = name.find('.');
-            if (dot == name.npos)
-                break;
-            name.erase(0, dot + 1);
+    std::vector<std::string> instances;
+    std::vector<const PORT_PLAN *> asked;
+    for (const PORT_PLAN &port : plan.ports)
+        if (port.pad_obj >= 0) {
+            instances.push_back(port.pad_instance);
+            asked.push_back(&port);
         }
-    }
+    std::vector<int32_t> rows = placement_rows(placement, instances);
+    for (size_t i = 0; i < rows.size(); ++i)
+        if (rows[i] >= 0) {
+            pads.push_back(placement.components[static_cast<size_t>(rows[i])]);
+            ports.push_back(asked[i]);
+        }
 }
 
 void take_placement(PIN_ROWS &rows, const std::string &path) {

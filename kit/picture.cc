@@ -13,7 +13,11 @@ namespace {
 constexpr KIT_OPTION PICTURE_OPTIONS[] = {
     {"output", "FILE", "the page to write, DESIGN.html otherwise; the .svg lies beside it"},
     {"opath", "DIR", "the folder that the run's -opath named"},
-    {"cells", "FILE", "taken as by the other verbs; the picture needs no models", true},
+    {"def", "FILE", "placement: the pads stand as round the die, and not as in\nthe pin file"},
+    {"engines", nullptr, "the findings of the simulation and the proofs of `rimkit\ncheck`, too"},
+    {"liberty", "FILE", "Liberty library of the pads, plain or .gz, for check and\ndoctor; may be repeated",
+     true},
+    {"cells", "FILE", "Verilog models of the cells, for --engines; may be repeated", true},
 };
 
 /// The name of the plain SVG: the page's with another ending.
@@ -36,12 +40,30 @@ void show(const KIT_CALL &call, const PICTURE &picture, const std::vector<std::s
         std::printf("the chain is broken: the cells up to there are shown, and no pads with them\n");
 }
 
-int run_picture(const KIT_CALL &call) {
+/// Takes the switches of the run, which are the doctor's, away from the names.
+KIT_CALL without_switches(KIT_CALL call, std::vector<std::string> &switches) {
+    std::vector<std::string> names;
+    for (const std::string &name : call.names) {
+        if (lower_case(name) == "-opath")
+            kit_usage_fault("the folder of the run's -opath is given by --opath");
+        (name[0] == '-' ? switches : names).push_back(name);
+    }
+    call.names = names;
+    return call;
+}
+
+int run_picture(const KIT_CALL &given) {
+    PICTURE_WORDS words{kit_values(given, "liberty"), {}, kit_has(given, "engines")};
+    KIT_CALL call = without_switches(given, words.switches);
     FINISHED_RUN run = finished_run(call);
     need_run_files(run, "picture");
-    CHECK_RESULT checked = check_chip(run, {.liberty = {}, .has_engines = false});
+    std::vector<FINDING> doctor = picture_doctor(run, words);
+    CHECK_RESULT checked = check_chip(run, {.liberty = words.liberty, .has_engines = words.has_engines});
     PICTURE picture;
-    read_picture(picture, run, std::move(checked.findings));
+    read_picture(picture, run);
+    if (kit_has(call, "def"))
+        place_picture(picture, kit_value(call, "def"));
+    take_picture_findings(picture, checked, words.has_engines, doctor);
     std::string page = kit_value(call, "output", run.design + ".html");
     std::vector<std::string> written = {page, svg_name(page)};
     PICTURE_LAYOUT whole = picture_layout(picture, false), folded = picture_layout(picture, true);
@@ -57,9 +79,9 @@ int run_picture(const KIT_CALL &call) {
 const KIT_VERB kit_picture = {
     "picture",
     "Shows the boundary register for the eye: DESIGN.html and DESIGN.svg.",
-    "[options] DESIGN",
+    "[options] DESIGN [rimweave switches]",
     PICTURE_OPTIONS,
-    "  rimkit picture chip\n",
-    false,
+    "  rimkit picture --engines --cells cells.v chip\n",
+    true,
     run_picture,
 };

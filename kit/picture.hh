@@ -1,8 +1,8 @@
 // rimkit picture: the boundary register of a finished run for the eye.
 //
 // picture_read.cc takes from the final netlist what is shown, as plain records with clean UTF-8 texts;
-// picture_layout.cc gives each pad and cell its place; picture_svg.cc and picture_page.cc write. Ids are
-// indexes of the vectors here; -1 is none.
+// picture_findings.cc what check and doctor say, each at its place; picture_layout.cc gives each pad and cell
+// its place; picture_svg.cc and picture_page.cc write. Ids are indexes of the vectors here; -1 is none.
 #pragma once
 
 #include "kit/check.hh"
@@ -45,6 +45,8 @@ struct PICTURE_PAD {
     std::string reason{};         ///< why no cell serves it
     std::vector<int32_t> cells{}; ///< that serve it, by number
     int8_t tap_port = -1;         ///< STANDARD_PORT
+    int8_t side = -1;             ///< of the ring, as PICTURE_BOX has it, where a placement tells it
+    int32_t row = 0;              ///< line of the pin file; 0 for a port without one
 };
 
 struct PICTURE_CELL {
@@ -62,9 +64,14 @@ struct PICTURE_CELL {
 /// The pads of the test port, by STANDARD_PORT.
 constexpr const char *PICTURE_TEST_WORDS[STANDARD_PORT_COUNT] = {"TDI", "TDO", "TMS", "TCK", "TRST"};
 
+/// What rimkit check or doctor says, and where it stands: one that is about a kind of cell has many places,
+/// one about a file none.
 struct PICTURE_FINDING {
-    const CHECK_FINDING *said;
-    int32_t cell = -1, pad = -1;
+    FINDING_SEVERITY severity = FINDING_NOTE;
+    std::string verb{}, rule{}, text{}, effect{}, cure{};
+    std::string file{}; ///< with its line
+    std::string instance{}, net{}, port{};
+    std::vector<int32_t> cells{}, pads{};
     bool is_at_tap = false;
 };
 
@@ -90,12 +97,32 @@ struct PICTURE {
     std::vector<PICTURE_PAD> pads{};   ///< in the order of the pin file
     std::vector<PICTURE_CELL> cells{}; ///< by number; 0 stands next to TDO
     std::vector<PICTURE_TREE> trees{};
-    std::vector<CHECK_FINDING> said{};
+    std::vector<int32_t> ring{}; ///< all pads in their order counter-clockwise, from the upper left corner
     std::vector<PICTURE_FINDING> findings{};
+    std::vector<std::string> unchecked{}; ///< what the check left out, a sentence each
 };
 
-/// Reads the design that check_chip left open; `said` are its findings.
-void read_picture(PICTURE &picture, const FINISHED_RUN &run, std::vector<CHECK_FINDING> said);
+/// Reads the design that check_chip left open.
+void read_picture(PICTURE &picture, const FINISHED_RUN &run);
+/// Sides and order of the pads from a DEF file. Those that it does not place come last on the sides with the
+/// fewest.
+void place_picture(PICTURE &picture, const std::string &def_file);
+
+/// What is asked of the check and the doctor.
+struct PICTURE_WORDS {
+    std::vector<std::string> liberty, switches; ///< switches of the run, for the doctor
+    bool has_engines = false;
+};
+
+/// What rimkit doctor says of the next run, from a process of its own that ends before this one reads a
+/// design.
+std::vector<FINDING> picture_doctor(const FINISHED_RUN &run, const PICTURE_WORDS &words);
+/// Adds what both say, the check first, and what the check could not look at.
+void take_picture_findings(PICTURE &picture, const CHECK_RESULT &checked, bool has_engines,
+                           const std::vector<FINDING> &doctor);
+
+/// Names may hold any byte; what is no character of XML shows as the replacement character.
+std::string clean_text(const std::string &text);
 
 /// Markup of a text: what XML gives a meaning is written as an entity.
 std::string xml_text(const std::string &text);

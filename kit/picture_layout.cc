@@ -20,7 +20,7 @@ struct SLOT_PLAN {
 
 bool follows_in_bus(const PICTURE_PAD &before, const PICTURE_PAD &pad) {
     KIT_BIT a = kit_bit(before.port), b = kit_bit(pad.port);
-    return !pad.port.empty() && a.base == b.base && a.index >= 0 && b.index >= 0;
+    return !pad.port.empty() && a.base == b.base && a.index >= 0 && b.index >= 0 && before.side == pad.side;
 }
 
 std::string label_of(const PICTURE &picture, const std::vector<int32_t> &pads) {
@@ -33,11 +33,15 @@ std::string label_of(const PICTURE &picture, const std::vector<int32_t> &pads) {
 }
 
 void make_slots(PICTURE_LAYOUT &layout, const PICTURE &picture, bool folds_buses) {
-    for (size_t i = 0; i < picture.pads.size(); ++i) {
-        if (i == 0 || !folds_buses || !follows_in_bus(picture.pads[i - 1], picture.pads[i]))
-            layout.slots.emplace_back();
-        layout.slots.back().pads.push_back(static_cast<int32_t>(i));
-        layout.slot_of_pad.push_back(static_cast<int32_t>(layout.slots.size() - 1));
+    layout.slot_of_pad.resize(picture.pads.size());
+    const PICTURE_PAD *before = nullptr;
+    for (int32_t id : picture.ring) {
+        const PICTURE_PAD &pad = picture.pads[static_cast<size_t>(id)];
+        if (before == nullptr || !folds_buses || !follows_in_bus(*before, pad))
+            layout.slots.push_back({.pads = {}, .label = "", .side = pad.side});
+        layout.slots.back().pads.push_back(id);
+        layout.slot_of_pad[static_cast<size_t>(id)] = static_cast<int32_t>(layout.slots.size() - 1);
+        before = &pad;
     }
     if (layout.slots.empty())
         layout.slots.emplace_back();
@@ -151,8 +155,8 @@ void place_slots(PICTURE_LAYOUT &layout, const std::vector<SLOT_PLAN> &plans) {
     std::vector<int32_t> side_of(plans.size());
     double length_of[4] = {0, 0, 0, 0};
     for (size_t i = 0; i < plans.size(); before += plans[i].columns, ++i) {
-        side_of[i] =
-            static_cast<int32_t>(std::min<size_t>(3, 4 * (2 * before + plans[i].columns) / (2 * columns)));
+        size_t share = std::min<size_t>(3, 4 * (2 * before + plans[i].columns) / (2 * columns));
+        side_of[i] = layout.slots[i].side >= 0 ? layout.slots[i].side : static_cast<int32_t>(share);
         length_of[side_of[i]] += PITCH * static_cast<double>(plans[i].columns);
         longest = std::max(longest, std::min(LONGEST_LABEL, layout.slots[i].label.size()));
     }

@@ -16,6 +16,7 @@ struct PICTURE_BOX {
 struct PICTURE_SLOT {
     std::vector<int32_t> pads;
     std::string label;
+    int8_t side = -1; ///< where a placement tells it; the slots are shared out among the sides otherwise
     PICTURE_BOX box{};
 };
 

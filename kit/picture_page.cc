@@ -88,10 +88,10 @@ td i{display:inline-block;width:16px;margin-right:5px;text-align:center;font-sty
 @WHOLE@
 @FOLDED@
 </section>
-<section id="table-view" hidden><table><thead><tr></tr></thead><tbody></tbody></table></section>
+<section id="table-view" hidden></section>
 <section id="trees-view" hidden></section>
 </main>
-<aside><h2>Selected</h2><div id="details">Point at a pad or cell; click to keep it here.</div><h2 id="finding-count"></h2><div id="findings"></div></aside>
+<aside><h2>Selected</h2><div id="details">Point at a pad or cell; click to keep it here.</div><h2 id="finding-count"></h2><div id="findings"></div><div id="unchecked"></div></aside>
 <div id="tip" hidden></div>
 <script id="data" type="application/json">@DATA@</script>
 <script>@SCRIPT@</script>
@@ -310,14 +310,16 @@ for (const title of document.querySelectorAll('.ring title')) title.remove();
 
 // ---- findings ---------------------------------------------------------------------------------------
 
-const findingPlace = finding => ({cells: finding.cell >= 0 ? [finding.cell] : [], pads: finding.pad >= 0 ? [finding.pad] : []});
-const findingFacts = finding => [[`${finding.severity}: ${finding.rule}`], ['says', finding.text], ['instance', finding.inst], ['net', finding.net],
-  ['port', finding.port], ['effect', finding.effect], ['cure', finding.cure]].filter(fact => fact.length === 1 || fact[1] !== '');
+const findingPlace = finding => ({cells: finding.cells, pads: finding.pads});
+const findingFacts = finding => [[`${finding.severity}: ${finding.rule}`], ['found by', `rimkit ${finding.verb}`], ['says', finding.text], ['file', finding.file],
+  ['instance', finding.inst], ['net', finding.net], ['port', finding.port], ['effect', finding.effect], ['cure', finding.cure]]
+  .filter(fact => fact.length === 1 || fact[1] !== '');
 
-$('finding-count').textContent = `Findings of rimkit check: ${chip.findings.length}`;
+$('finding-count').textContent = `Findings of rimkit check and doctor: ${chip.findings.length}`;
+for (const line of chip.unchecked) make('p', $('unchecked'), line);
 for (const finding of chip.findings) {
-  const words = [finding.port && `port ${finding.port}`, finding.inst && `instance ${finding.inst}`].filter(word => word).join(', ');
-  const button = make('button', $('findings'), `${finding.severity} ${finding.rule}: ${finding.text}${words && ` (${words})`}`, `finding ${finding.severity}`);
+  const words = [finding.file, finding.port && `port ${finding.port}`, finding.inst && `instance ${finding.inst}`].filter(word => word).join(', ');
+  const button = make('button', $('findings'), `${finding.severity} ${finding.verb} ${finding.rule}: ${finding.text}${words && ` (${words})`}`, `finding ${finding.severity}`);
   button.onclick = () => { jump(findingPlace(finding)); tell($('details'), findingFacts(finding)); };
 }
 
@@ -363,6 +365,7 @@ $('search').addEventListener('keydown', event => {
 const COLUMNS = [['number', row => row.number], ['port', row => row.port], ['pin', row => row.pin], ['pad', row => row.pad], ['kind', row => row.kind.label],
   ['function', row => row.function], ['control', row => row.control], ['off at', row => row.disable], ['BSDL row', row => row.bsdl],
   ['class', row => row.class], ['instance', row => row.inst], ['nets', row => row.nets]];
+const table = make('table', $('table-view')), heads = make('tr', make('thead', table)), body = make('tbody', table);
 let rows = null, sortedBy = -1, isDown = false;
 
 function tableRows() {
@@ -381,7 +384,6 @@ function sortTable(column) {
   sortedBy = column;
   const order = (a, b) => (value(a) === '') - (value(b) === '') || counts(value(a), value(b)) * (isDown ? -1 : 1);
   rows = (rows || tableRows()).sort(order);
-  const body = document.querySelector('#table-view tbody');
   body.replaceChildren();
   tableLines = [];
   for (const row of rows) {
@@ -399,7 +401,6 @@ function sortTable(column) {
       cell.title = text(row);
     }
   }
-  const heads = document.querySelector('#table-view thead tr');
   heads.replaceChildren();
   COLUMNS.forEach(([name], i) => { make('th', heads, name + (i === column ? isDown ? ' \u25bc' : ' \u25b2' : '')).onclick = () => sortTable(i); });
   markSelection(selected);
@@ -590,18 +591,20 @@ std::string tree_data(const PICTURE_TREE &tree) {
 }
 
 std::string finding_data(const PICTURE_FINDING &finding) {
-    const CHECK_FINDING &said = *finding.said;
     std::string object;
-    add_text(object, "severity", severity_word(said.severity));
-    add_text(object, "rule", check_rule_text(*said.rule));
-    add_text(object, "text", said.text);
-    add_text(object, "effect", said.rule->effect);
-    add_text(object, "cure", said.rule->cure);
-    add_text(object, "inst", said.instance);
-    add_text(object, "net", said.net);
-    add_text(object, "port", said.port);
-    add_number(object, "cell", finding.cell);
-    add_number(object, "pad", finding.pad);
+    add_text(object, "severity", severity_word(finding.severity));
+    add_text(object, "verb", finding.verb);
+    add_text(object, "rule", finding.rule);
+    add_text(object, "text", finding.text);
+    add_text(object, "effect", finding.effect);
+    add_text(object, "cure", finding.cure);
+    add_text(object, "file", finding.file);
+    add_text(object, "inst", finding.instance);
+    add_text(object, "net", finding.net);
+    add_text(object, "port", finding.port);
+    add_raw(object, "cells", number_list(finding.cells));
+    add_raw(object, "pads", number_list(finding.pads));
+    add_raw(object, "tap", finding.is_at_tap ? "true" : "false");
     return object;
 }
 
@@ -631,6 +634,10 @@ std::string page_data(const PICTURE &picture, bool has_buses) {
     add_raw(object, "cells", object_list(picture.cells, cell_data));
     add_raw(object, "trees", object_list(picture.trees, tree_data));
     add_raw(object, "findings", object_list(picture.findings, finding_data));
+    std::string unchecked;
+    for (const std::string &line : picture.unchecked)
+        unchecked += (unchecked.empty() ? "" : ",") + data_text(line);
+    add_raw(object, "unchecked", "[" + unchecked + "]");
     return object + "}";
 }
 

@@ -34,19 +34,12 @@ size_t utf8_length(const std::string &text, size_t at) {
     return is_bad ? 0 : length;
 }
 
-/// Names may hold any byte; what is no character of XML shows as the replacement character.
 std::string clean(const std::string &text) {
-    std::string good;
-    for (size_t at = 0; at < text.size();) {
-        size_t length = utf8_length(text, at);
-        good += length == 0 ? "\xef\xbf\xbd" : text.substr(at, length);
-        at += std::max<size_t>(length, 1);
-    }
-    return good;
+    return clean_text(text);
 }
 
 std::string clean(const char *text) {
-    return clean(text_or_empty(text));
+    return clean_text(text_or_empty(text));
 }
 
 // ---- pads ---------------------------------------------------------------------------------------------
@@ -84,7 +77,8 @@ void take_pads(PICTURE_READER &reader) {
         PICTURE_PAD pad{.port = clean(row->top_name != nullptr ? without_minus(row->top_name) : nullptr),
                         .pin = clean(row->number),
                         .package_name = clean(row->package_name),
-                        .direction = clean(row->direction)};
+                        .direction = clean(row->direction),
+                        .row = row->line};
         if (row->top_name == nullptr)
             pad.reason = "no port of the chip, as power and ground";
         else if (at == reader.port_of_name.end())
@@ -285,35 +279,6 @@ void take_trees(PICTURE_READER &reader) {
             take_tree(reader, "extra" + std::to_string(number), without_minus(pin));
 }
 
-// ---- findings -----------------------------------------------------------------------------------------
-
-void take_findings(PICTURE_READER &reader) {
-    std::unordered_map<std::string, int32_t> cell_of_name, pad_of_name;
-    PICTURE &picture = reader.picture;
-    for (size_t i = 0; i < picture.cells.size(); ++i)
-        cell_of_name.emplace(picture.cells[i].instance, static_cast<int32_t>(i));
-    for (size_t i = 0; i < picture.pads.size(); ++i)
-        if (!picture.pads[i].instance.empty())
-            pad_of_name.emplace(picture.pads[i].instance, static_cast<int32_t>(i));
-    for (CHECK_FINDING &said : picture.said) {
-        PICTURE_FINDING finding{.said = &said};
-        auto port = reader.port_of_name.find(said.port);
-        for (std::string *text : {&said.text, &said.instance, &said.net, &said.port})
-            *text = clean(*text);
-        auto cell = cell_of_name.find(said.instance);
-        auto pad = pad_of_name.find(said.instance);
-        if (cell != cell_of_name.end())
-            finding.cell = cell->second;
-        else if (!said.port.empty() && port != reader.port_of_name.end())
-            finding.pad = reader.pad_of_port[static_cast<size_t>(port->second)];
-        else if (pad != pad_of_name.end())
-            finding.pad = pad->second;
-        else
-            finding.is_at_tap = !said.instance.empty() && said.instance == picture.tap_instance;
-        picture.findings.push_back(finding);
-    }
-}
-
 } // namespace
 
 const PICTURE_KIND_INFO PICTURE_KINDS[PICTURE_KIND_COUNT] = {
@@ -328,7 +293,17 @@ const PICTURE_KIND_INFO PICTURE_KINDS[PICTURE_KIND_COUNT] = {
     {"skipped", "no cell", "\xc3\x97", "#c4c4c4", "#000"},
 };
 
-void read_picture(PICTURE &picture, const FINISHED_RUN &run, std::vector<CHECK_FINDING> said) {
+std::string clean_text(const std::string &text) {
+    std::string good;
+    for (size_t at = 0; at < text.size();) {
+        size_t length = utf8_length(text, at);
+        good += length == 0 ? "\xef\xbf\xbd" : text.substr(at, length);
+        at += std::max<size_t>(length, 1);
+    }
+    return good;
+}
+
+void read_picture(PICTURE &picture, const FINISHED_RUN &run) {
     PICTURE_READER reader{.picture = picture};
     picture.design = clean(TOOL_base_name(run.design));
     picture.package = clean(PACKAGE_TYPE);
@@ -343,12 +318,6 @@ void read_picture(PICTURE &picture, const FINISHED_RUN &run, std::vector<CHECK_F
     describe_pads(reader);
     take_bsdl_rows(reader, run);
     take_trees(reader);
-    picture.said = std::move(said);
-    for (CHECK_FINDING &finding : picture.said) {
-        for (std::string *text : {&finding.text, &finding.instance, &finding.net})
-            *text = clean(*text);
-    }
-    take_findings(reader);
-    for (CHECK_FINDING &finding : picture.said)
-        finding.port = clean(finding.port);
+    for (size_t pad = 0; pad < picture.pads.size(); ++pad)
+        picture.ring.push_back(static_cast<int32_t>(pad));
 }

@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <set>
+#include <unordered_map>
 
 namespace {
 
@@ -296,26 +298,36 @@ std::string tap_text(const PICTURE &picture, const PICTURE_LAYOUT &layout) {
                                         : "chain broken");
 }
 
-/// A triangle at the place of each finding.
+/// The boxes that a finding stands at, each once: the cells and pads of a bus may share one.
+std::vector<const PICTURE_BOX *> boxes_of(const PICTURE_FINDING &finding, const PICTURE_LAYOUT &layout) {
+    std::set<int32_t> marks, slots;
+    for (int32_t cell : finding.cells)
+        marks.insert(layout.mark_of_cell[static_cast<size_t>(cell)]);
+    for (int32_t pad : finding.pads)
+        slots.insert(layout.slot_of_pad[static_cast<size_t>(pad)]);
+    std::vector<const PICTURE_BOX *> boxes;
+    for (int32_t mark : marks)
+        boxes.push_back(&layout.marks[static_cast<size_t>(mark)].box);
+    for (int32_t slot : slots)
+        boxes.push_back(&layout.slots[static_cast<size_t>(slot)].box);
+    if (finding.is_at_tap)
+        boxes.push_back(&layout.tap);
+    return boxes;
+}
+
+/// A triangle at each place of each finding.
 std::string findings_text_of(const PICTURE &picture, const PICTURE_LAYOUT &layout) {
     std::string text;
-    for (size_t i = 0; i < picture.findings.size(); ++i) {
-        const PICTURE_FINDING &finding = picture.findings[i];
-        if (finding.cell < 0 && finding.pad < 0 && !finding.is_at_tap)
-            continue;
-        const PICTURE_BOX &box =
-            finding.cell >= 0
-                ? layout.marks[static_cast<size_t>(layout.mark_of_cell[static_cast<size_t>(finding.cell)])]
-                      .box
-            : finding.pad >= 0
-                ? layout.slots[static_cast<size_t>(layout.slot_of_pad[static_cast<size_t>(finding.pad)])].box
-                : layout.tap;
-        double x = box.x + box.w, y = box.y + 3;
-        text +=
-            format_text("<path class=\"mark %s\" data-finding=\"%zu\" d=\"M%.1f %.1fL%.1f %.1fL%.1f %.1fZ\">",
-                        severity_word(finding.said->severity), i, x, y - 8, x + 6, y + 4, x - 6, y + 4) +
-            "<title>" + xml_text(finding.said->text) + "</title></path>\n";
-    }
+    std::unordered_map<const PICTURE_BOX *, int> marked; // findings at one place stand side by side
+    for (size_t i = 0; i < picture.findings.size(); ++i)
+        for (const PICTURE_BOX *box : boxes_of(picture.findings[i], layout)) {
+            double x = box->x + box->w - 6 * marked[box]++, y = box->y + 3;
+            text +=
+                format_text(
+                    "<path class=\"mark %s\" data-finding=\"%zu\" d=\"M%.1f %.1fL%.1f %.1fL%.1f %.1fZ\">",
+                    severity_word(picture.findings[i].severity), i, x, y - 8, x + 6, y + 4, x - 6, y + 4) +
+                "<title>" + xml_text(picture.findings[i].text) + "</title></path>\n";
+        }
     return text;
 }
 

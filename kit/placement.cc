@@ -7,6 +7,7 @@
 #include <array>
 #include <charconv>
 #include <tuple>
+#include <unordered_map>
 #include <utility>
 
 namespace {
@@ -181,57 +182,20 @@ void read_components(DEF_READING &reading, PLACEMENT &placement) {
 
 // --- the ring
 
-enum SIDE : uint8_t { BOTTOM, RIGHT, TOP, LEFT };
-
-SIDE nearest_side(const PLACEMENT_COMPONENT &pad, const PLACEMENT &box) {
+PLACEMENT_SIDE nearest_side(const PLACEMENT_COMPONENT &pad, const PLACEMENT &box) {
     const int64_t distance[] = {pad.y - box.die_bottom, box.die_right - pad.x, box.die_top - pad.y,
                                 pad.x - box.die_left};
-    return static_cast<SIDE>(std::min_element(distance, distance + 4) - distance);
-}
-
-/// The side of each pad. Where the pads of one orientation lie on one side mostly, and each orientation on
-/// another one, this is the side of all of them: near a corner the place of a pad in a second row tells less.
-/// Where cells are made for their sides and not turned, the nearest edge tells.
-std::vector<SIDE> sides_of(const std::vector<PLACEMENT_COMPONENT> &pads) {
-    PLACEMENT box;
-    box.die_left = box.die_bottom = INT64_MAX;
-    box.die_right = box.die_top = INT64_MIN;
-    for (const PLACEMENT_COMPONENT &pad : pads) {
-        box.die_left = std::min(box.die_left, pad.x);
-        box.die_right = std::max(box.die_right, pad.x);
-        box.die_bottom = std::min(box.die_bottom, pad.y);
-        box.die_top = std::max(box.die_top, pad.y);
-    }
-    std::vector<SIDE> sides;
-    size_t votes[4][4] = {}; // of an orientation for a side
-    for (const PLACEMENT_COMPONENT &pad : pads) {
-        sides.push_back(nearest_side(pad, box));
-        ++votes[static_cast<size_t>(pad.up)][sides.back()];
-    }
-    SIDE side_of[4] = {};
-    bool is_taken[4] = {};
-    for (size_t up = 0; up < 4; ++up) {
-        const size_t *most = std::max_element(votes[up], votes[up] + 4);
-        size_t all = votes[up][0] + votes[up][1] + votes[up][2] + votes[up][3];
-        side_of[up] = static_cast<SIDE>(most - votes[up]);
-        if (all == 0)
-            continue;
-        if (*most * 3 < all * 2 || std::exchange(is_taken[side_of[up]], true))
-            return sides;
-    }
-    for (size_t row = 0; row < pads.size(); ++row)
-        sides[row] = side_of[static_cast<size_t>(pads[row].up)];
-    return sides;
+    return static_cast<PLACEMENT_SIDE>(std::min_element(distance, distance + 4) - distance);
 }
 
 /// Grows counter-clockwise along a side.
-int64_t place_along(SIDE side, const PLACEMENT_COMPONENT &pad) {
+int64_t place_along(PLACEMENT_SIDE side, const PLACEMENT_COMPONENT &pad) {
     switch (side) {
-    case BOTTOM:
+    case PLACEMENT_SIDE::BOTTOM:
         return pad.x;
-    case RIGHT:
+    case PLACEMENT_SIDE::RIGHT:
         return pad.y;
-    case TOP:
+    case PLACEMENT_SIDE::TOP:
         return -pad.x;
     default:
         return -pad.y;
@@ -276,16 +240,77 @@ PLACEMENT placement_read(const std::string &path) {
     return placement;
 }
 
+std::vector<int32_t> placement_rows(const PLACEMENT &placement, const std::vector<std::string> &instances) {
+    std::unordered_map<std::string, int32_t> by_name;
+    for (size_t row = 0; row < placement.components.size(); ++row) {
+        std::string name = placement.components[row].instance;
+        by_name.emplace(name, static_cast<int32_t>(row));
+        std::replace(name.begin(), name.end(), '/', '.');
+        by_name.emplace(name, static_cast<int32_t>(row));
+    }
+    std::vector<bool> is_taken(placement.components.size());
+    std::vector<int32_t> rows;
+    for (std::string name : instances) {
+        int32_t found = -1;
+        while (found < 0) {
+            auto at = by_name.find(name);
+            if (at != by_name.end() && !is_taken[static_cast<size_t>(at->second)])
+                is_taken[static_cast<size_t>(found = at->second)] = true;
+            size_t dot = name.find('.');
+            if (dot == name.npos)
+                break;
+            name.erase(0, dot + 1);
+        }
+        rows.push_back(found);
+    }
+    return rows;
+}
+
+// Where the pads of one orientation lie on one side mostly, and each orientation on
+// another one, this is the side of all of them: near a corner the place of a pad in a second row tells less.
+// Where cells are made for their sides and not turned, the nearest edge tells.
+std::vector<PLACEMENT_SIDE> placement_sides(const std::vector<PLACEMENT_COMPONENT> &pads) {
+    PLACEMENT box;
+    box.die_left = box.die_bottom = INT64_MAX;
+    box.die_right = box.die_top = INT64_MIN;
+    for (const PLACEMENT_COMPONENT &pad : pads) {
+        box.die_left = std::min(box.die_left, pad.x);
+        box.die_right = std::max(box.die_right, pad.x);
+        box.die_bottom = std::min(box.die_bottom, pad.y);
+        box.die_top = std::max(box.die_top, pad.y);
+    }
+    std::vector<PLACEMENT_SIDE> sides;
+    size_t votes[4][4] = {}; // of an orientation for a side
+    for (const PLACEMENT_COMPONENT &pad : pads) {
+        sides.push_back(nearest_side(pad, box));
+        ++votes[static_cast<size_t>(pad.up)][static_cast<size_t>(sides.back())];
+    }
+    PLACEMENT_SIDE side_of[4] = {};
+    bool is_taken[4] = {};
+    for (size_t up = 0; up < 4; ++up) {
+        const size_t *most = std::max_element(votes[up], votes[up] + 4);
+        size_t all = votes[up][0] + votes[up][1] + votes[up][2] + votes[up][3];
+        side_of[up] = static_cast<PLACEMENT_SIDE>(most - votes[up]);
+        if (all == 0)
+            continue;
+        if (*most * 3 < all * 2 || std::exchange(is_taken[static_cast<size_t>(side_of[up])], true))
+            return sides;
+    }
+    for (size_t row = 0; row < pads.size(); ++row)
+        sides[row] = side_of[static_cast<size_t>(pads[row].up)];
+    return sides;
+}
+
 std::vector<int32_t> placement_ring(const std::vector<PLACEMENT_COMPONENT> &pads, int32_t behind) {
-    const std::vector<SIDE> sides = sides_of(pads);
+    const std::vector<PLACEMENT_SIDE> sides = placement_sides(pads);
     std::vector<int32_t> order(pads.size());
     for (size_t row = 0; row < order.size(); ++row)
         order[row] = static_cast<int32_t>(row);
     auto key = [&](int32_t row) {
         const PLACEMENT_COMPONENT &pad = pads[static_cast<size_t>(row)];
-        SIDE side = sides[static_cast<size_t>(row)];
-        return std::tuple<SIDE, int64_t, const std::string &, int32_t>(side, place_along(side, pad),
-                                                                       pad.instance, row);
+        PLACEMENT_SIDE side = sides[static_cast<size_t>(row)];
+        return std::tuple<PLACEMENT_SIDE, int64_t, const std::string &, int32_t>(side, place_along(side, pad),
+                                                                                 pad.instance, row);
     };
     std::sort(order.begin(), order.end(), [&](int32_t a, int32_t b) { return key(a) < key(b); });
     auto last = std::find(order.begin(), order.end(), behind);

@@ -31,6 +31,17 @@ struct PLACEMENT {
 /// "ERROR: FILE:LINE: text" and status 255.
 PLACEMENT placement_read(const std::string &path);
 
+/// The component of each instance of the netlist, as a row of the placement; -1 for none. Names of the file
+/// may leave away the outer parts of a path, where the placement is that of a module. No component is given
+/// twice.
+std::vector<int32_t> placement_rows(const PLACEMENT &placement, const std::vector<std::string> &instances);
+
+/// A side of the die, counter-clockwise.
+enum class PLACEMENT_SIDE : uint8_t { BOTTOM, RIGHT, TOP, LEFT };
+
+/// The side of each of `pads`.
+std::vector<PLACEMENT_SIDE> placement_sides(const std::vector<PLACEMENT_COMPONENT> &pads);
+
 /// The rows of `pads` in their order counter-clockwise round the die: the bottom from left to right, the
 /// right side upwards, the top from right to left, the left side downwards. The first is the one behind the
 /// row `behind`, which then comes last, or with -1 the leftmost of the bottom. Two rows of pads on one side

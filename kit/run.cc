@@ -170,7 +170,8 @@ std::vector<DELIVERED> deliver(const KIT_CALL &call, const RUN_WORDS &words) {
                      word.c_str());
             return {};
         }
-    return deliver_run({words.design, words.opath, kit_values(call, "cells"), kit_values(call, "liberty")});
+    return deliver_run({words.design, words.opath, kit_values(call, "cells"), kit_values(call, "liberty"),
+                        kit_value(call, "def"), words.switches});
 }
 
 std::string delivered_json(const std::vector<DELIVERED> &delivered) {

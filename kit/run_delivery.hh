@@ -15,8 +15,10 @@ struct DELIVERED {
 /// Where the verbs find what the run had.
 struct DELIVERY_PLAN {
     std::string design, opath;
-    std::vector<std::string> cells;   ///< Verilog models
-    std::vector<std::string> liberty; ///< libraries of the pads
+    std::vector<std::string> cells;    ///< Verilog models
+    std::vector<std::string> liberty;  ///< libraries of the pads
+    std::string def;                   ///< placement, or empty
+    std::vector<std::string> switches; ///< of the run
 };
 
 /// Runs `rimkit check`, `bsdl`, `patterns`, `prove` and `picture` in the working folder. Each is a process of

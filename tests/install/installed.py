@@ -9,6 +9,9 @@ import shutil
 import subprocess
 import sys
 
+sys.dont_write_bytecode = True
+import links  # noqa: E402
+
 PROGRAMS = ["rimweave", "rimkit", "kalmverin", "kalmedit", "kalmlist", "kalmflat"]
 faults = []
 
@@ -69,6 +72,15 @@ def check_manual(prefix, sources):
         expect(done.returncode == 0, done.stdout)
 
 
+def check_books(prefix, run):
+    """Links lead somewhere; the HTML of the manual, and the page of the picture, are clean to `tidy` where it is installed."""
+    faults.extend(links.faults_in(prefix / "share/doc"))
+    pages = [*sorted((prefix / "share/doc/rimweave/html").glob("*.html")), run / "chip.html"]
+    for page in pages if shutil.which("tidy") else []:
+        done = output_of(["tidy", "-q", "-e", page])
+        expect(done.returncode == 0, f"{page.name}: {done.stdout[:1000]}")
+
+
 def completed(prefix, *words):
     """What bash offers for the last of the words."""
     script = f"""
@@ -111,6 +123,7 @@ def main():
     os.rename(paths.work / "first", prefix)
     check_run(prefix, paths.work / "run")
     check_manual(prefix, paths.sources)
+    check_books(prefix, paths.work / "run")
     check_completion(prefix)
     print("\n".join(faults) or "installed")
     return 1 if faults else 0

@@ -99,11 +99,11 @@ def plain(name):
     return re.sub(r"\W+", "_", name).strip("_") or "*"
 
 
-def read_picture(bench, design):
+def read_picture(bench, design, *options):
     """Draws twice: same bytes. The elements of the SVG, and the data of the page."""
     texts = []
     for _ in range(2):
-        bench.run("rimkit", "picture", design)
+        bench.run("rimkit", "picture", *options, design)
         texts.append([(bench.work / f"{design}{ending}").read_bytes() for ending in (".svg", ".html")])
     expect(texts[0] == texts[1], True)
     svg = xml.etree.ElementTree.fromstring(texts[0][0])
@@ -147,6 +147,53 @@ def copy_example(bench, change=lambda name, text: text):
     bench.insert("chip", ["cells.v"], ["chip.v"])
 
 
+def judge_placed(bench):
+    """A placement that turns the ring by a side, one way along each; what it does not place stands behind that."""
+    svg, chip = read_picture(bench, "chip")
+    pads = [pad["inst"] for pad in chip["pads"] if pad["inst"]]
+    share = -(-len(pads) // 4)
+    lines = [(pad, i // share, i % share * 100 + 50) for i, pad in enumerate(pads) if pad != "pad_clk"]
+    spots = {0: "( {0} 0 ) N", 1: "( 9000 {0} ) W", 2: "( {1} 9000 ) S", 3: "( 0 {1} ) E"}
+    text = "".join(f"- {pad} PAD + FIXED {spots[side].format(at, 9000 - at)} ;\n" for pad, side, at in lines)
+    (bench.work / "chip.def").write_text(f"DESIGN chip ;\nCOMPONENTS {len(lines)} ;\n{text}END COMPONENTS\n")
+    svg, chip = read_picture(bench, "chip", "--def", "chip.def")
+    rects = {int(group.get("data-pads")): [float(group.find(SVG + "rect").get(word)) for word in ("x", "y")]
+             for group in svg.iter(SVG + "g") if "pad" in group.get("class", "").split()}
+    place = {pad["inst"]: rects[i] for i, pad in enumerate(chip["pads"]) if pad["inst"]}
+    # Down the left side, along the lower one, up the right side, and back along the upper one.
+    for side, axis, turned in ((0, 0, 1), (1, 1, -1), (2, 0, -1), (3, 1, 1)):
+        row = [place[pad] for pad, on, _ in lines if on == side]
+        expect([spot[axis] * turned for spot in row], sorted(spot[axis] * turned for spot in row))
+        expect(len({spot[1 - axis] for spot in row}), 1)
+    edges = [next(place[pad] for pad, on, _ in lines if on == side) for side in range(4)]
+    expect((edges[0][1] > edges[2][1], edges[1][0] > edges[3][0]), (True, True))
+    expect(len({tuple(spot) for spot in rects.values()}), len(chip["pads"]))
+    (bench.work / "other.def").write_text("DESIGN other ;\nCOMPONENTS 1 ;\n- u1 X + FIXED ( 0 0 ) N ;\nEND COMPONENTS\n")
+    expect("places none of the pads" in bench.run("rimkit", "picture", "--def", "other.def", "chip"), True)
+
+
+def judge_findings(bench):
+    """What the check says with its engines and without, and what the doctor says of the descriptions as they lie there now."""
+    def told(*options):
+        _, chip = read_picture(bench, "chip", *options)
+        return {(row["verb"], row["rule"]): row for row in chip["findings"]}, chip
+    plain, chip = told()
+    expect(("without simulation" in chip["unchecked"][0], [verb for verb, _ in plain]), (True, ["doctor"]))
+    if all(shutil.which(engine) for engine in ("iverilog", "yosys")):
+        whole, chip = told("--engines", "--cells", "cells.v")
+        output = json.loads(bench.run("rimkit", "check", "--json", "--cells", "cells.v", "chip"))
+        expect([row["text"] for row in chip["findings"] if row["verb"] == "check"], [row["text"] for row in output["findings"]])
+        expect(chip["unchecked"], [])
+    lib, pin = ((bench.work / name).read_text() for name in ("chip.lib", "chip.pin"))
+    (bench.work / "chip.pin").write_text(re.sub(r"^.*\brxd\b.*\n", "", pin, flags=re.M))
+    found, chip = told()
+    expect([chip["pads"][pad]["port"] for pad in found["doctor", "port-without-row"]["pads"]], ["rxd"])
+    (bench.work / "chip.pin").write_text(pin)
+    _, chip = told()
+    expect(("doctor", "port-without-row") in {(row["verb"], row["rule"]) for row in chip["findings"]}, False)
+    bench.run("rimkit", "picture", "chip", "-no_such_switch", status=2)
+
+
 def test_uart(bench, given):
     copy_example(bench)
     chip, _ = judge(bench, "chip", "txd")
@@ -157,6 +204,8 @@ def test_uart(bench, given):
     cell = chip["cells"][next(pad for pad in chip["pads"] if pad["port"] == "rdata[3]")["cells"][0]]
     expect((cell["control"], cell["disable"]), (1, 1))
     expect([chip["pads"][pad]["port"] for pad in chip["cells"][1]["held"]], [f"rdata[{bit}]" for bit in range(8)])
+    judge_placed(bench)
+    judge_findings(bench)
     # A chain that ends early is drawn as far as it goes, and never as one that comes to TDO.
     legs = re.search(r'class="thread" d="([^"]*)"', (bench.work / "chip.svg").read_text()).group(1).count("M")
     flat = (bench.work / "chip_jtag_flat.v").read_text()
@@ -175,8 +224,9 @@ def test_ring(bench, given):
         shutil.copy(folder / name, bench.work)
     bench.insert(plan["design"], ["cells.v", "gated.v"], plan["read"] + plan["netlist"])
     chip, seen = judge(bench, plan["design"], "bidir_PAD[3]")
-    places = [chip["pads"][row["pad"]]["port"] if row["pad"] >= 0 else chip["cells"][row["cell"]]["inst"] for row in chip["findings"]]
-    expect(places, [row["port"] or row["inst"] for row in chip["findings"]])
+    checked = [row for row in chip["findings"] if row["verb"] == "check"]
+    places = [[chip["pads"][pad]["port"] for pad in row["pads"]] + [chip["cells"][cell]["inst"] for cell in row["cells"]] for row in checked]
+    expect(places, [[row["port"] or row["inst"]] for row in checked])
     if seen is not None:
         expect((chip["findings"][0]["cure"] in seen["finding"], seen["marked"] > 0), (True, True))
 
@@ -192,7 +242,7 @@ def test_names(bench, given):
     copy_example(bench, odd)
     svg, chip = read_picture(bench, "chip")
     pad = next(pad for pad in chip["pads"] if pad["port"] == ODD_PORT)
-    expect((pad["inst"], [row["inst"] for row in chip["findings"]]), (ODD_PAD, [ODD_PAD]))
+    expect((pad["inst"], [row["inst"] for row in chip["findings"] if row["verb"] == "check"]), (ODD_PAD, [ODD_PAD]))
     expect(sum("".join(text.itertext()) == ODD_PORT for text in svg.iter(SVG + "text")), 1)
     seen = browse(bench.work, "chip.html", ODD_PORT)
     if seen is not None:
