@@ -103,18 +103,31 @@ SDB_HANDLE *new_handle(const char *path) {
     return handle;
 }
 
-/// Binds the prefix rows to the symbols and takes the handle's side file as the current one.
-SDB_HANDLE *finish_open(SDB_HANDLE *handle, bool read_aliases) {
-    void *&prefixes = handle->tables[SDB_PREFIX_TAB].data;
-    if (prefixes != nullptr)
-        PREFIX_init(static_cast<SDB_PREFIX *>(prefixes), handle->symbols);
+/// Takes the handle's side file as the current one.
+void take_side_file(const SDB_HANDLE *handle, bool read_aliases) {
     ALIAS_free();
     asn_file_name = FNM_build(nullptr, handle->path.c_str(), "asn");
     if (read_aliases)
         ALIAS_init();
     sdb_obj_count = SDB_table_count(handle, SDB_OBJ_TAB);
     sdb_net_count = SDB_table_count(handle, SDB_NET_TAB);
+}
+
+/// Binds the prefix rows to the symbols and takes the handle's side file as the current one.
+SDB_HANDLE *finish_open(SDB_HANDLE *handle, bool read_aliases) {
+    void *&prefixes = handle->tables[SDB_PREFIX_TAB].data;
+    if (prefixes != nullptr)
+        PREFIX_init(static_cast<SDB_PREFIX *>(prefixes), handle->symbols);
+    take_side_file(handle, read_aliases);
     return handle;
+}
+
+SDB_FILE_STATE file_state(const struct stat &status) {
+    auto nanoseconds = [](const timespec &time) {
+        return static_cast<int64_t>(time.tv_sec) * 1'000'000'000 + time.tv_nsec;
+    };
+    return {status.st_dev, status.st_ino, static_cast<uint64_t>(status.st_size), nanoseconds(status.st_mtim),
+            nanoseconds(status.st_ctim)};
 }
 
 SDB_HANDLE *create_handle(const char *path, uint32_t mask) {
@@ -139,6 +152,8 @@ SDB_HANDLE *read_handle(const char *path, const char *mode, uint32_t mask) {
     if (descriptor < 0)
         return nullptr;
     SDB_HANDLE *handle = new_handle(path);
+    if (struct stat file {}; fstat(descriptor, &file) == 0)
+        handle->file = file_state(file);
     int32_t status = SDB_read_file(handle, descriptor, mask);
     close(descriptor);
     sdb_reverseL = 0;
@@ -221,6 +236,20 @@ void SDB_clear_current() {
     sdb = nullptr;
     current_handle = nullptr;
     fill_copies(nullptr);
+}
+
+void SDB_set_aside() {
+    SDB_clear_current();
+    ALIAS_free();
+}
+
+bool SDB_take_up(const SDB_HANDLE *handle) {
+    struct stat status {};
+    if (stat(handle->path.c_str(), &status) != 0 || file_state(status) != handle->file)
+        return false;
+    sdb_errnoG = 0;
+    take_side_file(handle, true);
+    return true;
 }
 
 int SDB_close(SDB_HANDLE *handle, int32_t save) {
