@@ -1,6 +1,6 @@
 // The design database: one SDB file in memory as a handle of tables, and one handle that is current.
 //
-// SDB_open reads a file with one read, checks every count, offset and id in it, and gives a handle; a file
+// SDB_open reads a file, checks every count, offset and id in it, and gives a handle; a file
 // that does not pass is refused with a message. So readers of the tables need no checks of their own: an id
 // that a record holds is -1 or below the count of its table, the nodes of an object are consecutive, a net's
 // list of nodes ends, and behind the last record of each table stands a sentinel whose words are all -1.
@@ -38,7 +38,7 @@ struct SDB_HANDLE {
     SDB_TABLE tables[SDB_TAB_COUNT];
     SYM_TABLE *symbols;
     int32_t version;      ///< 300 or 301
-    unsigned char *image; ///< bytes of the file that the symbol texts lie in; null in a new handle
+    unsigned char *image; ///< the file up to its tables: the symbols lie in it; null in a new handle
     SDB_NAME_INDEX *name_index;
     SDB_FILE_STATE file; ///< of the file as it was read; zero in a new handle
 };

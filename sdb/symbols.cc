@@ -257,9 +257,9 @@ void SYM_free(SYM_TABLE *table) {
     delete table;
 }
 
-SYM_TABLE *SYM_read(const unsigned char *bytes, size_t size, size_t *position, bool swapped,
+SYM_TABLE *SYM_read(const unsigned char *bytes, size_t size, size_t position, bool swapped,
                     std::string *fault) {
-    byte_reader reader{bytes, size, *position, swapped};
+    byte_reader reader{bytes, size, position, swapped};
     fault->clear();
     uint32_t length = reader.word();
     const unsigned char *magic = reader.take(length);
@@ -274,7 +274,6 @@ SYM_TABLE *SYM_read(const unsigned char *bytes, size_t size, size_t *position, b
     std::vector<int32_t> heads;
     if (!read_buckets(reader, buckets, heads, fault) || !read_records(reader, table.get(), heads, fault))
         return nullptr;
-    *position = reader.position;
     return table.release();
 }
 
