@@ -5,6 +5,7 @@
 #include "support/console.hh"
 #include "support/dyna.hh"
 #include "support/fnm.hh"
+#include "support/large_pages.hh"
 #include "support/message.hh"
 #include "support/text.hh"
 
@@ -201,8 +202,10 @@ void SDB_refresh_copies(const SDB_HANDLE *handle) {
 
 void *SDB_handle_memory(size_t size) {
     void *memory = std::malloc(size);
-    if (memory != nullptr)
+    if (memory != nullptr) {
+        use_large_pages(memory, size);
         return memory;
+    }
     put_text(stdout,
              "SDB FATAL: (FA-01-0002) Ran out of memory in the function \"SDB_open()\". Please check the "
              "system swap space and retry the program again.\n");
@@ -265,13 +268,11 @@ int SDB_close(SDB_HANDLE *handle, int32_t save) {
     return result;
 }
 
-void SDB_new_table(SDB_TABLE *table, int32_t index, int32_t record_size, int32_t capacity) {
+void SDB_new_table(SDB_TABLE *table, int32_t index, int32_t record_size, int64_t capacity) {
     table->record_size = record_size;
     table->count = 0;
     table->data = dyna_core::init(0, static_cast<uint32_t>(record_size));
-    auto room = static_cast<int32_t>(dyna_core::capacity(table->data));
-    if (capacity > room)
-        dyna_core::resize(&table->data, capacity - room);
+    dyna_core::reserve(&table->data, capacity);
     if (index < SDB_FIXED_TAB_COUNT)
         dyna_core::set_delta(table->data, static_cast<uint32_t>(sdb_table_layout[index].growth));
 }
@@ -285,8 +286,7 @@ int32_t SDB_grow_table(SDB_HANDLE *handle, int32_t index, int32_t n) {
     int64_t need = int64_t{table.count} + n + 1;
     int64_t room = dyna_core::capacity(table.data);
     if (need > room)
-        dyna_core::resize(&table.data,
-                          static_cast<int32_t>(std::min<int64_t>(std::max(need - room, room), INT32_MAX)));
+        dyna_core::reserve(&table.data, std::max(need, std::min<int64_t>(2 * room, INT32_MAX)));
     int32_t first = dyna_core::add(&table.data, n);
     table.count = first + n;
     auto size = static_cast<size_t>(table.record_size);

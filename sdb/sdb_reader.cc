@@ -159,7 +159,7 @@ int32_t load_table(SDB_HANDLE *handle, int32_t index, const open_file &file, boo
             return 0;
         }
     }
-    SDB_new_table(&table, index, table.record_size, count + 1);
+    SDB_new_table(&table, index, table.record_size, int64_t{count} + 1);
     dyna_core::add(&table.data, count);
     size_t bytes = static_cast<size_t>(count) * static_cast<size_t>(table.record_size);
     if (!read_piece(file, table.offset, table.data, bytes))
