@@ -153,7 +153,7 @@ SDB_HANDLE *read_handle(const char *path, const char *mode, uint32_t mask) {
     if (descriptor < 0)
         return nullptr;
     SDB_HANDLE *handle = new_handle(path);
-    if (struct stat file {}; fstat(descriptor, &file) == 0)
+    if (struct stat file{}; fstat(descriptor, &file) == 0)
         handle->file = file_state(file);
     int32_t status = SDB_read_file(handle, descriptor, mask);
     close(descriptor);

@@ -51,7 +51,7 @@ struct SYM_TABLE {
     const unsigned char *buckets = nullptr;        // in the file; null without trees of this machine's order
     size_t steps = 0;                              // taken in the file's trees and texts
     std::unordered_set<std::string> missing_texts; // looked for in vain in these
-    std::vector<hash_slot> slots; // empty until lookups are many; its size is a power of two
+    std::vector<hash_slot> slots;                  // empty until lookups are many; its size is a power of two
     std::pmr::monotonic_buffer_resource own_texts{text_block_size}; // those that were added
 };
 
