@@ -46,7 +46,7 @@ void check_index(const PIN_READING &reading, const char *name, int32_t line) {
 // the name of its package pin. A repeat is reported and the reading goes on, so that one run shows all of
 // them.
 void check_repeat(PIN_READING &reading, NAME_SET &seen, const char *name, const char *allowed_name) {
-    if (seen.insert(name).second)
+    if (seen.insert(name))
         return;
     auto allowed = rows(reading.allowed);
     if (allowed_name != nullptr && std::any_of(allowed.begin(), allowed.end(), [&](const char *entry) {
@@ -89,8 +89,36 @@ void take_bsc_list(PIN_ENTRY &row, const PIN_READING &slots) {
 
 } // namespace
 
+size_t NAME_SET::place_of(const char *name) const {
+    size_t mask = places.size() - 1;
+    size_t place = reinterpret_cast<uintptr_t>(name) * 0x9E3779B97F4A7C15ULL >> 32 & mask;
+    while (places[place] != nullptr && places[place] != name)
+        place = (place + 1) & mask;
+    return place;
+}
+
+bool NAME_SET::contains(const char *name) const {
+    return !places.empty() && places[place_of(name)] != nullptr;
+}
+
+bool NAME_SET::insert(const char *name) {
+    if (2 * count >= places.size()) {
+        std::vector<const char *> before(std::max<size_t>(16, 2 * places.size()));
+        before.swap(places);
+        for (const char *known : before)
+            if (known != nullptr)
+                places[place_of(known)] = known;
+    }
+    const char *&place = places[place_of(name)];
+    if (place != nullptr)
+        return false;
+    place = name;
+    count++;
+    return true;
+}
+
 void pin_begin_row(PIN_READING &reading, const char *number, int32_t line) {
-    if (reading.package == nullptr && !reading.numbers.insert(number).second) {
+    if (reading.package == nullptr && !reading.numbers.insert(number)) {
         error_msg(reading.file, line, PIN_NUMBER_REPEATED, number);
         end_run();
     }

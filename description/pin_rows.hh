@@ -5,11 +5,21 @@
 #include "description/tables.hh"
 
 #include <string>
-#include <string_view>
-#include <unordered_set>
 #include <vector>
 
-using NAME_SET = std::unordered_set<std::string_view>;
+/// Names of which equal ones are one address, as the scanners keep them. A flat table: pin files have a
+/// hundred thousand rows, and a set with a node for each name takes most of their reading.
+class NAME_SET {
+  public:
+    /// False when the name is there already.
+    bool insert(const char *name);
+    bool contains(const char *name) const;
+
+  private:
+    size_t place_of(const char *name) const;
+    std::vector<const char *> places; // null where free; a power of two, at most half full
+    size_t count = 0;
+};
 
 /// A row as the file has it.
 struct PIN_ROW {

@@ -1,4 +1,5 @@
 // The instruction table and the capture patterns.
+#include "description/opcode_set.hh"
 #include "description/save_tables.hh"
 
 #include "support/console.hh"
@@ -6,19 +7,6 @@
 #include <cstring>
 
 namespace {
-
-bool is_any(char value) {
-    return value == 'X' || value == 'x';
-}
-
-// Both have one length.
-bool patterns_collide(const char *a, const char *b) {
-    for (; *a != '\0'; ++a, ++b) {
-        if (*a != *b && !is_any(*a) && !is_any(*b))
-            return false;
-    }
-    return true;
-}
 
 // An enable drives a signal of the chip: it has a level for each bit, and "don't care" is none. A text that
 // is no pattern has been told by the parser and stays; who builds with it may refuse it.
@@ -80,26 +68,21 @@ void save_instruction(const AST_NODE &node) {
 
 } // namespace
 
-int32_t check_pattern_list(const AST_NODE &pattern, const char **table) {
-    for (const char *earlier : rows(table)) {
-        if (std::strlen(earlier) != std::strlen(pattern.text)) {
+void append_patterns(const AST_NODE &node, const char **&table) {
+    OPCODE_SET earlier; // all of one length
+    for (const char *pattern : rows(table))
+        earlier.add(pattern);
+    for (const AST_NODE &pattern : children(node)) {
+        if (DYNA_count(table) > 0 && std::strlen(table[0]) != std::strlen(pattern.text)) {
             error_printf("\"%s\", line %d: Size of '%s' and '%s' are not equivalence\n", BSC_FILE,
-                         pattern.line, pattern.text, earlier);
-            return 0;
-        }
-        if (patterns_collide(earlier, pattern.text)) {
+                         pattern.line, pattern.text, table[0]);
+        } else if (earlier.first_that_meets(pattern.text) >= 0) {
             error_printf("\"%s\", line %d: Pattern '%s' has been appeared previous\n", BSC_FILE, pattern.line,
                          pattern.text);
-            return 0;
-        }
-    }
-    return 1;
-}
-
-void append_patterns(const AST_NODE &node, const char **&table) {
-    for (const AST_NODE &pattern : children(node)) {
-        if (check_pattern_list(pattern, table) != 0)
+        } else {
             append_row(table, pattern.text);
+            earlier.add(pattern.text);
+        }
     }
 }
 

@@ -27,11 +27,8 @@ void save_connect_table(const AST_NODE &node);
 void bl_save_mbist_table(const AST_NODE &node);
 void bl_save_lbist_table(const AST_NODE &node);
 
-/// 1 when the pattern may join the table. Prints the reason on the error stream and returns 0 when its length
-/// differs from an earlier one's, or when some value fits both; 'X' and 'x' fit '0' and '1'.
-int32_t check_pattern_list(const AST_NODE &pattern, const char **table);
-
-/// Appends each pattern of the node that check_pattern_list accepts.
+/// Appends each pattern of the node that may join the table. Tells on the error stream of one whose length
+/// differs from an earlier one's, or where some value fits both; 'X' and 'x' fit '0' and '1'.
 void append_patterns(const AST_NODE &node, const char **&table);
 
 /// The text of a node's first child.

@@ -47,7 +47,7 @@ void take_findings(FAULT_COLLECTOR &faults, std::vector<FINDING> &findings) {
 template <class STEP> bool try_on_design(const STEP &step) {
     bool whole = try_step(step);
     if (sdb != nullptr)
-        close_sdb_file();
+        set_sdb_file_aside();
     return whole;
 }
 

@@ -75,7 +75,7 @@ void check_connect_pad() {
     });
     if (GLOBAL_TDO != nullptr)
         look_at_tdo_pad(tdo);
-    close_sdb_file();
+    set_sdb_file_aside();
 }
 
 void check_pin_signal_inv_buf() {

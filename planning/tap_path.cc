@@ -91,7 +91,7 @@ PATH_COMPONENTS find_path() {
         else if (is_in_design(marked))
             path = marked;
     }
-    close_sdb_file();
+    set_sdb_file_aside();
     return path;
 }
 

@@ -10,6 +10,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 
 namespace {
 
@@ -50,6 +51,19 @@ int32_t find_one_bit_bus(const char *name) {
         index_buses();
     auto found = bus_names.buses.find(name);
     return found != bus_names.buses.end() && found->second.bits == 1 ? found->second.last_port : -1;
+}
+
+SDB_HANDLE *set_aside = nullptr; // a design that is open but not current, or null
+
+/// The design that was set aside, when it is the one of that file; null when it has to be opened.
+SDB_HANDLE *take_up_design(const char *path) {
+    if (set_aside == nullptr || set_aside->path != path)
+        return nullptr;
+    SDB_HANDLE *design = std::exchange(set_aside, nullptr);
+    if (SDB_take_up(design))
+        return design;
+    SDB_close(design, 0);
+    return nullptr;
 }
 
 const char *port_name(int32_t port) {
@@ -131,7 +145,9 @@ const char *verify_obj_pin_name(int32_t obj, const char *pin_name, int32_t direc
 }
 
 void open_sdb_file(const char *path) {
-    SDB_HANDLE *design = path != nullptr ? SDB_open(path, "r", 0) : nullptr;
+    SDB_HANDLE *design = path != nullptr ? take_up_design(path) : nullptr;
+    if (design == nullptr && path != nullptr)
+        design = SDB_open(path, "r", 0);
     if (design == nullptr)
         vmr_fail("ERROR: can't open SDB file '%s'.\n       Permission denied, probably.\n\n",
                  path != nullptr ? path : "");
@@ -141,6 +157,11 @@ void open_sdb_file(const char *path) {
 void close_sdb_file() {
     SDB_close(sdb, 0);
     SDB_clear_current();
+}
+
+void set_sdb_file_aside() {
+    SDB_close(std::exchange(set_aside, sdb), 0);
+    SDB_set_aside();
 }
 
 const char *object_class_name(int32_t obj) {

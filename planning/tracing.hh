@@ -36,6 +36,9 @@ const char *verify_obj_pin_name(int32_t obj, const char *pin_name, int32_t direc
 void open_sdb_file(const char *path);
 /// Closes the current design; none is current afterwards.
 void close_sdb_file();
+/// The same, for a design that is soon opened again: open_sdb_file then finds it in memory, if its file has
+/// not changed. One design at a time is kept like this.
+void set_sdb_file_aside();
 
 /// Class name of an object as text, "*UNDEF*" for none.
 const char *object_class_name(int32_t obj);

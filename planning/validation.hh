@@ -20,7 +20,8 @@ void check_scan_cells();
 /// Warns of the pins that the chain needs and the chosen cells lack: those of pins inside the core and inside
 /// pads play no role that is checked. A pin that is missing gets no wire, or one that the editor refuses.
 void warn_of_missing_pins();
-/// Looks at the pads of the design for the TAP's sake: mode pins, TDO enable. Opens and closes MODULE_C_SDB.
+/// Looks at the pads of the design for the TAP's sake: mode pins, TDO enable. Opens
+/// MODULE_C_SDB and sets it aside for planning.
 void check_connect_pad();
 /// A buffer that the TAP cell names; null, with the message printed, when the library has none of that name.
 const BUFFER_CELL *declared_tap_buffer(const char *keyword, const char *name);

@@ -1,5 +1,6 @@
 #include "rtl/tap_checks.hh"
 
+#include "description/opcode_set.hh"
 #include "planning/planning.hh"
 #include "planning/tap_state.hh"
 #include "rtl/module_names.hh"
@@ -13,6 +14,8 @@
 #include "support/text.hh"
 
 #include <unordered_set>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -150,71 +153,21 @@ void refuse_names() {
     refuse_names_of_logic(ports);
 }
 
-/// The opcodes met so far, as a tree of their characters: '0', '1' and "don't care".
-struct OPCODE_TREE {
-    struct OPCODE {
-        const char *text;
-        const char *instruction;
-    };
-    struct NODE {
-        int32_t below[3] = {-1, -1, -1};
-        int32_t first; ///< the first opcode below
-    };
-    std::vector<OPCODE> opcodes;
-    std::vector<NODE> nodes;
-};
-
-int32_t character_place(char c) {
-    return c == '0' ? 0 : c == '1' ? 1 : 2;
-}
-
-void add_opcode(OPCODE_TREE &tree, const char *text, const char *instruction) {
-    auto number = static_cast<int32_t>(tree.opcodes.size());
-    tree.opcodes.push_back({text, instruction});
-    if (tree.nodes.empty())
-        tree.nodes.push_back({.first = number});
-    size_t node = 0;
-    for (; *text != '\0'; ++text) {
-        int32_t &below = tree.nodes[node].below[character_place(*text)];
-        bool is_new = below < 0;
-        if (is_new)
-            below = static_cast<int32_t>(tree.nodes.size());
-        node = static_cast<size_t>(below);
-        if (is_new)
-            tree.nodes.push_back({.first = number});
-    }
-}
-
-/// The first opcode before `best` that some value of the instruction register has in common with `text`;
-/// `best` when there is none.
-int32_t first_overlap(const OPCODE_TREE &tree, int32_t node, const char *text, int32_t best) {
-    if (node < 0 || tree.nodes[static_cast<size_t>(node)].first >= best)
-        return best;
-    const OPCODE_TREE::NODE &at = tree.nodes[static_cast<size_t>(node)];
-    if (*text == '\0')
-        return at.first;
-    for (int32_t place : {0, 1, 2})
-        if (character_place(*text) == 2 || place == 2 || place == character_place(*text))
-            best = first_overlap(tree, at.below[place], text + 1, best);
-    return best;
-}
-
 /// Opcodes that meet one of an earlier instruction: the earlier row wins.
 void warn_colliding_opcodes() {
-    OPCODE_TREE tree;
+    OPCODE_SET earlier;
+    std::vector<std::pair<const char *, const char *>> texts; // opcode and instruction of each
     for (const INSTRUCTION &instruction : rows(INSTRUCTIONS)) {
-        auto earlier = static_cast<int32_t>(tree.opcodes.size());
-        for (const char *opcode : rows(instruction.patterns)) {
-            int32_t first = earlier == 0 ? earlier : first_overlap(tree, 0, opcode, earlier);
-            if (first < earlier)
+        for (const char *opcode : rows(instruction.patterns))
+            if (int32_t first = earlier.first_that_meets(opcode); first >= 0)
                 vmr_printf("WARNING: (%s) opcode '%s' of INSTRUCTION '%s' collides with\n"
                            "         opcode '%s' of INSTRUCTION '%s', which wins.\n\n",
-                           JTAG_BSC_FILE, opcode, instruction.name,
-                           tree.opcodes[static_cast<size_t>(first)].text,
-                           tree.opcodes[static_cast<size_t>(first)].instruction);
+                           JTAG_BSC_FILE, opcode, instruction.name, texts[static_cast<size_t>(first)].first,
+                           texts[static_cast<size_t>(first)].second);
+        for (const char *opcode : rows(instruction.patterns)) {
+            earlier.add(opcode);
+            texts.emplace_back(opcode, instruction.name);
         }
-        for (const char *opcode : rows(instruction.patterns))
-            add_opcode(tree, opcode, instruction.name);
     }
 }
 

@@ -26,7 +26,7 @@ SDB_HANDLE *SDB_current_handle();
 void SDB_refresh_copies(const SDB_HANDLE *handle);
 
 /// A new, empty table of records with the growth step of its index.
-void SDB_new_table(SDB_TABLE *table, int32_t index, int32_t record_size, int32_t capacity);
+void SDB_new_table(SDB_TABLE *table, int32_t index, int32_t record_size, int64_t capacity);
 /// Appends zeroed records and puts the sentinel behind them. Returns the index of the first.
 int32_t SDB_grow_table(SDB_HANDLE *handle, int32_t index, int32_t n);
 /// Sets a table's count to a lower one.

@@ -1,6 +1,6 @@
 // The design database: one SDB file in memory as a handle of tables, and one handle that is current.
 //
-// SDB_open reads a file with one read, checks every count, offset and id in it, and gives a handle; a file
+// SDB_open reads a file, checks every count, offset and id in it, and gives a handle; a file
 // that does not pass is refused with a message. So readers of the tables need no checks of their own: an id
 // that a record holds is -1 or below the count of its table, the nodes of an object are consecutive, a net's
 // list of nodes ends, and behind the last record of each table stands a sentinel whose words are all -1.
@@ -21,6 +21,14 @@ struct SDB_TABLE {
     uint32_t offset;     ///< place in the file
 };
 
+/// What tells a file from another and from its own earlier content.
+struct SDB_FILE_STATE {
+    uint64_t device, inode, size;
+    int64_t written, changed; ///< in nanoseconds
+
+    bool operator==(const SDB_FILE_STATE &) const = default;
+};
+
 struct SDB_NAME_INDEX; ///< first port, object, net and class of each symbol; built at the first search
 
 struct SDB_HANDLE {
@@ -30,8 +38,9 @@ struct SDB_HANDLE {
     SDB_TABLE tables[SDB_TAB_COUNT];
     SYM_TABLE *symbols;
     int32_t version;      ///< 300 or 301
-    unsigned char *image; ///< bytes of the file that the symbol texts lie in; null in a new handle
+    unsigned char *image; ///< the file up to its tables: the symbols lie in it; null in a new handle
     SDB_NAME_INDEX *name_index;
+    SDB_FILE_STATE file; ///< of the file as it was read; zero in a new handle
 };
 
 /// The current handle. SDB_setup sets it, and a caller that opens a file may; a caller clears it after
@@ -73,6 +82,12 @@ SDB_HANDLE *SDB_setup(SDB_HANDLE *handle);
 
 /// Leaves no handle current: `sdb` and the copies are empty.
 void SDB_clear_current();
+
+/// Leaves an open handle for later: none is current, and the alias tables are empty, as after SDB_close.
+void SDB_set_aside();
+/// Takes up a handle that was set aside as SDB_open would read it again, its alias side file included. False
+/// when the file is no longer what was read: the handle is then of no use but to SDB_close.
+bool SDB_take_up(const SDB_HANDLE *handle);
 
 /// Saves a writable handle when `save` is not 0, then frees it with its alias tables; null is let pass. `sdb`
 /// keeps its value, which the caller clears; copies of this handle's tables are emptied. 0, or 1 when saving

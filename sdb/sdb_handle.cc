@@ -5,6 +5,7 @@
 #include "support/console.hh"
 #include "support/dyna.hh"
 #include "support/fnm.hh"
+#include "support/large_pages.hh"
 #include "support/message.hh"
 #include "support/text.hh"
 
@@ -103,18 +104,31 @@ SDB_HANDLE *new_handle(const char *path) {
     return handle;
 }
 
-/// Binds the prefix rows to the symbols and takes the handle's side file as the current one.
-SDB_HANDLE *finish_open(SDB_HANDLE *handle, bool read_aliases) {
-    void *&prefixes = handle->tables[SDB_PREFIX_TAB].data;
-    if (prefixes != nullptr)
-        PREFIX_init(static_cast<SDB_PREFIX *>(prefixes), handle->symbols);
+/// Takes the handle's side file as the current one.
+void take_side_file(const SDB_HANDLE *handle, bool read_aliases) {
     ALIAS_free();
     asn_file_name = FNM_build(nullptr, handle->path.c_str(), "asn");
     if (read_aliases)
         ALIAS_init();
     sdb_obj_count = SDB_table_count(handle, SDB_OBJ_TAB);
     sdb_net_count = SDB_table_count(handle, SDB_NET_TAB);
+}
+
+/// Binds the prefix rows to the symbols and takes the handle's side file as the current one.
+SDB_HANDLE *finish_open(SDB_HANDLE *handle, bool read_aliases) {
+    void *&prefixes = handle->tables[SDB_PREFIX_TAB].data;
+    if (prefixes != nullptr)
+        PREFIX_init(static_cast<SDB_PREFIX *>(prefixes), handle->symbols);
+    take_side_file(handle, read_aliases);
     return handle;
+}
+
+SDB_FILE_STATE file_state(const struct stat &status) {
+    auto nanoseconds = [](const timespec &time) {
+        return static_cast<int64_t>(time.tv_sec) * 1'000'000'000 + time.tv_nsec;
+    };
+    return {status.st_dev, status.st_ino, static_cast<uint64_t>(status.st_size), nanoseconds(status.st_mtim),
+            nanoseconds(status.st_ctim)};
 }
 
 SDB_HANDLE *create_handle(const char *path, uint32_t mask) {
@@ -139,6 +153,8 @@ SDB_HANDLE *read_handle(const char *path, const char *mode, uint32_t mask) {
     if (descriptor < 0)
         return nullptr;
     SDB_HANDLE *handle = new_handle(path);
+    if (struct stat file{}; fstat(descriptor, &file) == 0)
+        handle->file = file_state(file);
     int32_t status = SDB_read_file(handle, descriptor, mask);
     close(descriptor);
     sdb_reverseL = 0;
@@ -186,8 +202,10 @@ void SDB_refresh_copies(const SDB_HANDLE *handle) {
 
 void *SDB_handle_memory(size_t size) {
     void *memory = std::malloc(size);
-    if (memory != nullptr)
+    if (memory != nullptr) {
+        use_large_pages(memory, size);
         return memory;
+    }
     put_text(stdout,
              "SDB FATAL: (FA-01-0002) Ran out of memory in the function \"SDB_open()\". Please check the "
              "system swap space and retry the program again.\n");
@@ -223,6 +241,20 @@ void SDB_clear_current() {
     fill_copies(nullptr);
 }
 
+void SDB_set_aside() {
+    SDB_clear_current();
+    ALIAS_free();
+}
+
+bool SDB_take_up(const SDB_HANDLE *handle) {
+    struct stat status {};
+    if (stat(handle->path.c_str(), &status) != 0 || file_state(status) != handle->file)
+        return false;
+    sdb_errnoG = 0;
+    take_side_file(handle, true);
+    return true;
+}
+
 int SDB_close(SDB_HANDLE *handle, int32_t save) {
     if (handle == nullptr)
         return 0;
@@ -236,13 +268,11 @@ int SDB_close(SDB_HANDLE *handle, int32_t save) {
     return result;
 }
 
-void SDB_new_table(SDB_TABLE *table, int32_t index, int32_t record_size, int32_t capacity) {
+void SDB_new_table(SDB_TABLE *table, int32_t index, int32_t record_size, int64_t capacity) {
     table->record_size = record_size;
     table->count = 0;
     table->data = dyna_core::init(0, static_cast<uint32_t>(record_size));
-    auto room = static_cast<int32_t>(dyna_core::capacity(table->data));
-    if (capacity > room)
-        dyna_core::resize(&table->data, capacity - room);
+    dyna_core::reserve(&table->data, capacity);
     if (index < SDB_FIXED_TAB_COUNT)
         dyna_core::set_delta(table->data, static_cast<uint32_t>(sdb_table_layout[index].growth));
 }
@@ -256,8 +286,7 @@ int32_t SDB_grow_table(SDB_HANDLE *handle, int32_t index, int32_t n) {
     int64_t need = int64_t{table.count} + n + 1;
     int64_t room = dyna_core::capacity(table.data);
     if (need > room)
-        dyna_core::resize(&table.data,
-                          static_cast<int32_t>(std::min<int64_t>(std::max(need - room, room), INT32_MAX)));
+        dyna_core::reserve(&table.data, std::max(need, std::min<int64_t>(2 * room, INT32_MAX)));
     int32_t first = dyna_core::add(&table.data, n);
     table.count = first + n;
     auto size = static_cast<size_t>(table.record_size);

@@ -1,9 +1,11 @@
 // Symbol tables.
 //
 // A table holds the address of each symbol's text. The texts of a file stay in the bytes that were read;
-// texts that are added lie in blocks of the table's own. Lookups go through an open hash of the table's own,
-// built at the first one: the trees that a file holds may be as deep as it has symbols. They are checked when
-// a file is read and built anew, balanced, when one is written.
+// texts that are added lie in blocks of the table's own. Lookups go through the trees of the file as long as
+// they are few, so that a table of millions of symbols is asked for a thousand without work on all of them. A
+// file's trees may be as deep as it has symbols, and in a wrong order: so the steps are counted, a text that
+// is not found in its tree is looked for among all, and from a certain number of steps on an open hash of the
+// table's own answers. Files are written with balanced trees.
 #include "sdb/symbols.hh"
 
 #include "sdb/byte_stream.hh"
@@ -13,6 +15,7 @@
 #include <functional>
 #include <memory>
 #include <memory_resource>
+#include <unordered_set>
 #include <vector>
 
 namespace {
@@ -45,7 +48,10 @@ uint32_t file_hash(const char *text) {
 struct SYM_TABLE {
     uint32_t hash_size;
     std::vector<const char *> texts;
-    std::vector<hash_slot> slots; // empty until the first lookup; its size is a power of two
+    const unsigned char *buckets = nullptr;        // in the file; null without trees of this machine's order
+    size_t steps = 0;                              // taken in the file's trees and texts
+    std::unordered_set<std::string> missing_texts; // looked for in vain in these
+    std::vector<hash_slot> slots;                  // empty until lookups are many; its size is a power of two
     std::pmr::monotonic_buffer_resource own_texts{text_block_size}; // those that were added
 };
 
@@ -80,7 +86,52 @@ void build_slots(SYM_TABLE *table, size_t count) {
         enter_symbol(table, id);
 }
 
+/// True while lookups are so few that the hash of all symbols would cost more.
+bool lookups_are_few(const SYM_TABLE *table) {
+    return table->slots.empty() && table->buckets != nullptr && table->steps < table->texts.size() / 8;
+}
+
+/// The first of the symbols of that text in the tree of its bucket, or -1.
+int32_t find_in_tree(SYM_TABLE *table, const std::string &text) {
+    auto word_at = [](const void *bytes) {
+        int32_t word;
+        std::memcpy(&word, bytes, sizeof word);
+        return word;
+    };
+    int32_t found = -1;
+    int32_t id = word_at(table->buckets + size_t{file_hash(text.c_str()) % table->hash_size} * sizeof id);
+    while (id >= 0) { // the links have been checked: they are in range and form a tree
+        table->steps++;
+        const char *name = table->texts[static_cast<size_t>(id)];
+        int order = text.compare(name);
+        if (order == 0)
+            found = id;
+        const char *left = name + std::strlen(name) + 1; // the two links stand behind the text
+        id = word_at(order <= 0 ? left : left + sizeof id);
+    }
+    return found;
+}
+
+/// The same among all symbols, for a text that its tree does not lead to. What none has is remembered.
+int32_t find_among_all(SYM_TABLE *table, const std::string &text) {
+    constexpr size_t texts_per_step = 16; // they are passed in their order
+    if (table->missing_texts.contains(text))
+        return -1;
+    table->steps += table->texts.size() / texts_per_step;
+    auto place = std::find_if(table->texts.begin(), table->texts.end(),
+                              [&text](const char *name) { return text == name; });
+    if (place != table->texts.end())
+        return static_cast<int32_t>(place - table->texts.begin());
+    table->missing_texts.insert(text);
+    return -1;
+}
+
 int32_t find_symbol(SYM_TABLE *table, std::string_view text) {
+    if (lookups_are_few(table)) {
+        std::string plain(text);
+        int32_t id = find_in_tree(table, plain);
+        return id >= 0 ? id : find_among_all(table, plain);
+    }
     if (table->slots.empty())
         build_slots(table, table->texts.size());
     return find_slot(table, text, text_hash(text)).id;
@@ -257,9 +308,9 @@ void SYM_free(SYM_TABLE *table) {
     delete table;
 }
 
-SYM_TABLE *SYM_read(const unsigned char *bytes, size_t size, size_t *position, bool swapped,
+SYM_TABLE *SYM_read(const unsigned char *bytes, size_t size, size_t position, bool swapped,
                     std::string *fault) {
-    byte_reader reader{bytes, size, *position, swapped};
+    byte_reader reader{bytes, size, position, swapped};
     fault->clear();
     uint32_t length = reader.word();
     const unsigned char *magic = reader.take(length);
@@ -271,10 +322,11 @@ SYM_TABLE *SYM_read(const unsigned char *bytes, size_t size, size_t *position, b
     reader.take(8); // two stored pointers
     auto table = std::make_unique<SYM_TABLE>();
     table->hash_size = buckets;
+    if (!swapped)
+        table->buckets = reader.bytes + reader.position;
     std::vector<int32_t> heads;
     if (!read_buckets(reader, buckets, heads, fault) || !read_records(reader, table.get(), heads, fault))
         return nullptr;
-    *position = reader.position;
     return table.release();
 }
 

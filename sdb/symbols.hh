@@ -28,10 +28,10 @@ const char *SYM_get(const SYM_TABLE *table, int32_t id);
 int32_t SYM_count(const SYM_TABLE *table);
 void SYM_free(SYM_TABLE *table);
 
-/// A symbol block in memory: reads it, with every number checked, and moves `*position` behind it. The texts
-/// stay where they are: `bytes` must outlive the table. Null, with `*fault` saying what is wrong (for a block
-/// that ends too early or has another magic, an empty fault).
-SYM_TABLE *SYM_read(const unsigned char *bytes, size_t size, size_t *position, bool swapped,
+/// A symbol block in memory, at a place in these bytes: reads it, with every number checked. The block stays
+/// where it is: `bytes` must outlive the table. Null, with `*fault` saying what is wrong (for a block that
+/// ends too early or has another magic, an empty fault).
+SYM_TABLE *SYM_read(const unsigned char *bytes, size_t size, size_t position, bool swapped,
                     std::string *fault);
 /// Writes a symbol block, with enough buckets for its symbols and a balanced tree in each.
 void SYM_save(whole_file &file, SYM_TABLE *table);

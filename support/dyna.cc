@@ -6,6 +6,7 @@
 #include "support/dyna.hh"
 
 #include "support/console.hh"
+#include "support/large_pages.hh"
 #include "support/message.hh"
 
 #include <algorithm>
@@ -70,7 +71,8 @@ char *element(void *tab, const table_header *header, size_t index) {
     MSG_fatal_error(MSG_NO_MEMORY);
 }
 
-void set_capacity(void **tab, int64_t new_capacity) {
+/// Moves the table to room for so many elements. Whose room grows by steps hears of a table beyond 2 GB.
+void set_capacity(void **tab, int64_t new_capacity, bool by_steps) {
     table_header *header = validated(*tab);
     new_capacity = std::max<int64_t>(new_capacity, 0);
     if (new_capacity > std::numeric_limits<int32_t>::max())
@@ -78,7 +80,7 @@ void set_capacity(void **tab, int64_t new_capacity) {
     if (new_capacity < header->count)
         header->count = static_cast<int32_t>(new_capacity);
     uint64_t bytes = bytes_for(static_cast<uint64_t>(new_capacity), header->element_size);
-    if (bytes > large_bytes) {
+    if (bytes > large_bytes && by_steps) {
         error_printf("\n%%WARNING%% DYNA acquiring memory larger than 2GB!\n");
         error_printf("            [element size: %d] [array length: %d]\n\n",
                      static_cast<int>(header->element_size), static_cast<int>(new_capacity));
@@ -89,6 +91,7 @@ void set_capacity(void **tab, int64_t new_capacity) {
     auto *moved = static_cast<table_header *>(std::realloc(header, bytes));
     if (moved == nullptr)
         resize_failed(element_size, new_capacity);
+    use_large_pages(moved, bytes);
     moved->capacity = static_cast<uint32_t>(new_capacity);
     if (moved->limit > 0)
         moved->limit = static_cast<int32_t>(new_capacity);
@@ -131,7 +134,7 @@ int32_t add(void **tab, int32_t n) {
         return -1;
     int64_t spare = static_cast<int64_t>(header->capacity) - need;
     if (spare < 0 && header->limit == 0)
-        set_capacity(tab, static_cast<int64_t>(header->capacity) + header->delta - spare);
+        set_capacity(tab, static_cast<int64_t>(header->capacity) + header->delta - spare, true);
     else if (spare < 0)
         drop_oldest(*tab, header, -spare);
     header = header_of(*tab);
@@ -143,8 +146,13 @@ int32_t add(void **tab, int32_t n) {
 int32_t resize(void **tab, int32_t delta) {
     if (*tab == nullptr)
         return -1;
-    set_capacity(tab, static_cast<int64_t>(validated(*tab)->capacity) + delta);
+    set_capacity(tab, static_cast<int64_t>(validated(*tab)->capacity) + delta, true);
     return header_of(*tab)->count;
+}
+
+void reserve(void **tab, int64_t new_capacity) {
+    if (*tab != nullptr && new_capacity > validated(*tab)->capacity)
+        set_capacity(tab, new_capacity, false);
 }
 
 int32_t remove(void *tab, int32_t index) {

@@ -15,6 +15,9 @@ namespace dyna_core {
 void *init(int32_t limit, uint32_t element_size);
 int32_t add(void **tab, int32_t n);
 int32_t resize(void **tab, int32_t delta);
+/// Room for so many elements in all, for tables whose size is known or doubles. Unlike the other ways to grow
+/// it has no warning of a table beyond 2 GB: such a table is meant. Ends the run with "Not enough memory".
+void reserve(void **tab, int64_t capacity);
 int32_t remove(void *tab, int32_t index);
 int32_t sort(void *tab, int (*compare)(const void *, const void *));
 int32_t search(const void *tab, const void *key, int (*compare)(const void *, const void *));

@@ -70,6 +70,8 @@ TEST(bad_files, ids_and_counts_are_checked) {
     const std::string bytes = small_design_bytes(scratch);
     auto at = [&](int32_t table, int32_t row, int32_t word) { return record_place(bytes, table, row, word); };
     constexpr uint32_t many = 0x40000000;
+    auto node_at = [&](size_t place) { return static_cast<int32_t>(word_at(bytes, place)); };
+    int32_t first = node_at(at(SDB_NET_TAB, 3, 0)), second = node_at(at(SDB_NODE_TAB, first, 3));
     const word_case cases[] = {
         {descriptor_place(SDB_NODE_TAB) + 4, 0xFFFFFFFF},
         {descriptor_place(SDB_NODE_TAB) + 4, 0x7FFFFFFF},
@@ -84,6 +86,8 @@ TEST(bad_files, ids_and_counts_are_checked) {
         {at(SDB_NODE_TAB, 6, 0), many},
         {at(SDB_NODE_TAB, 0, 1), 1},
         {at(SDB_NODE_TAB, 0, 3), 0},
+        {at(SDB_NODE_TAB, first, 3), 0xFFFFFFFF, at(SDB_NODE_TAB, second, 3),
+         static_cast<uint32_t>(second)}, // a ring beside the list
         {at(SDB_NET_TAB, 1, 0), many},
         {at(SDB_NET_TAB, 1, 0), 0xFFFFFFFF},
         {at(SDB_SOBJ_TAB, 0, 0), many},
@@ -128,5 +132,12 @@ TEST(bad_files, deep_symbol_tree_is_read) {
     scratch.write("deep.sdb", bytes);
     open_design design(scratch.path("deep.sdb"));
     ASSERT_NE(design.handle, nullptr);
-    EXPECT_EQ(SYM_lookup(sym_tab, "s199999"), 199999);
+    for (int32_t asked : {199999, 2, 199999}) // few: the tree's order is not that of the texts
+        EXPECT_EQ(SYM_lookup(sym_tab, ("s" + std::to_string(asked)).c_str()), asked);
+    EXPECT_EQ(SYM_lookup(sym_tab, "none"), -1);
+    EXPECT_EQ(SYM_lookup(sym_tab, "none"), -1);
+    for (int32_t asked = 1; asked < 1000; asked++) // too many for the tree
+        EXPECT_EQ(SYM_lookup(sym_tab, ("s" + std::to_string(asked)).c_str()), asked);
+    EXPECT_EQ(SYM_setup(sym_tab, "none"), static_cast<int32_t>(count));
+    EXPECT_EQ(SYM_lookup(sym_tab, "none"), static_cast<int32_t>(count));
 }

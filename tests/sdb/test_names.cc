@@ -39,6 +39,23 @@ TEST(names, lookups) {
     EXPECT_EQ(SDB_nl_search_node("*", "u1"), -1);
 }
 
+TEST(names, a_design_set_aside_is_taken_up_until_its_file_changes) {
+    scratch_folder scratch;
+    std::string bytes = small_design_bytes(scratch), path = scratch.path("small.sdb");
+    scratch.write("small.asn", "ASSIGN a b\n");
+    open_design design(path);
+    SDB_set_aside();
+    EXPECT_EQ(obj_tab, nullptr);
+    EXPECT_EQ(alias_net_count, 0);
+    ASSERT_TRUE(SDB_take_up(design.handle));
+    SDB_setup(design.handle);
+    EXPECT_EQ(SDB_lookup_obj("top_pad.u_buf"), 3);
+    EXPECT_EQ(alias_net_count, 1);
+    scratch.write("other.sdb", bytes);
+    std::filesystem::rename(scratch.path("other.sdb"), path);
+    EXPECT_FALSE(SDB_take_up(design.handle));
+}
+
 TEST(names, class_of_a_parent) {
     scratch_folder scratch;
     SDB_HANDLE *design = build_small_design(scratch.path("small.sdb"));

@@ -1,0 +1,33 @@
+// Opcodes, with "don't care" bits, and which of them meet.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+/// True for a bit that may have either value.
+inline bool is_any_bit(char bit) {
+    return bit == 'X' || bit == 'x';
+}
+
+/// Opcodes of one length, numbered from 0 as they come. A set of n opcodes is asked in n / 64 steps at most,
+/// however many of their bits are open.
+class OPCODE_SET {
+  public:
+    void add(std::string_view opcode);
+    /// The first opcode that some value has in common with this one, or -1.
+    int32_t first_that_meets(std::string_view opcode) const;
+
+  private:
+    using BITS = std::vector<uint64_t>; // a bit for each opcode
+    struct VALUE {
+        char bit;
+        BITS with; // the opcodes that have this value there
+    };
+    struct POSITION {
+        BITS open; // the opcodes that have any value there
+        std::vector<VALUE> values;
+    };
+    std::vector<POSITION> positions;
+    int32_t count = 0;
+};
