@@ -344,12 +344,51 @@ void put_file(whole_file &file, const WRITER &writer) {
     put_tables(file, writer);
 }
 
+// What no file of the module is larger than, from counts alone: as if each name of the design were a symbol
+// of it, each net and instance stood in a scope, and each module were a class.
+uint64_t size_bound(const NL_DESIGN &design, const NL_MODULE &module) {
+    constexpr uint64_t small = 8192; // what does not grow with the design: start, buckets, sources
+    constexpr uint64_t symbol_size = 5 * sizeof(int32_t) + 1;
+    uint64_t size = small;
+    for (std::string_view name : design.names.texts)
+        size += symbol_size + name.size();
+    for (const NL_MODULE &def : design.modules)
+        size += sizeof(SDB_CLASS) + def.ports.size() * sizeof(SDB_PIN);
+    uint64_t nodes = module.ports.size();
+    for (const NL_INSTANCE &instance : module.instances)
+        nodes += design.modules[static_cast<size_t>(instance.def)].ports.size();
+    constexpr uint64_t name_size = sizeof(int32_t) + sizeof(SDB_PREFIX);
+    constexpr uint64_t mark_size = 2 * sizeof(int32_t);
+    return size + nodes * sizeof(SDB_NODE) +
+           module.ports.size() * (sizeof(SDB_PORT) + sizeof(int32_t) + mark_size) +
+           module.instances.size() * (sizeof(SDB_OBJ) + name_size) +
+           module.nets.size() * (sizeof(SDB_NET) + name_size + mark_size) +
+           module.assigns.size() * 2 * mark_size;
+}
+
+void refuse_above(const std::string &path, uint64_t size, uint64_t limit) {
+    if (size > limit)
+        TOOL_fail(path, 0, "this file would have %llu bytes; %llu are possible. %s",
+                  static_cast<unsigned long long>(size), static_cast<unsigned long long>(limit),
+                  NL_SMALLER_DESIGN);
+}
+
 } // namespace
+
+uint64_t NL_sdb_size(const NL_DESIGN &design, const NL_MODULE &module) {
+    WRITER writer{design, module, SYMBOLS{design.names}};
+    return count_records(writer);
+}
+
+void NL_check_sdb_size(const NL_DESIGN &design, const NL_MODULE &module, const std::string &path,
+                       uint64_t limit) {
+    if (size_bound(design, module) > limit)
+        refuse_above(path, NL_sdb_size(design, module), limit);
+}
 
 void NL_write_sdb(const NL_DESIGN &design, const NL_MODULE &module, const std::string &path) {
     WRITER writer{design, module, SYMBOLS{design.names}};
-    uint64_t size = count_records(writer);
-    (void)size;
+    refuse_above(path, count_records(writer), SDB_FILE_LIMIT);
     whole_file file;
     bool written = begin_file(file, path);
     if (written) {

@@ -12,18 +12,20 @@
 #include <unordered_map>
 #include <unordered_set>
 
-/// One connection of an instance: `count` entries of VLOG_MODULE::bits, the leftmost first.
+/// One connection of an instance: `count` of its bits, the leftmost first.
 struct VLOG_CONNECTION {
-    int32_t pin; ///< name, or NL_NONE when connected by place
-    int32_t first_bit;
-    int32_t count; ///< 0 when left open
-    bool sized;    ///< false for a number without a size, which fits any width
+    int32_t pin;       ///< name, or NL_NONE when connected by place
+    int32_t first_bit; ///< of those of the instance
+    int32_t count;     ///< 0 when left open
+    bool sized;        ///< false for a number without a size, which fits any width
+    bool operator==(const VLOG_CONNECTION &) const = default;
 };
 
 /// What is known of an instance beside its record in the module, under the same index.
 struct VLOG_INSTANCE {
-    int32_t first_connection;
+    int32_t first_connection; ///< instances of one module that are connected alike share them
     int32_t connection_count;
+    int32_t first_bit; ///< of VLOG_MODULE::bits
     int32_t file;
     int line;
     bool parameters;    ///< they were passed over
@@ -68,6 +70,7 @@ struct VLOG_SCRATCH {
     std::vector<VLOG_DECLARATION> declarations;
     std::vector<int32_t> declaration_of_name;
     std::vector<int32_t> instance_of_name;
+    std::vector<int32_t> instance_of_def;     ///< the last one of each module of the design
     std::vector<int32_t> port_order;          ///< names in the header
     std::unordered_set<int32_t> header_names; ///< the same, for lookups
     std::unordered_map<int32_t, int64_t> parameters;
@@ -96,6 +99,9 @@ void VLOG_link(VLOG &reader, const std::function<bool(NL_MODULE &)> &find_cell);
 // Between the files of the reader.
 
 constexpr int64_t VLOG_WIDTH_LIMIT = 1 << 20; ///< bits of one vector or expression
+
+/// Ends the program when a module has more of something than ids can count.
+void VLOG_check_count(const VLOG &reader, size_t count, const char *what, int line);
 
 bool VLOG_is_word(const VLOG &reader, int32_t word);
 bool VLOG_is_symbol(const VLOG &reader, char symbol);

@@ -86,7 +86,9 @@ void scan_name(VSCAN &scan, VSCAN_SOURCE &source) {
     scan.token.text = {first, static_cast<size_t>(at - first)};
     if (scan.token.text.size() > NAME_LIMIT)
         VSCAN_fail(scan, "a name of %zu characters is too long.", scan.token.text.size());
-    scan.token.id = NL_name_in_place(scan.names, scan.token.text);
+    bool guessed = scan.guess >= 0 && NL_text(scan.names, scan.guess) == scan.token.text;
+    scan.token.id = guessed ? scan.guess : NL_name_in_place(scan.names, scan.token.text);
+    scan.guess = -1;
 }
 
 void scan_escaped(VSCAN &scan, VSCAN_SOURCE &source) {

@@ -11,6 +11,7 @@
 #include "support/fnm.hh"
 #include "support/text.hh"
 
+#include <algorithm>
 #include <map>
 #include <sys/stat.h>
 
@@ -117,13 +118,17 @@ void write_design(VLOG &reader, const VERIN_ARGUMENTS &arguments) {
     VERIN_set_directions(design, design.modules[static_cast<size_t>(top)], arguments);
     VERIN_mark_power(design, modules, arguments);
     VLOG_link(reader, [&](NL_MODULE &module) { return DEF_read_module(design, module, directories); });
+    for (size_t i = 0; i < paths.size(); i++)
+        NL_check_sdb_size(design, design.modules[static_cast<size_t>(modules[i])], paths[i] + ".sdb");
     NL_MODULE flat = NL_flatten(design, top);
     NL_open_lone_pins(design, flat);
+    auto top_place = std::find(modules.begin(), modules.end(), top) - modules.begin();
+    NL_check_sdb_size(design, flat, paths[static_cast<size_t>(top_place)] + ".c.sdb");
     make_output_directory(arguments);
     for (size_t i = 0; i < paths.size(); i++) {
-        const NL_MODULE &module = design.modules[static_cast<size_t>(reader.modules[i].module)];
+        const NL_MODULE &module = design.modules[static_cast<size_t>(modules[i])];
         NL_write_sdb(design, module, paths[i] + ".sdb");
-        if (reader.modules[i].module == top)
+        if (modules[i] == top)
             NL_write_sdb(design, flat, paths[i] + ".c.sdb");
     }
     std::string log = FNM_break(arguments.files[0].c_str(), "b") + ".kalmverin.log";
