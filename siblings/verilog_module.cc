@@ -342,19 +342,6 @@ void VLOG_read(VLOG &reader, const std::string &path) {
     scan.sources.clear();
 }
 
-bool VLOG_is_word(const VLOG &reader, int32_t word) {
-    return reader.scan.token.kind == TOKEN_NAME && reader.scan.token.id == word;
-}
-
-bool VLOG_is_symbol(const VLOG &reader, char symbol) {
-    return reader.scan.token.symbol == symbol;
-}
-
-bool VLOG_is_name(const VLOG &reader) {
-    return reader.scan.token.kind == TOKEN_ESCAPED ||
-           (reader.scan.token.kind == TOKEN_NAME && reader.scan.token.id >= VLOG_word_count);
-}
-
 void VLOG_expect_symbol(VLOG &reader, char symbol, const char *where) {
     if (!VLOG_is_symbol(reader, symbol))
         VSCAN_fail(reader.scan, "found %s where '%c' of %s was expected.", VSCAN_shown(reader.scan).c_str(),

@@ -7,6 +7,7 @@
 
 #include "siblings/netlist.hh"
 #include "siblings/verilog_scan.hh"
+#include "siblings/verilog_words.hh"
 
 #include <functional>
 #include <unordered_map>
@@ -103,9 +104,17 @@ constexpr int64_t VLOG_WIDTH_LIMIT = 1 << 20; ///< bits of one vector or express
 /// Ends the program when a module has more of something than ids can count.
 void VLOG_check_count(const VLOG &reader, size_t count, const char *what, int line);
 
-bool VLOG_is_word(const VLOG &reader, int32_t word);
-bool VLOG_is_symbol(const VLOG &reader, char symbol);
-bool VLOG_is_name(const VLOG &reader); ///< an identifier that is no reserved word
+inline bool VLOG_is_word(const VLOG &reader, int32_t word) {
+    return reader.scan.token.kind == TOKEN_NAME && reader.scan.token.id == word;
+}
+inline bool VLOG_is_symbol(const VLOG &reader, char symbol) {
+    return reader.scan.token.symbol == symbol;
+}
+/// True at an identifier that is no reserved word.
+inline bool VLOG_is_name(const VLOG &reader) {
+    return reader.scan.token.kind == TOKEN_ESCAPED ||
+           (reader.scan.token.kind == TOKEN_NAME && reader.scan.token.id >= VLOG_word_count);
+}
 void VLOG_expect_symbol(VLOG &reader, char symbol, const char *where);
 int32_t VLOG_take_name(VLOG &reader, const char *what);
 
@@ -119,7 +128,10 @@ bool VLOG_expression(VLOG &reader, std::vector<int32_t> &bits);
 VLOG_DECLARATION *VLOG_find_declaration(VLOG &reader, int32_t name);
 VLOG_DECLARATION &VLOG_declare(VLOG &reader, int32_t name, bool vector, int32_t left, int32_t right,
                                bool implicit);
-int32_t VLOG_width(const VLOG_DECLARATION &declaration);
+inline int32_t VLOG_width(const VLOG_DECLARATION &declaration) {
+    int32_t span = declaration.left - declaration.right;
+    return (span < 0 ? -span : span) + 1;
+}
 /// A new net that nothing drives. Its name is made unlike all others when the module is linked.
 int32_t VLOG_unknown_net(NL_DESIGN &design, NL_MODULE &module);
 /// The net itself, or a new one when it is such a net: no two pins share it.

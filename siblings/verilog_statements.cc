@@ -213,11 +213,6 @@ VLOG_DECLARATION &VLOG_declare(VLOG &reader, int32_t name, bool vector, int32_t 
     return declaration;
 }
 
-int32_t VLOG_width(const VLOG_DECLARATION &declaration) {
-    int32_t span = declaration.left - declaration.right;
-    return (span < 0 ? -span : span) + 1;
-}
-
 int32_t VLOG_unknown_net(NL_DESIGN &design, NL_MODULE &module) {
     return NL_add_net(module, NL_name(design.names, NL_UNKNOWN_NET), NL_NONE, NL_MARK_DONT_CARE);
 }

@@ -86,11 +86,6 @@ void write_now(whole_file &file, const char *bytes, size_t size) {
     }
 }
 
-void write_pending(whole_file &file) {
-    write_now(file, file.pending.get(), file.pending_size);
-    file.pending_size = 0;
-}
-
 bool begin(whole_file &file, const std::string &path) {
     struct stat earlier {};
     bool exists = false;
@@ -113,6 +108,13 @@ bool begin_file(whole_file &file, const std::string &path) {
     return begun || refuse(file.reason);
 }
 
+void write_pending(whole_file &file) {
+    if (file.pending == nullptr)
+        file.pending = std::make_unique_for_overwrite<char[]>(whole_file_piece);
+    write_now(file, file.pending.get(), file.pending_size);
+    file.pending_size = 0;
+}
+
 void put_bytes(whole_file &file, const void *bytes, size_t size) {
     if (size <= whole_file_piece) {
         std::copy_n(static_cast<const char *>(bytes), size, put_room(file, size));
@@ -120,16 +122,6 @@ void put_bytes(whole_file &file, const void *bytes, size_t size) {
     }
     write_pending(file);
     write_now(file, static_cast<const char *>(bytes), size);
-}
-
-char *put_room(whole_file &file, size_t size) {
-    if (file.pending == nullptr)
-        file.pending = std::make_unique_for_overwrite<char[]>(whole_file_piece);
-    if (size > whole_file_piece - file.pending_size)
-        write_pending(file);
-    char *room = file.pending.get() + file.pending_size;
-    file.pending_size += size;
-    return room;
 }
 
 bool finish_file(whole_file &file) {

@@ -33,8 +33,16 @@ struct whole_file {
 bool begin_file(whole_file &file, const std::string &path);
 /// Adds bytes; a failure shows when the file is finished.
 void put_bytes(whole_file &file, const void *bytes, size_t size);
+/// Hands the bytes that were collected to the system.
+void write_pending(whole_file &file);
 /// Room for the next `size` bytes, at most a piece, which the caller fills before it puts any others.
-char *put_room(whole_file &file, size_t size);
+inline char *put_room(whole_file &file, size_t size) {
+    if (file.pending == nullptr || size > whole_file_piece - file.pending_size)
+        write_pending(file);
+    char *room = file.pending.get() + file.pending_size;
+    file.pending_size += size;
+    return room;
+}
 /// Puts the file in its place. False, with `reason` and errno, when not all of it could be written: the
 /// earlier file is then as it was, and the temporary one is gone.
 bool finish_file(whole_file &file);
