@@ -19,7 +19,8 @@ constexpr double SIZE_OPEN = -2; // the module is being counted
 
 // What a module is when it is flat.
 struct FLAT_SIZE {
-    double things = 0; // instances and nets; SIZE_UNKNOWN or SIZE_OPEN
+    double instances = 0; // or SIZE_UNKNOWN or SIZE_OPEN
+    double nets = 0;      // those of ports as well
     double pins = 0;
 };
 
@@ -72,35 +73,41 @@ size_t scope_length(const FLATTENER &work, int32_t scope) {
 FLAT_SIZE flat_size(FLATTENER &work, int32_t index, size_t depth) {
     const NL_MODULE &module = work.design.modules[static_cast<size_t>(index)];
     FLAT_SIZE &known = work.sizes[static_cast<size_t>(index)];
-    if (known.things == SIZE_OPEN)
+    if (known.instances == SIZE_OPEN)
         TOOL_fail("", 0, "the module '%s' contains itself.",
                   NL_string(work.design.names, module.name).c_str());
     if (depth > FULL_NAME_LIMIT)
         TOOL_fail("", 0, "the hierarchy is more than %zu levels deep.", FULL_NAME_LIMIT);
-    if (known.things != SIZE_UNKNOWN)
+    if (known.instances != SIZE_UNKNOWN)
         return known;
-    known.things = SIZE_OPEN;
-    FLAT_SIZE size = {static_cast<double>(module.nets.size() + module.instances.size()),
+    known.instances = SIZE_OPEN;
+    FLAT_SIZE size = {static_cast<double>(module.instances.size()), static_cast<double>(module.nets.size()),
                       static_cast<double>(module.pins.size())};
     for (const NL_INSTANCE &instance : module.instances) {
         if (work.design.modules[static_cast<size_t>(instance.def)].is_cell)
             continue;
         FLAT_SIZE below = flat_size(work, instance.def, depth + 1);
-        size.things += below.things;
+        size.instances += below.instances;
+        size.nets += below.nets;
         size.pins += below.pins;
     }
     return known = size;
 }
 
+// Refuses what is too large, and makes room for the rest.
 void check_size(FLATTENER &work, int32_t top) {
-    work.sizes.assign(work.design.modules.size(), {SIZE_UNKNOWN, 0});
+    work.sizes.assign(work.design.modules.size(), {SIZE_UNKNOWN, 0, 0});
     FLAT_SIZE size = flat_size(work, top, 0);
-    if (size.things > SIZE_LIMIT)
-        TOOL_fail("", 0, "the flat design would have %.3g instances and nets; %.3g are possible.",
-                  size.things, SIZE_LIMIT);
+    double things = size.instances + size.nets;
+    if (things > SIZE_LIMIT)
+        TOOL_fail("", 0, "the flat design would have %.3g instances and nets; %.3g are possible.", things,
+                  SIZE_LIMIT);
     if (size.pins > PIN_LIMIT)
         TOOL_fail("", 0, "the flat design would have %.3g pins; %.3g are possible. %s", size.pins, PIN_LIMIT,
                   NL_SMALLER_DESIGN);
+    work.flat.instances.reserve(static_cast<size_t>(size.instances));
+    work.flat.nets.reserve(static_cast<size_t>(size.nets));
+    work.flat.pins.reserve(static_cast<size_t>(size.pins));
 }
 
 void expand(FLATTENER &work, int32_t index, const int32_t *outside, int32_t scope) {

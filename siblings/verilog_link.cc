@@ -241,6 +241,7 @@ void check_outputs(VLOG &reader, const NL_MODULE &module, const VLOG_MODULE &rec
 
 void VLOG_link(VLOG &reader, const std::function<bool(NL_MODULE &)> &find_cell) {
     std::unordered_set<int32_t> warned;
+    reader.scratch = {}; // all is read
     for (VLOG_MODULE &record : reader.modules) {
         NL_MODULE &module = reader.design.modules[static_cast<size_t>(record.module)];
         link_instances({reader, module, record, find_cell, warned});

@@ -4,6 +4,7 @@
 #include "siblings/verilog_words.hh"
 
 #include <cstdlib>
+#include <numeric>
 
 namespace {
 
@@ -181,14 +182,13 @@ void net_declaration(VLOG &reader) {
         int line = reader.scan.token.line;
         int32_t name = VLOG_take_name(reader, "a net");
         VLOG_DECLARATION declaration = VLOG_declare(reader, name, vector, left, right, false);
-        std::vector<int32_t> nets;
-        for (int32_t i = 0; i < VLOG_width(declaration); i++)
-            nets.push_back(declaration.first_net + i);
         if (constant != NL_NONE)
-            for (int32_t net : nets)
-                VLOG_join_nets(reader, net, constant, line);
+            for (int32_t i = 0; i < VLOG_width(declaration); i++)
+                VLOG_join_nets(reader, declaration.first_net + i, constant, line);
         if (VLOG_is_symbol(reader, '=')) {
             VSCAN_next(reader.scan);
+            std::vector<int32_t> nets(static_cast<size_t>(VLOG_width(declaration)));
+            std::iota(nets.begin(), nets.end(), declaration.first_net);
             std::vector<int32_t> value;
             bool sized = VLOG_expression(reader, value);
             VLOG_join(reader, nets, value, sized, line);
