@@ -1,23 +1,15 @@
 // Writing a handle whole.
 #include "sdb/sdb.hh"
 
-#include "sdb/byte_stream.hh"
 #include "sdb/handle_internal.hh"
-#include "support/dyna.hh"
+#include "sdb/sdb_file.hh"
 #include "support/fnm.hh"
 
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
-#include <limits>
 
 namespace {
-
-constexpr uint64_t file_start_size = 12; ///< length of the magic, the magic and the format word
-
-size_t table_bytes(const SDB_TABLE &table) {
-    return static_cast<size_t>(table.count) * static_cast<size_t>(table.record_size);
-}
 
 /// Sorts the ports by direction, ports of one direction in their old order, and tells the port nodes.
 void sort_ports(SDB_HANDLE *handle) {
@@ -58,61 +50,23 @@ void tidy_tables(SDB_HANDLE *handle) {
     SDB_cut_table(handle, SDB_NET_TAB, SDB_table_count(handle, SDB_SNET_TAB));
 }
 
-/// Gives each table its place behind the symbols. False when a place does not fit its word.
-bool place_tables(SDB_HANDLE *handle) {
-    uint64_t position = file_start_size + SDB_HEADER_BLOCK_SIZE + SYM_saved_size(handle->symbols);
-    for (SDB_TABLE &table : handle->tables) {
-        table.offset = 0;
-        if (table.count == 0 || table.data == nullptr)
-            continue;
-        if (position > std::numeric_limits<uint32_t>::max())
-            return false;
-        table.offset = static_cast<uint32_t>(position);
-        position += table_bytes(table);
-    }
-    return true;
-}
-
-void put_header_block(whole_file &file, const SDB_HANDLE *handle) {
-    const uint32_t zeros[17] = {};
-    put_bytes(file, zeros, 12); // design name, writable flag and a word that is not used
-    for (const SDB_TABLE &table : handle->tables) {
-        put_bytes(file, table.name, 4);
-        put_number(file, table.count);
-        put_number(file, table.record_size);
-        put_word(file, 0);
-        put_word(file, table.offset);
-    }
-    put_bytes(file, zeros, 8); // symbol table and stream
-    put_number(file, handle->version);
-    put_bytes(file, zeros, 68);
-}
-
-void put_file(whole_file &file, const SDB_HANDLE *handle) {
-    put_word(file, 4);
-    put_bytes(file, "SDB", 4);
-    put_number(file, SDB_FORMAT_WORD);
-    put_header_block(file, handle);
-    SYM_save(file, handle->symbols);
-    for (const SDB_TABLE &table : handle->tables)
-        if (table.offset != 0)
-            put_bytes(file, table.data, table_bytes(table));
-}
-
 } // namespace
 
 int SDB_save(SDB_HANDLE *handle) {
     if (handle == nullptr || handle->writable == 0)
         return 1;
     tidy_tables(handle);
-    if (!place_tables(handle)) {
+    if (SDB_place_tables(handle->tables, SYM_saved_size(handle->symbols)) > SDB_FILE_LIMIT) {
         errno = EFBIG;
         return 1;
     }
     whole_file file;
     if (!begin_file(file, handle->path))
         return 1;
-    put_file(file, handle);
+    SDB_put_start(file, handle->tables, handle->version);
+    SYM_save(file, handle->symbols);
+    for (const SDB_TABLE &table : handle->tables)
+        put_bytes(file, table.data, SDB_table_bytes(table));
     if (!finish_file(file))
         return 1;
     // The alias tables are those of the file opened last.

@@ -26,7 +26,6 @@ struct hash_slot {
     int32_t id;
 };
 
-constexpr const char undefined_text[] = "*UNDEF*";
 constexpr size_t text_block_size = size_t{64} * 1024;
 constexpr uint64_t block_start_size = 24; ///< of a symbol block in a file: all that lies before its buckets
 
@@ -36,10 +35,10 @@ uint32_t text_hash(std::string_view text) {
 }
 
 /// The hash that places a symbol in a bucket of a file: rotate left by three and add the character.
-uint32_t file_hash(const char *text) {
+uint32_t file_hash(std::string_view text) {
     uint32_t hash = 0;
-    for (; *text != '\0'; text++)
-        hash = ((hash << 3) | (hash >> 29)) + static_cast<uint32_t>(static_cast<signed char>(*text));
+    for (char c : text)
+        hash = ((hash << 3) | (hash >> 29)) + static_cast<uint32_t>(static_cast<signed char>(c));
     return hash;
 }
 
@@ -217,7 +216,7 @@ bool read_records(byte_reader &reader, SYM_TABLE *table, const std::vector<int32
     return true;
 }
 
-/// Trees of a file to be written.
+/// Trees of a block to be written. A bucket's symbols first hang on its head as a chain of right links.
 struct symbol_trees {
     std::vector<int32_t> heads;
     std::vector<int32_t> left;
@@ -235,42 +234,64 @@ int32_t link_balanced(symbol_trees &trees, const int32_t *ids, size_t count) {
     return ids[middle];
 }
 
-/// Gives a file enough buckets for its symbols.
-void settle_buckets(SYM_TABLE *table) {
-    constexpr size_t crowded = 2; // symbols in a bucket, beyond which a file gets more buckets
-    size_t count = table->texts.size();
-    if (count > crowded * table->hash_size)
-        table->hash_size = static_cast<uint32_t>(count) | 1U;
-}
-
-symbol_trees build_trees(const SYM_TABLE *table, uint32_t buckets) {
-    size_t count = table->texts.size();
-    std::vector<uint32_t> bucket_of(count);
-    std::vector<size_t> end(size_t{buckets} + 1);
-    for (size_t id = 0; id < count; id++) {
-        bucket_of[id] = file_hash(table->texts[id]) % buckets;
-        end[bucket_of[id] + 1]++;
-    }
-    for (size_t bucket = 0; bucket < buckets; bucket++)
-        end[bucket + 1] += end[bucket];
-    std::vector<size_t> next(end.begin(), end.end() - 1);
-    std::vector<int32_t> ids(count);
-    for (size_t id = 0; id < count; id++)
-        ids[next[bucket_of[id]]++] = static_cast<int32_t>(id);
-
-    symbol_trees trees{std::vector<int32_t>(buckets, -1), std::vector<int32_t>(count),
+symbol_trees build_trees(const SYM_TEXTS &texts, uint32_t buckets) {
+    auto count = static_cast<size_t>(texts.count);
+    symbol_trees trees{std::vector<int32_t>(buckets, -1), std::vector<int32_t>(count, -1),
                        std::vector<int32_t>(count)};
-    for (size_t bucket = 0; bucket < buckets; bucket++) {
-        int32_t *first = ids.data() + end[bucket];
-        int32_t *last = ids.data() + end[bucket + 1];
-        std::sort(first, last, [&](int32_t a, int32_t b) {
-            int order =
-                std::strcmp(table->texts[static_cast<size_t>(a)], table->texts[static_cast<size_t>(b)]);
+    for (int32_t id = 0; id < texts.count; id++) {
+        int32_t &head = trees.heads[file_hash(texts.text(texts.owner, id)) % buckets];
+        trees.right[static_cast<size_t>(id)] = head;
+        head = id;
+    }
+    std::vector<int32_t> ids; // of one bucket
+    for (int32_t &head : trees.heads) {
+        if (head < 0 || trees.right[static_cast<size_t>(head)] < 0)
+            continue;
+        ids.clear();
+        for (int32_t id = head; id >= 0; id = trees.right[static_cast<size_t>(id)])
+            ids.push_back(id);
+        std::sort(ids.begin(), ids.end(), [&](int32_t a, int32_t b) {
+            int order = texts.text(texts.owner, a).compare(texts.text(texts.owner, b));
             return order != 0 ? order < 0 : a < b;
         });
-        trees.heads[bucket] = link_balanced(trees, first, static_cast<size_t>(last - first));
+        head = link_balanced(trees, ids.data(), ids.size());
     }
     return trees;
+}
+
+template <class T> char *put_value(char *at, T value) {
+    std::memcpy(at, &value, sizeof value);
+    return at + sizeof value;
+}
+
+void put_symbol(whole_file &file, std::string_view text, int32_t left, int32_t right) {
+    size_t length = text.size() + 1;
+    if (length > whole_file_piece / 2) { // longer than any name of a design
+        put_word(file, static_cast<uint32_t>(length));
+        put_bytes(file, text.data(), text.size());
+        put_bytes(file, "", 1);
+        put_number(file, left);
+        put_number(file, right);
+        return;
+    }
+    char *at = put_room(file, length + 3 * sizeof(int32_t));
+    at = put_value(at, static_cast<uint32_t>(length));
+    at = std::copy(text.begin(), text.end(), at);
+    *at++ = '\0';
+    at = put_value(at, left);
+    put_value(at, right);
+}
+
+/// Gives a table enough buckets for its symbols.
+void settle_buckets(SYM_TABLE *table) {
+    table->hash_size = SYM_buckets(SYM_count(table), table->hash_size);
+}
+
+SYM_TEXTS texts_of(const SYM_TABLE *table) {
+    return {table, SYM_count(table), [](const void *owner, int32_t id) {
+                return std::string_view(
+                    static_cast<const SYM_TABLE *>(owner)->texts[static_cast<size_t>(id)]);
+            }};
 }
 
 } // namespace
@@ -278,7 +299,7 @@ symbol_trees build_trees(const SYM_TABLE *table, uint32_t buckets) {
 SYM_TABLE *SYM_init(uint32_t hash_size) {
     auto *table = new SYM_TABLE{};
     table->hash_size = hash_size == 0 ? SYM_NEW_HASH_SIZE : hash_size;
-    append_symbol(table, undefined_text);
+    append_symbol(table, SYM_undefined_text);
     return table;
 }
 
@@ -330,30 +351,42 @@ SYM_TABLE *SYM_read(const unsigned char *bytes, size_t size, size_t position, bo
     return table.release();
 }
 
+uint32_t SYM_buckets(int32_t count, uint32_t buckets) {
+    constexpr uint64_t crowded = 2; // symbols in a bucket, beyond which a file gets more buckets
+    auto symbols = static_cast<uint32_t>(count);
+    return symbols > crowded * buckets ? symbols | 1U : buckets;
+}
+
+uint64_t SYM_block_size(int32_t count, uint64_t text_bytes, uint32_t buckets) {
+    constexpr uint64_t record_size = 3 * sizeof(int32_t) + 1; // beside its text
+    return block_start_size + uint64_t{buckets} * sizeof(int32_t) + sizeof(int32_t) + text_bytes +
+           static_cast<uint64_t>(count) * record_size;
+}
+
+void SYM_put(whole_file &file, const SYM_TEXTS &texts, uint32_t buckets) {
+    symbol_trees trees = build_trees(texts, buckets);
+    put_word(file, 4);
+    put_bytes(file, "SYM", 4);
+    put_number(file, SYM_FORMAT_WORD);
+    put_word(file, buckets);
+    put_word(file, 0);
+    put_word(file, 0);
+    put_bytes(file, trees.heads.data(), trees.heads.size() * sizeof(int32_t));
+    put_number(file, texts.count);
+    for (int32_t id = 0; id < texts.count; id++)
+        put_symbol(file, texts.text(texts.owner, id), trees.left[static_cast<size_t>(id)],
+                   trees.right[static_cast<size_t>(id)]);
+}
+
 uint64_t SYM_saved_size(SYM_TABLE *table) {
     settle_buckets(table);
-    uint64_t size = block_start_size + uint64_t{table->hash_size} * sizeof(int32_t) + sizeof(int32_t);
+    uint64_t text_bytes = 0;
     for (const char *text : table->texts)
-        size += sizeof(int32_t) + std::strlen(text) + 1 + 2 * sizeof(int32_t);
-    return size;
+        text_bytes += std::strlen(text);
+    return SYM_block_size(SYM_count(table), text_bytes, table->hash_size);
 }
 
 void SYM_save(whole_file &file, SYM_TABLE *table) {
     settle_buckets(table);
-    symbol_trees trees = build_trees(table, table->hash_size);
-    put_word(file, 4);
-    put_bytes(file, "SYM", 4);
-    put_number(file, SYM_FORMAT_WORD);
-    put_word(file, table->hash_size);
-    put_word(file, 0);
-    put_word(file, 0);
-    put_bytes(file, trees.heads.data(), trees.heads.size() * sizeof(int32_t));
-    put_word(file, static_cast<uint32_t>(table->texts.size()));
-    for (size_t id = 0; id < table->texts.size(); id++) {
-        size_t length = std::strlen(table->texts[id]) + 1;
-        put_word(file, static_cast<uint32_t>(length));
-        put_bytes(file, table->texts[id], length);
-        put_number(file, trees.left[id]);
-        put_number(file, trees.right[id]);
-    }
+    SYM_put(file, texts_of(table), table->hash_size);
 }

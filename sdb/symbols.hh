@@ -14,7 +14,9 @@
 /// A symbol table; its content is private to symbols.cc.
 struct SYM_TABLE;
 
-/// A new table with "*UNDEF*" as symbol 0.
+/// Symbol 0 of a new table.
+constexpr const char SYM_undefined_text[] = "*UNDEF*";
+/// A new table with that symbol.
 SYM_TABLE *SYM_init(uint32_t hash_size);
 /// The id of `text`, or -1. Of two equal texts in a file the lower id is meant. A null table knows no text.
 int32_t SYM_lookup(SYM_TABLE *table, const char *text);
@@ -37,6 +39,20 @@ SYM_TABLE *SYM_read(const unsigned char *bytes, size_t size, size_t position, bo
 void SYM_save(whole_file &file, SYM_TABLE *table);
 /// Bytes of the block that SYM_save writes.
 uint64_t SYM_saved_size(SYM_TABLE *table);
+
+/// Distinct texts that become the symbols of a file, by id; `text` gives one, which holds no NUL.
+struct SYM_TEXTS {
+    const void *owner;
+    int32_t count;
+    std::string_view (*text)(const void *owner, int32_t id);
+};
+
+/// Buckets that a block of `count` symbols gets: `buckets`, or more where these are too few.
+uint32_t SYM_buckets(int32_t count, uint32_t buckets);
+/// Bytes of a block of `count` symbols, whose texts have `text_bytes` characters.
+uint64_t SYM_block_size(int32_t count, uint64_t text_bytes, uint32_t buckets);
+/// Writes a block, with a balanced tree in each bucket.
+void SYM_put(whole_file &file, const SYM_TEXTS &texts, uint32_t buckets);
 
 /// Makes an empty table if `table` is null, binds `symbols` to it, and returns it.
 SDB_PREFIX *PREFIX_init(SDB_PREFIX *table, SYM_TABLE *symbols);

@@ -1,5 +1,6 @@
 #include "siblings/flatten.hh"
 
+#include "siblings/netlist_sdb.hh"
 #include "siblings/tool.hh"
 
 namespace {
@@ -10,11 +11,24 @@ constexpr size_t FULL_NAME_LIMIT = 4000;
 // Ids are 32 bits wide; a few modules that hold each other ten times would pass that.
 constexpr double SIZE_LIMIT = 300e6;
 
+// A node for each pin fits in no file of a design beyond this.
+constexpr auto PIN_LIMIT = static_cast<double>(SDB_FILE_LIMIT / sizeof(SDB_NODE));
+
+constexpr double SIZE_UNKNOWN = -1;
+constexpr double SIZE_OPEN = -2; // the module is being counted
+
+// What a module is when it is flat.
+struct FLAT_SIZE {
+    double instances = 0; // or SIZE_UNKNOWN or SIZE_OPEN
+    double nets = 0;      // those of ports as well
+    double pins = 0;
+};
+
 struct FLATTENER {
     NL_DESIGN &design;
     NL_MODULE flat{};
     NL_UNION sets{};
-    std::vector<double> sizes{}; // instances and nets of each module when flat; SIZE_UNKNOWN or SIZE_OPEN
+    std::vector<FLAT_SIZE> sizes{}; // of each module
 };
 
 int32_t new_net(FLATTENER &work, const NL_NET &net, int32_t scope) {
@@ -55,34 +69,45 @@ size_t scope_length(const FLATTENER &work, int32_t scope) {
     return length;
 }
 
-constexpr double SIZE_UNKNOWN = -1;
-constexpr double SIZE_OPEN = -2; // the module is being counted
-
-// Instances and nets below a module, counted before anything is made of them.
-double flat_size(FLATTENER &work, int32_t index, size_t depth) {
+// What is below a module, counted before anything is made of it.
+FLAT_SIZE flat_size(FLATTENER &work, int32_t index, size_t depth) {
     const NL_MODULE &module = work.design.modules[static_cast<size_t>(index)];
-    double &known = work.sizes[static_cast<size_t>(index)];
-    if (known == SIZE_OPEN)
+    FLAT_SIZE &known = work.sizes[static_cast<size_t>(index)];
+    if (known.instances == SIZE_OPEN)
         TOOL_fail("", 0, "the module '%s' contains itself.",
                   NL_string(work.design.names, module.name).c_str());
     if (depth > FULL_NAME_LIMIT)
         TOOL_fail("", 0, "the hierarchy is more than %zu levels deep.", FULL_NAME_LIMIT);
-    if (known != SIZE_UNKNOWN)
+    if (known.instances != SIZE_UNKNOWN)
         return known;
-    known = SIZE_OPEN;
-    auto size = static_cast<double>(module.nets.size() + module.instances.size());
-    for (const NL_INSTANCE &instance : module.instances)
-        if (!work.design.modules[static_cast<size_t>(instance.def)].is_cell)
-            size += flat_size(work, instance.def, depth + 1);
+    known.instances = SIZE_OPEN;
+    FLAT_SIZE size = {static_cast<double>(module.instances.size()), static_cast<double>(module.nets.size()),
+                      static_cast<double>(module.pins.size())};
+    for (const NL_INSTANCE &instance : module.instances) {
+        if (work.design.modules[static_cast<size_t>(instance.def)].is_cell)
+            continue;
+        FLAT_SIZE below = flat_size(work, instance.def, depth + 1);
+        size.instances += below.instances;
+        size.nets += below.nets;
+        size.pins += below.pins;
+    }
     return known = size;
 }
 
+// Refuses what is too large, and makes room for the rest.
 void check_size(FLATTENER &work, int32_t top) {
-    work.sizes.assign(work.design.modules.size(), SIZE_UNKNOWN);
-    double size = flat_size(work, top, 0);
-    if (size > SIZE_LIMIT)
-        TOOL_fail("", 0, "the flat design would have %.3g instances and nets; %.3g are possible.", size,
+    work.sizes.assign(work.design.modules.size(), {SIZE_UNKNOWN, 0, 0});
+    FLAT_SIZE size = flat_size(work, top, 0);
+    double things = size.instances + size.nets;
+    if (things > SIZE_LIMIT)
+        TOOL_fail("", 0, "the flat design would have %.3g instances and nets; %.3g are possible.", things,
                   SIZE_LIMIT);
+    if (size.pins > PIN_LIMIT)
+        TOOL_fail("", 0, "the flat design would have %.3g pins; %.3g are possible. %s", size.pins, PIN_LIMIT,
+                  NL_SMALLER_DESIGN);
+    work.flat.instances.reserve(static_cast<size_t>(size.instances));
+    work.flat.nets.reserve(static_cast<size_t>(size.nets));
+    work.flat.pins.reserve(static_cast<size_t>(size.pins));
 }
 
 void expand(FLATTENER &work, int32_t index, const int32_t *outside, int32_t scope) {

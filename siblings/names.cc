@@ -6,25 +6,56 @@
 namespace {
 
 constexpr size_t FIRST_SLOTS = 4096;
+
+// Odd, so that every slot is met. Names with one stem fill a run of slots (hash_text): a run that another one
+// is in the way of moves on as a whole.
+constexpr size_t PROBE_STEP = 17;
+
 constexpr size_t BLOCK_SIZE = 1 << 20;
 
-// FNV-like, eight bytes at a time: names are short and looked up for each token of a large file.
+template <class T> T load(const char *at) {
+    T word;
+    std::memcpy(&word, at, sizeof word);
+    return word;
+}
+
+// Up to eight bytes as one word; a middle may be in it twice.
+uint64_t short_word(const char *at, size_t size) {
+    if (size >= 4)
+        return load<uint32_t>(at) | uint64_t{load<uint32_t>(at + size - 4)} << 32;
+    if (size >= 2)
+        return load<uint16_t>(at) | uint64_t{load<uint16_t>(at + size - 2)} << 16;
+    return size == 0 ? 0 : static_cast<unsigned char>(*at);
+}
+
+uint64_t mix(uint64_t hash, uint64_t word) {
+    hash = (hash ^ word) * 0xFF51AFD7ED558CCDu;
+    return hash ^ (hash >> 32);
+}
+
+// Names are short, and looked up for each token of a large file. The last character is added, not mixed:
+// names that differ in their last digit alone are used near each other, and so have slots side by side.
 uint32_t hash_text(std::string_view text) {
+    if (text.empty())
+        return 0;
     uint64_t hash = 0x9E3779B97F4A7C15u ^ text.size();
     const char *at = text.data();
-    size_t left = text.size();
-    while (left >= 8) {
-        uint64_t word;
-        std::memcpy(&word, at, 8);
-        hash = (hash ^ word) * 0xFF51AFD7ED558CCDu;
-        hash ^= hash >> 32;
-        at += 8;
-        left -= 8;
-    }
-    uint64_t word = 0;
-    std::memcpy(&word, at, left);
-    hash = (hash ^ word) * 0xFF51AFD7ED558CCDu;
-    return static_cast<uint32_t>(hash ^ (hash >> 29));
+    size_t left = text.size() - 1;
+    for (; left > 8; at += 8, left -= 8)
+        hash = mix(hash, load<uint64_t>(at));
+    hash = mix(hash, short_word(at, left));
+    return static_cast<uint32_t>(hash) + static_cast<unsigned char>(text.back());
+}
+
+bool same_text(std::string_view a, std::string_view b) {
+    if (a.size() != b.size())
+        return false;
+    const char *left = a.data(), *right = b.data();
+    size_t size = a.size();
+    for (; size > 8; left += 8, right += 8, size -= 8)
+        if (load<uint64_t>(left) != load<uint64_t>(right))
+            return false;
+    return short_word(left, size) == short_word(right, size);
 }
 
 void grow_slots(NL_NAMES &names) {
@@ -37,7 +68,7 @@ void grow_slots(NL_NAMES &names) {
             continue;
         size_t at = slot.hash & mask;
         while (names.slots[at].id >= 0)
-            at = (at + 1) & mask;
+            at = (at + PROBE_STEP) & mask;
         names.slots[at] = slot;
     }
 }
@@ -62,9 +93,9 @@ size_t slot_of(const NL_NAMES &names, std::string_view text, uint32_t hash) {
     size_t at = hash & mask;
     while (names.slots[at].id >= 0) {
         const NL_NAMES::SLOT &slot = names.slots[at];
-        if (slot.hash == hash && names.texts[static_cast<size_t>(slot.id)] == text)
+        if (slot.hash == hash && same_text(names.texts[static_cast<size_t>(slot.id)], text))
             break;
-        at = (at + 1) & mask;
+        at = (at + PROBE_STEP) & mask;
     }
     return at;
 }

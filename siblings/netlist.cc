@@ -142,7 +142,10 @@ void NL_join_constants(const NL_MODULE &module, NL_UNION &sets) {
     }
 }
 
-void NL_merge_nets(NL_MODULE &module, NL_UNION &sets) {
+namespace {
+
+// Where the nets stand once each set is its root.
+std::vector<int32_t> merged_places(NL_MODULE &module, NL_UNION &sets) {
     std::vector<int32_t> place(module.nets.size());
     size_t kept = 0;
     // A root is the lowest of its set, so that its new place is known before any member is met.
@@ -156,15 +159,29 @@ void NL_merge_nets(NL_MODULE &module, NL_UNION &sets) {
         }
     }
     module.nets.resize(kept);
+    return place;
+}
+
+void move_nets(NL_MODULE &module, const std::vector<int32_t> &place) {
     for (NL_PORT &port : module.ports)
         if (port.net != NL_NONE)
             port.net = place[static_cast<size_t>(port.net)];
     for (int32_t &net : module.pins)
         if (net != NL_NONE)
             net = place[static_cast<size_t>(net)];
-    std::unordered_set<int64_t> made;
-    std::erase_if(module.assigns, [&](NL_ASSIGN &assign) {
+    for (NL_ASSIGN &assign : module.assigns)
         assign = {place[static_cast<size_t>(assign.left)], place[static_cast<size_t>(assign.right)]};
+}
+
+} // namespace
+
+void NL_merge_nets(NL_MODULE &module, NL_UNION &sets) {
+    size_t nets = module.nets.size();
+    std::vector<int32_t> place = merged_places(module, sets);
+    if (module.nets.size() < nets)
+        move_nets(module, place);
+    std::unordered_set<int64_t> made;
+    std::erase_if(module.assigns, [&](const NL_ASSIGN &assign) {
         return assign.left == assign.right || !made.insert(int64_t{assign.left} << 32 | assign.right).second;
     });
 }

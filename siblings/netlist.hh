@@ -17,8 +17,9 @@
 enum NL_DIRECTION : int32_t { NL_OUTPUT = 0, NL_BIDI = 1, NL_INPUT = 2 };
 
 constexpr int32_t NL_NONE = -1;
-constexpr int32_t NL_GND = 0; ///< constant-zero net of every module
-constexpr int32_t NL_VCC = 1; ///< constant-one net of every module
+constexpr size_t NL_COUNT_LIMIT = 2147483647; ///< rows of one kind in a module: ids are 32 bits wide
+constexpr int32_t NL_GND = 0;                 ///< constant-zero net of every module
+constexpr int32_t NL_VCC = 1;                 ///< constant-one net of every module
 
 /// What the edit commands call the net of their don't-care bits, and what names of such nets begin with.
 constexpr const char *NL_UNKNOWN_NET = "X_NET";

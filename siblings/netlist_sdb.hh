@@ -6,6 +6,7 @@
 #pragma once
 
 #include "sdb/sdb.hh"
+#include "sdb/sdb_file.hh"
 #include "siblings/netlist.hh"
 
 #include <functional>
@@ -14,6 +15,17 @@
 /// Classes of the two source objects. Their kind is one with pins of its own, so that the sources have nodes.
 constexpr const char *NL_SOURCE_CLASS_0 = "FORCED_0_CLASS";
 constexpr const char *NL_SOURCE_CLASS_1 = "FORCED_1_CLASS";
+
+/// What to do with a design whose file would be too large.
+constexpr const char *NL_SMALLER_DESIGN =
+    "Keep the core as a cell: read it with kalmverin -lib and leave its netlist out.";
+
+/// Bytes of the file of a module.
+uint64_t NL_sdb_size(const NL_DESIGN &design, const NL_MODULE &module);
+
+/// Ends the program when that file would be larger than its format allows. Cheap for one that is far from it.
+void NL_check_sdb_size(const NL_DESIGN &design, const NL_MODULE &module, const std::string &path,
+                       uint64_t limit = SDB_FILE_LIMIT);
 
 /// Writes a module, flattened or not, or a library cell. A fault ends the program.
 void NL_write_sdb(const NL_DESIGN &design, const NL_MODULE &module, const std::string &path);

@@ -1,13 +1,18 @@
 // Writing modules as SDB files.
+//
+// The tables of a file are not made: what stands in them is known from the module, so that it is counted
+// first and then written row by row. What takes memory is the symbols' numbers and the order of the nodes.
+#include "sdb/sdb_file.hh"
 #include "sdb/sdb_writer.hh"
 #include "siblings/netlist_sdb.hh"
+#include "siblings/node_order.hh"
 #include "siblings/sdb_marks.hh"
 #include "siblings/tool.hh"
 
-#include "support/dyna.hh"
-
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <numeric>
 
 namespace {
 
@@ -18,234 +23,378 @@ struct CONSTANT_SOURCE {
 // In the order of the constant nets.
 constexpr CONSTANT_SOURCE constant_sources[] = {{NL_SOURCE_CLASS_0, "_FORCED_0"},
                                                 {NL_SOURCE_CLASS_1, "_FORCED_1"}};
+constexpr int32_t SOURCE_COUNT = std::size(constant_sources);
 
-// How far an instance leads from a port: the walk from the port shall meet its pad first.
-enum NODE_LEVEL : uint8_t {
-    LEADS_INSIDE,  // on some net that has no port, as a pad with a core behind it is
-    LEADS_NOWHERE, // a pad that nothing uses, a clamp whose enable is tied
-    LAYOUT_ONLY,   // bond pads, clamps, diodes: no pin of one direction, or this one alone
-    LEVEL_COUNT
+// The symbols of a file in the order of their first use. The names of a design are different texts, so that
+// only the writer's own texts may be among them already.
+struct SYMBOLS {
+    const NL_NAMES &names;
+    std::vector<int32_t> of_name{};            // by name: its symbol and one more, 0 for none
+    std::vector<int32_t> texts{};              // by symbol: a name, or -1 less the place of one of the next
+    std::vector<std::string_view> own_texts{}; // each asked for once
+    uint64_t bytes = 0;                        // of all texts
 };
 
-// HAS_PAD: a pin that may be a pad's own; HAS_LIVE_PAD: one of an instance that leads inside.
-enum NET_FLAG : uint8_t { HAS_PORT = 1, HAS_PAD = 2, HAS_LIVE_PAD = 4 };
-
-struct NODE_ON_NET {
-    int32_t node;
-    int32_t net;
-};
-
-// The file in work, and where things of the module are in it.
+// The file in work.
 struct WRITER {
     const NL_DESIGN &design;
     const NL_MODULE &module;
-    SDB_HANDLE *file;
-    std::vector<int32_t> symbol_of_name;
-    std::vector<int32_t> class_of_def;
-    std::vector<int32_t> last_node_of_net; // end of each net's list of nodes, -1 for an empty one
-    std::vector<uint8_t> net_flags;
-    std::vector<int32_t> one_way_pins; // of each module: pins that are no bidirectional ones, -1 not counted
-    std::vector<NODE_ON_NET> late[LEVEL_COUNT]; // nodes that come behind those of the levels before
+    SYMBOLS symbols;
+    int32_t source_objects[SOURCE_COUNT] = {};
+    std::vector<int32_t> class_of_def{};
+    std::vector<SDB_CLASS> classes{};
+    std::vector<SDB_PIN> pins{};
+    std::vector<int32_t> port_order{}; // ports of the module in the order of the file, by direction
+    std::vector<int32_t> marks{};
+    uint64_t scoped_nets = 0;
+    uint64_t counts[SDB_TAB_COUNT] = {}; // of the records of each table
 };
 
-int32_t plain_name(WRITER &writer, int32_t name) {
-    int32_t &symbol = writer.symbol_of_name[static_cast<size_t>(name)];
-    if (symbol < 0)
-        symbol = SDB_plain_name(writer.file, NL_text(writer.design.names, name));
+std::string_view symbol_text(const void *owner, int32_t symbol) {
+    const SYMBOLS &symbols = *static_cast<const SYMBOLS *>(owner);
+    int32_t text = symbols.texts[static_cast<size_t>(symbol)];
+    return text >= 0 ? NL_text(symbols.names, text) : symbols.own_texts[static_cast<size_t>(-1 - text)];
+}
+
+int32_t add_symbol(SYMBOLS &symbols, int32_t text) {
+    auto symbol = static_cast<int32_t>(symbols.texts.size());
+    symbols.texts.push_back(text);
+    symbols.bytes += symbol_text(&symbols, symbol).size();
     return symbol;
 }
 
-int32_t name_entry(WRITER &writer, int32_t name, int32_t scope) {
-    if (scope == NL_NONE)
-        return plain_name(writer, name);
-    return SDB_prefix_name(SDB_add_prefix(writer.file, NL_text(writer.design.names, name), scope));
+int32_t symbol_of(SYMBOLS &symbols, int32_t name) {
+    int32_t &place = symbols.of_name[static_cast<size_t>(name)];
+    if (place == 0)
+        place = add_symbol(symbols, name) + 1;
+    return place - 1;
 }
 
-int32_t add_class(WRITER &writer, const NL_MODULE &def) {
-    std::vector<SDB_NEW_PIN> pins;
+int32_t symbol_of_own(SYMBOLS &symbols, std::string_view text) {
+    int32_t name = NL_find_name(symbols.names, text);
+    if (name != NL_NONE)
+        return symbol_of(symbols, name);
+    symbols.own_texts.push_back(text);
+    return add_symbol(symbols, -static_cast<int32_t>(symbols.own_texts.size()));
+}
+
+int32_t known_symbol(const WRITER &writer, int32_t name) {
+    return writer.symbols.of_name[static_cast<size_t>(name)] - 1;
+}
+
+// A class whose last pins are the last of the table.
+void add_class(WRITER &writer, int32_t name, int32_t type, size_t pin_count) {
+    auto count = static_cast<int32_t>(pin_count);
+    auto first = static_cast<int32_t>(writer.pins.size()) - count;
+    writer.classes.push_back({name, type, first, count, 1, 0, 0, count - 1});
+}
+
+void add_class_of(WRITER &writer, const NL_MODULE &def) {
     for (const NL_PORT &port : def.ports)
-        pins.push_back({NL_text(writer.design.names, port.name), port.direction});
-    return SDB_add_class(writer.file, NL_text(writer.design.names, def.name),
-                         def.is_cell ? SDB_KIND_CELL : SDB_KIND_DESIGN, pins);
+        writer.pins.push_back({symbol_of(writer.symbols, port.name), port.direction});
+    add_class(writer, symbol_of(writer.symbols, def.name), def.is_cell ? SDB_KIND_CELL : SDB_KIND_DESIGN,
+              def.ports.size());
 }
 
-// Drivers stand first on a net, so that a walk from any other pin meets the driver. The sources of the
-// constants are put on their nets before all else and stay first.
-void put_on_net(WRITER &writer, int32_t node, int32_t net, int32_t direction, bool is_port) {
-    if (net == NL_NONE)
-        return;
-    SDB_NODE *nodes = SDB_table<SDB_NODE>(writer.file, SDB_NODE_TAB);
-    SDB_NET &row = SDB_table<SDB_NET>(writer.file, SDB_NET_TAB)[net];
-    int32_t &last = writer.last_node_of_net[static_cast<size_t>(net)];
-    nodes[node].net = net;
-    bool drives = direction == (is_port ? NL_INPUT : NL_OUTPUT);
-    if (last < 0) {
-        row.first_node = last = node;
-        nodes[node].next = -1;
-    } else if (drives && net > NL_VCC) {
-        nodes[node].next = row.first_node;
-        row.first_node = node;
-    } else {
-        nodes[node].next = -1;
-        nodes[last].next = node;
-        last = node;
+void add_sources(WRITER &writer) {
+    int32_t pin = symbol_of_own(writer.symbols, "Q");
+    for (int32_t i = 0; i < SOURCE_COUNT; i++) {
+        writer.pins.push_back({pin, SDB_OUTPUT});
+        add_class(writer, symbol_of_own(writer.symbols, constant_sources[i].class_name),
+                  SDB_find_class_kind("FUNCT"), 1);
+        writer.source_objects[i] = symbol_of_own(writer.symbols, constant_sources[i].object);
     }
-}
-
-void add_constants(WRITER &writer) {
-    for (const CONSTANT_SOURCE &source : constant_sources) {
-        int32_t class_id =
-            SDB_add_class(writer.file, source.class_name, SDB_find_class_kind("FUNCT"), {{"Q", SDB_OUTPUT}});
-        SDB_add_obj(writer.file, SDB_plain_name(writer.file, source.object), class_id);
-    }
-}
-
-void add_scopes(WRITER &writer) {
-    // The rows stand in front of all others, so that a scope is its row.
-    for (const NL_SCOPE &scope : writer.module.scopes)
-        SDB_add_prefix(writer.file, NL_text(writer.design.names, scope.name), scope.parent);
-}
-
-void add_nets(WRITER &writer) {
-    for (const NL_NET &net : writer.module.nets)
-        SDB_add_net(writer.file, name_entry(writer, net.name, net.scope));
-    writer.last_node_of_net.assign(writer.module.nets.size(), -1);
-    for (int32_t constant : {NL_GND, NL_VCC})
-        put_on_net(writer, SDB_obj_node(writer.file, constant, 0), constant, NL_OUTPUT, false);
 }
 
 void add_ports(WRITER &writer) {
-    SDB_TABLE &order = writer.file->tables[SDB_XPORT_TAB];
-    for (const NL_PORT &port : writer.module.ports) {
-        int32_t id = SDB_add_port(writer.file, NL_text(writer.design.names, port.name), port.direction);
-        if (!writer.module.is_cell)
-            put_on_net(writer, SDB_port_node(writer.file, id), port.net, port.direction, true);
-        int32_t *symbols = static_cast<int32_t *>(order.data);
-        append_row(symbols, plain_name(writer, port.name));
-        order.data = symbols;
-        order.count = DYNA_count(symbols);
-    }
+    const auto &ports = writer.module.ports;
+    for (const NL_PORT &port : ports)
+        symbol_of(writer.symbols, port.name);
+    writer.port_order.resize(ports.size());
+    std::iota(writer.port_order.begin(), writer.port_order.end(), 0);
+    std::stable_sort(writer.port_order.begin(), writer.port_order.end(), [&](int32_t a, int32_t b) {
+        return ports[static_cast<size_t>(a)].direction < ports[static_cast<size_t>(b)].direction;
+    });
 }
 
-bool leads_inside(const WRITER &writer, const NL_INSTANCE &instance, size_t pin_count) {
-    for (size_t i = 0; i < pin_count; i++) {
-        int32_t net = writer.module.pins[static_cast<size_t>(instance.first_pin) + i];
-        if (net > NL_VCC && (writer.net_flags[static_cast<size_t>(net)] & HAS_PORT) == 0)
-            return true;
-    }
-    return false;
+const NL_MODULE &module_of(const WRITER &writer, const NL_INSTANCE &instance) {
+    return writer.design.modules[static_cast<size_t>(instance.def)];
 }
 
-NODE_LEVEL level_of_pin(WRITER &writer, const NL_INSTANCE &instance, bool inside, int32_t direction) {
-    if (inside)
-        return LEADS_INSIDE;
-    int32_t &count = writer.one_way_pins[static_cast<size_t>(instance.def)];
-    if (count < 0) {
-        count = 0;
-        for (const NL_PORT &port : writer.design.modules[static_cast<size_t>(instance.def)].ports)
-            count += port.direction != NL_BIDI;
-    }
-    return count - (direction != NL_BIDI) > 0 ? LEADS_NOWHERE : LAYOUT_ONLY;
-}
-
-// What the order on the ports' nets goes by.
-void find_pads(WRITER &writer) {
+// Calls `take` for each instance with the scope that it stands for, or NL_NONE.
+template <class TAKE> void each_instance(const WRITER &writer, TAKE take) {
     const NL_MODULE &module = writer.module;
-    writer.net_flags.assign(module.nets.size(), 0);
-    writer.one_way_pins.assign(writer.design.modules.size(), -1);
-    for (const NL_PORT &port : module.ports)
-        if (port.net > NL_VCC)
-            writer.net_flags[static_cast<size_t>(port.net)] = HAS_PORT;
-    for (const NL_INSTANCE &instance : module.instances) {
-        if (instance.first_pin == NL_NONE)
-            continue;
-        const auto &ports = writer.design.modules[static_cast<size_t>(instance.def)].ports;
-        bool inside = leads_inside(writer, instance, ports.size());
-        for (size_t i = 0; i < ports.size(); i++) {
-            int32_t net = module.pins[static_cast<size_t>(instance.first_pin) + i];
-            if (net <= NL_VCC || ports[i].direction == NL_INPUT)
-                continue;
-            static constexpr uint8_t flags[LEVEL_COUNT] = {HAS_PAD | HAS_LIVE_PAD, HAS_PAD, 0};
-            writer.net_flags[static_cast<size_t>(net)] |=
-                flags[level_of_pin(writer, instance, inside, ports[i].direction)];
-        }
-    }
-}
-
-// True for a pin that may hide a pad: one of a layout cell, and one of a cell that leads nowhere beside a pad
-// that does. A driver keeps its place at the head of the net, but for a pull-up or keeper beside a pad.
-bool may_hide_pad(uint8_t net_flags, NODE_LEVEL level, int32_t direction) {
-    if ((net_flags & HAS_PORT) == 0 || level == LEADS_INSIDE)
-        return false;
-    if (level == LEADS_NOWHERE)
-        return direction != NL_OUTPUT && (net_flags & HAS_LIVE_PAD) != 0;
-    return direction != NL_OUTPUT || (net_flags & HAS_PAD) != 0;
-}
-
-void put_pins_on_nets(WRITER &writer, const NL_INSTANCE &instance, int32_t first_node) {
-    const auto &ports = writer.design.modules[static_cast<size_t>(instance.def)].ports;
-    bool inside = leads_inside(writer, instance, ports.size());
-    for (size_t i = 0; i < ports.size(); i++) {
-        int32_t node = first_node + static_cast<int32_t>(i);
-        int32_t net = writer.module.pins[static_cast<size_t>(instance.first_pin) + i];
-        int32_t direction = ports[i].direction;
-        uint8_t flags = net > NL_VCC ? writer.net_flags[static_cast<size_t>(net)] : uint8_t{0};
-        NODE_LEVEL level = level_of_pin(writer, instance, inside, direction);
-        if (may_hide_pad(flags, level, direction))
-            writer.late[level].push_back({node, net});
-        else
-            put_on_net(writer, node, net, direction, false);
-    }
-}
-
-void add_instances(WRITER &writer) {
-    const NL_MODULE &module = writer.module;
-    // A scope's instance is named by the scope's row.
-    std::vector<int32_t> scope_of_instance(module.instances.size(), NL_NONE);
-    for (size_t i = 0; i < module.scopes.size(); i++)
-        scope_of_instance[static_cast<size_t>(module.scopes[i].instance)] = static_cast<int32_t>(i);
+    size_t scope = 0;
     for (size_t i = 0; i < module.instances.size(); i++) {
-        const NL_INSTANCE &instance = module.instances[i];
-        const NL_MODULE &def = writer.design.modules[static_cast<size_t>(instance.def)];
-        int32_t &class_id = writer.class_of_def[static_cast<size_t>(instance.def)];
-        if (class_id < 0)
-            class_id = add_class(writer, def);
-        int32_t scope = scope_of_instance[i];
-        int32_t entry =
-            scope != NL_NONE ? SDB_prefix_name(scope) : name_entry(writer, instance.name, instance.scope);
-        int32_t obj = SDB_add_obj(writer.file, entry, class_id);
-        if (instance.first_pin == NL_NONE || def.ports.empty())
-            continue;
-        put_pins_on_nets(writer, instance, SDB_obj_node(writer.file, obj, 0));
+        bool is_scope =
+            scope < module.scopes.size() && module.scopes[scope].instance == static_cast<int32_t>(i);
+        take(module.instances[i], is_scope ? static_cast<int32_t>(scope) : NL_NONE);
+        scope += is_scope;
     }
-    for (const std::vector<NODE_ON_NET> &nodes : writer.late)
-        for (NODE_ON_NET late : nodes)
-            put_on_net(writer, late.node, late.net, NL_BIDI, false);
+}
+
+// All that is counted before the first byte is written; symbols get their numbers.
+void add_design(WRITER &writer) {
+    const NL_MODULE &module = writer.module;
+    add_sources(writer);
+    for (const NL_SCOPE &scope : module.scopes)
+        symbol_of(writer.symbols, scope.name);
+    for (const NL_NET &net : module.nets) {
+        symbol_of(writer.symbols, net.name);
+        writer.scoped_nets += net.scope != NL_NONE;
+    }
+    add_ports(writer);
+    uint64_t scoped_instances = 0;
+    uint64_t pins = 0;
+    each_instance(writer, [&](const NL_INSTANCE &instance, int32_t scope) {
+        int32_t &class_id = writer.class_of_def[static_cast<size_t>(instance.def)];
+        if (class_id < 0) {
+            class_id = static_cast<int32_t>(writer.classes.size());
+            add_class_of(writer, module_of(writer, instance));
+        }
+        symbol_of(writer.symbols, instance.name);
+        pins += module_of(writer, instance).ports.size();
+        scoped_instances += scope == NL_NONE && instance.scope != NL_NONE;
+    });
+    writer.counts[SDB_OBJ_TAB] = writer.counts[SDB_SOBJ_TAB] = SOURCE_COUNT + module.instances.size();
+    writer.counts[SDB_NET_TAB] = writer.counts[SDB_SNET_TAB] = module.nets.size();
+    writer.counts[SDB_NODE_TAB] = SOURCE_COUNT + pins;
+    writer.counts[SDB_PREFIX_TAB] = module.scopes.size() + writer.scoped_nets + scoped_instances;
+}
+
+int32_t symbol_count(const WRITER &writer) {
+    return static_cast<int32_t>(writer.symbols.texts.size());
+}
+
+uint32_t buckets(const WRITER &writer) {
+    return SYM_buckets(symbol_count(writer), SYM_NEW_HASH_SIZE);
+}
+
+// Fills the counts and gives the size of the file.
+uint64_t count_records(WRITER &writer) {
+    writer.symbols.of_name.assign(writer.design.names.texts.size(), 0);
+    writer.class_of_def.assign(writer.design.modules.size(), -1);
+    symbol_of_own(writer.symbols, SYM_undefined_text);
+    if (writer.module.is_cell) {
+        add_class_of(writer, writer.module);
+        add_ports(writer);
+    } else {
+        add_design(writer);
+    }
+    writer.marks = MARKS_words(writer.module, [&](int32_t name) { return known_symbol(writer, name); });
+    uint64_t ports = writer.module.ports.size();
+    writer.counts[SDB_CLASS_TAB] = writer.classes.size();
+    writer.counts[SDB_PIN_TAB] = writer.pins.size();
+    writer.counts[SDB_PORT_TAB] = writer.counts[SDB_XPORT_TAB] = ports;
+    writer.counts[SDB_NODE_TAB] += ports;
+    writer.counts[SDB_PROP_TAB] = writer.marks.size();
+    return SDB_file_size(writer.counts,
+                         SYM_block_size(symbol_count(writer), writer.symbols.bytes, buckets(writer)));
+}
+
+// Rows of the tables, in the order of the tables.
+
+template <class T> void put_row(whole_file &file, const T &row) {
+    std::memcpy(put_room(file, sizeof row), &row, sizeof row);
+}
+
+template <class T> void put_rows(whole_file &file, const std::vector<T> &rows) {
+    put_bytes(file, rows.data(), rows.size() * sizeof(T));
+}
+
+// Node of the module's first port.
+int32_t first_port_node(const WRITER &writer) {
+    return writer.module.is_cell ? 0 : SOURCE_COUNT;
+}
+
+void put_ports(whole_file &file, const WRITER &writer) {
+    for (int32_t place : writer.port_order) {
+        const NL_PORT &port = writer.module.ports[static_cast<size_t>(place)];
+        int32_t node = first_port_node(writer) + place;
+        put_row(file, SDB_PORT{known_symbol(writer, port.name), port.direction, node, 0});
+    }
+}
+
+void put_objects(whole_file &file, const WRITER &writer) {
+    int32_t node = 0;
+    for (; node < SOURCE_COUNT; node++)
+        put_row(file, SDB_OBJ{node, node, 0});
+    node += static_cast<int32_t>(writer.module.ports.size());
+    for (const NL_INSTANCE &instance : writer.module.instances) {
+        auto pins = static_cast<int32_t>(module_of(writer, instance).ports.size());
+        put_row(file,
+                SDB_OBJ{writer.class_of_def[static_cast<size_t>(instance.def)], pins > 0 ? node : -1, 0});
+        node += pins;
+    }
+}
+
+void put_nets(whole_file &file, const NODE_ORDER &order) {
+    for (NODE_ORDER::LIST list : order.nets)
+        put_row(file, SDB_NET{list.first, 0});
+}
+
+void put_port_nodes(whole_file &file, const WRITER &writer, const NODE_ORDER &order) {
+    const auto &ports = writer.module.ports;
+    std::vector<int32_t> place_of_port(ports.size());
+    for (size_t i = 0; i < ports.size(); i++)
+        place_of_port[static_cast<size_t>(writer.port_order[i])] = static_cast<int32_t>(i);
+    auto node = static_cast<size_t>(first_port_node(writer));
+    for (size_t i = 0; i < ports.size(); i++, node++) {
+        bool connected = !writer.module.is_cell;
+        put_row(file, SDB_NODE{-1, place_of_port[i], connected ? ports[i].net : NL_NONE,
+                               connected ? order.next[node] : -1, 0});
+    }
+}
+
+void put_instance_nodes(whole_file &file, const WRITER &writer, const NODE_ORDER &order) {
+    const int32_t *next = order.next.data() + SOURCE_COUNT + writer.module.ports.size();
+    int32_t obj = SOURCE_COUNT;
+    for (const NL_INSTANCE &instance : writer.module.instances) {
+        const SDB_CLASS &row =
+            writer.classes[static_cast<size_t>(writer.class_of_def[static_cast<size_t>(instance.def)])];
+        const int32_t *nets =
+            instance.first_pin == NL_NONE ? nullptr : writer.module.pins.data() + instance.first_pin;
+        for (int32_t i = 0; i < row.pin_count; i++)
+            put_row(file, SDB_NODE{obj, row.first_pin + i, nets != nullptr ? nets[i] : NL_NONE, *next++, 0});
+        obj++;
+    }
+}
+
+void put_nodes(whole_file &file, const WRITER &writer, const NODE_ORDER &order) {
+    for (int32_t i = 0; i < SOURCE_COUNT && !writer.module.is_cell; i++)
+        put_row(file, SDB_NODE{i, writer.classes[static_cast<size_t>(i)].first_pin, i,
+                               order.next[static_cast<size_t>(i)], 0});
+    put_port_nodes(file, writer, order);
+    if (!writer.module.is_cell)
+        put_instance_nodes(file, writer, order);
+}
+
+void put_object_names(whole_file &file, const WRITER &writer) {
+    for (int32_t symbol : writer.source_objects)
+        put_row(file, symbol);
+    auto row = static_cast<int32_t>(writer.module.scopes.size() + writer.scoped_nets);
+    each_instance(writer, [&](const NL_INSTANCE &instance, int32_t scope) {
+        if (scope != NL_NONE)
+            put_row(file, SDB_prefix_name(scope));
+        else if (instance.scope != NL_NONE)
+            put_row(file, SDB_prefix_name(row++));
+        else
+            put_row(file, known_symbol(writer, instance.name));
+    });
+}
+
+void put_net_names(whole_file &file, const WRITER &writer) {
+    auto row = static_cast<int32_t>(writer.module.scopes.size());
+    for (const NL_NET &net : writer.module.nets)
+        put_row(file, net.scope != NL_NONE ? SDB_prefix_name(row++) : known_symbol(writer, net.name));
+}
+
+// Rows of the scopes stand in front of all others, so that a scope is its row.
+void put_prefixes(whole_file &file, const WRITER &writer) {
+    const NL_MODULE &module = writer.module;
+    auto target_of = [](size_t instance) {
+        return (SOURCE_COUNT + static_cast<int32_t>(instance)) | SDB_OBJ_TARGET;
+    };
+    for (const NL_SCOPE &scope : module.scopes)
+        put_row(file, SDB_PREFIX{known_symbol(writer, scope.name), scope.parent,
+                                 target_of(static_cast<size_t>(scope.instance))});
+    for (size_t i = 0; i < module.nets.size(); i++)
+        if (module.nets[i].scope != NL_NONE)
+            put_row(file, SDB_PREFIX{known_symbol(writer, module.nets[i].name), module.nets[i].scope,
+                                     static_cast<int32_t>(i)});
+    size_t index = 0;
+    each_instance(writer, [&](const NL_INSTANCE &instance, int32_t scope) {
+        if (scope == NL_NONE && instance.scope != NL_NONE)
+            put_row(file, SDB_PREFIX{known_symbol(writer, instance.name), instance.scope, target_of(index)});
+        index++;
+    });
+}
+
+void put_tables(whole_file &file, const WRITER &writer) {
+    NODE_ORDER order;
+    if (!writer.module.is_cell)
+        order = NL_order_nodes(writer.design, writer.module, writer.counts[SDB_NODE_TAB]);
+    put_rows(file, writer.classes);
+    put_ports(file, writer);
+    if (!writer.module.is_cell) {
+        put_objects(file, writer);
+        put_nets(file, order);
+    }
+    put_nodes(file, writer, order);
+    order = {};
+    put_rows(file, writer.pins);
+    if (!writer.module.is_cell) {
+        put_object_names(file, writer);
+        put_net_names(file, writer);
+        put_prefixes(file, writer);
+    }
+    for (const NL_PORT &port : writer.module.ports)
+        put_row(file, known_symbol(writer, port.name));
+    put_rows(file, writer.marks);
+}
+
+void put_file(whole_file &file, const WRITER &writer) {
+    SDB_TABLE tables[SDB_TAB_COUNT] = {};
+    SDB_name_tables(tables);
+    for (size_t i = 0; i < SDB_TAB_COUNT; i++)
+        tables[i].count = static_cast<int32_t>(writer.counts[i]);
+    SDB_place_tables(tables, SYM_block_size(symbol_count(writer), writer.symbols.bytes, buckets(writer)));
+    SDB_put_start(file, tables, SDB_VERSION);
+    SYM_put(file, {&writer.symbols, symbol_count(writer), symbol_text}, buckets(writer));
+    put_tables(file, writer);
+}
+
+// What no file of the module is larger than, from counts alone: as if each name of the design were a symbol
+// of it, each net and instance stood in a scope, and each module were a class.
+uint64_t size_bound(const NL_DESIGN &design, const NL_MODULE &module) {
+    constexpr uint64_t small = 8192; // what does not grow with the design: start, buckets, sources
+    constexpr uint64_t symbol_size = 5 * sizeof(int32_t) + 1;
+    uint64_t size = small;
+    for (std::string_view name : design.names.texts)
+        size += symbol_size + name.size();
+    for (const NL_MODULE &def : design.modules)
+        size += sizeof(SDB_CLASS) + def.ports.size() * sizeof(SDB_PIN);
+    uint64_t nodes = module.ports.size();
+    for (const NL_INSTANCE &instance : module.instances)
+        nodes += design.modules[static_cast<size_t>(instance.def)].ports.size();
+    constexpr uint64_t name_size = sizeof(int32_t) + sizeof(SDB_PREFIX);
+    constexpr uint64_t mark_size = 2 * sizeof(int32_t);
+    return size + nodes * sizeof(SDB_NODE) +
+           module.ports.size() * (sizeof(SDB_PORT) + sizeof(int32_t) + mark_size) +
+           module.instances.size() * (sizeof(SDB_OBJ) + name_size) +
+           module.nets.size() * (sizeof(SDB_NET) + name_size + mark_size) +
+           module.assigns.size() * 2 * mark_size;
+}
+
+void refuse_above(const std::string &path, uint64_t size, uint64_t limit) {
+    if (size > limit)
+        TOOL_fail(path, 0, "this file would have %llu bytes; %llu are possible. %s",
+                  static_cast<unsigned long long>(size), static_cast<unsigned long long>(limit),
+                  NL_SMALLER_DESIGN);
 }
 
 } // namespace
 
+uint64_t NL_sdb_size(const NL_DESIGN &design, const NL_MODULE &module) {
+    WRITER writer{design, module, SYMBOLS{design.names}};
+    return count_records(writer);
+}
+
+void NL_check_sdb_size(const NL_DESIGN &design, const NL_MODULE &module, const std::string &path,
+                       uint64_t limit) {
+    if (size_bound(design, module) > limit)
+        refuse_above(path, NL_sdb_size(design, module), limit);
+}
+
 void NL_write_sdb(const NL_DESIGN &design, const NL_MODULE &module, const std::string &path) {
-    WRITER writer = {design, module, SDB_open(path.c_str(), "w", 0), {}, {}, {}, {}, {}, {}};
-    if (writer.file == nullptr)
-        TOOL_fail(path, 0, "this file can't be written: %s.", std::strerror(errno));
-    writer.symbol_of_name.assign(design.names.texts.size(), -1);
-    writer.class_of_def.assign(design.modules.size(), -1);
-    if (module.is_cell) {
-        add_class(writer, module);
-    } else {
-        add_constants(writer);
-        add_scopes(writer);
-        add_nets(writer);
+    WRITER writer{design, module, SYMBOLS{design.names}};
+    refuse_above(path, count_records(writer), SDB_FILE_LIMIT);
+    whole_file file;
+    bool written = begin_file(file, path);
+    if (written) {
+        put_file(file, writer);
+        written = finish_file(file);
     }
-    add_ports(writer);
-    if (!module.is_cell) {
-        find_pads(writer);
-        add_instances(writer);
-    }
-    MARKS_write(writer.file, module, [&](int32_t name) { return plain_name(writer, name); });
-    ALIAS_free();
-    if (SDB_save(writer.file) != 0)
+    if (!written)
         TOOL_fail(path, 0, "this file can't be written: %s.", std::strerror(errno));
-    SDB_close(writer.file, 0);
 }

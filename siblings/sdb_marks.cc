@@ -1,7 +1,5 @@
 #include "siblings/sdb_marks.hh"
 
-#include "support/dyna.hh"
-
 namespace {
 
 constexpr int32_t FIRST_WORD = 0x4B4C4D31;
@@ -9,15 +7,12 @@ constexpr int32_t MARKS = 0xFF; // in the first word of a pair, the rest of whic
 
 } // namespace
 
-void MARKS_write(SDB_HANDLE *file, const NL_MODULE &module,
-                 const std::function<int32_t(int32_t)> &symbol_of) {
-    SDB_TABLE &table = file->tables[SDB_PROP_TAB];
-    int32_t *words = static_cast<int32_t *>(table.data);
+std::vector<int32_t> MARKS_words(const NL_MODULE &module, const std::function<int32_t(int32_t)> &symbol_of) {
+    std::vector<int32_t> words;
     auto put = [&](MARK_KIND kind, uint8_t marks, int32_t id) {
-        if (DYNA_count(words) == 0)
-            append_row(words, FIRST_WORD);
-        append_row(words, kind | marks);
-        append_row(words, id);
+        if (words.empty())
+            words.push_back(FIRST_WORD);
+        words.insert(words.end(), {kind | marks, id});
     };
     for (const NL_PORT &port : module.ports)
         if ((port.marks & NL_MARK_WHOLE) != 0)
@@ -29,8 +24,7 @@ void MARKS_write(SDB_HANDLE *file, const NL_MODULE &module,
         put(MARK_ASSIGN_LEFT, 0, assign.left);
         put(MARK_ASSIGN_RIGHT, 0, assign.right);
     }
-    table.data = words;
-    table.count = DYNA_count(words);
+    return words;
 }
 
 void MARKS_read(const SDB_HANDLE *file,

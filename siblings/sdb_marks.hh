@@ -11,6 +11,7 @@
 #include "siblings/netlist.hh"
 
 #include <functional>
+#include <vector>
 
 /// What a pair speaks of. The two sides of an assign are pairs that follow each other.
 enum MARK_KIND : int32_t {
@@ -20,8 +21,9 @@ enum MARK_KIND : int32_t {
     MARK_ASSIGN_RIGHT = 0x300,
 };
 
-/// Writes the marks. `symbol_of` gives the symbol of a name; net ids of the file are those of the module.
-void MARKS_write(SDB_HANDLE *file, const NL_MODULE &module, const std::function<int32_t(int32_t)> &symbol_of);
+/// The words of the table. `symbol_of` gives the symbol of a name; net ids of the file are those of the
+/// module.
+std::vector<int32_t> MARKS_words(const NL_MODULE &module, const std::function<int32_t(int32_t)> &symbol_of);
 
 /// Calls `take` for each pair: with a port's symbol or with the id of a net, neither of them checked, and
 /// with the NL_MARKs of the port or net.

@@ -52,9 +52,9 @@ int32_t first_bit(const PLACE &place, const NL_MODULE &def, const NL_GROUP &grou
     bool sliced = record.array_size > 0 && connection.count == int64_t{record.array_size} * group.count &&
                   connection.sized;
     if (sliced)
-        return connection.first_bit + (record.array_size - 1 - record.place) * group.count;
+        return record.first_bit + connection.first_bit + (record.array_size - 1 - record.place) * group.count;
     auto all_alike = [&] {
-        auto first = bits.begin() + connection.first_bit;
+        auto first = bits.begin() + record.first_bit + connection.first_bit;
         return std::all_of(first, first + connection.count, [&](int32_t net) { return net == *first; });
     };
     if (connection.count < group.count || (connection.count > group.count && connection.sized) ||
@@ -63,7 +63,7 @@ int32_t first_bit(const PLACE &place, const NL_MODULE &def, const NL_GROUP &grou
                            std::to_string(group.count) + " bits, its connection " +
                            std::to_string(connection.count) + ".");
     // What is too long is a number without a size; its low bits stand last.
-    return connection.first_bit + connection.count - group.count;
+    return record.first_bit + connection.first_bit + connection.count - group.count;
 }
 
 void connect(const PLACE &place, NL_MODULE &module, const NL_MODULE &def, const NL_GROUP &group,
@@ -92,25 +92,49 @@ void check_parameters(const PLACE &place, const NL_MODULE &def, std::unordered_s
                   shown_name(place, def.name).c_str());
 }
 
-void link_instance(VLOG &reader, NL_MODULE &module, const VLOG_MODULE &record, size_t index,
-                   const std::function<bool(NL_MODULE &)> &find_cell, std::unordered_set<int32_t> &warned) {
+// The work on one module. Instances that share connections have one module, so that the ports of these are
+// looked up once.
+struct LINKER {
+    VLOG &reader;
+    NL_MODULE &module;
+    const VLOG_MODULE &record;
+    const std::function<bool(NL_MODULE &)> &find_cell;
+    std::unordered_set<int32_t> &warned;
+    std::vector<NL_GROUP> ports_of_connection{}; // no ports in one that has not been met
+};
+
+void link_instance(LINKER &linker, size_t index) {
+    VLOG &reader = linker.reader;
+    NL_MODULE &module = linker.module;
+    const VLOG_MODULE &record = linker.record;
     NL_INSTANCE &instance = module.instances[index];
     PLACE place = {reader, record.instances[index], instance};
     NL_MODULE &def = reader.design.modules[static_cast<size_t>(instance.def)];
-    if (!def.defined && !find_cell(def))
+    if (!def.defined && !linker.find_cell(def))
         fail_at(place, "the cell '" + shown_name(place, def.name) + "' of instance '" +
                            shown_name(place, instance.name) +
                            "' is unknown: no module of that name and no '" + shown_name(place, def.name) +
                            ".sdb' on the search path.");
-    check_parameters(place, def, warned);
+    check_parameters(place, def, linker.warned);
+    VLOG_check_count(reader, module.pins.size() + def.ports.size(), "pins", place.record.line);
     instance.first_pin = static_cast<int32_t>(module.pins.size());
     module.pins.resize(module.pins.size() + def.ports.size(), NL_NONE);
     const VLOG_INSTANCE &raw = place.record;
     for (int32_t i = 0; i < raw.connection_count; i++) {
-        const VLOG_CONNECTION &connection = record.connections[static_cast<size_t>(raw.first_connection + i)];
-        NL_GROUP group = connected_ports(place, def, connection, i);
+        auto row = static_cast<size_t>(raw.first_connection + i);
+        const VLOG_CONNECTION &connection = record.connections[row];
+        NL_GROUP &group = linker.ports_of_connection[row];
+        if (group.count == 0)
+            group = connected_ports(place, def, connection, i);
         connect(place, module, def, group, connection, record.bits);
     }
+}
+
+void link_instances(LINKER linker) {
+    linker.ports_of_connection.resize(linker.record.connections.size());
+    linker.module.pins.reserve(linker.record.bits.size());
+    for (size_t i = 0; i < linker.module.instances.size(); i++)
+        link_instance(linker, i);
 }
 
 // Nets that are being made one, each set with the port that drives it from outside.
@@ -217,14 +241,15 @@ void check_outputs(VLOG &reader, const NL_MODULE &module, const VLOG_MODULE &rec
 
 void VLOG_link(VLOG &reader, const std::function<bool(NL_MODULE &)> &find_cell) {
     std::unordered_set<int32_t> warned;
+    reader.scratch = {}; // all is read
     for (VLOG_MODULE &record : reader.modules) {
         NL_MODULE &module = reader.design.modules[static_cast<size_t>(record.module)];
-        for (size_t i = 0; i < module.instances.size(); i++)
-            link_instance(reader, module, record, i, find_cell, warned);
+        link_instances({reader, module, record, find_cell, warned});
+        record.bits = {};
+        record.connections = {};
         join_nets(reader, module, record);
         name_unknown_nets(reader.design, module);
         check_outputs(reader, module, record);
-        record.bits = {};
-        record.connections = {};
+        record.instances = {};
     }
 }

@@ -4,6 +4,7 @@
 #include "siblings/verilog_words.hh"
 
 #include <cstdlib>
+#include <numeric>
 
 namespace {
 
@@ -181,14 +182,13 @@ void net_declaration(VLOG &reader) {
         int line = reader.scan.token.line;
         int32_t name = VLOG_take_name(reader, "a net");
         VLOG_DECLARATION declaration = VLOG_declare(reader, name, vector, left, right, false);
-        std::vector<int32_t> nets;
-        for (int32_t i = 0; i < VLOG_width(declaration); i++)
-            nets.push_back(declaration.first_net + i);
         if (constant != NL_NONE)
-            for (int32_t net : nets)
-                VLOG_join_nets(reader, net, constant, line);
+            for (int32_t i = 0; i < VLOG_width(declaration); i++)
+                VLOG_join_nets(reader, declaration.first_net + i, constant, line);
         if (VLOG_is_symbol(reader, '=')) {
             VSCAN_next(reader.scan);
+            std::vector<int32_t> nets(static_cast<size_t>(VLOG_width(declaration)));
+            std::iota(nets.begin(), nets.end(), declaration.first_net);
             std::vector<int32_t> value;
             bool sized = VLOG_expression(reader, value);
             VLOG_join(reader, nets, value, sized, line);
@@ -340,19 +340,6 @@ void VLOG_read(VLOG &reader, const std::string &path) {
     }
     scan.line_count += scan.sources.back().line;
     scan.sources.clear();
-}
-
-bool VLOG_is_word(const VLOG &reader, int32_t word) {
-    return reader.scan.token.kind == TOKEN_NAME && reader.scan.token.id == word;
-}
-
-bool VLOG_is_symbol(const VLOG &reader, char symbol) {
-    return reader.scan.token.symbol == symbol;
-}
-
-bool VLOG_is_name(const VLOG &reader) {
-    return reader.scan.token.kind == TOKEN_ESCAPED ||
-           (reader.scan.token.kind == TOKEN_NAME && reader.scan.token.id >= VLOG_word_count);
 }
 
 void VLOG_expect_symbol(VLOG &reader, char symbol, const char *where) {

@@ -7,23 +7,26 @@
 
 #include "siblings/netlist.hh"
 #include "siblings/verilog_scan.hh"
+#include "siblings/verilog_words.hh"
 
 #include <functional>
 #include <unordered_map>
 #include <unordered_set>
 
-/// One connection of an instance: `count` entries of VLOG_MODULE::bits, the leftmost first.
+/// One connection of an instance: `count` of its bits, the leftmost first.
 struct VLOG_CONNECTION {
-    int32_t pin; ///< name, or NL_NONE when connected by place
-    int32_t first_bit;
-    int32_t count; ///< 0 when left open
-    bool sized;    ///< false for a number without a size, which fits any width
+    int32_t pin;       ///< name, or NL_NONE when connected by place
+    int32_t first_bit; ///< of those of the instance
+    int32_t count;     ///< 0 when left open
+    bool sized;        ///< false for a number without a size, which fits any width
+    bool operator==(const VLOG_CONNECTION &) const = default;
 };
 
 /// What is known of an instance beside its record in the module, under the same index.
 struct VLOG_INSTANCE {
-    int32_t first_connection;
+    int32_t first_connection; ///< instances of one module that are connected alike share them
     int32_t connection_count;
+    int32_t first_bit; ///< of VLOG_MODULE::bits
     int32_t file;
     int line;
     bool parameters;    ///< they were passed over
@@ -68,6 +71,7 @@ struct VLOG_SCRATCH {
     std::vector<VLOG_DECLARATION> declarations;
     std::vector<int32_t> declaration_of_name;
     std::vector<int32_t> instance_of_name;
+    std::vector<int32_t> instance_of_def;     ///< the last one of each module of the design
     std::vector<int32_t> port_order;          ///< names in the header
     std::unordered_set<int32_t> header_names; ///< the same, for lookups
     std::unordered_map<int32_t, int64_t> parameters;
@@ -97,9 +101,20 @@ void VLOG_link(VLOG &reader, const std::function<bool(NL_MODULE &)> &find_cell);
 
 constexpr int64_t VLOG_WIDTH_LIMIT = 1 << 20; ///< bits of one vector or expression
 
-bool VLOG_is_word(const VLOG &reader, int32_t word);
-bool VLOG_is_symbol(const VLOG &reader, char symbol);
-bool VLOG_is_name(const VLOG &reader); ///< an identifier that is no reserved word
+/// Ends the program when a module has more of something than ids can count.
+void VLOG_check_count(const VLOG &reader, size_t count, const char *what, int line);
+
+inline bool VLOG_is_word(const VLOG &reader, int32_t word) {
+    return reader.scan.token.kind == TOKEN_NAME && reader.scan.token.id == word;
+}
+inline bool VLOG_is_symbol(const VLOG &reader, char symbol) {
+    return reader.scan.token.symbol == symbol;
+}
+/// True at an identifier that is no reserved word.
+inline bool VLOG_is_name(const VLOG &reader) {
+    return reader.scan.token.kind == TOKEN_ESCAPED ||
+           (reader.scan.token.kind == TOKEN_NAME && reader.scan.token.id >= VLOG_word_count);
+}
 void VLOG_expect_symbol(VLOG &reader, char symbol, const char *where);
 int32_t VLOG_take_name(VLOG &reader, const char *what);
 
@@ -113,7 +128,10 @@ bool VLOG_expression(VLOG &reader, std::vector<int32_t> &bits);
 VLOG_DECLARATION *VLOG_find_declaration(VLOG &reader, int32_t name);
 VLOG_DECLARATION &VLOG_declare(VLOG &reader, int32_t name, bool vector, int32_t left, int32_t right,
                                bool implicit);
-int32_t VLOG_width(const VLOG_DECLARATION &declaration);
+inline int32_t VLOG_width(const VLOG_DECLARATION &declaration) {
+    int32_t span = declaration.left - declaration.right;
+    return (span < 0 ? -span : span) + 1;
+}
 /// A new net that nothing drives. Its name is made unlike all others when the module is linked.
 int32_t VLOG_unknown_net(NL_DESIGN &design, NL_MODULE &module);
 /// The net itself, or a new one when it is such a net: no two pins share it.

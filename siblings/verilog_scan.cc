@@ -86,7 +86,9 @@ void scan_name(VSCAN &scan, VSCAN_SOURCE &source) {
     scan.token.text = {first, static_cast<size_t>(at - first)};
     if (scan.token.text.size() > NAME_LIMIT)
         VSCAN_fail(scan, "a name of %zu characters is too long.", scan.token.text.size());
-    scan.token.id = NL_name_in_place(scan.names, scan.token.text);
+    bool guessed = scan.guess >= 0 && NL_text(scan.names, scan.guess) == scan.token.text;
+    scan.token.id = guessed ? scan.guess : NL_name_in_place(scan.names, scan.token.text);
+    scan.guess = -1;
 }
 
 void scan_escaped(VSCAN &scan, VSCAN_SOURCE &source) {
@@ -202,11 +204,15 @@ bool VSCAN_is_name_part(char c) {
 
 bool VSCAN_skip_blanks(VSCAN &scan, VSCAN_SOURCE &source) {
     while (source.at < source.end) {
-        char c = *source.at;
+        const char *at = source.at;
+        while (at < source.end && is_class(*at, BLANK))
+            at++;
+        source.at = at;
+        if (at == source.end)
+            return false;
+        char c = *at;
         if (c == '\n') {
             source.line += source.counts;
-            source.at++;
-        } else if (is_class(c, BLANK)) {
             source.at++;
         } else if (c == '/' && source.at + 1 < source.end && source.at[1] == '/') {
             const void *end = std::memchr(source.at, '\n', static_cast<size_t>(source.end - source.at));

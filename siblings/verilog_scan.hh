@@ -69,6 +69,7 @@ struct VSCAN {
     int64_t line_count = 0;
     size_t made_size = 0;          ///< of all texts that macros stood for so far
     bool no_implicit_nets = false; ///< by `default_nettype none
+    int32_t guess = -1;            ///< a name that the next token may be, tried before the table of names
 };
 
 /// Opens a file in front of what is being read.

@@ -1,7 +1,10 @@
 // Declared names, instances and assigns of a module's body.
+#include "siblings/netlist_sdb.hh"
 #include "siblings/tool.hh"
 #include "siblings/verilog_reader.hh"
 #include "siblings/verilog_words.hh"
+
+#include <algorithm>
 
 namespace {
 
@@ -11,6 +14,8 @@ std::string shown_name(const VLOG &reader, int32_t name) {
 
 void add_nets(VLOG &reader, VLOG_DECLARATION &declaration) {
     NL_MODULE &module = *reader.module;
+    VLOG_check_count(reader, module.nets.size() + static_cast<size_t>(VLOG_width(declaration)), "nets",
+                     reader.scan.token.line);
     declaration.first_net = static_cast<int32_t>(module.nets.size());
     if (!declaration.vector) {
         NL_BIT bit;
@@ -27,38 +32,79 @@ void add_nets(VLOG &reader, VLOG_DECLARATION &declaration) {
     }
 }
 
-void add_connection(VLOG &reader, int32_t pin, char close) {
-    VLOG_MODULE &record = *reader.record;
-    VLOG_CONNECTION connection = {pin, static_cast<int32_t>(record.bits.size()), 0, true};
-    if (!VLOG_is_symbol(reader, close) && !VLOG_is_symbol(reader, ','))
-        connection.sized = VLOG_expression(reader, record.bits);
-    connection.count = static_cast<int32_t>(record.bits.size()) - connection.first_bit;
-    record.connections.push_back(connection);
+// Instances of one module mostly name their pins in one order.
+int32_t pin_before(const VLOG &reader, const VLOG_INSTANCE *before, size_t place) {
+    if (before == nullptr || place >= static_cast<size_t>(before->connection_count))
+        return NL_NONE;
+    return reader.record->connections[static_cast<size_t>(before->first_connection) + place].pin;
 }
 
-void connections(VLOG &reader) {
+void add_connection(VLOG &reader, const VLOG_INSTANCE &instance, int32_t pin) {
+    VLOG_MODULE &record = *reader.record;
+    size_t first = record.bits.size();
+    bool sized = true;
+    if (!VLOG_is_symbol(reader, ')') && !VLOG_is_symbol(reader, ','))
+        sized = VLOG_expression(reader, record.bits);
+    VLOG_check_count(reader, record.bits.size(), "connected bits", reader.scan.token.line);
+    record.connections.push_back({pin, static_cast<int32_t>(first) - instance.first_bit,
+                                  static_cast<int32_t>(record.bits.size() - first), sized});
+}
+
+void connection_list(VLOG &reader, const VLOG_INSTANCE &instance, const VLOG_INSTANCE *before) {
     VSCAN &scan = reader.scan;
+    if (!VLOG_is_symbol(reader, '.')) {
+        for (;; VSCAN_next(scan)) {
+            add_connection(reader, instance, NL_NONE);
+            if (!VLOG_is_symbol(reader, ','))
+                return;
+        }
+    }
+    for (size_t place = 0;; place++) {
+        if (VLOG_is_symbol(reader, '.'))
+            scan.guess = pin_before(reader, before, place);
+        VLOG_expect_symbol(reader, '.', "a connection by name");
+        int32_t pin = VLOG_take_name(reader, "a pin");
+        VLOG_expect_symbol(reader, '(', "a connection by name");
+        add_connection(reader, instance, pin);
+        VLOG_expect_symbol(reader, ')', "a connection by name");
+        if (!VLOG_is_symbol(reader, ','))
+            return;
+        VSCAN_next(scan);
+    }
+}
+
+// Takes the connections that were just read back where those of the instance before are the same.
+void share_connections(VLOG &reader, VLOG_INSTANCE &instance, const VLOG_INSTANCE *before) {
+    auto &connections = reader.record->connections;
+    auto first = connections.begin() + instance.first_connection;
+    instance.connection_count = static_cast<int32_t>(connections.end() - first);
+    if (before == nullptr || before->connection_count != instance.connection_count ||
+        !std::equal(first, connections.end(), connections.begin() + before->first_connection))
+        return;
+    connections.erase(first, connections.end());
+    instance.first_connection = before->first_connection;
+}
+
+void connections(VLOG &reader, VLOG_INSTANCE &instance, const VLOG_INSTANCE *before) {
     VLOG_expect_symbol(reader, '(', "the connections of an instance");
     if (VLOG_is_symbol(reader, ')')) {
-        VSCAN_next(scan);
+        VSCAN_next(reader.scan);
         return;
     }
-    bool named = VLOG_is_symbol(reader, '.');
-    for (;;) {
-        if (named) {
-            VLOG_expect_symbol(reader, '.', "a connection by name");
-            int32_t pin = VLOG_take_name(reader, "a pin");
-            VLOG_expect_symbol(reader, '(', "a connection by name");
-            add_connection(reader, pin, ')');
-            VLOG_expect_symbol(reader, ')', "a connection by name");
-        } else {
-            add_connection(reader, NL_NONE, ')');
-        }
-        if (!VLOG_is_symbol(reader, ','))
-            break;
-        VSCAN_next(scan);
-    }
+    connection_list(reader, instance, before);
     VLOG_expect_symbol(reader, ')', "the connections of an instance");
+    share_connections(reader, instance, before);
+}
+
+// The instance of that module that was read last in the present module, or null.
+const VLOG_INSTANCE *last_instance_of(const VLOG &reader, int32_t def) {
+    const auto &instance_of_def = reader.scratch.instance_of_def;
+    const auto &instances = reader.module->instances;
+    size_t place = static_cast<size_t>(def) < instance_of_def.size()
+                       ? static_cast<size_t>(instance_of_def[static_cast<size_t>(def)])
+                       : instances.size();
+    return place < instances.size() && instances[place].def == def ? &reader.record->instances[place]
+                                                                   : nullptr;
 }
 
 // The instance of that name in the module, or NL_NONE.
@@ -77,10 +123,15 @@ void add_instance(VLOG &reader, int32_t name, int32_t def, const VLOG_INSTANCE &
     if (find_instance(reader, name) != NL_NONE)
         TOOL_fail(VSCAN_file(reader.scan), record.line, "two instances have the name '%s'.",
                   shown_name(reader, name).c_str());
+    VLOG_check_count(reader, reader.module->instances.size() + 1, "instances", reader.scan.token.line);
     auto &instance_of_name = reader.scratch.instance_of_name;
     if (static_cast<size_t>(name) >= instance_of_name.size())
         instance_of_name.resize(reader.design.names.texts.size() * 2, -1);
     instance_of_name[static_cast<size_t>(name)] = static_cast<int32_t>(reader.module->instances.size());
+    auto &instance_of_def = reader.scratch.instance_of_def;
+    if (static_cast<size_t>(def) >= instance_of_def.size())
+        instance_of_def.resize(reader.design.modules.size() * 2);
+    instance_of_def[static_cast<size_t>(def)] = instance_of_name[static_cast<size_t>(name)];
     reader.record->instances.push_back(record);
     reader.module->instances.push_back({name, NL_NONE, def, NL_NONE});
 }
@@ -123,6 +174,12 @@ bool skip_parameters(VLOG &reader, int32_t cell) {
 
 } // namespace
 
+void VLOG_check_count(const VLOG &reader, size_t count, const char *what, int line) {
+    if (count > NL_COUNT_LIMIT)
+        TOOL_fail(VSCAN_file(reader.scan), line, "a module has more than %zu %s. %s", NL_COUNT_LIMIT, what,
+                  NL_SMALLER_DESIGN);
+}
+
 VLOG_DECLARATION *VLOG_find_declaration(VLOG &reader, int32_t name) {
     VLOG_SCRATCH &scratch = reader.scratch;
     if (static_cast<size_t>(name) >= scratch.declaration_of_name.size())
@@ -156,11 +213,6 @@ VLOG_DECLARATION &VLOG_declare(VLOG &reader, int32_t name, bool vector, int32_t 
     return declaration;
 }
 
-int32_t VLOG_width(const VLOG_DECLARATION &declaration) {
-    int32_t span = declaration.left - declaration.right;
-    return (span < 0 ? -span : span) + 1;
-}
-
 int32_t VLOG_unknown_net(NL_DESIGN &design, NL_MODULE &module) {
     return NL_add_net(module, NL_name(design.names, NL_UNKNOWN_NET), NL_NONE, NL_MARK_DONT_CARE);
 }
@@ -178,6 +230,7 @@ void VLOG_instances(VLOG &reader) {
     for (;;) {
         VLOG_INSTANCE record = {static_cast<int32_t>(reader.record->connections.size()),
                                 0,
+                                static_cast<int32_t>(reader.record->bits.size()),
                                 scan.sources.back().file,
                                 scan.token.line,
                                 parameters,
@@ -186,9 +239,7 @@ void VLOG_instances(VLOG &reader) {
         int32_t name = VLOG_take_name(reader, "the name of an instance");
         int32_t left = 0, right = 0;
         bool array = VLOG_range(reader, left, right);
-        connections(reader);
-        record.connection_count =
-            static_cast<int32_t>(reader.record->connections.size()) - record.first_connection;
+        connections(reader, record, last_instance_of(reader, def));
         if (array)
             add_instance_array(reader, name, def, record, left, right);
         else

@@ -11,6 +11,7 @@
 #include "support/fnm.hh"
 #include "support/text.hh"
 
+#include <algorithm>
 #include <map>
 #include <sys/stat.h>
 
@@ -67,7 +68,7 @@ std::string log_text(const VLOG &reader, const NL_MODULE *flat) {
     for (const std::string &file : reader.scan.files)
         text += "file                " + file + "\n";
     text += format_text("lines               %lld\n", static_cast<long long>(reader.scan.line_count));
-    std::map<std::string, int64_t> uses;
+    std::vector<int64_t> uses_of_module(design.modules.size());
     int64_t ports = 0, nets = 0, instances = 0, assigns = 0;
     for (const VLOG_MODULE &record : reader.modules) {
         const NL_MODULE &module = design.modules[static_cast<size_t>(record.module)];
@@ -76,7 +77,7 @@ std::string log_text(const VLOG &reader, const NL_MODULE *flat) {
         instances += static_cast<int64_t>(module.instances.size());
         assigns += record.assign_count;
         for (const NL_INSTANCE &instance : module.instances)
-            uses[NL_string(design.names, design.modules[static_cast<size_t>(instance.def)].name)]++;
+            uses_of_module[static_cast<size_t>(instance.def)]++;
     }
     text += format_text("%-20s%zu\n", reader.library ? "library cells" : "modules", reader.modules.size());
     text += format_text("ports               %lld\n", static_cast<long long>(ports));
@@ -89,6 +90,10 @@ std::string log_text(const VLOG &reader, const NL_MODULE *flat) {
         text += format_text("flat instances      %zu\nflat nets           %zu\n",
                             flat->instances.size() - flat->scopes.size(), flat->nets.size());
     text += "\ninstances of\n";
+    std::map<std::string, int64_t> uses; // by name
+    for (size_t i = 0; i < uses_of_module.size(); i++)
+        if (uses_of_module[i] > 0)
+            uses[NL_string(design.names, design.modules[i].name)] = uses_of_module[i];
     for (const auto &[name, count] : uses)
         text += format_text("  %-30s %lld\n", name.c_str(), static_cast<long long>(count));
     return text;
@@ -117,13 +122,17 @@ void write_design(VLOG &reader, const VERIN_ARGUMENTS &arguments) {
     VERIN_set_directions(design, design.modules[static_cast<size_t>(top)], arguments);
     VERIN_mark_power(design, modules, arguments);
     VLOG_link(reader, [&](NL_MODULE &module) { return DEF_read_module(design, module, directories); });
+    for (size_t i = 0; i < paths.size(); i++)
+        NL_check_sdb_size(design, design.modules[static_cast<size_t>(modules[i])], paths[i] + ".sdb");
     NL_MODULE flat = NL_flatten(design, top);
     NL_open_lone_pins(design, flat);
+    auto top_place = std::find(modules.begin(), modules.end(), top) - modules.begin();
+    NL_check_sdb_size(design, flat, paths[static_cast<size_t>(top_place)] + ".c.sdb");
     make_output_directory(arguments);
     for (size_t i = 0; i < paths.size(); i++) {
-        const NL_MODULE &module = design.modules[static_cast<size_t>(reader.modules[i].module)];
+        const NL_MODULE &module = design.modules[static_cast<size_t>(modules[i])];
         NL_write_sdb(design, module, paths[i] + ".sdb");
-        if (reader.modules[i].module == top)
+        if (modules[i] == top)
             NL_write_sdb(design, flat, paths[i] + ".c.sdb");
     }
     std::string log = FNM_break(arguments.files[0].c_str(), "b") + ".kalmverin.log";

@@ -3,6 +3,7 @@
 #include "support/console.hh"
 #include "support/temporary_file.hh"
 
+#include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <cstdlib>
@@ -12,8 +13,6 @@
 #include <unistd.h>
 
 namespace {
-
-constexpr size_t piece_size = size_t{1} << 20; ///< bytes that are collected for one call of the system
 
 /// Name of the temporary file, for those who must not allocate; empty when there is none. The first character
 /// is set last and cleared first.
@@ -109,20 +108,24 @@ bool begin_file(whole_file &file, const std::string &path) {
     return begun || refuse(file.reason);
 }
 
+void write_pending(whole_file &file) {
+    if (file.pending == nullptr)
+        file.pending = std::make_unique_for_overwrite<char[]>(whole_file_piece);
+    write_now(file, file.pending.get(), file.pending_size);
+    file.pending_size = 0;
+}
+
 void put_bytes(whole_file &file, const void *bytes, size_t size) {
-    const char *from = static_cast<const char *>(bytes);
-    if (file.pending.size() + size > piece_size) {
-        write_now(file, file.pending.data(), file.pending.size());
-        file.pending.clear();
+    if (size <= whole_file_piece) {
+        std::copy_n(static_cast<const char *>(bytes), size, put_room(file, size));
+        return;
     }
-    if (size > piece_size)
-        write_now(file, from, size);
-    else
-        file.pending.append(from, size);
+    write_pending(file);
+    write_now(file, static_cast<const char *>(bytes), size);
 }
 
 bool finish_file(whole_file &file) {
-    write_now(file, file.pending.data(), file.pending.size());
+    write_pending(file);
     bool in_place = file.temporary.empty();
     if (!in_place && file.reason == 0)
         note_failure(file, ::fchmod(file.descriptor, file.mode) == 0);

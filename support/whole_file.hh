@@ -9,16 +9,21 @@
 // refused even where its folder would permit the renaming. Devices and pipes are written as they stand.
 #pragma once
 
+#include <cstddef>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <sys/types.h>
 
+constexpr size_t whole_file_piece = size_t{1} << 20; ///< bytes that are collected for one call of the system
+
 /// A file in the making. One at a time.
 struct whole_file {
-    std::string target{};    ///< where the bytes go in the end, behind a link
-    std::string temporary{}; ///< where they are until then; empty for a device or pipe
-    std::string pending{};   ///< bytes not yet handed to the system
-    mode_t mode = 0;         ///< permissions in the end
+    std::string target{};              ///< where the bytes go in the end, behind a link
+    std::string temporary{};           ///< where they are until then; empty for a device or pipe
+    std::unique_ptr<char[]> pending{}; ///< a piece of bytes that are not yet handed to the system
+    size_t pending_size = 0;
+    mode_t mode = 0; ///< permissions in the end
     int descriptor = -1;
     int reason = 0; ///< errno of the first failure; what is put behind it is passed over
 };
@@ -28,6 +33,16 @@ struct whole_file {
 bool begin_file(whole_file &file, const std::string &path);
 /// Adds bytes; a failure shows when the file is finished.
 void put_bytes(whole_file &file, const void *bytes, size_t size);
+/// Hands the bytes that were collected to the system.
+void write_pending(whole_file &file);
+/// Room for the next `size` bytes, at most a piece, which the caller fills before it puts any others.
+inline char *put_room(whole_file &file, size_t size) {
+    if (file.pending == nullptr || size > whole_file_piece - file.pending_size)
+        write_pending(file);
+    char *room = file.pending.get() + file.pending_size;
+    file.pending_size += size;
+    return room;
+}
 /// Puts the file in its place. False, with `reason` and errno, when not all of it could be written: the
 /// earlier file is then as it was, and the temporary one is gone.
 bool finish_file(whole_file &file);

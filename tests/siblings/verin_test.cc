@@ -1,4 +1,5 @@
 // kalmverin: Verilog in, SDB files out.
+#include "siblings/netlist_sdb.hh"
 #include "tests/siblings/design_view.hh"
 #include "tests/siblings/netlist_case.hh"
 
@@ -17,6 +18,12 @@ struct {
      "ADD u3 (a[6:3], {a[1], a[2]}, s); ADD u4 (.B(a[1:0]), .A(), .S()); INV u5 (); endmodule\n"},
     {"single bits of a vector pin and a net that is never declared",
      "module t (); ADD u (.A({4{w}}), .\\B[1] (w)); INV v (.A(w2), .Z(w)); endmodule\n"},
+    {"pins in another order, fewer, more, escaped, and as in the instance before",
+     "module t (a); input a; wire [3:0] s2, s; ADD u1 (.A({4{a}}), .B({a, w}), .S(s)), u2 (.A(4'h3), .B({w, "
+     "a}), .S(s2));\n"
+     "ADD u3 (.B({a, w}), .A(4'h5)); ADD u4 (.B({w, w}), .A(4'hA)); INV v (.A(a), .Z(w));\n"
+     "ADD u5 (.\\A (4'h6), .S(), .B(2'b01)); ADD u6 (.B(s2[1:0])); ADD u7 (); ADD u8 (4'h9, {a, w}); "
+     "endmodule\n"},
     {"numbers", "module t (); ADD a (.A(4'b1_0xz), .B(2)); ADD b (.A({2'h2, 1'o1, 1'd0}), .B('b1)); "
                 "ADD c (.A(4 'hA), .B(2'sb1)); endmodule\n"},
     {"don't-care bits, each on a net of its own",
@@ -176,6 +183,34 @@ TEST(Kalmverin, FlattensTheTopModule) {
                 design_text(scratch.path("o/top.sdb")) + "--\n" + design_text(scratch.path("o/top.c.sdb")));
 }
 
+// Sizes are those of the files that would be written; the names of the writer's own are names here as well.
+TEST(Kalmverin, RefusesAFileBeyondTheLimit) {
+    netlist_folder scratch(few_cells);
+    NL_DESIGN design;
+    auto name = [&](const char *text) { return NL_name(design.names, text); };
+    NL_MODULE &cell = design.modules[static_cast<size_t>(NL_module(design, name("Q")))];
+    cell.is_cell = cell.defined = true;
+    cell.ports = {{name("*UNDEF*"), NL_INPUT, NL_NONE}, {name("Z"), NL_OUTPUT, NL_NONE}};
+    NL_MODULE &top = design.modules[static_cast<size_t>(NL_module(design, name("FORCED_1_CLASS")))];
+    top.ports = {{name("y"), NL_OUTPUT, NL_add_net(top, name("y"))}};
+    top.instances = {{name("_FORCED_0"), NL_NONE, 0, 0}, {name("u"), NL_NONE, 0, 2}};
+    top.pins = {NL_VCC, NL_NONE, NL_GND, top.ports[0].net};
+    for (const NL_MODULE *module : {&cell, &top}) {
+        std::string path = scratch.path("t.sdb");
+        NL_write_sdb(design, *module, path);
+        uint64_t size = NL_sdb_size(design, *module);
+        EXPECT_EQ(size, std::filesystem::file_size(path));
+        NL_check_sdb_size(design, *module, path, size);
+        EXPECT_EXIT(NL_check_sdb_size(design, *module, "t.sdb", size - 1), testing::ExitedWithCode(255),
+                    "ERROR: t.sdb: this file would have " + std::to_string(size) + " bytes; " +
+                        std::to_string(size - 1) +
+                        " are possible. Keep the core as a cell: read it with "
+                        "kalmverin -lib and leave its netlist out.\n$");
+    }
+    EXPECT_EQ(design_text(scratch.path("t.sdb")),
+              "output y y\n_FORCED_0 Q *UNDEF*=VCC Z=-\nu Q *UNDEF*=GND Z=y\n");
+}
+
 const char *const errors[] = {
     "module t (a);\n\ninput a;\n",
     "module t;\nNONE u (a); endmodule",
@@ -186,6 +221,8 @@ const char *const errors[] = {
     "module t; INV u [1:0] (),\n\\u[1] (); endmodule",
     "module t;\n INV u (.A(a),\n .Y(b)); endmodule",
     "module t; INV u (.A(a), .A(b)); endmodule",
+    "module t; INV u (.A(a), .Z(b));\nINV v (.A(a), .Z(c)), w (.A(a), .ZZ(b)); endmodule",
+    "module t; INV u (.A(a), .Z(b)); INV v (.A(a), .Z(c));\nINV w (.A(a), .A(b)); endmodule",
     "module t; wire [2:0] w; ADD u (.A(w)); endmodule",
     "module t; INV u (.Z(1'b0)); endmodule",
     "module t; wire [1:0] w; assign w = 3'b000; endmodule",
