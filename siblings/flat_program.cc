@@ -67,10 +67,10 @@ int FLAT_main(int argc, char **argv) {
             module.is_cell = true;
     }
     NL_MODULE flat = NL_flatten(design, top);
-    std::string text;
+    TEXT_SINK text = TEXT_open(TOOL_join(arguments.output_directory, name + "_flat.v"));
     VLOG_write_modules(text, design, {&flat});
     NL_open_lone_pins(design, flat);
     NL_write_sdb(design, flat, TOOL_join(arguments.output_directory, name + ".c.sdb"));
-    TOOL_write_file(TOOL_join(arguments.output_directory, name + "_flat.v"), text);
+    TEXT_finish(text);
     return 0;
 }
