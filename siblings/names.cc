@@ -100,13 +100,19 @@ int32_t NL_name_in_place(NL_NAMES &names, std::string_view text) {
     return put_name<true>(names, text);
 }
 
+void NL_reserve_names(NL_NAMES &names, size_t more) {
+    size_t count = names.texts.size() + more;
+    if (count * 2 > names.slots.size())
+        grow_slots(names, more);
+    if (count > names.texts.capacity())
+        names.texts.reserve(std::max(count, names.texts.size() + names.texts.size() / 2));
+}
+
 void NL_name_all(NL_NAMES &names, std::span<const std::string_view> texts, std::span<int32_t> ids) {
-    if ((names.texts.size() + texts.size()) * 2 > names.slots.size())
-        grow_slots(names, texts.size());
-    constexpr size_t AHEAD = 32;
-    uint32_t hashes[AHEAD];
-    for (size_t from = 0; from < texts.size(); from += AHEAD) {
-        size_t count = std::min(AHEAD, texts.size() - from);
+    NL_reserve_names(names, texts.size());
+    uint32_t hashes[NL_NAMES_AT_ONCE];
+    for (size_t from = 0; from < texts.size(); from += NL_NAMES_AT_ONCE) {
+        size_t count = std::min(NL_NAMES_AT_ONCE, texts.size() - from);
         for (size_t i = 0; i < count; i++) {
             hashes[i] = hash_text(texts[from + i]);
             __builtin_prefetch(&names.slots[hashes[i] & (names.slots.size() - 1)]);

@@ -25,7 +25,8 @@ template <class T> std::span<const T> rows(const READER &reader, int32_t table) 
     return {SDB_table<T>(reader.handle, table), static_cast<size_t>(SDB_table_count(reader.handle, table))};
 }
 
-READER start_reading(NL_DESIGN &design, NL_MODULE &module, const std::string &path, const SDB_HANDLE *handle) {
+READER start_reading(NL_DESIGN &design, NL_MODULE &module, const std::string &path,
+                     const SDB_HANDLE *handle) {
     auto symbols = static_cast<size_t>(SYM_count(handle->symbols));
     return {design, module, path, handle, std::vector<int32_t>(symbols, NL_NONE)};
 }
@@ -39,10 +40,14 @@ SDB_HANDLE *open_file(const std::string &path) {
 
 // Looks up every name of the file at once, which is faster than one by one where most of them are needed.
 void read_symbols(READER &reader) {
-    std::vector<std::string_view> texts(reader.names.size());
-    for (size_t i = 0; i < texts.size(); i++)
-        texts[i] = SYM_get(reader.handle->symbols, static_cast<int32_t>(i));
-    NL_name_all(reader.design.names, texts, reader.names);
+    NL_reserve_names(reader.design.names, reader.names.size());
+    std::string_view texts[NL_NAMES_AT_ONCE];
+    for (size_t from = 0; from < reader.names.size(); from += NL_NAMES_AT_ONCE) {
+        size_t count = std::min(NL_NAMES_AT_ONCE, reader.names.size() - from);
+        for (size_t i = 0; i < count; i++)
+            texts[i] = SYM_get(reader.handle->symbols, static_cast<int32_t>(from + i));
+        NL_name_all(reader.design.names, {texts, count}, {reader.names.data() + from, count});
+    }
 }
 
 // The name of a symbol, or NL_NONE.
@@ -163,8 +168,7 @@ void take_class_ports(READER &reader, const SDB_CLASS &row, NL_MODULE &def) {
                   NL_string(reader.design.names, twice).c_str());
 }
 
-CLASS_MAP map_class(READER &reader, const SDB_CLASS &row,
-                    const std::function<int32_t(int32_t)> &find_def) {
+CLASS_MAP map_class(READER &reader, const SDB_CLASS &row, const std::function<int32_t(int32_t)> &find_def) {
     CLASS_MAP map;
     map.def = find_def(needed_name(reader, row.name));
     NL_MODULE &def = reader.design.modules[static_cast<size_t>(map.def)];

@@ -250,6 +250,19 @@ const std::vector<std::string> &texts_of_def(WRITER &writer, int32_t index) {
     return texts;
 }
 
+void put_pin(WRITER &writer, const NL_INSTANCE &instance, const NL_MODULE &def, const NL_GROUP &group,
+             int32_t &open_used) {
+    if (group.count > 1) {
+        if (LAYOUT_pins(writer.layout, instance, def, group, open_used, writer.bits))
+            put_bits(writer, writer.bits);
+        return;
+    }
+    int32_t net = writer.module.pins[static_cast<size_t>(instance.first_pin + group.first)];
+    LAYOUT_BIT bit = LAYOUT_pin(writer.layout, net, def.ports[static_cast<size_t>(group.first)].direction);
+    if (bit.item != LAYOUT_OPEN)
+        put_piece(writer, {&bit, 1});
+}
+
 void put_instance(WRITER &writer, int32_t index, int32_t &open_used) {
     const NL_INSTANCE &instance = writer.module.instances[static_cast<size_t>(index)];
     const NL_MODULE &def = writer.shared.design.modules[static_cast<size_t>(instance.def)];
@@ -260,8 +273,7 @@ void put_instance(WRITER &writer, int32_t index, int32_t &open_used) {
     put_name(writer, name);
     for (size_t pin = 0; pin < def.groups.size(); pin++) {
         writer.text += texts[pin + 1];
-        if (LAYOUT_pins(writer.layout, instance, def, def.groups[pin], open_used, writer.bits))
-            put_bits(writer, writer.bits);
+        put_pin(writer, instance, def, def.groups[pin], open_used);
     }
     writer.text += def.groups.empty() ? " ();\n" : has_lines(def) ? ")\n  );\n" : "));\n";
 }
