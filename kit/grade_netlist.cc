@@ -239,7 +239,9 @@ GRADE_NETLIST grade_netlist(const BOUNDARY_REGISTER &found, const std::string &d
     plant_in_cells(planter);
     plant_in_pads(planter);
     GRADE_NETLIST made;
-    VLOG_write_modules(made.text, planter.design, {&planter.module()});
+    TEXT_SINK text = TEXT_open();
+    VLOG_write_modules(text, planter.design, {&planter.module()});
+    made.text = TEXT_take(text);
     // The delay is a small part of a period: a loop that a swap closes lets the time pass.
     made.text += "\n`timescale 1ns / 1ps\n";
     for (const SITE &site : planter.sites)

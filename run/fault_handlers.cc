@@ -27,7 +27,7 @@ void dosegv(int) {
     write_now(STDOUT_FILENO, fault_text);
     if (fd != nullptr)
         write_now(::fileno(fd), fault_text);
-    discard_unfinished_file();
+    discard_unfinished_files();
     ::_exit(255);
 }
 

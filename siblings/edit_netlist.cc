@@ -15,6 +15,23 @@ const NL_MODULE &def_of(const EDIT_NETLIST &edit, const NL_INSTANCE &instance) {
     return edit.design.modules[static_cast<size_t>(instance.def)];
 }
 
+// The row of that name, or NL_NONE.
+int32_t row_of(const EDIT_INDEX &index, int32_t name) {
+    bool known = name >= 0 && static_cast<size_t>(name) < index.row_of_name.size();
+    return known ? index.row_of_name[static_cast<size_t>(name)] : NL_NONE;
+}
+
+// False when a row has the name already, and keeps it.
+bool enter(EDIT_INDEX &index, int32_t name, size_t row) {
+    if (static_cast<size_t>(name) >= index.row_of_name.size())
+        index.row_of_name.resize(static_cast<size_t>(name) + 1, NL_NONE);
+    int32_t &place = index.row_of_name[static_cast<size_t>(name)];
+    if (place != NL_NONE)
+        return false;
+    place = static_cast<int32_t>(row);
+    return true;
+}
+
 int32_t root_of(EDIT_NETLIST &edit, int32_t net) {
     return net == NL_NONE ? NL_NONE : NL_union_find(edit.sets, net);
 }
@@ -23,7 +40,7 @@ int32_t new_net(EDIT_NETLIST &edit, int32_t name) {
     int32_t net = NL_add_net(edited(edit), name);
     edit.sets.parent.push_back(net);
     edit.drivers.push_back(0);
-    edit.net_of_name.try_emplace(name, net);
+    enter(edit.nets, name, static_cast<size_t>(net));
     return net;
 }
 
@@ -33,7 +50,7 @@ int32_t name_of_new_net(EDIT_NETLIST &edit, const EDIT_PLACE &a, const EDIT_PLAC
     std::string name = stem;
     for (int32_t n = 1;; n++) {
         int32_t id = NL_name(edit.design.names, name);
-        if (!edit.net_of_name.contains(id))
+        if (row_of(edit.nets, id) == NL_NONE)
             return id;
         name = stem + "_" + std::to_string(n);
     }
@@ -71,7 +88,7 @@ void index_names(EDIT_NETLIST &edit) {
     NL_union_init(edit.sets, module.nets.size());
     edit.drivers.assign(module.nets.size(), 0);
     for (size_t i = NL_VCC + 1; i < module.nets.size(); i++)
-        edit.net_of_name.try_emplace(module.nets[i].name, static_cast<int32_t>(i));
+        enter(edit.nets, module.nets[i].name, i);
     auto count = [&](int32_t net, bool drives) {
         if (net != NL_NONE && drives)
             edit.drivers[static_cast<size_t>(net)]++;
@@ -80,7 +97,7 @@ void index_names(EDIT_NETLIST &edit) {
         count(port.net, port.direction == NL_INPUT);
     for (size_t i = 0; i < module.instances.size(); i++) {
         const NL_INSTANCE &instance = module.instances[i];
-        edit.instance_of_name.try_emplace(instance.name, static_cast<int32_t>(i));
+        enter(edit.instances, instance.name, i);
         const NL_MODULE &def = def_of(edit, instance);
         for (size_t port = 0; port < def.ports.size(); port++)
             count(module.pins[static_cast<size_t>(instance.first_pin) + port],
@@ -102,8 +119,7 @@ void EDIT_open(EDIT_NETLIST &edit, const std::string &name) {
 }
 
 int32_t EDIT_find_instance(const EDIT_NETLIST &edit, std::string_view name) {
-    auto found = edit.instance_of_name.find(NL_find_name(edit.design.names, name));
-    return found != edit.instance_of_name.end() ? found->second : NL_NONE;
+    return row_of(edit.instances, NL_find_name(edit.design.names, name));
 }
 
 bool EDIT_find_pin(EDIT_NETLIST &edit, int32_t instance_index, std::string_view pin, EDIT_PLACE &place) {
@@ -140,10 +156,8 @@ bool EDIT_find_net(EDIT_NETLIST &edit, std::string_view text, EDIT_PLACE &place)
         return true;
     }
     int32_t name = NL_name(edit.design.names, text);
-    auto found = edit.net_of_name.find(name);
-    if (found != edit.net_of_name.end())
-        place.fixed = found->second;
-    else if (text == NL_UNKNOWN_NET) {
+    place.fixed = row_of(edit.nets, name);
+    if (place.fixed == NL_NONE && text == NL_UNKNOWN_NET) {
         place.fixed = new_net(edit, name);
         edited(edit).nets.back().marks = NL_MARK_DONT_CARE;
     }
@@ -153,7 +167,7 @@ bool EDIT_find_net(EDIT_NETLIST &edit, std::string_view text, EDIT_PLACE &place)
 bool EDIT_add_instance(EDIT_NETLIST &edit, std::string_view text, int32_t def) {
     int32_t name = NL_name(edit.design.names, text);
     NL_MODULE &module = edited(edit);
-    if (!edit.instance_of_name.try_emplace(name, static_cast<int32_t>(module.instances.size())).second)
+    if (!enter(edit.instances, name, module.instances.size()))
         return false;
     auto first_pin = static_cast<int32_t>(module.pins.size());
     module.pins.resize(module.pins.size() + edit.design.modules[static_cast<size_t>(def)].ports.size(),

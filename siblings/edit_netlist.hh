@@ -8,15 +8,20 @@
 
 #include <string>
 #include <string_view>
-#include <unordered_map>
+#include <vector>
+
+/// Rows by the ids of their names, which are numbered without gaps.
+struct EDIT_INDEX {
+    std::vector<int32_t> row_of_name{}; ///< NL_NONE where none has the name
+};
 
 struct EDIT_NETLIST {
     NL_DESIGN design{};
     int32_t module = NL_NONE; ///< the module being edited
     NL_UNION sets{};
     std::vector<int32_t> drivers{}; ///< drivers of each root net: outputs of instances and input ports
-    std::unordered_map<int32_t, int32_t> instance_of_name{};
-    std::unordered_map<int32_t, int32_t> net_of_name{};
+    EDIT_INDEX instances{};
+    EDIT_INDEX nets{};
 };
 
 /// A place that a net can stand on: a pin, a port, or a net itself.

@@ -46,6 +46,13 @@ bool is_empty(const NL_MODULE &module) {
     return module.instances.empty();
 }
 
+// Ends what has been expanded: of a module whose instances stay, the ports alone are asked for.
+void free_contents(NL_MODULE &module) {
+    module.nets = {};
+    module.instances = {};
+    module.pins = {};
+}
+
 } // namespace
 
 int FLAT_main(int argc, char **argv) {
@@ -67,10 +74,12 @@ int FLAT_main(int argc, char **argv) {
             module.is_cell = true;
     }
     NL_MODULE flat = NL_flatten(design, top);
-    std::string text;
+    for (int32_t index : order)
+        free_contents(design.modules[static_cast<size_t>(index)]);
+    TEXT_SINK text = TEXT_open(TOOL_join(arguments.output_directory, name + "_flat.v"));
     VLOG_write_modules(text, design, {&flat});
     NL_open_lone_pins(design, flat);
     NL_write_sdb(design, flat, TOOL_join(arguments.output_directory, name + ".c.sdb"));
-    TOOL_write_file(TOOL_join(arguments.output_directory, name + "_flat.v"), text);
+    TEXT_finish(text);
     return 0;
 }

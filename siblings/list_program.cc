@@ -9,7 +9,7 @@ namespace {
 
 constexpr const char *usage = "usage: kalmlist -verilog|-vhdl -hierarchy -o OUT FILE.sdb [-add_path DIR]";
 
-using WRITE_MODULES = void (*)(std::string &text, const NL_DESIGN &design,
+using WRITE_MODULES = void (*)(TEXT_SINK &text, const NL_DESIGN &design,
                                const std::vector<const NL_MODULE *> &modules);
 
 struct ARGUMENTS {
@@ -86,8 +86,8 @@ int LIST_main(int argc, char **argv) {
     std::vector<const NL_MODULE *> modules;
     for (int32_t index : order)
         modules.push_back(&design.modules[static_cast<size_t>(index)]);
-    std::string text;
+    TEXT_SINK text = TEXT_open(arguments.output);
     arguments.write(text, design, modules);
-    TOOL_write_file(arguments.output, text);
+    TEXT_finish(text);
     return 0;
 }

@@ -1,5 +1,6 @@
 #include "siblings/names.hh"
 
+#include <algorithm>
 #include <charconv>
 #include <cstring>
 
@@ -58,11 +59,15 @@ bool same_text(std::string_view a, std::string_view b) {
     return short_word(left, size) == short_word(right, size);
 }
 
-void grow_slots(NL_NAMES &names) {
+// Makes room for `more` texts.
+void grow_slots(NL_NAMES &names, size_t more) {
+    size_t size = std::max(FIRST_SLOTS, names.slots.size());
+    while ((names.texts.size() + more) * 2 > size)
+        size *= 2;
     std::vector<NL_NAMES::SLOT> old;
     old.swap(names.slots);
-    names.slots.assign(old.empty() ? FIRST_SLOTS : old.size() * 2, {0, -1});
-    size_t mask = names.slots.size() - 1;
+    names.slots.assign(size, {0, -1});
+    size_t mask = size - 1;
     for (const NL_NAMES::SLOT &slot : old) {
         if (slot.id < 0)
             continue;
@@ -100,10 +105,7 @@ size_t slot_of(const NL_NAMES &names, std::string_view text, uint32_t hash) {
     return at;
 }
 
-template <bool in_place> int32_t put_name(NL_NAMES &names, std::string_view text) {
-    if (names.texts.size() * 2 >= names.slots.size())
-        grow_slots(names);
-    uint32_t hash = hash_text(text);
+template <bool in_place> int32_t put_hashed(NL_NAMES &names, std::string_view text, uint32_t hash) {
     size_t at = slot_of(names, text, hash);
     if (names.slots[at].id >= 0)
         return names.slots[at].id;
@@ -111,6 +113,12 @@ template <bool in_place> int32_t put_name(NL_NAMES &names, std::string_view text
     names.slots[at] = {hash, id};
     names.texts.push_back(in_place ? text : copy_text(names, text));
     return id;
+}
+
+template <bool in_place> int32_t put_name(NL_NAMES &names, std::string_view text) {
+    if (names.texts.size() * 2 >= names.slots.size())
+        grow_slots(names, 1);
+    return put_hashed<in_place>(names, text, hash_text(text));
 }
 
 } // namespace
@@ -121,6 +129,28 @@ int32_t NL_name(NL_NAMES &names, std::string_view text) {
 
 int32_t NL_name_in_place(NL_NAMES &names, std::string_view text) {
     return put_name<true>(names, text);
+}
+
+void NL_reserve_names(NL_NAMES &names, size_t more) {
+    size_t count = names.texts.size() + more;
+    if (count * 2 > names.slots.size())
+        grow_slots(names, more);
+    if (count > names.texts.capacity())
+        names.texts.reserve(std::max(count, names.texts.size() + names.texts.size() / 2));
+}
+
+void NL_name_all(NL_NAMES &names, std::span<const std::string_view> texts, std::span<int32_t> ids) {
+    NL_reserve_names(names, texts.size());
+    uint32_t hashes[NL_NAMES_AT_ONCE];
+    for (size_t from = 0; from < texts.size(); from += NL_NAMES_AT_ONCE) {
+        size_t count = std::min(NL_NAMES_AT_ONCE, texts.size() - from);
+        for (size_t i = 0; i < count; i++) {
+            hashes[i] = hash_text(texts[from + i]);
+            __builtin_prefetch(&names.slots[hashes[i] & (names.slots.size() - 1)]);
+        }
+        for (size_t i = 0; i < count; i++)
+            ids[from + i] = put_hashed<false>(names, texts[from + i], hashes[i]);
+    }
 }
 
 int32_t NL_find_name(const NL_NAMES &names, std::string_view text) {

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <deque>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -26,6 +27,14 @@ int32_t NL_name(NL_NAMES &names, std::string_view text);
 
 /// The same for a text that lives as long as the table, which refers to it.
 int32_t NL_name_in_place(NL_NAMES &names, std::string_view text);
+
+/// Makes room for that many new texts.
+void NL_reserve_names(NL_NAMES &names, size_t more);
+
+/// The ids of many texts, as NL_name gives them. The places of a table that no cache holds are fetched ahead,
+/// those of so many texts at once.
+constexpr size_t NL_NAMES_AT_ONCE = 64;
+void NL_name_all(NL_NAMES &names, std::span<const std::string_view> texts, std::span<int32_t> ids);
 
 /// The id of `text`, or -1.
 int32_t NL_find_name(const NL_NAMES &names, std::string_view text);

@@ -1,74 +1,125 @@
 #include "siblings/netlist_layout.hh"
 
+#include "siblings/path_clashes.hh"
 #include "siblings/tool.hh"
 
 #include <algorithm>
 
 namespace {
 
-// What the pins of instances do to a net.
-enum NET_USE : uint8_t { USE_DRIVEN = 1, USE_READ = 2, USE_BOTH_WAYS = 4 };
+// What is on a net: pins of instances by what they do to it, and ports.
+enum NET_USE : uint8_t { USE_DRIVEN = 1, USE_READ = 2, USE_BOTH_WAYS = 4, USE_PORT = 8 };
 
 // Bits of one base name among the wires.
 struct WIRE_VECTOR {
+    LAYOUT_NAME base;
     int32_t low;
     int32_t high;
     int64_t count = 0;
     int32_t item = NL_NONE;
 };
 
+// A wire that may be a bit of a vector.
+struct WIRE_BIT {
+    int32_t net;
+    int32_t index;
+    size_t vector;
+};
+
 struct MAKER {
     const NL_DESIGN &design;
     const NL_MODULE &module;
     const LAYOUT_RULES &rules;
+    LAYOUT_TAKEN &taken;
+    bool paths_clash; // a path may read like another, or like a name
     LAYOUT layout{};
-    std::vector<uint8_t> uses{};         // NET_USE of each net
-    std::vector<LAYOUT_BIT> port_bits{}; // of each port
-    std::vector<int32_t> first_port{};   // on each net
-    std::vector<int32_t> next_port{};    // on the same net
-    std::vector<int32_t> port_of_net{};  // the port that stands for the net
-    std::vector<bool> taken{};           // names in use
+    std::vector<uint8_t> uses{};                        // NET_USEs of each net
+    std::vector<LAYOUT_BIT> port_bits{};                // of each port
+    std::unordered_map<int32_t, int32_t> first_port{};  // on each net that has any
+    std::vector<int32_t> next_port{};                   // on the same net
+    std::unordered_map<int32_t, int32_t> port_of_net{}; // the port that stands for the net
+    std::vector<WIRE_BIT> wire_bits{};
+    std::vector<WIRE_VECTOR> wire_vectors{};
+    std::unordered_set<int32_t> known{};                // all names of the module, once a name is made
+    std::unordered_map<int32_t, int32_t> next_number{}; // of the next name made of a name that is taken
 };
 
 constexpr LAYOUT_BIT NO_BIT = {LAYOUT_OPEN, 0};
 
-bool is_free(const MAKER &maker, int32_t name) {
-    return static_cast<size_t>(name) >= maker.taken.size() || !maker.taken[static_cast<size_t>(name)];
+int32_t name_of_text(MAKER &maker, std::string_view text) {
+    int32_t name = NL_find_name(maker.design.names, text);
+    if (name >= 0)
+        return name;
+    return static_cast<int32_t>(maker.design.names.texts.size()) + NL_name(maker.layout.own_names, text);
 }
 
-bool take(MAKER &maker, int32_t name) {
-    if (!is_free(maker, name))
+// What a name is compared by: itself, or its whole text where paths may clash.
+LAYOUT_NAME compared_name(MAKER &maker, LAYOUT_NAME name) {
+    if (name.scope == NL_NONE || !maker.paths_clash)
+        return name;
+    return {name_of_text(maker, LAYOUT_text(maker.layout, name))};
+}
+
+// False when something has the name already. A path that cannot clash is always free.
+bool take(MAKER &maker, LAYOUT_NAME name) {
+    name = compared_name(maker, name);
+    if (name.scope != NL_NONE)
+        return true;
+    std::vector<int32_t> &rounds = maker.taken.round_of_name;
+    if (static_cast<size_t>(name.name) >= rounds.size())
+        rounds.resize(maker.design.names.texts.size() + maker.layout.own_names.texts.size());
+    int32_t &round = rounds[static_cast<size_t>(name.name)];
+    if (round == maker.taken.round)
         return false;
-    if (static_cast<size_t>(name) >= maker.taken.size())
-        maker.taken.resize(maker.layout.names.texts.size());
-    maker.taken[static_cast<size_t>(name)] = true;
+    round = maker.taken.round;
     return true;
 }
 
-int32_t full_name(MAKER &maker, int32_t name, int32_t scope) {
-    if (scope == NL_NONE)
-        return NL_name_in_place(maker.layout.names, NL_text(maker.design.names, name));
-    return NL_name(maker.layout.names, NL_full_name(maker.design, maker.module, name, scope));
+void know(MAKER &maker, LAYOUT_NAME name) {
+    name = compared_name(maker, name);
+    if (name.scope == NL_NONE)
+        maker.known.insert(name.name);
 }
 
-// A name that nothing has: `stem` is taken, and all names of the module are in the table by now.
-int32_t new_name(MAKER &maker, int32_t stem) {
-    std::string base(NL_text(maker.layout.names, stem));
+void know_vectors(MAKER &maker) {
+    for (const WIRE_VECTOR &vector : maker.wire_vectors)
+        know(maker, vector.base);
+}
+
+// All that a new name must differ from. It holds no separator but those of the name that it is made of, so
+// that paths matter only where they may clash.
+void find_known(MAKER &maker) {
+    for (const NL_GROUP &group : maker.module.groups)
+        know(maker, {group.name});
+    for (const NL_PORT &port : maker.module.ports)
+        know(maker, {port.name});
+    for (const NL_INSTANCE &instance : maker.module.instances)
+        if (LAYOUT_is_written(instance))
+            know(maker, {instance.name, instance.scope});
+    for (const NL_NET &net : maker.module.nets)
+        know(maker, {net.name, net.scope});
+    know_vectors(maker);
+}
+
+// A name that nothing has, for one that is taken.
+LAYOUT_NAME new_name(MAKER &maker, LAYOUT_NAME stem) {
+    if (maker.known.empty())
+        find_known(maker);
+    std::string base = LAYOUT_text(maker.layout, stem);
     for (char &c : base)
         if (c == '[' || c == ']')
             c = '_';
-    for (int32_t &number = maker.layout.next_number[stem];;) {
-        std::string text = base + "_n" + std::to_string(++number);
-        if (NL_find_name(maker.layout.names, text) >= 0)
+    for (int32_t &number = maker.next_number[compared_name(maker, stem).name];;) {
+        LAYOUT_NAME name = {name_of_text(maker, base + "_n" + std::to_string(++number))};
+        if (!maker.known.insert(name.name).second)
             continue;
-        int32_t name = NL_name(maker.layout.names, text);
         take(maker, name);
         return name;
     }
 }
 
-int32_t helper_name(MAKER &maker, std::string_view stem) {
-    int32_t name = NL_name(maker.layout.names, stem);
+LAYOUT_NAME helper_name(MAKER &maker, std::string_view stem) {
+    LAYOUT_NAME name = {name_of_text(maker, stem)};
     return take(maker, name) ? name : new_name(maker, name);
 }
 
@@ -77,33 +128,38 @@ void lay_ports(MAKER &maker) {
     maker.port_bits.assign(maker.module.ports.size(), NO_BIT);
     for (const NL_GROUP &group : maker.module.groups) {
         int32_t item = static_cast<int32_t>(layout.items.size());
-        int32_t name = full_name(maker, group.name, NL_NONE);
-        take(maker, name);
         int32_t first = group.first;
-        layout.items.push_back({name, maker.module.ports[static_cast<size_t>(first)].direction, group.vector,
-                                group.left, group.right});
+        take(maker, {group.name});
+        layout.items.push_back({{group.name},
+                                maker.module.ports[static_cast<size_t>(first)].direction,
+                                group.vector,
+                                group.left,
+                                group.right});
         int32_t step = group.left >= group.right ? -1 : 1;
         for (int32_t i = 0; i < group.count; i++) {
             size_t port = static_cast<size_t>(first + i);
             maker.port_bits[port] = {item, group.left + i * step};
-            take(maker, full_name(maker, maker.module.ports[port].name, NL_NONE));
+            take(maker, {maker.module.ports[port].name});
         }
     }
     layout.port_count = layout.items.size();
-    maker.first_port.assign(maker.module.nets.size(), NL_NONE);
     maker.next_port.assign(maker.module.ports.size(), NL_NONE);
     for (size_t i = maker.module.ports.size(); i-- > 0;) {
         int32_t net = maker.module.ports[i].net;
         if (net == NL_NONE)
             continue;
-        maker.next_port[i] = maker.first_port[static_cast<size_t>(net)];
-        maker.first_port[static_cast<size_t>(net)] = static_cast<int32_t>(i);
+        auto [place, is_new] = maker.first_port.try_emplace(net, NL_NONE);
+        maker.next_port[i] = place->second;
+        place->second = static_cast<int32_t>(i);
     }
 }
 
 void find_uses(MAKER &maker) {
     static constexpr uint8_t use_of_direction[] = {USE_DRIVEN, USE_BOTH_WAYS, USE_READ};
     maker.uses.assign(maker.module.nets.size(), 0);
+    for (const NL_PORT &port : maker.module.ports)
+        if (port.net != NL_NONE)
+            maker.uses[static_cast<size_t>(port.net)] |= USE_PORT;
     for (const NL_INSTANCE &instance : maker.module.instances) {
         const auto &ports = maker.design.modules[static_cast<size_t>(instance.def)].ports;
         for (size_t i = 0; LAYOUT_is_written(instance) && i < ports.size(); i++) {
@@ -117,16 +173,16 @@ void find_uses(MAKER &maker) {
 // A don't-care net that no edit has given a driver or a port.
 bool is_unknown_net(const MAKER &maker, int32_t net) {
     size_t at = static_cast<size_t>(net);
-    return (maker.module.nets[at].marks & NL_MARK_DONT_CARE) != 0 && maker.first_port[at] == NL_NONE &&
-           (maker.uses[at] & (USE_DRIVEN | USE_BOTH_WAYS)) == 0;
+    return (maker.module.nets[at].marks & NL_MARK_DONT_CARE) != 0 &&
+           (maker.uses[at] & (USE_DRIVEN | USE_BOTH_WAYS | USE_PORT)) == 0;
 }
 
-// The port that a net is written as, or NL_NONE when it has to be a wire of its own.
+// The port that a net with ports is written as, or NL_NONE when it has to be a wire of its own.
 int32_t choose_port(const MAKER &maker, int32_t net) {
     // By direction: the number of ports, and the one with the net's name or else the first.
     int32_t counts[3] = {0, 0, 0};
     int32_t best[3] = {NL_NONE, NL_NONE, NL_NONE};
-    for (int32_t port = maker.first_port[static_cast<size_t>(net)]; port != NL_NONE;
+    for (int32_t port = maker.first_port.at(net); port != NL_NONE;
          port = maker.next_port[static_cast<size_t>(port)]) {
         const NL_PORT &row = maker.module.ports[static_cast<size_t>(port)];
         bool same_name = row.name == maker.module.nets[static_cast<size_t>(net)].name;
@@ -147,109 +203,104 @@ int32_t choose_port(const MAKER &maker, int32_t net) {
 }
 
 void lay_instances(MAKER &maker) {
-    LAYOUT &layout = maker.layout;
-    layout.instances.assign(maker.module.instances.size(), NL_NONE);
-    std::vector<size_t> twice;
-    for (size_t i = 0; i < layout.instances.size(); i++) {
-        const NL_INSTANCE &instance = maker.module.instances[i];
-        if (!LAYOUT_is_written(instance))
-            continue;
-        layout.instances[i] = full_name(maker, instance.name, instance.scope);
-        // A name of the top itself is its own; one that only its path makes equal is changed.
-        if (instance.scope == NL_NONE && !take(maker, layout.instances[i]))
-            twice.push_back(i);
+    std::vector<int32_t> twice;
+    // A name of the top itself is its own; one that only its path makes equal is changed.
+    for (bool at_top : {true, false}) {
+        if (!at_top && !maker.paths_clash)
+            break;
+        for (size_t i = 0; i < maker.module.instances.size(); i++) {
+            const NL_INSTANCE &instance = maker.module.instances[i];
+            if (LAYOUT_is_written(instance) && (instance.scope == NL_NONE) == at_top &&
+                !take(maker, {instance.name, instance.scope}))
+                twice.push_back(static_cast<int32_t>(i));
+        }
     }
-    for (size_t i = 0; i < layout.instances.size(); i++)
-        if (layout.instances[i] != NL_NONE && maker.module.instances[i].scope != NL_NONE &&
-            !take(maker, layout.instances[i]))
-            twice.push_back(i);
-    for (const NL_NET &net : maker.module.nets) // names that are made must differ from these as well
-        full_name(maker, net.name, net.scope);
-    for (size_t i : twice)
-        layout.instances[i] = new_name(maker, layout.instances[i]);
+    for (int32_t i : twice) {
+        LAYOUT_NAME name = new_name(maker, LAYOUT_instance_name(maker.layout, i));
+        maker.layout.new_instance_names.emplace(i, name);
+    }
 }
 
-void lay_wire_vectors(MAKER &maker, const std::vector<int32_t> &wires, const std::vector<int32_t> &names,
-                      std::vector<bool> &placed) {
+// Collects the wire `net` if its name is that of a vector's bit.
+void find_wire_bit(MAKER &maker, int32_t net, std::unordered_map<int64_t, size_t> &vector_of_base) {
+    LAYOUT_NAME name = LAYOUT_net_name(maker.layout, net);
+    if (!LAYOUT_component(maker.layout, name.name).ends_with(']'))
+        return;
+    name = compared_name(maker, name);
+    NL_BIT bit;
+    bool whole = (maker.module.nets[static_cast<size_t>(net)].marks & NL_MARK_WHOLE) != 0;
+    if (whole || !NL_parse_bit(LAYOUT_component(maker.layout, name.name), bit))
+        return;
+    LAYOUT_NAME base = {name_of_text(maker, bit.base), name.scope};
+    auto [place, is_new] =
+        vector_of_base.try_emplace(int64_t{base.scope} << 32 | base.name, maker.wire_vectors.size());
+    if (is_new)
+        maker.wire_vectors.push_back({base, bit.index, bit.index});
+    WIRE_VECTOR &vector = maker.wire_vectors[place->second];
+    vector.low = std::min(vector.low, bit.index);
+    vector.high = std::max(vector.high, bit.index);
+    vector.count++;
+    maker.wire_bits.push_back({net, bit.index, place->second});
+}
+
+void lay_wire_vectors(MAKER &maker) {
     LAYOUT &layout = maker.layout;
-    std::unordered_map<int32_t, WIRE_VECTOR> vectors;
-    std::vector<int32_t> bases(wires.size(), NL_NONE);
-    std::vector<int32_t> indexes(wires.size());
-    for (size_t i = 0; i < wires.size(); i++) {
-        NL_BIT bit;
-        bool whole = (maker.module.nets[static_cast<size_t>(wires[i])].marks & NL_MARK_WHOLE) != 0;
-        if (names[i] == NL_NONE || whole || !NL_parse_bit(NL_text(layout.names, names[i]), bit))
-            continue;
-        bases[i] = NL_name_in_place(layout.names, bit.base);
-        indexes[i] = bit.index;
-        auto [place, is_new] = vectors.try_emplace(bases[i], WIRE_VECTOR{bit.index, bit.index});
-        WIRE_VECTOR &vector = place->second;
-        vector.low = std::min(vector.low, bit.index);
-        vector.high = std::max(vector.high, bit.index);
-        vector.count++;
-    }
-    for (size_t i = 0; i < wires.size(); i++) {
-        if (bases[i] == NL_NONE)
-            continue;
-        WIRE_VECTOR &vector = vectors.find(bases[i])->second;
+    for (const WIRE_BIT &bit : maker.wire_bits) {
+        WIRE_VECTOR &vector = maker.wire_vectors[bit.vector];
         if (vector.count != int64_t{vector.high} - vector.low + 1)
             continue;
         if (vector.item == NL_NONE) {
-            if (!take(maker, bases[i])) {
+            if (!take(maker, vector.base)) {
                 vector.count = -1;
                 continue;
             }
             vector.item = static_cast<int32_t>(layout.items.size());
-            layout.items.push_back({bases[i], NL_NONE, true, vector.high, vector.low});
+            layout.items.push_back({vector.base, NL_NONE, true, vector.high, vector.low});
         }
-        layout.nets[static_cast<size_t>(wires[i])] = {vector.item, indexes[i]};
-        placed[i] = true;
+        layout.nets[static_cast<size_t>(bit.net)] = {vector.item, bit.index};
     }
 }
 
-void lay_wires(MAKER &maker, const std::vector<int32_t> &wires) {
+void lay_wires(MAKER &maker) {
     LAYOUT &layout = maker.layout;
-    std::vector<int32_t> names(wires.size(), NL_NONE);
-    for (size_t i = 0; i < wires.size(); i++) {
-        const NL_NET &net = maker.module.nets[static_cast<size_t>(wires[i])];
-        int32_t name = full_name(maker, net.name, net.scope);
-        if (take(maker, name))
-            names[i] = name;
-    }
-    std::vector<bool> placed(wires.size());
-    lay_wire_vectors(maker, wires, names, placed);
-    for (size_t i = 0; i < wires.size(); i++) {
-        if (placed[i])
+    std::vector<int32_t> nameless;
+    std::unordered_map<int64_t, size_t> vector_of_base;
+    for (int32_t net = NL_VCC + 1; net < static_cast<int32_t>(layout.nets.size()); net++) {
+        if (layout.nets[static_cast<size_t>(net)].item != LAYOUT_WIRE)
             continue;
-        const NL_NET &net = maker.module.nets[static_cast<size_t>(wires[i])];
-        int32_t name =
-            names[i] != NL_NONE ? names[i] : new_name(maker, full_name(maker, net.name, net.scope));
-        layout.nets[static_cast<size_t>(wires[i])] = {static_cast<int32_t>(layout.items.size()), 0};
-        layout.items.push_back({name, NL_NONE, false, 0, 0});
+        if (take(maker, LAYOUT_net_name(layout, net)))
+            find_wire_bit(maker, net, vector_of_base);
+        else
+            nameless.push_back(net);
     }
+    lay_wire_vectors(maker);
+    layout.vectors_end = layout.items.size();
+    if (!maker.known.empty())
+        know_vectors(maker);
+    for (int32_t net : nameless)
+        layout.new_net_names.emplace(net, new_name(maker, LAYOUT_net_name(layout, net)));
 }
 
 void lay_nets(MAKER &maker) {
     LAYOUT &layout = maker.layout;
     layout.nets.assign(maker.module.nets.size(), NO_BIT);
-    maker.port_of_net.assign(maker.module.nets.size(), NL_NONE);
     layout.nets[NL_GND] = {LAYOUT_GND, 0};
     layout.nets[NL_VCC] = {LAYOUT_VCC, 0};
-    std::vector<int32_t> wires;
     for (int32_t net = NL_VCC + 1; net < static_cast<int32_t>(maker.module.nets.size()); net++) {
         size_t at = static_cast<size_t>(net);
         if (is_unknown_net(maker, net)) {
             layout.nets[at] = {LAYOUT_UNKNOWN, 0};
             continue;
         }
-        int32_t port = maker.first_port[at] != NL_NONE ? choose_port(maker, net) : NL_NONE;
-        maker.port_of_net[at] = port;
-        if (port != NL_NONE)
+        int32_t port = (maker.uses[at] & USE_PORT) != 0 ? choose_port(maker, net) : NL_NONE;
+        if (port != NL_NONE) {
+            maker.port_of_net.emplace(net, port);
             layout.nets[at] = maker.port_bits[static_cast<size_t>(port)];
-        else
-            wires.push_back(net);
+        } else {
+            layout.nets[at] = {LAYOUT_WIRE, net};
+        }
     }
-    lay_wires(maker, wires);
+    lay_wires(maker);
 }
 
 [[noreturn]] void refuse_joined(const MAKER &maker, int32_t a, int32_t b) {
@@ -264,19 +315,25 @@ void lay_nets(MAKER &maker) {
         NL_string(maker.design.names, maker.module.name).c_str());
 }
 
+// The port that stands for a net, or NL_NONE.
+int32_t port_for(const MAKER &maker, int32_t net) {
+    auto found = maker.port_of_net.find(net);
+    return found != maker.port_of_net.end() ? found->second : NL_NONE;
+}
+
 void lay_assigns(MAKER &maker) {
     LAYOUT &layout = maker.layout;
+    auto is_given = [](LAYOUT_BIT bit) { return bit.item >= 0 || bit.item == LAYOUT_WIRE; };
     for (size_t i = 0; i < maker.module.ports.size(); i++) {
         const NL_PORT &port = maker.module.ports[i];
-        if (port.net == NL_NONE ||
-            maker.port_of_net[static_cast<size_t>(port.net)] == static_cast<int32_t>(i))
+        if (port.net == NL_NONE || port_for(maker, port.net) == static_cast<int32_t>(i))
             continue;
         LAYOUT_BIT net = layout.nets[static_cast<size_t>(port.net)];
-        if (port.direction == NL_OUTPUT || (port.direction == NL_BIDI && net.item < 0))
+        if (port.direction == NL_OUTPUT || (port.direction == NL_BIDI && !is_given(net)))
             layout.assigns.push_back({maker.port_bits[i], net});
         else if (port.direction == NL_BIDI)
-            refuse_joined(maker, maker.port_of_net[static_cast<size_t>(port.net)], static_cast<int32_t>(i));
-        else if (net.item >= 0)
+            refuse_joined(maker, port_for(maker, port.net), static_cast<int32_t>(i));
+        else if (is_given(net))
             layout.assigns.push_back({net, maker.port_bits[i]});
     }
     for (const NL_ASSIGN &assign : maker.module.assigns)
@@ -303,7 +360,7 @@ void lay_helpers(MAKER &maker) {
         if (LAYOUT_is_written(instance))
             for (const NL_GROUP &group : def.groups)
                 if (group.count > 1)
-                    LAYOUT_pins(layout, maker.module, instance, def, group, open_used, bits);
+                    LAYOUT_pins(layout, instance, def, group, open_used, bits);
     }
     if (open_used == 0)
         return;
@@ -313,8 +370,12 @@ void lay_helpers(MAKER &maker) {
 
 } // namespace
 
-LAYOUT LAYOUT_make(const NL_DESIGN &design, const NL_MODULE &module, const LAYOUT_RULES &rules) {
-    MAKER maker{design, module, rules};
+LAYOUT LAYOUT_make(const NL_DESIGN &design, const NL_MODULE &module, const LAYOUT_RULES &rules,
+                   LAYOUT_TAKEN &taken) {
+    taken.round++;
+    MAKER maker{design, module, rules, taken, PATHS_may_clash(design, module)};
+    maker.layout.design = &design;
+    maker.layout.module = &module;
     lay_ports(maker);
     find_uses(maker);
     lay_instances(maker);
@@ -324,24 +385,66 @@ LAYOUT LAYOUT_make(const NL_DESIGN &design, const NL_MODULE &module, const LAYOU
     return std::move(maker.layout);
 }
 
-LAYOUT_BIT LAYOUT_pin(const LAYOUT &layout, int32_t net, int32_t direction) {
-    if (net == NL_NONE)
-        return NO_BIT;
-    LAYOUT_BIT bit = layout.nets[static_cast<size_t>(net)];
-    if (net <= NL_VCC && direction == NL_OUTPUT)
-        return NO_BIT;
-    if (net <= NL_VCC && direction == NL_BIDI)
-        return {layout.constant_wires[net], 0};
-    return bit;
+LAYOUT_NAME LAYOUT_net_name(const LAYOUT &layout, int32_t net) {
+    if (!layout.new_net_names.empty())
+        if (auto found = layout.new_net_names.find(net); found != layout.new_net_names.end())
+            return found->second;
+    const NL_NET &row = layout.module->nets[static_cast<size_t>(net)];
+    return {row.name, row.scope};
 }
 
-bool LAYOUT_pins(const LAYOUT &layout, const NL_MODULE &module, const NL_INSTANCE &instance,
-                 const NL_MODULE &def, const NL_GROUP &group, int32_t &open_used,
-                 std::vector<LAYOUT_BIT> &bits) {
+LAYOUT_NAME LAYOUT_instance_name(const LAYOUT &layout, int32_t instance) {
+    if (!layout.new_instance_names.empty())
+        if (auto found = layout.new_instance_names.find(instance); found != layout.new_instance_names.end())
+            return found->second;
+    const NL_INSTANCE &row = layout.module->instances[static_cast<size_t>(instance)];
+    return {row.name, row.scope};
+}
+
+std::string_view LAYOUT_component(const LAYOUT &layout, int32_t name) {
+    auto own = static_cast<size_t>(name) - layout.design->names.texts.size();
+    return static_cast<size_t>(name) < layout.design->names.texts.size() ? NL_text(layout.design->names, name)
+                                                                         : layout.own_names.texts[own];
+}
+
+std::string LAYOUT_text(const LAYOUT &layout, LAYOUT_NAME name) {
+    return name.scope == NL_NONE ? std::string(LAYOUT_component(layout, name.name))
+                                 : NL_full_name(*layout.design, *layout.module, name.name, name.scope);
+}
+
+bool LAYOUT_has_name(const LAYOUT &layout, std::string_view text) {
+    auto is_it = [&](LAYOUT_NAME name) { return LAYOUT_text(layout, name) == text; };
+    for (const LAYOUT_ITEM &item : layout.items)
+        if (is_it(item.name))
+            return true;
+    for (const NL_PORT &port : layout.module->ports)
+        if (is_it({port.name}))
+            return true;
+    for (int32_t i = 0; i < static_cast<int32_t>(layout.module->instances.size()); i++) {
+        const NL_INSTANCE &instance = layout.module->instances[static_cast<size_t>(i)];
+        if (LAYOUT_is_written(instance) &&
+            (is_it({instance.name, instance.scope}) || is_it(LAYOUT_instance_name(layout, i))))
+            return true;
+    }
+    for (int32_t net = 0; net < static_cast<int32_t>(layout.nets.size()); net++) {
+        const NL_NET &row = layout.module->nets[static_cast<size_t>(net)];
+        std::string name = LAYOUT_text(layout, LAYOUT_net_name(layout, net));
+        NL_BIT bit;
+        // A vector that lacks a bit has its name all the same.
+        bool of_vector = layout.nets[static_cast<size_t>(net)].item == LAYOUT_WIRE &&
+                         (row.marks & NL_MARK_WHOLE) == 0 && NL_parse_bit(name, bit) && bit.base == text;
+        if (of_vector || name == text || is_it({row.name, row.scope}))
+            return true;
+    }
+    return false;
+}
+
+bool LAYOUT_pins(const LAYOUT &layout, const NL_INSTANCE &instance, const NL_MODULE &def,
+                 const NL_GROUP &group, int32_t &open_used, std::vector<LAYOUT_BIT> &bits) {
     bits.clear();
     int32_t open = 0;
     for (int32_t port = group.first; port < group.first + group.count; port++) {
-        int32_t net = module.pins[static_cast<size_t>(instance.first_pin + port)];
+        int32_t net = layout.module->pins[static_cast<size_t>(instance.first_pin + port)];
         bits.push_back(LAYOUT_pin(layout, net, def.ports[static_cast<size_t>(port)].direction));
         open += bits.back().item == LAYOUT_OPEN;
     }

@@ -1,6 +1,7 @@
 #include "siblings/verilog_words.hh"
 
-#include <cctype>
+#include <array>
+#include <bitset>
 #include <iterator>
 #include <unordered_set>
 
@@ -40,14 +41,41 @@ constexpr std::string_view later_words[] = {
     "timeprecision", "timeunit",    "type",        "typedef",      "union",      "unique",     "uwire",
     "var",           "virtual",     "void",        "weak",         "with",       "within"};
 
-bool is_plain(std::string_view text) {
-    if (text.empty() || (!std::isalpha(static_cast<unsigned char>(text[0])) && text[0] != '_'))
-        return false;
-    for (char c : text)
-        if (!std::isalnum(static_cast<unsigned char>(c)) && c != '_' && c != '$')
-            return false;
-    return true;
+using WORD_SET = std::unordered_set<std::string_view>;
+
+const WORD_SET &all_words() {
+    static const WORD_SET all = [] {
+        WORD_SET made(std::begin(words), std::end(words));
+        made.insert(std::begin(later_words), std::end(later_words));
+        return made;
+    }();
+    return all;
 }
+
+size_t ends_of(std::string_view text) {
+    return size_t{static_cast<unsigned char>(text.front())} << 8 | static_cast<unsigned char>(text.back());
+}
+
+// True when some word begins and ends like the text, which few names do.
+bool has_ends_of_a_word(std::string_view text) {
+    static const std::bitset<1 << 16> ends = [] {
+        std::bitset<1 << 16> made;
+        for (std::string_view word : all_words())
+            made.set(ends_of(word));
+        return made;
+    }();
+    return ends.test(ends_of(text));
+}
+
+// By character: 1 for those of a plain identifier, 2 for those that it may begin with as well.
+constexpr auto plain_characters = [] {
+    std::array<uint8_t, 256> made{};
+    for (unsigned char c : std::string_view("0123456789$"))
+        made[c] = 1;
+    for (unsigned char c : std::string_view("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ_"))
+        made[c] = 2;
+    return made;
+}();
 
 } // namespace
 
@@ -59,16 +87,18 @@ void VLOG_put_words(NL_NAMES &names) {
 }
 
 bool VLOG_is_reserved(std::string_view text) {
-    static const std::unordered_set<std::string_view> all = [] {
-        std::unordered_set<std::string_view> made(std::begin(words), std::end(words));
-        made.insert(std::begin(later_words), std::end(later_words));
-        return made;
-    }();
-    return all.contains(text);
+    return !text.empty() && has_ends_of_a_word(text) && all_words().contains(text);
+}
+
+bool VLOG_is_plain(std::string_view text) {
+    if (text.empty() || plain_characters[static_cast<unsigned char>(text[0])] != 2)
+        return false;
+    for (char c : text)
+        if (plain_characters[static_cast<unsigned char>(c)] == 0)
+            return false;
+    return !VLOG_is_reserved(text);
 }
 
 std::string VLOG_identifier(std::string_view text) {
-    if (is_plain(text) && !VLOG_is_reserved(text))
-        return std::string(text);
-    return "\\" + std::string(text) + " ";
+    return VLOG_is_plain(text) ? std::string(text) : "\\" + std::string(text) + " ";
 }

@@ -48,5 +48,8 @@ void VLOG_put_words(NL_NAMES &names);
 /// True for a reserved word of IEEE 1364, or of IEEE 1800 where a reader of today would stumble over it.
 bool VLOG_is_reserved(std::string_view text);
 
+/// True for an identifier that needs no escape.
+bool VLOG_is_plain(std::string_view text);
+
 /// `text` as an identifier: as it stands, or escaped, with the blank that ends it.
 std::string VLOG_identifier(std::string_view text);

@@ -2,10 +2,9 @@
 #pragma once
 
 #include "siblings/netlist.hh"
-
-#include <string>
+#include "siblings/text_sink.hh"
 
 /// Appends the modules. A name that Verilog cannot hold, or two ports of both directions on one net, end the
 /// program.
-void VLOG_write_modules(std::string &text, const NL_DESIGN &design,
+void VLOG_write_modules(TEXT_SINK &text, const NL_DESIGN &design,
                         const std::vector<const NL_MODULE *> &modules);

@@ -22,14 +22,16 @@ struct SHARED {
     std::unordered_set<std::string_view> modules;          ///< names of all modules
     std::unordered_set<int32_t> written;                   ///< names of the modules of the file
     std::vector<COMPONENT> components;                     ///< of each module of the design
+    LAYOUT_TAKEN taken{};
 };
 
 struct WRITER {
-    std::string &text;
+    TEXT_SINK &text;
     SHARED &shared;
     const NL_MODULE &module;
     LAYOUT layout;
     std::vector<std::string> item_names;
+    std::vector<std::string> net_names;    // of wires of their own
     std::unordered_set<std::string> taken; ///< basic identifiers of the entity, in small letters
 };
 
@@ -85,16 +87,16 @@ const COMPONENT &component_of(SHARED &shared, int32_t index) {
     return component;
 }
 
-std::string inner_name(WRITER &writer, int32_t name) {
-    std::string_view text = NL_text(writer.layout.names, name);
+std::string inner_name(WRITER &writer, LAYOUT_NAME name) {
+    std::string text = LAYOUT_text(writer.layout, name);
     std::string folded = VHDL_folded(text);
     if (VHDL_is_basic(text) && !writer.shared.module_names.contains(folded) &&
         writer.taken.insert(folded).second)
-        return std::string(text);
-    std::string other(text);
+        return text;
+    std::string other = text;
     for (int number = 1; is_component(writer.shared, other); number++) {
-        std::string next = std::string(text) + "_n" + std::to_string(number);
-        if (NL_find_name(writer.layout.names, next) < 0)
+        std::string next = text + "_n" + std::to_string(number);
+        if (!LAYOUT_has_name(writer.layout, next))
             other = next;
     }
     return extended(writer.shared.design, writer.module, other);
@@ -135,19 +137,40 @@ void put_components(WRITER &writer) {
     }
 }
 
-void put_signals(WRITER &writer) {
-    for (size_t i = writer.layout.port_count; i < writer.layout.items.size(); i++) {
+void put_signal(WRITER &writer, const std::string &name, const std::string &type, const char *end) {
+    writer.text += "  signal ";
+    writer.text += name;
+    writer.text += " : ";
+    writer.text += type;
+    writer.text += end;
+}
+
+void put_item_signals(WRITER &writer, size_t first, size_t end) {
+    for (size_t i = first; i < end; i++) {
         const LAYOUT_ITEM &item = writer.layout.items[i];
-        writer.text +=
-            "  signal " + writer.item_names[i] + " : " + type_of(item.vector, item.left, item.right);
         // Nothing drives what an input is left open with.
-        writer.text += static_cast<int32_t>(i) == writer.layout.open_wires ? " := (others => 'Z');\n" : ";\n";
+        bool open = static_cast<int32_t>(i) == writer.layout.open_wires;
+        put_signal(writer, writer.item_names[i], type_of(item.vector, item.left, item.right),
+                   open ? " := (others => 'Z');\n" : ";\n");
     }
 }
 
+void put_signals(WRITER &writer) {
+    const LAYOUT &layout = writer.layout;
+    put_item_signals(writer, layout.port_count, layout.vectors_end);
+    for (size_t net = 0; net < layout.nets.size(); net++)
+        if (layout.nets[net].item == LAYOUT_WIRE)
+            put_signal(writer, writer.net_names[net], "std_logic", ";\n");
+    put_item_signals(writer, layout.vectors_end, layout.items.size());
+}
+
 void put_bit(WRITER &writer, LAYOUT_BIT bit) {
-    if (bit.item < 0) {
+    if (LAYOUT_is_constant(bit)) {
         writer.text += bit.item == LAYOUT_GND ? "'0'" : bit.item == LAYOUT_VCC ? "'1'" : "'X'";
+        return;
+    }
+    if (bit.item == LAYOUT_WIRE) {
+        writer.text += writer.net_names[static_cast<size_t>(bit.index)];
         return;
     }
     writer.text += writer.item_names[static_cast<size_t>(bit.item)];
@@ -188,7 +211,7 @@ void put_pins(WRITER &writer, const NL_INSTANCE &instance, const NL_MODULE &def,
     const char *separator = "";
     for (size_t pin = 0; pin < def.groups.size(); pin++) {
         const NL_GROUP &group = def.groups[pin];
-        bool connected = LAYOUT_pins(writer.layout, writer.module, instance, def, group, open_used, bits);
+        bool connected = LAYOUT_pins(writer.layout, instance, def, group, open_used, bits);
         if (!connected || !group.vector || is_whole(writer, group, bits)) {
             writer.text += separator + ("\n      " + component.ports[pin]) + " => ";
             if (!connected)
@@ -218,7 +241,8 @@ void put_instances(WRITER &writer) {
         if (!LAYOUT_is_written(instance))
             continue;
         const NL_MODULE &def = writer.shared.design.modules[static_cast<size_t>(instance.def)];
-        writer.text += "  " + inner_name(writer, writer.layout.instances[i]);
+        writer.text +=
+            "  " + inner_name(writer, LAYOUT_instance_name(writer.layout, static_cast<int32_t>(i)));
         writer.text += " : " + component_of(writer.shared, instance.def).name;
         if (!def.groups.empty()) {
             writer.text += "\n    port map (";
@@ -229,15 +253,29 @@ void put_instances(WRITER &writer) {
     }
 }
 
-void put_module(std::string &text, SHARED &shared, const NL_MODULE &module) {
-    LAYOUT layout =
-        LAYOUT_make(shared.design, module, {.outputs_are_read = false, .inputs_take_any_pin = false});
+// Names that are taken first keep a plain form, so that the order is that of the declarations.
+void name_signals(WRITER &writer) {
+    const LAYOUT &layout = writer.layout;
+    auto name_items = [&](size_t first, size_t end) {
+        for (size_t i = first; i < end; i++)
+            writer.item_names.push_back(inner_name(writer, layout.items[i].name));
+    };
+    name_items(layout.port_count, layout.vectors_end);
+    writer.net_names.resize(layout.nets.size());
+    for (size_t net = 0; net < layout.nets.size(); net++)
+        if (layout.nets[net].item == LAYOUT_WIRE)
+            writer.net_names[net] = inner_name(writer, LAYOUT_net_name(layout, static_cast<int32_t>(net)));
+    name_items(layout.vectors_end, layout.items.size());
+}
+
+void put_module(TEXT_SINK &text, SHARED &shared, const NL_MODULE &module) {
+    LAYOUT layout = LAYOUT_make(shared.design, module,
+                                {.outputs_are_read = false, .inputs_take_any_pin = false}, shared.taken);
     COMPONENT entity = make_component(shared, module);
-    WRITER writer = {text, shared, module, std::move(layout), entity.ports, {}};
+    WRITER writer = {text, shared, module, std::move(layout), entity.ports, {}, {}};
     for (const std::string &port : entity.ports)
         writer.taken.insert(VHDL_folded(port));
-    for (size_t i = writer.layout.port_count; i < writer.layout.items.size(); i++)
-        writer.item_names.push_back(inner_name(writer, writer.layout.items[i].name));
+    name_signals(writer);
     text += "library ieee;\nuse ieee.std_logic_1164.all;\nuse work.all;\n\nentity " + entity.name + " is\n";
     put_ports(writer, entity, module, "  ");
     text += "end " + entity.name + ";\n\narchitecture netlist of " + entity.name + " is\n";
@@ -251,9 +289,9 @@ void put_module(std::string &text, SHARED &shared, const NL_MODULE &module) {
 
 } // namespace
 
-void VHDL_write_modules(std::string &text, const NL_DESIGN &design,
+void VHDL_write_modules(TEXT_SINK &text, const NL_DESIGN &design,
                         const std::vector<const NL_MODULE *> &modules) {
-    SHARED shared = {design, {}, {}, {}, std::vector<COMPONENT>(design.modules.size())};
+    SHARED shared = {design, {}, {}, {}, std::vector<COMPONENT>(design.modules.size()), {}};
     for (const NL_MODULE &module : design.modules) {
         std::string_view name = NL_text(design.names, module.name);
         shared.module_names[VHDL_folded(name)]++;
@@ -262,7 +300,7 @@ void VHDL_write_modules(std::string &text, const NL_DESIGN &design,
     for (const NL_MODULE *module : modules)
         shared.written.insert(module->name);
     for (const NL_MODULE *module : modules) {
-        text += text.empty() ? "" : "\n";
+        text += module == modules.front() ? "" : "\n";
         put_module(text, shared, *module);
     }
 }

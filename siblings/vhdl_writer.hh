@@ -2,11 +2,10 @@
 #pragma once
 
 #include "siblings/netlist.hh"
-
-#include <string>
+#include "siblings/text_sink.hh"
 
 /// Appends the modules as entities, each behind those that it instantiates. Modules and cells are
 /// instantiated as components, which find the entities of their names. A name that VHDL cannot hold, or two
 /// ports of both directions on one net, end the program.
-void VHDL_write_modules(std::string &text, const NL_DESIGN &design,
+void VHDL_write_modules(TEXT_SINK &text, const NL_DESIGN &design,
                         const std::vector<const NL_MODULE *> &modules);

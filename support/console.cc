@@ -92,7 +92,7 @@ void error_printf(const char *format, ...) {
 }
 
 void end_run(int status) {
-    discard_unfinished_file();
+    discard_unfinished_files();
     end_process(status);
 }
 

@@ -14,9 +14,9 @@
 
 namespace {
 
-/// Name of the temporary file, for those who must not allocate; empty when there is none. The first character
+/// Names of the temporary files, for those who must not allocate; an empty one is free. The first character
 /// is set last and cleared first.
-char unfinished[PATH_MAX];
+char unfinished[2][PATH_MAX];
 
 std::string folder_of(const std::string &path) {
     return path.substr(0, path.rfind('/') + 1);
@@ -61,11 +61,18 @@ bool make_temporary(whole_file &file) {
     file.descriptor = make_temporary_file(folder_of(file.target), file.temporary);
     if (file.descriptor < 0)
         return false;
-    if (file.temporary.size() < sizeof unfinished) { // the system takes no longer name
-        std::memcpy(unfinished + 1, file.temporary.c_str() + 1, file.temporary.size());
-        unfinished[0] = file.temporary[0];
+    file.listed = unfinished[0][0] == '\0' ? unfinished[0] : unfinished[1];
+    if (file.temporary.size() < PATH_MAX) { // the system takes no longer name
+        std::memcpy(file.listed + 1, file.temporary.c_str() + 1, file.temporary.size());
+        file.listed[0] = file.temporary[0];
     }
     return true;
+}
+
+void remove_listed(char *name) {
+    if (name[0] != '\0')
+        ::unlink(name);
+    name[0] = '\0';
 }
 
 void note_failure(whole_file &file, bool done) {
@@ -133,9 +140,10 @@ bool finish_file(whole_file &file) {
     file.descriptor = -1;
     if (!in_place && file.reason == 0)
         note_failure(file, ::rename(file.temporary.c_str(), file.target.c_str()) == 0);
-    if (file.reason != 0)
-        discard_unfinished_file();
-    unfinished[0] = '\0';
+    if (file.reason != 0 && !in_place)
+        remove_listed(file.listed);
+    if (!in_place)
+        file.listed[0] = '\0';
     return file.reason == 0 || refuse(file.reason);
 }
 
@@ -148,10 +156,9 @@ bool can_write_file(const std::string &path) {
     return (exists && !S_ISREG(earlier.st_mode)) || can_rename_in(folder_of(target));
 }
 
-void discard_unfinished_file() {
-    if (unfinished[0] != '\0')
-        ::unlink(unfinished);
-    unfinished[0] = '\0';
+void discard_unfinished_files() {
+    for (char *name : unfinished)
+        remove_listed(name);
 }
 
 bool write_text_file(const std::string &path, std::string_view text) {

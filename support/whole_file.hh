@@ -17,13 +17,14 @@
 
 constexpr size_t whole_file_piece = size_t{1} << 20; ///< bytes that are collected for one call of the system
 
-/// A file in the making. One at a time.
+/// A file in the making. Two at a time, one of which may be finished while the other is written.
 struct whole_file {
     std::string target{};              ///< where the bytes go in the end, behind a link
     std::string temporary{};           ///< where they are until then; empty for a device or pipe
     std::unique_ptr<char[]> pending{}; ///< a piece of bytes that are not yet handed to the system
     size_t pending_size = 0;
-    mode_t mode = 0; ///< permissions in the end
+    char *listed = nullptr; ///< its entry among the unfinished files
+    mode_t mode = 0;        ///< permissions in the end
     int descriptor = -1;
     int reason = 0; ///< errno of the first failure; what is put behind it is passed over
 };
@@ -50,9 +51,9 @@ bool finish_file(whole_file &file);
 /// True when begin_file would find nothing against the file `path`; else errno says what. Touches nothing.
 bool can_write_file(const std::string &path);
 
-/// Removes the temporary file of the file in the making, if there is one. Allocates nothing and may be called
+/// Removes the temporary files of the files in the making. Allocates nothing and may be called
 /// in a signal handler.
-void discard_unfinished_file();
+void discard_unfinished_files();
 
 /// Writes `text` as the file `path`. False when the file cannot be begun; a failure behind that prints one
 /// error with the name and the reason on the console and the report, and ends the run.
