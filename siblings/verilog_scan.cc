@@ -11,7 +11,8 @@
 
 namespace {
 
-enum CHAR_CLASS : uint8_t { BLANK = 1, NAME_START = 2, NAME_PART = 4, DIGIT = 8 };
+// LONE: a symbol whatever follows it.
+enum CHAR_CLASS : uint8_t { BLANK = 1, NAME_START = 2, NAME_PART = 4, DIGIT = 8, LONE = 16 };
 
 constexpr std::array<uint8_t, 256> char_class = [] {
     std::array<uint8_t, 256> made{};
@@ -23,6 +24,8 @@ constexpr std::array<uint8_t, 256> char_class = [] {
     made['$'] = NAME_PART;
     for (int c = '0'; c <= '9'; c++)
         made[c] = NAME_PART | DIGIT;
+    for (char c : {'.', ',', ';', ')', '[', ']', ':', '{', '}', '='})
+        made[static_cast<uint8_t>(c)] = LONE;
     return made;
 }();
 
@@ -192,6 +195,31 @@ void scan_token(VSCAN &scan, VSCAN_SOURCE &source) {
         scan_symbol(scan, source);
 }
 
+// The tokens that a netlist is full of: names and symbols behind no more than blanks. False elsewhere.
+bool scan_common(VSCAN &scan, VSCAN_SOURCE &source) {
+    const char *at = source.at;
+    while (at < source.end && is_class(*at, BLANK))
+        at++;
+    if (at == source.end)
+        return false;
+    bool opens = *at == '(' && at + 1 < source.end && at[1] != '*';
+    bool lone = opens || is_class(*at, LONE);
+    if (!lone && !is_class(*at, NAME_START))
+        return false;
+    source.at = at;
+    scan.token.line = source.line;
+    scan.token.symbol = 0;
+    if (!lone) {
+        scan_name(scan, source);
+        return true;
+    }
+    scan.token.kind = TOKEN_SYMBOL;
+    scan.token.symbol = *at;
+    scan.token.text = {at, 1};
+    source.at = at + 1;
+    return true;
+}
+
 } // namespace
 
 bool VSCAN_is_name_start(char c) {
@@ -251,6 +279,8 @@ void VSCAN_next(VSCAN &scan) {
             return;
         }
         VSCAN_SOURCE &source = scan.sources.back();
+        if (scan_common(scan, source))
+            return;
         if (!VSCAN_skip_blanks(scan, source)) {
             // The end of the outermost file is a token, so that errors there can name the file.
             if (scan.sources.size() == 1) {
