@@ -65,6 +65,26 @@ TEST(Flat, NamesStayApart) {
     expect_parts(text, {"  INV \\u.n2  (.A(a), ", "  INV \\u.n2_n1  (.A(", "  INV \\u.i  (.A(a), "});
 }
 
+// Without a separator in a name, paths are told apart by their parts; names at the top still may be taken
+// twice, and a vector of a scope has the name of nothing else there.
+TEST(Flat, PathsOfPlainNames) {
+    netlist_folder folder;
+    folder.take("top",
+                "module leaf (input a, output y); wire [1:0] n; INV i (a, n[0]), \\k[0] (n[0], n[1]);\n"
+                "  INV o (n[1], y); endmodule\n"
+                "module top (input a, output y, output z); wire n;\n"
+                "  leaf u (a, n), v (n, y); INV i (n, z); endmodule");
+    auto parts_of_flat = [&](std::initializer_list<const char *> parts) {
+        folder.tool("kalmflat -cellonly -keepempty top");
+        expect_parts(folder.read("top_flat.v"), parts);
+    };
+    parts_of_flat(
+        {"  wire [1:0] \\u.n ;\n", "  wire [1:0] \\v.n ;\n", "  INV i (", "  INV \\u.k[0]  (.A(\\u.n [0])"});
+    // The file of the module gets one name twice: as that of an instance and as the vector's.
+    folder.run("sed -i 's/\\x02\\x00\\x00\\x00i\\x00/\\x02\\x00\\x00\\x00n\\x00/' leaf.sdb");
+    parts_of_flat({"  INV \\u.n  (", "  wire \\u.n[0] ;\n", "  wire \\v.n[1] ;\n"});
+}
+
 // Power ports that a module below joins keep their own pins in the flat design, and the assign between them.
 TEST(Flat, PowerPortsJoinedBelow) {
     netlist_folder folder;

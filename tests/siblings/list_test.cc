@@ -166,3 +166,31 @@ TEST(List, Refusals) {
                                 "-verilog -o lib top.sdb", "-verilog -o /dev/full top.sdb"});
     EXPECT_EQ(folder.read("out.v"), "kept");
 }
+
+// A text of several pieces: it is the same in a file, which gets it piece by piece, and in a pipe, which gets
+// it at the end; what goes wrong on the way leaves the earlier file and nothing beside it.
+TEST(List, LongTextIsSavedWhole) {
+    netlist_folder folder;
+    std::string inner = "module inner (inout p, inout q, input a);\n  BPAD b (a, a, , p);\n";
+    for (int i = 0; i < 1500; i++)
+        inner += "  INV u" + std::to_string(i) + std::string(1500, 'u') + " (a);\n";
+    folder.take("top",
+                inner + "endmodule\nmodule top (inout p, inout q, input a); inner i (p, q, a); endmodule\n");
+    const std::string line = RW_BIN_DIR "/kalmlist -verilog -hierarchy -o ";
+    folder.tool("kalmlist -verilog -hierarchy -o out.v top.sdb");
+    std::string text = folder.read("out.v");
+    EXPECT_GT(text.size(), size_t{2} << 20);
+    folder.run("mkfifo pipe; cat pipe >copy & unset VELMORA VELMORA_DIRS; " + line +
+               "pipe top.sdb; wait; rm pipe");
+    EXPECT_TRUE(folder.read("copy") == text);
+
+    std::string files = folder.run("ls -A").out;
+    EXPECT_EQ(folder.run("unset VELMORA VELMORA_DIRS; ulimit -f 2000; " + line + "out.v top.sdb").err,
+              "ERROR: out.v: this file can't be written: File too large.\n");
+    // The top, which is written last, can't be said in a netlist.
+    folder.write("lib/top.cmd", "edit top\nconnect p q\nsave\nquit\n");
+    folder.tool("kalmedit -nologo -b lib/top");
+    folder.refused("kalmlist -verilog -hierarchy -o out.v top.sdb", "are one net");
+    EXPECT_TRUE(folder.read("out.v") == text);
+    EXPECT_EQ(folder.run("ls -A").out, files);
+}
