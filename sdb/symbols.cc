@@ -20,12 +20,6 @@
 
 namespace {
 
-/// One place of the open hash; id -1 is a free one.
-struct hash_slot {
-    uint32_t hash;
-    int32_t id;
-};
-
 constexpr size_t text_block_size = size_t{64} * 1024;
 constexpr uint64_t block_start_size = 24; ///< of a symbol block in a file: all that lies before its buckets
 
@@ -45,6 +39,11 @@ uint32_t file_hash(std::string_view text) {
 } // namespace
 
 struct SYM_TABLE {
+    /// One place of the open hash; id -1 is a free one.
+    struct hash_slot {
+        uint32_t hash;
+        int32_t id;
+    };
     uint32_t hash_size;
     std::vector<const char *> texts;
     const unsigned char *buckets = nullptr;        // in the file; null without trees of this machine's order
@@ -57,10 +56,10 @@ struct SYM_TABLE {
 namespace {
 
 /// The slot that holds `text`, or the free one where it belongs.
-hash_slot &find_slot(SYM_TABLE *table, std::string_view text, uint32_t hash) {
+SYM_TABLE::hash_slot &find_slot(SYM_TABLE *table, std::string_view text, uint32_t hash) {
     size_t mask = table->slots.size() - 1;
     for (size_t place = hash & mask;; place = (place + 1) & mask) {
-        hash_slot &slot = table->slots[place];
+        SYM_TABLE::hash_slot &slot = table->slots[place];
         if (slot.id < 0 || (slot.hash == hash && text == table->texts[static_cast<size_t>(slot.id)]))
             return slot;
     }
@@ -70,7 +69,7 @@ hash_slot &find_slot(SYM_TABLE *table, std::string_view text, uint32_t hash) {
 void enter_symbol(SYM_TABLE *table, int32_t id) {
     std::string_view text = table->texts[static_cast<size_t>(id)];
     uint32_t hash = text_hash(text);
-    hash_slot &slot = find_slot(table, text, hash);
+    SYM_TABLE::hash_slot &slot = find_slot(table, text, hash);
     if (slot.id < 0)
         slot = {hash, id};
 }
@@ -80,7 +79,7 @@ void build_slots(SYM_TABLE *table, size_t count) {
     size_t size = 16;
     while (size < count + count / 2)
         size *= 2;
-    table->slots.assign(size, hash_slot{0, -1});
+    table->slots.assign(size, SYM_TABLE::hash_slot{0, -1});
     for (int32_t id = 0; id < SYM_count(table); id++)
         enter_symbol(table, id);
 }

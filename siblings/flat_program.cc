@@ -8,14 +8,14 @@
 
 namespace {
 
-struct ARGUMENTS {
+struct FLAT_ARGUMENTS {
     bool keep_empty = false;
     std::string design; ///< directory and name, without ".sdb"
     std::string output_directory;
 };
 
-ARGUMENTS read_arguments(int argc, char **argv) {
-    ARGUMENTS arguments;
+FLAT_ARGUMENTS read_flat_arguments(int argc, char **argv) {
+    FLAT_ARGUMENTS arguments;
     for (int i = 1; i < argc; i++) {
         std::string_view word = argv[i];
         if (word == "-keepempty")
@@ -56,7 +56,7 @@ void free_contents(NL_MODULE &module) {
 } // namespace
 
 int FLAT_main(int argc, char **argv) {
-    ARGUMENTS arguments = read_arguments(argc, argv);
+    FLAT_ARGUMENTS arguments = read_flat_arguments(argc, argv);
     TOOL_set_search_path();
     std::string name = TOOL_base_name(arguments.design);
     std::string directory = TOOL_directory(arguments.design);

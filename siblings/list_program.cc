@@ -7,12 +7,13 @@
 
 namespace {
 
-constexpr const char *usage = "usage: kalmlist -verilog|-vhdl -hierarchy -o OUT FILE.sdb [-add_path DIR]";
+constexpr const char *list_usage =
+    "usage: kalmlist -verilog|-vhdl -hierarchy -o OUT FILE.sdb [-add_path DIR]";
 
 using WRITE_MODULES = void (*)(TEXT_SINK &text, const NL_DESIGN &design,
                                const std::vector<const NL_MODULE *> &modules);
 
-struct ARGUMENTS {
+struct LIST_ARGUMENTS {
     WRITE_MODULES write = nullptr;
     bool hierarchy = false;
     std::string output;
@@ -20,14 +21,14 @@ struct ARGUMENTS {
     std::vector<std::string> paths;
 };
 
-void take_language(ARGUMENTS &arguments, WRITE_MODULES write) {
+void take_language(LIST_ARGUMENTS &arguments, WRITE_MODULES write) {
     if (arguments.write != nullptr && arguments.write != write)
         TOOL_fail("", 0, "-verilog and -vhdl exclude each other.");
     arguments.write = write;
 }
 
-ARGUMENTS read_arguments(int argc, char **argv) {
-    ARGUMENTS arguments;
+LIST_ARGUMENTS read_list_arguments(int argc, char **argv) {
+    LIST_ARGUMENTS arguments;
     for (int i = 1; i < argc; i++) {
         std::string_view word = argv[i];
         if (word == "-verilog")
@@ -48,7 +49,7 @@ ARGUMENTS read_arguments(int argc, char **argv) {
             arguments.file = word;
     }
     if (arguments.write == nullptr || arguments.output.empty() || arguments.file.empty())
-        TOOL_fail("", 0, "%s", usage);
+        TOOL_fail("", 0, "%s", list_usage);
     return arguments;
 }
 
@@ -64,7 +65,7 @@ std::string design_name(const std::string &file) {
 } // namespace
 
 int LIST_main(int argc, char **argv) {
-    ARGUMENTS arguments = read_arguments(argc, argv);
+    LIST_ARGUMENTS arguments = read_list_arguments(argc, argv);
     TOOL_set_search_path();
     std::string name = design_name(arguments.file);
     std::string own_directory = TOOL_directory(arguments.file);

@@ -36,7 +36,7 @@ struct SYMBOLS {
 };
 
 // The file in work.
-struct WRITER {
+struct SDB_WRITER {
     const NL_DESIGN &design;
     const NL_MODULE &module;
     SYMBOLS symbols;
@@ -78,25 +78,25 @@ int32_t symbol_of_own(SYMBOLS &symbols, std::string_view text) {
     return add_symbol(symbols, -static_cast<int32_t>(symbols.own_texts.size()));
 }
 
-int32_t known_symbol(const WRITER &writer, int32_t name) {
+int32_t known_symbol(const SDB_WRITER &writer, int32_t name) {
     return writer.symbols.of_name[static_cast<size_t>(name)] - 1;
 }
 
 // A class whose last pins are the last of the table.
-void add_class(WRITER &writer, int32_t name, int32_t type, size_t pin_count) {
+void add_class(SDB_WRITER &writer, int32_t name, int32_t type, size_t pin_count) {
     auto count = static_cast<int32_t>(pin_count);
     auto first = static_cast<int32_t>(writer.pins.size()) - count;
     writer.classes.push_back({name, type, first, count, 1, 0, 0, count - 1});
 }
 
-void add_class_of(WRITER &writer, const NL_MODULE &def) {
+void add_class_of(SDB_WRITER &writer, const NL_MODULE &def) {
     for (const NL_PORT &port : def.ports)
         writer.pins.push_back({symbol_of(writer.symbols, port.name), port.direction});
     add_class(writer, symbol_of(writer.symbols, def.name), def.is_cell ? SDB_KIND_CELL : SDB_KIND_DESIGN,
               def.ports.size());
 }
 
-void add_sources(WRITER &writer) {
+void add_sources(SDB_WRITER &writer) {
     int32_t pin = symbol_of_own(writer.symbols, "Q");
     for (int32_t i = 0; i < SOURCE_COUNT; i++) {
         writer.pins.push_back({pin, SDB_OUTPUT});
@@ -106,7 +106,7 @@ void add_sources(WRITER &writer) {
     }
 }
 
-void add_ports(WRITER &writer) {
+void add_ports(SDB_WRITER &writer) {
     const auto &ports = writer.module.ports;
     for (const NL_PORT &port : ports)
         symbol_of(writer.symbols, port.name);
@@ -117,12 +117,12 @@ void add_ports(WRITER &writer) {
     });
 }
 
-const NL_MODULE &module_of(const WRITER &writer, const NL_INSTANCE &instance) {
+const NL_MODULE &module_of(const SDB_WRITER &writer, const NL_INSTANCE &instance) {
     return writer.design.modules[static_cast<size_t>(instance.def)];
 }
 
 // Calls `take` for each instance with the scope that it stands for, or NL_NONE.
-template <class TAKE> void each_instance(const WRITER &writer, TAKE take) {
+template <class TAKE> void each_instance(const SDB_WRITER &writer, TAKE take) {
     const NL_MODULE &module = writer.module;
     size_t scope = 0;
     for (size_t i = 0; i < module.instances.size(); i++) {
@@ -134,7 +134,7 @@ template <class TAKE> void each_instance(const WRITER &writer, TAKE take) {
 }
 
 // All that is counted before the first byte is written; symbols get their numbers.
-void add_design(WRITER &writer) {
+void add_design(SDB_WRITER &writer) {
     const NL_MODULE &module = writer.module;
     add_sources(writer);
     for (const NL_SCOPE &scope : module.scopes)
@@ -162,16 +162,16 @@ void add_design(WRITER &writer) {
     writer.counts[SDB_PREFIX_TAB] = module.scopes.size() + writer.scoped_nets + scoped_instances;
 }
 
-int32_t symbol_count(const WRITER &writer) {
+int32_t symbol_count(const SDB_WRITER &writer) {
     return static_cast<int32_t>(writer.symbols.texts.size());
 }
 
-uint32_t buckets(const WRITER &writer) {
+uint32_t buckets(const SDB_WRITER &writer) {
     return SYM_buckets(symbol_count(writer), SYM_NEW_HASH_SIZE);
 }
 
 // Fills the counts and gives the size of the file.
-uint64_t count_records(WRITER &writer) {
+uint64_t count_records(SDB_WRITER &writer) {
     writer.symbols.of_name.assign(writer.design.names.texts.size(), 0);
     writer.class_of_def.assign(writer.design.modules.size(), -1);
     symbol_of_own(writer.symbols, SYM_undefined_text);
@@ -203,11 +203,11 @@ template <class T> void put_rows(whole_file &file, const std::vector<T> &rows) {
 }
 
 // Node of the module's first port.
-int32_t first_port_node(const WRITER &writer) {
+int32_t first_port_node(const SDB_WRITER &writer) {
     return writer.module.is_cell ? 0 : SOURCE_COUNT;
 }
 
-void put_ports(whole_file &file, const WRITER &writer) {
+void put_ports(whole_file &file, const SDB_WRITER &writer) {
     for (int32_t place : writer.port_order) {
         const NL_PORT &port = writer.module.ports[static_cast<size_t>(place)];
         int32_t node = first_port_node(writer) + place;
@@ -215,7 +215,7 @@ void put_ports(whole_file &file, const WRITER &writer) {
     }
 }
 
-void put_objects(whole_file &file, const WRITER &writer) {
+void put_objects(whole_file &file, const SDB_WRITER &writer) {
     int32_t node = 0;
     for (; node < SOURCE_COUNT; node++)
         put_row(file, SDB_OBJ{node, node, 0});
@@ -233,7 +233,7 @@ void put_nets(whole_file &file, const NODE_ORDER &order) {
         put_row(file, SDB_NET{list.first, 0});
 }
 
-void put_port_nodes(whole_file &file, const WRITER &writer, const NODE_ORDER &order) {
+void put_port_nodes(whole_file &file, const SDB_WRITER &writer, const NODE_ORDER &order) {
     const auto &ports = writer.module.ports;
     std::vector<int32_t> place_of_port(ports.size());
     for (size_t i = 0; i < ports.size(); i++)
@@ -246,7 +246,7 @@ void put_port_nodes(whole_file &file, const WRITER &writer, const NODE_ORDER &or
     }
 }
 
-void put_instance_nodes(whole_file &file, const WRITER &writer, const NODE_ORDER &order) {
+void put_instance_nodes(whole_file &file, const SDB_WRITER &writer, const NODE_ORDER &order) {
     const int32_t *next = order.next.data() + SOURCE_COUNT + writer.module.ports.size();
     int32_t obj = SOURCE_COUNT;
     for (const NL_INSTANCE &instance : writer.module.instances) {
@@ -260,7 +260,7 @@ void put_instance_nodes(whole_file &file, const WRITER &writer, const NODE_ORDER
     }
 }
 
-void put_nodes(whole_file &file, const WRITER &writer, const NODE_ORDER &order) {
+void put_nodes(whole_file &file, const SDB_WRITER &writer, const NODE_ORDER &order) {
     for (int32_t i = 0; i < SOURCE_COUNT && !writer.module.is_cell; i++)
         put_row(file, SDB_NODE{i, writer.classes[static_cast<size_t>(i)].first_pin, i,
                                order.next[static_cast<size_t>(i)], 0});
@@ -269,7 +269,7 @@ void put_nodes(whole_file &file, const WRITER &writer, const NODE_ORDER &order) 
         put_instance_nodes(file, writer, order);
 }
 
-void put_object_names(whole_file &file, const WRITER &writer) {
+void put_object_names(whole_file &file, const SDB_WRITER &writer) {
     for (int32_t symbol : writer.source_objects)
         put_row(file, symbol);
     auto row = static_cast<int32_t>(writer.module.scopes.size() + writer.scoped_nets);
@@ -283,14 +283,14 @@ void put_object_names(whole_file &file, const WRITER &writer) {
     });
 }
 
-void put_net_names(whole_file &file, const WRITER &writer) {
+void put_net_names(whole_file &file, const SDB_WRITER &writer) {
     auto row = static_cast<int32_t>(writer.module.scopes.size());
     for (const NL_NET &net : writer.module.nets)
         put_row(file, net.scope != NL_NONE ? SDB_prefix_name(row++) : known_symbol(writer, net.name));
 }
 
 // Rows of the scopes stand in front of all others, so that a scope is its row.
-void put_prefixes(whole_file &file, const WRITER &writer) {
+void put_prefixes(whole_file &file, const SDB_WRITER &writer) {
     const NL_MODULE &module = writer.module;
     auto target_of = [](size_t instance) {
         return (SOURCE_COUNT + static_cast<int32_t>(instance)) | SDB_OBJ_TARGET;
@@ -310,7 +310,7 @@ void put_prefixes(whole_file &file, const WRITER &writer) {
     });
 }
 
-void put_tables(whole_file &file, const WRITER &writer) {
+void put_tables(whole_file &file, const SDB_WRITER &writer) {
     NODE_ORDER order;
     if (!writer.module.is_cell)
         order = NL_order_nodes(writer.design, writer.module, writer.counts[SDB_NODE_TAB]);
@@ -333,7 +333,7 @@ void put_tables(whole_file &file, const WRITER &writer) {
     put_rows(file, writer.marks);
 }
 
-void put_file(whole_file &file, const WRITER &writer) {
+void put_file(whole_file &file, const SDB_WRITER &writer) {
     SDB_TABLE tables[SDB_TAB_COUNT] = {};
     SDB_name_tables(tables);
     for (size_t i = 0; i < SDB_TAB_COUNT; i++)
@@ -376,7 +376,7 @@ void refuse_above(const std::string &path, uint64_t size, uint64_t limit) {
 } // namespace
 
 uint64_t NL_sdb_size(const NL_DESIGN &design, const NL_MODULE &module) {
-    WRITER writer{design, module, SYMBOLS{design.names}};
+    SDB_WRITER writer{design, module, SYMBOLS{design.names}};
     return count_records(writer);
 }
 
@@ -387,7 +387,7 @@ void NL_check_sdb_size(const NL_DESIGN &design, const NL_MODULE &module, const s
 }
 
 void NL_write_sdb(const NL_DESIGN &design, const NL_MODULE &module, const std::string &path) {
-    WRITER writer{design, module, SYMBOLS{design.names}};
+    SDB_WRITER writer{design, module, SYMBOLS{design.names}};
     refuse_above(path, count_records(writer), SDB_FILE_LIMIT);
     whole_file file;
     bool written = begin_file(file, path);

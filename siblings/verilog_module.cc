@@ -8,10 +8,6 @@
 
 namespace {
 
-std::string shown_name(const VLOG &reader, int32_t name) {
-    return NL_string(reader.design.names, name);
-}
-
 bool is_direction_word(const VLOG &reader) {
     return VLOG_is_word(reader, WORD_INPUT) || VLOG_is_word(reader, WORD_OUTPUT) ||
            VLOG_is_word(reader, WORD_INOUT);
@@ -40,7 +36,7 @@ void skip_net_words(VLOG &reader) {
 void give_direction(VLOG &reader, VLOG_DECLARATION &declaration, int32_t direction) {
     if (declaration.direction != NL_NONE)
         VSCAN_fail(reader.scan, "the port '%s' has two directions.",
-                   shown_name(reader, declaration.name).c_str());
+                   VLOG_shown_name(reader, declaration.name).c_str());
     declaration.direction = direction;
 }
 
@@ -160,7 +156,8 @@ void port_declaration(VLOG &reader) {
         VLOG_DECLARATION *earlier = VLOG_find_declaration(reader, name);
         bool is_new = earlier == nullptr || earlier->direction == NL_NONE;
         if (is_new && !reader.scratch.header_names.contains(name))
-            VSCAN_fail(reader.scan, "'%s' is not in the list of ports.", shown_name(reader, name).c_str());
+            VSCAN_fail(reader.scan, "'%s' is not in the list of ports.",
+                       VLOG_shown_name(reader, name).c_str());
         give_direction(reader, VLOG_declare(reader, name, vector, left, right, false), direction);
         skip_first_value(reader);
         if (!VLOG_is_symbol(reader, ','))
@@ -219,7 +216,7 @@ void design_statement(VLOG &reader) {
         VSCAN_next(scan);
     else if (scan.token.kind == TOKEN_END)
         VSCAN_fail(scan, "the file ends within module '%s', which begins on line %d.",
-                   shown_name(reader, reader.module->name).c_str(), reader.record->line);
+                   VLOG_shown_name(reader, reader.module->name).c_str(), reader.record->line);
     else
         VSCAN_fail(scan,
                    "%s has no place in a netlist: it holds declarations, instances and assigns of nets.",
@@ -258,7 +255,7 @@ void library_statement(VLOG &reader) {
         parameters(reader, ';');
     else if (reader.scan.token.kind == TOKEN_END || VLOG_is_word(reader, WORD_MODULE))
         VSCAN_fail(reader.scan, "found %s within module '%s', which begins on line %d and has no endmodule.",
-                   VSCAN_shown(reader.scan).c_str(), shown_name(reader, reader.module->name).c_str(),
+                   VSCAN_shown(reader.scan).c_str(), VLOG_shown_name(reader, reader.module->name).c_str(),
                    reader.record->line);
     else
         VSCAN_next(reader.scan);
@@ -271,7 +268,7 @@ void make_ports(VLOG &reader) {
         VLOG_DECLARATION *declaration = VLOG_find_declaration(reader, name);
         if (declaration == nullptr || declaration->direction == NL_NONE)
             TOOL_fail(VSCAN_file(reader.scan), line, "the port '%s' of module '%s' has no direction.",
-                      shown_name(reader, name).c_str(), shown_name(reader, module.name).c_str());
+                      VLOG_shown_name(reader, name).c_str(), VLOG_shown_name(reader, module.name).c_str());
         for (int32_t i = 0; i < VLOG_width(*declaration); i++) {
             int32_t net = declaration->first_net + i;
             const NL_NET &row = module.nets[static_cast<size_t>(net)];
@@ -281,7 +278,7 @@ void make_ports(VLOG &reader) {
     int32_t twice = NL_NONE;
     if (!NL_close_ports(reader.design, module, twice))
         TOOL_fail(VSCAN_file(reader.scan), line, "the port '%s' of module '%s' stands twice.",
-                  shown_name(reader, twice).c_str(), shown_name(reader, module.name).c_str());
+                  VLOG_shown_name(reader, twice).c_str(), VLOG_shown_name(reader, module.name).c_str());
 }
 
 void parse_module(VLOG &reader) {
@@ -292,7 +289,8 @@ void parse_module(VLOG &reader) {
     int32_t index = NL_module(reader.design, name);
     NL_MODULE &module = reader.design.modules[static_cast<size_t>(index)];
     if (module.defined)
-        TOOL_fail(VSCAN_file(scan), line, "module '%s' is defined twice.", shown_name(reader, name).c_str());
+        TOOL_fail(VSCAN_file(scan), line, "module '%s' is defined twice.",
+                  VLOG_shown_name(reader, name).c_str());
     VLOG_MODULE &record = reader.modules.emplace_back();
     record.module = index;
     record.file = scan.sources.empty() ? 0 : scan.sources.back().file;
@@ -347,6 +345,10 @@ void VLOG_expect_symbol(VLOG &reader, char symbol, const char *where) {
         VSCAN_fail(reader.scan, "found %s where '%c' of %s was expected.", VSCAN_shown(reader.scan).c_str(),
                    symbol, where);
     VSCAN_next(reader.scan);
+}
+
+std::string VLOG_shown_name(const VLOG &reader, int32_t name) {
+    return NL_string(reader.design.names, name);
 }
 
 int32_t VLOG_take_name(VLOG &reader, const char *what) {

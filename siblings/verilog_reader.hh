@@ -104,6 +104,9 @@ constexpr int64_t VLOG_WIDTH_LIMIT = 1 << 20; ///< bits of one vector or express
 /// Ends the program when a module has more of something than ids can count.
 void VLOG_check_count(const VLOG &reader, size_t count, const char *what, int line);
 
+/// A name as messages show it.
+std::string VLOG_shown_name(const VLOG &reader, int32_t name);
+
 inline bool VLOG_is_word(const VLOG &reader, int32_t word) {
     return reader.scan.token.kind == TOKEN_NAME && reader.scan.token.id == word;
 }

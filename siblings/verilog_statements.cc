@@ -8,10 +8,6 @@
 
 namespace {
 
-std::string shown_name(const VLOG &reader, int32_t name) {
-    return NL_string(reader.design.names, name);
-}
-
 void add_nets(VLOG &reader, VLOG_DECLARATION &declaration) {
     NL_MODULE &module = *reader.module;
     VLOG_check_count(reader, module.nets.size() + static_cast<size_t>(VLOG_width(declaration)), "nets",
@@ -23,7 +19,7 @@ void add_nets(VLOG &reader, VLOG_DECLARATION &declaration) {
         NL_add_net(module, declaration.name, NL_NONE, whole ? NL_MARK_WHOLE : 0);
         return;
     }
-    std::string base = shown_name(reader, declaration.name);
+    std::string base = VLOG_shown_name(reader, declaration.name);
     int32_t step = declaration.left >= declaration.right ? -1 : 1;
     for (int32_t index = declaration.left;; index += step) {
         NL_add_net(module, NL_bit_name(reader.design.names, base, index));
@@ -122,7 +118,7 @@ int32_t find_instance(const VLOG &reader, int32_t name) {
 void add_instance(VLOG &reader, int32_t name, int32_t def, const VLOG_INSTANCE &record) {
     if (find_instance(reader, name) != NL_NONE)
         TOOL_fail(VSCAN_file(reader.scan), record.line, "two instances have the name '%s'.",
-                  shown_name(reader, name).c_str());
+                  VLOG_shown_name(reader, name).c_str());
     VLOG_check_count(reader, reader.module->instances.size() + 1, "instances", reader.scan.token.line);
     auto &instance_of_name = reader.scratch.instance_of_name;
     if (static_cast<size_t>(name) >= instance_of_name.size())
@@ -139,7 +135,7 @@ void add_instance(VLOG &reader, int32_t name, int32_t def, const VLOG_INSTANCE &
 // The leftmost instance stands first, as the bits of a vector do.
 void add_instance_array(VLOG &reader, int32_t name, int32_t def, VLOG_INSTANCE record, int32_t left,
                         int32_t right) {
-    std::string base = shown_name(reader, name);
+    std::string base = VLOG_shown_name(reader, name);
     record.array_size = (left > right ? left - right : right - left) + 1;
     for (record.place = record.array_size - 1; record.place >= 0; record.place--) {
         int32_t index = left > right ? right + record.place : right - record.place;
@@ -159,14 +155,14 @@ bool skip_parameters(VLOG &reader, int32_t cell) {
     if (!VLOG_is_symbol(reader, '#'))
         return false;
     if (!reader.drop_parameters)
-        refuse_parameters(reader, "an instance of '" + shown_name(reader, cell) + "'");
+        refuse_parameters(reader, "an instance of '" + VLOG_shown_name(reader, cell) + "'");
     VSCAN_next(scan);
     int depth = 0;
     do {
         depth += VLOG_is_symbol(reader, '(') - VLOG_is_symbol(reader, ')');
         if (scan.token.kind == TOKEN_END || VLOG_is_symbol(reader, ';'))
             VSCAN_fail(scan, "found %s within the parameters of an instance of '%s'.",
-                       VSCAN_shown(scan).c_str(), shown_name(reader, cell).c_str());
+                       VSCAN_shown(scan).c_str(), VLOG_shown_name(reader, cell).c_str());
         VSCAN_next(scan);
     } while (depth > 0);
     return true;
@@ -199,7 +195,7 @@ VLOG_DECLARATION &VLOG_declare(VLOG &reader, int32_t name, bool vector, int32_t 
     if (VLOG_DECLARATION *found = VLOG_find_declaration(reader, name)) {
         if (found->vector != vector || found->left != left || found->right != right)
             VSCAN_fail(reader.scan, "'%s' is declared or used twice, with different bounds.",
-                       shown_name(reader, name).c_str());
+                       VLOG_shown_name(reader, name).c_str());
         found->implicit = false;
         return *found;
     }
@@ -277,7 +273,7 @@ void VLOG_defparam(VLOG &reader) {
         VSCAN_next(scan);
         int32_t name = VLOG_take_name(reader, "an instance");
         if (!reader.drop_parameters)
-            refuse_parameters(reader, "the instance '" + shown_name(reader, name) + "'");
+            refuse_parameters(reader, "the instance '" + VLOG_shown_name(reader, name) + "'");
         reader.scratch.defparams.emplace_back(name, line);
         for (int depth = 0; depth > 0 || (!VLOG_is_symbol(reader, ',') && !VLOG_is_symbol(reader, ';'));) {
             char symbol = scan.token.symbol;
@@ -296,7 +292,7 @@ void VLOG_close_defparams(VLOG &reader) {
         int32_t instance = find_instance(reader, name);
         if (instance == NL_NONE)
             TOOL_fail(VSCAN_file(reader.scan), line, "there is no instance '%s' for this defparam.",
-                      shown_name(reader, name).c_str());
+                      VLOG_shown_name(reader, name).c_str());
         reader.record->instances[static_cast<size_t>(instance)].parameters = true;
     }
 }
@@ -324,7 +320,7 @@ void VLOG_join(VLOG &reader, const std::vector<int32_t> &left, std::vector<int32
             scratch.assigned.resize(reader.module->nets.size());
         if (scratch.assigned[net])
             VSCAN_fail(reader.scan, "the net '%s' is assigned twice.",
-                       shown_name(reader, reader.module->nets[net].name).c_str());
+                       VLOG_shown_name(reader, reader.module->nets[net].name).c_str());
         scratch.assigned[net] = true;
         if (right[i] != NL_NONE)
             VLOG_join_nets(reader, left[i], right[i], line);

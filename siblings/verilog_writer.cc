@@ -13,7 +13,7 @@ namespace {
 enum NAME_FORM : uint8_t { FORM_UNKNOWN, FORM_PLAIN, FORM_ESCAPED, FORM_REFUSED };
 
 // What all modules of a file share.
-struct SHARED {
+struct VERILOG_SHARED {
     TEXT_SINK &text;
     const NL_DESIGN &design;
     LAYOUT_TAKEN taken{};
@@ -21,8 +21,8 @@ struct SHARED {
     std::vector<std::vector<std::string>> def_texts; // of each module: before an instance's name and its pins
 };
 
-struct WRITER {
-    SHARED &shared;
+struct VERILOG_WRITER {
+    VERILOG_SHARED &shared;
     TEXT_SINK &text;
     const NL_MODULE &module;
     LAYOUT layout;
@@ -38,7 +38,7 @@ NAME_FORM form_of_text(std::string_view text) {
     return VLOG_is_plain(text) ? FORM_PLAIN : FORM_ESCAPED;
 }
 
-NAME_FORM form_of(WRITER &writer, int32_t name) {
+NAME_FORM form_of(VERILOG_WRITER &writer, int32_t name) {
     if (static_cast<size_t>(name) >= writer.shared.form_of_name.size())
         return form_of_text(LAYOUT_component(writer.layout, name));
     NAME_FORM &form = writer.shared.form_of_name[static_cast<size_t>(name)];
@@ -47,7 +47,7 @@ NAME_FORM form_of(WRITER &writer, int32_t name) {
     return form;
 }
 
-void check_text(const WRITER &writer, const std::string &text) {
+void check_text(const VERILOG_WRITER &writer, const std::string &text) {
     std::string module = NL_string(writer.shared.design.names, writer.module.name);
     if (form_of_text(text) == FORM_REFUSED)
         TOOL_fail("", 0, "the name '%s' in module '%s' can't be written in Verilog.", text.c_str(),
@@ -56,14 +56,14 @@ void check_text(const WRITER &writer, const std::string &text) {
         TOOL_fail("", 0, "something in module '%s' has an empty name.", module.c_str());
 }
 
-std::string identifier(const WRITER &writer, int32_t name) {
+std::string identifier(const VERILOG_WRITER &writer, int32_t name) {
     std::string text(LAYOUT_component(writer.layout, name));
     check_text(writer, text);
     return VLOG_identifier(text);
 }
 
 // Ends the program when the name can't be written.
-void check_name(WRITER &writer, LAYOUT_NAME name) {
+void check_name(VERILOG_WRITER &writer, LAYOUT_NAME name) {
     NAME_FORM form = form_of(writer, name.name);
     if (form == FORM_PLAIN && name.scope == NL_NONE)
         return;
@@ -72,7 +72,7 @@ void check_name(WRITER &writer, LAYOUT_NAME name) {
         check_text(writer, LAYOUT_text(writer.layout, name));
 }
 
-void put_name(WRITER &writer, LAYOUT_NAME name) {
+void put_name(VERILOG_WRITER &writer, LAYOUT_NAME name) {
     std::string_view component = LAYOUT_component(writer.layout, name.name);
     if (name.scope == NL_NONE && form_of(writer, name.name) == FORM_PLAIN) {
         writer.text += component;
@@ -86,7 +86,7 @@ void put_name(WRITER &writer, LAYOUT_NAME name) {
 }
 
 // Paths that can't be written stay empty: the first name behind one is told.
-void find_paths(WRITER &writer) {
+void find_paths(VERILOG_WRITER &writer) {
     for (const NL_SCOPE &scope : writer.module.scopes) {
         std::string path = NL_full_name(writer.shared.design, writer.module, scope.name, scope.parent) + ".";
         writer.paths.push_back(form_of_text(path) == FORM_REFUSED ? std::string() : path);
@@ -94,7 +94,7 @@ void find_paths(WRITER &writer) {
 }
 
 // All declared names are looked at before anything is written of a module.
-void check_names(WRITER &writer) {
+void check_names(VERILOG_WRITER &writer) {
     const LAYOUT &layout = writer.layout;
     for (size_t i = 0; i < layout.vectors_end; i++)
         check_name(writer, layout.items[i].name);
@@ -105,12 +105,12 @@ void check_names(WRITER &writer) {
         check_name(writer, layout.items[i].name);
 }
 
-void put_number(WRITER &writer, int32_t number) {
+void put_number(VERILOG_WRITER &writer, int32_t number) {
     char digits[16];
     writer.text += std::string_view(digits, std::to_chars(digits, digits + sizeof digits, number).ptr);
 }
 
-void put_range(WRITER &writer, const LAYOUT_ITEM &item) {
+void put_range(VERILOG_WRITER &writer, const LAYOUT_ITEM &item) {
     if (!item.vector)
         return;
     writer.text += '[';
@@ -120,7 +120,7 @@ void put_range(WRITER &writer, const LAYOUT_ITEM &item) {
     writer.text += "] ";
 }
 
-void put_header(WRITER &writer) {
+void put_header(VERILOG_WRITER &writer) {
     static constexpr const char *words[] = {"output ", "inout ", "input "};
     writer.text += "module " + identifier(writer, writer.module.name) + " (";
     for (size_t i = 0; i < writer.layout.port_count; i++) {
@@ -133,7 +133,7 @@ void put_header(WRITER &writer) {
     writer.text += writer.layout.port_count == 0 ? ");\n" : "\n);\n";
 }
 
-void put_items(WRITER &writer, size_t first, size_t end) {
+void put_items(VERILOG_WRITER &writer, size_t first, size_t end) {
     for (size_t i = first; i < end; i++) {
         writer.text += "  wire ";
         put_range(writer, writer.layout.items[i]);
@@ -142,7 +142,7 @@ void put_items(WRITER &writer, size_t first, size_t end) {
     }
 }
 
-void put_wires(WRITER &writer) {
+void put_wires(VERILOG_WRITER &writer) {
     const LAYOUT &layout = writer.layout;
     put_items(writer, layout.port_count, layout.vectors_end);
     for (size_t net = 0; net < layout.nets.size(); net++) {
@@ -177,7 +177,7 @@ size_t piece_end(const LAYOUT &layout, std::span<const LAYOUT_BIT> bits, size_t 
     return end;
 }
 
-void put_piece(WRITER &writer, std::span<const LAYOUT_BIT> bits) {
+void put_piece(VERILOG_WRITER &writer, std::span<const LAYOUT_BIT> bits) {
     LAYOUT_BIT first = bits.front();
     if (first.item == LAYOUT_WIRE) {
         put_name(writer, LAYOUT_net_name(writer.layout, first.index));
@@ -204,7 +204,7 @@ void put_piece(WRITER &writer, std::span<const LAYOUT_BIT> bits) {
     writer.text += ']';
 }
 
-void put_bits(WRITER &writer, std::span<const LAYOUT_BIT> bits) {
+void put_bits(VERILOG_WRITER &writer, std::span<const LAYOUT_BIT> bits) {
     size_t end = piece_end(writer.layout, bits, 0);
     if (end == bits.size()) {
         put_piece(writer, bits);
@@ -220,7 +220,7 @@ void put_bits(WRITER &writer, std::span<const LAYOUT_BIT> bits) {
     writer.text += '}';
 }
 
-void put_assigns(WRITER &writer) {
+void put_assigns(VERILOG_WRITER &writer) {
     for (const LAYOUT_ASSIGN &assign : writer.layout.assigns) {
         writer.text += "  assign ";
         put_piece(writer, {&assign.target, 1});
@@ -236,7 +236,7 @@ bool has_lines(const NL_MODULE &def) {
 }
 
 // What stands before the name of an instance and before each of its pins, made once.
-const std::vector<std::string> &texts_of_def(WRITER &writer, int32_t index) {
+const std::vector<std::string> &texts_of_def(VERILOG_WRITER &writer, int32_t index) {
     const NL_MODULE &def = writer.shared.design.modules[static_cast<size_t>(index)];
     std::vector<std::string> &texts = writer.shared.def_texts[static_cast<size_t>(index)];
     if (!texts.empty())
@@ -250,7 +250,7 @@ const std::vector<std::string> &texts_of_def(WRITER &writer, int32_t index) {
     return texts;
 }
 
-void put_pin(WRITER &writer, const NL_INSTANCE &instance, const NL_MODULE &def, const NL_GROUP &group,
+void put_pin(VERILOG_WRITER &writer, const NL_INSTANCE &instance, const NL_MODULE &def, const NL_GROUP &group,
              int32_t &open_used) {
     if (group.count > 1) {
         if (LAYOUT_pins(writer.layout, instance, def, group, open_used, writer.bits))
@@ -263,7 +263,7 @@ void put_pin(WRITER &writer, const NL_INSTANCE &instance, const NL_MODULE &def, 
         put_piece(writer, {&bit, 1});
 }
 
-void put_instance(WRITER &writer, int32_t index, int32_t &open_used) {
+void put_instance(VERILOG_WRITER &writer, int32_t index, int32_t &open_used) {
     const NL_INSTANCE &instance = writer.module.instances[static_cast<size_t>(index)];
     const NL_MODULE &def = writer.shared.design.modules[static_cast<size_t>(instance.def)];
     const std::vector<std::string> &texts = texts_of_def(writer, instance.def);
@@ -278,10 +278,10 @@ void put_instance(WRITER &writer, int32_t index, int32_t &open_used) {
     writer.text += def.groups.empty() ? " ();\n" : has_lines(def) ? ")\n  );\n" : "));\n";
 }
 
-void put_module(SHARED &shared, const NL_MODULE &module) {
+void put_module(VERILOG_SHARED &shared, const NL_MODULE &module) {
     LAYOUT layout = LAYOUT_make(shared.design, module,
                                 {.outputs_are_read = true, .inputs_take_any_pin = true}, shared.taken);
-    WRITER writer = {shared, shared.text, module, std::move(layout)};
+    VERILOG_WRITER writer = {shared, shared.text, module, std::move(layout)};
     find_paths(writer);
     check_names(writer);
     put_header(writer);
@@ -298,7 +298,7 @@ void put_module(SHARED &shared, const NL_MODULE &module) {
 
 void VLOG_write_modules(TEXT_SINK &text, const NL_DESIGN &design,
                         const std::vector<const NL_MODULE *> &modules) {
-    SHARED shared = {text, design, {}, {}, {}};
+    VERILOG_SHARED shared = {text, design, {}, {}, {}};
     shared.form_of_name.resize(design.names.texts.size());
     shared.def_texts.resize(design.modules.size());
     for (const NL_MODULE *module : modules) {

@@ -68,10 +68,10 @@ constexpr SWITCH switches[] = {
      [](VERIN_ARGUMENTS &arguments, const char *) { arguments.drop_parameters = true; }},
 };
 
-constexpr const char *usage = "usage: kalmverin [-lib] FILE.v ... [SWITCH ...]";
+constexpr const char *verin_usage = "usage: kalmverin [-lib] FILE.v ... [SWITCH ...]";
 
 [[noreturn]] void show_help() {
-    std::printf("%s\n\n", usage);
+    std::printf("%s\n\n", verin_usage);
     for (const SWITCH &row : switches)
         std::printf(
             "  %-24s%s\n",
@@ -143,7 +143,7 @@ VERIN_ARGUMENTS VERIN_read_arguments(int argc, char **argv) {
         }
     }
     if (arguments.files.empty())
-        TOOL_fail("", 0, "%s; -help lists the switches.", usage);
+        TOOL_fail("", 0, "%s; -help lists the switches.", verin_usage);
     if (arguments.library && design_switch != nullptr)
         TOOL_fail("", 0, "'%s' has no meaning with '-lib'.", design_switch);
     return arguments;

@@ -16,7 +16,7 @@ struct COMPONENT {
 };
 
 // What all modules of a file share.
-struct SHARED {
+struct VHDL_SHARED {
     const NL_DESIGN &design;
     std::unordered_map<std::string, int32_t> module_names; ///< how many modules have a name, in small letters
     std::unordered_set<std::string_view> modules;          ///< names of all modules
@@ -25,9 +25,9 @@ struct SHARED {
     LAYOUT_TAKEN taken{};
 };
 
-struct WRITER {
+struct VHDL_WRITER {
     TEXT_SINK &text;
-    SHARED &shared;
+    VHDL_SHARED &shared;
     const NL_MODULE &module;
     LAYOUT layout;
     std::vector<std::string> item_names;
@@ -43,20 +43,20 @@ std::string extended(const NL_DESIGN &design, const NL_MODULE &module, std::stri
     return identifier;
 }
 
-bool has_basic_name(const SHARED &shared, std::string_view module) {
+bool has_basic_name(const VHDL_SHARED &shared, std::string_view module) {
     auto found = shared.module_names.find(VHDL_folded(module));
     return VHDL_is_basic(module) && found != shared.module_names.end() && found->second == 1;
 }
 
 // True when a component is declared under the extended identifier of this text, which nothing beside it may
 // have.
-bool is_component(const SHARED &shared, std::string_view text) {
+bool is_component(const VHDL_SHARED &shared, std::string_view text) {
     return !has_basic_name(shared, text) && shared.modules.contains(text);
 }
 
 // The names of a module and its ports depend on nothing that its instances do not see, so that both sides
 // agree. Components are declared beside the ports of an entity, whose names must differ from theirs.
-COMPONENT make_component(const SHARED &shared, const NL_MODULE &module) {
+COMPONENT make_component(const VHDL_SHARED &shared, const NL_MODULE &module) {
     const NL_NAMES &names = shared.design.names;
     COMPONENT made;
     made.known = true;
@@ -80,14 +80,14 @@ COMPONENT make_component(const SHARED &shared, const NL_MODULE &module) {
     return made;
 }
 
-const COMPONENT &component_of(SHARED &shared, int32_t index) {
+const COMPONENT &component_of(VHDL_SHARED &shared, int32_t index) {
     COMPONENT &component = shared.components[static_cast<size_t>(index)];
     if (!component.known)
         component = make_component(shared, shared.design.modules[static_cast<size_t>(index)]);
     return component;
 }
 
-std::string inner_name(WRITER &writer, LAYOUT_NAME name) {
+std::string inner_name(VHDL_WRITER &writer, LAYOUT_NAME name) {
     std::string text = LAYOUT_text(writer.layout, name);
     std::string folded = VHDL_folded(text);
     if (VHDL_is_basic(text) && !writer.shared.module_names.contains(folded) &&
@@ -109,7 +109,7 @@ std::string type_of(bool vector, int32_t left, int32_t right) {
            std::to_string(right) + ")";
 }
 
-void put_ports(WRITER &writer, const COMPONENT &component, const NL_MODULE &module, const char *indent) {
+void put_ports(VHDL_WRITER &writer, const COMPONENT &component, const NL_MODULE &module, const char *indent) {
     static constexpr const char *modes[] = {" : out ", " : inout ", " : in "};
     for (size_t i = 0; i < module.groups.size(); i++) {
         const NL_GROUP &group = module.groups[i];
@@ -121,7 +121,7 @@ void put_ports(WRITER &writer, const COMPONENT &component, const NL_MODULE &modu
     }
 }
 
-void put_components(WRITER &writer) {
+void put_components(VHDL_WRITER &writer) {
     std::unordered_set<int32_t> declared;
     for (const NL_INSTANCE &instance : writer.module.instances) {
         if (!LAYOUT_is_written(instance) || !declared.insert(instance.def).second)
@@ -137,7 +137,7 @@ void put_components(WRITER &writer) {
     }
 }
 
-void put_signal(WRITER &writer, const std::string &name, const std::string &type, const char *end) {
+void put_signal(VHDL_WRITER &writer, const std::string &name, const std::string &type, const char *end) {
     writer.text += "  signal ";
     writer.text += name;
     writer.text += " : ";
@@ -145,7 +145,7 @@ void put_signal(WRITER &writer, const std::string &name, const std::string &type
     writer.text += end;
 }
 
-void put_item_signals(WRITER &writer, size_t first, size_t end) {
+void put_item_signals(VHDL_WRITER &writer, size_t first, size_t end) {
     for (size_t i = first; i < end; i++) {
         const LAYOUT_ITEM &item = writer.layout.items[i];
         // Nothing drives what an input is left open with.
@@ -155,7 +155,7 @@ void put_item_signals(WRITER &writer, size_t first, size_t end) {
     }
 }
 
-void put_signals(WRITER &writer) {
+void put_signals(VHDL_WRITER &writer) {
     const LAYOUT &layout = writer.layout;
     put_item_signals(writer, layout.port_count, layout.vectors_end);
     for (size_t net = 0; net < layout.nets.size(); net++)
@@ -164,7 +164,7 @@ void put_signals(WRITER &writer) {
     put_item_signals(writer, layout.vectors_end, layout.items.size());
 }
 
-void put_bit(WRITER &writer, LAYOUT_BIT bit) {
+void put_bit(VHDL_WRITER &writer, LAYOUT_BIT bit) {
     if (LAYOUT_is_constant(bit)) {
         writer.text += bit.item == LAYOUT_GND ? "'0'" : bit.item == LAYOUT_VCC ? "'1'" : "'X'";
         return;
@@ -178,7 +178,7 @@ void put_bit(WRITER &writer, LAYOUT_BIT bit) {
         writer.text += "(" + std::to_string(bit.index) + ")";
 }
 
-void put_assigns(WRITER &writer) {
+void put_assigns(VHDL_WRITER &writer) {
     for (const LAYOUT_ASSIGN &assign : writer.layout.assigns) {
         writer.text += "  ";
         put_bit(writer, assign.target);
@@ -189,7 +189,7 @@ void put_assigns(WRITER &writer) {
 }
 
 // True when the bits are all of one vector, in its own order.
-bool is_whole(const WRITER &writer, const NL_GROUP &group, const std::vector<LAYOUT_BIT> &bits) {
+bool is_whole(const VHDL_WRITER &writer, const NL_GROUP &group, const std::vector<LAYOUT_BIT> &bits) {
     if (!group.vector || bits[0].item < 0)
         return false;
     const LAYOUT_ITEM &item = writer.layout.items[static_cast<size_t>(bits[0].item)];
@@ -200,12 +200,12 @@ bool is_whole(const WRITER &writer, const NL_GROUP &group, const std::vector<LAY
     return item.vector && bits.back().index == item.right;
 }
 
-void put_open(WRITER &writer, const NL_GROUP &group, int32_t direction) {
+void put_open(VHDL_WRITER &writer, const NL_GROUP &group, int32_t direction) {
     // An input without a default value may not be left open.
     writer.text += direction != NL_INPUT ? "open" : group.vector ? "(others => 'Z')" : "'Z'";
 }
 
-void put_pins(WRITER &writer, const NL_INSTANCE &instance, const NL_MODULE &def, int32_t &open_used) {
+void put_pins(VHDL_WRITER &writer, const NL_INSTANCE &instance, const NL_MODULE &def, int32_t &open_used) {
     const COMPONENT &component = component_of(writer.shared, instance.def);
     std::vector<LAYOUT_BIT> bits;
     const char *separator = "";
@@ -234,7 +234,7 @@ void put_pins(WRITER &writer, const NL_INSTANCE &instance, const NL_MODULE &def,
     }
 }
 
-void put_instances(WRITER &writer) {
+void put_instances(VHDL_WRITER &writer) {
     int32_t open_used = 0;
     for (size_t i = 0; i < writer.module.instances.size(); i++) {
         const NL_INSTANCE &instance = writer.module.instances[i];
@@ -254,7 +254,7 @@ void put_instances(WRITER &writer) {
 }
 
 // Names that are taken first keep a plain form, so that the order is that of the declarations.
-void name_signals(WRITER &writer) {
+void name_signals(VHDL_WRITER &writer) {
     const LAYOUT &layout = writer.layout;
     auto name_items = [&](size_t first, size_t end) {
         for (size_t i = first; i < end; i++)
@@ -268,11 +268,11 @@ void name_signals(WRITER &writer) {
     name_items(layout.vectors_end, layout.items.size());
 }
 
-void put_module(TEXT_SINK &text, SHARED &shared, const NL_MODULE &module) {
+void put_module(TEXT_SINK &text, VHDL_SHARED &shared, const NL_MODULE &module) {
     LAYOUT layout = LAYOUT_make(shared.design, module,
                                 {.outputs_are_read = false, .inputs_take_any_pin = false}, shared.taken);
     COMPONENT entity = make_component(shared, module);
-    WRITER writer = {text, shared, module, std::move(layout), entity.ports, {}, {}};
+    VHDL_WRITER writer = {text, shared, module, std::move(layout), entity.ports, {}, {}};
     for (const std::string &port : entity.ports)
         writer.taken.insert(VHDL_folded(port));
     name_signals(writer);
@@ -291,7 +291,7 @@ void put_module(TEXT_SINK &text, SHARED &shared, const NL_MODULE &module) {
 
 void VHDL_write_modules(TEXT_SINK &text, const NL_DESIGN &design,
                         const std::vector<const NL_MODULE *> &modules) {
-    SHARED shared = {design, {}, {}, {}, std::vector<COMPONENT>(design.modules.size()), {}};
+    VHDL_SHARED shared = {design, {}, {}, {}, std::vector<COMPONENT>(design.modules.size()), {}};
     for (const NL_MODULE &module : design.modules) {
         std::string_view name = NL_text(design.names, module.name);
         shared.module_names[VHDL_folded(name)]++;
