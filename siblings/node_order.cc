@@ -95,9 +95,11 @@ void find_pads(ORDERING &work) {
         if (port.net > NL_VCC)
             work.net_flags[static_cast<size_t>(port.net)] = HAS_PORT;
     for (const NL_INSTANCE &instance : work.module.instances) {
+        if (instance.first_pin == NL_NONE)
+            continue;
         const auto &ports = ports_of(work, instance);
         const int32_t *nets = nets_of(work, instance);
-        if (instance.first_pin == NL_NONE || !touches_port(work, nets, ports.size()))
+        if (!touches_port(work, nets, ports.size()))
             continue;
         bool inside = leads_inside(work, nets, ports.size());
         for (size_t i = 0; i < ports.size(); i++) {
