@@ -38,11 +38,13 @@ constexpr ACCESS_RULE ACCESS_RULES[] = {
     {KNOWN_USERCODE, "USERCODE", "usercode", "idcode", "USERCODE"},
 };
 
-/// Rows of INST_ENABLE_PIN by name, in lower case.
-using PIN_ROWS = std::unordered_map<std::string, int32_t>;
+/// Rows of a table by name, in lower case.
+using ROWS_BY_NAME = std::unordered_map<std::string, int32_t>;
+
+ROWS_BY_NAME access_rows; ///< rows of ACCESS_REG; whoever adds a register writes it
 
 /// Adds the enables of one instruction to INST_ENABLE_PIN.
-void add_enable_pins(const INSTRUCTION &instruction, PIN_ROWS &known) {
+void add_enable_pins(const INSTRUCTION &instruction, ROWS_BY_NAME &known) {
     for (int32_t i = 0; i < DYNA_count(instruction.enable_pins); ++i) {
         const char *name = instruction.enable_pins[i];
         const char *value = instruction.enable_values[i] ? instruction.enable_values[i] : "1";
@@ -55,6 +57,11 @@ void add_enable_pins(const INSTRUCTION &instruction, PIN_ROWS &known) {
             vmr_fail("ERROR: (%s) the length of enable pin '%s' are different in INSTRUCTION '%s'.\n",
                      JTAG_BSC_FILE, pin.name, instruction.name);
     }
+}
+
+void add_access_register(std::string_view name) {
+    if (access_rows.try_emplace(lower_case(name), DYNA_count(ACCESS_REG)).second)
+        append_row<const char *>(ACCESS_REG, keep_text(name));
 }
 
 void check_what_instructions_access() {
@@ -75,7 +82,8 @@ void init_various_flags() {
         row = -1;
     DYNA_free(&ACCESS_REG);
     ACCESS_REG = DYNA_init<const char *>();
-    append_row<const char *>(ACCESS_REG, "BYPASS");
+    access_rows.clear();
+    add_access_register("BYPASS");
     DYNA_free(&INST_ENABLE_PIN);
     INST_ENABLE_PIN = DYNA_init<ENABLE_PIN>();
     for (STANDARD_PORT_STATE &port : TAP_PORT)
@@ -89,14 +97,12 @@ void set_up_various_flags() {
         INST_LEN = static_cast<int32_t>(std::string_view(INSTRUCTIONS[0].patterns[0]).size());
 
     int32_t row = 0;
-    PIN_ROWS enable_pins;
+    ROWS_BY_NAME enable_pins;
     for (const INSTRUCTION &instruction : rows(INSTRUCTIONS)) {
         for (int32_t known = 0; known < KNOWN_COUNT; ++known)
             if (same_text_no_case(instruction.name, KNOWN_NAMES[known]))
                 INST_EXIST[known] = row;
-        std::string_view reg = register_base(instruction.register_name);
-        if (find_access_register(reg) < 0)
-            append_row<const char *>(ACCESS_REG, keep_text(reg));
+        add_access_register(register_base(instruction.register_name));
         add_enable_pins(instruction, enable_pins);
         ++row;
     }
@@ -114,11 +120,8 @@ std::string_view register_base(const char *register_name) {
 }
 
 int32_t find_access_register(std::string_view name) {
-    std::string text(name);
-    for (int32_t row = 0; row < DYNA_count(ACCESS_REG); ++row)
-        if (is_register(row, text.c_str()))
-            return row;
-    return -1;
+    auto known = access_rows.find(lower_case(name));
+    return known == access_rows.end() ? -1 : known->second;
 }
 
 bool is_register(int32_t row, const char *name) {

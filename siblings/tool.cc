@@ -7,6 +7,7 @@
 #include "support/text.hh"
 #include "support/whole_file.hh"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdarg>
 #include <cstdio>
@@ -74,16 +75,20 @@ std::string TOOL_read_file(const std::string &path, std::string_view from_file, 
         TOOL_fail(from_file, from_line, "can't read file '%s': it is a directory.", path.c_str());
     if (S_ISCHR(info.st_mode) || S_ISBLK(info.st_mode))
         TOOL_fail(from_file, from_line, "can't read file '%s': it is a device.", path.c_str());
+    // Room that is asked for is filled with zeros first: a short file gets little of it. The byte beyond a
+    // file's size is where its end is seen.
+    constexpr size_t longest_step = size_t{1} << 20;
+    bool sized = S_ISREG(info.st_mode) && info.st_size > 0;
+    size_t step = sized ? std::min(static_cast<size_t>(info.st_size) + 1, longest_step) : longest_step;
     std::string text;
-    if (S_ISREG(info.st_mode) && info.st_size > 0)
-        text.reserve(static_cast<size_t>(info.st_size) + (1 << 20) + 1);
-    constexpr size_t STEP = 1 << 20;
+    if (sized)
+        text.reserve(static_cast<size_t>(info.st_size) + step);
     for (;;) {
         size_t had = text.size();
-        text.resize(had + STEP);
-        size_t got = std::fread(text.data() + had, 1, STEP, stream);
+        text.resize(had + step);
+        size_t got = std::fread(text.data() + had, 1, step, stream);
         text.resize(had + got);
-        if (got < STEP)
+        if (got < step)
             break;
     }
     bool bad = std::ferror(stream) != 0;
