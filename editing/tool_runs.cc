@@ -18,33 +18,16 @@ std::string in_library(const std::string &name) {
     return std::string(RIMWEAVE_OPATH) + "/" + name;
 }
 
-std::string editor_command(const std::string &module) {
-    return "kalmedit -nologo -b " + shell_word(in_library(module));
-}
-
-std::string move_command(const std::string &module) {
-    return "mv " + shell_word(module + ".sdb") + " " + shell_word(RIMWEAVE_OPATH);
-}
-
-void run_or_end(const std::string &command) {
-    if (run_shell(command) != 0)
+/// Runs kalmedit on DIR/<module>.cmd. `blanks` part "file" from the name.
+void run_editor(const std::string &module, const char *blanks = "  ") {
+    vmr_printf("    .Executing command file%s%s.cmd ...\n", blanks, in_library(module).c_str());
+    if (run_shell("kalmedit -nologo -b " + shell_word(in_library(module))) != 0)
         end_run();
 }
 
-/// `blanks` part "file" from the name.
-void tell_of_editor(const std::string &module, const char *blanks) {
-    vmr_printf("    .Executing command file%s%s.cmd ...\n", blanks, in_library(module).c_str());
-}
-
-void run_editor(const std::string &module) {
-    tell_of_editor(module, "  ");
-    run_or_end(editor_command(module));
-}
-
-/// One shell for both commands: its start takes as long as the editor's work on a small module.
-void edit_and_move(const std::string &module, const char *blanks) {
-    tell_of_editor(module, blanks);
-    run_or_end(editor_command(module) + " && " + move_command(module));
+void move_to_library(const std::string &module) {
+    if (run_shell("mv " + shell_word(module + ".sdb") + " " + shell_word(RIMWEAVE_OPATH)) != 0)
+        end_run();
 }
 
 /// Copies the side file `<module><ext>` of a module, where there is one, under the edited module's name.
@@ -56,7 +39,7 @@ void copy_side_file(const char *module, const std::string &edited, const char *e
 
 void collect_module(const char *module, const char *suffix) {
     std::string edited = std::string(module) + suffix;
-    run_or_end(move_command(edited));
+    move_to_library(edited);
     copy_side_file(module, edited, ".asn");
     if (option(OPT_VHDL))
         copy_side_file(module, edited, ".inf");
@@ -107,13 +90,19 @@ void do_kalmedit() {
 }
 
 void rwv_hier_do_kalmedit_for_tap_instance(int last) {
-    for (int32_t i = DYNA_count(rwv_hier_tap_ctrl_name_tabG) - 2; i >= last; i--)
-        edit_and_move(std::string(rwv_hier_tap_ctrl_name_tabG[i].module) + "_bs", "  ");
+    for (int32_t i = DYNA_count(rwv_hier_tap_ctrl_name_tabG) - 2; i >= last; i--) {
+        std::string module = std::string(rwv_hier_tap_ctrl_name_tabG[i].module) + "_bs";
+        run_editor(module);
+        move_to_library(module);
+    }
 }
 
 void hier_do_kalmedit() {
-    for (int32_t index : modules_children_first())
-        edit_and_move(edited_module_name(index), " ");
+    for (int32_t index : modules_children_first()) {
+        std::string module = edited_module_name(index);
+        run_editor(module, " ");
+        move_to_library(module);
+    }
 }
 
 void print_closing_lines() {
