@@ -1,8 +1,7 @@
 // Carrying out the edit command files: the runs of the sibling tools, and the moves of their results.
 //
-// Every step is a command for the shell, and its status is all that is looked at; an edited module that is
-// moved at once takes one shell for both. A failed step ends the run with status 255; what the tool has said is
-// on the console or in its log.
+// Every step is one command for the shell, and its status is all that is looked at. A failed step ends the
+// run with status 255; what the tool has said is on the console or in its log.
 #pragma once
 
 #include "planning/port_table.hh"
