@@ -294,8 +294,7 @@ def try_svf(given, work):
 def try_compiled(given, work):
     if shutil.which("verilator") is None:
         return None
-    build_kinds(named_variant("pairs"), given.bin.resolve(), work / "kinds")
-    chip = Chip(work / "kinds", "kinds", ["pads.v", "gated.v"], given.bin.resolve())
+    chip = build_example(work / "example", given.bin.resolve())
     design = chip.design
     run(["verilator", "--binary", "--timing", "-Wno-fatal", "-Wno-lint", "-Wno-ASSIGNIN", "-CFLAGS", "-O0", "--top-module", "bench",
          "-o", "bench", f"{design}_bench.v", f"{design}_jtag.v", f"{design}_TAP.v", *chip.cells], chip.work, "verilator")
