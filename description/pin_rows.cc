@@ -89,32 +89,21 @@ void take_bsc_list(PIN_ENTRY &row, const PIN_READING &slots) {
 
 } // namespace
 
-size_t NAME_SET::place_of(const char *name) const {
-    size_t mask = places.size() - 1;
-    size_t place = reinterpret_cast<uintptr_t>(name) * 0x9E3779B97F4A7C15ULL >> 32 & mask;
-    while (places[place] != nullptr && places[place] != name)
-        place = (place + 1) & mask;
-    return place;
+size_t NAME_SET::TRAITS::hash_of(const char *name) {
+    return reinterpret_cast<uintptr_t>(name) * 0x9E3779B97F4A7C15ULL >> 32;
 }
 
 bool NAME_SET::contains(const char *name) const {
-    return !places.empty() && places[place_of(name)] != nullptr;
+    const char *const *row =
+        names.find(TRAITS::hash_of(name), [=](const char *known) { return known == name; });
+    return row != nullptr && *row != nullptr;
 }
 
 bool NAME_SET::insert(const char *name) {
-    if (2 * count >= places.size()) {
-        std::vector<const char *> before(std::max<size_t>(16, 2 * places.size()));
-        before.swap(places);
-        for (const char *known : before)
-            if (known != nullptr)
-                places[place_of(known)] = known;
-    }
-    const char *&place = places[place_of(name)];
-    if (place != nullptr)
-        return false;
-    place = name;
-    count++;
-    return true;
+    size_t before = names.size();
+    names.add(
+        TRAITS::hash_of(name), [=](const char *known) { return known == name; }, [=] { return name; });
+    return names.size() > before;
 }
 
 void pin_begin_row(PIN_READING &reading, const char *number, int32_t line) {

@@ -4,11 +4,12 @@
 
 #include "description/tables.hh"
 
+#include "support/flat_table.hh"
+
 #include <string>
 #include <vector>
 
-/// Names of which equal ones are one address, as the scanners keep them. A flat table: pin files have a
-/// hundred thousand rows, and a set with a node for each name takes most of their reading.
+/// Names of which equal ones are one address, as the scanners keep them.
 class NAME_SET {
   public:
     /// False when the name is there already.
@@ -16,9 +17,13 @@ class NAME_SET {
     bool contains(const char *name) const;
 
   private:
-    size_t place_of(const char *name) const;
-    std::vector<const char *> places; // null where free; a power of two, at most half full
-    size_t count = 0;
+    struct TRAITS {
+        static bool is_free(const char *name) {
+            return name == nullptr;
+        }
+        static size_t hash_of(const char *name);
+    };
+    flat_table<const char *, TRAITS> names;
 };
 
 /// A row as the file has it.

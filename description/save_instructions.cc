@@ -1,5 +1,4 @@
 // The instruction table and the capture patterns.
-#include "description/opcode_set.hh"
 #include "description/save_tables.hh"
 
 #include "support/console.hh"
@@ -68,21 +67,30 @@ void save_instruction(const AST_NODE &node) {
 
 } // namespace
 
+int32_t check_pattern_list(const AST_NODE &pattern, const char **table, const OPCODE_SET &earlier) {
+    // The patterns of a table have one length.
+    if (DYNA_count(table) > 0 && std::strlen(table[0]) != std::strlen(pattern.text)) {
+        error_printf("\"%s\", line %d: Size of '%s' and '%s' are not equivalence\n", BSC_FILE, pattern.line,
+                     pattern.text, table[0]);
+        return 0;
+    }
+    if (earlier.first_that_meets(pattern.text) >= 0) {
+        error_printf("\"%s\", line %d: Pattern '%s' has been appeared previous\n", BSC_FILE, pattern.line,
+                     pattern.text);
+        return 0;
+    }
+    return 1;
+}
+
 void append_patterns(const AST_NODE &node, const char **&table) {
-    OPCODE_SET earlier; // all of one length
+    OPCODE_SET earlier;
     for (const char *pattern : rows(table))
         earlier.add(pattern);
     for (const AST_NODE &pattern : children(node)) {
-        if (DYNA_count(table) > 0 && std::strlen(table[0]) != std::strlen(pattern.text)) {
-            error_printf("\"%s\", line %d: Size of '%s' and '%s' are not equivalence\n", BSC_FILE,
-                         pattern.line, pattern.text, table[0]);
-        } else if (earlier.first_that_meets(pattern.text) >= 0) {
-            error_printf("\"%s\", line %d: Pattern '%s' has been appeared previous\n", BSC_FILE, pattern.line,
-                         pattern.text);
-        } else {
-            append_row(table, pattern.text);
-            earlier.add(pattern.text);
-        }
+        if (check_pattern_list(pattern, table, earlier) == 0)
+            continue;
+        append_row(table, pattern.text);
+        earlier.add(pattern.text);
     }
 }
 

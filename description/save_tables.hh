@@ -4,6 +4,7 @@
 
 #include "description/hash_tables.hh"
 #include "description/keywords.hh"
+#include "description/opcode_set.hh"
 #include "description/reading.hh"
 
 /// Fill the tables from theAST.
@@ -27,8 +28,12 @@ void save_connect_table(const AST_NODE &node);
 void bl_save_mbist_table(const AST_NODE &node);
 void bl_save_lbist_table(const AST_NODE &node);
 
-/// Appends each pattern of the node that may join the table. Tells on the error stream of one whose length
-/// differs from an earlier one's, or where some value fits both; 'X' and 'x' fit '0' and '1'.
+/// 1 when the pattern may join the table, whose patterns are `earlier`. Prints the reason on the error stream
+/// and returns 0 when its length differs from theirs, or when some value fits it and one of them; 'X' and 'x'
+/// fit '0' and '1'.
+int32_t check_pattern_list(const AST_NODE &pattern, const char **table, const OPCODE_SET &earlier);
+
+/// Appends each pattern of the node that check_pattern_list accepts.
 void append_patterns(const AST_NODE &node, const char **&table);
 
 /// The text of a node's first child.

@@ -5,6 +5,7 @@
 #include "support/run_state.hh"
 #include "support/text.hh"
 
+#include <algorithm>
 #include <cstring>
 
 namespace {
@@ -98,13 +99,16 @@ constexpr DOCTOR_RULE RULES[] = {
      "see the block of the cell in {lib}"},
     // The TAP
     {"tap-lacks-pin", ERROR, "the cells need a signal that the TAP does not have",
-     "{keyword} PORT; in %TAP_CONTROLLER of {lib}"},
-    {"tap-default-name", NOTE, "the TAP's port gets the usual name", "name it in %TAP_CONTROLLER of {lib}"},
-    {"tap-name", ERROR, "no tool would read the TAP's RTL", "another name in %TAP_CONTROLLER of {lib}"},
+     "{keyword} PORT; in %TAP_CONTROLLER of {lib}", true},
+    {"tap-default-name", NOTE, "the TAP's port gets the usual name", "name it in %TAP_CONTROLLER of {lib}",
+     true},
+    {"tap-name", ERROR, "no tool would read the TAP's RTL", "another name in %TAP_CONTROLLER of {lib}", true},
     {"tap-buffer", ERROR, "the trees of the control signals can't be built",
-     "a %BUFFER with %INPUT and %OUTPUT in {lib} for the TAP's %SIGNAL_BUFFER or %INV_BUFFER"},
-    {"tap-polarity", WARNING, "the signal reaches the cells upside down", "the name without '-' in {lib}"},
-    {"tap-instance", ERROR, "the run ends: there is no place for the TAP", "see %INSTANCE_NAME in {bsc}"},
+     "a %BUFFER with %INPUT and %OUTPUT in {lib} for the TAP's %SIGNAL_BUFFER or %INV_BUFFER", true},
+    {"tap-polarity", WARNING, "the signal reaches the cells upside down", "the name without '-' in {lib}",
+     true},
+    {"tap-instance", ERROR, "the run ends: there is no place for the TAP", "see %INSTANCE_NAME in {bsc}",
+     true},
     {"test-port-undeclared", ERROR, "the run ends: the TAP would have no such pin",
      "{keyword} PORT; in {bsc}"},
     {"unlisted-test-port", WARNING, "the port is in the design, but the TAP is not wired to its pad",
@@ -119,24 +123,26 @@ constexpr DOCTOR_RULE RULES[] = {
     {"group-size-idle", NOTE, "one output of the TAP drives all cells without a tree", ""},
     // Instructions
     {"instruction-missing", ERROR, "the run ends: IEEE 1149.1 asks for this instruction",
-     "%INSTRUCTION NAME = (OPCODE) ACCESS REGISTER; in %INSTRUCTION_TABLE of {bsc}"},
+     "%INSTRUCTION NAME = (OPCODE) ACCESS REGISTER; in %INSTRUCTION_TABLE of {bsc}", true},
     {"instruction-register", ERROR, "the instruction would put the wrong register between TDI and TDO",
-     "another register behind ACCESS in {bsc}"},
-    {"opcode", ERROR, "the decoder can't be made", "opcodes of equal length, two bits at least, of 0 and 1"},
-    {"opcode-collision", WARNING, "the second instruction can't be reached", "another opcode in {bsc}"},
+     "another register behind ACCESS in {bsc}", true},
+    {"opcode", ERROR, "the decoder can't be made", "opcodes of equal length, two bits at least, of 0 and 1",
+     true},
+    {"opcode-collision", WARNING, "the second instruction can't be reached", "another opcode in {bsc}", true},
     {"opcode-open", WARNING, "no value of the register decodes to this instruction",
-     "the opcodes without X, with commas between them"},
+     "the opcodes without X, with commas between them", true},
     {"bypass-opcode", WARNING, "a chip that is left alone by TDI at 1 does not go to its bypass register",
-     "all ones for BYPASS alone: %INSTRUCTION BYPASS = ({1}) ACCESS BYPASS; in {bsc}"},
+     "all ones for BYPASS alone: %INSTRUCTION BYPASS = ({1}) ACCESS BYPASS; in {bsc}", true},
     {"capture-value", WARNING, "a tester that looks for 01 takes the chain for broken",
-     "a pattern that ends in 01 behind %INSTRUCTION_CAPTURE in {bsc}"},
-    {"capture-default", NOTE, "the usual value is captured", "%INSTRUCTION_CAPTURE (...01); in {bsc}"},
-    {"code-length", ERROR, "the register can't be made", "a pattern of that length in {bsc}"},
-    {"idcode", WARNING, "a tester takes the chip for another, or for one without IDCODE", ""},
+     "a pattern that ends in 01 behind %INSTRUCTION_CAPTURE in {bsc}", true},
+    {"capture-default", NOTE, "the usual value is captured", "%INSTRUCTION_CAPTURE (...01); in {bsc}", true},
+    {"code-length", ERROR, "the register can't be made", "a pattern of that length in {bsc}", true},
+    {"idcode", WARNING, "a tester takes the chip for another, or for one without IDCODE", "", true},
     {"highz-missing", ERROR, "the pads' high-impedance pins would be open",
      "%INSTRUCTION HIGHZ = (OPCODE) ACCESS BYPASS; in {bsc}"},
-    {"register-undriven", WARNING, "the instruction shifts out zeros", "see the register in {bsc}"},
-    {"enable-pin", NOTE, "the pin of the TAP may not do what its name says", "see the instruction in {bsc}"},
+    {"register-undriven", WARNING, "the instruction shifts out zeros", "see the register in {bsc}", true},
+    {"enable-pin", NOTE, "the pin of the TAP may not do what its name says", "see the instruction in {bsc}",
+     true},
     {"extra-pin", WARNING, "the cells' extra pin has no source", "write its logic, or take %EXTRA away"},
     // Runs
     {"rewired", NOTE, "a constant in the netlist gives way to the TAP or a cell", "none when that is meant"},
@@ -450,18 +456,22 @@ std::string doctor_pin_file() {
     return PIN_FILE != nullptr ? without_here(PIN_FILE) : "";
 }
 
+const DOCTOR_RULE *find_doctor_rule(std::string_view name) {
+    auto found = std::find_if(std::begin(RULES), std::end(RULES),
+                              [name](const DOCTOR_RULE &rule) { return rule.name == name; });
+    return found != std::end(RULES) ? found : nullptr;
+}
+
 FINDING make_finding(const char *rule, const std::string &object, const std::string &found, int32_t line,
                      const std::string &text, const std::vector<std::string> &words) {
     std::string file = without_here(found);
-    for (const DOCTOR_RULE &known : RULES) {
-        if (std::strcmp(known.name, rule) != 0)
-            continue;
-        FINDING finding = {known.severity, rule, file, line, object, text};
-        finding.effect = filled(known.effect, finding, words);
-        finding.cure = filled(known.cure, finding, words);
-        return finding;
-    }
-    return {ERROR, rule, file, line, object, text};
+    const DOCTOR_RULE *known = find_doctor_rule(rule);
+    if (known == nullptr)
+        return {ERROR, rule, file, line, object, text};
+    FINDING finding = {known->severity, rule, file, line, object, text};
+    finding.effect = filled(known->effect, finding, words);
+    finding.cure = filled(known->cure, finding, words);
+    return finding;
 }
 
 std::vector<FINDING> findings_in_output(const std::string &output) {

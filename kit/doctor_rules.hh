@@ -6,6 +6,7 @@
 
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 /// A rule: a section of docs/rimkit_doctor.md. Its texts may hold {object}, {design}, {lib}, {bsc} and {pin}
@@ -15,8 +16,12 @@ struct DOCTOR_RULE {
     FINDING_SEVERITY severity; ///< of a finding that is no error of a run
     const char *effect;
     const char *cure;
+    bool about_tap = false; ///< it names the TAP or its instructions, and neither a cell nor a pad
 };
 extern const std::span<const DOCTOR_RULE> doctor_rules;
+
+/// The rule of that name, or null.
+const DOCTOR_RULE *find_doctor_rule(std::string_view name);
 
 /// A finding of a rule about an object at a place, its effect and cure filled in. `words` are those of a
 /// message.

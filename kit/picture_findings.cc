@@ -6,14 +6,13 @@
 #include "kit/picture.hh"
 
 #include "kit/doctor.hh"
+#include "kit/doctor_rules.hh"
 #include "kit/names.hh"
 #include "siblings/tool.hh"
 #include "support/text.hh"
 
-#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <string_view>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <unordered_map>
@@ -51,7 +50,7 @@ std::vector<FINDING> unpacked(const std::string &bytes) {
 [[noreturn]] void examine(const DOCTOR_CALL &call, int out) {
     std::string bytes = packed(doctor_findings(call));
     for (size_t at = 0; at < bytes.size();) {
-        ssize_t done = ::write(out, bytes.data() + at, bytes.size() - at);
+        ssize_t done = TEMP_FAILURE_RETRY(::write(out, bytes.data() + at, bytes.size() - at));
         if (done < 0)
             std::_Exit(KIT_FAULT);
         at += static_cast<size_t>(done);
@@ -62,7 +61,7 @@ std::vector<FINDING> unpacked(const std::string &bytes) {
 std::string read_all(int in) {
     std::string bytes;
     char buffer[1 << 16];
-    for (ssize_t done; (done = ::read(in, buffer, sizeof buffer)) > 0;)
+    for (ssize_t done; (done = TEMP_FAILURE_RETRY(::read(in, buffer, sizeof buffer))) > 0;)
         bytes.append(buffer, static_cast<size_t>(done));
     return bytes;
 }
@@ -77,7 +76,8 @@ using PLACE_OF_NAME = std::unordered_map<std::string, PLACE>;
 /// Whatever a finding can be about, by its name.
 struct PLACES {
     const PICTURE &picture;
-    PLACE_OF_NAME instances{}, ports{}, kinds{}; ///< the last: classes, and vectors of ports
+    PLACE_OF_NAME instances{}, ports{}, kinds{};              ///< the last: classes, and vectors of ports
+    std::unordered_map<int32_t, std::vector<int32_t>> rows{}; ///< pads by the line of the pin file
 };
 
 PLACES places_of(const PICTURE &picture) {
@@ -95,6 +95,7 @@ PLACES places_of(const PICTURE &picture) {
         if (PLACE &instance = places.instances[pad.instance]; instance.pads.empty())
             instance.pads.push_back(id);
         places.kinds[pad.class_name].pads.push_back(id);
+        places.rows[pad.row].push_back(id);
         if (std::string base = kit_bit(pad.port).base; base != pad.port)
             places.kinds[base].pads.push_back(id);
     }
@@ -142,15 +143,6 @@ bool put_anywhere(PICTURE_FINDING &finding, const PLACES &places, const std::str
            put(finding, places.kinds, name);
 }
 
-/// What the doctor's rules say of the TAP and its instructions names neither a cell nor a pad.
-bool concerns_tap(std::string_view rule) {
-    constexpr std::string_view STARTS[] = {
-        "tap-",   "instruction",       "opcode",     "capture-",     "code-length",
-        "idcode", "register-undriven", "enable-pin", "bypass-opcode"};
-    return std::any_of(std::begin(STARTS), std::end(STARTS),
-                       [rule](std::string_view start) { return rule.starts_with(start); });
-}
-
 /// At its object; else at the row of the pin file, or at the first port that its text has between quotes.
 PICTURE_FINDING placed(const FINDING &said, const PLACES &places) {
     std::string line = said.line > 0 ? format_text(":%d", said.line) : "";
@@ -163,11 +155,9 @@ PICTURE_FINDING placed(const FINDING &said, const PLACES &places) {
                             .file = clean_text(said.file + line)};
     if (put_anywhere(finding, places, clean_text(said.object)))
         return finding;
-    const std::vector<PICTURE_PAD> &pads = places.picture.pads;
-    if (said.line > 0 && said.file.ends_with(".pin"))
-        for (size_t i = 0; i < pads.size(); ++i)
-            if (pads[i].row == said.line)
-                finding.pads.push_back(static_cast<int32_t>(i));
+    if (auto row = places.rows.find(said.line);
+        row != places.rows.end() && said.line > 0 && said.file.ends_with(".pin"))
+        finding.pads = row->second;
     for (size_t open = 0, close = 0; finding.pads.empty(); open = close + 1) {
         open = finding.text.find('\'', open);
         close = open == std::string::npos ? open : finding.text.find('\'', open + 1);
@@ -175,7 +165,8 @@ PICTURE_FINDING placed(const FINDING &said, const PLACES &places) {
             put_anywhere(finding, places, finding.text.substr(open + 1, close - open - 1)))
             break;
     }
-    if (finding.pads.empty() && finding.cells.empty() && concerns_tap(said.rule))
+    const DOCTOR_RULE *rule = find_doctor_rule(said.rule);
+    if (finding.pads.empty() && finding.cells.empty() && rule != nullptr && rule->about_tap)
         finding.is_at_tap = true;
     return finding;
 }

@@ -89,28 +89,34 @@ bool lookups_are_few(const SYM_TABLE *table) {
     return table->slots.empty() && table->buckets != nullptr && table->steps < table->texts.size() / 8;
 }
 
-/// The first of the symbols of that text in the tree of its bucket, or -1.
-int32_t find_in_tree(SYM_TABLE *table, const std::string &text) {
+/// The first of the symbols of that text in its bucket, or -1. The bucket is passed as a whole, which holds
+/// two symbols where the file is ours: so nothing hangs on the order of a tree.
+int32_t find_in_bucket(SYM_TABLE *table, const std::string &text) {
     auto word_at = [](const void *bytes) {
         int32_t word;
         std::memcpy(&word, bytes, sizeof word);
         return word;
     };
     int32_t found = -1;
-    int32_t id = word_at(table->buckets + size_t{file_hash(text.c_str()) % table->hash_size} * sizeof id);
-    while (id >= 0) { // the links have been checked: they are in range and form a tree
+    std::vector<int32_t> open = {
+        word_at(table->buckets + size_t{file_hash(text) % table->hash_size} * sizeof(int32_t))};
+    while (!open.empty()) { // the links have been checked: they are in range and form trees
+        int32_t id = open.back();
+        open.pop_back();
+        if (id < 0)
+            continue;
         table->steps++;
         const char *name = table->texts[static_cast<size_t>(id)];
-        int order = text.compare(name);
-        if (order == 0)
+        if (text == name && (found < 0 || id < found))
             found = id;
-        const char *left = name + std::strlen(name) + 1; // the two links stand behind the text
-        id = word_at(order <= 0 ? left : left + sizeof id);
+        const char *links = name + std::strlen(name) + 1;
+        open.push_back(word_at(links));
+        open.push_back(word_at(links + sizeof id));
     }
     return found;
 }
 
-/// The same among all symbols, for a text that its tree does not lead to. What none has is remembered.
+/// The same among all symbols, for a text that its bucket does not have. What none has is remembered.
 int32_t find_among_all(SYM_TABLE *table, const std::string &text) {
     constexpr size_t texts_per_step = 16; // they are passed in their order
     if (table->missing_texts.contains(text))
@@ -127,7 +133,7 @@ int32_t find_among_all(SYM_TABLE *table, const std::string &text) {
 int32_t find_symbol(SYM_TABLE *table, std::string_view text) {
     if (lookups_are_few(table)) {
         std::string plain(text);
-        int32_t id = find_in_tree(table, plain);
+        int32_t id = find_in_bucket(table, plain);
         return id >= 0 ? id : find_among_all(table, plain);
     }
     if (table->slots.empty())
@@ -201,6 +207,8 @@ bool read_records(byte_reader &reader, SYM_TABLE *table, const std::vector<int32
             *fault = format_text("symbol table, record %d: the text has no end", id);
             return false;
         }
+        if (std::memchr(text, '\0', length) != text + length - 1)
+            table->buckets = nullptr; // the links can't be found behind a text that ends before its record
         table->texts[static_cast<size_t>(id)] = text;
         int32_t left = reader.number();
         int32_t right = reader.number();
@@ -281,9 +289,12 @@ void put_symbol(whole_file &file, std::string_view text, int32_t left, int32_t r
     put_value(at, right);
 }
 
-/// Gives a table enough buckets for its symbols.
+/// Gives a table enough buckets for its symbols. Those of the file it came from are of no use for more.
 void settle_buckets(SYM_TABLE *table) {
-    table->hash_size = SYM_buckets(SYM_count(table), table->hash_size);
+    uint32_t buckets = SYM_buckets(SYM_count(table), table->hash_size);
+    if (buckets != table->hash_size)
+        table->buckets = nullptr;
+    table->hash_size = buckets;
 }
 
 SYM_TEXTS texts_of(const SYM_TABLE *table) {

@@ -368,6 +368,17 @@ void lay_helpers(MAKER &maker) {
     layout.items.push_back({helper_name(maker, "open_pins"), NL_NONE, true, 0, open_used - 1});
 }
 
+// The name of a row of the module: its own, or the new one that it got.
+template <class ROW>
+LAYOUT_NAME written_name(const std::unordered_map<int32_t, LAYOUT_NAME> &new_names,
+                         const std::vector<ROW> &rows, int32_t id) {
+    if (!new_names.empty())
+        if (auto found = new_names.find(id); found != new_names.end())
+            return found->second;
+    const ROW &row = rows[static_cast<size_t>(id)];
+    return {row.name, row.scope};
+}
+
 } // namespace
 
 LAYOUT LAYOUT_make(const NL_DESIGN &design, const NL_MODULE &module, const LAYOUT_RULES &rules,
@@ -386,19 +397,11 @@ LAYOUT LAYOUT_make(const NL_DESIGN &design, const NL_MODULE &module, const LAYOU
 }
 
 LAYOUT_NAME LAYOUT_net_name(const LAYOUT &layout, int32_t net) {
-    if (!layout.new_net_names.empty())
-        if (auto found = layout.new_net_names.find(net); found != layout.new_net_names.end())
-            return found->second;
-    const NL_NET &row = layout.module->nets[static_cast<size_t>(net)];
-    return {row.name, row.scope};
+    return written_name(layout.new_net_names, layout.module->nets, net);
 }
 
 LAYOUT_NAME LAYOUT_instance_name(const LAYOUT &layout, int32_t instance) {
-    if (!layout.new_instance_names.empty())
-        if (auto found = layout.new_instance_names.find(instance); found != layout.new_instance_names.end())
-            return found->second;
-    const NL_INSTANCE &row = layout.module->instances[static_cast<size_t>(instance)];
-    return {row.name, row.scope};
+    return written_name(layout.new_instance_names, layout.module->instances, instance);
 }
 
 std::string_view LAYOUT_component(const LAYOUT &layout, int32_t name) {
@@ -412,31 +415,32 @@ std::string LAYOUT_text(const LAYOUT &layout, LAYOUT_NAME name) {
                                  : NL_full_name(*layout.design, *layout.module, name.name, name.scope);
 }
 
-bool LAYOUT_has_name(const LAYOUT &layout, std::string_view text) {
-    auto is_it = [&](LAYOUT_NAME name) { return LAYOUT_text(layout, name) == text; };
+std::unordered_set<std::string> LAYOUT_texts(const LAYOUT &layout) {
+    std::unordered_set<std::string> texts;
+    auto add = [&](LAYOUT_NAME name) { texts.insert(LAYOUT_text(layout, name)); };
     for (const LAYOUT_ITEM &item : layout.items)
-        if (is_it(item.name))
-            return true;
+        add(item.name);
     for (const NL_PORT &port : layout.module->ports)
-        if (is_it({port.name}))
-            return true;
+        add({port.name});
     for (int32_t i = 0; i < static_cast<int32_t>(layout.module->instances.size()); i++) {
         const NL_INSTANCE &instance = layout.module->instances[static_cast<size_t>(i)];
-        if (LAYOUT_is_written(instance) &&
-            (is_it({instance.name, instance.scope}) || is_it(LAYOUT_instance_name(layout, i))))
-            return true;
+        if (!LAYOUT_is_written(instance))
+            continue;
+        add({instance.name, instance.scope});
+        add(LAYOUT_instance_name(layout, i));
     }
     for (int32_t net = 0; net < static_cast<int32_t>(layout.nets.size()); net++) {
         const NL_NET &row = layout.module->nets[static_cast<size_t>(net)];
         std::string name = LAYOUT_text(layout, LAYOUT_net_name(layout, net));
         NL_BIT bit;
         // A vector that lacks a bit has its name all the same.
-        bool of_vector = layout.nets[static_cast<size_t>(net)].item == LAYOUT_WIRE &&
-                         (row.marks & NL_MARK_WHOLE) == 0 && NL_parse_bit(name, bit) && bit.base == text;
-        if (of_vector || name == text || is_it({row.name, row.scope}))
-            return true;
+        if (layout.nets[static_cast<size_t>(net)].item == LAYOUT_WIRE && (row.marks & NL_MARK_WHOLE) == 0 &&
+            NL_parse_bit(name, bit))
+            texts.emplace(bit.base);
+        texts.insert(std::move(name));
+        add({row.name, row.scope});
     }
-    return false;
+    return texts;
 }
 
 bool LAYOUT_pins(const LAYOUT &layout, const NL_INSTANCE &instance, const NL_MODULE &def,

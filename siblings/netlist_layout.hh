@@ -87,8 +87,8 @@ LAYOUT_NAME LAYOUT_instance_name(const LAYOUT &layout, int32_t instance);
 std::string_view LAYOUT_component(const LAYOUT &layout, int32_t name);
 std::string LAYOUT_text(const LAYOUT &layout, LAYOUT_NAME name);
 
-/// True when something in the module is written under this name, or might be. Searches all names.
-bool LAYOUT_has_name(const LAYOUT &layout, std::string_view text);
+/// All names under which something in the module is written, or might be.
+std::unordered_set<std::string> LAYOUT_texts(const LAYOUT &layout);
 
 /// What to write for a net on a pin of that direction: an output takes no constant, a pin of both directions
 /// the wire of the constant.

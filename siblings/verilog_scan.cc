@@ -106,6 +106,9 @@ void scan_escaped(VSCAN &scan, VSCAN_SOURCE &source) {
         VSCAN_fail(scan, "nothing stands behind the '\\' of an escaped name.");
     if (scan.token.text.size() > NAME_LIMIT)
         VSCAN_fail(scan, "a name of %zu characters is too long.", scan.token.text.size());
+    // A design file ends a name there, where two names may become one.
+    if (scan.token.text.find('\0') != std::string_view::npos)
+        VSCAN_fail(scan, "an escaped name holds a NUL character.");
     scan.token.id = NL_name_in_place(scan.names, scan.token.text);
 }
 

@@ -33,6 +33,7 @@ struct VHDL_WRITER {
     std::vector<std::string> item_names;
     std::vector<std::string> net_names;    // of wires of their own
     std::unordered_set<std::string> taken; ///< basic identifiers of the entity, in small letters
+    std::unordered_set<std::string> texts; ///< all names of the module, once one has to be made
 };
 
 std::string extended(const NL_DESIGN &design, const NL_MODULE &module, std::string_view name) {
@@ -94,9 +95,11 @@ std::string inner_name(VHDL_WRITER &writer, LAYOUT_NAME name) {
         writer.taken.insert(folded).second)
         return text;
     std::string other = text;
+    if (writer.texts.empty() && is_component(writer.shared, other))
+        writer.texts = LAYOUT_texts(writer.layout);
     for (int number = 1; is_component(writer.shared, other); number++) {
         std::string next = text + "_n" + std::to_string(number);
-        if (!LAYOUT_has_name(writer.layout, next))
+        if (!writer.texts.contains(next))
             other = next;
     }
     return extended(writer.shared.design, writer.module, other);
@@ -272,7 +275,7 @@ void put_module(TEXT_SINK &text, VHDL_SHARED &shared, const NL_MODULE &module) {
     LAYOUT layout = LAYOUT_make(shared.design, module,
                                 {.outputs_are_read = false, .inputs_take_any_pin = false}, shared.taken);
     COMPONENT entity = make_component(shared, module);
-    VHDL_WRITER writer = {text, shared, module, std::move(layout), entity.ports, {}, {}};
+    VHDL_WRITER writer = {text, shared, module, std::move(layout), entity.ports, {}, {}, {}};
     for (const std::string &port : entity.ports)
         writer.taken.insert(VHDL_folded(port));
     name_signals(writer);

@@ -2,6 +2,8 @@
 // hold.
 #include "support/text.hh"
 
+#include "support/flat_table.hh"
+
 #include <cstdio>
 #include <cstring>
 #include <functional>
@@ -13,19 +15,27 @@ namespace {
 
 constexpr size_t block_size = 64 * 1024;
 
-/// A kept text with its hash, or a free place.
-struct text_place {
+/// A kept text with its hash.
+struct text_row {
     size_t hash = 0;
     const char *text = nullptr;
     size_t size = 0;
+};
+
+struct text_row_traits {
+    static bool is_free(const text_row &row) {
+        return row.text == nullptr;
+    }
+    static size_t hash_of(const text_row &row) {
+        return row.hash;
+    }
 };
 
 struct text_store {
     std::vector<std::unique_ptr<char[]>> blocks;
     char *free_from = nullptr;
     size_t free_bytes = 0;
-    std::vector<text_place> index; ///< open addressing; a power of two, at most half of it taken
-    size_t count = 0;
+    flat_table<text_row, text_row_traits> index;
 };
 
 text_store &store() {
@@ -48,30 +58,6 @@ char *take_bytes(text_store &texts, size_t bytes) {
     texts.free_from += bytes;
     texts.free_bytes -= bytes;
     return place;
-}
-
-/// The place of a text, or the free one that it takes.
-text_place &place_of_text(std::vector<text_place> &index, size_t hash, std::string_view text) {
-    size_t mask = index.size() - 1;
-    for (size_t at = hash & mask;; at = (at + 1) & mask) {
-        text_place &place = index[at];
-        if (place.text == nullptr || (place.hash == hash && std::string_view(place.text, place.size) == text))
-            return place;
-    }
-}
-
-void grow_index(text_store &texts) {
-    std::vector<text_place> before(texts.index.empty() ? 1024 : 2 * texts.index.size());
-    before.swap(texts.index);
-    size_t mask = texts.index.size() - 1;
-    for (const text_place &known : before) {
-        if (known.text == nullptr)
-            continue;
-        size_t at = known.hash & mask;
-        while (texts.index[at].text != nullptr)
-            at = (at + 1) & mask;
-        texts.index[at] = known;
-    }
 }
 
 } // namespace
@@ -102,16 +88,11 @@ const char *keep_copy(std::string_view text) {
 }
 
 const char *keep_text(std::string_view text) {
-    text_store &texts = store();
-    if (2 * texts.count >= texts.index.size())
-        grow_index(texts);
     size_t hash = std::hash<std::string_view>()(text);
-    text_place &place = place_of_text(texts.index, hash, text);
-    if (place.text == nullptr) {
-        place = {hash, keep_copy(text), text.size()};
-        texts.count++;
-    }
-    return place.text;
+    auto is_it = [&](const text_row &row) {
+        return row.hash == hash && std::string_view(row.text, row.size) == text;
+    };
+    return store().index.add(hash, is_it, [&] { return text_row{hash, keep_copy(text), text.size()}; }).text;
 }
 
 const char *keep_text_or_null(const char *text) {

@@ -112,24 +112,39 @@ TEST(bad_files, ids_and_counts_are_checked) {
     expect_file("sdb/bad_words.expected", text);
 }
 
-// A tree with one record at each depth, as deep as the table is long.
-TEST(bad_files, deep_symbol_tree_is_read) {
-    constexpr uint32_t count = 200000;
-    scratch_folder scratch;
+struct symbol_record {
+    std::string text; // without its last NUL
+    int32_t left, right;
+};
+
+/// A design of symbols alone, all in one bucket.
+void write_symbols(const scratch_folder &scratch, const char *name, int32_t head,
+                   const std::vector<symbol_record> &records) {
     std::string bytes = small_design_bytes(scratch).substr(0, 744);
     for (int32_t table = 0; table < SDB_TAB_COUNT; table++)
         set_word(bytes, descriptor_place(table) + 4, 0);
-    auto word = [&](uint32_t value) { bytes.append(reinterpret_cast<const char *>(&value), 4); };
-    for (uint32_t value : {4U, 0x004D5953U, 100U, 1U, 0U, 0U, 0U, count})
+    auto word = [&](auto value) { bytes.append(reinterpret_cast<const char *>(&value), 4); };
+    for (uint32_t value : {4U, 0x004D5953U, 100U, 1U, 0U, 0U})
         word(value);
-    for (uint32_t i = 0; i < count; i++) {
-        std::string text = i == 0 ? "*UNDEF*" : "s" + std::to_string(i);
-        word(static_cast<uint32_t>(text.size() + 1));
-        bytes.append(text.c_str(), text.size() + 1);
-        word(0xFFFFFFFF);
-        word(i + 1 < count ? i + 1 : 0xFFFFFFFF);
+    word(head);
+    word(static_cast<uint32_t>(records.size()));
+    for (const symbol_record &record : records) {
+        word(static_cast<uint32_t>(record.text.size() + 1));
+        bytes.append(record.text.c_str(), record.text.size() + 1);
+        word(record.left);
+        word(record.right);
     }
-    scratch.write("deep.sdb", bytes);
+    scratch.write(name, bytes);
+}
+
+// A tree with one record at each depth, as deep as the table is long.
+TEST(bad_files, deep_symbol_tree_is_read) {
+    constexpr int32_t count = 200000;
+    scratch_folder scratch;
+    std::vector<symbol_record> records = {{"*UNDEF*", -1, 1}};
+    for (int32_t i = 1; i < count; i++)
+        records.push_back({"s" + std::to_string(i), -1, i + 1 < count ? i + 1 : -1});
+    write_symbols(scratch, "deep.sdb", 0, records);
     open_design design(scratch.path("deep.sdb"));
     ASSERT_NE(design.handle, nullptr);
     for (int32_t asked : {199999, 2, 199999}) // few: the tree's order is not that of the texts
@@ -138,6 +153,25 @@ TEST(bad_files, deep_symbol_tree_is_read) {
     EXPECT_EQ(SYM_lookup(sym_tab, "none"), -1);
     for (int32_t asked = 1; asked < 1000; asked++) // too many for the tree
         EXPECT_EQ(SYM_lookup(sym_tab, ("s" + std::to_string(asked)).c_str()), asked);
-    EXPECT_EQ(SYM_setup(sym_tab, "none"), static_cast<int32_t>(count));
-    EXPECT_EQ(SYM_lookup(sym_tab, "none"), static_cast<int32_t>(count));
+    EXPECT_EQ(SYM_setup(sym_tab, "none"), count);
+    EXPECT_EQ(SYM_lookup(sym_tab, "none"), count);
+}
+
+// The first of few lookups goes by the file's own trees, whatever these say.
+TEST(bad_files, odd_symbols_are_found) {
+    scratch_folder scratch;
+    // Of equal texts the lower id is meant, wherever it hangs.
+    std::vector<symbol_record> twice(16, {"other", -1, -1});
+    twice[0] = {"*UNDEF*", -1, -1};
+    twice[1] = {"twice", -1, -1};
+    twice[2] = {"twice", -1, 1};
+    write_symbols(scratch, "twice.sdb", 2, twice);
+    EXPECT_EQ(SYM_lookup(open_design(scratch.path("twice.sdb")).handle->symbols, "twice"), 1);
+    // Behind a text that ends before its record stand no links.
+    std::vector<symbol_record> short_text(16, {"other", -1, -1});
+    short_text[0] = {"*UNDEF*", -1, -1};
+    short_text[1] = {std::string("short\0\x7f\x7f\x7f\x7f\x7f\x7f\x7f\x7f", 14), -1, 2};
+    short_text[2] = {"behind", -1, -1};
+    write_symbols(scratch, "short.sdb", 1, short_text);
+    EXPECT_EQ(SYM_lookup(open_design(scratch.path("short.sdb")).handle->symbols, "behind"), 2);
 }

@@ -67,7 +67,7 @@ struct {
 };
 
 /// Reads f.v in a folder with two files to include; the run, with the design that it made.
-run_result read_text(const netlist_folder &scratch, const std::string &switches, const char *verilog) {
+run_result read_text(const netlist_folder &scratch, const std::string &switches, const std::string &verilog) {
     std::filesystem::remove(scratch.dir / "t.sdb");
     scratch.write("f.v", verilog);
     run_result result = scratch.call("kalmverin " + switches + " f.v");
@@ -256,6 +256,9 @@ const char *const errors[] = {
 
 TEST(Kalmverin, NamesFileAndLineOfWhatItCannotRead) {
     netlist_folder scratch(few_cells);
+    using namespace std::string_literals;
+    run_result with_nul = read_text(scratch, "", "module t (input a);\nINV \\u\0v (.A(a)); endmodule"s);
+    EXPECT_EQ(with_nul.err, "ERROR: f.v:2: an escaped name holds a NUL character.\n");
     std::string text;
     for (const char *verilog : errors) {
         text += section(verilog, read_text(scratch, "", verilog));
