@@ -135,7 +135,8 @@ void expand(FLATTENER &work, int32_t index, const int32_t *outside, int32_t scop
         const int32_t *nets = module.pins.data() + instance.first_pin;
         auto copy = static_cast<int32_t>(work.flat.instances.size());
         auto first_pin = static_cast<int32_t>(work.flat.pins.size());
-        work.flat.instances.push_back({instance.name, scope, instance.def, def.is_cell ? first_pin : NL_NONE});
+        work.flat.instances.push_back(
+            {instance.name, scope, instance.def, def.is_cell ? first_pin : NL_NONE});
         if (def.is_cell) {
             for (size_t i = 0; i < def.ports.size(); i++)
                 work.flat.pins.push_back(flat_net(nets[i]));
