@@ -63,11 +63,13 @@ int32_t add_symbol(SYMBOLS &symbols, int32_t text) {
     return symbol;
 }
 
-int32_t symbol_of(SYMBOLS &symbols, int32_t name) {
-    int32_t &place = symbols.of_name[static_cast<size_t>(name)];
-    if (place == 0)
-        place = add_symbol(symbols, name) + 1;
-    return place - 1;
+inline int32_t symbol_of(SYMBOLS &symbols, int32_t name) {
+    int32_t place = symbols.of_name[static_cast<size_t>(name)];
+    if (place > 0)
+        return place - 1;
+    int32_t symbol = add_symbol(symbols, name);
+    symbols.of_name[static_cast<size_t>(name)] = symbol + 1;
+    return symbol;
 }
 
 int32_t symbol_of_own(SYMBOLS &symbols, std::string_view text) {

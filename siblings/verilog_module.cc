@@ -171,6 +171,9 @@ void net_declaration(VLOG &reader) {
     int32_t constant = VLOG_is_word(reader, WORD_SUPPLY0)   ? NL_GND
                        : VLOG_is_word(reader, WORD_SUPPLY1) ? NL_VCC
                                                             : NL_NONE;
+    // Modules that a tool cut a chip into declare the same names in the same order.
+    if (!reader.scratch.declarations.empty())
+        reader.scan.guess = reader.scratch.declarations.back().name + 1;
     VSCAN_next(reader.scan);
     skip_net_words(reader);
     int32_t left = 0, right = 0;
@@ -194,6 +197,8 @@ void net_declaration(VLOG &reader) {
             break;
         VSCAN_next(reader.scan);
     }
+    if (constant == NL_NONE)
+        reader.scan.guess = WORD_WIRE;
     VLOG_expect_symbol(reader, ';', "a declaration of nets");
 }
 

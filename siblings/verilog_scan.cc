@@ -61,7 +61,8 @@ void scan_name(VSCAN &scan, VSCAN_SOURCE &source) {
     scan.token.text = name;
     if (name.size() > VSCAN_NAME_LIMIT)
         VSCAN_fail(scan, "a name of %zu characters is too long.", name.size());
-    bool guessed = scan.guess >= 0 && NL_same_text(NL_text(scan.names, scan.guess), name);
+    bool guessed = static_cast<size_t>(scan.guess) < scan.names.texts.size() &&
+                   NL_same_text(NL_text(scan.names, scan.guess), name);
     scan.token.id = guessed ? scan.guess : NL_name_in_place(scan.names, name);
     scan.guess = -1;
 }

@@ -286,6 +286,8 @@ int32_t VLOG_own_net(NL_DESIGN &design, NL_MODULE &module, int32_t net) {
 
 void VLOG_instances(VLOG &reader) {
     VSCAN &scan = reader.scan;
+    if (!reader.module->instances.empty()) // they count on in many a netlist, and in each module anew
+        scan.guess = reader.module->instances.back().name + 1;
     int32_t cell = VLOG_take_name(reader, "a cell");
     bool parameters = skip_parameters(reader, cell);
     int32_t def = NL_module(reader.design, cell);
