@@ -2,6 +2,9 @@
 
 #include "siblings/netlist_sdb.hh"
 #include "siblings/tool.hh"
+#include "support/large_pages.hh"
+
+#include <algorithm>
 
 namespace {
 
@@ -29,6 +32,7 @@ struct FLATTENER {
     NL_MODULE flat{};
     NL_UNION sets{};
     std::vector<FLAT_SIZE> sizes{}; // of each module
+    size_t longest_name = 0;        // of the design
 };
 
 int32_t new_net(FLATTENER &work, const NL_NET &net, int32_t scope) {
@@ -105,41 +109,42 @@ void check_size(FLATTENER &work, int32_t top) {
     if (size.pins > PIN_LIMIT)
         TOOL_fail("", 0, "the flat design would have %.3g pins; %.3g are possible. %s", size.pins, PIN_LIMIT,
                   NL_SMALLER_DESIGN);
-    work.flat.instances.reserve(static_cast<size_t>(size.instances));
-    work.flat.nets.reserve(static_cast<size_t>(size.nets));
-    work.flat.pins.reserve(static_cast<size_t>(size.pins));
+    reserve_in_large_pages(work.flat.instances, static_cast<size_t>(size.instances));
+    reserve_in_large_pages(work.flat.nets, static_cast<size_t>(size.nets));
+    reserve_in_large_pages(work.flat.pins, static_cast<size_t>(size.pins));
+    reserve_in_large_pages(work.sets.parent, work.flat.nets.capacity());
 }
 
 void expand(FLATTENER &work, int32_t index, const int32_t *outside, int32_t scope) {
     const NL_MODULE &module = work.design.modules[static_cast<size_t>(index)];
     const NL_NAMES &names = work.design.names;
     size_t path_length = scope_length(work, scope);
+    bool paths_fit = path_length + work.longest_name <= FULL_NAME_LIMIT;
     std::vector<int32_t> place = place_nets(work, module, outside, scope);
+    auto flat_net = [&](int32_t net) { return net == NL_NONE ? NL_NONE : place[static_cast<size_t>(net)]; };
     if (scope == NL_NONE) {
         work.flat.ports = module.ports;
         for (NL_PORT &port : work.flat.ports)
-            port.net = port.net == NL_NONE ? NL_NONE : place[static_cast<size_t>(port.net)];
+            port.net = flat_net(port.net);
     }
-    std::vector<int32_t> inner;
     for (const NL_INSTANCE &instance : module.instances) {
         const NL_MODULE &def = work.design.modules[static_cast<size_t>(instance.def)];
-        if (path_length + NL_text(names, instance.name).size() > FULL_NAME_LIMIT)
+        if (!paths_fit && path_length + NL_text(names, instance.name).size() > FULL_NAME_LIMIT)
             TOOL_fail("", 0, "the name of the instance '%s' in module '%s' is too long with its path.",
                       NL_string(names, instance.name).c_str(), NL_string(names, module.name).c_str());
-        int32_t copy = static_cast<int32_t>(work.flat.instances.size());
-        work.flat.instances.push_back({instance.name, scope, instance.def, NL_NONE});
-        inner.clear();
-        for (size_t i = 0; i < def.ports.size(); i++) {
-            int32_t net = module.pins[static_cast<size_t>(instance.first_pin) + i];
-            inner.push_back(net == NL_NONE ? NL_NONE : place[static_cast<size_t>(net)]);
-        }
+        const int32_t *nets = module.pins.data() + instance.first_pin;
+        auto copy = static_cast<int32_t>(work.flat.instances.size());
+        auto first_pin = static_cast<int32_t>(work.flat.pins.size());
+        work.flat.instances.push_back(
+            {instance.name, scope, instance.def, def.is_cell ? first_pin : NL_NONE});
         if (def.is_cell) {
-            work.flat.instances.back().first_pin = static_cast<int32_t>(work.flat.pins.size());
-            work.flat.pins.insert(work.flat.pins.end(), inner.begin(), inner.end());
+            for (size_t i = 0; i < def.ports.size(); i++)
+                work.flat.pins.push_back(flat_net(nets[i]));
             continue;
         }
         work.flat.scopes.push_back({instance.name, scope, copy});
-        std::vector<int32_t> connected = inner;
+        std::vector<int32_t> connected(def.ports.size());
+        std::transform(nets, nets + connected.size(), connected.begin(), flat_net);
         expand(work, instance.def, connected.data(), static_cast<int32_t>(work.flat.scopes.size()) - 1);
     }
 }
@@ -154,6 +159,8 @@ void check_joined(FLATTENER &work) {
 NL_MODULE NL_flatten(NL_DESIGN &design, int32_t top) {
     FLATTENER work{design};
     check_size(work, top);
+    for (std::string_view name : design.names.texts)
+        work.longest_name = std::max(work.longest_name, name.size());
     const NL_MODULE &module = design.modules[static_cast<size_t>(top)];
     work.flat.name = module.name;
     work.flat.defined = true;
@@ -227,9 +234,14 @@ void NL_open_lone_pins(const NL_DESIGN &design, NL_MODULE &flat) {
             continue;
         const auto &ports = design.modules[static_cast<size_t>(instance.def)].ports;
         int32_t *nets = flat.pins.data() + instance.first_pin;
+        auto is_alone = [&](int32_t net) {
+            return net != NL_NONE && company[static_cast<size_t>(net)] == ONE_PIN;
+        };
+        if (std::none_of(nets, nets + ports.size(), is_alone))
+            continue;
         SURROUNDINGS around = surroundings(ports, nets, company);
         for (size_t i = 0; i < ports.size(); i++) {
-            if (nets[i] == NL_NONE || company[static_cast<size_t>(nets[i])] != ONE_PIN)
+            if (!is_alone(nets[i]))
                 continue;
             bool dont_care = (flat.nets[static_cast<size_t>(nets[i])].marks & NL_MARK_DONT_CARE) != 0;
             if (!waits_for_driver(around, ports[i].direction, dont_care))

@@ -14,21 +14,6 @@ constexpr size_t PROBE_STEP = 17;
 
 constexpr size_t BLOCK_SIZE = 1 << 20;
 
-template <class T> T load(const char *at) {
-    T word;
-    std::memcpy(&word, at, sizeof word);
-    return word;
-}
-
-// Up to eight bytes as one word; a middle may be in it twice.
-uint64_t short_word(const char *at, size_t size) {
-    if (size >= 4)
-        return load<uint32_t>(at) | uint64_t{load<uint32_t>(at + size - 4)} << 32;
-    if (size >= 2)
-        return load<uint16_t>(at) | uint64_t{load<uint16_t>(at + size - 2)} << 16;
-    return size == 0 ? 0 : static_cast<unsigned char>(*at);
-}
-
 uint64_t mix(uint64_t hash, uint64_t word) {
     hash = (hash ^ word) * 0xFF51AFD7ED558CCDu;
     return hash ^ (hash >> 32);
@@ -36,27 +21,16 @@ uint64_t mix(uint64_t hash, uint64_t word) {
 
 // Names are short, and looked up for each token of a large file. The last character is added, not mixed:
 // names that differ in their last digit alone are used near each other, and so have slots side by side.
-uint32_t hash_text(std::string_view text) {
+inline uint32_t hash_text(std::string_view text) {
     if (text.empty())
         return 0;
     uint64_t hash = 0x9E3779B97F4A7C15u ^ text.size();
     const char *at = text.data();
     size_t left = text.size() - 1;
     for (; left > 8; at += 8, left -= 8)
-        hash = mix(hash, load<uint64_t>(at));
-    hash = mix(hash, short_word(at, left));
+        hash = mix(hash, NL_load<uint64_t>(at));
+    hash = mix(hash, NL_short_word(at, left));
     return static_cast<uint32_t>(hash) + static_cast<unsigned char>(text.back());
-}
-
-bool same_text(std::string_view a, std::string_view b) {
-    if (a.size() != b.size())
-        return false;
-    const char *left = a.data(), *right = b.data();
-    size_t size = a.size();
-    for (; size > 8; left += 8, right += 8, size -= 8)
-        if (load<uint64_t>(left) != load<uint64_t>(right))
-            return false;
-    return short_word(left, size) == short_word(right, size);
 }
 
 // Makes room for `more` texts.
@@ -93,30 +67,34 @@ std::string_view copy_text(NL_NAMES &names, std::string_view text) {
 }
 
 // The slot of `text`, or the free slot where it belongs.
-size_t slot_of(const NL_NAMES &names, std::string_view text, uint32_t hash) {
+inline size_t slot_of(const NL_NAMES &names, std::string_view text, uint32_t hash) {
+    const NL_NAMES::SLOT *slots = names.slots.data();
     size_t mask = names.slots.size() - 1;
     size_t at = hash & mask;
-    while (names.slots[at].id >= 0) {
-        const NL_NAMES::SLOT &slot = names.slots[at];
-        if (slot.hash == hash && same_text(names.texts[static_cast<size_t>(slot.id)], text))
+    for (; slots[at].id >= 0; at = (at + PROBE_STEP) & mask)
+        if (slots[at].hash == hash && NL_same_text(names.texts[static_cast<size_t>(slots[at].id)], text))
             break;
-        at = (at + PROBE_STEP) & mask;
-    }
     return at;
+}
+
+// Fills a slot that is free.
+template <bool in_place> int32_t put_new(NL_NAMES &names, std::string_view text, uint32_t hash, size_t at) {
+    int32_t id = static_cast<int32_t>(names.texts.size());
+    names.slots[at] = {hash, id};
+    names.texts.push_back(in_place ? text : copy_text(names, text));
+    if (names.texts.size() * 2 > names.slots.size())
+        grow_slots(names, 1);
+    return id;
 }
 
 template <bool in_place> int32_t put_hashed(NL_NAMES &names, std::string_view text, uint32_t hash) {
     size_t at = slot_of(names, text, hash);
-    if (names.slots[at].id >= 0)
-        return names.slots[at].id;
-    int32_t id = static_cast<int32_t>(names.texts.size());
-    names.slots[at] = {hash, id};
-    names.texts.push_back(in_place ? text : copy_text(names, text));
-    return id;
+    int32_t id = names.slots[at].id;
+    return id >= 0 ? id : put_new<in_place>(names, text, hash, at);
 }
 
 template <bool in_place> int32_t put_name(NL_NAMES &names, std::string_view text) {
-    if (names.texts.size() * 2 >= names.slots.size())
+    if (names.slots.empty())
         grow_slots(names, 1);
     return put_hashed<in_place>(names, text, hash_text(text));
 }

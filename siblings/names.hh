@@ -2,12 +2,41 @@
 #pragma once
 
 #include <cstdint>
+#include <cstring>
 #include <deque>
 #include <memory>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
+
+/// The bytes there as a number, which may stand anywhere.
+template <class T> T NL_load(const char *at) {
+    T word;
+    std::memcpy(&word, at, sizeof word);
+    return word;
+}
+
+/// Up to eight bytes as one word; a middle may be in it twice.
+inline uint64_t NL_short_word(const char *at, size_t size) {
+    if (size >= 4)
+        return NL_load<uint32_t>(at) | uint64_t{NL_load<uint32_t>(at + size - 4)} << 32;
+    if (size >= 2)
+        return NL_load<uint16_t>(at) | uint64_t{NL_load<uint16_t>(at + size - 2)} << 16;
+    return size == 0 ? 0 : static_cast<unsigned char>(*at);
+}
+
+/// Whether two texts are equal; names are too short for a call.
+inline bool NL_same_text(std::string_view a, std::string_view b) {
+    if (a.size() != b.size())
+        return false;
+    const char *left = a.data(), *right = b.data();
+    size_t size = a.size();
+    for (; size > 8; left += 8, right += 8, size -= 8)
+        if (NL_load<uint64_t>(left) != NL_load<uint64_t>(right))
+            return false;
+    return NL_short_word(left, size) == NL_short_word(right, size);
+}
 
 /// A table of distinct texts. Ids count from 0 in the order of first use and never change.
 struct NL_NAMES {

@@ -8,7 +8,7 @@
 #include "siblings/names.hh"
 
 #include <cstdint>
-#include <deque>
+#include <memory>
 #include <unordered_map>
 #include <unordered_set>
 #include <vector>
@@ -90,9 +90,47 @@ struct NL_MODULE {
     std::unordered_map<int32_t, int32_t> group_of_name; ///< the same, vectors alone
 };
 
+/// Modules by id, found for each instance again and again. References stay valid while modules are added.
+class NL_MODULES {
+  public:
+    struct ITERATOR {
+        const std::unique_ptr<NL_MODULE> *at;
+        NL_MODULE &operator*() const {
+            return **at;
+        }
+        ITERATOR &operator++() {
+            at++;
+            return *this;
+        }
+        bool operator==(const ITERATOR &) const = default;
+    };
+
+    const NL_MODULE &operator[](size_t id) const {
+        return *modules[id];
+    }
+    NL_MODULE &operator[](size_t id) {
+        return *modules[id];
+    }
+    size_t size() const {
+        return modules.size();
+    }
+    NL_MODULE &emplace_back() {
+        return *modules.emplace_back(std::make_unique<NL_MODULE>());
+    }
+    ITERATOR begin() const {
+        return {modules.data()};
+    }
+    ITERATOR end() const {
+        return {modules.data() + modules.size()};
+    }
+
+  private:
+    std::vector<std::unique_ptr<NL_MODULE>> modules;
+};
+
 struct NL_DESIGN {
     NL_NAMES names;
-    std::deque<NL_MODULE> modules; ///< references stay valid while modules are added
+    NL_MODULES modules;
     std::unordered_map<int32_t, int32_t> module_of_name;
 };
 

@@ -63,11 +63,13 @@ int32_t add_symbol(SYMBOLS &symbols, int32_t text) {
     return symbol;
 }
 
-int32_t symbol_of(SYMBOLS &symbols, int32_t name) {
-    int32_t &place = symbols.of_name[static_cast<size_t>(name)];
-    if (place == 0)
-        place = add_symbol(symbols, name) + 1;
-    return place - 1;
+inline int32_t symbol_of(SYMBOLS &symbols, int32_t name) {
+    int32_t place = symbols.of_name[static_cast<size_t>(name)];
+    if (place > 0)
+        return place - 1;
+    int32_t symbol = add_symbol(symbols, name);
+    symbols.of_name[static_cast<size_t>(name)] = symbol + 1;
+    return symbol;
 }
 
 int32_t symbol_of_own(SYMBOLS &symbols, std::string_view text) {
@@ -194,11 +196,32 @@ uint64_t count_records(SDB_WRITER &writer) {
 
 // Rows of the tables, in the order of the tables.
 
-template <class T> void put_row(whole_file &file, const T &row) {
-    std::memcpy(put_room(file, sizeof row), &row, sizeof row);
+// The rows of one table on their way into the file, whose number is known: each takes its place in room for
+// many.
+template <class ROW> struct ROWS {
+    whole_file &file;
+    uint64_t left; // rows for which there is no room yet
+    char *at = nullptr;
+    char *end = nullptr;
+};
+
+template <class ROW> ROWS<ROW> begin_rows(whole_file &file, uint64_t count) {
+    return {file, count};
 }
 
-template <class T> void put_rows(whole_file &file, const std::vector<T> &rows) {
+template <class ROW> inline void put(ROWS<ROW> &rows, const ROW &row) {
+    constexpr uint64_t at_once = 1024;
+    if (rows.at == rows.end) {
+        uint64_t count = std::min(rows.left, at_once);
+        rows.at = put_room(rows.file, count * sizeof(ROW));
+        rows.end = rows.at + count * sizeof(ROW);
+        rows.left -= count;
+    }
+    std::memcpy(rows.at, &row, sizeof row);
+    rows.at += sizeof row;
+}
+
+template <class T> void put_all(whole_file &file, const std::vector<T> &rows) {
     put_bytes(file, rows.data(), rows.size() * sizeof(T));
 }
 
@@ -208,32 +231,35 @@ int32_t first_port_node(const SDB_WRITER &writer) {
 }
 
 void put_ports(whole_file &file, const SDB_WRITER &writer) {
+    auto rows = begin_rows<SDB_PORT>(file, writer.counts[SDB_PORT_TAB]);
     for (int32_t place : writer.port_order) {
         const NL_PORT &port = writer.module.ports[static_cast<size_t>(place)];
         int32_t node = first_port_node(writer) + place;
-        put_row(file, SDB_PORT{known_symbol(writer, port.name), port.direction, node, 0});
+        put(rows, {known_symbol(writer, port.name), port.direction, node, 0});
     }
 }
 
 void put_objects(whole_file &file, const SDB_WRITER &writer) {
+    auto rows = begin_rows<SDB_OBJ>(file, writer.counts[SDB_OBJ_TAB]);
     int32_t node = 0;
     for (; node < SOURCE_COUNT; node++)
-        put_row(file, SDB_OBJ{node, node, 0});
+        put(rows, {node, node, 0});
     node += static_cast<int32_t>(writer.module.ports.size());
     for (const NL_INSTANCE &instance : writer.module.instances) {
-        auto pins = static_cast<int32_t>(module_of(writer, instance).ports.size());
-        put_row(file,
-                SDB_OBJ{writer.class_of_def[static_cast<size_t>(instance.def)], pins > 0 ? node : -1, 0});
+        int32_t class_id = writer.class_of_def[static_cast<size_t>(instance.def)];
+        int32_t pins = writer.classes[static_cast<size_t>(class_id)].pin_count;
+        put(rows, {class_id, pins > 0 ? node : -1, 0});
         node += pins;
     }
 }
 
-void put_nets(whole_file &file, const NODE_ORDER &order) {
+void put_nets(whole_file &file, const SDB_WRITER &writer, const NODE_ORDER &order) {
+    auto rows = begin_rows<SDB_NET>(file, writer.counts[SDB_NET_TAB]);
     for (NODE_ORDER::LIST list : order.nets)
-        put_row(file, SDB_NET{list.first, 0});
+        put(rows, {list.first, 0});
 }
 
-void put_port_nodes(whole_file &file, const SDB_WRITER &writer, const NODE_ORDER &order) {
+void put_port_nodes(ROWS<SDB_NODE> &rows, const SDB_WRITER &writer, const NODE_ORDER &order) {
     const auto &ports = writer.module.ports;
     std::vector<int32_t> place_of_port(ports.size());
     for (size_t i = 0; i < ports.size(); i++)
@@ -241,96 +267,106 @@ void put_port_nodes(whole_file &file, const SDB_WRITER &writer, const NODE_ORDER
     auto node = static_cast<size_t>(first_port_node(writer));
     for (size_t i = 0; i < ports.size(); i++, node++) {
         bool connected = !writer.module.is_cell;
-        put_row(file, SDB_NODE{-1, place_of_port[i], connected ? ports[i].net : NL_NONE,
-                               connected ? order.next[node] : -1, 0});
+        put(rows,
+            {-1, place_of_port[i], connected ? ports[i].net : NL_NONE, connected ? order.next[node] : -1, 0});
     }
 }
 
-void put_instance_nodes(whole_file &file, const SDB_WRITER &writer, const NODE_ORDER &order) {
+void put_instance_nodes(ROWS<SDB_NODE> &rows, const SDB_WRITER &writer, const NODE_ORDER &order) {
     const int32_t *next = order.next.data() + SOURCE_COUNT + writer.module.ports.size();
+    const int32_t *pins = writer.module.pins.data();
     int32_t obj = SOURCE_COUNT;
     for (const NL_INSTANCE &instance : writer.module.instances) {
         const SDB_CLASS &row =
             writer.classes[static_cast<size_t>(writer.class_of_def[static_cast<size_t>(instance.def)])];
-        const int32_t *nets =
-            instance.first_pin == NL_NONE ? nullptr : writer.module.pins.data() + instance.first_pin;
-        for (int32_t i = 0; i < row.pin_count; i++)
-            put_row(file, SDB_NODE{obj, row.first_pin + i, nets != nullptr ? nets[i] : NL_NONE, *next++, 0});
+        const int32_t *nets = instance.first_pin == NL_NONE ? nullptr : pins + instance.first_pin;
+        int32_t end = row.first_pin + row.pin_count;
+        for (int32_t pin = row.first_pin; pin < end; pin++)
+            put(rows, {obj, pin, nets != nullptr ? *nets++ : NL_NONE, *next++, 0});
         obj++;
     }
 }
 
 void put_nodes(whole_file &file, const SDB_WRITER &writer, const NODE_ORDER &order) {
+    auto rows = begin_rows<SDB_NODE>(file, writer.counts[SDB_NODE_TAB]);
     for (int32_t i = 0; i < SOURCE_COUNT && !writer.module.is_cell; i++)
-        put_row(file, SDB_NODE{i, writer.classes[static_cast<size_t>(i)].first_pin, i,
-                               order.next[static_cast<size_t>(i)], 0});
-    put_port_nodes(file, writer, order);
+        put(rows,
+            {i, writer.classes[static_cast<size_t>(i)].first_pin, i, order.next[static_cast<size_t>(i)], 0});
+    put_port_nodes(rows, writer, order);
     if (!writer.module.is_cell)
-        put_instance_nodes(file, writer, order);
+        put_instance_nodes(rows, writer, order);
 }
 
 void put_object_names(whole_file &file, const SDB_WRITER &writer) {
+    auto rows = begin_rows<int32_t>(file, writer.counts[SDB_SOBJ_TAB]);
     for (int32_t symbol : writer.source_objects)
-        put_row(file, symbol);
+        put(rows, symbol);
     auto row = static_cast<int32_t>(writer.module.scopes.size() + writer.scoped_nets);
     each_instance(writer, [&](const NL_INSTANCE &instance, int32_t scope) {
         if (scope != NL_NONE)
-            put_row(file, SDB_prefix_name(scope));
+            put(rows, SDB_prefix_name(scope));
         else if (instance.scope != NL_NONE)
-            put_row(file, SDB_prefix_name(row++));
+            put(rows, SDB_prefix_name(row++));
         else
-            put_row(file, known_symbol(writer, instance.name));
+            put(rows, known_symbol(writer, instance.name));
     });
 }
 
 void put_net_names(whole_file &file, const SDB_WRITER &writer) {
+    auto rows = begin_rows<int32_t>(file, writer.counts[SDB_SNET_TAB]);
     auto row = static_cast<int32_t>(writer.module.scopes.size());
     for (const NL_NET &net : writer.module.nets)
-        put_row(file, net.scope != NL_NONE ? SDB_prefix_name(row++) : known_symbol(writer, net.name));
+        put(rows, net.scope != NL_NONE ? SDB_prefix_name(row++) : known_symbol(writer, net.name));
 }
 
 // Rows of the scopes stand in front of all others, so that a scope is its row.
 void put_prefixes(whole_file &file, const SDB_WRITER &writer) {
     const NL_MODULE &module = writer.module;
+    auto rows = begin_rows<SDB_PREFIX>(file, writer.counts[SDB_PREFIX_TAB]);
     auto target_of = [](size_t instance) {
         return (SOURCE_COUNT + static_cast<int32_t>(instance)) | SDB_OBJ_TARGET;
     };
     for (const NL_SCOPE &scope : module.scopes)
-        put_row(file, SDB_PREFIX{known_symbol(writer, scope.name), scope.parent,
-                                 target_of(static_cast<size_t>(scope.instance))});
+        put(rows,
+            {known_symbol(writer, scope.name), scope.parent, target_of(static_cast<size_t>(scope.instance))});
     for (size_t i = 0; i < module.nets.size(); i++)
         if (module.nets[i].scope != NL_NONE)
-            put_row(file, SDB_PREFIX{known_symbol(writer, module.nets[i].name), module.nets[i].scope,
-                                     static_cast<int32_t>(i)});
+            put(rows,
+                {known_symbol(writer, module.nets[i].name), module.nets[i].scope, static_cast<int32_t>(i)});
     size_t index = 0;
     each_instance(writer, [&](const NL_INSTANCE &instance, int32_t scope) {
         if (scope == NL_NONE && instance.scope != NL_NONE)
-            put_row(file, SDB_PREFIX{known_symbol(writer, instance.name), instance.scope, target_of(index)});
+            put(rows, {known_symbol(writer, instance.name), instance.scope, target_of(index)});
         index++;
     });
+}
+
+void put_port_names(whole_file &file, const SDB_WRITER &writer) {
+    auto rows = begin_rows<int32_t>(file, writer.counts[SDB_XPORT_TAB]);
+    for (const NL_PORT &port : writer.module.ports)
+        put(rows, known_symbol(writer, port.name));
 }
 
 void put_tables(whole_file &file, const SDB_WRITER &writer) {
     NODE_ORDER order;
     if (!writer.module.is_cell)
         order = NL_order_nodes(writer.design, writer.module, writer.counts[SDB_NODE_TAB]);
-    put_rows(file, writer.classes);
+    put_all(file, writer.classes);
     put_ports(file, writer);
     if (!writer.module.is_cell) {
         put_objects(file, writer);
-        put_nets(file, order);
+        put_nets(file, writer, order);
     }
     put_nodes(file, writer, order);
     order = {};
-    put_rows(file, writer.pins);
+    put_all(file, writer.pins);
     if (!writer.module.is_cell) {
         put_object_names(file, writer);
         put_net_names(file, writer);
         put_prefixes(file, writer);
     }
-    for (const NL_PORT &port : writer.module.ports)
-        put_row(file, known_symbol(writer, port.name));
-    put_rows(file, writer.marks);
+    put_port_names(file, writer);
+    put_all(file, writer.marks);
 }
 
 void put_file(whole_file &file, const SDB_WRITER &writer) {

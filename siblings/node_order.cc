@@ -1,6 +1,8 @@
 // The nodes of a module in its SDB file, and the order in which they stand on their nets.
 #include "siblings/node_order.hh"
 
+#include "support/large_pages.hh"
+
 namespace {
 
 // How far an instance leads from a port: the walk from the port shall meet its pad first.
@@ -26,6 +28,7 @@ struct ORDERING {
     std::vector<uint8_t> net_flags{};
     std::vector<int32_t>
         one_way_pins{}; // of each module: pins that are no bidirectional ones, -1 not counted
+    std::vector<int32_t> beside_ports{};          // instances on some port's net, in their order
     std::vector<NODE_ON_NET> late[LEVEL_COUNT]{}; // nodes that come behind those of the levels before
 };
 
@@ -94,13 +97,16 @@ void find_pads(ORDERING &work) {
     for (const NL_PORT &port : work.module.ports)
         if (port.net > NL_VCC)
             work.net_flags[static_cast<size_t>(port.net)] = HAS_PORT;
-    for (const NL_INSTANCE &instance : work.module.instances) {
+    const auto &instances = work.module.instances;
+    for (size_t index = 0; index < instances.size(); index++) {
+        const NL_INSTANCE &instance = instances[index];
         if (instance.first_pin == NL_NONE)
             continue;
         const auto &ports = ports_of(work, instance);
         const int32_t *nets = nets_of(work, instance);
         if (!touches_port(work, nets, ports.size()))
             continue;
+        work.beside_ports.push_back(static_cast<int32_t>(index));
         bool inside = leads_inside(work, nets, ports.size());
         for (size_t i = 0; i < ports.size(); i++) {
             if (!on_port(work, nets[i]) || ports[i].direction == NL_INPUT)
@@ -122,15 +128,20 @@ bool may_hide_pad(uint8_t net_flags, NODE_LEVEL level, int32_t direction) {
     return direction != NL_OUTPUT || (net_flags & HAS_PAD) != 0;
 }
 
-void put_pins_on_nets(ORDERING &work, const NL_INSTANCE &instance, int32_t first_node) {
+void put_pins_inside(ORDERING &work, const NL_INSTANCE &instance, int32_t node) {
+    const int32_t *net = nets_of(work, instance);
+    for (const NL_PORT &port : ports_of(work, instance))
+        put_on_net(work, node++, *net++, port.direction, false);
+}
+
+void put_pins_beside_ports(ORDERING &work, const NL_INSTANCE &instance, int32_t first_node) {
     const auto &ports = ports_of(work, instance);
     const int32_t *nets = nets_of(work, instance);
-    bool beside_port = touches_port(work, nets, ports.size());
-    bool inside = !beside_port || leads_inside(work, nets, ports.size());
+    bool inside = leads_inside(work, nets, ports.size());
     for (size_t i = 0; i < ports.size(); i++) {
         int32_t node = first_node + static_cast<int32_t>(i);
         int32_t direction = ports[i].direction;
-        NODE_LEVEL level = inside ? LEADS_INSIDE : level_of_pin(work, instance, inside, direction);
+        NODE_LEVEL level = level_of_pin(work, instance, inside, direction);
         if (!inside && on_port(work, nets[i]) &&
             may_hide_pad(work.net_flags[static_cast<size_t>(nets[i])], level, direction))
             work.late[level].push_back({node, nets[i]});
@@ -139,10 +150,27 @@ void put_pins_on_nets(ORDERING &work, const NL_INSTANCE &instance, int32_t first
     }
 }
 
+void put_instances(ORDERING &work, int32_t node) {
+    const auto &instances = work.module.instances;
+    auto beside = work.beside_ports.begin();
+    for (size_t index = 0; index < instances.size(); index++) {
+        const NL_INSTANCE &instance = instances[index];
+        bool on_port = beside != work.beside_ports.end() && *beside == static_cast<int32_t>(index);
+        beside += on_port;
+        if (on_port)
+            put_pins_beside_ports(work, instance, node);
+        else if (instance.first_pin != NL_NONE)
+            put_pins_inside(work, instance, node);
+        node += static_cast<int32_t>(ports_of(work, instance).size());
+    }
+}
+
 } // namespace
 
 NODE_ORDER NL_order_nodes(const NL_DESIGN &design, const NL_MODULE &module, size_t node_count) {
     NODE_ORDER order;
+    reserve_in_large_pages(order.nets, module.nets.size());
+    reserve_in_large_pages(order.next, node_count);
     order.nets.assign(module.nets.size(), {-1, -1});
     order.next.assign(node_count, -1);
     ORDERING work{design, module, order};
@@ -152,11 +180,7 @@ NODE_ORDER NL_order_nodes(const NL_DESIGN &design, const NL_MODULE &module, size
     for (const NL_PORT &port : module.ports)
         put_on_net(work, node++, port.net, port.direction, true);
     find_pads(work);
-    for (const NL_INSTANCE &instance : module.instances) {
-        if (instance.first_pin != NL_NONE)
-            put_pins_on_nets(work, instance, node);
-        node += static_cast<int32_t>(ports_of(work, instance).size());
-    }
+    put_instances(work, node);
     for (const std::vector<NODE_ON_NET> &nodes : work.late)
         for (NODE_ON_NET late : nodes)
             put_on_net(work, late.node, late.net, NL_BIDI, false);

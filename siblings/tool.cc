@@ -3,6 +3,7 @@
 #include "sdb/sdb.hh"
 #include "support/console.hh"
 #include "support/fnm.hh"
+#include "support/large_pages.hh"
 #include "support/program.hh"
 #include "support/text.hh"
 #include "support/whole_file.hh"
@@ -78,13 +79,13 @@ std::string TOOL_read_file(const std::string &path, std::string_view from_file, 
     // Room that is asked for is filled with zeros first: a short file gets little of it. The byte beyond a
     // file's size is where its end is seen.
     constexpr size_t longest_step = size_t{1} << 20;
-    bool sized = S_ISREG(info.st_mode) && info.st_size > 0;
-    size_t step = sized ? std::min(static_cast<size_t>(info.st_size) + 1, longest_step) : longest_step;
+    size_t size = S_ISREG(info.st_mode) && info.st_size > 0 ? static_cast<size_t>(info.st_size) + 1 : 0;
     std::string text;
-    if (sized)
-        text.reserve(static_cast<size_t>(info.st_size) + step);
+    text.reserve(size);
+    use_large_pages(text.data(), size);
     for (;;) {
         size_t had = text.size();
+        size_t step = had < size ? std::min(size - had, longest_step) : longest_step;
         text.resize(had + step);
         size_t got = std::fread(text.data() + had, 1, step, stream);
         text.resize(had + got);

@@ -13,7 +13,7 @@ constexpr size_t MADE_TEXT_LIMIT = size_t{1} << 26;
 
 std::string_view read_word(VSCAN_SOURCE &source) {
     const char *first = source.at;
-    while (source.at < source.end && VSCAN_is_name_part(*source.at))
+    while (source.at < source.end && VSCAN_is(*source.at, CHAR_IN_NAME))
         source.at++;
     return {first, static_cast<size_t>(source.at - first)};
 }
@@ -112,12 +112,12 @@ std::string substitute(const VSCAN_MACRO &macro, const std::vector<std::string> 
     std::string made;
     std::string_view body = macro.body;
     for (size_t at = 0; at < body.size();) {
-        if (!VSCAN_is_name_start(body[at])) {
+        if (!VSCAN_is(body[at], CHAR_STARTS_NAME)) {
             made += body[at++];
             continue;
         }
         size_t end = at;
-        while (end < body.size() && VSCAN_is_name_part(body[end]))
+        while (end < body.size() && VSCAN_is(body[end], CHAR_IN_NAME))
             end++;
         std::string_view word = body.substr(at, end - at);
         at = end;

@@ -171,6 +171,9 @@ void net_declaration(VLOG &reader) {
     int32_t constant = VLOG_is_word(reader, WORD_SUPPLY0)   ? NL_GND
                        : VLOG_is_word(reader, WORD_SUPPLY1) ? NL_VCC
                                                             : NL_NONE;
+    // Modules that a tool cut a chip into declare the same names in the same order.
+    if (!reader.scratch.declarations.empty())
+        reader.scan.guess = reader.scratch.declarations.back().name + 1;
     VSCAN_next(reader.scan);
     skip_net_words(reader);
     int32_t left = 0, right = 0;
@@ -194,6 +197,8 @@ void net_declaration(VLOG &reader) {
             break;
         VSCAN_next(reader.scan);
     }
+    if (constant == NL_NONE)
+        reader.scan.guess = WORD_WIRE;
     VLOG_expect_symbol(reader, ';', "a declaration of nets");
 }
 
@@ -281,6 +286,34 @@ void make_ports(VLOG &reader) {
                   VLOG_shown_name(reader, twice).c_str(), VLOG_shown_name(reader, module.name).c_str());
 }
 
+template <class ROW> void reserve_as(std::vector<ROW> &rows, const std::vector<ROW> &before) {
+    rows.reserve(before.size() + before.size() / 16);
+}
+
+// Makes room for a module as large as the one before: those that a tool cuts a chip into are much alike.
+void reserve_rows(VLOG &reader, NL_MODULE &module, VLOG_MODULE &record) {
+    if (reader.module == nullptr)
+        return;
+    reserve_as(module.nets, reader.module->nets);
+    reserve_as(module.instances, reader.module->instances);
+    reserve_as(record.instances, reader.record->instances);
+    reserve_as(record.connections, reader.record->connections);
+    reserve_as(record.bits, reader.record->bits);
+}
+
+// Gives room back that is not used.
+void release_rows(NL_MODULE &module, VLOG_MODULE &record) {
+    auto release = [](auto &rows) {
+        if (rows.capacity() / 2 > rows.size())
+            rows.shrink_to_fit();
+    };
+    release(module.nets);
+    release(module.instances);
+    release(record.instances);
+    release(record.connections);
+    release(record.bits);
+}
+
 void parse_module(VLOG &reader) {
     VSCAN &scan = reader.scan;
     int line = scan.token.line;
@@ -295,6 +328,7 @@ void parse_module(VLOG &reader) {
     record.module = index;
     record.file = scan.sources.empty() ? 0 : scan.sources.back().file;
     record.line = line;
+    reserve_rows(reader, module, record);
     reader.module = &module;
     reader.record = &record;
     VLOG_SCRATCH &scratch = reader.scratch;
@@ -317,6 +351,7 @@ void parse_module(VLOG &reader) {
         reader.library ? library_statement(reader) : design_statement(reader);
     make_ports(reader);
     VLOG_close_defparams(reader);
+    release_rows(module, record);
     VSCAN_next(scan);
 }
 

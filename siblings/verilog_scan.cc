@@ -11,31 +11,6 @@
 
 namespace {
 
-// LONE: a symbol whatever follows it.
-enum CHAR_CLASS : uint8_t { BLANK = 1, NAME_START = 2, NAME_PART = 4, DIGIT = 8, LONE = 16 };
-
-constexpr std::array<uint8_t, 256> char_class = [] {
-    std::array<uint8_t, 256> made{};
-    for (char c : {' ', '\t', '\r', '\f', '\v'})
-        made[static_cast<uint8_t>(c)] = BLANK;
-    for (int c = 'a'; c <= 'z'; c++)
-        made[c] = made[c - 'a' + 'A'] = NAME_START | NAME_PART;
-    made['_'] = NAME_START | NAME_PART;
-    made['$'] = NAME_PART;
-    for (int c = '0'; c <= '9'; c++)
-        made[c] = NAME_PART | DIGIT;
-    for (char c : {'.', ',', ';', ')', '[', ']', ':', '{', '}', '='})
-        made[static_cast<uint8_t>(c)] = LONE;
-    return made;
-}();
-
-bool is_class(char c, uint8_t mask) {
-    return (char_class[static_cast<uint8_t>(c)] & mask) != 0;
-}
-
-// A path of names may be 4095 characters long for the main program; one name of that size is a fault of the
-// file.
-constexpr size_t NAME_LIMIT = 4000;
 constexpr size_t SOURCE_DEPTH_LIMIT = 64;
 constexpr size_t FILE_LIMIT = 20000; // opened in one run; files that include others twice open any number
 
@@ -55,7 +30,7 @@ void skip_long_comment(VSCAN &scan, VSCAN_SOURCE &source) {
 // "(*" opens an attribute unless a ')' follows: "@(*)" is an event list.
 bool skip_attribute(VSCAN &scan, VSCAN_SOURCE &source) {
     const char *at = source.at + 2;
-    while (at < source.end && (is_class(*at, BLANK) || *at == '\n'))
+    while (at < source.end && (VSCAN_is(*at, CHAR_BLANK) || *at == '\n'))
         at++;
     if (at < source.end && *at == ')')
         return false;
@@ -80,31 +55,29 @@ bool skip_attribute(VSCAN &scan, VSCAN_SOURCE &source) {
 }
 
 void scan_name(VSCAN &scan, VSCAN_SOURCE &source) {
-    const char *first = source.at;
-    const char *at = first + 1;
-    while (at < source.end && is_class(*at, NAME_PART))
-        at++;
-    source.at = at;
+    std::string_view name = VSCAN_name_at(source.at);
+    source.at += name.size();
     scan.token.kind = TOKEN_NAME;
-    scan.token.text = {first, static_cast<size_t>(at - first)};
-    if (scan.token.text.size() > NAME_LIMIT)
-        VSCAN_fail(scan, "a name of %zu characters is too long.", scan.token.text.size());
-    bool guessed = scan.guess >= 0 && NL_text(scan.names, scan.guess) == scan.token.text;
-    scan.token.id = guessed ? scan.guess : NL_name_in_place(scan.names, scan.token.text);
+    scan.token.text = name;
+    if (name.size() > VSCAN_NAME_LIMIT)
+        VSCAN_fail(scan, "a name of %zu characters is too long.", name.size());
+    bool guessed = static_cast<size_t>(scan.guess) < scan.names.texts.size() &&
+                   NL_same_text(NL_text(scan.names, scan.guess), name);
+    scan.token.id = guessed ? scan.guess : NL_name_in_place(scan.names, name);
     scan.guess = -1;
 }
 
 void scan_escaped(VSCAN &scan, VSCAN_SOURCE &source) {
     const char *first = source.at + 1;
     const char *at = first;
-    while (at < source.end && !is_class(*at, BLANK) && *at != '\n')
+    while (at < source.end && !VSCAN_is(*at, CHAR_BLANK) && *at != '\n')
         at++;
     source.at = at;
     scan.token.kind = TOKEN_ESCAPED;
     scan.token.text = {first, static_cast<size_t>(at - first)};
     if (at == first)
         VSCAN_fail(scan, "nothing stands behind the '\\' of an escaped name.");
-    if (scan.token.text.size() > NAME_LIMIT)
+    if (scan.token.text.size() > VSCAN_NAME_LIMIT)
         VSCAN_fail(scan, "a name of %zu characters is too long.", scan.token.text.size());
     // A design file ends a name there, where two names may become one.
     if (scan.token.text.find('\0') != std::string_view::npos)
@@ -113,25 +86,25 @@ void scan_escaped(VSCAN &scan, VSCAN_SOURCE &source) {
 }
 
 bool is_number_digit(char c) {
-    return is_class(c, NAME_PART) || c == '?';
+    return VSCAN_is(c, CHAR_IN_NAME) || c == '?';
 }
 
 // Size, base and digits may stand apart: 4 'b 1010.
 void scan_number(VSCAN &scan, VSCAN_SOURCE &source) {
     const char *first = source.at;
     const char *at = first;
-    while (at < source.end && (is_class(*at, DIGIT) || *at == '_'))
+    while (at < source.end && (VSCAN_is(*at, CHAR_DIGIT) || *at == '_'))
         at++;
     const char *ahead = at;
-    while (ahead < source.end && is_class(*ahead, BLANK))
+    while (ahead < source.end && VSCAN_is(*ahead, CHAR_BLANK))
         ahead++;
-    if (ahead + 1 < source.end && *ahead == '\'' && is_class(ahead[1], NAME_START)) {
+    if (ahead + 1 < source.end && *ahead == '\'' && VSCAN_is(ahead[1], CHAR_STARTS_NAME)) {
         at = ahead + 1;
         if (*at == 's' || *at == 'S')
             at++;
         if (at < source.end)
             at++;
-        while (at < source.end && is_class(*at, BLANK))
+        while (at < source.end && VSCAN_is(*at, CHAR_BLANK))
             at++;
         while (at < source.end && is_number_digit(*at))
             at++;
@@ -163,7 +136,7 @@ void scan_symbol(VSCAN &scan, VSCAN_SOURCE &source) {
     scan.token.kind = TOKEN_SYMBOL;
     scan.token.symbol = c;
     if (c == '$') {
-        while (source.at < source.end && is_class(*source.at, NAME_PART))
+        while (source.at < source.end && VSCAN_is(*source.at, CHAR_IN_NAME))
             source.at++;
         scan.token.kind = TOKEN_UNREADABLE;
         scan.token.text = {scan.token.text.data(), static_cast<size_t>(source.at - scan.token.text.data())};
@@ -185,12 +158,12 @@ void scan_token(VSCAN &scan, VSCAN_SOURCE &source) {
     char c = *source.at;
     scan.token.line = source.line;
     scan.token.symbol = 0;
-    if (is_class(c, NAME_START))
+    if (VSCAN_is(c, CHAR_STARTS_NAME))
         scan_name(scan, source);
     else if (c == '\\')
         scan_escaped(scan, source);
-    else if (is_class(c, DIGIT) ||
-             (c == '\'' && source.at + 1 < source.end && is_class(source.at[1], NAME_START)))
+    else if (VSCAN_is(c, CHAR_DIGIT) ||
+             (c == '\'' && source.at + 1 < source.end && VSCAN_is(source.at[1], CHAR_STARTS_NAME)))
         scan_number(scan, source);
     else if (c == '"')
         scan_string(scan, source);
@@ -198,18 +171,18 @@ void scan_token(VSCAN &scan, VSCAN_SOURCE &source) {
         scan_symbol(scan, source);
 }
 
-// The tokens that a netlist is full of: names and symbols behind no more than blanks. False elsewhere.
+// The tokens that a netlist is full of: names and symbols behind no more than blanks and ends of lines. False
+// elsewhere.
 bool scan_common(VSCAN &scan, VSCAN_SOURCE &source) {
-    const char *at = source.at;
-    while (at < source.end && is_class(*at, BLANK))
-        at++;
-    if (at == source.end)
-        return false;
-    bool opens = *at == '(' && at + 1 < source.end && at[1] != '*';
-    bool lone = opens || is_class(*at, LONE);
-    if (!lone && !is_class(*at, NAME_START))
-        return false;
+    const char *at = VSCAN_behind_blanks(source.at);
+    while (*at == '\n') {
+        source.line += source.counts;
+        at = VSCAN_behind_blanks(at + 1);
+    }
     source.at = at;
+    bool lone = VSCAN_is(*at, CHAR_LONE) || (*at == '(' && at[1] != '*');
+    if (!lone && !VSCAN_is(*at, CHAR_STARTS_NAME))
+        return false;
     scan.token.line = source.line;
     scan.token.symbol = 0;
     if (!lone) {
@@ -225,23 +198,12 @@ bool scan_common(VSCAN &scan, VSCAN_SOURCE &source) {
 
 } // namespace
 
-bool VSCAN_is_name_start(char c) {
-    return is_class(c, NAME_START);
-}
-
-bool VSCAN_is_name_part(char c) {
-    return is_class(c, NAME_PART);
-}
-
 bool VSCAN_skip_blanks(VSCAN &scan, VSCAN_SOURCE &source) {
     while (source.at < source.end) {
-        const char *at = source.at;
-        while (at < source.end && is_class(*at, BLANK))
-            at++;
-        source.at = at;
-        if (at == source.end)
+        source.at = VSCAN_behind_blanks(source.at);
+        if (source.at == source.end)
             return false;
-        char c = *at;
+        char c = *source.at;
         if (c == '\n') {
             source.line += source.counts;
             source.at++;

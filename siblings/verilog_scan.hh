@@ -7,6 +7,7 @@
 
 #include "siblings/names.hh"
 
+#include <array>
 #include <deque>
 #include <memory>
 #include <string>
@@ -24,6 +25,55 @@ enum VSCAN_KIND : uint8_t {
     TOKEN_UNREADABLE, ///< what no netlist has, such as a system task
 };
 
+/// What a character may be. LONE: a symbol whatever follows it.
+enum VSCAN_CLASS : uint8_t {
+    CHAR_BLANK = 1,
+    CHAR_STARTS_NAME = 2,
+    CHAR_IN_NAME = 4,
+    CHAR_DIGIT = 8,
+    CHAR_LONE = 16
+};
+
+inline constexpr std::array<uint8_t, 256> VSCAN_classes = [] {
+    std::array<uint8_t, 256> made{};
+    for (char c : {' ', '\t', '\r', '\f', '\v'})
+        made[static_cast<uint8_t>(c)] = CHAR_BLANK;
+    for (int c = 'a'; c <= 'z'; c++)
+        made[c] = made[c - 'a' + 'A'] = CHAR_STARTS_NAME | CHAR_IN_NAME;
+    made['_'] = CHAR_STARTS_NAME | CHAR_IN_NAME;
+    made['$'] = CHAR_IN_NAME;
+    for (int c = '0'; c <= '9'; c++)
+        made[c] = CHAR_IN_NAME | CHAR_DIGIT;
+    for (char c : {'.', ',', ';', ')', '[', ']', ':', '{', '}', '='})
+        made[static_cast<uint8_t>(c)] = CHAR_LONE;
+    return made;
+}();
+
+inline bool VSCAN_is(char c, uint8_t classes) {
+    return (VSCAN_classes[static_cast<uint8_t>(c)] & classes) != 0;
+}
+
+/// The first character that is no blank; the end of a line is none.
+inline const char *VSCAN_behind_blanks(const char *at) {
+    while (VSCAN_is(*at, CHAR_BLANK))
+        at++;
+    return at;
+}
+
+/// The plain name that stands there, empty when none does.
+inline std::string_view VSCAN_name_at(const char *at) {
+    const char *end = at;
+    if (VSCAN_is(*at, CHAR_STARTS_NAME))
+        do
+            end++;
+        while (VSCAN_is(*end, CHAR_IN_NAME));
+    return {at, static_cast<size_t>(end - at)};
+}
+
+/// A path of names may be 4095 characters long for the main program; one name of that size is a fault of the
+/// file.
+constexpr size_t VSCAN_NAME_LIMIT = 4000;
+
 struct VSCAN_TOKEN {
     VSCAN_KIND kind;
     char symbol; ///< the character of a TOKEN_SYMBOL, else 0
@@ -32,7 +82,8 @@ struct VSCAN_TOKEN {
     std::string_view text;
 };
 
-/// A text that is being read: a file, or what a macro stands for.
+/// A text that is being read: a file, or what a macro stands for. A NUL stands at its end, which ends every
+/// run of characters of a class.
 struct VSCAN_SOURCE {
     const char *at;
     const char *end;
@@ -96,5 +147,3 @@ std::string VSCAN_shown(const VSCAN &scan);
 void VSCAN_directive(VSCAN &scan);
 /// Skips blanks and comments; false at the end of the source.
 bool VSCAN_skip_blanks(VSCAN &scan, VSCAN_SOURCE &source);
-bool VSCAN_is_name_start(char c);
-bool VSCAN_is_name_part(char c);

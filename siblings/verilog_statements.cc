@@ -46,26 +46,92 @@ void add_connection(VLOG &reader, const VLOG_INSTANCE &instance, int32_t pin) {
                                   static_cast<int32_t>(record.bits.size() - first), sized});
 }
 
+// The net of one bit that stands as a plain name between brackets, from the first of them on, and where the
+// text goes on behind them; NL_NONE for all else.
+int32_t plain_net(VLOG &reader, const char *&at) {
+    const char *open = VSCAN_behind_blanks(at);
+    if (*open != '(')
+        return NL_NONE;
+    std::string_view text = VSCAN_name_at(VSCAN_behind_blanks(open + 1));
+    const char *close = VSCAN_behind_blanks(text.data() + text.size());
+    if (text.empty() || text.size() > VSCAN_NAME_LIMIT || *close != ')')
+        return NL_NONE;
+    int32_t name = NL_name_in_place(reader.design.names, text);
+    const VLOG_DECLARATION *found = name < VLOG_word_count ? nullptr : VLOG_find_declaration(reader, name);
+    if (found == nullptr || found->vector)
+        return NL_NONE;
+    at = close + 1;
+    return found->first_net;
+}
+
+// Passes over the ',' and the '.' of the next connection, and ends of lines between; false when others
+// follow.
+bool pass_to_pin(const VSCAN_SOURCE &source, const char *&at, int &line) {
+    at = VSCAN_behind_blanks(at);
+    if (*at++ != ',')
+        return false;
+    for (; at = VSCAN_behind_blanks(at), *at == '\n'; at++)
+        line += source.counts;
+    return *at++ == '.';
+}
+
+// Reads connections in the text itself, as most of a netlist consists of them: those from a '.' on that name
+// the pins of the instance before, from that place on, and declared nets of one bit. The token is then the
+// one behind them. Gives their number.
+size_t plain_connections(VLOG &reader, const VLOG_INSTANCE &instance, const VLOG_INSTANCE *before,
+                         size_t place) {
+    VLOG_MODULE &record = *reader.record;
+    VSCAN_SOURCE &source = reader.scan.sources.back();
+    const char *at = source.at;
+    int line = source.line;
+    size_t first = place;
+    do {
+        int32_t pin = pin_before(reader, before, place);
+        std::string_view text = VSCAN_name_at(at);
+        if (pin < VLOG_word_count || !NL_same_text(NL_text(reader.design.names, pin), text) ||
+            record.bits.size() >= NL_COUNT_LIMIT)
+            break;
+        at += text.size();
+        int32_t net = plain_net(reader, at);
+        if (net == NL_NONE)
+            break;
+        record.connections.push_back(
+            {pin, static_cast<int32_t>(record.bits.size()) - instance.first_bit, 1, true});
+        record.bits.push_back(net);
+        source.at = at;
+        source.line = line;
+        place++;
+    } while (pass_to_pin(source, at, line));
+    if (place > first)
+        VSCAN_next(reader.scan);
+    return place - first;
+}
+
+void named_connection(VLOG &reader, const VLOG_INSTANCE &instance, const VLOG_INSTANCE *before,
+                      size_t place) {
+    VSCAN &scan = reader.scan;
+    if (VLOG_is_symbol(reader, '.'))
+        scan.guess = pin_before(reader, before, place);
+    VLOG_expect_symbol(reader, '.', "a connection by name");
+    int32_t pin = VLOG_take_name(reader, "a pin");
+    VLOG_expect_symbol(reader, '(', "a connection by name");
+    add_connection(reader, instance, pin);
+    VLOG_expect_symbol(reader, ')', "a connection by name");
+}
+
 void connection_list(VLOG &reader, const VLOG_INSTANCE &instance, const VLOG_INSTANCE *before) {
     VSCAN &scan = reader.scan;
-    if (!VLOG_is_symbol(reader, '.')) {
-        for (;; VSCAN_next(scan)) {
+    bool by_name = VLOG_is_symbol(reader, '.');
+    for (size_t place = 0;; VSCAN_next(scan)) {
+        bool may_be_plain = by_name && VLOG_is_symbol(reader, '.');
+        size_t plain = may_be_plain ? plain_connections(reader, instance, before, place) : 0;
+        place += plain;
+        if (plain == 0 && by_name)
+            named_connection(reader, instance, before, place++);
+        else if (plain == 0)
             add_connection(reader, instance, NL_NONE);
-            if (!VLOG_is_symbol(reader, ','))
-                return;
-        }
-    }
-    for (size_t place = 0;; place++) {
-        if (VLOG_is_symbol(reader, '.'))
-            scan.guess = pin_before(reader, before, place);
-        VLOG_expect_symbol(reader, '.', "a connection by name");
-        int32_t pin = VLOG_take_name(reader, "a pin");
-        VLOG_expect_symbol(reader, '(', "a connection by name");
-        add_connection(reader, instance, pin);
-        VLOG_expect_symbol(reader, ')', "a connection by name");
         if (!VLOG_is_symbol(reader, ','))
             return;
-        VSCAN_next(scan);
     }
 }
 
@@ -220,6 +286,8 @@ int32_t VLOG_own_net(NL_DESIGN &design, NL_MODULE &module, int32_t net) {
 
 void VLOG_instances(VLOG &reader) {
     VSCAN &scan = reader.scan;
+    if (!reader.module->instances.empty()) // they count on in many a netlist, and in each module anew
+        scan.guess = reader.module->instances.back().name + 1;
     int32_t cell = VLOG_take_name(reader, "a cell");
     bool parameters = skip_parameters(reader, cell);
     int32_t def = NL_module(reader.design, cell);

@@ -30,8 +30,7 @@ void add_names(LIST &list, std::string_view names, const char *word) {
 void add_macro(VERIN_ARGUMENTS &arguments, const std::string &operand) {
     size_t equals = operand.find('=');
     std::string name = operand.substr(0, equals);
-    bool is_name = !name.empty() && VSCAN_is_name_start(name[0]) &&
-                   std::all_of(name.begin(), name.end(), VSCAN_is_name_part);
+    bool is_name = !name.empty() && VSCAN_name_at(name.c_str()).size() == name.size();
     if (!is_name)
         TOOL_fail("", 0, "'%s' behind '-D' is no name of a macro.", name.c_str());
     arguments.macros.emplace_back(name, equals == std::string::npos ? "" : operand.substr(equals + 1));

@@ -15,7 +15,9 @@
 #include <string_view>
 #include <sys/types.h>
 
-constexpr size_t whole_file_piece = size_t{1} << 20; ///< bytes that are collected for one call of the system
+/// Bytes that are collected for one call of the system: as many as stay in a processor's cache until they are
+/// written.
+constexpr size_t whole_file_piece = size_t{256} << 10;
 
 /// A file in the making. Two at a time, one of which may be finished while the other is written.
 struct whole_file {
