@@ -5,6 +5,7 @@
 #include "siblings/netlist_sdb.hh"
 #include "siblings/tool.hh"
 #include "siblings/verilog_writer.hh"
+#include "support/heap.hh"
 
 namespace {
 
@@ -56,6 +57,7 @@ void free_contents(NL_MODULE &module) {
 } // namespace
 
 int FLAT_main(int argc, char **argv) {
+    keep_heap_in_large_pages();
     FLAT_ARGUMENTS arguments = read_flat_arguments(argc, argv);
     TOOL_set_search_path();
     std::string name = TOOL_base_name(arguments.design);

@@ -4,6 +4,7 @@
 #include "siblings/tool.hh"
 #include "siblings/verilog_writer.hh"
 #include "siblings/vhdl_writer.hh"
+#include "support/heap.hh"
 
 namespace {
 
@@ -65,6 +66,7 @@ std::string design_name(const std::string &file) {
 } // namespace
 
 int LIST_main(int argc, char **argv) {
+    keep_heap_in_large_pages();
     LIST_ARGUMENTS arguments = read_list_arguments(argc, argv);
     TOOL_set_search_path();
     std::string name = design_name(arguments.file);

@@ -1,5 +1,6 @@
 #include "support/large_pages.hh"
 
+#include <cerrno>
 #include <cstdint>
 #include <sys/mman.h>
 
@@ -13,5 +14,7 @@ void use_large_pages(void *memory, size_t size) {
     auto start = reinterpret_cast<uintptr_t>(memory);
     uintptr_t first = (start + page - 1) / page * page;
     uintptr_t end = (start + size) / page * page;
+    int reason = errno;
     madvise(reinterpret_cast<void *>(first), end - first, MADV_HUGEPAGE);
+    errno = reason;
 }
