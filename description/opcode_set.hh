@@ -22,12 +22,15 @@ class OPCODE_SET {
     using BITS = std::vector<uint64_t>; // a bit for each opcode
     struct VALUE {
         char bit;
-        BITS with; // the opcodes that have this value there
+        BITS agreeing; // the opcodes that have this value there, or any
     };
     struct POSITION {
         BITS open; // the opcodes that have any value there
         std::vector<VALUE> values;
     };
+    void make_room(size_t length);
+
     std::vector<POSITION> positions;
+    size_t word_count = 0; // of each set of bits
     int32_t count = 0;
 };

@@ -39,10 +39,6 @@ void save_enable(INSTRUCTION &instruction, const AST_NODE &node) {
 
 void save_instruction(const AST_NODE &node) {
     INSTRUCTION instruction{};
-    instruction.enable_pins = DYNA_init<const char *>();
-    instruction.enable_values = DYNA_init<const char *>();
-    instruction.gate_signals = DYNA_init<const char *>();
-    instruction.gate_kinds = DYNA_init<int32_t>();
     for (const AST_NODE &item : children(node)) {
         switch (item.kind) {
         case INST_NAME_NODE:
@@ -90,7 +86,8 @@ void append_patterns(const AST_NODE &node, const char **&table) {
         if (check_pattern_list(pattern, table, earlier) == 0)
             continue;
         append_row(table, pattern.text);
-        earlier.add(pattern.text);
+        if (pattern.next_sibling != nullptr)
+            earlier.add(pattern.text);
     }
 }
 

@@ -126,7 +126,7 @@ enum GATE_KIND : int32_t {
 };
 
 /// One %INSTRUCTION of the instruction table. The four enable tables are parallel: row i describes one
-/// enable.
+/// enable. They are null where there is none.
 struct INSTRUCTION {
     const char *name;           ///< instruction name
     const char **patterns;      ///< opcodes of '0', '1', 'X', 'x'

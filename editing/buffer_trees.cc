@@ -32,7 +32,7 @@ void connect_to_tap(EDIT_FILE *fp, const std::string &first, const BUFFER_CELL *
 } // namespace
 
 std::string tree_buffer_name(const char *prefix, int32_t level, int32_t number) {
-    return format_text("%s_buf_%d_%d", prefix, level, number);
+    return prefix + ("_buf_" + std::to_string(level)) + "_" + std::to_string(number);
 }
 
 std::string chain_buffer_name(const char *prefix, int32_t number) {

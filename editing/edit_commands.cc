@@ -6,24 +6,34 @@
 #include "support/run_state.hh"
 #include "support/whole_file.hh"
 
+#include <algorithm>
+#include <string_view>
+
 namespace {
 
 std::string known(const char *name) {
     return text_or_undefined(name);
 }
 
-/// The language parts its words at blanks, so a name with one would silently become two words.
-void check_word(const EDIT_FILE *file, const std::string &word) {
-    if (word.empty() || word.find_first_of(" \t\r\n\v\f") != std::string::npos)
-        vmr_fail("ERROR: the name '%s' can't stand in command file '%s': it is empty or holds a blank.\n\n",
-                 word.c_str(), file->path.c_str());
+bool is_blank(char c) {
+    return c == ' ' || (c >= '\t' && c <= '\r');
 }
 
-std::string checked(const EDIT_FILE *file, const EDIT_OPERAND &operand) {
-    std::string text =
-        operand.kind == EDIT_OPERAND::PIN ? operand.instance + "{" + operand.name + "}" : operand.name;
-    check_word(file, text);
-    return text;
+/// The language parts its words at blanks, so a name with one would silently become two words.
+void check_word(const EDIT_FILE *file, std::string_view word) {
+    if (word.empty() || std::ranges::any_of(word, is_blank))
+        vmr_fail("ERROR: the name '%.*s' can't stand in command file '%s': it is empty or holds a blank.\n\n",
+                 static_cast<int>(word.size()), word.data(), file->path.c_str());
+}
+
+void add_operand(EDIT_FILE *file, const EDIT_OPERAND &operand) {
+    std::string &text = file->text;
+    size_t start = text.size();
+    if (operand.kind == EDIT_OPERAND::PIN)
+        text.append(operand.instance).append("{").append(operand.name).append("}");
+    else
+        text += operand.name;
+    check_word(file, std::string_view(text).substr(start));
 }
 
 } // namespace
@@ -95,13 +105,15 @@ void edit_add_port(EDIT_FILE *file, const char *name, EDIT_PORT direction) {
 
 void edit_disconnect(EDIT_FILE *file, const EDIT_OPERAND &operand, EDIT_BLANKS blanks) {
     file->text += blanks == EDIT_WIDE ? "disconnect  " : "disconnect ";
-    file->text += checked(file, operand) + "\n";
+    add_operand(file, operand);
+    file->text += "\n";
 }
 
 void edit_connect(EDIT_FILE *file, const EDIT_OPERAND &a, const EDIT_OPERAND &b, EDIT_BLANKS blanks) {
     file->text += blanks == EDIT_LEADING_BLANK ? " connect " : blanks == EDIT_WIDE ? "connect  " : "connect ";
-    bool wide = blanks == EDIT_WIDE || blanks == EDIT_WIDE_SECOND;
-    file->text += checked(file, a) + (wide ? "  " : " ") + checked(file, b);
+    add_operand(file, a);
+    file->text += blanks == EDIT_WIDE || blanks == EDIT_WIDE_SECOND ? "  " : " ";
+    add_operand(file, b);
     file->text += blanks == EDIT_TRAILING_BLANK ? " \n" : "\n";
 }
 

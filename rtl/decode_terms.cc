@@ -130,7 +130,7 @@ std::vector<TEMPLATE_NAMES> selections(RTL_LANGUAGE language) {
     for (int32_t row = 0; row < DYNA_count(INSTRUCTIONS); ++row)
         for (const std::string &opcode : instruction_opcodes(row)) {
             std::string text = pattern_text(opcode, language);
-            if (seen.insert(text).second || language == VERILOG)
+            if (language == VERILOG || seen.insert(text).second)
                 choices.push_back({{"LEAD", choices.empty() ? "assign  DR_SELECT = " : std::string(20, ' ')},
                                    {"OPCODE", text},
                                    {"REG", selected_register(INSTRUCTIONS[row])},
@@ -224,7 +224,7 @@ std::string decoder_nets(const std::vector<DECODER_PORT> &ports) {
     int32_t count = 0;
     for (const DECODER_PORT &port : ports) {
         bool new_line = port.letter == 'N' && count++ % 4 == 0;
-        text += (new_line ? ",\n" + std::string(26, ' ') : ", ") + port.row.at("NET");
+        text += (new_line ? ",\n" + std::string(26, ' ') : ", ") + *port.row.find("NET");
     }
     return text;
 }

@@ -36,9 +36,9 @@ void write_pseudo_module(const std::string &base) {
     run_shell("rm -f RIMWEAVE.log");
 }
 
-void write_rtl(const std::string &design) {
+void write_rtl(const std::string &design, const std::vector<RTL_MODULE> &modules) {
     std::string file = output_file(design + (option(OPT_VHDL) ? ".vhd" : ".v"));
-    if (!write_text_file(file, get_TAP_in_RTL()))
+    if (!write_text_file(file, rtl_text(modules)))
         vmr_fail("ERROR: can't open file '%s'.\n\n", file.c_str());
     vmr_printf(" - Synthesizing RTL TAP module (%s) ...\n", TAP_MODULE_NAME);
     warn_about_rtl();
@@ -56,9 +56,9 @@ void write_scripts(const std::string &design) {
 } // namespace
 
 void jtagsyn() {
-    refuse_broken_rtl();
+    std::vector<RTL_MODULE> modules = refuse_broken_rtl();
     std::string design = std::string(TOP_MODULE) + "_TAP";
     write_pseudo_module(design + "_empty");
-    write_rtl(design);
+    write_rtl(design, modules);
     write_scripts(design);
 }

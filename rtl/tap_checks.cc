@@ -5,7 +5,6 @@
 #include "planning/tap_state.hh"
 #include "rtl/module_names.hh"
 #include "rtl/tap_ports.hh"
-#include "rtl/tap_rtl.hh"
 #include "rtl/tap_values.hh"
 
 #include "support/console.hh"
@@ -13,8 +12,9 @@
 #include "support/run_state.hh"
 #include "support/text.hh"
 
+#include <algorithm>
+#include <functional>
 #include <unordered_set>
-#include <utility>
 #include <vector>
 
 namespace {
@@ -126,9 +126,10 @@ void refuse_module_name() {
 
 /// In each module that has a port, nothing else may bear its name or be meant by it. The modules of a Verilog
 /// file have a space of names for themselves.
-void refuse_names_of_logic(const std::vector<TAP_MODULE_PORT> &ports) {
+void refuse_names_of_logic(const std::vector<TAP_MODULE_PORT> &ports,
+                           const std::vector<RTL_MODULE> &modules) {
     RTL_LANGUAGE language = rtl_language();
-    for (const RTL_MODULE &module : tap_modules(language)) {
+    for (const RTL_MODULE &module : modules) {
         MODULE_NAMES names = module_names(module.text, language);
         for (const TAP_MODULE_PORT &port : ports) {
             std::string key = name_key(port.name, language);
@@ -139,7 +140,7 @@ void refuse_names_of_logic(const std::vector<TAP_MODULE_PORT> &ports) {
     }
 }
 
-void refuse_names() {
+void refuse_names(std::vector<RTL_MODULE> &modules) {
     refuse_module_name();
     std::vector<TAP_MODULE_PORT> ports = tap_ports(rtl_language());
     std::unordered_set<std::string> taken;
@@ -150,35 +151,65 @@ void refuse_names() {
     });
     for (const char *reg : rows(ACCESS_REG))
         refuse_words(std::string(reg) + "_out");
-    refuse_names_of_logic(ports);
+    modules = tap_modules(rtl_language());
+    refuse_names_of_logic(ports, modules);
+}
+
+/// Writes messages that have been gathered: to write each on its own takes ten times as long as to make it.
+void print_gathered(std::string &text) {
+    print_out_str(text);
+    text.clear();
+}
+void print_when_long(std::string &text) {
+    if (constexpr size_t much = 1 << 16; text.size() >= much)
+        print_gathered(text);
+}
+
+std::string shown_opcode(const char *opcode, const INSTRUCTION &instruction) {
+    return std::string("opcode '").append(opcode).append("' of INSTRUCTION '").append(instruction.name) + "'";
 }
 
 /// Opcodes that meet one of an earlier instruction: the earlier row wins.
 void warn_colliding_opcodes() {
     OPCODE_SET earlier;
-    std::vector<std::pair<const char *, const char *>> texts; // opcode and instruction of each
+    std::vector<std::string> shown; // each with its instruction
+    std::string text;
     for (const INSTRUCTION &instruction : rows(INSTRUCTIONS)) {
+        size_t before = shown.size();
         for (const char *opcode : rows(instruction.patterns))
+            shown.push_back(shown_opcode(opcode, instruction));
+        for (size_t i = 0; const char *opcode : rows(instruction.patterns)) {
+            const std::string &own = shown[before + i++];
             if (int32_t first = earlier.first_that_meets(opcode); first >= 0)
-                vmr_printf("WARNING: (%s) opcode '%s' of INSTRUCTION '%s' collides with\n"
-                           "         opcode '%s' of INSTRUCTION '%s', which wins.\n\n",
-                           JTAG_BSC_FILE, opcode, instruction.name, texts[static_cast<size_t>(first)].first,
-                           texts[static_cast<size_t>(first)].second);
-        for (const char *opcode : rows(instruction.patterns)) {
-            earlier.add(opcode);
-            texts.emplace_back(opcode, instruction.name);
+                text.append("WARNING: (")
+                    .append(JTAG_BSC_FILE)
+                    .append(") ")
+                    .append(own)
+                    .append(" collides with\n         ")
+                    .append(shown[static_cast<size_t>(first)])
+                    .append(", which wins.\n\n");
+            print_when_long(text);
         }
+        for (const char *opcode : rows(instruction.patterns))
+            earlier.add(opcode);
     }
+    print_gathered(text);
 }
 
 /// The decoder compares an X literally, so that such an opcode decodes to nothing in hardware.
 void warn_open_opcodes() {
+    std::string text;
     for (const INSTRUCTION &instruction : rows(INSTRUCTIONS))
-        for (const char *pattern : rows(instruction.patterns))
-            if (std::string_view(pattern).find_first_of("Xx") != std::string_view::npos)
-                vmr_printf("WARNING: (%s) opcode '%s' of INSTRUCTION '%s' is compared as it stands,\n"
-                           "         its X is not expanded.\n\n",
-                           JTAG_BSC_FILE, pattern, instruction.name);
+        for (const char *pattern : rows(instruction.patterns)) {
+            if (std::ranges::any_of(std::string_view(pattern), is_any_bit))
+                text.append("WARNING: (")
+                    .append(JTAG_BSC_FILE)
+                    .append(") ")
+                    .append(shown_opcode(pattern, instruction))
+                    .append(" is compared as it stands,\n         its X is not expanded.\n\n");
+            print_when_long(text);
+        }
+    print_gathered(text);
 }
 
 void warn_capture() {
@@ -244,9 +275,13 @@ void warn_clamp(RTL_LANGUAGE language) {
 
 } // namespace
 
-void refuse_broken_rtl() {
-    each_apart(
-        {refuse_opcodes, refuse_codes, refuse_enable_values, refuse_highz_without_source, refuse_names});
+std::vector<RTL_MODULE> refuse_broken_rtl() {
+    std::vector<RTL_MODULE> modules;
+    const std::function<void()> steps[] = {refuse_opcodes, refuse_codes, refuse_enable_values,
+                                           refuse_highz_without_source,
+                                           [&modules] { refuse_names(modules); }};
+    each_apart(steps, [](const std::function<void()> &step) { step(); });
+    return modules;
 }
 
 void warn_about_rtl() {

@@ -3,10 +3,11 @@
 // author may expect is told.
 #pragma once
 
-#include "rtl/decode_terms.hh"
+#include "rtl/tap_rtl.hh"
 
-/// Ends the run with one error when the tables cannot give RTL that tools accept.
-void refuse_broken_rtl();
+/// Ends the run with one error when the tables cannot give RTL that tools accept. Returns the modules that
+/// have been looked at, in the language of the run.
+std::vector<RTL_MODULE> refuse_broken_rtl();
 
 /// Prints the warnings of the RTL that is being written, and the defaults of enable pins of several bits.
 void warn_about_rtl();

@@ -144,11 +144,15 @@ std::vector<RTL_MODULE> tap_modules(RTL_LANGUAGE language) {
     return language == VHDL ? make_vhdl() : make_verilog();
 }
 
+std::string rtl_text(const std::vector<RTL_MODULE> &modules) {
+    std::string text;
+    for (const RTL_MODULE &module : modules)
+        text += module.head + module.text;
+    return without_marks(std::move(text));
+}
+
 std::string get_TAP_in_RTL() {
     if (option(OPT_PSEUDO_TAP))
         return without_marks(make_declaration_of_v());
-    std::string text;
-    for (const RTL_MODULE &module : tap_modules(option(OPT_VHDL) ? VHDL : VERILOG))
-        text += module.head + module.text;
-    return without_marks(text);
+    return rtl_text(tap_modules(option(OPT_VHDL) ? VHDL : VERILOG));
 }

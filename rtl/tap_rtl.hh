@@ -18,6 +18,9 @@ std::vector<RTL_MODULE> tap_modules(RTL_LANGUAGE language);
 /// True for the name of a module below the TAP.
 bool is_name_of_part(std::string_view name, RTL_LANGUAGE language);
 
+/// The modules as the text of a file.
+std::string rtl_text(const std::vector<RTL_MODULE> &modules);
+
 /// The port-only Verilog module while OPT_PSEUDO_TAP is set, else the whole RTL file in the language of the
 /// run. Its Verilog header also makes rwv_hier_tap_port_tabG.
 std::string get_TAP_in_RTL();

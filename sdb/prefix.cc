@@ -227,6 +227,8 @@ int32_t PREFIX_lookup(const SDB_PREFIX *table, const char *name, int32_t kind, i
 }
 
 int32_t PREFIX_child(const SDB_PREFIX *table, int32_t symbol, int32_t kind, int32_t parent) {
+    if (symbol < 0) // needs no index
+        return -1;
     prefix_binding *binding = indexed_binding(table);
     return binding == nullptr ? -1 : find_row(*binding, parent, symbol, kind);
 }

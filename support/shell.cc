@@ -7,12 +7,16 @@
 #include <cctype>
 #include <cerrno>
 #include <climits>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
+#include <spawn.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <vector>
 
 namespace {
 
@@ -44,6 +48,103 @@ struct empty_input {
     empty_input &operator=(const empty_input &) = delete;
 };
 
+/// As long as this lives, the keyboard's signals end the command alone and nobody else hears of its end.
+struct command_signals {
+    struct sigaction interrupt {
+    }, quit{}; ///< what holds outside
+    sigset_t mask{};
+
+    command_signals() {
+        struct sigaction ignore {};
+        ignore.sa_handler = SIG_IGN;
+        ::sigaction(SIGINT, &ignore, &interrupt);
+        ::sigaction(SIGQUIT, &ignore, &quit);
+        sigset_t child;
+        sigemptyset(&child);
+        sigaddset(&child, SIGCHLD);
+        ::sigprocmask(SIG_BLOCK, &child, &mask);
+    }
+    ~command_signals() {
+        ::sigaction(SIGINT, &interrupt, nullptr);
+        ::sigaction(SIGQUIT, &quit, nullptr);
+        ::sigprocmask(SIG_SETMASK, &mask, nullptr);
+    }
+    command_signals(const command_signals &) = delete;
+    command_signals &operator=(const command_signals &) = delete;
+};
+
+/// The words of a command that needs no shell to be understood; else none.
+std::vector<std::string> plain_words(const std::string &command) {
+    std::vector<std::string> words;
+    bool in_word = false;
+    for (char c : command) {
+        if (c != ' ' && !is_plain(c))
+            return {};
+        if (c != ' ' && !in_word)
+            words.emplace_back();
+        in_word = c != ' ';
+        if (in_word)
+            words.back() += c;
+    }
+    if (!words.empty() && words[0].find('=') != std::string::npos) // sets a variable
+        return {};
+    return words;
+}
+
+/// PWD names the working folder, as a shell sees to for its commands. False when that folder has no name.
+bool set_true_folder() {
+    const char *folder = std::getenv("PWD");
+    struct stat named {
+    }, here{};
+    if (folder != nullptr && folder[0] == '/' && ::stat(folder, &named) == 0 && ::stat(".", &here) == 0 &&
+        named.st_dev == here.st_dev && named.st_ino == here.st_ino)
+        return true;
+    char real[PATH_MAX];
+    return ::getcwd(real, sizeof real) != nullptr && ::setenv("PWD", real, 1) == 0;
+}
+
+/// The program with the signals that it would have from outside. An error number; 0 is success.
+int spawn_program(std::vector<std::string> &words, const command_signals &outside, pid_t *process) {
+    std::vector<char *> arguments;
+    for (std::string &word : words)
+        arguments.push_back(word.data());
+    arguments.push_back(nullptr);
+    sigset_t restored;
+    sigemptyset(&restored);
+    if (outside.interrupt.sa_handler != SIG_IGN)
+        sigaddset(&restored, SIGINT);
+    if (outside.quit.sa_handler != SIG_IGN)
+        sigaddset(&restored, SIGQUIT);
+    posix_spawnattr_t attributes;
+    int fault = ::posix_spawnattr_init(&attributes);
+    if (fault != 0)
+        return fault;
+    ::posix_spawnattr_setsigdefault(&attributes, &restored);
+    ::posix_spawnattr_setsigmask(&attributes, &outside.mask);
+    ::posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK);
+    fault = ::posix_spawnp(process, arguments[0], nullptr, &attributes, arguments.data(), environ);
+    ::posix_spawnattr_destroy(&attributes);
+    return fault;
+}
+
+/// Runs a command of plain words without a shell, whose start takes as long as that of a small tool. False
+/// when only a shell can run it or tell why not.
+bool run_plain(const std::string &command, int *status) {
+    std::vector<std::string> words = plain_words(command);
+    if (words.empty() || std::getenv("PATH") == nullptr || !set_true_folder())
+        return false;
+    command_signals outside;
+    pid_t process = -1;
+    if (spawn_program(words, outside, &process) != 0)
+        return false;
+    while (::waitpid(process, status, 0) < 0)
+        if (errno != EINTR) {
+            *status = -1;
+            break;
+        }
+    return true;
+}
+
 } // namespace
 
 std::string shell_word(std::string_view name) {
@@ -67,7 +168,9 @@ std::string shell_word(std::string_view name) {
 int run_shell(const std::string &command) {
     std::fflush(nullptr);
     empty_input input;
-    int status = !input.is_set ? -1 : std::system(command.c_str());
+    int status = -1;
+    if (input.is_set && !run_plain(command, &status))
+        status = std::system(command.c_str());
     if (status == -1)
         error_printf("ERROR: can't run '%s' (%s).\n", command.c_str(), std::strerror(errno));
     else if (WIFSIGNALED(status))

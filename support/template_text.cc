@@ -44,11 +44,8 @@ char list_letter(std::string_view margin, const TEMPLATE_VALUES &values) {
 }
 
 const std::string *find_name(std::string_view name, const TEMPLATE_NAMES *row, const TEMPLATE_NAMES &names) {
-    if (row != nullptr)
-        if (auto found = row->find(name); found != row->end())
-            return &found->second;
-    auto found = names.find(name);
-    return found == names.end() ? nullptr : &found->second;
+    const std::string *own = row == nullptr ? nullptr : row->find(name);
+    return own != nullptr ? own : names.find(name);
 }
 
 void append_line(std::string &out, std::string_view text, const TEMPLATE_NAMES *row,
@@ -71,18 +68,31 @@ void append_line(std::string &out, std::string_view text, const TEMPLATE_NAMES *
 
 } // namespace
 
+const std::string *TEMPLATE_NAMES::find(std::string_view name) const {
+    auto found = std::ranges::find(rows, name, &ROW::first);
+    return found == rows.end() ? nullptr : &found->second;
+}
+
+std::string &TEMPLATE_NAMES::operator[](std::string_view name) {
+    auto found = std::ranges::find(rows, name, &ROW::first);
+    return found != rows.end() ? found->second : rows.emplace_back(name, std::string()).second;
+}
+
 std::string expand_template(std::string_view text, const TEMPLATE_VALUES &values) {
     std::string out;
     std::vector<TEMPLATE_LINE> lines = split_lines(text);
     for (size_t at = 0; at < lines.size();) {
         char list = list_letter(lines[at].margin, values);
-        size_t end = at + 1;
-        while (list != 0 && end < lines.size() && list_letter(lines[end].margin, values) == list)
+        std::vector<std::string_view> block; // the lines that are written, once or for each row
+        size_t end = at;
+        do {
+            if (margin_holds(lines[end].margin, values))
+                block.push_back(lines[end].text);
             ++end;
+        } while (list != 0 && end < lines.size() && list_letter(lines[end].margin, values) == list);
         auto append_block = [&](const TEMPLATE_NAMES *row) {
-            for (size_t i = at; i < end; ++i)
-                if (margin_holds(lines[i].margin, values))
-                    append_line(out, lines[i].text, row, values.names);
+            for (std::string_view line : block)
+                append_line(out, line, row, values.names);
         };
         if (list == 0)
             append_block(nullptr);

@@ -18,13 +18,29 @@
 // placeholder and stays as it stands.
 #pragma once
 
-#include <functional>
+#include <initializer_list>
 #include <map>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
-using TEMPLATE_NAMES = std::map<std::string, std::string, std::less<>>;
+/// The texts of some names, in the order in which they came. The names are literals: they live to the exit.
+class TEMPLATE_NAMES {
+  public:
+    using ROW = std::pair<std::string_view, std::string>;
+
+    TEMPLATE_NAMES() = default;
+    TEMPLATE_NAMES(std::initializer_list<ROW> given) : rows(given) {}
+
+    /// The text of a name, a new one where it has none.
+    std::string &operator[](std::string_view name);
+    /// The text of a name, or null.
+    const std::string *find(std::string_view name) const;
+
+  private:
+    std::vector<ROW> rows; // few, so that a search from the first to the last is the fastest
+};
 
 /// What a template is expanded with.
 struct TEMPLATE_VALUES {

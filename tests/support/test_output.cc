@@ -4,6 +4,8 @@
 #include "support/whole_file.hh"
 #include "tests/support/scratch.hh"
 
+#include <algorithm>
+#include <csignal>
 #include <gtest/gtest.h>
 #include <string>
 #include <sys/stat.h>
@@ -25,6 +27,32 @@ TEST(Shell, WordsReachTheCommandAsTheyAre) {
     }
     EXPECT_EQ(shell_word("./rimweave_lib/chip.c.sdb"), "./rimweave_lib/chip.c.sdb");
     EXPECT_EQ(shell_word("-a b"), "'./-a b'"); // no switch
+}
+
+TEST(Shell, PlainCommandsRunAsFromAShell) {
+    scratch_folder scratch;
+    scratch.write("no_head", "echo $0 $PWD");
+    scratch.write("closed", "");
+    scratch.write("killed", "#!/bin/sh\nkill -9 $$\n");
+    ASSERT_EQ(scratch.run("chmod 755 no_head killed").status, 0);
+    auto ran = [&scratch](const std::string &line) {
+        return run_child(scratch, [&line] {
+            ::setenv("PWD", "/tmp/..", 1); // as a program that changes its folder may leave it
+            ::signal(SIGQUIT, SIG_IGN);
+            int status = run_shell(line);
+            std::printf("%d\n", status);
+        });
+    };
+    for (std::string command :
+         {"ls -a  ./killed ", "ls none", "false", "no_such_program a", "./closed", "./no_head", ".", "A=b",
+          "A=b ls", "cd ..", "printenv PWD", "readlink /proc/self/fd/0", "grep Sig /proc/self/status"}) {
+        std::string quoted = command; // the same, but nothing that is plain
+        quoted.insert(std::min(command.find(' '), command.size()), "''");
+        run_result direct = ran(command), shell = ran(quoted);
+        EXPECT_EQ(direct.out, shell.out) << command;
+        EXPECT_EQ(direct.err, shell.err) << command;
+    }
+    EXPECT_EQ(ran("./killed").err, "ERROR: './killed' was ended by signal 9.\n");
 }
 
 TEST(Shell, OwnFolderComesLastOnPath) {
