@@ -6,7 +6,7 @@
 // pad.
 #pragma once
 
-#include "sdb/sdb_writer.hh"
+#include "tests/support/sdb_writer.hh"
 
 #include <algorithm>
 #include <cstdint>

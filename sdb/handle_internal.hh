@@ -1,4 +1,4 @@
-// What the files of this folder share of a handle. Private to this folder.
+// What the files of this folder share of a handle. Private to this folder, and to tests/support/sdb_writer.hh.
 #pragma once
 
 #include "sdb/sdb.hh"

@@ -42,10 +42,14 @@ constexpr int32_t SDB_NOT_NET_TARGET = 0x20000000;
 /// Names and targets below -5 count from here: -6 is row or symbol 0.
 constexpr int32_t SDB_ENTRY_BASE = -6;
 
-/// The row or symbol id that an entry below -5 stands for, and the way back. For every 32-bit entry below -5
-/// the result is not negative.
+/// The row or symbol id that an entry below -5 stands for. For every 32-bit entry below -5 the result is not
+/// negative.
 constexpr int32_t SDB_entry_row(int32_t entry) {
     return SDB_ENTRY_BASE - entry;
+}
+/// The way back: the name entry of a row of the prefix table.
+constexpr int32_t SDB_prefix_name(int32_t row) {
+    return SDB_ENTRY_BASE - row;
 }
 
 /// A cell type that the design uses.

@@ -3,7 +3,6 @@
 // The tables of a file are not made: what stands in them is known from the module, so that it is counted
 // first and then written row by row. What takes memory is the symbols' numbers and the order of the nodes.
 #include "sdb/sdb_file.hh"
-#include "sdb/sdb_writer.hh"
 #include "siblings/netlist_sdb.hh"
 #include "siblings/node_order.hh"
 #include "siblings/sdb_marks.hh"

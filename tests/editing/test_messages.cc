@@ -1,7 +1,7 @@
 // What the emission of the lines refuses or warns of: one row each, on a small chip that the row changes.
 #include "sdb/navigation.hh"
-#include "sdb/sdb_writer.hh"
 #include "tests/editing/chip_case.hh"
+#include "tests/support/sdb_writer.hh"
 
 namespace {
 

@@ -3,8 +3,8 @@
 #pragma once
 
 #include "sdb/navigation.hh"
-#include "sdb/sdb_writer.hh"
 #include "tests/support/scratch.hh"
+#include "tests/support/sdb_writer.hh"
 
 #include <cstdint>
 #include <cstring>
