@@ -60,7 +60,7 @@ void check_sequence_names(SCAN_AST *root) {
 
 /// Each pattern of the statement has a character for each of its names.
 void check_atpg_pattern_length(SCAN_AST &statement) {
-    size_t names = static_cast<size_t>(SCAN_CHILD_COUNT(SCAN_FIND_CHILD(&statement, IDENT_LIST_NODE)));
+    size_t names = scan_names(SCAN_FIND_CHILD(&statement, IDENT_LIST_NODE)).size();
     for (SCAN_AST &pattern : scan_children(SCAN_FIND_CHILD(&statement, PATTERN_LIST_NODE))) {
         if (std::strlen(scan_text(&pattern)) != names)
             error_handler(in_file_name, pattern.line, MESSAGE_PATTERN_LENGTH, scan_text(&pattern));

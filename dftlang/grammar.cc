@@ -2,6 +2,7 @@
 #include "dftlang/grammar.hh"
 
 #include "dftlang/messages.hh"
+#include "support/text.hh"
 
 #include <algorithm>
 #include <cctype>
@@ -46,11 +47,13 @@ bool is_word_character(char c) {
     return std::isalnum(static_cast<unsigned char>(c)) || c == '_' || c == '%' || c == '-' || c == '#';
 }
 
+/// A kind that the code does not know gets its number now.
 SCAN_KIND kind_of(std::string_view name) {
     auto found = compiler().kinds.find(name);
-    if (found == compiler().kinds.end())
-        tree_error();
-    return found->second;
+    if (found != compiler().kinds.end())
+        return found->second;
+    const char *kept = keep_text(name);
+    return compiler().kinds[kept] = scan_add_kind(kept);
 }
 
 /// Number of a block; a name met before its block gets its place now.
@@ -237,11 +240,7 @@ MARK find_mark(std::string_view marks, std::string_view name) {
 
 SCAN_KIND list_kind(SCAN_KIND kind) {
     std::string name = scan_kind_name(kind);
-    if (!name.ends_with("_NODE"))
-        return DUMMY;
-    name.insert(name.size() - 5, "_LIST");
-    auto found = compiler().kinds.find(name);
-    return found == compiler().kinds.end() ? DUMMY : found->second;
+    return kind_of(name.insert(name.rfind("_NODE"), "_LIST"));
 }
 
 /// The statement of one keyword, with the shape and the marks of its line.

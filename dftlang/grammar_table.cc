@@ -22,7 +22,7 @@
 //     #1          a further one is warned of; look-ups find the first
 //     #n          repetition is meant; statements of one kind are collected in one list node
 //     #as(KIND)   kind of the node; otherwise the keyword without '%' and with _NODE behind it
-//     #list(KIND) the list node of a #n statement; otherwise the kind with _LIST_NODE, if there is one
+//     #list(KIND) the list node of a #n statement; otherwise its own kind with _LIST_NODE
 //     #text       the keyword's text becomes the node's first leaf
 //     #need       warned of when it is missing at the block's end, by its keyword or by #need(TEXT)
 #include "dftlang/grammar.hh"
@@ -525,13 +525,13 @@ block PSO
     SCAN_GROUP group (, group)* ; #n #as(PSO_SCAN_GROUP_NODE)
     FULL_SCAN group (, group)* ; #n #as(PSO_FULL_SCAN_NODE)
     SELECTED_SCAN group (, group)* ; #n #as(PSO_SELECTED_SCAN_NODE)
-    SCAN_IN_PAD [<PSO_COMPLEMENT_NODE ~>] [<PSO_INVERSE1_NODE !>] name [<PSO_INVERSE2_NODE !>] ; #n
-    SCAN_OUT_PAD [<PSO_COMPLEMENT_NODE ~>] [<PSO_INVERSE1_NODE !>] name [<PSO_INVERSE2_NODE !>] ; #n
+    SCAN_IN_PAD [<PSO_COMPLEMENT_NODE ~>] [<PSO_INVERSE1_NODE !>] name [<PSO_INVERSE2_NODE !>] ;
+    SCAN_OUT_PAD [<PSO_COMPLEMENT_NODE ~>] [<PSO_INVERSE1_NODE !>] name [<PSO_INVERSE2_NODE !>] ;
     CLOCK string ; #as(PSO_CLOCK_NODE)
     CLOCK_ORDER integer ; #n #as(PSO_CLOCK_ORDER_NODE)
     BUFFER name ; #n #as(PSO_BUFFER_NODE)
-    PIPELINE name ; #n #as(PSO_PIPELINE_NODE)
-    LOCKUP_LATCH name ; #n #as(PSO_LOCKUP_LATCH_NODE)
+    PIPELINE name ; #as(PSO_PIPELINE_NODE)
+    LOCKUP_LATCH name ; #as(PSO_LOCKUP_LATCH_NODE)
 block PATH_FILE
     %PATH {PATH}
 block LOCKUP_FILE

@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr const char *node_name_tab[] = {
+auto &node_name_tab = *new std::vector<const char *>{
 #define DFT_NODE(name) #name,
 #include "dftlang/node_kinds.def"
 #undef DFT_NODE
@@ -34,23 +34,24 @@ bool is_leaf(SCAN_KIND kind) {
 } // namespace
 
 const char *scan_kind_name(SCAN_KIND kind) {
-    return node_name_tab[kind];
+    return node_name_tab[static_cast<size_t>(kind)];
 }
 
-SCAN_AST *SCAN_MAKE_AST(SCAN_KIND kind, int32_t line) {
-    SCAN_AST *made = new_node();
-    *made = {.kind = kind, .line = line, .child = nullptr, .sibling = nullptr};
-    return made;
+SCAN_KIND scan_add_kind(const char *name) {
+    node_name_tab.push_back(name);
+    return static_cast<SCAN_KIND>(node_name_tab.size() - 1);
 }
 
 SCAN_AST *SCAN_MAKE_LEAF(SCAN_KIND kind, int32_t line, const char *text) {
-    SCAN_AST *made = SCAN_MAKE_AST(kind, line);
-    made->attribute = text;
+    SCAN_AST *made = new_node();
+    *made = {.kind = kind, .line = line, .attribute = text, .sibling = nullptr};
     return made;
 }
 
 OPEN_NODE SCAN_OPEN_AST(SCAN_KIND kind, int32_t line) {
-    return {SCAN_MAKE_AST(kind, line), nullptr};
+    SCAN_AST *made = new_node();
+    *made = {.kind = kind, .line = line, .child = nullptr, .sibling = nullptr};
+    return {made, nullptr};
 }
 
 OPEN_NODE SCAN_REOPEN_AST(SCAN_AST *node) {
@@ -101,13 +102,6 @@ SCAN_AST *SCAN_FIND_AST(SCAN_AST *first, SCAN_KIND kind) {
 
 SCAN_AST *SCAN_FIND_CHILD(const SCAN_AST *node, SCAN_KIND kind) {
     return SCAN_FIND_AST(scan_child(node), kind);
-}
-
-int32_t SCAN_CHILD_COUNT(const SCAN_AST *node) {
-    int32_t count = 0;
-    for ([[maybe_unused]] SCAN_AST &child : scan_children(node))
-        count++;
-    return count;
 }
 
 void SCAN_PRINT_AST(std::FILE *stream, const SCAN_AST *node, int32_t indent) {

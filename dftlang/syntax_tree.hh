@@ -7,7 +7,7 @@
 #include <cstdio>
 #include <vector>
 
-/// Node kinds; the number is the place in node_kinds.def.
+/// Node kinds; the number is the place in node_kinds.def. Kinds behind these come from scan_add_kind.
 enum SCAN_KIND : int32_t {
 #define DFT_NODE(name) name,
 #include "dftlang/node_kinds.def"
@@ -35,8 +35,9 @@ struct OPEN_NODE {
 
 /// Name of a kind, as messages and listings print it.
 const char *scan_kind_name(SCAN_KIND kind);
+/// A new kind of that name, which is kept to the exit.
+SCAN_KIND scan_add_kind(const char *name);
 
-SCAN_AST *SCAN_MAKE_AST(SCAN_KIND kind, int32_t line);
 SCAN_AST *SCAN_MAKE_LEAF(SCAN_KIND kind, int32_t line, const char *text);
 /// A node of that kind without children, to be filled.
 OPEN_NODE SCAN_OPEN_AST(SCAN_KIND kind, int32_t line);
@@ -58,7 +59,6 @@ std::vector<const char *> scan_names(const SCAN_AST *node);
 SCAN_AST *SCAN_FIND_AST(SCAN_AST *first, SCAN_KIND kind);
 /// The first child of that kind, or null; null for a null node.
 SCAN_AST *SCAN_FIND_CHILD(const SCAN_AST *node, SCAN_KIND kind);
-int32_t SCAN_CHILD_COUNT(const SCAN_AST *node);
 /// Writes the debug listing: one line per node, children four blanks further in.
 void SCAN_PRINT_AST(std::FILE *stream, const SCAN_AST *node, int32_t indent);
 

@@ -9,8 +9,7 @@
 namespace {
 
 void show_partition() {
-    SCAN_AST *block = SCAN_FIND_CHILD(DFT_OBJECT->file, DEF_INFO_NODE);
-    for (const char *name : scan_names(SCAN_FIND_CHILD(block, PARTITION_NODE)))
+    for (const char *name : scan_names(scan_child(scan_child(DFT_OBJECT->file)))) // the only one of all
         std::printf("<%s>", name);
 }
 
