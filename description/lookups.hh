@@ -16,10 +16,6 @@ BUFFER_CELL *get_buffer(const char *name);
 /// The wild-card buffer name that covers `name` best, or null. Ends the run on a draw.
 const char *bs_name_transfer_wild_card_name(const char *name);
 
-/// What a wild-card name gives for covering `name`: the number of literal characters that count for it, or -1
-/// when it does not cover the name. A pattern whose only '*' leads scores 0.
-int32_t wild_card_score(const char *pattern, const char *name);
-
 /// True when the name stands in %SKIP_SIGNAL_NAMES. "a[3]" is not covered by an entry "a".
 bool skip_signal(const char *name);
 

@@ -4,6 +4,8 @@
 // and fills the tables of description/tables.hh. Nodes are never freed.
 #pragma once
 
+#include "support/sibling_range.hh"
+
 #include <cstdint>
 
 /// What a node is. Items and statements that a keyword heads alone are ITEM_NODE: their keyword says the
@@ -55,7 +57,6 @@ struct AST_NODE {
     AST_NODE *first_child;
     AST_NODE *last_child; ///< lets a list of any length grow in constant time
     AST_NODE *next_sibling;
-    AST_NODE *parent;
     const KEYWORD *keyword; ///< the keyword that heads the node, or null
 };
 
@@ -84,28 +85,6 @@ AST_NODE *make_keyword_node(const TOKEN_VALUE &keyword, AST_NODE *a, AST_NODE *b
 AST_NODE *APPEND_CHILD(AST_NODE *parent, AST_NODE *child);
 
 /// The children of a node as a range: for (AST_NODE &child : children(node)).
-struct SIBLING_RANGE {
-    struct iterator {
-        AST_NODE *node;
-        AST_NODE &operator*() const {
-            return *node;
-        }
-        iterator &operator++() {
-            node = node->next_sibling;
-            return *this;
-        }
-        bool operator!=(const iterator &other) const {
-            return node != other.node;
-        }
-    };
-    AST_NODE *first;
-    iterator begin() const {
-        return {first};
-    }
-    iterator end() const {
-        return {nullptr};
-    }
-};
-inline SIBLING_RANGE children(const AST_NODE &node) {
+inline sibling_range<AST_NODE, &AST_NODE::next_sibling> children(const AST_NODE &node) {
     return {node.first_child};
 }

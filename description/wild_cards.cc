@@ -12,8 +12,8 @@ namespace {
 
 constexpr int32_t NO_MATCH = -1;
 
-} // namespace
-
+/// What a wild-card name gives for covering `name`: the number of literal characters that count for it, or -1
+/// when it does not cover the name. A pattern whose only '*' leads scores 0.
 int32_t wild_card_score(const char *pattern_text, const char *name_text) {
     std::string_view pattern = pattern_text;
     std::string_view name = name_text;
@@ -43,6 +43,8 @@ int32_t wild_card_score(const char *pattern_text, const char *name_text) {
     }
     return static_cast<int32_t>(score);
 }
+
+} // namespace
 
 const char *bs_name_transfer_wild_card_name(const char *name) {
     int32_t best = 0;

@@ -3,6 +3,8 @@
 // Nodes and texts live to the exit: the records made from a tree share its texts.
 #pragma once
 
+#include "support/sibling_range.hh"
+
 #include <cstdint>
 #include <cstdio>
 #include <vector>
@@ -62,30 +64,7 @@ SCAN_AST *SCAN_FIND_CHILD(const SCAN_AST *node, SCAN_KIND kind);
 /// Writes the debug listing: one line per node, children four blanks further in.
 void SCAN_PRINT_AST(std::FILE *stream, const SCAN_AST *node, int32_t indent);
 
-/// Sibling chains in a range-for.
-struct SCAN_ITERATOR {
-    SCAN_AST *node;
-    SCAN_AST &operator*() const {
-        return *node;
-    }
-    SCAN_ITERATOR &operator++() {
-        node = node->sibling;
-        return *this;
-    }
-    bool operator!=(const SCAN_ITERATOR &other) const {
-        return node != other.node;
-    }
-};
-struct SCAN_RANGE {
-    SCAN_AST *first;
-    SCAN_ITERATOR begin() const {
-        return {first};
-    }
-    SCAN_ITERATOR end() const {
-        return {nullptr};
-    }
-};
 /// The children of a node; none for null.
-inline SCAN_RANGE scan_children(const SCAN_AST *node) {
+inline sibling_range<SCAN_AST, &SCAN_AST::sibling> scan_children(const SCAN_AST *node) {
     return {scan_child(node)};
 }

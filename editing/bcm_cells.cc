@@ -22,6 +22,11 @@ struct BCM_CELLS {
 };
 BCM_CELLS bcm_cells;
 
+/// "<top>_BCM".
+std::string bcm_name() {
+    return format_text("%s_BCM", TOP_MODULE);
+}
+
 std::string numbered_cell(int32_t number) {
     return format_text("BCELL%d", number);
 }
@@ -66,10 +71,6 @@ EDIT_FILE *make_top_sdb() {
 
 bool keeps_scan_name(const OPIN_ROW &row) {
     return row.kind <= CELL_OUTPUT_EN;
-}
-
-std::string bcm_name() {
-    return format_text("%s_BCM", TOP_MODULE);
 }
 
 EDIT_OPERAND bcm_port(const std::string &cell, const char *suffix) {

@@ -18,8 +18,6 @@ EDIT_FILE *make_top_sdb();
 bool lives_in_bcm(const OPIN_ROW &row);
 /// Input and output cells keep the names of their SCAN_TAB rows there; the others are numbered.
 bool keeps_scan_name(const OPIN_ROW &row);
-/// "<top>_BCM".
-std::string bcm_name();
 /// Port `<cell>_<suffix>` of the instance.
 EDIT_OPERAND bcm_port(const std::string &cell, const char *suffix);
 /// The next number that no cell's name has yet, as a name: "BCELL<n>".

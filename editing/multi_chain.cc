@@ -79,6 +79,15 @@ void connect_end(int32_t index, const CHAIN_PIN &which, const char *tap_pin, EDI
         record_connection(0, cell, tap);
 }
 
+/// The nearest common ancestor of two rows of MULTI_IO_TAB, a row counting as its own.
+int32_t check_common_level_for_two_multi_io(int32_t a, int32_t b) {
+    for (int32_t up = a; up >= 0; up = MULTI_IO_TAB[up].parent)
+        for (int32_t other = b; other >= 0; other = MULTI_IO_TAB[other].parent)
+            if (up == other)
+                return up;
+    return 0;
+}
+
 void connect_tdi(int32_t index, EDIT_FILE *fp) {
     if (index == DYNA_count(SCAN_TAB) - 1) {
         connect_end(index, CHAIN_TDI, TAP_CONTR->first_bcell, fp);
@@ -113,16 +122,6 @@ void connect_tdo(int32_t index, EDIT_FILE *fp) {
 }
 
 } // namespace
-
-int32_t check_common_level_for_two_multi_io(int32_t a, int32_t b) {
-    if (a == b)
-        return 0;
-    for (int32_t up = a; up >= 0; up = MULTI_IO_TAB[up].parent)
-        for (int32_t other = b; other >= 0; other = MULTI_IO_TAB[other].parent)
-            if (up == other)
-                return up;
-    return 0;
-}
 
 void hier_add_and_connect_bc_serial(int32_t row, EDIT_FILE *fp) {
     connect_tdi(row, fp);

@@ -33,8 +33,6 @@ std::vector<const char *> signals_into_module(int32_t module);
 
 /// Writes the control ports, trees and control wires of every module, then the chain.
 void connect_scan_cell_for_multi_io();
-/// The nearest common ancestor of two rows of MULTI_IO_TAB, a row counting as its own; 0 for equal rows.
-int32_t check_common_level_for_two_multi_io(int32_t a, int32_t b);
 /// Joins the chain pins of SCAN_TAB row `row`. `fp` is the file of its module; what other modules have to do
 /// is recorded for them.
 void hier_add_and_connect_bc_serial(int32_t row, EDIT_FILE *fp);

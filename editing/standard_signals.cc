@@ -92,6 +92,14 @@ void climb(STANDARD_SIGNAL_ROW &signal, const OPIN_ROW &row, int32_t level, LEVE
         warn_of_cut(place);
 }
 
+/// The enable pin of the TDO pad as the pin file chooses it, or null.
+const char *tdo_enable_pin() {
+    const OPIN_ROW *row = TAP_PORT[PORT_TDO].row;
+    if (row == nullptr || row->pad == nullptr)
+        return nullptr;
+    return chosen_enable_pin(row->pad, PIN_TABLE[row->pin_index], nullptr);
+}
+
 /// The pad's pin, or the bare port.
 SIGNAL_PLACE start_place(STANDARD_SIGNAL signal) {
     const OPIN_ROW &row = *signal_row(signal);
@@ -119,13 +127,6 @@ std::string new_port_name(STANDARD_SIGNAL signal) {
 
 const char *chip_port_name(STANDARD_PORT port) {
     return without_minus(*TAP_PORT[port].global_name);
-}
-
-const char *tdo_enable_pin() {
-    const OPIN_ROW *row = TAP_PORT[PORT_TDO].row;
-    if (row == nullptr || row->pad == nullptr)
-        return nullptr;
-    return chosen_enable_pin(row->pad, PIN_TABLE[row->pin_index], nullptr);
 }
 
 bool port_is_used(STANDARD_PORT port) {

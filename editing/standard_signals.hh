@@ -62,8 +62,6 @@ const char *signal_tap_pin(STANDARD_SIGNAL signal);
 std::string new_port_name(STANDARD_SIGNAL signal);
 /// Name of the chip's port without '-'.
 const char *chip_port_name(STANDARD_PORT port);
-/// The enable pin of the TDO pad as the pin file chooses it, or null.
-const char *tdo_enable_pin();
 /// True for a standard port that the TAP gets: all but a TRST that is not declared.
 bool port_is_used(STANDARD_PORT port);
 EDIT_OPERAND place_operand(const SIGNAL_PLACE &place);

@@ -104,14 +104,11 @@ void error_wait(const char *format, ...) {
     read_answer();
 }
 
-bool check_integer(const std::string &text) {
-    return text.find_first_not_of("0123456789") == std::string::npos;
-}
-
 std::optional<int32_t> to_integer(const std::string &text) {
     int32_t value = 0;
     const char *end = text.data() + text.size();
-    if (!check_integer(text) || std::from_chars(text.data(), end, value).ec != std::errc())
+    bool is_integer = text.find_first_not_of("0123456789") == std::string::npos;
+    if (!is_integer || std::from_chars(text.data(), end, value).ec != std::errc())
         return std::nullopt;
     return value;
 }

@@ -31,9 +31,6 @@ ANSWER ask(const PROMPT &prompt);
 /// Says what is wrong and leaves it on the screen until the user has pressed Enter.
 void error_wait(const char *format, ...) __attribute__((format(printf, 1, 2)));
 
-/// True when the text holds decimal digits alone; the empty text does.
-bool check_integer(const std::string &text);
-
 /// The number that the digits give; nothing when the text is no integer or no number of 32 bits.
 std::optional<int32_t> to_integer(const std::string &text);
 

@@ -7,17 +7,19 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-
-std::vector<struct stat> G_READ_FILES;
+#include <sys/stat.h>
+#include <vector>
 
 namespace {
+
+std::vector<struct stat> read_files; ///< as they were then
 
 bool was_read(const struct stat &file) {
     auto same = [&file](const struct stat &known) {
         return known.st_dev == file.st_dev && known.st_ino == file.st_ino && known.st_size == file.st_size &&
                known.st_mtim.tv_sec == file.st_mtim.tv_sec && known.st_mtim.tv_nsec == file.st_mtim.tv_nsec;
     };
-    return std::any_of(G_READ_FILES.begin(), G_READ_FILES.end(), same);
+    return std::any_of(read_files.begin(), read_files.end(), same);
 }
 
 } // namespace
@@ -25,7 +27,7 @@ bool was_read(const struct stat &file) {
 void note_read_file(const char *path) {
     struct stat file {};
     if (path != nullptr && ::stat(path, &file) == 0)
-        G_READ_FILES.push_back(file);
+        read_files.push_back(file);
 }
 
 void keep_earlier_file(const std::string &path) {

@@ -2,11 +2,6 @@
 #pragma once
 
 #include <string>
-#include <sys/stat.h>
-#include <vector>
-
-/// The files that the guide has read, as they were then; note_read_file adds to it.
-extern std::vector<struct stat> G_READ_FILES;
 
 /// Notes the file as one that the guide has read, as it is now. A missing one, or null, is passed over.
 void note_read_file(const char *path);

@@ -36,6 +36,11 @@ MENU_STEP ask_instruction_length(MENU_PAGE &) {
     return ask_number(G_INST_LEN, {prompt_indent, "Enter instruction length : "}, "Instruction length");
 }
 
+/// True for a pattern of G_INST_LEN characters 0, 1, x or X.
+bool check_inst(const std::string &text) {
+    return std::cmp_equal(text.size(), G_INST_LEN) && text.find_first_not_of("01xX") == std::string::npos;
+}
+
 template <int INDENT> bool accept_code(const std::string &token) {
     if (!check_inst(token))
         error_wait("%*sinvalid instruction '%s'\n", INDENT, "", token.c_str());
@@ -92,7 +97,7 @@ OPCODE_END ask_opcodes(int32_t row, const PROMPT &prompt) {
     if (answer && answer->empty())
         empty_list(INSTRUCTIONS[row].patterns);
     else if (answer)
-        put_opcode_into_instruction(row, *answer);
+        append_tokens(INSTRUCTIONS[row].patterns, *answer, accept_code<6>);
     bool deleted = DYNA_count(INSTRUCTIONS[row].patterns) == 0;
     if (deleted)
         delete_instruction(row);
@@ -154,11 +159,3 @@ constexpr GUIDE_MENU INST_menu = {.screen = instruction_screen,
                                   .dots = "........ ",
                                   .data_prompt = {prompt_indent, ""},
                                   .entries = instruction_entries};
-
-bool check_inst(const std::string &text) {
-    return std::cmp_equal(text.size(), G_INST_LEN) && text.find_first_not_of("01xX") == std::string::npos;
-}
-
-void put_opcode_into_instruction(int32_t row, const std::string &text) {
-    append_tokens(INSTRUCTIONS[row].patterns, text, accept_code<6>);
-}

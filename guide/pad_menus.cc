@@ -9,32 +9,6 @@ namespace {
 /// %FUNCTION of the kinds, in the order of the pad menu.
 constexpr const char *pad_functions[] = {"in", "out", "inout", "buf", "inv"};
 
-template <int KIND> MENU_STEP edit_kind(MENU_PAGE &) {
-    edit_PAD(KIND);
-    return MENU_STAY;
-}
-
-constexpr const char *pad_screen = R"(
-    |
-    |
-    |
-    |                ****    PAD and internal buffer Menu   ****
-    |
-   E|<ENTRY>
-    |                ===========================================
-    |
-    |                Enter Command :
-)";
-
-constexpr MENU_ENTRY pad_entries[] = {
-    {"edit Input-only PAD", nullptr, edit_kind<1>},
-    {"edit 3-state output PAD", nullptr, edit_kind<2>},
-    {"edit Bidirectional PAD", nullptr, edit_kind<3>},
-    {"edit 2-state output or Internal buffer", nullptr, edit_kind<4>},
-    {"edit Internal inverting buffer", nullptr, edit_kind<5>},
-    {"return to Main Menu", nullptr, leave_menu},
-};
-
 constexpr const char *pad_page_screen = R"(
     |
     |
@@ -143,15 +117,37 @@ constexpr GUIDE_MENU pad_page_menu = {.screen = pad_page_screen,
                                       .data_prompt = {16, "Enter Data : "},
                                       .entries = pad_page_entries};
 
-} // namespace
-
-constexpr GUIDE_MENU PAD_menu = {.screen = pad_screen, .indent = 15, .entries = pad_entries};
-
-void edit_PAD(int32_t kind) {
-    MENU_PAGE page{.kind = kind};
+template <int KIND> MENU_STEP edit_PAD(MENU_PAGE &) {
+    MENU_PAGE page{.kind = KIND};
     show_first(page);
     work_menu(pad_page_menu, page);
     // An end of input leaves the rows as they are, but the row for the next kind has to be there.
     if (!is_blank_pad(BUFFER_TAB[DYNA_count(BUFFER_TAB) - 1]))
         append_blank_pad();
+    return MENU_STAY;
 }
+
+constexpr const char *pad_screen = R"(
+    |
+    |
+    |
+    |                ****    PAD and internal buffer Menu   ****
+    |
+   E|<ENTRY>
+    |                ===========================================
+    |
+    |                Enter Command :
+)";
+
+constexpr MENU_ENTRY pad_entries[] = {
+    {"edit Input-only PAD", nullptr, edit_PAD<1>},
+    {"edit 3-state output PAD", nullptr, edit_PAD<2>},
+    {"edit Bidirectional PAD", nullptr, edit_PAD<3>},
+    {"edit 2-state output or Internal buffer", nullptr, edit_PAD<4>},
+    {"edit Internal inverting buffer", nullptr, edit_PAD<5>},
+    {"return to Main Menu", nullptr, leave_menu},
+};
+
+} // namespace
+
+constexpr GUIDE_MENU PAD_menu = {.screen = pad_screen, .indent = 15, .entries = pad_entries};

@@ -3,39 +3,6 @@
 
 namespace {
 
-constexpr const char *register_screen = R"(
-    |
-    |
-    |
-    | *****   Test Date Registers Menu   *****
-    |
-   E|<ENTRY>
-    | ========================================
-    |
-    |      Enter Command :
-)";
-
-MENU_STEP ask_idcode(MENU_PAGE &) {
-    ANSWER answer = ask({11, "Enter IDCODE REGISTER : "});
-    if (!answer)
-        return MENU_LEAVE;
-    if (answer->empty() || check_idcode_reg(*answer))
-        IDCODE_REG = field_text(*answer);
-    return MENU_STAY;
-}
-
-MENU_STEP ask_usercode(MENU_PAGE &) {
-    return ask_list(USERCODE_REG, {11, "Enter USERCODE REGISTER : "}, check_idcode_reg);
-}
-
-constexpr MENU_ENTRY register_entries[] = {
-    {"specify Scan Cell name in bsc file", nullptr, open_menu<BD_name_menu>},
-    {"edit  Scan Cell module in lib file", nullptr, open_menu<BD_module_menu>},
-    {.entry = "edit IDCODE register code", .text = global_text<&IDCODE_REG>, .action = ask_idcode},
-    {.entry = "edit USERCODE register code", .action = ask_usercode, .values = list_values<&USERCODE_REG>},
-    {"return to Main Menu", nullptr, leave_menu},
-};
-
 constexpr const char *role_screen = R"(
     |
     |
@@ -90,11 +57,6 @@ constexpr MENU_ENTRY module_entries[] = {
     {"return to previous Menu", nullptr, leave_pages<&SCAN_CELL_TAB>},
 };
 
-} // namespace
-
-constexpr GUIDE_MENU test_reg_menu = {
-    .screen = register_screen, .indent = 0, .value_column = 34, .dots = "... ", .entries = register_entries};
-
 constexpr GUIDE_MENU BD_name_menu = {.screen = role_screen,
                                      .indent = 5,
                                      .value_column = 50,
@@ -109,6 +71,19 @@ constexpr GUIDE_MENU BD_module_menu = {.screen = module_screen,
                                        .data_prompt = {16, "Enter Data : "},
                                        .entries = module_entries};
 
+constexpr const char *register_screen = R"(
+    |
+    |
+    |
+    | *****   Test Date Registers Menu   *****
+    |
+   E|<ENTRY>
+    | ========================================
+    |
+    |      Enter Command :
+)";
+
+/// True for a pattern of 32 such characters; says what is wrong otherwise and waits.
 bool check_idcode_reg(const std::string &text) {
     size_t bad = text.find_first_not_of("01xX");
     if (bad != std::string::npos) {
@@ -121,3 +96,29 @@ bool check_idcode_reg(const std::string &text) {
     }
     return true;
 }
+
+MENU_STEP ask_idcode(MENU_PAGE &) {
+    ANSWER answer = ask({11, "Enter IDCODE REGISTER : "});
+    if (!answer)
+        return MENU_LEAVE;
+    if (answer->empty() || check_idcode_reg(*answer))
+        IDCODE_REG = field_text(*answer);
+    return MENU_STAY;
+}
+
+MENU_STEP ask_usercode(MENU_PAGE &) {
+    return ask_list(USERCODE_REG, {11, "Enter USERCODE REGISTER : "}, check_idcode_reg);
+}
+
+constexpr MENU_ENTRY register_entries[] = {
+    {"specify Scan Cell name in bsc file", nullptr, open_menu<BD_name_menu>},
+    {"edit  Scan Cell module in lib file", nullptr, open_menu<BD_module_menu>},
+    {.entry = "edit IDCODE register code", .text = global_text<&IDCODE_REG>, .action = ask_idcode},
+    {.entry = "edit USERCODE register code", .action = ask_usercode, .values = list_values<&USERCODE_REG>},
+    {"return to Main Menu", nullptr, leave_menu},
+};
+
+} // namespace
+
+constexpr GUIDE_MENU test_reg_menu = {
+    .screen = register_screen, .indent = 0, .value_column = 34, .dots = "... ", .entries = register_entries};

@@ -3,29 +3,6 @@
 
 namespace {
 
-constexpr const char *tap_screen = R"(
-    |
-    |
-    |
-    |      *******    TAP Controller Menu    *******
-    |
-   E|<ENTRY>
-    |      =========================================
-    |
-    |          Enter Command :
-)";
-
-constexpr MENU_ENTRY tap_entries[] = {
-    {"edit TAP module in lib file", nullptr, open_menu<TAP_lib_menu1>},
-    {.entry = "specify TAP module name in bsc file",
-     .text = global_text<&TAP_MODULE_NAME>,
-     .prompt = "Enter module name : "},
-    {.entry = "specify TAP instance name in bsc file",
-     .text = global_text<&TAP_INSTANCE_NAME>,
-     .prompt = "Enter instance name : "},
-    {"return to Main Menu", nullptr, leave_menu},
-};
-
 constexpr const char *tap_lib_screen = R"(
     |
     |
@@ -77,6 +54,37 @@ constexpr MENU_ENTRY tap_lib_entries[] = {
     {"return to previous menu", nullptr, leave_pages<&TAP_CELL_TAB>},
 };
 
+constexpr GUIDE_MENU TAP_lib_menu1 = {.screen = tap_lib_screen,
+                                      .indent = 0,
+                                      .gap = 1,
+                                      .value_column = 51,
+                                      .dots = "..... ",
+                                      .data_prompt = {5, "Enter Data : "},
+                                      .entries = tap_lib_entries};
+
+constexpr const char *tap_screen = R"(
+    |
+    |
+    |
+    |      *******    TAP Controller Menu    *******
+    |
+   E|<ENTRY>
+    |      =========================================
+    |
+    |          Enter Command :
+)";
+
+constexpr MENU_ENTRY tap_entries[] = {
+    {"edit TAP module in lib file", nullptr, open_menu<TAP_lib_menu1>},
+    {.entry = "specify TAP module name in bsc file",
+     .text = global_text<&TAP_MODULE_NAME>,
+     .prompt = "Enter module name : "},
+    {.entry = "specify TAP instance name in bsc file",
+     .text = global_text<&TAP_INSTANCE_NAME>,
+     .prompt = "Enter instance name : "},
+    {"return to Main Menu", nullptr, leave_menu},
+};
+
 } // namespace
 
 constexpr GUIDE_MENU TAP_menu = {.screen = tap_screen,
@@ -86,11 +94,3 @@ constexpr GUIDE_MENU TAP_menu = {.screen = tap_screen,
                                  .dots = "..... ",
                                  .data_prompt = {10, ""},
                                  .entries = tap_entries};
-
-constexpr GUIDE_MENU TAP_lib_menu1 = {.screen = tap_lib_screen,
-                                      .indent = 0,
-                                      .gap = 1,
-                                      .value_column = 51,
-                                      .dots = "..... ",
-                                      .data_prompt = {5, "Enter Data : "},
-                                      .entries = tap_lib_entries};

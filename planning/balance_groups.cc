@@ -10,12 +10,12 @@
 #include <string>
 #include <unordered_map>
 
-void fail_grouping(int32_t n, int32_t size) {
+namespace {
+
+[[noreturn]] void fail_grouping(int32_t n, int32_t size) {
     console_printf("ERROR: Can't group %d with max size %d !\n", n, size);
     end_run(0);
 }
-
-namespace {
 
 // The split itself, for a size of 1 or more.
 int32_t *even_groups(int32_t n, int32_t size) {

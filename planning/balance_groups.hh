@@ -10,8 +10,5 @@
 /// ends the run with "Can't group", on the console alone, and exit status 0.
 int32_t *split_into_groups(int32_t n, int32_t size);
 
-/// Prints the error of an impossible split and ends the run with status 0.
-[[noreturn]] void fail_grouping(int32_t n, int32_t size);
-
 /// From the needs of the trees to their groups and buffers.
 void built_bus_balance_group_tab_for_control_signal(CONTROL_TREES &trees);

@@ -80,6 +80,35 @@ void check_highz_enable(const OPIN_ROW &row) {
                    TAP_CONTR->highz_command, row.port_name);
 }
 
+/// Finds or makes the control cell of a row's enable: table index plus one, or -1 for a constant enable.
+int32_t save_contr_tab(CONTROL_KIND_ID which, const OPIN_ROW &row) {
+    const CONTROL_KIND &kind = CONTROL_KINDS[which];
+    const char *enable = chosen_enable_pin(row.pad, PIN_TABLE[row.pin_index], nullptr);
+    SCAN_CELL *cell = declared_cell(kind.counter).cell;
+    if (cell == nullptr)
+        vmr_fail(which == CONTROL_OE ? "ERROR: Please specify %%CONTROL_OE_SCAN in file '%s'.\n\n"
+                                     : "ERROR: can't find %%CONTROL_SCAN in file '%s'.\n\n",
+                 JTAG_BSC_FILE);
+    int32_t net = search_inet_connected_to_obj(row.pad_obj, enable, SDB_INPUT);
+    if (net < 0)
+        fail_enable(row, "can't be found");
+    if (is_constant_net(net))
+        return -1;
+    const char *net_name = SDB_net_name(sdb, net);
+    if (net_name == nullptr)
+        fail_enable(row, "is floating");
+
+    auto [known, is_new] = row_of_net[which].try_emplace(net, DYNA_count(*kind.table));
+    if (!is_new && !option(OPT_DONT_SHARE_CONTROL))
+        return known->second + 1;
+    CONTROL_ROW control = {};
+    control.net_name = keep_text(net_name);
+    control.bsdl_type = cell->rst != nullptr ? "controlr" : "control";
+    control.scan_cell = cell;
+    append_row(*kind.table, control);
+    return DYNA_count(*kind.table);
+}
+
 /// Gives each row of a control table one row per module of its ports, in the order of the first port of each.
 void split_table(const CONTROL_KIND &kind) {
     CONTROL_ROW *whole = *kind.table;
@@ -137,34 +166,6 @@ void mark_drivers() {
 }
 
 } // namespace
-
-int32_t save_contr_tab(CONTROL_KIND_ID which, const OPIN_ROW &row) {
-    const CONTROL_KIND &kind = CONTROL_KINDS[which];
-    const char *enable = chosen_enable_pin(row.pad, PIN_TABLE[row.pin_index], nullptr);
-    SCAN_CELL *cell = declared_cell(kind.counter).cell;
-    if (cell == nullptr)
-        vmr_fail(which == CONTROL_OE ? "ERROR: Please specify %%CONTROL_OE_SCAN in file '%s'.\n\n"
-                                     : "ERROR: can't find %%CONTROL_SCAN in file '%s'.\n\n",
-                 JTAG_BSC_FILE);
-    int32_t net = search_inet_connected_to_obj(row.pad_obj, enable, SDB_INPUT);
-    if (net < 0)
-        fail_enable(row, "can't be found");
-    if (is_constant_net(net))
-        return -1;
-    const char *net_name = SDB_net_name(sdb, net);
-    if (net_name == nullptr)
-        fail_enable(row, "is floating");
-
-    auto [known, is_new] = row_of_net[which].try_emplace(net, DYNA_count(*kind.table));
-    if (!is_new && !option(OPT_DONT_SHARE_CONTROL))
-        return known->second + 1;
-    CONTROL_ROW control = {};
-    control.net_name = keep_text(net_name);
-    control.bsdl_type = cell->rst != nullptr ? "controlr" : "control";
-    control.scan_cell = cell;
-    append_row(*kind.table, control);
-    return DYNA_count(*kind.table);
-}
 
 void save_enable_control(OPIN_ROW &row) {
     CONTROL_KIND_ID which = row.scan_cell->oe_mode != nullptr ? CONTROL_OE : CONTROL_PLAIN;

@@ -23,8 +23,6 @@ void save_bidir_scan_tab(OPIN_ROW &row);
 /// another port, whose cell then serves both.
 bool is_merged(const OPIN_ROW &row, int32_t node, bool is_bidir);
 
-/// Finds or makes the control cell of a row's enable: table index plus one, or -1 for a constant enable.
-int32_t save_contr_tab(CONTROL_KIND_ID which, const OPIN_ROW &row);
 /// Ties the enable of a row with its chosen cell to one of the two control tables.
 void save_enable_control(OPIN_ROW &row);
 /// Gives every I/O module control cells of its own: rows of both tables are split by the module of their

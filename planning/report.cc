@@ -91,6 +91,31 @@ const SCAN_CELL *cell_of_section(const CELL_SECTION &section) {
     return nullptr;
 }
 
+/// Prints the pins that a scan cell declares.
+void print_various_scan_cell(const SCAN_CELL *cell) {
+    static const struct {
+        const char *label;
+        const char *SCAN_CELL::*field;
+    } lines[] = {
+        {"%DATA_IN        ", &SCAN_CELL::data_in},       {"%DATA_OUT       ", &SCAN_CELL::data_out},
+        {"%UPDATE_DR_OUT  ", &SCAN_CELL::update_dr_out}, {"%TDI            ", &SCAN_CELL::tdi},
+        {"%TDO            ", &SCAN_CELL::tdo},           {"%TCK            ", &SCAN_CELL::tck},
+        {"%SHIFT_DR       ", &SCAN_CELL::shift_dr},      {"%CLOCK_DR       ", &SCAN_CELL::clock_dr},
+        {"%UPDATE_DR      ", &SCAN_CELL::update_dr},     {"%HIGHZ          ", &SCAN_CELL::highz},
+        {"%MODE_1         ", &SCAN_CELL::mode_1},        {"%MODE_2         ", &SCAN_CELL::mode_2},
+        {"%MODE_3         ", &SCAN_CELL::mode_3},        {"%RST            ", &SCAN_CELL::rst},
+        {"%SYS_PIN        ", &SCAN_CELL::sys_pin},       {"%SYS_IN         ", &SCAN_CELL::sys_in},
+        {"%MUX_DATA_IN    ", &SCAN_CELL::mux_data_in},   {"%OE_MODE        ", &SCAN_CELL::oe_mode},
+    };
+    vmr_printf("  .......................................\n");
+    for (const auto &line : lines)
+        if (cell->*line.field != nullptr)
+            vmr_printf("    %s: %s\n", line.label, cell->*line.field);
+    for (int32_t n = 0; n < DYNA_count(cell->extras); ++n)
+        if (cell->extras[n] != nullptr)
+            vmr_printf("    %%EXTRA_PIN_%d    : %s\n", n, cell->extras[n]);
+}
+
 void print_cell_section(const CELL_SECTION &section) {
     const SCAN_CELL *cell = cell_of_section(section);
     vmr_printf("%s  ** Add %d %s SCAN Cells: %s\n", RULE, SCAN_COUNT[section.counter], section.word,
@@ -117,28 +142,4 @@ void print_report() {
             vmr_printf("%s", line);
     }
     vmr_printf("%s\n", DOUBLE_RULE);
-}
-
-void print_various_scan_cell(const SCAN_CELL *cell) {
-    static const struct {
-        const char *label;
-        const char *SCAN_CELL::*field;
-    } lines[] = {
-        {"%DATA_IN        ", &SCAN_CELL::data_in},       {"%DATA_OUT       ", &SCAN_CELL::data_out},
-        {"%UPDATE_DR_OUT  ", &SCAN_CELL::update_dr_out}, {"%TDI            ", &SCAN_CELL::tdi},
-        {"%TDO            ", &SCAN_CELL::tdo},           {"%TCK            ", &SCAN_CELL::tck},
-        {"%SHIFT_DR       ", &SCAN_CELL::shift_dr},      {"%CLOCK_DR       ", &SCAN_CELL::clock_dr},
-        {"%UPDATE_DR      ", &SCAN_CELL::update_dr},     {"%HIGHZ          ", &SCAN_CELL::highz},
-        {"%MODE_1         ", &SCAN_CELL::mode_1},        {"%MODE_2         ", &SCAN_CELL::mode_2},
-        {"%MODE_3         ", &SCAN_CELL::mode_3},        {"%RST            ", &SCAN_CELL::rst},
-        {"%SYS_PIN        ", &SCAN_CELL::sys_pin},       {"%SYS_IN         ", &SCAN_CELL::sys_in},
-        {"%MUX_DATA_IN    ", &SCAN_CELL::mux_data_in},   {"%OE_MODE        ", &SCAN_CELL::oe_mode},
-    };
-    vmr_printf("  .......................................\n");
-    for (const auto &line : lines)
-        if (cell->*line.field != nullptr)
-            vmr_printf("    %s: %s\n", line.label, cell->*line.field);
-    for (int32_t n = 0; n < DYNA_count(cell->extras); ++n)
-        if (cell->extras[n] != nullptr)
-            vmr_printf("    %%EXTRA_PIN_%d    : %s\n", n, cell->extras[n]);
 }

@@ -75,8 +75,7 @@ void check_what_instructions_access() {
     }
 }
 
-} // namespace
-
+/// Everything of set_up_various_flags back to its empty state.
 void init_various_flags() {
     for (int32_t &row : INST_EXIST)
         row = -1;
@@ -89,6 +88,8 @@ void init_various_flags() {
     for (STANDARD_PORT_STATE &port : TAP_PORT)
         port.row = nullptr;
 }
+
+} // namespace
 
 void set_up_various_flags() {
     init_various_flags();

@@ -52,8 +52,6 @@ extern ENABLE_PIN *INST_ENABLE_PIN; ///< table, in order of first use
 
 /// Checks the instruction table and fills all of the above but HIZ_OVERLAP. Ends the run at the first fault.
 void set_up_various_flags();
-/// Everything of set_up_various_flags back to its empty state.
-void init_various_flags();
 
 /// The register's text up to its first '['.
 std::string_view register_base(const char *register_name);

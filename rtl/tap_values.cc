@@ -90,6 +90,20 @@ std::string gated_text(const ENABLE_PIN &pin, const PORTS_BY_KEY &ports, RTL_LAN
     return "";
 }
 
+/// The wire that carries a data register's output to the multiplexer in the top module; marked where the
+/// tables name it.
+std::string register_wire(int32_t row) {
+    if (is_register(row, "boundary"))
+        return table_name(TAP_CONTR->last_bcell);
+    if (is_register(row, "bypass"))
+        return "BYPASS_out";
+    if (is_register(row, "idcode"))
+        return "IDCODE_out";
+    if (is_register(row, "usercode"))
+        return "USERCODE_out";
+    return table_name(std::string(ACCESS_REG[row]) + "_out");
+}
+
 void add_register_values(TEMPLATE_VALUES &values) {
     std::string outs, wires, inner;
     int32_t count = DYNA_count(ACCESS_REG);
@@ -157,18 +171,6 @@ void add_port_names(TEMPLATE_NAMES &names) {
 }
 
 } // namespace
-
-std::string register_wire(int32_t row) {
-    if (is_register(row, "boundary"))
-        return table_name(TAP_CONTR->last_bcell);
-    if (is_register(row, "bypass"))
-        return "BYPASS_out";
-    if (is_register(row, "idcode"))
-        return "IDCODE_out";
-    if (is_register(row, "usercode"))
-        return "USERCODE_out";
-    return table_name(std::string(ACCESS_REG[row]) + "_out");
-}
 
 bool is_undriven_register(int32_t row) {
     return is_register(row, "usercode") || (is_register(row, "idcode") && !has_id_register());

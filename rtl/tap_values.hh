@@ -13,9 +13,6 @@ std::string tap_letters();
 /// Adds the lists of the controller's states.
 void add_state_values(TEMPLATE_VALUES &values);
 
-/// The wire that carries a data register's output to the multiplexer in the top module; marked where the
-/// tables name it.
-std::string register_wire(int32_t row);
 /// True for an identification or user code register that the TAP does not hold and nothing drives.
 bool is_undriven_register(int32_t row);
 

@@ -14,8 +14,8 @@
 
 #include "sdb/handle_internal.hh"
 
-#include <initializer_list>
 #include <string_view>
+#include <vector>
 
 struct SDB_NEW_PIN {
     std::string_view name;
@@ -74,7 +74,7 @@ inline int32_t SDB_plain_name(SDB_HANDLE *design, std::string_view text) {
 
 /// Adds a class with its pins; the caller has made sure that its name is new.
 inline int32_t SDB_add_class(SDB_HANDLE *design, std::string_view name, int32_t type,
-                             std::initializer_list<SDB_NEW_PIN> pins) {
+                             const std::vector<SDB_NEW_PIN> &pins) {
     auto pin_count = static_cast<int32_t>(pins.size());
     int32_t first_pin = SDB_table_count(design, SDB_PIN_TAB);
     for (const SDB_NEW_PIN &pin : pins) {
