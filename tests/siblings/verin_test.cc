@@ -24,6 +24,10 @@ struct {
      "ADD u3 (.B({a, w}), .A(4'h5)); ADD u4 (.B({w, w}), .A(4'hA)); INV v (.A(a), .Z(w));\n"
      "ADD u5 (.\\A (4'h6), .S(), .B(2'b01)); ADD u6 (.B(s2[1:0])); ADD u7 (); ADD u8 (4'h9, {a, w}); "
      "endmodule\n"},
+    {"pins and plain nets as in the instance before, with what may stand between",
+     "module t (a); input a; wire n, \\wire ; TRI u (.A(a), .E(n), .Z(\\wire ));\n"
+     "TRI v (.A (a),\n .E( n ) , // x\n .Z(\\wire )), w (.A(n),.E(new), .Z(n)), x (.E(n), .A(a)); "
+     "endmodule\n"},
     {"numbers", "module t (); ADD a (.A(4'b1_0xz), .B(2)); ADD b (.A({2'h2, 1'o1, 1'd0}), .B('b1)); "
                 "ADD c (.A(4 'hA), .B(2'sb1)); endmodule\n"},
     {"don't-care bits, each on a net of its own",
@@ -223,6 +227,8 @@ const char *const errors[] = {
     "module t; INV u (.A(a), .A(b)); endmodule",
     "module t; INV u (.A(a), .Z(b));\nINV v (.A(a), .Z(c)), w (.A(a), .ZZ(b)); endmodule",
     "module t; INV u (.A(a), .Z(b)); INV v (.A(a), .Z(c));\nINV w (.A(a), .A(b)); endmodule",
+    "module t; wire a, b; INV u (.A(a), .Z(b));\nINV v (.A(a),\n.Z(b) .A(a)); endmodule",
+    "module t; wire a, \\wire ; INV u (.A(a), .Z(\\wire ));\nINV v (.A(a),\n.Z(wire)); endmodule",
     "module t; wire [2:0] w; ADD u (.A(w)); endmodule",
     "module t; INV u (.Z(1'b0)); endmodule",
     "module t; wire [1:0] w; assign w = 3'b000; endmodule",
