@@ -48,9 +48,7 @@ AST_NODE *APPEND_CHILD(AST_NODE *parent, AST_NODE *child) {
         parent->first_child = child;
     else
         parent->last_child->next_sibling = child;
-    for (; child != nullptr; child = child->next_sibling) {
-        child->parent = parent;
+    for (; child != nullptr; child = child->next_sibling)
         parent->last_child = child;
-    }
     return parent;
 }
