@@ -80,10 +80,9 @@ void read_package(const char *name) {
     PACKAGE_PIN **end = &entry.pins;
     for (const PIN_ROW &row : reading.rows) {
         const PIN_ENTRY &pin = *row.pin;
-        const char *bsc = row.bsc_text.empty() ? nullptr : keep_text(row.bsc_text);
         *end = new_record<PACKAGE_PIN>();
-        **end = {pin.number, pin.package_name, pin.top_name, pin.direction,  bsc,      pin.pad_name,
-                 pin.pad_c,  pin.pad_i,        pin.pad_o,    pin.pad_enable, pin.line, nullptr};
+        **end = {pin.number, pin.package_name, pin.top_name, pin.direction,  row.bsc_text, pin.pad_name,
+                 pin.pad_c,  pin.pad_i,        pin.pad_o,    pin.pad_enable, pin.line,     nullptr};
         end = &(*end)->next;
     }
     check_package_pin_number(entry.pin_count, static_cast<int32_t>(reading.rows.size()));

@@ -116,7 +116,8 @@ void pin_begin_row(PIN_READING &reading, const char *number, int32_t line) {
     row->line = line;
     row->bsc_kind = BSC_NO_LIST;
     row->pad_enable = -1;
-    reading.rows.push_back({row, ""});
+    reading.rows.push_back({row, nullptr});
+    reading.bsc_text.clear();
     for (const BSC_SLOT &slot : bsc_slots)
         reading.*slot.slot = nullptr;
 }
@@ -147,7 +148,7 @@ void pin_direction_column(PIN_READING &reading, const char *name) {
 
 void pin_bsc_name(PIN_READING &reading, const char *name) {
     current_row(reading).bsc_name = name;
-    reading.rows.back().bsc_text = name;
+    reading.bsc_text = name;
 }
 
 void pin_bsc_item(PIN_READING &reading, const char *key, const char *cell) {
@@ -155,7 +156,7 @@ void pin_bsc_item(PIN_READING &reading, const char *key, const char *cell) {
         if (std::strcmp(slot.key, key) == 0)
             reading.*slot.slot = cell;
     }
-    std::string &text = reading.rows.back().bsc_text;
+    std::string &text = reading.bsc_text;
     if (!text.empty())
         text += ',';
     text.append(key).append(":").append(cell);
@@ -178,6 +179,8 @@ void pin_pad_enable(PIN_READING &reading, int32_t level) {
 
 void pin_end_row(PIN_READING &reading) {
     take_bsc_list(current_row(reading), reading);
+    if (reading.package != nullptr && !reading.bsc_text.empty())
+        reading.rows.back().bsc_text = keep_text(reading.bsc_text);
 }
 
 void pin_package_type(PIN_READING &reading, const char *name, int32_t count) {

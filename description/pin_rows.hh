@@ -29,7 +29,7 @@ class NAME_SET {
 /// A row as the file has it.
 struct PIN_ROW {
     PIN_ENTRY *pin;
-    std::string bsc_text; ///< the items of the BSC clause as written, or its name
+    const char *bsc_text; ///< of a package: the items of the BSC clause as written, or its name; else null
 };
 
 struct PIN_READING {
@@ -46,6 +46,7 @@ struct PIN_READING {
 
     NAME_SET package_names = {}; ///< seen in this file
     NAME_SET top_names = {};     ///< seen in this file
+    std::string bsc_text = {};   ///< of the row
     // The cells of the row's BSC list, one slot per key; cleared after each row.
     const char *bsc_c = nullptr, *bsc_i = nullptr, *bsc_o = nullptr;
     const char *bsc_io = nullptr, *bsc_i_only = nullptr, *bsc_o_only = nullptr;

@@ -52,8 +52,8 @@ struct KEYWORD;
 
 struct AST_NODE {
     NODE_KIND kind;
-    const char *text; ///< the token of a leaf, else null
     int32_t line;     ///< the scanner's line when the node was made
+    const char *text; ///< the token of a leaf, else null
     AST_NODE *first_child;
     AST_NODE *last_child; ///< lets a list of any length grow in constant time
     AST_NODE *next_sibling;

@@ -15,6 +15,7 @@
 #include <algorithm>
 #include <functional>
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -165,51 +166,42 @@ void print_when_long(std::string &text) {
         print_gathered(text);
 }
 
-std::string shown_opcode(const char *opcode, const INSTRUCTION &instruction) {
-    return std::string("opcode '").append(opcode).append("' of INSTRUCTION '").append(instruction.name) + "'";
-}
-
 /// Opcodes that meet one of an earlier instruction: the earlier row wins.
 void warn_colliding_opcodes() {
     OPCODE_SET earlier;
-    std::vector<std::string> shown; // each with its instruction
-    std::string text;
+    std::vector<std::pair<const char *, const char *>> texts; // opcode and instruction of each
+    std::string warnings;
     for (const INSTRUCTION &instruction : rows(INSTRUCTIONS)) {
-        size_t before = shown.size();
-        for (const char *opcode : rows(instruction.patterns))
-            shown.push_back(shown_opcode(opcode, instruction));
-        for (size_t i = 0; const char *opcode : rows(instruction.patterns)) {
-            const std::string &own = shown[before + i++];
+        for (const char *opcode : rows(instruction.patterns)) {
             if (int32_t first = earlier.first_that_meets(opcode); first >= 0)
-                text.append("WARNING: (")
-                    .append(JTAG_BSC_FILE)
-                    .append(") ")
-                    .append(own)
-                    .append(" collides with\n         ")
-                    .append(shown[static_cast<size_t>(first)])
-                    .append(", which wins.\n\n");
-            print_when_long(text);
+                warnings += format_text("WARNING: (%s) opcode '%s' of INSTRUCTION '%s' collides with\n"
+                                        "         opcode '%s' of INSTRUCTION '%s', which wins.\n\n",
+                                        JTAG_BSC_FILE, opcode, instruction.name,
+                                        texts[static_cast<size_t>(first)].first,
+                                        texts[static_cast<size_t>(first)].second);
+            print_when_long(warnings);
         }
-        for (const char *opcode : rows(instruction.patterns))
+        for (const char *opcode : rows(instruction.patterns)) {
             earlier.add(opcode);
+            texts.emplace_back(opcode, instruction.name);
+        }
     }
-    print_gathered(text);
+    print_gathered(warnings);
 }
 
 /// The decoder compares an X literally, so that such an opcode decodes to nothing in hardware.
 void warn_open_opcodes() {
-    std::string text;
+    std::string warnings;
     for (const INSTRUCTION &instruction : rows(INSTRUCTIONS))
         for (const char *pattern : rows(instruction.patterns)) {
             if (std::ranges::any_of(std::string_view(pattern), is_any_bit))
-                text.append("WARNING: (")
-                    .append(JTAG_BSC_FILE)
-                    .append(") ")
-                    .append(shown_opcode(pattern, instruction))
-                    .append(" is compared as it stands,\n         its X is not expanded.\n\n");
-            print_when_long(text);
+                warnings +=
+                    format_text("WARNING: (%s) opcode '%s' of INSTRUCTION '%s' is compared as it stands,\n"
+                                "         its X is not expanded.\n\n",
+                                JTAG_BSC_FILE, pattern, instruction.name);
+            print_when_long(warnings);
         }
-    print_gathered(text);
+    print_gathered(warnings);
 }
 
 void warn_capture() {

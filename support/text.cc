@@ -4,6 +4,7 @@
 
 #include "support/flat_table.hh"
 
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <functional>
@@ -15,11 +16,11 @@ namespace {
 
 constexpr size_t block_size = 64 * 1024;
 
-/// A kept text with its hash.
+/// A kept text of less than 4 GB with its hash, small: a run may keep millions.
 struct text_row {
-    size_t hash = 0;
     const char *text = nullptr;
-    size_t size = 0;
+    uint32_t hash = 0;
+    uint32_t size = 0;
 };
 
 struct text_row_traits {
@@ -88,11 +89,19 @@ const char *keep_copy(std::string_view text) {
 }
 
 const char *keep_text(std::string_view text) {
-    size_t hash = std::hash<std::string_view>()(text);
+    if (text.size() > UINT32_MAX)
+        return keep_copy(text);
+    auto hash = static_cast<uint32_t>(std::hash<std::string_view>()(text));
     auto is_it = [&](const text_row &row) {
         return row.hash == hash && std::string_view(row.text, row.size) == text;
     };
-    return store().index.add(hash, is_it, [&] { return text_row{hash, keep_copy(text), text.size()}; }).text;
+    return store()
+        .index
+        .add(hash, is_it,
+             [&] {
+                 return text_row{keep_copy(text), hash, static_cast<uint32_t>(text.size())};
+             })
+        .text;
 }
 
 const char *keep_text_or_null(const char *text) {
