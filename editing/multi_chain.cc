@@ -79,8 +79,10 @@ void connect_end(int32_t index, const CHAIN_PIN &which, const char *tap_pin, EDI
         record_connection(0, cell, tap);
 }
 
-/// The nearest common ancestor of two rows of MULTI_IO_TAB, a row counting as its own.
+/// The nearest common ancestor of two rows of MULTI_IO_TAB, a row counting as its own; 0 for equal rows.
 int32_t check_common_level_for_two_multi_io(int32_t a, int32_t b) {
+    if (a == b)
+        return 0;
     for (int32_t up = a; up >= 0; up = MULTI_IO_TAB[up].parent)
         for (int32_t other = b; other >= 0; other = MULTI_IO_TAB[other].parent)
             if (up == other)
