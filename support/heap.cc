@@ -33,8 +33,8 @@ char *end_of_heap() {
     return static_cast<char *>(sbrk(0));
 }
 
-/// Of two threads that see the heap grow, both may ask.
-void look_at_heap() {
+/// Of two threads that see the heap grow, both may ask. The operators below call it, which the sanitizers replace.
+[[maybe_unused]] void look_at_heap() {
     char *before = heap_end.load(std::memory_order_relaxed);
     if (before == nullptr || end_of_heap() <= before)
         return;
