@@ -91,16 +91,13 @@ std::vector<std::string> plain_words(const std::string &command) {
     return words;
 }
 
-/// PWD names the working folder, as a shell sees to for its commands. False when that folder has no name.
-bool set_true_folder() {
+/// Whether PWD names the working folder; a shell sees to that for its commands where it does not.
+bool names_true_folder() {
     const char *folder = std::getenv("PWD");
     struct stat named {
     }, here{};
-    if (folder != nullptr && folder[0] == '/' && ::stat(folder, &named) == 0 && ::stat(".", &here) == 0 &&
-        named.st_dev == here.st_dev && named.st_ino == here.st_ino)
-        return true;
-    char real[PATH_MAX];
-    return ::getcwd(real, sizeof real) != nullptr && ::setenv("PWD", real, 1) == 0;
+    return folder != nullptr && folder[0] == '/' && ::stat(folder, &named) == 0 && ::stat(".", &here) == 0 &&
+           named.st_dev == here.st_dev && named.st_ino == here.st_ino;
 }
 
 /// The program with the signals that it would have from outside. An error number; 0 is success.
@@ -131,7 +128,7 @@ int spawn_program(std::vector<std::string> &words, const command_signals &outsid
 /// when only a shell can run it or tell why not.
 bool run_plain(const std::string &command, int *status) {
     std::vector<std::string> words = plain_words(command);
-    if (words.empty() || std::getenv("PATH") == nullptr || !set_true_folder())
+    if (words.empty() || std::getenv("PATH") == nullptr || !names_true_folder())
         return false;
     command_signals outside;
     pid_t process = -1;
