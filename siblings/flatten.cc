@@ -2,7 +2,6 @@
 
 #include "siblings/netlist_sdb.hh"
 #include "siblings/tool.hh"
-#include "support/large_pages.hh"
 
 #include <algorithm>
 
@@ -109,10 +108,10 @@ void check_size(FLATTENER &work, int32_t top) {
     if (size.pins > PIN_LIMIT)
         TOOL_fail("", 0, "the flat design would have %.3g pins; %.3g are possible. %s", size.pins, PIN_LIMIT,
                   NL_SMALLER_DESIGN);
-    reserve_in_large_pages(work.flat.instances, static_cast<size_t>(size.instances));
-    reserve_in_large_pages(work.flat.nets, static_cast<size_t>(size.nets));
-    reserve_in_large_pages(work.flat.pins, static_cast<size_t>(size.pins));
-    reserve_in_large_pages(work.sets.parent, work.flat.nets.capacity());
+    work.flat.instances.reserve(static_cast<size_t>(size.instances));
+    work.flat.nets.reserve(static_cast<size_t>(size.nets));
+    work.flat.pins.reserve(static_cast<size_t>(size.pins));
+    work.sets.parent.reserve(work.flat.nets.capacity());
 }
 
 void expand(FLATTENER &work, int32_t index, const int32_t *outside, int32_t scope) {

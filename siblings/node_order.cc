@@ -1,8 +1,6 @@
 // The nodes of a module in its SDB file, and the order in which they stand on their nets.
 #include "siblings/node_order.hh"
 
-#include "support/large_pages.hh"
-
 namespace {
 
 // How far an instance leads from a port: the walk from the port shall meet its pad first.
@@ -169,8 +167,6 @@ void put_instances(ORDERING &work, int32_t node) {
 
 NODE_ORDER NL_order_nodes(const NL_DESIGN &design, const NL_MODULE &module, size_t node_count) {
     NODE_ORDER order;
-    reserve_in_large_pages(order.nets, module.nets.size());
-    reserve_in_large_pages(order.next, node_count);
     order.nets.assign(module.nets.size(), {-1, -1});
     order.next.assign(node_count, -1);
     ORDERING work{design, module, order};

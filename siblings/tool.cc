@@ -3,7 +3,6 @@
 #include "sdb/sdb.hh"
 #include "support/console.hh"
 #include "support/fnm.hh"
-#include "support/large_pages.hh"
 #include "support/program.hh"
 #include "support/text.hh"
 #include "support/whole_file.hh"
@@ -82,7 +81,6 @@ std::string TOOL_read_file(const std::string &path, std::string_view from_file, 
     size_t size = S_ISREG(info.st_mode) && info.st_size > 0 ? static_cast<size_t>(info.st_size) + 1 : 0;
     std::string text;
     text.reserve(size);
-    use_large_pages(text.data(), size);
     for (;;) {
         size_t had = text.size();
         size_t step = had < size ? std::min(size - had, longest_step) : longest_step;

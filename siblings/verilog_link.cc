@@ -1,7 +1,6 @@
 // Instances meet their modules, connections their pins.
 #include "siblings/tool.hh"
 #include "siblings/verilog_reader.hh"
-#include "support/large_pages.hh"
 
 #include <algorithm>
 
@@ -133,7 +132,7 @@ void link_instance(LINKER &linker, size_t index) {
 
 void link_instances(LINKER linker) {
     linker.ports_of_connection.resize(linker.record.connections.size());
-    reserve_in_large_pages(linker.module.pins, linker.record.bits.size());
+    linker.module.pins.reserve(linker.record.bits.size());
     for (size_t i = 0; i < linker.module.instances.size(); i++)
         link_instance(linker, i);
 }

@@ -2,14 +2,7 @@
 #pragma once
 
 #include <cstddef>
-#include <vector>
 
 /// Asks the system to back a block of memory with large pages, where it has them: a block of many megabytes
 /// then takes a hundredth of the page faults. A block that is too small for it is left as it is.
 void use_large_pages(void *memory, size_t size);
-
-/// Room for that many rows of an empty table, in large pages where it fills some.
-template <class T> void reserve_in_large_pages(std::vector<T> &rows, size_t count) {
-    rows.reserve(count);
-    use_large_pages(rows.data(), count * sizeof(T));
-}
